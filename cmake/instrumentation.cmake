@@ -1,0 +1,14 @@
+# Sanitizers or coverage counters of the native builds; nothing at all in the Windows build.
+add_library(torvane_instrumentation INTERFACE)
+
+if(TORVANE_SANITIZE)
+    set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(torvane_instrumentation INTERFACE ${sanitizers})
+    target_link_options(torvane_instrumentation INTERFACE ${sanitizers})
+    target_compile_definitions(torvane_instrumentation INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+if(TORVANE_COVERAGE)
+    target_compile_options(torvane_instrumentation INTERFACE --coverage -O0 -fprofile-update=atomic)
+    target_link_options(torvane_instrumentation INTERFACE --coverage)
+endif()
