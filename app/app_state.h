@@ -1,0 +1,45 @@
+#pragma once
+
+#include "admin/mount_status.h"
+#include "app/main_view.h"
+#include "base/fixed_text.h"
+#include "discovery/scan_state.h"
+#include "ui/owned.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+
+namespace torvane {
+
+/// The one record of everything that lives longer than one command. Each group is declared by the folder that owns it.
+///
+/// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event log.
+/// Words that a worker and the window's thread share are atomics; the rest belongs to the window's thread.
+struct AppState {
+    std::atomic<std::int32_t> jobActive{0};         ///< 1 while a long job runs; cleared to ask it to stop
+    std::atomic<std::int32_t> shortTestRunning{0};  ///< 1 while the short read test runs
+    std::atomic<std::int32_t> activeDriveChosen{0}; ///< 1 once a drive was selected in the drive list
+    std::atomic<std::int32_t> logPanelOpen{0};
+    std::atomic<std::int32_t> readTestKind{0}; ///< which read test the test dialog runs
+    std::atomic<std::int32_t> mountStatus{0};  ///< a MountStatus code; 0 before the first check
+    std::atomic<DriveRecord*> activeDrive{nullptr};
+
+    ScanState scan;
+
+    FixedText<1024> destinationFolder;
+    FixedText<1024> reportFileName;
+
+    UniqueHandle worker;      ///< the last job thread that a command started
+    MainView* view = nullptr; ///< the main window; null before it exists and after its end
+};
+
+/// The application's one state record.
+[[nodiscard]] AppState& appState();
+
+/// True when the user has chosen an active drive.
+[[nodiscard]] inline bool hasActiveDrive(const AppState& state) {
+    return state.activeDriveChosen == 1 && state.activeDrive != nullptr;
+}
+
+} // namespace torvane

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "base/format.h"
+
+namespace torvane {
+
+/// Appends one row to the main window's event log: `category` ("STATUS", "ERROR", "INVALID", "SUCCESS", "FAILURE" ...),
+/// the local date and time, and the text made from `format` and its arguments. Any thread may call it; before the main
+/// window exists, and after its end, the row is dropped.
+void LogEvent(const char* category, const char* format, ...) TORVANE_PRINTF_LIKE(2, 3);
+
+} // namespace torvane

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "discovery/drive_record.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+/// One row of the event log, ready for the list's four columns.
+struct LogRow {
+    std::string category;
+    std::string date; ///< "%02d/%02d/%04d": month, day, year, local
+    std::string time; ///< "%02d:%02d:%02d", local
+    std::string message;
+};
+
+/// What jobs and commands may ask of the main window. Every function may be called from any thread and has taken effect
+/// when it returns; the window's own thread must therefore never wait for a thread that calls it.
+class MainView {
+  public:
+    virtual ~MainView() = default;
+
+    /// Appends the row and scrolls it into view.
+    virtual void appendLogRow(const LogRow& row) = 0;
+
+    /// Shows the scan's progress bar with range 0 to `maximum` at position 0, and the scan's status text.
+    virtual void showScanProgress(int maximum) = 0;
+    virtual void setScanProgress(int position) = 0;
+    virtual void setScanStatus(std::string_view text) = 0;
+    /// Hides the progress bar and the status text.
+    virtual void hideScanProgress() = 0;
+
+    /// Appends the drive's row to the drive list and sets the record's list position.
+    virtual void addDriveRow(DriveRecord& record) = 0;
+    virtual void deleteDriveRows() = 0;
+    virtual void redrawDriveList() = 0;
+
+    /// Empties the health panel's texts and repaints the window.
+    virtual void clearHealthPanel() = 0;
+};
+
+} // namespace torvane

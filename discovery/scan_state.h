@@ -1,0 +1,27 @@
+#pragma once
+
+#include "discovery/drive_record.h"
+#include "discovery/volume_record.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+
+namespace torvane {
+
+/// Physical drive numbers 0 to 19 are probed, so a scan finds at most this many drives.
+inline constexpr int kMaxDrives = 20;
+
+/// The scan's share of the application state.
+///
+/// The tables are written by the scan worker alone, while `driveLoaderWorking` is 1; everybody else reads them when no
+/// scan runs.
+struct ScanState {
+    std::atomic<std::int32_t> driveLoaderWorking{0}; ///< 1 from Load Drives until the worker's end
+    std::atomic<std::int32_t> stage{0};              ///< 0 to 5; 4 is never used
+    std::atomic<std::int32_t> driveCount{0};
+    std::array<DriveRecordPtr, kMaxDrives> drives; ///< in probe order, without gaps
+    VolumeTable volumes;
+};
+
+} // namespace torvane
