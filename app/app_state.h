@@ -14,8 +14,8 @@ namespace torvane {
 
 /// The one record of everything that lives longer than one command. Each group is declared by the folder that owns it.
 ///
-/// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event log.
-/// Words that a worker and the window's thread share are atomics; the rest belongs to the window's thread.
+/// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event
+/// log. Words that a worker and the window's thread share are atomics; the rest belongs to the window's thread.
 struct AppState {
     std::atomic<std::int32_t> jobActive{0};         ///< 1 while a long job runs; cleared to ask it to stop
     std::atomic<std::int32_t> shortTestRunning{0};  ///< 1 while the short read test runs

@@ -10,8 +10,8 @@ namespace torvane {
 
 /// A NUL-terminated 8-bit text in a field of `Width` bytes, terminator included.
 ///
-/// Every copy is cut at `Width - 1` bytes, so outside text of any length is safe to assign. A default-constructed field is
-/// zero-filled, as the records that hold it are.
+/// Every copy is cut at `Width - 1` bytes, so outside text of any length is safe to assign. A default-constructed field
+/// is zero-filled, as the records that hold it are.
 template <std::size_t Width>
 class FixedText {
   public:

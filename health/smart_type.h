@@ -8,7 +8,8 @@ namespace torvane {
 
 struct DriveRecord;
 
-/// What kind of monitoring data a drive offers. Kept as a 32-bit code, since a record may hold a value outside the list.
+/// What kind of monitoring data a drive offers. Kept as a 32-bit code, since a record may hold a value outside the
+/// list.
 enum SmartType : std::int32_t {
     kSmartTypeStandard = 1000, ///< ATA SMART attributes
     kSmartTypeSsd = 1001,      ///< ATA SMART attributes of a solid-state device

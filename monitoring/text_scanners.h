@@ -7,9 +7,9 @@ namespace torvane {
 
 // Line and word scanners over the NUL-terminated text that a tool printed.
 //
-// Lines are separated by CR LF, words within a line by runs of blanks (0x20 only; a tab is part of a word). Every result
-// goes into a caller's buffer, is NUL-terminated and cut at the buffer's size. Results are 1 and 0, or a line index counted
-// from 0 with -1 for "not found".
+// Lines are separated by CR LF, words within a line by runs of blanks (0x20 only; a tab is part of a word). Every
+// result goes into a caller's buffer, is NUL-terminated and cut at the buffer's size. Results are 1 and 0, or a line
+// index counted from 0 with -1 for "not found".
 
 /// Clears `lineOut`, then copies line `lineIndex` of `text` into it without its CR LF.
 /// Returns 1 when that line exists and is ended by CR LF, else 0: a last line without a CR LF is never returned (its
@@ -35,7 +35,8 @@ int PARSE_GetWord(const char* line, std::span<char> wordOut, int wordIndex);
 /// Returns 1 if that word exists, else 0 with `out` untouched.
 int PARSE_GetRestFromWord(const char* line, std::span<char> out, int wordIndex);
 
-/// Copies `text` up to, not including, the first `delimiter`. Returns 1 if it was found, 0 if the whole text was copied.
+/// Copies `text` up to, not including, the first `delimiter`. Returns 1 if it was found, 0 if the whole text was
+/// copied.
 int PARSE_CopyUntil(const char* text, std::span<char> out, char delimiter);
 
 /// The decimal digits of `text`, in order, as one number: "1,234" gives 1234, "" and "-" give 0.
