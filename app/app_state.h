@@ -4,6 +4,7 @@
 #include "app/main_view.h"
 #include "base/fixed_text.h"
 #include "discovery/scan_state.h"
+#include "monitoring/smart_scan_state.h"
 #include "ui/owned.h"
 
 #include <array>
@@ -26,12 +27,15 @@ struct AppState {
     std::atomic<DriveRecord*> activeDrive{nullptr};
 
     ScanState scan;
+    SmartScanState smart;
 
     FixedText<1024> destinationFolder;
     FixedText<1024> reportFileName;
 
     UniqueHandle worker;      ///< the last job thread that a command started
-    MainView* view = nullptr; ///< the main window; null before it exists and after its end
+    /// The main window. Set once at start-up, before any other thread runs, and never cleared: before the window exists
+    /// and after its end the view itself ignores every call. Null in tests that need no window.
+    MainView* view = nullptr;
 };
 
 /// The application's one state record.
