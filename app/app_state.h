@@ -32,7 +32,8 @@ struct AppState {
     FixedText<1024> destinationFolder;
     FixedText<1024> reportFileName;
 
-    UniqueHandle worker;      ///< the last job thread that a command started
+    UniqueHandle worker; ///< the last job thread that a command started
+
     /// The main window. Set once at start-up, before any other thread runs, and never cleared: before the window exists
     /// and after its end the view itself ignores every call. Null in tests that need no window.
     MainView* view = nullptr;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace torvane {
 
@@ -36,9 +37,16 @@ class MainView {
     virtual void addDriveRow(DriveRecord& record) = 0;
     virtual void deleteDriveRows() = 0;
     virtual void redrawDriveList() = 0;
+    [[nodiscard]] virtual int driveRowCount() = 0;
+    /// The drives whose row is ticked, in list order.
+    [[nodiscard]] virtual std::vector<DriveRecord*> tickedDrives() = 0;
 
     /// Empties the health panel's texts and repaints the window.
     virtual void clearHealthPanel() = 0;
+
+    /// Fires the main window's timer `id` every `milliseconds` until it is stopped; starting it again restarts it.
+    virtual void startTimer(int id, int milliseconds) = 0;
+    virtual void stopTimer(int id) = 0;
 };
 
 } // namespace torvane

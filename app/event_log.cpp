@@ -1,0 +1,32 @@
+#include "app/event_log.h"
+
+#include "app/app_state.h"
+#include "app/log_row.h"
+
+#include <windows.h>
+
+#include <cstdarg>
+
+namespace torvane {
+
+namespace {
+
+LocalMoment localNow() {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond};
+}
+
+} // namespace
+
+void LogEvent(const char* category, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    std::string message = formatTextV(format, arguments);
+    va_end(arguments);
+    if (MainView* const view = appState().view) {
+        view->appendLogRow(makeLogRow(category, localNow(), std::move(message)));
+    }
+}
+
+} // namespace torvane
