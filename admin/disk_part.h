@@ -1,0 +1,50 @@
+#pragma once
+
+#include "ui/owned.h"
+
+#include <cstdint>
+
+namespace torvane {
+
+struct AppState;
+struct DriveRecord;
+
+// Disk administration by the system's diskpart tool. Every operation writes a small script into the current folder,
+// runs "diskpart /s <script>" with its output captured to a results file, and reads the outcome from that file. Scripts
+// and results stay on disk as a record of what was done. Each failure gives one "ERROR" log row.
+
+/// Refreshes `drive.readOnly` (1: read-only or not known) and redraws the drive list. Returns 1 when the results were
+/// read, 0 on a failure. Waits for diskpart on the calling thread.
+int DP_TestReadOnly(AppState& state, DriveRecord& drive);
+
+/// Asks for the system's automatic mounting, stores the MountStatus in the state and redraws the drive list. Returns
+/// the status, or 0 on a failure (the stored status is then untouched). Waits for diskpart on the calling thread.
+std::int32_t DP_GetMountStatus(AppState& state);
+
+/// Thread procedures; the argument is the AppState. Exit code 1 after a normal end, 0 after a failure.
+DWORD WINAPI DP_DisableMountingWorker(void* state);
+DWORD WINAPI DP_EnableMountingWorker(void* state);
+
+/// What the thread procedures run.
+DWORD disableMounting(AppState& state);
+DWORD enableMounting(AppState& state);
+
+/// Starts the thread that enables automatic mounting and keeps its handle in the state.
+bool startEnableMounting(AppState& state);
+
+/// The commands "Disable Drive Mounting" and "Enable Drive Mounting", on the window's thread. True when the worker was
+/// started: the dialog then starts its timer `kDisableMountTimer` or `kEnableMountTimer`.
+[[nodiscard]] bool onDisableMounting(AppState& state);
+[[nodiscard]] bool onEnableMounting(AppState& state);
+
+inline constexpr unsigned kEnableMountTimer = 3000;
+inline constexpr unsigned kDisableMountTimer = 3001;
+inline constexpr unsigned kMountTimerMilliseconds = 500;
+
+/// Asked at every tick of either timer: true once no change is in progress. The dialog then stops the timer and shows
+/// the outcome with the function below that belongs to the timer, in this order, lest a second box opens on the first.
+[[nodiscard]] bool mountChangeSettled(const AppState& state);
+void showDisableMountingOutcome(const AppState& state);
+void showEnableMountingOutcome(const AppState& state);
+
+} // namespace torvane

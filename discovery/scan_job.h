@@ -1,0 +1,36 @@
+#pragma once
+
+#include "ui/owned.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace torvane {
+
+struct AppState;
+
+/// The "Load Drives" command, on the window's thread: guards, then forgets the last scan (its records and handles are
+/// freed here, after the list's rows are gone) and starts the scan worker and the progress thread.
+void LoadDrives(AppState& state);
+
+/// The scan itself. Expects LoadDrives to have emptied the table. Returns the thread's exit code, 1.
+DWORD runDriveScan(AppState& state);
+
+/// Time as the progress thread sees it.
+struct ScanClock {
+    std::function<std::int64_t()> seconds; ///< whole seconds, never going back
+    std::function<void(std::uint32_t milliseconds)> sleep;
+};
+
+/// The system's clock.
+[[nodiscard]] ScanClock systemScanClock();
+
+/// Shows the scan's stage once a second, at most for a minute, and hides the bar two seconds later. A later scan's bar
+/// is left alone. Returns the thread's exit code, 1.
+DWORD runScanProgress(AppState& state, const ScanClock& clock);
+
+/// Thread procedures; the argument is the AppState.
+DWORD WINAPI driveScanThread(void* state);
+DWORD WINAPI scanProgressThread(void* state);
+
+} // namespace torvane
