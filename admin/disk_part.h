@@ -32,19 +32,17 @@ DWORD enableMounting(AppState& state);
 /// Starts the thread that enables automatic mounting and keeps its handle in the state.
 bool startEnableMounting(AppState& state);
 
-/// The commands "Disable Drive Mounting" and "Enable Drive Mounting", on the window's thread. True when the worker was
-/// started: the dialog then starts its timer `kDisableMountTimer` or `kEnableMountTimer`.
-[[nodiscard]] bool onDisableMounting(AppState& state);
-[[nodiscard]] bool onEnableMounting(AppState& state);
+/// The commands "Disable Drive Mounting" and "Enable Drive Mounting", on the window's thread: each starts its worker,
+/// whose handle the state keeps, and its timer, which reports the outcome.
+void onDisableMounting(AppState& state);
+void onEnableMounting(AppState& state);
 
-inline constexpr unsigned kEnableMountTimer = 3000;
-inline constexpr unsigned kDisableMountTimer = 3001;
-inline constexpr unsigned kMountTimerMilliseconds = 500;
+inline constexpr int kEnableMountTimer = 3000;
+inline constexpr int kDisableMountTimer = 3001;
+inline constexpr int kMountTimerMilliseconds = 500;
 
-/// Asked at every tick of either timer: true once no change is in progress. The dialog then stops the timer and shows
-/// the outcome with the function below that belongs to the timer, in this order, lest a second box opens on the first.
-[[nodiscard]] bool mountChangeSettled(const AppState& state);
-void showDisableMountingOutcome(const AppState& state);
-void showEnableMountingOutcome(const AppState& state);
+/// Each tick of the two timers: once no disable request is in progress, stops the timer and shows the outcome. Other
+/// timers are ignored.
+void onMountTimer(AppState& state, int timerId);
 
 } // namespace torvane
