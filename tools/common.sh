@@ -47,3 +47,38 @@ as_root() {
         die "'$*' needs root: run this as root, or install sudo"
     fi
 }
+
+# use_wine FOLDER: the environment in which Windows programs run.
+use_wine() {
+    export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
+    # Neither .NET nor an HTML engine is needed, and asking to fetch them would stop an unattended run; no menu entries
+    # for Windows programs on the machine's own desktop.
+    export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
+}
+
+# start_screen: starts a screen without a monitor on a display number that is free, and sets DISPLAY and SCREEN_PID.
+start_screen() {
+    local numbers
+    numbers=$(mktemp -d)
+    mkfifo "$numbers/number"
+    Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$numbers/number" >/dev/null 2>&1 &
+    SCREEN_PID=$!
+    local number
+    read -r -t 30 number <"$numbers/number" || die "Xvfb did not start"
+    rm -rf "$numbers"
+    export DISPLAY=:$number
+}
+
+# stop_screen: ends the screen of start_screen, if one was started.
+stop_screen() {
+    [ -n "${SCREEN_PID:-}" ] || return 0
+    kill "$SCREEN_PID" 2>/dev/null || true
+    wait "$SCREEN_PID" 2>/dev/null || true
+    SCREEN_PID=
+}
+
+# stop_wine: ends what still runs in the Windows folder, and its server; only ours, others have folders of their own.
+stop_wine() {
+    [ -n "${WINEPREFIX:-}" ] && [ -d "$WINEPREFIX" ] || return 0
+    wineserver -k 2>/dev/null || true
+}

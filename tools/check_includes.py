@@ -1,0 +1,171 @@
+#!/usr/bin/env python3
+"""Checks who includes whom.
+
+Every #include "..." names a file from the repository root, and:
+  - no file includes its way back to itself;
+  - a file of the pure library never reaches a Windows header;
+  - a logic file (neither *_dialog.cpp nor *_view.cpp) never reaches a dialog, a control or <commctrl.h>;
+  - ui/ knows no drive and no job;
+  - only app/ includes the main dialog;
+  - the product never includes the workbench or a test.
+
+Which files belong to which library is read from the compile commands of the two builds.
+
+    tools/check_includes.py [HOST_BUILD] [WINDOWS_BUILD]     default: build/host build/windows
+"""
+
+import json
+import re
+import subprocess
+import sys
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+QUOTED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.M)
+ANGLED = re.compile(r"^\s*#\s*include\s*<([^>]+)>", re.M)
+
+PRODUCT = {"base", "app", "discovery", "monitoring", "health", "copy", "surface", "admin", "reports", "settings", "ui"}
+WINDOWS_HEADERS = re.compile(
+    r"^(windows|windowsx|windef|winbase|winuser|winioctl|ntdd\w+|commctrl|commdlg|shellapi|shlobj|objbase|gdiplus|wincrypt)\.h$",
+    re.I,
+)
+CONTROL_HEADERS = re.compile(r"^(commctrl|windowsx|prsht|richedit)\.h$", re.I)
+
+# What of ui/ a logic file may use: owners of handles and the boxes. All else in ui/ is a window.
+UI_FOR_LOGIC = {"ui/owned.h", "ui/prompts.h"}
+# Named like a view, but only the interface that jobs talk to; it shows no control.
+VIEW_INTERFACES = {"app/main_view.h"}
+
+
+def source_files():
+    listed = subprocess.run(
+        ["git", "ls-files", "-co", "--exclude-standard", "--", "*.cpp", "*.h"],
+        cwd=ROOT, check=True, capture_output=True, text=True,
+    ).stdout.split()
+    return [name for name in listed if (ROOT / name).is_file()]
+
+
+def library_sources(build, target):
+    """The sources of ours that `build` compiles into `target`."""
+    database = Path(build) / "compile_commands.json"
+    if not database.is_file():
+        sys.exit(f"{database} does not exist: configure that build first")
+    found = set()
+    for entry in json.loads(database.read_text()):
+        if f"/{target}.dir/" in entry["command"]:
+            path = Path(entry["file"])
+            if path.is_relative_to(ROOT) and not path.is_relative_to(ROOT / "build"):
+                found.add(str(path.relative_to(ROOT)))
+    return found
+
+
+class Graph:
+    def __init__(self, files):
+        self.quoted = {}
+        self.angled = {}
+        self.faults = []
+        known = set(files)
+        for name in files:
+            text = (ROOT / name).read_text(encoding="utf-8")
+            self.angled[name] = ANGLED.findall(text)
+            self.quoted[name] = []
+            for included in QUOTED.findall(text):
+                if included in known:
+                    self.quoted[name].append(included)
+                elif (ROOT / name).parent.joinpath(included).is_file() and not (ROOT / included).is_file():
+                    self.faults.append(f'{name} includes "{included}", which is not written from the repository root')
+
+    def cycles(self):
+        done, trail, on_trail, found = set(), [], set(), []
+
+        def visit(name):
+            trail.append(name)
+            on_trail.add(name)
+            for included in self.quoted[name]:
+                if included in on_trail:
+                    found.append(trail[trail.index(included):] + [included])
+                elif included not in done:
+                    visit(included)
+            on_trail.discard(trail.pop())
+            done.add(name)
+
+        for name in sorted(self.quoted):
+            if name not in done:
+                visit(name)
+        return [" -> ".join(cycle) for cycle in found]
+
+    def reach(self, start):
+        """Every file of ours reached from `start` (itself included), each with the way there."""
+        ways, queue = {start: [start]}, [start]
+        for name in queue:
+            for included in self.quoted[name]:
+                if included not in ways:
+                    ways[included] = ways[name] + [included]
+                    queue.append(included)
+        return ways
+
+    def reached_headers(self, start, pattern):
+        for name, way in self.reach(start).items():
+            for header in self.angled[name]:
+                if pattern.match(header):
+                    yield " -> ".join(way + [f"<{header}>"])
+
+
+def folder(name):
+    return name.split("/", 1)[0]
+
+
+def is_dialog_or_view(name):
+    return re.search(r"_(dialog|view)\.(cpp|h)$", name) is not None and name not in VIEW_INTERFACES
+
+
+def is_window(name):
+    """A dialog, a view or a control."""
+    return is_dialog_or_view(name) or (folder(name) == "ui" and name.endswith(".h") and name not in UI_FOR_LOGIC)
+
+
+def check_pure(graph, pure):
+    for name in sorted(pure & graph.quoted.keys()):
+        for way in graph.reached_headers(name, WINDOWS_HEADERS):
+            yield f"pure code reaches a Windows header: {way}"
+
+
+def check_logic(graph, logic):
+    for name in sorted(logic & graph.quoted.keys()):
+        for way in graph.reached_headers(name, CONTROL_HEADERS):
+            yield f"logic reaches a control: {way}"
+        for reached, way in graph.reach(name).items():
+            if is_window(reached):
+                yield f"logic reaches a window: {' -> '.join(way)}"
+
+
+def check_folders(graph):
+    for name, includes in sorted(graph.quoted.items()):
+        for included in includes:
+            if folder(name) == "ui" and folder(included) not in {"ui", "base", "resources"}:
+                yield f"ui/ knows no drive and no job, but {name} includes {included}"
+            if included == "app/main_dialog.h" and folder(name) not in {"app", "tests"}:
+                yield f"only app/ includes the main dialog, but {name} does"
+            if folder(name) in PRODUCT and folder(included) in {"workbench", "tests", "benchmarks"}:
+                yield f"the product never includes {folder(included)}/, but {name} includes {included}"
+
+
+def main():
+    host = Path(sys.argv[1] if len(sys.argv) > 1 else ROOT / "build/host")
+    windows = Path(sys.argv[2] if len(sys.argv) > 2 else ROOT / "build/windows")
+    files = source_files()
+    graph = Graph(files)
+    pure = library_sources(host, "torvane_pure") | library_sources(windows, "torvane_pure")
+    logic = library_sources(windows, "torvane_logic") | pure
+    faults = graph.faults
+    faults += [f"circle: {cycle}" for cycle in graph.cycles()]
+    faults += [*check_pure(graph, pure), *check_logic(graph, logic), *check_folders(graph)]
+    for fault in faults:
+        print(fault)
+    if not faults:
+        print(f"{len(files)} files, {len(pure)} of them pure sources and {len(logic - pure)} logic: no fault")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

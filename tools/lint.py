@@ -1,0 +1,141 @@
+#!/usr/bin/env python3
+"""Runs clang-tidy over every source of ours that a build compiles.
+
+    tools/lint.py [-j JOBS] BUILD...
+
+A build is a configured and built folder: its compile commands say how each source is compiled, its dependency log which
+headers each source reaches. A source whose commands, headers and rules are the same as at an earlier clean run is not
+analysed again (build/lint-cache). A source that several builds compile is analysed once, as the first of them does.
+"""
+
+import argparse
+import concurrent.futures
+import hashlib
+import json
+import os
+import re
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+CACHE = ROOT / "build" / "lint-cache"
+TIDY = "clang-tidy"
+TIMEOUT_SECONDS = 600
+
+
+def ours(path):
+    return path.is_relative_to(ROOT) and not path.is_relative_to(ROOT / "build")
+
+
+class Build:
+    """One configured build folder."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder).resolve()
+        self.commands = {}
+        for entry in json.loads((self.folder / "compile_commands.json").read_text()):
+            path = Path(entry["file"])
+            if ours(path) and path.suffix == ".cpp" and path.is_file():
+                self.commands.setdefault(path, entry["command"])
+        self.headers = self.read_dependency_log()
+        self.extra = self.cross_arguments()
+
+    def read_dependency_log(self):
+        """source -> the files of ours it includes, as the compiler reported them."""
+        log = subprocess.run(["ninja", "-C", self.folder, "-t", "deps"], capture_output=True, text=True, check=True)
+        found, files = {}, []
+        for line in log.stdout.splitlines():
+            if line.startswith("    "):
+                path = Path(os.path.normpath(self.folder / line.strip()))
+                if ours(path):
+                    files.append(path)
+            elif files:
+                found[files[0]] = files
+                files = []
+        if files:
+            found[files[0]] = files
+        return found
+
+    def cross_arguments(self):
+        """What clang must be told to read the cross compiler's headers instead of the machine's own."""
+        compiler = next((command.split()[0] for command in self.commands.values()), "")
+        # GCC's warnings and options that clang does not know are no finding.
+        extra = ["-Wno-unknown-warning-option", "-Wno-ignored-optimization-argument", "-Wno-unused-command-line-argument"]
+        if "mingw32" in compiler:
+            report = subprocess.run([compiler, "-xc++", "-E", "-v", "/dev/null"], capture_output=True, text=True, check=True)
+            listed = re.search(r"#include <\.\.\.> search starts here:\n(.*?)End of search list", report.stderr, re.S)
+            extra += ["--target=x86_64-w64-mingw32", "-nostdinc++"]
+            for line in listed.group(1).splitlines():
+                # GCC's own <immintrin.h> and kin are for GCC; clang brings its own.
+                if "c++" in line or "/lib/gcc/" not in line:
+                    extra.append("-isystem" + os.path.normpath(line.strip()))
+        return extra
+
+    def key(self, source, rules):
+        digest = hashlib.sha256(rules)
+        digest.update(self.commands[source].encode())
+        digest.update("\n".join(self.extra).encode())
+        for path in self.headers.get(source, [source]):
+            digest.update(str(path.relative_to(ROOT)).encode())
+            digest.update(path.read_bytes() if path.is_file() else b"")
+        return digest.hexdigest()
+
+    def analyse(self, source):
+        """The findings as text; empty when there are none."""
+        command = [TIDY, "--quiet", f"-p={self.folder}", *(f"--extra-arg={argument}" for argument in self.extra), source]
+        try:
+            run = subprocess.run(command, capture_output=True, text=True, cwd=ROOT, timeout=TIMEOUT_SECONDS)
+        except subprocess.TimeoutExpired:
+            return f"{source}: no end after {TIMEOUT_SECONDS} s"
+        if run.returncode == 0:
+            return ""
+        return run.stdout.strip() or run.stderr.strip()
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("-j", "--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("builds", nargs="+")
+    arguments = parser.parse_args()
+
+    version = subprocess.run([TIDY, "--version"], capture_output=True, check=True).stdout
+    rules = (ROOT / ".clang-tidy").read_bytes() + version + Path(__file__).read_bytes()
+    CACHE.mkdir(parents=True, exist_ok=True)
+
+    work, keys = {}, {}
+    known = 0
+    for build in map(Build, arguments.builds):
+        for source in build.commands:
+            if source in keys:
+                continue
+            keys[source] = build.key(source, rules)
+            if (CACHE / keys[source]).exists():
+                (CACHE / keys[source]).touch()
+                known += 1
+            else:
+                work[source] = build
+
+    findings = []
+    with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
+        runs = {pool.submit(build.analyse, source): source for source, build in work.items()}
+        for run in concurrent.futures.as_completed(runs):
+            if run.result():
+                findings.append(run.result())
+            else:
+                (CACHE / keys[runs[run]]).touch()
+
+    # Results that no run has asked for during a month are dropped.
+    for stale in CACHE.iterdir():
+        if time.time() - stale.stat().st_mtime > 30 * 24 * 3600:
+            stale.unlink()
+
+    for finding in sorted(findings):
+        print(finding)
+    print(f"{len(keys)} sources: {len(work)} analysed, {known} unchanged since a clean run, {len(findings)} with findings")
+    return 1 if findings else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
