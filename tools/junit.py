@@ -4,6 +4,7 @@
     tools/junit.py failure FILE SUITE NAME LOG    writes FILE: one failed test, with the end of LOG as its message
     tools/junit.py steps FILE TABLE               writes FILE from lines "name <tab> seconds <tab> passed|failed <tab> log"
     tools/junit.py failures FILE                  prints the failed tests of FILE, each with its message
+    tools/junit.py count FILE                     prints what FILE adds to the summary; an error when it holds no test
     tools/junit.py summary FOLDER                 prints "N passed, N failed[, N skipped]" over FOLDER/*.xml
 """
 
@@ -53,13 +54,14 @@ def outcome(case):
     return "passed"
 
 
-def summary(folder):
+def summary(paths):
     count = {"passed": 0, "failed": 0, "skipped": 0}
-    for path in sorted(Path(folder).glob("*.xml")):
+    for path in paths:
         for case in ET.parse(path).getroot().iter("testcase"):
             count[outcome(case)] += 1
     skipped = f", {count['skipped']} skipped" if count["skipped"] else ""
     print(f"{count['passed']} passed, {count['failed']} failed{skipped}")
+    return sum(count.values())
 
 
 def print_failures(path):
@@ -79,8 +81,11 @@ def main():
         write_steps(*rest)
     elif command == "failures":
         print_failures(*rest)
+    elif command == "count":
+        if summary(rest) == 0:
+            sys.exit(f"{rest[0]}: no test was run")
     elif command == "summary":
-        summary(*rest)
+        summary(sorted(Path(rest[0]).glob("*.xml")))
     else:
         sys.exit(__doc__)
 
