@@ -1,0 +1,112 @@
+#include "monitoring/command_runner.h"
+
+#include "app/event_log.h"
+#include "ui/owned.h"
+
+#include <cinttypes>
+#include <cstdint>
+#include <string>
+
+namespace torvane {
+namespace {
+
+/// Room behind a loaded text, all zero: the text's terminator and more.
+constexpr std::uint64_t kZeroTail = 1024;
+
+/// The one handle of this process that a child may inherit.
+UniqueFile createInheritableFile(const char* fileName) {
+    // The length stays zero: the system looks at the descriptor and the inherit flag alone.
+    SECURITY_ATTRIBUTES inheritable{};
+    inheritable.bInheritHandle = TRUE;
+    return UniqueFile{CreateFileA(fileName, GENERIC_READ | GENERIC_WRITE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable, CREATE_ALWAYS, 0, nullptr)};
+}
+
+/// Starts the command without a window, its output going to `output` and its input being empty. Returns the process, or
+/// null.
+UniqueHandle startHidden(const char* commandLine, HANDLE output) {
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.wShowWindow = SW_HIDE;
+    startup.hStdOutput = output;
+    startup.hStdError = output;
+
+    std::string ownCommandLine(commandLine); // CreateProcess may write into its argument
+    PROCESS_INFORMATION child{};
+    if (!CreateProcessA(nullptr, ownCommandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
+                        &startup, &child)) {
+        return {};
+    }
+    const UniqueHandle mainThread{child.hThread};
+    ResumeThread(mainThread.get());
+    return UniqueHandle{child.hProcess};
+}
+
+/// Waits for the process's end, however long it takes.
+void waitForEnd(HANDLE process) {
+    WaitForSingleObject(process, INFINITE);
+    // A tool that fails still has run: what went wrong stands in its output.
+    DWORD exitCode = 0;
+    GetExitCodeProcess(process, &exitCode);
+}
+
+std::uint64_t sizeOf(HANDLE file) {
+    DWORD high = 0;
+    const DWORD low = GetFileSize(file, &high);
+    return (std::uint64_t{high} << 32) | low;
+}
+
+/// True when the whole file of `size` bytes is in `block`. A size of 4 GiB or more cannot be asked for in one call.
+bool readWhole(HANDLE file, std::uint64_t size, char* block) {
+    if (size > MAXDWORD) {
+        return false;
+    }
+    DWORD count = 0;
+    return ReadFile(file, block, static_cast<DWORD>(size), &count, nullptr) && count == size;
+}
+
+} // namespace
+
+void GlobalFreeDeleter::operator()(char* block) const {
+    GlobalFree(block);
+}
+
+int PARSE_BuildDataFile(AppState& /*context*/, const char* outputFileName, const char* commandLine) {
+    const UniqueFile output = createInheritableFile(outputFileName);
+    if (!output) {
+        LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CREATE_ALWAYS FAILED", outputFileName);
+        return 0;
+    }
+    const UniqueHandle process = startHidden(commandLine, output.get());
+    if (!process) {
+        LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CreateProcess FAILED", outputFileName);
+        return 0;
+    }
+    waitForEnd(process.get());
+    return 1;
+}
+
+LoadedText PARSE_LoadFileIntoBuffer(AppState& /*context*/, const char* fileName) {
+    const UniqueFile file{CreateFileA(fileName, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, 0, nullptr)};
+    if (!file) {
+        LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: [%s] OPEN_WXISTING FAILED", fileName);
+        return nullptr;
+    }
+    const std::uint64_t size = sizeOf(file.get());
+    // Only the low half of the size is allocated: a larger file is refused below.
+    LoadedText block{static_cast<char*>(GlobalAlloc(GMEM_ZEROINIT, (size & MAXDWORD) + kZeroTail))};
+    if (!block) {
+        LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: Could not allocate [%" PRIu64 "] bytes of memory",
+                 size + kZeroTail);
+        return nullptr;
+    }
+    if (!readWhole(file.get(), size, block.get())) {
+        LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: Could not READ [%s] for processing", fileName);
+        return nullptr;
+    }
+    return block;
+}
+
+} // namespace torvane
