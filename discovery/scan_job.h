@@ -13,7 +13,8 @@ struct AppState;
 /// freed here, after the list's rows are gone) and starts the scan worker and the progress thread.
 void LoadDrives(AppState& state);
 
-/// The scan itself. Expects LoadDrives to have emptied the table. Returns the thread's exit code, 1.
+/// The scan itself, on the worker thread: fills the drive and volume tables and the drive list. The drive table is
+/// empty when it begins. Returns the thread's exit code, 1.
 DWORD runDriveScan(AppState& state);
 
 /// Time as the progress thread sees it.

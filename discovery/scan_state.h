@@ -19,6 +19,7 @@ inline constexpr int kMaxDrives = 20;
 struct ScanState {
     std::atomic<std::int32_t> driveLoaderWorking{0}; ///< 1 from Load Drives until the worker's end
     std::atomic<std::int32_t> stage{0};              ///< 0 to 5; 4 is never used
+    std::atomic<std::int32_t> scanNumber{0};         ///< counts the scans, so that a progress thread knows its own
     std::atomic<std::int32_t> driveCount{0};
     std::array<DriveRecordPtr, kMaxDrives> drives; ///< in probe order, without gaps
     VolumeTable volumes;

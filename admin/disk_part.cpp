@@ -1,0 +1,223 @@
+#include "admin/disk_part.h"
+
+#include "admin/disk_part_results.h"
+#include "app/app_state.h"
+#include "app/event_log.h"
+#include "base/format.h"
+#include "base/worker_thread.h"
+#include "monitoring/command_runner.h"
+#include "ui/prompts.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+namespace {
+
+/// One run of diskpart.
+struct DiskPartScript {
+    const char* fileName;
+    std::string text;
+    const char* resultsFileName;
+};
+
+constexpr const char* kMountResultsFileName = "DISKPART MountResults.txt";
+
+DiskPartScript readOnlyTest(std::int32_t diskNumber) {
+    return {"ReadOnlyTest.txt", formatText("select disk %d\n", diskNumber) + "attributes disk\n",
+            "DISKPART Results.txt"};
+}
+
+DiskPartScript mountStatusQuery() {
+    return {"MountStatusScript.txt", "automount\n", kMountResultsFileName};
+}
+
+DiskPartScript mountingDisable() {
+    return {"DisableMountScript.txt", "automount disable\nautomount scrub\n", kMountResultsFileName};
+}
+
+DiskPartScript mountingEnable() {
+    // The file name is spelled so on purpose.
+    return {"EnbleMountScript.txt", "automount enable\nautomount scrub\n", kMountResultsFileName};
+}
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+bool writeWhole(const char* fileName, std::string_view text) {
+    // Binary, so that lines end in a bare line feed.
+    const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(fileName, "wb+"));
+    return file && std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() && std::fflush(file.get()) == 0;
+}
+
+bool writeScript(const DiskPartScript& script) {
+    if (writeWhole(script.fileName, script.text)) {
+        return true;
+    }
+    // The text speaks of the read-only attribute whatever the script is for.
+    LogEvent("ERROR", "Could not create DISKPART [%s] script. Setting READONLY to OFF", script.fileName);
+    return false;
+}
+
+bool runScript(AppState& state, const DiskPartScript& script) {
+    const std::string commandLine = formatText("diskpart /s %s", script.fileName);
+    return PARSE_BuildDataFile(state, script.resultsFileName, commandLine.c_str()) != 0;
+}
+
+LoadedText loadResults(AppState& state, const DiskPartScript& script) {
+    LoadedText results = PARSE_LoadFileIntoBuffer(state, script.resultsFileName);
+    if (!results) {
+        LogEvent("ERROR", "Could not Load File [%s] into buffer", script.resultsFileName);
+    }
+    return results;
+}
+
+LoadedText queryDiskPart(AppState& state, const DiskPartScript& script) {
+    if (!writeScript(script)) {
+        return nullptr;
+    }
+    if (!runScript(state, script)) {
+        LogEvent("ERROR", "Could not BuildDataFile [%s]", script.resultsFileName);
+        return nullptr;
+    }
+    return loadResults(state, script);
+}
+
+// A failure leaves the status and `jobActive` as they are: a disable request then stays "in progress".
+DWORD changeMounting(AppState& state, const DiskPartScript& script) {
+    if (!writeScript(script)) {
+        return 0;
+    }
+    state.jobActive = 1;
+    if (!runScript(state, script)) {
+        LogEvent("ERROR", "Could not BuildDataFile for [%s]", script.resultsFileName);
+        return 0;
+    }
+    const LoadedText results = loadResults(state, script);
+    if (!results) {
+        return 0;
+    }
+    state.mountStatus = mountStatusAfterScrub(results.get());
+    state.view->redrawDriveList();
+    state.jobActive = 0;
+    return 1;
+}
+
+bool startWorker(AppState& state, LPTHREAD_START_ROUTINE procedure) {
+    state.worker = startThread(procedure, &state);
+    if (!state.worker) {
+        LogEvent("ERROR", "Could not start the change of Drive Mounting");
+    }
+    return static_cast<bool>(state.worker);
+}
+
+void showDisableOutcome(std::int32_t mountStatus) {
+    if (mountStatus == kMountingDisabled) {
+        prompts::inform("****** DISABLED ******", "Drive Mounting has been DISABLED");
+    } else {
+        prompts::inform("****** NOT DISABLED ******", "Drive Mounting has NOT been DISABLED");
+    }
+}
+
+void showEnableOutcome(std::int32_t mountStatus) {
+    std::fputs("Setting ENABLE Complete\n", stdout); // a diagnostic line, seen when started from a console
+    if (mountStatus == kMountingEnabled) {
+        prompts::inform("****** ENABLED ******", "Drive Mounting has been ENABLED");
+    } else {
+        prompts::inform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
+    }
+}
+
+} // namespace
+
+int DP_TestReadOnly(AppState& state, DriveRecord& drive) {
+    drive.readOnly = 1;
+    const LoadedText results = queryDiskPart(state, readOnlyTest(drive.driveNumber));
+    if (!results) {
+        return 0;
+    }
+    if (reportsWritableDisk(results.get())) {
+        drive.readOnly = 0;
+    }
+    state.view->redrawDriveList();
+    return 1;
+}
+
+std::int32_t DP_GetMountStatus(AppState& state) {
+    const LoadedText results = queryDiskPart(state, mountStatusQuery());
+    if (!results) {
+        return 0;
+    }
+    const MountStatus status = mountStatusInReport(results.get());
+    state.mountStatus = status;
+    state.view->redrawDriveList();
+    return status;
+}
+
+DWORD disableMounting(AppState& state) {
+    return changeMounting(state, mountingDisable());
+}
+
+DWORD enableMounting(AppState& state) {
+    return changeMounting(state, mountingEnable());
+}
+
+DWORD WINAPI DP_DisableMountingWorker(void* state) {
+    return disableMounting(*static_cast<AppState*>(state));
+}
+
+DWORD WINAPI DP_EnableMountingWorker(void* state) {
+    return enableMounting(*static_cast<AppState*>(state));
+}
+
+bool startEnableMounting(AppState& state) {
+    return startWorker(state, DP_EnableMountingWorker);
+}
+
+void onDisableMounting(AppState& state) {
+    if (DP_GetMountStatus(state) == kMountingDisabled &&
+        !prompts::ask("***** MOUNTING DISABLED -- REBOOT *****",
+                      "Mounting Status is already DISABLED. If not working TRY REBOOTING for mounting status change to "
+                      "register. Continue DISABLE anyway?")) {
+        return;
+    }
+    const std::int32_t known = state.mountStatus.exchange(kMountingChanging);
+    if (!startWorker(state, DP_DisableMountingWorker)) {
+        state.mountStatus = known;
+        return;
+    }
+    state.view->startTimer(kDisableMountTimer, kMountTimerMilliseconds);
+}
+
+void onEnableMounting(AppState& state) {
+    if (DP_GetMountStatus(state) == kMountingEnabled &&
+        !prompts::ask("***** MOUNTING ENABLED -- REBOOT *****",
+                      "Mounting Status is already ENABLED. If not working TRY REBOOTING for mounting status change to "
+                      "register. Continue ENABLE anyway?")) {
+        return;
+    }
+    // Unlike the disable command, the status is not set to "changing": the first tick reports whatever the check left.
+    if (startEnableMounting(state)) {
+        state.view->startTimer(kEnableMountTimer, kMountTimerMilliseconds);
+    }
+}
+
+void onMountTimer(AppState& state, int timerId) {
+    const std::int32_t status = state.mountStatus;
+    if (status == kMountingChanging || (timerId != kEnableMountTimer && timerId != kDisableMountTimer)) {
+        return;
+    }
+    // The timer first, lest a second box opens on top of this one.
+    state.view->stopTimer(timerId);
+    if (timerId == kDisableMountTimer) {
+        showDisableOutcome(status);
+    } else {
+        showEnableOutcome(status);
+    }
+}
+
+} // namespace torvane

@@ -1,0 +1,54 @@
+#include "admin/disk_part_results.h"
+
+#include "monitoring/text_scanners.h"
+
+#include <array>
+#include <string_view>
+
+namespace torvane {
+
+namespace {
+
+using Line = std::array<char, 4096>;
+using Word = std::array<char, 256>;
+
+// "Current Read-only State : No"
+constexpr int kReadOnlyWord = 4;
+// "Automatic mounting of new volumes enabled."
+constexpr int kMountingWord = 5;
+
+// The word carries the sentence's full stop, hence the comparison of its beginning alone.
+MountStatus mountStatusInLine(const Line& line) {
+    Word word{};
+    PARSE_GetWord(line.data(), word, kMountingWord);
+    const std::string_view status(word.data());
+    if (status.starts_with("disabled")) {
+        return kMountingDisabled;
+    }
+    return status.starts_with("enabled") ? kMountingEnabled : kMountingUndetermined;
+}
+
+} // namespace
+
+bool reportsWritableDisk(const char* results) {
+    Line line{};
+    Word word{};
+    return PARSE_FindLine(results, line, "Read-only") >= 0 && PARSE_GetWord(line.data(), word, kReadOnlyWord) != 0 &&
+           std::string_view(word.data()) == "No";
+}
+
+MountStatus mountStatusInReport(const char* results) {
+    Line line{};
+    return PARSE_FindLine(results, line, "mounting") >= 0 ? mountStatusInLine(line) : kMountingUndetermined;
+}
+
+MountStatus mountStatusAfterScrub(const char* results) {
+    Line line{};
+    const int scrubbed = PARSE_FindLine(results, line, "successfully scrubbed");
+    if (scrubbed < 0 || PARSE_GetLine(scrubbed + 2, results, line) == 0) {
+        return kMountingUndetermined;
+    }
+    return mountStatusInLine(line);
+}
+
+} // namespace torvane

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "ui/owned.h"
+
+namespace torvane {
+
+/// Starts a thread with default attributes. Null when the system has no room for it. Letting the handle go does not end
+/// the thread.
+inline UniqueHandle startThread(LPTHREAD_START_ROUTINE procedure, void* argument) {
+    return UniqueHandle(CreateThread(nullptr, 0, procedure, argument, 0, nullptr));
+}
+
+} // namespace torvane

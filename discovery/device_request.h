@@ -1,0 +1,20 @@
+#pragma once
+
+#include "base/bytes.h"
+#include "discovery/drive_record.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace torvane {
+
+/// Opens a device for reading and writing, shared for both. Returns null on failure; the caller closes it.
+[[nodiscard]] NativeHandle openDevice(const char* path, std::uint32_t flagsAndAttributes);
+
+/// Sends a control request and returns what the device wrote into `output`, no more than it said it did. Nothing when
+/// the request failed.
+[[nodiscard]] std::optional<ByteView> requestFromDevice(NativeHandle device, std::uint32_t controlCode, ByteView input,
+                                                        std::span<std::uint8_t> output);
+
+} // namespace torvane

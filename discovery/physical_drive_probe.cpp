@@ -1,0 +1,153 @@
+#include "discovery/physical_drive_probe.h"
+
+#include "app/event_log.h"
+#include "base/format.h"
+#include "discovery/ata_identify.h"
+#include "discovery/bus_type.h"
+#include "discovery/device_request.h"
+#include "discovery/storage_descriptor.h"
+
+#include <windows.h>
+#include <winioctl.h>
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+// DISK_GEOMETRY_EX: 24 bytes of DISK_GEOMETRY, the 64-bit size, and the first byte of what may follow.
+constexpr std::size_t kGeometryBytes = 33;
+// STORAGE_PROPERTY_QUERY: property id, query type, and its padded first byte of additional parameters.
+constexpr std::size_t kDeviceQueryBytes = 12;
+constexpr std::size_t kDeviceDescriptorBytes = 551;
+constexpr std::size_t kAdapterQueryBytes = 29;
+constexpr std::size_t kAdapterDescriptorBytes = 540;
+// The second word of every storage descriptor is its size.
+constexpr std::size_t kDescriptorSizeOffset = 4;
+
+std::string drivePath(int driveNumber) {
+    return formatText("\\\\.\\PhysicalDrive%d", driveNumber);
+}
+
+bool readGeometry(DriveRecord& record) {
+    std::array<std::uint8_t, kGeometryBytes> answer{};
+    const auto geometry = requestFromDevice(record.handle, IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, {}, answer);
+    if (!geometry) {
+        return false;
+    }
+    applyDiskGeometry(record, parseDiskGeometry(*geometry));
+    return true;
+}
+
+/// `query` and `answer` are zero-filled; the query type stays PropertyStandardQuery.
+std::optional<ByteView> queryProperty(const DriveRecord& record, STORAGE_PROPERTY_ID property,
+                                      std::span<std::uint8_t> query, std::span<std::uint8_t> answer) {
+    storeLe(query, 0, static_cast<std::uint32_t>(property));
+    storeLe(answer, kDescriptorSizeOffset, static_cast<std::uint32_t>(answer.size()));
+    return requestFromDevice(record.handle, IOCTL_STORAGE_QUERY_PROPERTY, query, answer);
+}
+
+// Without an answer the texts stay empty and the bus type 0.
+void readDeviceDescriptor(DriveRecord& record) {
+    std::array<std::uint8_t, kDeviceQueryBytes> query{};
+    std::array<std::uint8_t, kDeviceDescriptorBytes> answer{};
+    if (const auto descriptor = queryProperty(record, StorageDeviceProperty, query, answer)) {
+        applyStorageDevice(record, parseStorageDeviceDescriptor(*descriptor));
+    }
+}
+
+void readAdapterDescriptor(DriveRecord& record) {
+    std::array<std::uint8_t, kAdapterQueryBytes> query{};
+    std::array<std::uint8_t, kAdapterDescriptorBytes> answer{};
+    if (const auto descriptor = queryProperty(record, StorageAdapterProperty, query, answer)) {
+        const BusVersion version = parseStorageAdapterDescriptor(*descriptor);
+        record.busMajorVersion = version.major;
+        record.busMinorVersion = version.minor;
+    }
+}
+
+void setStartingValues(DriveRecord& record, int driveNumber) {
+    record.driveNumber = driveNumber;
+    record.identifyDriveNumber = driveNumber;
+    record.recordKind = kRecordKindPhysicalDrive;
+    record.busCode = kBusCodeDirect;
+    record.smartType = kSmartTypeUnknown;
+    record.shortTestResult = kReadTestNotPerformed;
+    record.criticalTestResult = kReadTestNotPerformed;
+    record.nistTestResult = kReadTestNotPerformed;
+    record.powerOnHours = kNotReported;
+    record.reallocatedSectors = kNotReported;
+    record.reportedUncorrect = kNotReported;
+    record.reallocatedEvents = kNotReported;
+    record.pendingSectors = kNotReported;
+    record.offlineUncorrectable = kNotReported;
+}
+
+/// False when the bus is not supported.
+bool settleByBusType(DriveRecord& record) {
+    switch (record.busType) {
+    case kBusTypeScsi:
+        identifyOverAta(record);
+        return true;
+    case kBusTypeAta:
+    case kBusTypeSata:
+        record.smartType = kSmartTypeStandard;
+        identifyOverAta(record);
+        return true;
+    case kBusTypeUsb:
+        record.model.assign(record.vendor.view());
+        record.smartType = kSmartTypeStandard;
+        record.busCode = kBusCodeUsb;
+        LogEvent("DIAG", "USB PHYS [%s]", record.devicePath.c_str());
+        return true;
+    case kBusTypeRaid:
+        record.smartType = kSmartTypeStandard;
+        record.model.assign(record.product.view());
+        return true;
+    case kBusTypeNvme:
+        record.model.assign(record.product.view());
+        record.busCode = kBusCodeNvme;
+        record.smartType = kSmartTypeNvme;
+        return true;
+    default:
+        LogEvent("FAILURE", "Unsupported Bus Type [%s] BUS: [%d] for Physical Device [%d]", record.busText.c_str(),
+                 record.busType, record.driveNumber);
+        return false;
+    }
+}
+
+} // namespace
+
+NativeHandle openDriveByNumber(int driveNumber) {
+    return openDevice(drivePath(driveNumber).c_str(), 0);
+}
+
+DriveRecordPtr ProbePhysicalDrive([[maybe_unused]] AppState& state, int driveNumber) {
+    DriveRecordPtr record(new DriveRecord);
+    record->devicePath.assign(drivePath(driveNumber));
+    record->handle = openDriveByNumber(driveNumber);
+    if (record->handle == nullptr || !readGeometry(*record)) {
+        return nullptr;
+    }
+    readDeviceDescriptor(*record);
+    readAdapterDescriptor(*record);
+    setStartingValues(*record, driveNumber);
+    return settleByBusType(*record) ? std::move(record) : nullptr;
+}
+
+int identifyOverAta(DriveRecord& record) {
+    const auto request = ataIdentifyRequest(record.identifyDriveNumber);
+    std::array<std::uint8_t, kAtaAnswerBytes> answer{};
+    if (!requestFromDevice(record.handle, SMART_RCV_DRIVE_DATA, request, answer)) {
+        return 0;
+    }
+    // Drivers differ in the length they return; what they did not write is zero.
+    applyAtaIdentify(record, ByteView(answer).subspan(kAtaAnswerHeaderBytes));
+    return 1;
+}
+
+} // namespace torvane

@@ -1,0 +1,59 @@
+#include "discovery/volume_map.h"
+
+#include "app/app_state.h"
+#include "base/format.h"
+#include "discovery/device_request.h"
+#include "discovery/volume_table.h"
+#include "ui/owned.h"
+
+#include <winioctl.h>
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace torvane {
+
+namespace {
+
+constexpr char kFirstLetter = 'C'; // A: and B: are never looked at
+constexpr char kLastLetter = 'Z';
+constexpr char kSystemLetter = 'C';
+constexpr std::size_t kExtentsAnswerBytes = 4096;
+
+std::vector<VolumeExtent> readVolumeExtents(char letter) {
+    const UniqueHandle volume(openDevice(formatText("\\\\.\\%c:", letter).c_str(), FILE_ATTRIBUTE_NORMAL));
+    if (!volume) {
+        return {};
+    }
+    std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
+    const auto answer = requestFromDevice(volume.get(), IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
+    return answer ? parseVolumeDiskExtents(*answer) : std::vector<VolumeExtent>();
+}
+
+// The disk number is the position in the drive table on purpose: the right drive is marked when the drives are numbered
+// from 0 without gaps. A position that the table does not have is skipped.
+void markSystemDrives(ScanState& scan, std::span<const VolumeExtent> extents) {
+    for (const VolumeExtent& extent : extents) {
+        if (extent.diskNumber < static_cast<std::uint32_t>(scan.driveCount)) {
+            scan.drives[extent.diskNumber]->systemDrive = 1;
+        }
+    }
+}
+
+} // namespace
+
+void EnumerateVolumes(AppState& state) {
+    resetVolumeTable(state.scan.volumes);
+    for (char letter = kFirstLetter; letter <= kLastLetter; ++letter) {
+        const std::vector<VolumeExtent> extents = readVolumeExtents(letter);
+        if (letter == kSystemLetter) {
+            markSystemDrives(state.scan, extents);
+        }
+        appendVolume(state.scan.volumes, letter, extents);
+    }
+}
+
+} // namespace torvane
