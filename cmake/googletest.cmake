@@ -4,6 +4,7 @@ if(NOT EXISTS "${TORVANE_GOOGLETEST_SOURCE}/CMakeLists.txt")
     message(FATAL_ERROR "GoogleTest's sources are not in ${TORVANE_GOOGLETEST_SOURCE}: run tools/install-packages")
 endif()
 
+set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
 set(INSTALL_GTEST OFF)
 set(BUILD_GMOCK ON)
 set(gtest_force_shared_crt ON)
