@@ -1,0 +1,129 @@
+#include "health/grading.h"
+
+#include "base/format.h"
+#include "discovery/drive_record.h"
+
+#include <algorithm>
+
+namespace torvane {
+
+namespace {
+
+constexpr std::int32_t kHoursPerYear = 8760;
+
+bool reportsNothing(const DriveRecord& record) {
+    const std::array counters{record.reallocatedEvents, record.pendingSectors, record.offlineUncorrectable,
+                              record.reportedUncorrect, record.powerOnHours,   record.reallocatedSectors};
+    return std::all_of(counters.begin(), counters.end(), [](std::int32_t counter) { return counter == kNotReported; });
+}
+
+std::uint32_t ageLevel(std::int32_t hours) {
+    if (hours < 3 * kHoursPerYear) {
+        return 0;
+    }
+    return hours < 5 * kHoursPerYear ? 1 : 2;
+}
+
+std::uint32_t remapLevel(std::int32_t sectors) {
+    if (sectors <= 0) {
+        return 0;
+    }
+    // A first moved sector weighs more than a first error of any other kind.
+    return sectors < 50 ? 2 : 3;
+}
+
+std::uint32_t errorLevel(std::int32_t errors) {
+    if (errors <= 0) {
+        return 0;
+    }
+    if (errors < 5) {
+        return 1;
+    }
+    return errors < 10 ? 2 : 3;
+}
+
+} // namespace
+
+std::optional<std::uint32_t> healthLevel(const DriveRecord& record) {
+    if (reportsNothing(record)) {
+        return std::nullopt;
+    }
+    const std::int32_t errors = std::max(
+        {0, record.reallocatedEvents, record.pendingSectors, record.offlineUncorrectable, record.reportedUncorrect});
+    return std::max({errorLevel(errors), ageLevel(record.powerOnHours), remapLevel(record.reallocatedSectors)});
+}
+
+const MessageRecord* GradeDrive(std::span<const MessageRecord> messages, const DriveRecord& record) {
+    const auto level = healthLevel(record);
+    return level ? FindMessageByLevel(messages, *level) : nullptr;
+}
+
+std::string_view lampImage(std::uint32_t colourCode) {
+    switch (colourCode) {
+    case kLampBlue:
+        return "engine-check-blue.png";
+    case kLampYellow:
+        return "engine-check-yellow.png";
+    case kLampGreen:
+        return "engine-check-green.png";
+    case kLampRed:
+        return "engine-check-red.png";
+    default:
+        return {};
+    }
+}
+
+LampVerdict decideLamp(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
+    if (activeDrive == nullptr || activeDrive->smartLoaded == 0) {
+        return {kWhiteLampImage, {}, false};
+    }
+    const MessageRecord* message = GradeDrive(messages, *activeDrive);
+    if (message == nullptr) {
+        return {{}, {}, true};
+    }
+    return {lampImage(message->messageId), messageText(*message), true};
+}
+
+std::optional<NvmeWarnings> NvmeWarningBits(const DriveRecord& record) {
+    if (record.nvme.criticalWarning == kNotReported) {
+        return std::nullopt;
+    }
+    NvmeWarnings failed{};
+    for (std::size_t bit = 0; bit < failed.size(); ++bit) {
+        failed[bit] = ((static_cast<std::uint32_t>(record.nvme.criticalWarning) >> bit) & 1U) != 0;
+    }
+    return failed;
+}
+
+std::string nvmeResultText(const DriveRecord& record, std::size_t bit, bool failed) {
+    // Only the spare's text tells of a failure: the dials carry the verdict of the other four.
+    if (bit != 0) {
+        return "RESULT";
+    }
+    if (!failed) {
+        return "RESULTS";
+    }
+    return formatText("FAILED %03d %03d", record.nvme.availableSpare & 127, record.nvme.availableSpareThreshold & 127);
+}
+
+bool isEnduranceKnown(const DriveRecord& record) {
+    return record.nvme.dataUnitsWritten != kNotReported;
+}
+
+std::string enduranceText(const DriveRecord& record) {
+    if (!isEnduranceKnown(record)) {
+        return " ";
+    }
+    return formatText("Total Bytes Written %s GB is %.02f percent of threshold",
+                      thousandsText(record.nvme.gigabytesWritten).c_str(), record.nvme.enduranceFraction * 100.0);
+}
+
+std::string thousandsText(std::uint64_t number) {
+    std::string text = std::to_string(number);
+    for (std::size_t i = text.size(); i > 3; i -= 3) {
+        text.insert(i - 3, 1, ',');
+    }
+    return text;
+}
+
+} // namespace torvane

@@ -1,0 +1,143 @@
+#include "health/panel_model.h"
+
+#include "discovery/drive_record.h"
+
+namespace torvane {
+
+namespace {
+
+constexpr std::string_view kFirstDialImage = "sw-gauge-poh-small.png";
+constexpr std::string_view kDialImage = "sw-gauge-small.png";
+constexpr std::string_view kPassFailImage = "passfail-gauge.png";
+
+constexpr PanelPoint kFirstDial{10, 140};
+constexpr PanelPoint kFirstPivot{70, 194};
+constexpr int kDialStep = 180;
+constexpr double kNeedleLength = 55.0;
+constexpr int kCaptionWidth = 140;
+constexpr int kCaptionTop = 224;
+constexpr int kCaptionBottom = 244;
+
+constexpr double kPassValue = 0.0;
+constexpr double kFailValue = 100.0;
+
+/// What one dial of an ATA drive tells.
+struct Gauge {
+    std::string_view caption;
+    std::int32_t counter;
+    double fullScale;
+};
+using Gauges = std::array<Gauge, kDialCount>;
+
+Gauges standardGauges(const DriveRecord& record) {
+    return {{{"Power On Hours", record.powerOnHours, 60000.0},
+             {"Moved Errors", record.reallocatedSectors, 100.0},
+             {"Slow Sectors", record.reallocatedEvents, 100.0},
+             {"Pending Sectors", record.pendingSectors, 100.0},
+             {"Uncorrectable Errors", record.offlineUncorrectable, 100.0},
+             {"Reported Errors", record.reportedUncorrect, 100.0}}};
+}
+
+Gauges ssdGauges(const SsdCounters& counters) {
+    // The hours' scale is far larger than a standard drive's on purpose: hours alone do not wear flash out.
+    return {{{"POH", counters.powerOnHours, 2000000.0},
+             {"Moved Errors", counters.reallocatedSectors, 100.0},
+             {"Slow Sectors", counters.remapEvents, 100.0},
+             {"Pending Sectors", counters.pendingSectors, 100.0},
+             {"Uncorrectable Errors", counters.offlineUncorrectable, 100.0},
+             {"Reported Errors", counters.uncorrectableErrors, 100.0}}};
+}
+
+Dial blankDial(std::size_t index, std::string_view image) {
+    const int shift = kDialStep * static_cast<int>(index);
+    Dial dial;
+    dial.image = image;
+    dial.position = {kFirstDial.x + shift, kFirstDial.y};
+    dial.pivot = {kFirstPivot.x + shift, kFirstPivot.y};
+    dial.captionBox = {shift, kCaptionTop, shift + kCaptionWidth, kCaptionBottom};
+    return dial;
+}
+
+std::array<Dial, kDialCount> blankDials(std::string_view firstImage, std::string_view otherImage) {
+    std::array<Dial, kDialCount> dials{};
+    for (std::size_t i = 0; i < dials.size(); ++i) {
+        dials[i] = blankDial(i, i == 0 ? firstImage : otherImage);
+    }
+    return dials;
+}
+
+void showValue(Dial& dial, std::string_view caption, double value) {
+    dial.caption = caption;
+    dial.needleEnd = NeedleEndPoint(value, kNeedleLength, dial.pivot);
+}
+
+void showCounters(std::array<Dial, kDialCount>& dials, const Gauges& gauges) {
+    for (std::size_t i = 0; i < dials.size(); ++i) {
+        if (gauges[i].counter != kNotReported) {
+            showValue(dials[i], gauges[i].caption, gauges[i].counter / gauges[i].fullScale);
+        }
+    }
+}
+
+PanelModel standardPanel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
+    PanelModel panel;
+    panel.dials = blankDials(kFirstDialImage, kDialImage);
+    panel.undrawnImages = {kUndrawnLabelsImage};
+    const LampVerdict verdict = decideLamp(activeDrive, messages);
+    if (verdict.showsCounters) {
+        showCounters(panel.dials, standardGauges(*activeDrive));
+    }
+    panel.lampImage = verdict.lampImage;
+    panel.texts.healthMessage = verdict.message;
+    return panel;
+}
+
+PanelModel ssdPanel(const DriveRecord& record) {
+    PanelModel panel;
+    panel.dials = blankDials(kFirstDialImage, kDialImage);
+    showCounters(panel.dials, ssdGauges(record.ssd));
+    return panel;
+}
+
+PanelModel nvmePanel(const DriveRecord& record) {
+    static constexpr std::array<std::string_view, kNvmeWarningCount> kCaptions{
+        "Available Space", "Temp Threshold", "NVM Sub-System", "Read-Only Mode", "Volatile Memory"};
+
+    PanelModel panel;
+    panel.dials = blankDials(kFirstDialImage, kPassFailImage);
+    if (isEnduranceKnown(record)) {
+        showValue(panel.dials[0], "Gigabytes Written", record.nvme.enduranceFraction);
+    }
+    panel.texts.endurance = enduranceText(record);
+    if (const auto failed = NvmeWarningBits(record)) {
+        for (std::size_t bit = 0; bit < failed->size(); ++bit) {
+            const bool hasFailed = (*failed)[bit];
+            showValue(panel.dials[bit + 1], kCaptions[bit], hasFailed ? kFailValue : kPassValue);
+            panel.texts.nvmeResults[bit] = nvmeResultText(record, bit, hasFailed);
+        }
+    }
+    return panel;
+}
+
+PanelModel unknownDrivePanel() {
+    PanelModel panel;
+    panel.dials = blankDials(kDialImage, kDialImage);
+    return panel;
+}
+
+} // namespace
+
+PanelModel buildPanelModel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
+    switch (activeDrive != nullptr ? activeDrive->smartType : kSmartTypeStandard) {
+    case kSmartTypeNvme:
+        return nvmePanel(*activeDrive);
+    case kSmartTypeSsd:
+        return ssdPanel(*activeDrive);
+    case kSmartTypeUnknown:
+        return unknownDrivePanel();
+    default:
+        return standardPanel(activeDrive, messages);
+    }
+}
+
+} // namespace torvane
