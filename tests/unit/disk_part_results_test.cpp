@@ -1,0 +1,90 @@
+#include "admin/disk_part_results.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace torvane {
+namespace {
+
+std::string attributesReport(const std::string& readOnlyLine) {
+    return "\r\nMicrosoft DiskPart version 10.0.19041.964\r\n\r\nDisk 1 is now the selected disk.\r\n\r\n" +
+           readOnlyLine + "\r\nRead-only  : Yes\r\nBoot Disk  : No\r\n";
+}
+
+TEST(DiskPartAttributes, StateYesIsReadOnly) {
+    EXPECT_FALSE(reportsWritableDisk(attributesReport("Current Read-only State : Yes").c_str()));
+}
+
+TEST(DiskPartAttributes, StateNoIsWritable) {
+    EXPECT_TRUE(reportsWritableDisk(attributesReport("Current Read-only State : No").c_str()));
+}
+
+TEST(DiskPartAttributes, TheFirstReadOnlyLineDecides) {
+    EXPECT_FALSE(reportsWritableDisk("Current Read-only State : Yes\r\nCurrent Read-only State : No\r\n"));
+}
+
+TEST(DiskPartAttributes, TheWordMustBeExactlyNo) {
+    EXPECT_FALSE(reportsWritableDisk(attributesReport("Current Read-only State : None").c_str()));
+    EXPECT_FALSE(reportsWritableDisk(attributesReport("Current Read-only State : N").c_str()));
+    EXPECT_FALSE(reportsWritableDisk(attributesReport("Current Read-only State : no").c_str()));
+    EXPECT_FALSE(reportsWritableDisk(attributesReport("Current Read-only State : Yes No").c_str()));
+}
+
+TEST(DiskPartAttributes, ReportWithoutReadOnlyIsNotWritable) {
+    EXPECT_FALSE(reportsWritableDisk("There is no disk selected.\r\n"));
+    EXPECT_FALSE(reportsWritableDisk(""));
+}
+
+TEST(DiskPartAttributes, LineWithTooFewWordsIsNotWritable) {
+    EXPECT_FALSE(reportsWritableDisk("Current Read-only State :\r\n"));
+}
+
+std::string automountReport(const std::string& line) {
+    return "\r\nMicrosoft DiskPart version 10.0.19041.964\r\n\r\n" + line + "\r\n";
+}
+
+TEST(DiskPartAutomount, DisabledWithItsFullStop) {
+    EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting of new volumes disabled.").c_str()), 1000);
+}
+
+TEST(DiskPartAutomount, EnabledWithItsFullStop) {
+    EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting of new volumes enabled.").c_str()), 1001);
+}
+
+TEST(DiskPartAutomount, AnyOtherWordIsNeither) {
+    EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting of new volumes unknown.").c_str()), 1002);
+    EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting of new volumes Enabled.").c_str()), 1002);
+    EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting of new volumes disable.").c_str()), 1002);
+    EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting of new volumes ").c_str()), 1002);
+}
+
+TEST(DiskPartAutomount, ReportWithoutTheLineIsNeither) {
+    EXPECT_EQ(mountStatusInReport(automountReport("The arguments specified are not valid.").c_str()), 1002);
+    EXPECT_EQ(mountStatusInReport(""), 1002);
+}
+
+std::string scrubReport(const std::string& status) {
+    return "\r\nAutomatic mounting of new volumes unknown.\r\n\r\n"
+           "DiskPart successfully scrubbed the mount point settings in the system.\r\n\r\n" +
+           status + "\r\n";
+}
+
+TEST(DiskPartScrub, TheLineTwoBelowTheSuccessDecides) {
+    EXPECT_EQ(mountStatusAfterScrub(scrubReport("Automatic mounting of new volumes disabled.").c_str()), 1000);
+    EXPECT_EQ(mountStatusAfterScrub(scrubReport("Automatic mounting of new volumes enabled.").c_str()), 1001);
+    EXPECT_EQ(mountStatusAfterScrub(scrubReport("Automatic mounting of new volumes paused.").c_str()), 1002);
+}
+
+TEST(DiskPartScrub, WithoutTheSuccessTheStatusIsUndetermined) {
+    EXPECT_EQ(mountStatusAfterScrub("Automatic mounting of new volumes disabled.\r\n"), 1002);
+    EXPECT_EQ(mountStatusAfterScrub(""), 1002);
+}
+
+TEST(DiskPartScrub, WithoutTheLineBelowTheStatusIsUndetermined) {
+    EXPECT_EQ(mountStatusAfterScrub("DiskPart successfully scrubbed the mount point settings.\r\n"), 1002);
+    EXPECT_EQ(mountStatusAfterScrub("DiskPart successfully scrubbed the mount point settings.\r\n\r\n"), 1002);
+}
+
+} // namespace
+} // namespace torvane
