@@ -5,6 +5,7 @@
 #include "base/fixed_text.h"
 #include "discovery/scan_state.h"
 #include "monitoring/smart_scan_state.h"
+#include "settings/message_table.h"
 #include "ui/owned.h"
 
 #include <array>
@@ -22,12 +23,14 @@ struct AppState {
     std::atomic<std::int32_t> shortTestRunning{0};  ///< 1 while the short read test runs
     std::atomic<std::int32_t> activeDriveChosen{0}; ///< 1 once a drive was selected in the drive list
     std::atomic<std::int32_t> logPanelOpen{0};
-    std::atomic<std::int32_t> readTestKind{0}; ///< which read test the test dialog runs
+    std::atomic<std::int32_t> readTestKind{0}; ///< a ReadTestKind: which read test the test dialog runs
     std::atomic<std::int32_t> mountStatus{0};  ///< a MountStatus code; 0 before the first check
     std::atomic<DriveRecord*> activeDrive{nullptr};
 
     ScanState scan;
     SmartScanState smart;
+
+    MessageTable messages; ///< the advice of "Message.db"; the window's thread alone reads and replaces it
 
     FixedText<1024> destinationFolder;
     FixedText<1024> reportFileName;

@@ -56,4 +56,69 @@ struct FileTraits {
 };
 using UniqueFile = Owned<FileTraits>;
 
+/// Brushes, fonts, pens, bitmaps. A system brush or stock object may be owned too: deleting it does nothing.
+template <typename Object>
+struct GdiObjectTraits {
+    using Value = Object;
+    static Value empty() { return nullptr; }
+    static void close(Value object) { DeleteObject(object); }
+};
+using UniqueBrush = Owned<GdiObjectTraits<HBRUSH>>;
+using UniqueFont = Owned<GdiObjectTraits<HFONT>>;
+using UniquePen = Owned<GdiObjectTraits<HPEN>>;
+using UniqueBitmap = Owned<GdiObjectTraits<HBITMAP>>;
+
+/// A device context of CreateCompatibleDC.
+struct MemoryDcTraits {
+    using Value = HDC;
+    static Value empty() { return nullptr; }
+    static void close(Value context) { DeleteDC(context); }
+};
+using UniqueMemoryDc = Owned<MemoryDcTraits>;
+
+/// Selects an object into a device context for a scope, then puts the old one back. Declare it after the object's own
+/// guard: a selected object cannot be deleted.
+class SelectedObject {
+  public:
+    SelectedObject(HDC context, HGDIOBJ object) : context_(context), previous_(SelectObject(context, object)) {}
+    ~SelectedObject() { SelectObject(context_, previous_); }
+    SelectedObject(const SelectedObject&) = delete;
+    SelectedObject& operator=(const SelectedObject&) = delete;
+
+  private:
+    HDC context_;
+    HGDIOBJ previous_;
+};
+
+/// A window's device context outside WM_PAINT.
+class WindowDc {
+  public:
+    explicit WindowDc(HWND window) : window_(window), context_(GetDC(window)) {}
+    ~WindowDc() { ReleaseDC(window_, context_); }
+    WindowDc(const WindowDc&) = delete;
+    WindowDc& operator=(const WindowDc&) = delete;
+
+    [[nodiscard]] HDC get() const { return context_; }
+
+  private:
+    HWND window_;
+    HDC context_;
+};
+
+/// The device context of one WM_PAINT.
+class PaintDc {
+  public:
+    explicit PaintDc(HWND window) : window_(window), context_(BeginPaint(window, &paint_)) {}
+    ~PaintDc() { EndPaint(window_, &paint_); }
+    PaintDc(const PaintDc&) = delete;
+    PaintDc& operator=(const PaintDc&) = delete;
+
+    [[nodiscard]] HDC get() const { return context_; }
+
+  private:
+    HWND window_;
+    PAINTSTRUCT paint_{};
+    HDC context_;
+};
+
 } // namespace torvane

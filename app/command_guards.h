@@ -1,0 +1,22 @@
+#pragma once
+
+namespace torvane {
+
+struct AppState;
+struct DriveRecord;
+
+// What must hold before a command starts. Each guard that refuses has shown its box; a refusal changes nothing. They
+// run on the window's thread.
+
+/// The active drive; null when none is chosen, after a box with `text`.
+[[nodiscard]] DriveRecord* requireActiveDrive(const AppState& state, const char* text);
+
+/// The one ticked drive to clone, to image or to image forensically; null when none or several are ticked.
+[[nodiscard]] DriveRecord* requireDriveToClone(const AppState& state);
+[[nodiscard]] DriveRecord* requireDriveToImage(const AppState& state);
+[[nodiscard]] DriveRecord* requireDriveToImageForensically(const AppState& state);
+
+/// True when the drive list has rows.
+[[nodiscard]] bool requireListedDrives(const AppState& state);
+
+} // namespace torvane

@@ -1,0 +1,57 @@
+#include "app/drive_list_view.h"
+
+#include "app/list_cells.h"
+#include "app/main_layout.h"
+#include "discovery/drive_record.h"
+#include "resources/resource_ids.h"
+
+namespace torvane {
+
+bool DriveListView::create(HWND parent) {
+    const RECT place{kDriveListPlace.left, kDriveListPlace.top, kDriveListPlace.right, kDriveListPlace.bottom};
+    if (!list_.create(parent, IDC_DRIVE_LIST, place, WS_VISIBLE | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
+                      LVS_EX_GRIDLINES | LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT, kListBackground)) {
+        return false;
+    }
+    list_.addColumn("Model", 250);
+    list_.addColumn("Serial Number", 150);
+    list_.addColumn("Size Sectors", 90);
+    list_.addColumn("Size GB", 85);
+    list_.addColumn("Interface", 120);
+    list_.addColumn("Status", 460);
+    return true;
+}
+
+void DriveListView::addRow(DriveRecord& record) {
+    record.listPosition = list_.rowCount();
+    const int row = list_.appendRow(record.model.c_str(), reinterpret_cast<LPARAM>(&record));
+    list_.setCell(row, kDriveColumnSerialNumber, record.serialNumber.c_str());
+    list_.setCell(row, kDriveColumnSizeSectors, sizeSectorsText(record).c_str());
+    list_.setCell(row, kDriveColumnSizeGigabytes, sizeGigabytesText(record).c_str());
+    list_.setCell(row, kDriveColumnStatus, "Idle");
+    list_.setCell(row, kDriveColumnInterface, interfaceText(record).c_str());
+}
+
+std::vector<DriveRecord*> DriveListView::tickedDrives() const {
+    std::vector<DriveRecord*> ticked;
+    for (int row = 0; row < list_.rowCount(); ++row) {
+        if (list_.isTicked(row)) {
+            ticked.push_back(record(row));
+        }
+    }
+    return ticked;
+}
+
+DriveRecord* DriveListView::newlySelected(const NMLISTVIEW& change) const {
+    const bool selected = (change.uChanged & LVIF_STATE) != 0 && change.uNewState == (LVIS_SELECTED | LVIS_FOCUSED);
+    return selected && change.iItem >= 0 ? record(change.iItem) : nullptr;
+}
+
+LRESULT DriveListView::draw(NMLVCUSTOMDRAW& draw) const {
+    return drawCells(list_, draw, [](int column, const std::string& text) {
+        const CellPaint paint = driveCellPaint(column, text);
+        return CellColours{paint.text, paint.background};
+    });
+}
+
+} // namespace torvane

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ui/list_view.h"
+
+#include <vector>
+
+namespace torvane {
+
+struct DriveRecord;
+
+/// The main window's drive list: one row for each drive of the last scan. A row's data is its record.
+class DriveListView {
+  public:
+    bool create(HWND parent);
+
+    /// Appends the drive's row and sets the record's list position.
+    void addRow(DriveRecord& record);
+    void deleteRows() { list_.deleteRows(); }
+    void redraw() { list_.redraw(); }
+
+    [[nodiscard]] int rowCount() const { return list_.rowCount(); }
+    [[nodiscard]] std::vector<DriveRecord*> tickedDrives() const;
+
+    /// The drive that an item-changed notification makes active: its row has become both selected and focused. Null for
+    /// every other change, a tick among them.
+    [[nodiscard]] DriveRecord* newlySelected(const NMLISTVIEW& change) const;
+
+    [[nodiscard]] LRESULT draw(NMLVCUSTOMDRAW& draw) const;
+
+    [[nodiscard]] HWND window() const { return list_.window(); }
+
+  private:
+    [[nodiscard]] DriveRecord* record(int row) const { return reinterpret_cast<DriveRecord*>(list_.rowData(row)); }
+
+    ListView list_;
+};
+
+} // namespace torvane

@@ -1,0 +1,61 @@
+#include "app/exit_flow.h"
+
+#include "admin/disk_part.h"
+#include "admin/mount_status.h"
+#include "app/app_state.h"
+#include "ui/prompts.h"
+
+namespace torvane {
+
+namespace {
+
+bool confirmLeaving(AppState& state) {
+    constexpr const char* kCaption = "***** Exiting Application *****";
+    if (state.jobActive != 1) {
+        return prompts::ask(kCaption, "You are about to EXIT TVN. Are you sure?");
+    }
+    if (!prompts::ask(kCaption, "Application still has a job working. Do you still want to EXIT?")) {
+        return false;
+    }
+    state.jobActive = 0;
+    return true;
+}
+
+void offerEnabledMounting(AppState& state) {
+    if (DP_GetMountStatus(state) != kMountingDisabled) {
+        return;
+    }
+    if (!prompts::ask("***** MOUNTING DISABLED -- *****",
+                      "Drive Mounting DISABLED. It is recommended that you ENABLE it before EXITing. Do you wish to "
+                      "ENABLE Drive Mounting")) {
+        return;
+    }
+    startEnableMounting(state);
+    // Asked at once on purpose: the thread just started is not waited for.
+    if (DP_GetMountStatus(state) == kMountingDisabled) {
+        prompts::stop("***** DRIVE MOUNTING STILL DISABLED *****",
+                      "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags");
+    }
+}
+
+} // namespace
+
+void terminateCurrentTask(AppState& state) {
+    if (state.jobActive != 1) {
+        return;
+    }
+    if (prompts::ask("***** STATUS TERMINATE JOB STATUS *****",
+                     "You are about to TERMINATE the current job. Is that your intent?")) {
+        state.jobActive = 0;
+    }
+}
+
+bool confirmExit(AppState& state) {
+    if (!confirmLeaving(state)) {
+        return false;
+    }
+    offerEnabledMounting(state);
+    return true;
+}
+
+} // namespace torvane

@@ -1,0 +1,208 @@
+#include "app/main_dialog.h"
+
+#include "admin/disk_part.h"
+#include "app/about_dialog.h"
+#include "app/app_state.h"
+#include "app/command_guards.h"
+#include "app/create_report.h"
+#include "app/exit_flow.h"
+#include "app/main_layout.h"
+#include "app/not_built_yet.h"
+#include "app/web_pages.h"
+#include "discovery/scan_job.h"
+#include "resources/resource_ids.h"
+#include "surface/read_test_kind.h"
+#include "ui/prompts.h"
+
+namespace torvane {
+
+bool MainDialog::onCommand(int id) {
+    // What each button and menu item does. Some commands are in no menu; they are routed all the same.
+    static constexpr CommandRoute<MainDialog> kRoutes[] = {
+        {IDM_EXIT, &MainDialog::onExit},
+        {IDM_LOAD_DRIVES, &MainDialog::onLoadDrives},
+        {IDM_UNUSED_32773, &MainDialog::onNothing},
+        {IDM_UNUSED_32804, &MainDialog::onNothing},
+        {IDM_DISABLE_MOUNTING, &MainDialog::onDisableDriveMounting},
+        {IDC_DISABLE_MOUNTING, &MainDialog::onDisableDriveMounting},
+        {IDM_ENABLE_MOUNTING, &MainDialog::onEnableDriveMounting},
+        {IDC_ENABLE_MOUNTING, &MainDialog::onEnableDriveMounting},
+        {IDM_CREATE_REPORT, &MainDialog::onCreateReport},
+        {IDC_CREATE_REPORT, &MainDialog::onCreateReport},
+        {IDM_CRITICAL_READ_TEST, &MainDialog::onCriticalReadTest},
+        {IDC_CRITICAL_READ_TEST, &MainDialog::onCriticalReadTest},
+        {IDM_SHORT_READ_TEST, &MainDialog::onShortReadTest},
+        {IDC_SHORT_READ_TEST, &MainDialog::onShortReadTest},
+        {IDM_NIST_READ_TEST, &MainDialog::onNistReadTest},
+        {IDC_NIST_READ_TEST, &MainDialog::onNistReadTest},
+        {IDM_DRIVE_TO_DRIVE_CLONE, &MainDialog::onDriveToDriveClone},
+        {IDC_DRIVE_TO_DRIVE_CLONE, &MainDialog::onDriveToDriveClone},
+        {IDM_DRIVE_TO_IMAGE, &MainDialog::onDriveToImage},
+        {IDC_DRIVE_TO_IMAGE, &MainDialog::onDriveToImage},
+        {IDM_IMAGE_TO_DRIVE, &MainDialog::onImageToDrive},
+        {IDC_IMAGE_TO_DRIVE, &MainDialog::onImageToDrive},
+        {IDC_CREATE_FORENSIC_IMAGE, &MainDialog::onCreateForensicImage},
+        {IDM_TERMINATE_TASK, &MainDialog::onTerminateCurrentTask},
+        {IDC_TERMINATE_TASK, &MainDialog::onTerminateCurrentTask},
+        {IDC_EXIT, &MainDialog::onExit},
+        {IDM_DATA_WORK_ORDER, &MainDialog::onDataWorkOrder},
+        {IDC_DATA_WORK_ORDER, &MainDialog::onDataWorkOrder},
+        {IDM_SUGGESTIONS, &MainDialog::onSuggestions},
+        {IDM_DATA_SERVICES, &MainDialog::onDataServices},
+        {IDC_DATA_SERVICES, &MainDialog::onDataServices},
+        {IDM_HELP, &MainDialog::onHelp},
+        {IDM_COMPANY_INFORMATION, &MainDialog::onCompanyInformation},
+        {IDM_CREATE_PORTABLE, &MainDialog::onCreatePortable},
+        {IDM_DETECT_BITLOCKER, &MainDialog::onDetectBitLocker},
+        {IDC_QUICK_DISK_VIEW, &MainDialog::onQuickDiskView},
+        {IDC_LOG_TOGGLE, &MainDialog::onToggleLogPanel},
+        {IDC_LOAD_DRIVES, &MainDialog::onLoadDrives},
+
+        // The close box, Alt+F4 and Escape leave through the same questions as "Exit Torvane"; Enter alone does
+        // nothing.
+        {IDCANCEL, &MainDialog::onExit},
+        {IDOK, &MainDialog::onNothing},
+    };
+    // A box or dialog is open above the window: its answer comes first.
+    if (IsWindowEnabled(window()) == FALSE) {
+        return true;
+    }
+    return route(*this, kRoutes, id);
+}
+
+bool MainDialog::onSystemCommand(WPARAM id) {
+    if (id != IDM_ABOUT) {
+        return false;
+    }
+    onAbout();
+    return true;
+}
+
+void MainDialog::onLoadDrives() {
+    LoadDrives(state_);
+}
+
+void MainDialog::onDisableDriveMounting() {
+    onDisableMounting(state_);
+}
+
+void MainDialog::onEnableDriveMounting() {
+    onEnableMounting(state_);
+}
+
+void MainDialog::onCreateReport() {
+    createReport(state_);
+}
+
+void MainDialog::onCriticalReadTest() {
+    if (requireActiveDrive(state_, "Load Drives, and click on drive to make ACTIVE for Critical Read Test") ==
+        nullptr) {
+        return;
+    }
+    state_.readTestKind = kCriticalReadTest;
+    notBuiltYet("Critical Read Test");
+}
+
+void MainDialog::onShortReadTest() {
+    if (requireActiveDrive(state_, "Load Drives, and click on drive to make ACTIVE for Short Read Test") == nullptr) {
+        return;
+    }
+    state_.readTestKind = kShortReadTest;
+    notBuiltYet("Short Read Test");
+}
+
+void MainDialog::onNistReadTest() {
+    if (requireActiveDrive(state_, "Load Drives, and click on drive to make ACTIVE for NIST Read Test") == nullptr) {
+        return;
+    }
+    state_.readTestKind = kNistReadTest;
+    notBuiltYet("NIST Read Test");
+}
+
+void MainDialog::onDriveToDriveClone() {
+    if (requireDriveToClone(state_) != nullptr) {
+        notBuiltYet("Drive to Drive Clone");
+    }
+}
+
+void MainDialog::onDriveToImage() {
+    if (requireDriveToImage(state_) != nullptr) {
+        notBuiltYet("Drive to Image");
+    }
+}
+
+void MainDialog::onImageToDrive() {
+    if (requireListedDrives(state_)) {
+        notBuiltYet("Image to Drive");
+    }
+}
+
+void MainDialog::onCreateForensicImage() {
+    if (requireDriveToImageForensically(state_) != nullptr) {
+        notBuiltYet("Create Forensic Image");
+    }
+}
+
+void MainDialog::onTerminateCurrentTask() {
+    terminateCurrentTask(state_);
+}
+
+void MainDialog::onExit() {
+    if (!confirmExit(state_)) {
+        return;
+    }
+    gdiPlus_.stop();
+    end(1);
+}
+
+void MainDialog::onDataWorkOrder() {
+    openWorkOrderDocument(state_);
+}
+
+void MainDialog::onSuggestions() {
+    openSuggestionPage(state_);
+}
+
+void MainDialog::onDataServices() {
+    openAboutPage(state_);
+}
+
+void MainDialog::onHelp() {
+    openDocumentationPage(state_);
+}
+
+void MainDialog::onCompanyInformation() {
+    notBuiltYet("Company Information");
+}
+
+void MainDialog::onCreatePortable() {
+    notBuiltYet("Create Tech Portable USB");
+}
+
+void MainDialog::onDetectBitLocker() {
+    if (!hasActiveDrive(state_)) {
+        prompts::warn("****** CHOOSE A DRIVE ******", "Please choose a drive to check for BITLOCKER encryption.");
+        return;
+    }
+    notBuiltYet("Detect Bitlocker");
+}
+
+void MainDialog::onQuickDiskView() {
+    if (requireActiveDrive(state_, "Please choose a drive to view") != nullptr) {
+        notBuiltYet("Quick Disk View");
+    }
+}
+
+void MainDialog::onToggleLogPanel() {
+    const bool open = state_.logPanelOpen == 0;
+    state_.logPanelOpen = open ? 1 : 0;
+    setControlText(IDC_LOG_TOGGLE, open ? "<" : ">");
+    resizeWindow(open ? kMainWindowHeightWithLog : kMainWindowHeight);
+    logList_.setVisible(open);
+}
+
+void MainDialog::onAbout() {
+    AboutDialog().runModal(window());
+}
+
+} // namespace torvane

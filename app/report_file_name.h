@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+/// "Report%s.pdf" from a drive's serial number.
+///
+/// The name becomes part of a PowerShell command line, and the serial number is whatever the drive says: every
+/// character that a file name cannot hold, or that means something to PowerShell, becomes '_'.
+[[nodiscard]] std::string reportFileName(std::string_view serialNumber);
+
+} // namespace torvane

@@ -1,0 +1,94 @@
+#include "ui/dialog.h"
+
+namespace torvane {
+
+namespace {
+
+// The low four bits of a system command's id are the system's own (WM_SYSCOMMAND).
+constexpr WPARAM kSystemCommandMask = 0xFFF0;
+
+// Controls report much through WM_COMMAND; a command is a menu item (0), an accelerator (1) or a click (BN_CLICKED, 0).
+bool isCommand(WPARAM wParam) {
+    return HIWORD(wParam) == BN_CLICKED || HIWORD(wParam) == 1;
+}
+
+} // namespace
+
+INT_PTR Dialog::runModal(HWND owner) {
+    return DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(templateId_), owner, &Dialog::procedure,
+                           reinterpret_cast<LPARAM>(this));
+}
+
+void Dialog::end(INT_PTR result) {
+    EndDialog(window_, result);
+}
+
+RECT Dialog::clientArea() const {
+    RECT area{};
+    GetClientRect(window_, &area);
+    return area;
+}
+
+void Dialog::setControlText(int id, const char* text) {
+    SetDlgItemTextA(window_, id, text);
+}
+
+void Dialog::showControl(int id, bool visible) {
+    ShowWindow(control(id), visible ? SW_SHOWNA : SW_HIDE);
+}
+
+void Dialog::placeControl(int id, const RECT& place) {
+    SetWindowPos(control(id), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+INT_PTR CALLBACK Dialog::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrA(window, DWLP_USER, lParam);
+        reinterpret_cast<Dialog*>(lParam)->window_ = window;
+    }
+    auto* const self = reinterpret_cast<Dialog*>(GetWindowLongPtrA(window, DWLP_USER));
+    return self == nullptr ? FALSE : self->dispatch(message, wParam, lParam);
+}
+
+INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_INITDIALOG:
+        return onInitialise();
+    case WM_COMMAND:
+        return isCommand(wParam) && onCommand(LOWORD(wParam));
+    case WM_SYSCOMMAND:
+        return onSystemCommand(wParam & kSystemCommandMask);
+    case WM_NOTIFY:
+        return answer(onNotify(*reinterpret_cast<NMHDR*>(lParam)));
+    case WM_TIMER:
+        return onTimer(static_cast<int>(wParam));
+    case WM_PAINT:
+        return onPaint();
+    case WM_CTLCOLORDLG:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
+        return reinterpret_cast<INT_PTR>(onControlColour(reinterpret_cast<HDC>(wParam)));
+    case WM_QUERYDRAGICON:
+        return reinterpret_cast<INT_PTR>(onQueryDragIcon());
+    case WM_DESTROY:
+        onDestroy();
+        return TRUE;
+    case WM_NCDESTROY:
+        window_ = nullptr;
+        return FALSE;
+    default:
+        return answer(onMessage(message, wParam, lParam));
+    }
+}
+
+// A dialog procedure hands its result over through DWLP_MSGRESULT and says by TRUE that it did.
+INT_PTR Dialog::answer(std::optional<LRESULT> result) {
+    if (!result) {
+        return FALSE;
+    }
+    SetWindowLongPtrA(window_, DWLP_MSGRESULT, *result);
+    return TRUE;
+}
+
+} // namespace torvane

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "ui/owned.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+/// One row of a dialog's command table: the control or menu item with this id calls this member function.
+template <typename DialogType>
+struct CommandRoute {
+    int id;
+    void (DialogType::*run)();
+};
+
+/// A dialog made from a template resource. The procedure behind it only routes: a derived dialog states its commands in
+/// one table and overrides the hooks that it needs.
+///
+///     bool CloneDialog::onCommand(int id) {
+///         static constexpr CommandRoute<CloneDialog> kRoutes[] = {{IDC_START_CLONE, &CloneDialog::onStart}, ...};
+///         return route(*this, kRoutes, id);
+///     }
+///
+/// Everything here belongs to the thread that runs the dialog.
+class Dialog {
+  public:
+    explicit Dialog(int templateId) : templateId_(templateId) {}
+    virtual ~Dialog() = default;
+    Dialog(const Dialog&) = delete;
+    Dialog& operator=(const Dialog&) = delete;
+
+    /// Shows the dialog and returns when it has ended: with the value given to `end`, or -1 when the dialog could not
+    /// be made.
+    INT_PTR runModal(HWND owner);
+
+    /// Null before and after the dialog's life.
+    [[nodiscard]] HWND window() const { return window_; }
+
+  protected:
+    /// Ends the dialog; `runModal` returns `result`.
+    void end(INT_PTR result);
+
+    [[nodiscard]] HWND control(int id) const { return GetDlgItem(window_, id); }
+    [[nodiscard]] RECT clientArea() const;
+    void setControlText(int id, const char* text);
+    void showControl(int id, bool visible);
+    void placeControl(int id, const RECT& place);
+
+    /// Finds `id` in the table and calls its function. False when the table does not hold it.
+    template <typename DialogType, std::size_t Count>
+    static bool route(DialogType& dialog, const CommandRoute<DialogType> (&table)[Count], int id) {
+        for (const CommandRoute<DialogType>& row : table) {
+            if (row.id == id) {
+                (dialog.*row.run)();
+                return true;
+            }
+        }
+        return false;
+    }
+
+    // The hooks, with their Win32 message. A hook that returns false, or nothing, leaves the message to the system.
+
+    /// WM_INITDIALOG. Returns false when the dialog has set the keyboard focus itself.
+    virtual bool onInitialise() { return true; }
+    /// WM_COMMAND of a menu item, or of a control that was clicked.
+    virtual bool onCommand(int) { return false; }
+    /// WM_SYSCOMMAND; `id` without its low four bits, which belong to the system.
+    virtual bool onSystemCommand(WPARAM) { return false; }
+    virtual std::optional<LRESULT> onNotify(NMHDR&) { return std::nullopt; }
+    virtual bool onTimer(int) { return false; }
+    virtual bool onPaint() { return false; }
+    /// WM_CTLCOLORDLG, -STATIC and -BTN: the background, null for the system's.
+    virtual HBRUSH onControlColour(HDC) { return nullptr; }
+    virtual HICON onQueryDragIcon() { return nullptr; }
+    /// The window is about to go.
+    virtual void onDestroy() {}
+    /// Every other message.
+    virtual std::optional<LRESULT> onMessage(UINT, WPARAM, LPARAM) { return std::nullopt; }
+
+  private:
+    static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    INT_PTR dispatch(UINT message, WPARAM wParam, LPARAM lParam);
+    INT_PTR answer(std::optional<LRESULT> result);
+
+    int templateId_;
+    HWND window_ = nullptr;
+};
+
+} // namespace torvane

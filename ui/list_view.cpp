@@ -1,0 +1,112 @@
+#include "ui/list_view.h"
+
+#include <array>
+
+namespace torvane {
+
+bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD extendedStyle, COLORREF background) {
+    window_ = CreateWindowExA(0, WC_LISTVIEWA, "", WS_CHILD | WS_BORDER | WS_TABSTOP | LVS_REPORT | style, place.left,
+                              place.top, place.right - place.left, place.bottom - place.top, parent,
+                              reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleA(nullptr), nullptr);
+    if (window_ == nullptr) {
+        return false;
+    }
+    SendMessageA(window_, WM_SETFONT, static_cast<WPARAM>(SendMessageA(parent, WM_GETFONT, 0, 0)), FALSE);
+    ListView_SetExtendedListViewStyle(window_, extendedStyle);
+    ListView_SetBkColor(window_, background);
+    ListView_SetTextBkColor(window_, background);
+    return true;
+}
+
+void ListView::addColumn(const char* heading, int width) {
+    std::string text = heading;
+    LVCOLUMNA column{};
+    column.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH;
+    column.fmt = LVCFMT_LEFT;
+    column.cx = width;
+    column.pszText = text.data();
+    const HWND header = ListView_GetHeader(window_);
+    SendMessageA(window_, LVM_INSERTCOLUMNA, static_cast<WPARAM>(Header_GetItemCount(header)),
+                 reinterpret_cast<LPARAM>(&column));
+}
+
+int ListView::appendRow(const char* text, LPARAM data) {
+    std::string ownText = text;
+    LVITEMA item{};
+    item.mask = LVIF_TEXT | LVIF_PARAM;
+    item.iItem = rowCount();
+    item.pszText = ownText.data();
+    item.lParam = data;
+    return static_cast<int>(SendMessageA(window_, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
+}
+
+void ListView::setCell(int row, int column, const char* text) {
+    std::string ownText = text;
+    LVITEMA item{};
+    item.iSubItem = column;
+    item.pszText = ownText.data();
+    SendMessageA(window_, LVM_SETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+}
+
+std::string ListView::cell(int row, int column) const {
+    std::array<char, kCellTextLimit + 1> text{};
+    LVITEMA item{};
+    item.iSubItem = column;
+    item.pszText = text.data();
+    item.cchTextMax = static_cast<int>(text.size());
+    SendMessageA(window_, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    return text.data();
+}
+
+LPARAM ListView::rowData(int row) const {
+    LVITEMA item{};
+    item.mask = LVIF_PARAM;
+    item.iItem = row;
+    SendMessageA(window_, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+    return item.lParam;
+}
+
+int ListView::rowCount() const {
+    return ListView_GetItemCount(window_);
+}
+
+bool ListView::isTicked(int row) const {
+    return ListView_GetCheckState(window_, row) == 1;
+}
+
+void ListView::deleteRows() {
+    ListView_DeleteAllItems(window_);
+}
+
+void ListView::scrollIntoView(int row) {
+    ListView_EnsureVisible(window_, row, FALSE);
+}
+
+void ListView::redraw() {
+    InvalidateRect(window_, nullptr, TRUE);
+}
+
+void ListView::setVisible(bool visible) {
+    ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE);
+}
+
+LRESULT drawCells(const ListView& list, NMLVCUSTOMDRAW& draw,
+                  const std::function<CellColours(int column, const std::string& text)>& coloursOf) {
+    switch (draw.nmcd.dwDrawStage) {
+    case CDDS_PREPAINT:
+        return CDRF_NOTIFYITEMDRAW;
+    case CDDS_ITEMPREPAINT:
+        return CDRF_NOTIFYSUBITEMDRAW;
+    case CDDS_ITEMPREPAINT | CDDS_SUBITEM: {
+        const int row = static_cast<int>(draw.nmcd.dwItemSpec);
+        const CellColours colours = coloursOf(draw.iSubItem, list.cell(row, draw.iSubItem));
+        draw.clrText = colours.text;
+        draw.clrTextBk = colours.background;
+        return CDRF_DODEFAULT;
+    }
+    default:
+        return CDRF_DODEFAULT;
+    }
+}
+
+} // namespace torvane

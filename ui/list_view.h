@@ -1,0 +1,55 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace torvane {
+
+/// Colours of one cell.
+struct CellColours {
+    COLORREF text;
+    COLORREF background;
+};
+
+/// A report-style list: rows and columns of text. Rows and columns count from 0.
+class ListView {
+  public:
+    /// Makes the control as a bordered child of `parent` with the given style bits (LVS_...) beside LVS_REPORT,
+    /// extended style bits (LVS_EX_...) and background colour.
+    bool create(HWND parent, int id, const RECT& place, DWORD style, DWORD extendedStyle, COLORREF background);
+
+    void addColumn(const char* heading, int width);
+
+    /// Appends a row and returns its number; -1 on failure. `data` is the caller's own word.
+    int appendRow(const char* text, LPARAM data = 0);
+    void setCell(int row, int column, const char* text);
+    /// The cell's text, cut at `kCellTextLimit` characters.
+    [[nodiscard]] std::string cell(int row, int column) const;
+    [[nodiscard]] LPARAM rowData(int row) const;
+    [[nodiscard]] int rowCount() const;
+    [[nodiscard]] bool isTicked(int row) const;
+    void deleteRows();
+
+    void scrollIntoView(int row);
+    void redraw();
+    void setVisible(bool visible);
+
+    [[nodiscard]] HWND window() const { return window_; }
+
+    static constexpr int kCellTextLimit = 128;
+
+  private:
+    HWND window_ = nullptr;
+};
+
+/// Serves a list's NM_CUSTOMDRAW: asks for the notifications of items and of sub-items, and gives each cell the colours
+/// that `coloursOf` answers for its text and column. Returns the value to hand back to the control.
+LRESULT drawCells(const ListView& list, NMLVCUSTOMDRAW& draw,
+                  const std::function<CellColours(int column, const std::string& text)>& coloursOf);
+
+} // namespace torvane
