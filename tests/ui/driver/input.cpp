@@ -1,0 +1,134 @@
+#include "tests/ui/driver/input.h"
+
+#include "tests/ui/driver/wait.h"
+
+#include <vector>
+
+namespace torvane::driver {
+namespace {
+
+void inject(const INPUT& input) {
+    INPUT copy = input;
+    if (SendInput(1, &copy, sizeof copy) != 1) {
+        throw Failure("the system takes no input");
+    }
+}
+
+INPUT mouseInput(DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    input.mi.dwFlags = flags;
+    return input;
+}
+
+INPUT keyInput(WORD key, bool up) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
+    input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0U;
+    return input;
+}
+
+bool pointsAt(POINT place) {
+    POINT now{};
+    return GetCursorPos(&now) != FALSE && now.x == place.x && now.y == place.y;
+}
+
+void moveMouse(POINT place) {
+    await("the mouse stands at its place",
+          [place] { return pointsAt(place) || (SetCursorPos(place.x, place.y), false); });
+}
+
+void requireReachable(const Window& window, POINT place) {
+    if (!window.visible()) {
+        throw Failure("cannot be clicked, is not visible: " + window.describe());
+    }
+    if (!window.enabled()) {
+        throw Failure("cannot be clicked, is disabled: " + window.describe());
+    }
+    // A window that has only just appeared may not be on top yet.
+    if (!waitUntil([&] { return WindowFromPoint(place) == window.handle(); }, std::chrono::seconds(2))) {
+        throw Failure("cannot be clicked: " + window.describe() + " is covered by " +
+                      Window(WindowFromPoint(place)).describe());
+    }
+}
+
+/// False too for a button that went away together with its box.
+bool isPushed(const Window& button) {
+    try {
+        return (button.send(BM_GETSTATE) & BST_PUSHED) != 0;
+    } catch (const Failure&) {
+        if (button.exists()) {
+            throw;
+        }
+        return false;
+    }
+}
+
+} // namespace
+
+void clickAt(const Window& window, POINT place, MouseButton button) {
+    const bool left = button == MouseButton::kLeft;
+    requireReachable(window, place);
+    moveMouse(place);
+    inject(mouseInput(left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN));
+    inject(mouseInput(left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP));
+    window.settle();
+}
+
+void press(const Window& button) {
+    const POINT place = centre(button.rect());
+    requireReachable(button, place);
+    moveMouse(place);
+    inject(mouseInput(MOUSEEVENTF_LEFTDOWN));
+    const bool pushed = waitUntil([&] { return isPushed(button); });
+    inject(mouseInput(MOUSEEVENTF_LEFTUP));
+    if (!pushed) {
+        throw Failure("does not go down when it is pressed: " + button.describe());
+    }
+    // The command runs while the release is dealt with: the answer comes when it has ended or opened a box.
+    await("the button came up again", [&] { return !isPushed(button); });
+}
+
+void clickBlindly(POINT place) {
+    moveMouse(place);
+    inject(mouseInput(MOUSEEVENTF_LEFTDOWN));
+    inject(mouseInput(MOUSEEVENTF_LEFTUP));
+    const Window under(WindowFromPoint(place));
+    if (under.exists()) {
+        under.settle();
+    }
+}
+
+void parkMouse() {
+    moveMouse({GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1});
+}
+
+void pressKey(const Window& window, WORD key, WORD modifier) {
+    if (modifier != 0) {
+        inject(keyInput(modifier, false));
+    }
+    inject(keyInput(key, false));
+    inject(keyInput(key, true));
+    if (modifier != 0) {
+        inject(keyInput(modifier, true));
+    }
+    window.settle();
+}
+
+void bringToFront(const Window& window) {
+    await("the window has the keyboard",
+          [&] { return GetForegroundWindow() == window.handle() || (SetForegroundWindow(window.handle()), false); });
+}
+
+Window focused(const Window& window) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    if (GetGUIThreadInfo(GetWindowThreadProcessId(window.handle(), nullptr), &info) == FALSE) {
+        throw Failure("the window's thread is gone");
+    }
+    return Window(info.hwndFocus);
+}
+
+} // namespace torvane::driver

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+namespace torvane::driver {
+
+/// Pixels copied from the screen.
+class Picture {
+  public:
+    /// What the screen shows in a rectangle (screen pixels).
+    [[nodiscard]] static Picture ofScreen(const RECT& rect);
+    /// An empty picture of one colour to draw on.
+    Picture(int width, int height, COLORREF colour);
+
+    [[nodiscard]] int width() const { return width_; }
+    [[nodiscard]] int height() const { return height_; }
+    [[nodiscard]] COLORREF at(int x, int y) const;
+    /// The colour that most pixels have.
+    [[nodiscard]] COLORREF commonest() const;
+    /// The pixels that have exactly this colour.
+    [[nodiscard]] int count(COLORREF colour) const;
+
+    /// Draws an icon with its top-left corner at a place of the picture.
+    void drawIcon(HICON icon, int x, int y); // NOLINT(bugprone-easily-swappable-parameters)
+
+    /// Writes a PNG file, making the folders on its way. Throws when that fails.
+    void save(const std::string& path) const;
+
+  private:
+    int width_;
+    int height_;
+    std::vector<DWORD> pixels_; ///< top row first, 0x00RRGGBB
+};
+
+/// Red, green, blue as "R80 G175 B228", for failure texts.
+[[nodiscard]] std::string toText(COLORREF colour);
+
+/// The sum of the three channels' differences, 0 to 765.
+[[nodiscard]] int distance(COLORREF left, COLORREF right);
+
+} // namespace torvane::driver

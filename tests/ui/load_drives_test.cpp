@@ -1,0 +1,300 @@
+#include "tests/ui/ui_test.h"
+
+#include <gmock/gmock.h>
+
+#include <commctrl.h>
+
+#include <regex>
+#include <set>
+
+namespace torvane::driver {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::SizeIs;
+
+using Row = std::vector<std::string>;
+
+std::vector<std::string> messages(const std::vector<LogEntry>& log, const std::string& type) {
+    std::vector<std::string> texts;
+    for (const LogEntry& entry : log) {
+        if (entry.type == type) {
+            texts.push_back(entry.message);
+        }
+    }
+    return texts;
+}
+
+class LoadDrivesTest : public UiTest {
+  protected:
+    [[nodiscard]] std::vector<std::string> models() const {
+        std::vector<std::string> all;
+        for (int row = 0; row < torvane().driveList().rowCount(); ++row) {
+            all.push_back(torvane().driveList().cell(row, 0));
+        }
+        return all;
+    }
+    /// Devices that the program itself opened during its scans, in order.
+    [[nodiscard]] std::vector<std::string> openedPaths() const {
+        std::vector<std::string> paths;
+        const std::regex path(R"re(path="([^"]*)")re");
+        for (const std::string& line : program().benchLog({"program=Torvane.exe", "request=open"})) {
+            if (std::smatch match; std::regex_search(line, match, path)) {
+                paths.push_back(match[1]);
+            }
+        }
+        return paths;
+    }
+};
+
+TEST_F(LoadDrivesTest, DriveListHasItsColumns) {
+    const ListView list = torvane().driveList();
+    const std::vector<std::pair<std::string, int>> columns{{"Model", 250},       {"Serial Number", 150},
+                                                           {"Size Sectors", 90}, {"Size GB", 85},
+                                                           {"Interface", 120},   {"Status", 460}};
+    ASSERT_EQ(list.columnCount(), static_cast<int>(columns.size()));
+    for (int column = 0; column < list.columnCount(); ++column) {
+        EXPECT_EQ(list.heading(column), columns[static_cast<std::size_t>(column)].first);
+        EXPECT_EQ(list.columnWidth(column), columns[static_cast<std::size_t>(column)].second);
+    }
+    EXPECT_EQ(list.rowCount(), 0);
+}
+
+TEST_F(LoadDrivesTest, ListsEveryDriveInProbeOrder) {
+    torvane().loadDrives();
+    const ListView list = torvane().driveList();
+    ASSERT_EQ(list.rowCount(), 4);
+    EXPECT_EQ(list.row(0), (Row{"HALDANE HD5000", "HD5-000117", "1073741824", "512.00", "SATA", "Idle"}));
+    EXPECT_EQ(list.row(1), (Row{"Corvina", "CV-77120", "134217728", "64.00", "SATA USB", "Idle"}));
+    EXPECT_EQ(list.row(2), (Row{"Tarn N256", "TN256-0042", "536870912", "256.00", "NVME", "Idle"}));
+    EXPECT_EQ(list.row(3), (Row{"BRANDT 4KN-1000", "BR4K-9001", "268435456", "1024.00", "SATA", "Idle"}));
+    for (int row = 0; row < list.rowCount(); ++row) {
+        EXPECT_FALSE(list.ticked(row));
+        EXPECT_FALSE(list.selected(row));
+    }
+}
+
+TEST_F(LoadDrivesTest, LoadingAgainShowsEachDriveOnce) {
+    torvane().loadDrives();
+    torvane().driveList().setTicked(1, true);
+    torvane().loadDrives();
+    EXPECT_THAT(models(), ElementsAre("HALDANE HD5000", "Corvina", "Tarn N256", "BRANDT 4KN-1000"));
+    EXPECT_FALSE(torvane().driveList().ticked(1)) << "a tick of the last scan is still there";
+}
+
+TEST_F(LoadDrivesTest, LoadingForgetsTheActiveDrive) {
+    torvane().loadDrives();
+    torvane().driveList().click(2);
+    torvane().loadDrives();
+    torvane().press(kCreateReport);
+    expectStopBox("***** NO ACTIVE DRIVE *****", "Load Drives, and click on drive to make ACTIVE for report.");
+}
+
+TEST_F(LoadDrivesTest, LogTellsTheScan) {
+    restart(smallBench());
+    torvane().loadDrives();
+    const std::vector<LogEntry> log = torvane().log();
+    ASSERT_GE(log.size(), 3U);
+    EXPECT_EQ(log.front().type, "STATUS");
+    EXPECT_EQ(log.front().message, "Beginning Drive Scan");
+    EXPECT_EQ(log.back().type, "STATUS");
+    EXPECT_EQ(log.back().message, "Drive Scan Completed: [4] Drives Found");
+    EXPECT_THAT(messages(log, "DIAG"), ElementsAre(R"(USB PHYS [\\.\PhysicalDrive1])"));
+    EXPECT_THAT(messages(log, "FAILURE"), ElementsAre());
+}
+
+TEST_F(LoadDrivesTest, LogRowsCarryLocalDateAndTime) {
+    SYSTEMTIME before{};
+    SYSTEMTIME after{};
+    GetLocalTime(&before);
+    torvane().loadDrives();
+    GetLocalTime(&after);
+    const LogEntry last = torvane().log().back();
+    const auto date = [](const SYSTEMTIME& time) {
+        std::array<char, 16> text{};
+        std::snprintf(text.data(), text.size(), "%02u/%02u/%04u", unsigned{time.wMonth}, unsigned{time.wDay},
+                      unsigned{time.wYear});
+        return std::string(text.data());
+    };
+    const auto clock = [](const SYSTEMTIME& time) {
+        std::array<char, 16> text{};
+        std::snprintf(text.data(), text.size(), "%02u:%02u:%02u", unsigned{time.wHour}, unsigned{time.wMinute},
+                      unsigned{time.wSecond});
+        return std::string(text.data());
+    };
+    if (date(before) == date(after)) {
+        EXPECT_EQ(last.date, date(after));
+        EXPECT_GE(last.time, clock(before));
+        EXPECT_LE(last.time, clock(after));
+    }
+    EXPECT_TRUE(std::regex_match(last.date, std::regex(R"(\d\d/\d\d/\d\d\d\d)"))) << last.date;
+    EXPECT_TRUE(std::regex_match(last.time, std::regex(R"(\d\d:\d\d:\d\d)"))) << last.time;
+}
+
+TEST_F(LoadDrivesTest, ProbesTwentyNumbersThenTheLettersFromC) {
+    restart(smallBench());
+    torvane().loadDrives();
+    std::vector<std::string> expected;
+    for (int number = 0; number < 20; ++number) {
+        expected.push_back(R"(\\\\.\\PhysicalDrive)" + std::to_string(number)); // quoted as in JSON
+    }
+    for (char letter = 'C'; letter <= 'Z'; ++letter) {
+        expected.push_back(std::string(R"(\\\\.\\)") + letter + ":");
+    }
+    EXPECT_EQ(openedPaths(), expected);
+}
+
+TEST_F(LoadDrivesTest, AsksDiskpartForTheReadOnlyAttributeOfEachDrive) {
+    restart(smallBench());
+    torvane().loadDrives();
+    std::vector<std::string> asked;
+    for (const std::string& line : program().benchLog({"request=diskpart", "script-line=\"select disk"})) {
+        asked.push_back(line.substr(line.find("select disk"), 13));
+    }
+    EXPECT_THAT(asked, ElementsAre("select disk 0", "select disk 1", "select disk 2", "select disk 3"));
+}
+
+TEST_F(LoadDrivesTest, EmptyBenchFindsNothing) {
+    restart(BenchFolder().bench(R"({"title": "no drive at all"})"));
+    torvane().loadDrives();
+    EXPECT_EQ(torvane().driveList().rowCount(), 0);
+    EXPECT_EQ(torvane().log().back().message, "Drive Scan Completed: [0] Drives Found");
+    torvane().press(kQuickDiskView);
+    expectStopBox("***** NO ACTIVE DRIVE *****", "Please choose a drive to view");
+    leaveProgramUsed();
+}
+
+TEST_F(LoadDrivesTest, GapInTheNumberingIsClosed) {
+    BenchFolder folder;
+    folder.drive("a", R"({"number": 0, "bus": "sata", "size": "1 GiB", "road": "ata",
+        "identity": {"product": "FIRST", "serial": "S0"}})");
+    folder.drive("b", R"({"number": 2, "bus": "nvme", "size": "2 GiB", "road": "nvme-query",
+        "identity": {"product": "THIRD", "serial": "S2"}})");
+    folder.drive("c", R"({"number": 19, "bus": "raid", "size": "3 GiB",
+        "identity": {"product": "LAST", "serial": "S19"}})");
+    folder.drive("d", R"({"number": 20, "bus": "raid", "size": "4 GiB",
+        "identity": {"product": "BEYOND", "serial": "S20"}})");
+    restart(folder);
+    torvane().loadDrives();
+    EXPECT_THAT(models(), ElementsAre("FIRST", "THIRD", "LAST"));
+    EXPECT_EQ(torvane().log().back().message, "Drive Scan Completed: [3] Drives Found");
+    leaveProgramUsed();
+}
+
+TEST_F(LoadDrivesTest, DriveThatCannotBeUsedIsSkipped) {
+    BenchFolder folder;
+    folder.drive("a", R"({"number": 0, "bus": "sd", "size": "1 GiB", "identity": {"product": "CARD"}})");
+    folder.drive("b", R"({"number": 1, "bus": "sata", "size": "1 GiB", "road": "ata",
+        "identity": {"product": "GOOD", "serial": "G1"}})");
+    folder.drive("c", R"({"number": 2, "bus": "sata", "size": "1 GiB", "road": "ata",
+        "identity": {"product": "MUTE"}, "faults": {"open": "ERROR_ACCESS_DENIED"}})");
+    folder.drive("d", R"({"number": 3, "bus": "iscsi", "size": "1 GiB", "identity": {"product": "TARGET"}})");
+    restart(folder);
+    torvane().loadDrives();
+    EXPECT_THAT(models(), ElementsAre("GOOD"));
+    EXPECT_THAT(messages(torvane().log(), "FAILURE"),
+                ElementsAre("Unsupported Bus Type [Secure Digital] BUS: [12] for Physical Device [0]",
+                            "Unsupported Bus Type [iSCSI] BUS: [9] for Physical Device [3]"));
+    EXPECT_EQ(torvane().log().back().message, "Drive Scan Completed: [1] Drives Found");
+    leaveProgramUsed();
+}
+
+TEST_F(LoadDrivesTest, UnpluggedDriveIsGoneAfterTheNextLoad) {
+    restart(smallBench());
+    torvane().loadDrives();
+    program().unplug(2);
+    torvane().loadDrives();
+    EXPECT_THAT(models(), ElementsAre("HALDANE HD5000", "Corvina", "BRANDT 4KN-1000"));
+    program().plug(2);
+    torvane().loadDrives();
+    EXPECT_THAT(models(), ElementsAre("HALDANE HD5000", "Corvina", "Tarn N256", "BRANDT 4KN-1000"));
+    leaveProgramUsed();
+}
+
+TEST_F(LoadDrivesTest, MissingDiskpartIsLoggedAndTheScanGoesOn) {
+    restart(smallBench().bench(R"({"tools": {"diskpart": {"missing": true}}})"));
+    torvane().loadDrives();
+    EXPECT_EQ(torvane().driveList().rowCount(), 4);
+    EXPECT_THAT(messages(torvane().log(), "ERROR"),
+                ::testing::Contains("PARSE_BuildDataFile: [DISKPART Results.txt] CreateProcess FAILED").Times(4));
+    leaveProgramUsed();
+}
+
+/// A scan that takes a few seconds, because diskpart does.
+class SlowScanTest : public UiTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override { return slowBench(1200); }
+};
+
+TEST_F(SlowScanTest, ProgressShowsTheStagesWithoutTheFourthAndHides) {
+    torvane().startLoading();
+    const Window bar = torvane().control(kScanProgress);
+    const Window status = torvane().control(kScanStatus);
+    await("the progress bar shows", [&] { return bar.visible(); });
+    std::set<LRESULT> positions;
+    std::vector<std::string> texts;
+    await(
+        "the progress bar hides again",
+        [&] {
+            positions.insert(bar.send(PBM_GETPOS));
+            const std::string text = status.text();
+            if (!text.empty() && (texts.empty() || texts.back() != text)) {
+                texts.push_back(text);
+            }
+            return !bar.visible();
+        },
+        std::chrono::seconds(40));
+    EXPECT_FALSE(status.visible());
+    EXPECT_EQ(bar.send(PBM_GETRANGE, FALSE), 5);
+    EXPECT_EQ(bar.send(PBM_GETRANGE, TRUE), 0);
+    EXPECT_EQ(positions.count(4), 0U);
+    EXPECT_EQ(positions.count(2), 1U) << "the longest stage was never shown";
+    EXPECT_EQ(*positions.rbegin(), 5);
+    ASSERT_FALSE(texts.empty());
+    EXPECT_EQ(texts.back(), "Scan Complete");
+    EXPECT_THAT(texts, ::testing::Contains("Loading Physical Devices"));
+}
+
+TEST_F(SlowScanTest, LoadDrivesIsDeafWhileAScanRuns) {
+    torvane().startLoading();
+    const std::size_t rows = torvane().log().size();
+    torvane().press(kLoadDrives);
+    expectNoBox();
+    torvane().command(kMenuLoadDrives);
+    expectNoBox();
+    torvane().awaitLoaded();
+    int begun = 0;
+    for (const LogEntry& entry : torvane().log()) {
+        begun += entry.message == "Beginning Drive Scan" ? 1 : 0;
+    }
+    EXPECT_EQ(begun, 2) << "one scan of the test before, one of this";
+    EXPECT_GT(torvane().log().size(), rows);
+    EXPECT_EQ(torvane().driveList().rowCount(), 4);
+}
+
+TEST_F(SlowScanTest, LoaderStillWorkingIsSaidAfterTheJobWasTerminated) {
+    torvane().startLoading();
+    torvane().press(kTerminate);
+    expectQuestion("***** STATUS TERMINATE JOB STATUS *****",
+                   "You are about to TERMINATE the current job. Is that your intent?", "Yes");
+    torvane().press(kLoadDrives);
+    expectStopBox("***** Working *****", "Drive Loader is Working");
+    torvane().awaitLoaded();
+    EXPECT_EQ(torvane().driveList().rowCount(), 4);
+}
+
+TEST_F(SlowScanTest, WindowAnswersWhileTheScanRuns) {
+    torvane().startLoading();
+    torvane().press(kLogToggle);
+    const bool open = torvane().logOpen();
+    torvane().press(kLogToggle);
+    EXPECT_NE(torvane().logOpen(), open);
+    torvane().press(kQuickDiskView);
+    expectStopBox("***** NO ACTIVE DRIVE *****", "Please choose a drive to view");
+    torvane().awaitLoaded();
+}
+
+} // namespace
+} // namespace torvane::driver

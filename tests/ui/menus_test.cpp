@@ -1,0 +1,136 @@
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/shipped_menu.h"
+#include "tests/ui/ui_test.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace torvane::driver {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::SizeIs;
+
+std::vector<std::string> describe(const std::vector<MenuItem>& items) {
+    std::vector<std::string> lines;
+    for (const MenuItem& item : items) {
+        lines.push_back(std::to_string(item.id) + " " + withoutAccessKey(item.text));
+    }
+    return lines;
+}
+
+TEST(ShippedMenuTest, BarHasASpaceThePopupAndHelp) {
+    const std::vector<MenuItem> bar = shippedMainMenu();
+    ASSERT_THAT(bar, SizeIs(3));
+    EXPECT_EQ(bar[0].id, kMenuSpace);
+    EXPECT_GT(bar[0].text.size(), 40U);
+    EXPECT_EQ(bar[0].text.find_first_not_of(' '), std::string::npos);
+    EXPECT_EQ(withoutAccessKey(bar[1].text), "Extended Functions");
+    EXPECT_EQ(describe({bar[2]}), std::vector<std::string>{"32813 Help"});
+}
+
+TEST(ShippedMenuTest, ExtendedFunctionsAreThree) {
+    EXPECT_THAT(
+        describe(shippedMainMenu().at(1).items),
+        ElementsAre("32810 Detect Bitlocker", "32811 Create Tech Portable USB", "0 ", "32800 Company Information"));
+}
+
+/// Commands that open a page of the vendor's site.
+class WebPageTest : public UiTest {
+  protected:
+    /// Runs `choose` and expects exactly one powershell with that page's address.
+    template <typename Choose>
+    void expectPage(const std::string& page, Choose choose) {
+        const std::size_t before = pages().size();
+        choose();
+        await("powershell has opened a page", [&] { return pages().size() > before; });
+        ASSERT_THAT(pages(), SizeIs(before + 1));
+        EXPECT_THAT(pages().back(),
+                    HasSubstr(R"(command-line="powershell Start-Process https://www.torvane.example/)" + page + "\""));
+        EXPECT_TRUE(std::filesystem::exists(program().folder() / "WorkFile.txt"));
+        torvane().window().settle();
+        expectNoBox();
+    }
+
+    [[nodiscard]] std::vector<std::string> pages() const {
+        return program().benchLog({"request=powershell", "opened="});
+    }
+};
+
+constexpr const char* kWorkOrderPage = "wp-content//uploads//2014//10//data-recovery-work-order.pdf";
+
+TEST_F(WebPageTest, DataServicesButton) {
+    expectPage("about-page.php", [this] { torvane().press(kDataServices); });
+}
+
+TEST_F(WebPageTest, DataServicesCommand) {
+    expectPage("about-page.php", [this] { torvane().command(kMenuDataServices); });
+}
+
+TEST_F(WebPageTest, WorkOrderButtonKeepsTheDoubledSlashes) {
+    expectPage(kWorkOrderPage, [this] { torvane().press(kWorkOrder); });
+}
+
+TEST_F(WebPageTest, WorkOrderCommand) {
+    expectPage(kWorkOrderPage, [this] { torvane().command(kMenuWorkOrder); });
+}
+
+TEST_F(WebPageTest, SuggestionsCommand) {
+    expectPage("suggestion-page.php", [this] { torvane().command(kMenuSuggestions); });
+}
+
+TEST_F(WebPageTest, HelpIsChosenFromTheMenuBar) {
+    bringToFront(program().mainWindow());
+    expectPage("documentation-page.php", [this] {
+        // The bar's items are the space, the popup and Help.
+        const Window window = program().mainWindow();
+        pressKey(window, VK_F10);
+        pressKey(window, VK_RIGHT);
+        pressKey(window, VK_RIGHT);
+        pressKey(window, VK_RETURN);
+    });
+}
+
+class MenuTest : public UiTest {};
+
+TEST_F(MenuTest, SpaceAndUnusedCommandsDoNothing) {
+    const int rows = torvane().logList().rowCount();
+    for (const int id : {kMenuSpace, kMenuNothing1, kMenuNothing2}) {
+        torvane().command(id);
+        expectNoBox();
+    }
+    EXPECT_EQ(torvane().logList().rowCount(), rows);
+    EXPECT_TRUE(program().benchLog({"request=start"}).empty());
+}
+
+TEST_F(MenuTest, SpaceChosenFromTheMenuBarDoesNothing) {
+    const Window window = program().mainWindow();
+    bringToFront(window);
+    pressKey(window, VK_F10);
+    pressKey(window, VK_RETURN);
+    expectNoBox();
+    EXPECT_TRUE(window.visible());
+}
+
+TEST_F(MenuTest, LoadDrivesCommandLoads) {
+    torvane().command(kMenuLoadDrives);
+    await(
+        "the drives are listed", [this] { return torvane().driveList().rowCount() == 4; }, std::chrono::seconds(60));
+    torvane().awaitLoaded();
+}
+
+TEST_F(MenuTest, ExitCommandAsks) {
+    torvane().command(kMenuExit);
+    expectQuestion("***** Exiting Application *****", "You are about to EXIT TVN. Are you sure?", "No");
+    EXPECT_TRUE(program().mainWindow().visible());
+}
+
+TEST_F(MenuTest, TerminateCommandIsSilentWithoutAJob) {
+    torvane().command(kMenuTerminate);
+    expectNoBox();
+}
+
+} // namespace
+} // namespace torvane::driver

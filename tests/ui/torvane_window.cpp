@@ -1,0 +1,67 @@
+#include "tests/ui/torvane_window.h"
+
+#include "tests/ui/driver/input.h"
+
+namespace torvane::driver {
+
+std::vector<LogEntry> TorvaneWindow::log() const {
+    const ListView list = logList();
+    std::vector<LogEntry> entries;
+    const int rows = list.rowCount();
+    for (int row = 0; row < rows; ++row) {
+        entries.push_back({list.cell(row, 0), list.cell(row, 1), list.cell(row, 2), list.cell(row, 3)});
+    }
+    return entries;
+}
+
+void TorvaneWindow::press(int id) const {
+    driver::press(control(id));
+}
+
+void TorvaneWindow::command(int id) const {
+    window().post(WM_COMMAND, static_cast<WPARAM>(id));
+    window().settle();
+}
+
+int TorvaneWindow::countLog(const std::string& messageStart) const {
+    const ListView list = logList();
+    int count = 0;
+    for (int row = list.rowCount() - 1; row >= 0; --row) {
+        count += list.cell(row, 3).starts_with(messageStart) ? 1 : 0;
+    }
+    return count;
+}
+
+void TorvaneWindow::startLoading() const {
+    const int started = countLog("Beginning Drive Scan");
+    press(kLoadDrives);
+    await("the drive scan begins", [&] { return countLog("Beginning Drive Scan") > started || !program_->running(); });
+}
+
+void TorvaneWindow::awaitLoaded() const {
+    constexpr std::chrono::seconds kScanPatience{60};
+    const auto ended = [this] { return countLog("Drive Scan Completed") == countLog("Beginning Drive Scan"); };
+    await(
+        "the drive scan ends", [&] { return !program_->running() || ended(); }, kScanPatience);
+    if (!program_->running()) {
+        throw Failure("during the drive scan " + program_->obituary());
+    }
+}
+
+void TorvaneWindow::loadDrives() const {
+    startLoading();
+    awaitLoaded();
+}
+
+void TorvaneWindow::awaitProgressHidden() const {
+    await("the progress bar is hidden", [this] { return !control(kScanProgress).visible(); });
+}
+
+void TorvaneWindow::setLogOpen(bool open) const {
+    if (logOpen() != open) {
+        press(kLogToggle);
+        await("the log is shown or hidden", [&] { return logOpen() == open; });
+    }
+}
+
+} // namespace torvane::driver

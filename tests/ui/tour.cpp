@@ -1,0 +1,103 @@
+// Shows Torvane to somebody who has no display at hand: does what a technician does first, and leaves a picture of each
+// step.
+//
+//   torvane_tour <bench.exe> <bench folder> <Torvane.exe> <folder for the pictures>
+
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
+#include "tests/ui/driver/screen.h"
+#include "tests/ui/torvane_window.h"
+
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+namespace torvane::driver {
+namespace {
+
+/// What the steps work with.
+struct Tour {
+    TorvaneWindow torvane;
+    std::string picturesFolder;
+};
+
+/// One step: what is done, and the picture of what it leads to.
+struct Step {
+    const char* picture;
+    const char* description;
+    void (*run)(Tour&);
+};
+
+void lookAtTheWindow(Tour&) {}
+
+void loadTheDrives(Tour& tour) {
+    tour.torvane.loadDrives();
+    tour.torvane.awaitProgressHidden();
+}
+
+void pickADrive(Tour& tour) {
+    const ListView drives = tour.torvane.driveList();
+    if (drives.rowCount() == 0) {
+        throw Failure("the bench has no drives");
+    }
+    drives.click(0);
+    drives.setTicked(0, true);
+}
+
+void openTheLog(Tour& tour) {
+    tour.torvane.setLogOpen(true);
+}
+
+// A later command of the program joins the tour by one line here.
+constexpr Step kSteps[] = {
+    {"1-start.png", "Torvane has started; no drive is known yet", lookAtTheWindow},
+    {"2-drives.png", "Load Drives has listed the drives of the bench", loadTheDrives},
+    {"3-active-drive.png", "a click has made the first drive the active one; its check box is ticked", pickADrive},
+    {"4-log.png", "the log panel tells what the scan met", openTheLog},
+};
+
+void takePicture(const Tour& tour, const Step& step) {
+    const Window& window = tour.torvane.window();
+    parkMouse();
+    window.settle();
+    Picture::ofScreen(window.rect()).save(tour.picturesFolder + "/" + step.picture);
+    std::printf("    %-20s %s\n", step.picture, step.description);
+    std::fflush(stdout);
+}
+
+void takeTour(const Launch& launch, const std::string& picturesFolder) {
+    prepareScreen();
+    const Program program(launch);
+    if (!program.mainWindow().exists()) {
+        throw Failure("no main window: " + program.obituary() + "\n" + describeWindows(program.processId()));
+    }
+    Tour tour{TorvaneWindow(program), picturesFolder};
+    for (const Step& step : kSteps) {
+        try {
+            step.run(tour);
+            takePicture(tour, step);
+        } catch (const Failure&) {
+            Picture::ofScreen(wholeScreen()).save(picturesFolder + "/failed.png");
+            throw;
+        }
+    }
+}
+
+} // namespace
+} // namespace torvane::driver
+
+int main(int argc, char** argv) {
+    if (argc != 5) {
+        std::fprintf(stderr,
+                     "usage: torvane_tour <bench.exe> <bench folder> <Torvane.exe> <folder for the pictures>\n");
+        return 2;
+    }
+    try {
+        torvane::driver::takeTour({argv[1], argv[2], argv[3]}, argv[4]);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+    return 0;
+}

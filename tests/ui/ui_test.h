@@ -1,0 +1,56 @@
+#pragma once
+
+#include "tests/ui/torvane_window.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace torvane::driver {
+
+/// A test with the shipped program in front of it. The program is started for the first test of a suite and serves the
+/// next ones too, as long as it runs and has no box open; it is gone at the suite's end.
+///
+/// A failed test leaves a picture of the screen and the list of open windows. A test that takes too long loses its
+/// program, so that it fails instead of stopping the run.
+class UiTest : public ::testing::Test {
+  protected:
+    static void TearDownTestSuite();
+    void SetUp() override;
+    void TearDown() override;
+
+    /// The bench that the suite's program is started on; a small one with a drive of each kind by default.
+    [[nodiscard]] virtual BenchFolder layOutBench() const;
+
+    /// Ends the current program and starts one on that bench.
+    void restart(const BenchFolder& bench);
+    /// Starts the program before the next test anew, because this one leaves it changed.
+    void leaveProgramUsed();
+    /// This test ends the program itself; its absence is no fault.
+    void expectEnd() { endExpected_ = true; }
+
+    [[nodiscard]] Program& program() const;
+    [[nodiscard]] TorvaneWindow torvane() const { return TorvaneWindow(program()); }
+
+    /// Expects a message box with that caption, text, icon and buttons, and answers it with `answer`.
+    void expectBox(const std::string& caption, const std::string& text, BoxIcon icon, const std::string& answer) const;
+    void expectStopBox(const std::string& caption, const std::string& text) const;
+    void expectQuestion(const std::string& caption, const std::string& text, const std::string& answer) const;
+    /// Expects that no box and no dialog is open.
+    void expectNoBox() const;
+
+  private:
+    bool endExpected_ = false;
+};
+
+/// A bench with four drives: SATA disk with C:, USB bridge disk, NVMe drive, 4096-byte-sector SATA disk.
+[[nodiscard]] BenchFolder smallBench();
+
+/// The small bench whose diskpart takes so long for each request; a scan asks it once for each drive.
+[[nodiscard]] BenchFolder slowBench(int milliseconds);
+
+/// Watches the test programs: pictures of failures. To be called once, before the tests run.
+void prepareUiTests();
+
+} // namespace torvane::driver
