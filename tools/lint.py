@@ -101,7 +101,9 @@ def main():
     arguments = parser.parse_args()
 
     version = subprocess.run([TIDY, "--version"], capture_output=True, check=True).stdout
-    rules = (ROOT / ".clang-tidy").read_bytes() + version + Path(__file__).read_bytes()
+    rules = version + Path(__file__).read_bytes() + b"".join(
+        path.read_bytes() for path in [ROOT / ".clang-tidy", *sorted(ROOT.glob("*/.clang-tidy"))]
+    )
     CACHE.mkdir(parents=True, exist_ok=True)
 
     work, keys = {}, {}
