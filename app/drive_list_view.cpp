@@ -43,8 +43,16 @@ std::vector<DriveRecord*> DriveListView::tickedDrives() const {
 }
 
 DriveRecord* DriveListView::newlySelected(const NMLISTVIEW& change) const {
-    const bool selected = (change.uChanged & LVIF_STATE) != 0 && change.uNewState == (LVIS_SELECTED | LVIS_FOCUSED);
-    return selected && change.iItem >= 0 ? record(change.iItem) : nullptr;
+    if ((change.uChanged & LVIF_STATE) == 0 || change.iItem < 0) {
+        return nullptr;
+    }
+    // The tick is part of the state. Windows reports only the bits that changed, other systems the whole state: a
+    // change of the tick differs in its bits, and any other change leaves them alike.
+    const UINT tickBefore = change.uOldState & LVIS_STATEIMAGEMASK;
+    const UINT tickAfter = change.uNewState & LVIS_STATEIMAGEMASK;
+    const UINT state = change.uNewState & ~static_cast<UINT>(LVIS_STATEIMAGEMASK);
+    const bool selected = state == (LVIS_SELECTED | LVIS_FOCUSED);
+    return selected && tickBefore == tickAfter ? record(change.iItem) : nullptr;
 }
 
 LRESULT DriveListView::draw(NMLVCUSTOMDRAW& draw) const {

@@ -122,8 +122,8 @@ void placeCommands(std::vector<PlacedControl>& controls) {
 // In the third row, which the copying, mounting and services columns leave free.
 void placeReadTestProgress(std::vector<PlacedControl>& controls) {
     const int top = rowTop(2) + 6;
-    const int barLeft = columnLeft(kCopyingColumn) + 110;
-    controls.push_back({IDC_WIDE_PROGRESS_LABEL, {columnLeft(kCopyingColumn), top, barLeft, top + 14}});
+    const int barLeft = columnLeft(kCopyingColumn) + 120;
+    controls.push_back({IDC_WIDE_PROGRESS_LABEL, {columnLeft(kCopyingColumn), top, barLeft - 8, top + 14}});
     controls.push_back({IDC_WIDE_PROGRESS, {barLeft, top, columnLeft(5) + kButtonWidth, top + 14}});
 }
 

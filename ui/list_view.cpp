@@ -4,6 +4,27 @@
 
 namespace torvane {
 
+namespace {
+
+int totalColumnWidth(HWND list) {
+    const int columns = Header_GetItemCount(ListView_GetHeader(list));
+    int width = 0;
+    for (int column = 0; column < columns; ++column) {
+        width += ListView_GetColumnWidth(list, column);
+    }
+    return width;
+}
+
+// Columns that fit but for the vertical scroll bar would call up the horizontal one, at the price of a row.
+void dropNeedlessScrollBar(HWND list, const RECT& outer) {
+    const LONG style = GetWindowLongA(list, GWL_STYLE);
+    if ((style & WS_HSCROLL) != 0 && totalColumnWidth(list) < outer.right - outer.left) {
+        SetWindowLongA(list, GWL_STYLE, style & ~WS_HSCROLL);
+    }
+}
+
+} // namespace
+
 bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD extendedStyle, COLORREF background) {
     window_ = CreateWindowExA(0, WC_LISTVIEWA, "", WS_CHILD | WS_BORDER | WS_TABSTOP | LVS_REPORT | style, place.left,
                               place.top, place.right - place.left, place.bottom - place.top, parent,
@@ -11,6 +32,7 @@ bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD
     if (window_ == nullptr) {
         return false;
     }
+    SetWindowSubclass(window_, &ListView::listProcedure, 0, 0);
     SendMessageA(window_, WM_SETFONT, static_cast<WPARAM>(SendMessageA(parent, WM_GETFONT, 0, 0)), FALSE);
     ListView_SetExtendedListViewStyle(window_, extendedStyle);
     ListView_SetBkColor(window_, background);
@@ -88,6 +110,17 @@ void ListView::redraw() {
 
 void ListView::setVisible(bool visible) {
     ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE);
+}
+
+LRESULT CALLBACK ListView::listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+    if (message == WM_NCCALCSIZE) {
+        // A RECT, or an NCCALCSIZE_PARAMS that begins with one: the window's outer rectangle.
+        dropNeedlessScrollBar(window, *reinterpret_cast<const RECT*>(lParam));
+    }
+    if (message == WM_NCDESTROY) {
+        RemoveWindowSubclass(window, &ListView::listProcedure, 0);
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
 }
 
 LRESULT drawCells(const ListView& list, NMLVCUSTOMDRAW& draw,

@@ -44,6 +44,9 @@ class ListView {
     static constexpr int kCellTextLimit = 128;
 
   private:
+    static LRESULT CALLBACK listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                          DWORD_PTR unused);
+
     HWND window_ = nullptr;
 };
 
