@@ -10,8 +10,7 @@ namespace torvane {
 NativeHandle openDevice(const char* path, std::uint32_t flagsAndAttributes) {
     const HANDLE device = CreateFileA(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                       OPEN_EXISTING, flagsAndAttributes, nullptr);
-    return device == INVALID_HANDLE_VALUE ? nullptr
-                                          : device; // NOLINT(performance-no-int-to-ptr): the system's own value
+    return device == INVALID_HANDLE_VALUE ? nullptr : device;
 }
 
 std::optional<ByteView> requestFromDevice(NativeHandle device, std::uint32_t controlCode, ByteView input,

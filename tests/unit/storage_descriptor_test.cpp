@@ -225,7 +225,7 @@ TEST(DiskGeometry, SizeIsKeptInThreeUnits) {
 }
 
 TEST(DiskGeometry, ADriveOfLargeSectorsStillCountsUnitsOf512Bytes) {
-    const DriveRecord record = recordOfSize(4096, 4096 * 1000);
+    const DriveRecord record = recordOfSize(4096, 4096000);
     EXPECT_EQ(record.bytesPerSector, 4096);
     EXPECT_EQ(record.sizeSectors, 8000);
 }
