@@ -1,0 +1,115 @@
+#include "app/main_layout.h"
+
+#include "resources/resource_ids.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+#include <set>
+
+namespace torvane {
+
+void PrintTo(const PixelRect& rect, std::ostream* stream) {
+    *stream << "(" << rect.left << "," << rect.top << ")-(" << rect.right << "," << rect.bottom << ")";
+}
+
+namespace {
+
+bool overlap(const PixelRect& a, const PixelRect& b) {
+    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
+}
+
+PixelRect placeOf(int id) {
+    for (const PlacedControl& control : layOutMainWindow()) {
+        if (control.id == id) {
+            return control.place;
+        }
+    }
+    ADD_FAILURE() << "control " << id << " has no place";
+    return {};
+}
+
+TEST(MainLayoutTest, NothingLiesOutsideTheSmallestClientArea) {
+    for (const PlacedControl& control : layOutMainWindow()) {
+        EXPECT_GE(control.place.left, 0) << control.id;
+        EXPECT_GE(control.place.top, 0) << control.id;
+        EXPECT_LE(control.place.right, kLeastClientWidth) << control.id;
+        EXPECT_LE(control.place.bottom, kLeastClientHeight) << control.id;
+        EXPECT_GT(control.place.width(), 0) << control.id;
+        EXPECT_GT(control.place.height(), 0) << control.id;
+    }
+}
+
+TEST(MainLayoutTest, NothingOverlaps) {
+    std::vector<PlacedControl> all = layOutMainWindow();
+    all.push_back({IDC_DRIVE_LIST, kDriveListPlace});
+    all.push_back({IDC_HEALTH_PANEL, kHealthPanelPlace});
+    all.push_back({IDC_LOG_LIST, logListPlace(kLeastClientHeight)});
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        for (std::size_t j = i + 1; j < all.size(); ++j) {
+            EXPECT_FALSE(overlap(all[i].place, all[j].place))
+                << all[i].id << " " << ::testing::PrintToString(all[i].place) << " and " << all[j].id << " "
+                << ::testing::PrintToString(all[j].place);
+        }
+    }
+}
+
+TEST(MainLayoutTest, EveryControlIsPlacedOnce) {
+    std::set<int> ids;
+    for (const PlacedControl& control : layOutMainWindow()) {
+        EXPECT_TRUE(ids.insert(control.id).second) << control.id;
+    }
+    for (int id = IDC_LOAD_DRIVES; id <= IDC_QUICK_DISK_VIEW; ++id) {
+        EXPECT_EQ(ids.count(id), 1U) << id;
+    }
+    EXPECT_EQ(ids.count(IDC_LOG_TOGGLE), 1U);
+}
+
+TEST(MainLayoutTest, ButtonsAreOfOneSize) {
+    ASSERT_EQ(mainWindowButtons().size(), 17U);
+    const PixelRect first = placeOf(mainWindowButtons().front());
+    for (const int id : mainWindowButtons()) {
+        EXPECT_EQ(placeOf(id).width(), first.width()) << id;
+        EXPECT_EQ(placeOf(id).height(), first.height()) << id;
+    }
+}
+
+TEST(MainLayoutTest, ButtonsLieBelowTheGaugesInRowsAndColumns) {
+    std::set<int> tops;
+    std::set<int> lefts;
+    for (const int id : mainWindowButtons()) {
+        EXPECT_GT(placeOf(id).top, kHealthPanelPlace.bottom) << id;
+        tops.insert(placeOf(id).top);
+        lefts.insert(placeOf(id).left);
+    }
+    EXPECT_EQ(tops.size(), 3U);
+    EXPECT_EQ(lefts.size(), 7U);
+}
+
+TEST(MainLayoutTest, DriveListKeepsItsPlace) {
+    EXPECT_EQ(kDriveListPlace, (PixelRect{10, 20, 1180, 122}));
+}
+
+TEST(MainLayoutTest, LogListBeginsWhereTheClosedWindowEnds) {
+    EXPECT_EQ(logListPlace(381), (PixelRect{10, 381, 1180, 543}));
+    EXPECT_EQ(logListPlace(395), (PixelRect{10, 395, 1180, 557}));
+}
+
+TEST(MainLayoutTest, OpenWindowShowsTheWholeLogList) {
+    const int added = kMainWindowHeightWithLog - kMainWindowHeight;
+    EXPECT_LE(logListPlace(kLeastClientHeight).bottom, kLeastClientHeight + added);
+}
+
+TEST(MainLayoutTest, ValueTextsStandUnderTheirCaptions) {
+    // The dials stand 180 pixels apart; their captions end at y = 244. The first text may be wider than its dial.
+    for (int dial = 0; dial < 6; ++dial) {
+        const PixelRect place = placeOf(IDC_VALUE_TEXT_1 + dial);
+        EXPECT_GE(place.top, 244) << dial;
+        EXPECT_EQ(place.left / 180, dial);
+        EXPECT_TRUE(dial == 0 || place.right <= 180 * (dial + 1)) << dial;
+    }
+}
+
+} // namespace
+} // namespace torvane

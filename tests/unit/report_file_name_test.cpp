@@ -1,0 +1,42 @@
+#include "app/report_file_name.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace torvane {
+namespace {
+
+TEST(ReportFileNameTest, HoldsTheSerialNumber) {
+    EXPECT_EQ(reportFileName("WD-WCC6Y7ABCDEF"), "ReportWD-WCC6Y7ABCDEF.pdf");
+    EXPECT_EQ(reportFileName("0025_3852.91B0+1A=2D"), "Report0025_3852.91B0+1A=2D.pdf");
+    EXPECT_EQ(reportFileName("Not Available"), "ReportNot Available.pdf");
+    EXPECT_EQ(reportFileName(""), "Report.pdf");
+}
+
+TEST(ReportFileNameTest, DropsWhatAFileNameCannotHold) {
+    EXPECT_EQ(reportFileName("FILE: S/N"), "ReportFILE_ S_N.pdf");
+    EXPECT_EQ(reportFileName(R"(..\..\a*b?c<d>e|f"g)"), "Report.._.._a_b_c_d_e_f_g.pdf");
+    EXPECT_EQ(reportFileName("a\tb\x01"
+                             "c\x7F"),
+              "Reporta_b_c_.pdf");
+    EXPECT_EQ(reportFileName("\xC3\xA9"), "Report__.pdf");
+}
+
+TEST(ReportFileNameTest, DropsWhatMeansSomethingToPowerShell) {
+    EXPECT_EQ(reportFileName("$(calc)"), "Report__calc_.pdf");
+    EXPECT_EQ(reportFileName("`n;calc&calc"), "Report_n_calc_calc.pdf");
+    EXPECT_EQ(reportFileName("{a}[b]@'c',#d"), "Report_a__b___c___d.pdf");
+}
+
+TEST(ReportFileNameTest, ABlankCannotBeginAParameter) {
+    EXPECT_EQ(reportFileName("X -FilePath calc"), "ReportX _FilePath calc.pdf");
+    EXPECT_EQ(reportFileName("X  --Y"), "ReportX  _-Y.pdf");
+}
+
+TEST(ReportFileNameTest, PercentSignsAreNoFormat) {
+    EXPECT_EQ(reportFileName("%s%n"), "Report_s_n.pdf");
+}
+
+} // namespace
+} // namespace torvane
