@@ -4,7 +4,10 @@
 #include "app/app_state.h"
 #include "app/main_layout.h"
 #include "app/main_window_view.h"
+#include "health/health_panel_view.h"
 #include "resources/resource_ids.h"
+#include "settings/messages.h"
+#include "settings/tutorial_dialog.h"
 #include "ui/prompt_owner.h"
 
 namespace torvane {
@@ -46,7 +49,12 @@ bool MainDialog::onInitialise() {
     placeWindow();
     placeControls();
     buildListViews();
+    if (LoadMessages(state_) == 0) {
+        end(0);
+        return false;
+    }
     showThenHidePanel();
+    ShowTutorialIfWanted(window());
     SetFocus(driveList_.window());
     return false;
 }
@@ -55,6 +63,13 @@ void MainDialog::addSystemMenuItems() {
     const HMENU menu = GetSystemMenu(window(), FALSE);
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
     AppendMenuA(menu, MF_STRING, IDM_ABOUT, "About");
+    AppendMenuA(menu, MF_STRING, IDM_EDIT_MESSAGES, "Edit Messages...");
+}
+
+// Before the system menu opens.
+void MainDialog::updateSystemMenu() {
+    EnableMenuItem(GetSystemMenu(window(), FALSE), IDM_EDIT_MESSAGES,
+                   MF_BYCOMMAND | (state_.jobActive == 1 ? MF_GRAYED : MF_ENABLED));
 }
 
 void MainDialog::setIcons() {
@@ -166,8 +181,7 @@ bool MainDialog::onTimer(int id) {
 
 bool MainDialog::onPaint() {
     const PaintDc paint(window());
-    const RECT panel = toRect(kHealthPanelPlace);
-    FillRect(paint.get(), &panel, background_.get());
+    PaintHealthPanel(state_, window(), paint.get());
     return true;
 }
 
@@ -186,11 +200,19 @@ void MainDialog::onDestroy() {
 }
 
 std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM, LPARAM lParam) {
-    if (message != MainWindowView::kRunTaskMessage) {
+    switch (message) {
+    case MainWindowView::kRunTaskMessage:
+        (*reinterpret_cast<const MainWindowView::WindowTask*>(lParam))(*this);
+        return 0;
+    case WM_INITMENUPOPUP:
+        updateSystemMenu();
+        return std::nullopt;
+    case WM_ERASEBKGND:
+        // The painted panel brings its own background; erased first, it would flicker.
+        return TRUE;
+    default:
         return std::nullopt;
     }
-    (*reinterpret_cast<const MainWindowView::WindowTask*>(lParam))(*this);
-    return 0;
 }
 
 } // namespace torvane

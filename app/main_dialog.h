@@ -50,6 +50,7 @@ class MainDialog : public Dialog {
     void buildListViews();
     void showThenHidePanel();
 
+    void updateSystemMenu();
     void resizeWindow(int height);
     void selectActiveDrive(const NMLISTVIEW& change);
 
@@ -78,6 +79,7 @@ class MainDialog : public Dialog {
     void onQuickDiskView();
     void onToggleLogPanel();
     void onAbout();
+    void onEditMessages();
 
     AppState& state_;
     MainWindowView& view_;

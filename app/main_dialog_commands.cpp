@@ -11,6 +11,7 @@
 #include "app/web_pages.h"
 #include "discovery/scan_job.h"
 #include "resources/resource_ids.h"
+#include "settings/edit_messages_dialog.h"
 #include "surface/read_test_kind.h"
 #include "ui/prompts.h"
 
@@ -71,11 +72,16 @@ bool MainDialog::onCommand(int id) {
 }
 
 bool MainDialog::onSystemCommand(WPARAM id) {
-    if (id != IDM_ABOUT) {
+    switch (id) {
+    case IDM_ABOUT:
+        onAbout();
+        return true;
+    case IDM_EDIT_MESSAGES:
+        onEditMessages();
+        return true;
+    default:
         return false;
     }
-    onAbout();
-    return true;
 }
 
 void MainDialog::onLoadDrives() {
@@ -203,6 +209,14 @@ void MainDialog::onToggleLogPanel() {
 
 void MainDialog::onAbout() {
     AboutDialog().runModal(window());
+}
+
+void MainDialog::onEditMessages() {
+    if (state_.jobActive == 1) {
+        return;
+    }
+    editMessages(state_, window());
+    InvalidateRect(window(), nullptr, TRUE);
 }
 
 } // namespace torvane

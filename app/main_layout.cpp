@@ -11,11 +11,12 @@ constexpr int kRight = kLeastClientWidth - 10;
 
 constexpr int kLogListHeight = 162;
 
-// The dials stand 180 pixels apart; each has a text of two lines under its caption.
+// The dials stand 180 pixels apart; each has a line of text under its caption, as wide as the caption. The first dial's
+// line is too long for that and runs under all of them.
 constexpr int kDialStep = 180;
 constexpr int kValueTextTop = 245;
-constexpr int kValueTextWidth = 168;
-constexpr int kValueTextHeight = 26;
+constexpr int kValueTextWidth = 140;
+constexpr int kValueTextHeight = 13;
 
 constexpr int kCommandsLineTop = 273;
 constexpr int kGroupNameTop = 277;
@@ -100,8 +101,10 @@ void placeHealthTexts(std::vector<PlacedControl>& controls) {
     // The message stands between the drive list and the dials, wide enough for a sentence.
     controls.push_back({IDC_HEALTH_MESSAGE, {kLeft, 122, 1050, 140}});
     controls.push_back({IDC_GAUGE_TEXT, {1056, 122, kRight, 140}});
-    for (int dial = 0; dial < 6; ++dial) {
-        const int left = kLeft + dial * kDialStep;
+    const int longTextTop = kValueTextTop + kValueTextHeight;
+    controls.push_back({IDC_VALUE_TEXT_1, {kLeft, longTextTop, 1050, longTextTop + kValueTextHeight}});
+    for (int dial = 1; dial < 6; ++dial) {
+        const int left = dial * kDialStep;
         controls.push_back(
             {IDC_VALUE_TEXT_1 + dial, {left, kValueTextTop, left + kValueTextWidth, kValueTextTop + kValueTextHeight}});
     }

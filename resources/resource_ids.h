@@ -8,6 +8,10 @@
 #define IDD_MAIN 102
 #define IDS_SOCKETS_FAILED 103
 #define IDR_MAIN_MENU 129
+#define IDD_EDIT_MESSAGES 131
+#define IDR_EDIT_MESSAGES_MENU 132
+#define IDD_TUTORIAL 160
+#define IDR_TUTORIAL_PICTURE 161
 
 // Texts and pictures that no code refers to
 #ifndef IDC_STATIC
@@ -16,6 +20,7 @@
 
 // The main window's system menu
 #define IDM_ABOUT 16
+#define IDM_EDIT_MESSAGES 32
 
 // Commands of menus
 #define IDM_EXIT 32771
@@ -86,3 +91,13 @@
 #define IDC_GROUP_MOUNTING 1068
 #define IDC_GROUP_SERVICES 1069
 #define IDC_GROUP_PROGRAM 1070
+
+// Message editor
+#define IDC_MESSAGE_CHOICE 1003
+#define IDC_MESSAGE_TEXT 1004
+#define IDM_EXIT_MESSAGE_EDITOR 32781
+#define IDM_UPDATE_MESSAGES 32782
+
+// Tutorial
+#define IDC_TUTORIAL_PREVENT 1019
+#define IDC_TUTORIAL_CONTINUE 1021

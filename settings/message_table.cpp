@@ -1,5 +1,7 @@
 #include "settings/message_table.h"
 
+#include "base/format.h"
+
 #include <algorithm>
 
 namespace torvane {
@@ -49,6 +51,21 @@ std::string_view cutAtCharacter(std::string_view text, std::size_t limit) {
     return text.substr(0, length);
 }
 
+const char* lampName(std::uint32_t colourCode) {
+    switch (colourCode) {
+    case kLampBlue:
+        return "blue";
+    case kLampYellow:
+        return "yellow";
+    case kLampGreen:
+        return "green";
+    case kLampRed:
+        return "red";
+    default:
+        return "no";
+    }
+}
+
 } // namespace
 
 MessageTable parseMessageTable(ByteView bytes) {
@@ -82,6 +99,16 @@ void setMessageText(MessageRecord& record, std::string_view text) {
     const std::string_view kept = cutAtCharacter(text, record.text.size() - 1);
     record.text.fill('\0');
     std::copy(kept.begin(), kept.end(), record.text.begin());
+}
+
+std::string messageTitle(const MessageRecord& record) {
+    return formatText("Level %u, %s lamp", static_cast<unsigned>(record.level), lampName(record.messageId));
+}
+
+std::size_t messageCount(std::span<const MessageRecord> table) {
+    const auto end = std::find_if(table.begin(), table.end(),
+                                  [](const MessageRecord& record) { return record.messageId == kMessageTableEnd; });
+    return static_cast<std::size_t>(end - table.begin());
 }
 
 const MessageRecord* FindMessageById(std::span<const MessageRecord> table, std::uint32_t id) {

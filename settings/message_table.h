@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -51,6 +52,12 @@ inline constexpr std::size_t kMaxMessageRecords = 4096;
 
 /// Replaces the record's text. What does not fit is cut, never within a UTF-8 character.
 void setMessageText(MessageRecord& record, std::string_view text);
+
+/// The message's name where one is chosen: "Level 2, yellow lamp". A number that is no lamp's gives "no lamp".
+[[nodiscard]] std::string messageTitle(const MessageRecord& record);
+
+/// How many records stand before the end of the table.
+[[nodiscard]] std::size_t messageCount(std::span<const MessageRecord> table);
 
 /// The first record with this number; null when the end of the table comes first.
 [[nodiscard]] const MessageRecord* FindMessageById(std::span<const MessageRecord> table, std::uint32_t id);

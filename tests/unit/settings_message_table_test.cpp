@@ -163,6 +163,20 @@ TEST(MessageTable, ATextIsNeverCutWithinACharacter) {
     EXPECT_EQ(messageText(changed), "") << "bytes that begin no character at all";
 }
 
+TEST(MessageTitle, NamesLevelAndLamp) {
+    EXPECT_EQ(messageTitle(record(kLampGreen, 0, "")), "Level 0, green lamp");
+    EXPECT_EQ(messageTitle(record(kLampBlue, 1, "")), "Level 1, blue lamp");
+    EXPECT_EQ(messageTitle(record(kLampYellow, 2, "")), "Level 2, yellow lamp");
+    EXPECT_EQ(messageTitle(record(kLampRed, 3, "")), "Level 3, red lamp");
+    EXPECT_EQ(messageTitle(record(5, 4294967294U, "")), "Level 4294967294, no lamp");
+}
+
+TEST(MessageCount, CountsUpToTheEndMarker) {
+    EXPECT_EQ(messageCount({}), 0U);
+    EXPECT_EQ(messageCount(std::vector{record(1, 1, "a"), record(2, 2, "b")}), 2U);
+    EXPECT_EQ(messageCount(std::vector{record(1, 1, "a"), endMarker(), record(2, 2, "b")}), 1U);
+}
+
 TEST_F(MessageFile, IsReadRecordByRecord) {
     write(serializeMessageTable(std::vector{record(3, 0, "green"), record(1, 1, "blue"), endMarker()}));
     const auto table = readMessageFile(kName);

@@ -1,0 +1,138 @@
+#include "health/health_panel_view.h"
+
+#include "app/app_state.h"
+#include "health/panel_model.h"
+#include "resources/resource_ids.h"
+#include "ui/owned.h"
+
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+constexpr COLORREF kBackground = RGB(kPanelBackground[0], kPanelBackground[1], kPanelBackground[2]);
+
+constexpr int kCaptionFontHeight = 20;
+constexpr int kCaptionFontWeight = 100;
+
+constexpr float kNeedleWidth = 5.0F;
+
+/// The pictures of one paint: each is loaded from the current folder once and released with this object.
+class Pictures {
+  public:
+    /// Null when the file is missing or no picture.
+    Gdiplus::Image* load(std::string_view name) {
+        const auto [entry, isNew] = images_.try_emplace(name);
+        if (isNew) {
+            const std::wstring fileName(name.begin(), name.end());
+            auto image = std::make_unique<Gdiplus::Image>(fileName.c_str());
+            if (image->GetLastStatus() == Gdiplus::Ok) {
+                entry->second = std::move(image);
+            }
+        }
+        return entry->second.get();
+    }
+
+  private:
+    std::map<std::string_view, std::unique_ptr<Gdiplus::Image>> images_;
+};
+
+void drawPicture(Gdiplus::Graphics& graphics, Pictures& pictures, std::string_view name, PanelPoint position) {
+    if (Gdiplus::Image* const image = pictures.load(name)) {
+        // With a size, because without one GDI+ scales by the picture's resolution.
+        graphics.DrawImage(image, position.x, position.y, static_cast<int>(image->GetWidth()),
+                           static_cast<int>(image->GetHeight()));
+    }
+}
+
+void drawNeedle(Gdiplus::Graphics& graphics, PanelPoint pivot, PanelPoint end) {
+    Gdiplus::Pen pen(Gdiplus::Color(0xFF000000), kNeedleWidth);
+    pen.SetStartCap(Gdiplus::LineCapRoundAnchor);
+    pen.SetEndCap(Gdiplus::LineCapArrowAnchor);
+    graphics.DrawLine(&pen, pivot.x, pivot.y, end.x, end.y);
+}
+
+void drawPictures(const PanelModel& panel, HDC context) {
+    Gdiplus::Graphics graphics(context);
+    graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
+    Pictures pictures;
+    for (const std::string_view name : panel.undrawnImages) {
+        pictures.load(name);
+    }
+    for (const Dial& dial : panel.dials) {
+        drawPicture(graphics, pictures, dial.image, dial.position);
+        if (dial.needleEnd) {
+            drawNeedle(graphics, dial.pivot, *dial.needleEnd);
+        }
+    }
+    if (!panel.lampImage.empty()) {
+        drawPicture(graphics, pictures, panel.lampImage, kLampPosition);
+    }
+}
+
+void drawCaptions(const PanelModel& panel, HDC context) {
+    const UniqueFont font{CreateFontA(kCaptionFontHeight, 0, 0, 0, kCaptionFontWeight, FALSE, FALSE, FALSE,
+                                      ANSI_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, PROOF_QUALITY,
+                                      DEFAULT_PITCH | FF_DONTCARE, "Calibri")};
+    const SelectedObject selected(context, font.get());
+    SetTextColor(context, RGB(0, 0, 0));
+    SetBkMode(context, TRANSPARENT);
+    for (const Dial& dial : panel.dials) {
+        RECT box{dial.captionBox.left, dial.captionBox.top, dial.captionBox.right, dial.captionBox.bottom};
+        DrawTextA(context, dial.caption.data(), static_cast<int>(dial.caption.size()), &box,
+                  DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+    }
+}
+
+void drawPanel(const PanelModel& panel, HDC context, const RECT& area) {
+    const UniqueBrush background{CreateSolidBrush(kBackground)};
+    FillRect(context, &area, background.get());
+    drawPictures(panel, context);
+    drawCaptions(panel, context);
+}
+
+/// Sets a text only where it differs, since setting it repaints the control.
+void showText(HWND window, int id, const std::string& text) {
+    const HWND control = GetDlgItem(window, id);
+    std::string shown(static_cast<std::size_t>(GetWindowTextLengthA(control)) + 1, '\0');
+    shown.resize(static_cast<std::size_t>(GetWindowTextA(control, shown.data(), static_cast<int>(shown.size()))));
+    if (shown != text) {
+        SetWindowTextA(control, text.c_str());
+    }
+}
+
+void showTexts(HWND window, const PanelTexts& texts) {
+    showText(window, IDC_HEALTH_MESSAGE, texts.healthMessage);
+    showText(window, IDC_VALUE_TEXT_1, texts.endurance);
+    for (std::size_t bit = 0; bit < texts.nvmeResults.size(); ++bit) {
+        showText(window, IDC_VALUE_TEXT_2 + static_cast<int>(bit), texts.nvmeResults[bit]);
+    }
+}
+
+} // namespace
+
+void PaintHealthPanel(const AppState& state, HWND window, HDC context) {
+    const DriveRecord* const activeDrive = hasActiveDrive(state) ? state.activeDrive.load() : nullptr;
+    const PanelModel panel = buildPanelModel(activeDrive, state.messages);
+    showTexts(window, panel.texts);
+
+    RECT area{};
+    GetClientRect(window, &area);
+    const UniqueMemoryDc memory{CreateCompatibleDC(context)};
+    const UniqueBitmap bitmap{CreateCompatibleBitmap(context, area.right, area.bottom)};
+    if (!memory || !bitmap) {
+        return;
+    }
+    const SelectedObject selected(memory.get(), bitmap.get());
+    drawPanel(panel, memory.get(), area);
+    BitBlt(context, 0, 0, area.right, area.bottom, memory.get(), 0, 0, SRCCOPY);
+}
+
+} // namespace torvane

@@ -1,0 +1,111 @@
+#include "settings/edit_messages_dialog.h"
+
+#include "app/app_state.h"
+#include "app/event_log.h"
+#include "resources/resource_ids.h"
+#include "settings/messages.h"
+#include "ui/dialog.h"
+#include "ui/prompts.h"
+
+namespace torvane {
+
+namespace {
+
+class EditMessagesDialog : public Dialog {
+  public:
+    explicit EditMessagesDialog(AppState& state) : Dialog(IDD_EDIT_MESSAGES), state_(state), edited_(state.messages) {}
+
+  protected:
+    bool onInitialise() override {
+        for (std::size_t i = 0; i < messageCount(edited_); ++i) {
+            SendMessageA(choice(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(messageTitle(edited_[i]).c_str()));
+        }
+        SendMessageA(textControl(), EM_SETLIMITTEXT, std::tuple_size_v<decltype(MessageRecord::text)> - 1, 0);
+        SendMessageA(choice(), CB_SETCURSEL, 0, 0);
+        showChosenMessage();
+        return true;
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<EditMessagesDialog> kRoutes[] = {
+            {IDC_MESSAGE_CHOICE, &EditMessagesDialog::onOtherMessage},
+            {IDM_UPDATE_MESSAGES, &EditMessagesDialog::onUpdate},
+            {IDM_EXIT_MESSAGE_EDITOR, &EditMessagesDialog::onExit},
+            {IDCANCEL, &EditMessagesDialog::onExit},
+        };
+        return route(*this, kRoutes, id);
+    }
+
+  private:
+    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+    [[nodiscard]] HWND choice() const { return control(IDC_MESSAGE_CHOICE); }
+    [[nodiscard]] HWND textControl() const { return control(IDC_MESSAGE_TEXT); }
+
+    void onOtherMessage() {
+        takeText();
+        showChosenMessage();
+    }
+
+    void onUpdate() {
+        takeText();
+        if (saveMessages(state_, edited_) == 0) {
+            prompts::stop("***** ERROR ON MESSAGE FILE SAVE *****",
+                          "Could not write the message file. The messages in use stay as they were.");
+            return;
+        }
+        changed_ = false;
+        LogEvent("SUCCESS", "Message file SAVED");
+        prompts::inform("***** MESSAGE FILE SAVED *****", "Message file successfully saved.");
+    }
+
+    void onExit() {
+        takeText();
+        if (!changed_ || prompts::ask("***** MESSAGES NOT UPDATED *****",
+                                      "The messages were edited but not updated. Do you want to drop the changes?")) {
+            end(1);
+        }
+    }
+
+    void showChosenMessage() {
+        const LRESULT selected = SendMessageA(choice(), CB_GETCURSEL, 0, 0);
+        const auto index = static_cast<std::size_t>(selected);
+        shown_ = selected >= 0 && index < edited_.size() ? index : kNone;
+        EnableWindow(textControl(), shown_ != kNone);
+        const std::string text = shown_ != kNone ? std::string(messageText(edited_[shown_])) : std::string();
+        SetWindowTextA(textControl(), text.c_str());
+        shownText_ = typedText();
+    }
+
+    [[nodiscard]] std::string typedText() const {
+        std::string text(static_cast<std::size_t>(GetWindowTextLengthA(textControl())) + 1, '\0');
+        text.resize(
+            static_cast<std::size_t>(GetWindowTextA(textControl(), text.data(), static_cast<int>(text.size()))));
+        return text;
+    }
+
+    /// Moves what was typed into the message it was typed for.
+    void takeText() {
+        const std::string text = typedText();
+        // Compared with what the control made of the message, so that a message it cannot show exactly stays as it is.
+        if (shown_ != kNone && text != shownText_) {
+            setMessageText(edited_[shown_], text);
+            shownText_ = text;
+            changed_ = true;
+        }
+    }
+
+    AppState& state_;
+    MessageTable edited_;
+    std::size_t shown_ = kNone; ///< the message in the text control
+    std::string shownText_;     ///< the control's text when it was filled
+    bool changed_ = false;      ///< `edited_` differs from the file
+};
+
+} // namespace
+
+void editMessages(AppState& state, HWND owner) {
+    EditMessagesDialog(state).runModal(owner);
+}
+
+} // namespace torvane

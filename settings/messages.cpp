@@ -1,0 +1,59 @@
+#include "settings/messages.h"
+
+#include "app/app_state.h"
+#include "app/event_log.h"
+#include "settings/message_file.h"
+#include "ui/owned.h"
+
+#include <windows.h>
+
+namespace torvane {
+
+namespace {
+
+// Beside the file itself, because a file can be renamed over another one only within a volume.
+constexpr const char* kNewMessageFileName = "Message.db.new";
+
+/// True when all bytes are on the disk, not merely in a cache.
+bool writeNewFile(const char* fileName, const std::vector<std::uint8_t>& bytes) {
+    const UniqueFile file{
+        CreateFileA(fileName, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    if (!file) {
+        return false;
+    }
+    DWORD written = 0;
+    return WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE &&
+           written == bytes.size() && FlushFileBuffers(file.get()) != FALSE;
+}
+
+bool replaceFile(const char* fileName, const std::vector<std::uint8_t>& bytes) {
+    if (writeNewFile(kNewMessageFileName, bytes) &&
+        MoveFileExA(kNewMessageFileName, fileName, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE) {
+        return true;
+    }
+    DeleteFileA(kNewMessageFileName);
+    return false;
+}
+
+} // namespace
+
+int LoadMessages(AppState& state) {
+    auto table = readMessageFile(kMessageFileName);
+    if (!table) {
+        LogEvent("ERROR", "Could not open [%s] for message load. Exiting", kMessageFileName);
+        return 0;
+    }
+    state.messages = std::move(*table);
+    return 1;
+}
+
+int saveMessages(AppState& state, MessageTable changed) {
+    if (!replaceFile(kMessageFileName, serializeMessageTable(changed))) {
+        LogEvent("ERROR", "Could not SAVE message file");
+        return 0;
+    }
+    state.messages = std::move(changed);
+    return 1;
+}
+
+} // namespace torvane

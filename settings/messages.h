@@ -1,0 +1,17 @@
+#pragma once
+
+#include "settings/message_table.h"
+
+namespace torvane {
+
+struct AppState;
+
+/// Loads "Message.db" of the current folder into the state. Returns 0 when it cannot be opened, after one "ERROR" log
+/// row: the program then ends, because no drive could be graded. Returns 1 otherwise, even for an empty file.
+int LoadMessages(AppState& state);
+
+/// Writes `changed` as "Message.db" and, when that succeeded, makes it the state's table. A crash at any moment leaves
+/// either the old file or the new one, whole. Returns 1, or 0 after one "ERROR" log row with file and state unchanged.
+int saveMessages(AppState& state, MessageTable changed);
+
+} // namespace torvane

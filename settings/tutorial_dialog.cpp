@@ -1,0 +1,107 @@
+#include "settings/tutorial_dialog.h"
+
+#include "resources/resource_ids.h"
+#include "settings/tutorial.h"
+#include "ui/dialog.h"
+#include "ui/resource_image.h"
+
+#include <array>
+
+namespace torvane {
+
+namespace {
+
+// Pixels. The controls stand in a strip under the picture.
+constexpr int kMargin = 12;
+constexpr int kButtonWidth = 96;
+constexpr int kButtonHeight = 26;
+constexpr int kStripHeight = kButtonHeight + 2 * kMargin;
+
+// How far right of the screen's middle the dialog opens.
+constexpr int kRightOfMiddle = 40;
+
+class TutorialDialog : public Dialog {
+  public:
+    TutorialDialog() : Dialog(IDD_TUTORIAL) {}
+
+  protected:
+    bool onInitialise() override {
+        sizeToPicture();
+        placeControls();
+        placeOnScreen();
+        SetFocus(control(IDC_TUTORIAL_CONTINUE));
+        return false;
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<TutorialDialog> kRoutes[] = {
+            {IDC_TUTORIAL_CONTINUE, &TutorialDialog::onContinue},
+            {IDCANCEL, &TutorialDialog::onClose},
+        };
+        return route(*this, kRoutes, id);
+    }
+
+    bool onPaint() override {
+        const PaintDc paint(window());
+        picture_.draw(paint.get(), 0, 0);
+        return true;
+    }
+
+    HBRUSH onControlColour(HDC context) override {
+        SetBkColor(context, kBackground);
+        return background_.get();
+    }
+
+  private:
+    static constexpr COLORREF kBackground = RGB(218, 223, 234);
+
+    void sizeToPicture() {
+        RECT outer{0, 0, picture_.width(), picture_.height() + kStripHeight};
+        AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(window(), GWL_STYLE)), FALSE,
+                           static_cast<DWORD>(GetWindowLongPtrA(window(), GWL_EXSTYLE)));
+        SetWindowPos(window(), nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+
+    void placeControls() {
+        const RECT area = clientArea();
+        const LONG top = area.bottom - kMargin - kButtonHeight;
+        const LONG buttonLeft = area.right - kMargin - kButtonWidth;
+        placeControl(IDC_TUTORIAL_PREVENT, {kMargin, top, buttonLeft - kMargin, top + kButtonHeight});
+        placeControl(IDC_TUTORIAL_CONTINUE, {buttonLeft, top, buttonLeft + kButtonWidth, top + kButtonHeight});
+    }
+
+    void placeOnScreen() {
+        RECT place{};
+        GetWindowRect(window(), &place);
+        const int left = (GetSystemMetrics(SM_CXSCREEN) - (place.right - place.left)) / 2 + kRightOfMiddle;
+        const int top = (GetSystemMetrics(SM_CYSCREEN) - (place.bottom - place.top)) / 2;
+        SetWindowPos(window(), nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+
+    void onContinue() {
+        const bool prevented = IsDlgButtonChecked(window(), IDC_TUTORIAL_PREVENT) == BST_CHECKED;
+        // A file that cannot be written is no reason to hold the user up: the tutorial will show again.
+        saveTutorialFlag(kTutorialFileName, prevented ? kTutorialHidden : kTutorialShown);
+        end(1);
+    }
+
+    // Closed by Esc or the close box: nothing was decided, so nothing is written.
+    void onClose() { end(0); }
+
+    ResourceImage picture_{IDR_TUTORIAL_PICTURE};
+    UniqueBrush background_{CreateSolidBrush(kBackground)};
+};
+
+} // namespace
+
+void ShowTutorialIfWanted(HWND owner) {
+    if (loadTutorialFlag(kTutorialFileName) != kTutorialShown) {
+        return;
+    }
+    // What the tutorial explains stands behind it; without it the program had no button in the task bar either.
+    ShowWindow(owner, SW_SHOW);
+    TutorialDialog().runModal(owner);
+}
+
+} // namespace torvane

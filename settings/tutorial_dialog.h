@@ -1,0 +1,10 @@
+#pragma once
+
+#include <windows.h>
+
+namespace torvane {
+
+/// Shows the tutorial over `owner` when its file says so, and returns when the user has closed it.
+void ShowTutorialIfWanted(HWND owner);
+
+} // namespace torvane
