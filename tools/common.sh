@@ -58,6 +58,8 @@ use_wine() {
 
 # start_screen: starts a screen without a monitor on a display number that is free, and sets DISPLAY and SCREEN_PID.
 start_screen() {
+    # A Windows desktop that began without a screen stays without one until its server ends.
+    stop_wine
     local numbers
     numbers=$(mktemp -d)
     mkfifo "$numbers/number"
