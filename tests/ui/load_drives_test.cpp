@@ -10,10 +10,7 @@
 namespace torvane::driver {
 namespace {
 
-using ::testing::AllOf;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::SizeIs;
 
 using Row = std::vector<std::string>;
 
@@ -137,6 +134,7 @@ TEST_F(LoadDrivesTest, ProbesTwentyNumbersThenTheLettersFromC) {
     restart(smallBench());
     torvane().loadDrives();
     std::vector<std::string> expected;
+    expected.reserve(44);
     for (int number = 0; number < 20; ++number) {
         expected.push_back(R"(\\\\.\\PhysicalDrive)" + std::to_string(number)); // quoted as in JSON
     }
@@ -149,8 +147,10 @@ TEST_F(LoadDrivesTest, ProbesTwentyNumbersThenTheLettersFromC) {
 TEST_F(LoadDrivesTest, AsksDiskpartForTheReadOnlyAttributeOfEachDrive) {
     restart(smallBench());
     torvane().loadDrives();
+    const std::vector<std::string> lines = program().benchLog({"request=diskpart", "script-line=\"select disk"});
     std::vector<std::string> asked;
-    for (const std::string& line : program().benchLog({"request=diskpart", "script-line=\"select disk"})) {
+    asked.reserve(lines.size());
+    for (const std::string& line : lines) {
         asked.push_back(line.substr(line.find("select disk"), 13));
     }
     EXPECT_THAT(asked, ElementsAre("select disk 0", "select disk 1", "select disk 2", "select disk 3"));

@@ -15,6 +15,7 @@ using ::testing::SizeIs;
 
 std::vector<std::string> describe(const std::vector<MenuItem>& items) {
     std::vector<std::string> lines;
+    lines.reserve(items.size());
     for (const MenuItem& item : items) {
         lines.push_back(std::to_string(item.id) + " " + withoutAccessKey(item.text));
     }

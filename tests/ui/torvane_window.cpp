@@ -6,8 +6,9 @@ namespace torvane::driver {
 
 std::vector<LogEntry> TorvaneWindow::log() const {
     const ListView list = logList();
-    std::vector<LogEntry> entries;
     const int rows = list.rowCount();
+    std::vector<LogEntry> entries;
+    entries.reserve(static_cast<std::size_t>(rows));
     for (int row = 0; row < rows; ++row) {
         entries.push_back({list.cell(row, 0), list.cell(row, 1), list.cell(row, 2), list.cell(row, 3)});
     }

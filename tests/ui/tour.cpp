@@ -60,7 +60,7 @@ constexpr Step kSteps[] = {
 void takePicture(const Tour& tour, const Step& step) {
     const Window& window = tour.torvane.window();
     parkMouse();
-    window.settle();
+    window.awaitPainted();
     Picture::ofScreen(window.rect()).save(tour.picturesFolder + "/" + step.picture);
     std::printf("    %-20s %s\n", step.picture, step.description);
     std::fflush(stdout);

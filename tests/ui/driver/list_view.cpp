@@ -66,8 +66,10 @@ std::string ListView::cell(int row, int column) const {
 }
 
 std::vector<std::string> ListView::row(int row) const {
+    const int columns = columnCount();
     std::vector<std::string> cells;
-    for (int column = 0; column < columnCount(); ++column) {
+    cells.reserve(static_cast<std::size_t>(columns));
+    for (int column = 0; column < columns; ++column) {
         cells.push_back(cell(row, column));
     }
     return cells;

@@ -18,8 +18,13 @@ bool isStatic(const Window& window) {
     return window.className() == "Static";
 }
 
-bool isIcon(const Window& window) {
+bool isIconPlace(const Window& window) {
     return isStatic(window) && (window.style() & SS_TYPEMASK) == SS_ICON;
+}
+
+/// Some systems keep an empty place in boxes without an icon.
+bool isIcon(const Window& window) {
+    return isIconPlace(window) && window.send(STM_GETICON) != 0;
 }
 
 struct KnownIcon {
@@ -78,7 +83,7 @@ bool MessageBoxWindow::isOne(const Window& window) {
 
 std::string MessageBoxWindow::text() const {
     for (const Window& child : window_.children()) {
-        if (child.visible() && isStatic(child) && !isIcon(child)) {
+        if (child.visible() && isStatic(child) && !isIconPlace(child)) {
             return child.text();
         }
     }
@@ -105,6 +110,7 @@ std::vector<std::string> MessageBoxWindow::buttons() const {
     std::sort(children.begin(), children.end(),
               [](const Window& left, const Window& right) { return left.rect().left < right.rect().left; });
     std::vector<std::string> words;
+    words.reserve(children.size());
     for (const Window& button : children) {
         words.push_back(withoutAccessKey(button.text()));
     }

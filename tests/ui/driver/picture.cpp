@@ -3,16 +3,11 @@
 #include "tests/ui/driver/text.h"
 #include "tests/ui/driver/wait.h"
 
-// GDI+ is written for the min and max macros that this build does without.
-#include <algorithm>
-namespace Gdiplus {
-using std::max;
-using std::min;
-} // namespace Gdiplus
 #include <objidl.h>
 
 #include <gdiplus.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <map>

@@ -55,6 +55,7 @@ bool isMainWindow(const Window& window) {
 Launch freshRun(const std::string& name, const BenchFolder& bench) {
     const fs::path folder = runsFolder() / name;
     fs::remove_all(folder);
+    fs::create_directories(folder);
     fs::copy(packageFolder(), folder / "program", fs::copy_options::recursive);
     // The tutorial was read and put away in an earlier run.
     std::ofstream(folder / "program" / "TutorialData.db", std::ios::binary).write("\0\0\0\0", 4);
@@ -126,7 +127,7 @@ void Program::awaitMainWindow() {
     await(
         "a window of the program is there", [&] { return findMainWindow() || dialog() || !running(); }, kStartPatience);
     if (mainWindow_.exists()) {
-        mainWindow_.settle();
+        mainWindow_.awaitPainted();
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <array>
 #include <sstream>
 
@@ -108,6 +109,17 @@ void Window::settle() const {
         return;
     }
     await("the input was dealt with", [this] { return !visible() || GetUpdateRect(handle_, nullptr, FALSE) == FALSE; });
+}
+
+void Window::awaitPainted() const {
+    const auto painted = [](const Window& window) {
+        return !window.visible() || GetUpdateRect(window.handle(), nullptr, FALSE) == FALSE;
+    };
+    settle();
+    await("the window is painted", [&] {
+        const auto parts = children();
+        return painted(*this) && std::all_of(parts.begin(), parts.end(), painted);
+    });
 }
 
 std::string Window::describe() const {

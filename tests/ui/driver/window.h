@@ -46,6 +46,9 @@ class Window {
     /// opened counts as dealt with.
     void settle() const;
 
+    /// Returns when everything in the window has been painted.
+    void awaitPainted() const;
+
     /// "class 'text' id=.. rect hidden/disabled", for failure texts.
     [[nodiscard]] std::string describe() const;
 
