@@ -1,0 +1,82 @@
+#include "workbench/description/bench_description.h"
+
+#include "workbench/description/description_parts.h"
+
+#include <algorithm>
+
+namespace torvane::bench {
+namespace {
+
+void readTool(ObjectReader& reader, ToolDescription& tool) {
+    reader.boolean("missing", tool.missing);
+    tool.hasOutput = reader.has("output");
+    reader.text("output", tool.output);
+    tool.hasExitCode = reader.has("exitCode");
+    reader.number("exitCode", tool.exitCode);
+    reader.number("delayMilliseconds", tool.delayMilliseconds);
+}
+
+void readBenchFile(const DescriptionFile& source, BenchDescription& bench, Mistake& mistake) {
+    const ReadingFile file{source.name, mistake};
+    const Json content = parseJson(file, source.content);
+    if (mistake.found()) {
+        return;
+    }
+    ObjectReader reader(file, content, "");
+    reader.text("title", bench.title);
+    reader.text("computer", bench.computer, 63);
+    reader.boolean("automount", bench.automount);
+    reader.list("volumes", [&](ObjectReader& item) { bench.volumes.push_back(readVolume(item, std::nullopt)); });
+    reader.object("tools", [&](ObjectReader& tools) {
+        tools.object("diskpart", [&](ObjectReader& tool) { readTool(tool, bench.diskpart); });
+        tools.object("powershell", [&](ObjectReader& tool) { readTool(tool, bench.powershell); });
+    });
+    reader.finish();
+}
+
+void readDriveFile(const DescriptionFile& source, BenchDescription& bench, Mistake& mistake) {
+    const ReadingFile file{source.name, mistake};
+    const Json content = parseJson(file, source.content);
+    if (mistake.found()) {
+        return;
+    }
+    ObjectReader reader(file, content, "");
+    bench.drives.push_back(readDrive(reader, bench.volumes));
+}
+
+} // namespace
+
+const DriveDescription* BenchDescription::drive(std::uint32_t number) const {
+    const auto found =
+        std::find_if(drives.begin(), drives.end(), [&](const DriveDescription& d) { return d.number == number; });
+    return found == drives.end() ? nullptr : &*found;
+}
+
+const VolumeDescription* BenchDescription::volume(char letter) const {
+    const auto found =
+        std::find_if(volumes.begin(), volumes.end(), [&](const VolumeDescription& v) { return v.letter == letter; });
+    return found == volumes.end() ? nullptr : &*found;
+}
+
+BenchReading readBench(const DescriptionFile& bench, const std::vector<DescriptionFile>& drives) {
+    BenchReading reading;
+    Mistake mistake;
+    readBenchFile(bench, reading.bench, mistake);
+    for (const DescriptionFile& drive : drives) {
+        if (!mistake.found()) {
+            readDriveFile(drive, reading.bench, mistake);
+        }
+    }
+    // Stable, so that of two drives with one number the later file is blamed.
+    std::stable_sort(reading.bench.drives.begin(), reading.bench.drives.end(),
+                     [](const DriveDescription& a, const DriveDescription& b) { return a.number < b.number; });
+    std::stable_sort(reading.bench.volumes.begin(), reading.bench.volumes.end(),
+                     [](const VolumeDescription& a, const VolumeDescription& b) { return a.letter < b.letter; });
+    if (!mistake.found()) {
+        checkWhole(reading.bench, mistake);
+    }
+    reading.error = mistake.text();
+    return reading;
+}
+
+} // namespace torvane::bench

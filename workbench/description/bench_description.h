@@ -1,0 +1,54 @@
+#pragma once
+
+#include "workbench/description/ata_description.h"
+#include "workbench/description/drive_description.h"
+#include "workbench/description/nvme_description.h"
+#include "workbench/description/volume_description.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace torvane::bench {
+
+/// How one of the stand-ins is to misbehave.
+struct ToolDescription {
+    bool missing = false;     ///< cannot be started
+    bool hasOutput = false;   ///< print `output` instead of acting
+    std::string output;       ///< bytes
+    bool hasExitCode = false; ///< end with `exitCode` whatever happened
+    std::uint32_t exitCode = 0;
+    std::uint32_t delayMilliseconds = 0;
+};
+
+/// A whole bench, validated.
+struct BenchDescription {
+    std::string title;
+    std::string computer = "TORVANE-BENCH";
+    bool automount = true;
+    ToolDescription diskpart;
+    ToolDescription powershell;
+    std::vector<DriveDescription> drives;   ///< by number, ascending
+    std::vector<VolumeDescription> volumes; ///< by letter, ascending; those of bench.json and of every drive
+
+    /// Null when there is none.
+    [[nodiscard]] const DriveDescription* drive(std::uint32_t number) const;
+    [[nodiscard]] const VolumeDescription* volume(char letter) const;
+};
+
+/// One description file: its name as errors show it ("bench.json", "drives/0-system.json") and its content.
+struct DescriptionFile {
+    std::string name;
+    std::string content;
+};
+
+/// Result of reading descriptions: `error` is empty when `bench` is whole and valid.
+struct BenchReading {
+    BenchDescription bench;
+    std::string error; ///< one line, "<file>: <field>: <what is wrong>"
+};
+
+/// Reads and validates a bench. `drives` in any order; their names only serve messages.
+[[nodiscard]] BenchReading readBench(const DescriptionFile& bench, const std::vector<DescriptionFile>& drives);
+
+} // namespace torvane::bench

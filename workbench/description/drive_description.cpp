@@ -1,0 +1,180 @@
+#include "workbench/description/drive_description.h"
+
+#include "workbench/description/description_parts.h"
+
+#include <algorithm>
+#include <array>
+
+namespace torvane::bench {
+namespace {
+
+void readBus(ObjectReader& reader, std::uint32_t& bus) {
+    reader.require("bus");
+    const Json* value = reader.raw("bus");
+    if (value != nullptr && value->is_string()) {
+        std::size_t index = 0;
+        reader.choice("bus", kBusNames, index);
+        bus = static_cast<std::uint32_t>(index);
+    } else {
+        reader.number("bus", bus, 0, 255);
+    }
+}
+
+void readSectorSize(ObjectReader& reader, const std::string& key, std::uint32_t& bytes) {
+    const Json* value = reader.raw(key);
+    if (value == nullptr) {
+        return;
+    }
+    if (*value != 512 && *value != 4096) {
+        reader.fail(key, "expected 512 or 4096, got " + shown(*value));
+        return;
+    }
+    bytes = value->get<std::uint32_t>();
+}
+
+void addRoad(ObjectReader& reader, const Json& name, Roads& roads) {
+    struct Named {
+        std::string_view name;
+        bool Roads::*road;
+    };
+    static constexpr std::array kNamed = {
+        Named{"ata", &Roads::ata},
+        Named{"sat", &Roads::sat},
+        Named{"scsi", &Roads::scsi},
+        Named{"nvme-query", &Roads::nvmeQuery},
+        Named{"raid-miniport", &Roads::raidMiniport},
+        Named{"usb-bridge", &Roads::usbBridge},
+    };
+    for (const Named& named : kNamed) {
+        if (name == named.name) {
+            roads.*named.road = true;
+            return;
+        }
+    }
+    if (name != "none") {
+        reader.fail("road", "expected one of \"ata\" \"sat\" \"scsi\" \"nvme-query\" \"raid-miniport\" \"usb-bridge\" "
+                            "\"none\", got " +
+                                shown(name));
+    }
+}
+
+void readRoads(ObjectReader& reader, Roads& roads) {
+    const Json* value = reader.raw("road");
+    if (value == nullptr) {
+        return;
+    }
+    if (value->is_array()) {
+        for (const Json& name : *value) {
+            addRoad(reader, name, roads);
+        }
+    } else {
+        addRoad(reader, *value, roads);
+    }
+}
+
+void readIdentity(ObjectReader& reader, Identity& identity) {
+    reader.text("vendor", identity.vendor, 4096);
+    reader.text("product", identity.product, 4096);
+    reader.text("revision", identity.revision, 4096);
+    reader.text("serial", identity.serial, 4096);
+}
+
+void readDescriptor(ObjectReader& reader, DescriptorOverrides& descriptor) {
+    reader.number("vendorOffset", descriptor.vendorOffset);
+    reader.number("productOffset", descriptor.productOffset);
+    reader.number("revisionOffset", descriptor.revisionOffset);
+    reader.number("serialOffset", descriptor.serialOffset);
+    reader.number("returnedLength", descriptor.returnedLength);
+    reader.number("size", descriptor.size);
+    reader.number("busType", descriptor.busType);
+}
+
+void readAdapter(ObjectReader& reader, AdapterDescription& adapter) {
+    reader.number("busMajorVersion", adapter.busMajorVersion);
+    reader.number("busMinorVersion", adapter.busMinorVersion);
+    std::uint64_t maximum = adapter.maximumTransfer;
+    reader.size("maximumTransfer", maximum);
+    if (maximum > 0xFFFFFFFFULL) {
+        reader.fail("maximumTransfer", "expected less than 4 GiB");
+    }
+    adapter.maximumTransfer = static_cast<std::uint32_t>(maximum);
+}
+
+void readBacking(ObjectReader& reader, Backing& backing) {
+    static constexpr std::array<std::string_view, 3> kPatterns = {"zero", "sector-number", "noise"};
+    if (reader.has("file") && reader.has("pattern")) {
+        reader.fail("pattern", "stands beside \"file\"; only one of them can hold the content");
+    }
+    reader.text("file", backing.file, 100);
+    // A bare name: the file never lies outside the bench folder.
+    if (reader.has("file") && (backing.file.empty() || backing.file.find_first_of("/\\:*?\"<>|") != std::string::npos ||
+                               backing.file.front() == '.')) {
+        reader.fail("file", "expected a bare file name");
+    }
+    if (reader.has("pattern")) {
+        std::size_t index = 0;
+        reader.choice("pattern", kPatterns, index);
+        backing.kind = static_cast<BackingKind>(index + 1);
+    }
+    if (reader.has("seed") && backing.kind != BackingKind::Noise) {
+        reader.fail("seed", "serves the pattern \"noise\" only");
+    }
+    reader.number("seed", backing.seed);
+}
+
+std::string cut(const std::optional<std::string>& text, std::size_t length) {
+    return text.value_or("").substr(0, length);
+}
+
+// What `ata` and `nvme` say when they are not described: the same device that the descriptor tells of.
+void deriveDeviceTexts(DriveDescription& drive) {
+    drive.ata.model = drive.nvme.model = cut(drive.identity.product, 40);
+    drive.ata.serial = drive.nvme.serial = cut(drive.identity.serial, 20);
+    drive.ata.firmware = drive.nvme.firmware = cut(drive.identity.revision, 8);
+    drive.nvme.namespaceSectors = drive.size / drive.sectorSize;
+}
+
+void readShape(ObjectReader& reader, DriveDescription& drive) {
+    reader.require("number");
+    reader.number("number", drive.number, 0, 63);
+    readBus(reader, drive.bus);
+    readSectorSize(reader, "sectorSize", drive.sectorSize);
+    drive.physicalSectorSize = drive.sectorSize;
+    readSectorSize(reader, "physicalSectorSize", drive.physicalSectorSize);
+    if (drive.physicalSectorSize < drive.sectorSize) {
+        reader.fail("physicalSectorSize", "smaller than sectorSize");
+    }
+    reader.require("size");
+    reader.size("size", drive.size);
+    if (reader.has("size") && (drive.size == 0 || drive.size % drive.sectorSize != 0)) {
+        reader.fail("size", "expected whole sectors of " + std::to_string(drive.sectorSize) + " bytes, got " +
+                                std::to_string(drive.size));
+    }
+}
+
+} // namespace
+
+DriveDescription readDrive(ObjectReader& reader, std::vector<VolumeDescription>& volumes) {
+    DriveDescription drive;
+    drive.fileName = reader.file().name;
+    readShape(reader, drive);
+    readRoads(reader, drive.roads);
+    reader.object("identity", [&](ObjectReader& object) { readIdentity(object, drive.identity); });
+    reader.object("descriptor", [&](ObjectReader& object) { readDescriptor(object, drive.descriptor); });
+    reader.object("adapter", [&](ObjectReader& object) { readAdapter(object, drive.adapter); });
+    reader.boolean("removable", drive.removable);
+    reader.boolean("readOnly", drive.readOnly);
+    drive.backing.file = "drive" + std::to_string(drive.number) + ".img";
+    reader.object("backing", [&](ObjectReader& object) { readBacking(object, drive.backing); });
+    drive.scsiPort = drive.number;
+    reader.number("scsiPort", drive.scsiPort, 0, 255);
+    deriveDeviceTexts(drive);
+    reader.object("ata", [&](ObjectReader& object) { readAta(object, drive.ata); });
+    reader.object("nvme", [&](ObjectReader& object) { readNvme(object, drive.nvme); });
+    reader.list("volumes", [&](ObjectReader& item) { volumes.push_back(readVolume(item, drive.number)); });
+    reader.object("faults", [&](ObjectReader& object) { readFaults(object, drive, drive.faults); });
+    reader.finish();
+    return drive;
+}
+
+} // namespace torvane::bench

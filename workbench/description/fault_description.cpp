@@ -1,0 +1,117 @@
+#include "workbench/description/fault_description.h"
+
+#include "workbench/description/description_parts.h"
+#include "workbench/description/error_names.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace torvane::bench {
+namespace {
+
+constexpr std::array<std::string_view, 16> kRequestNames = {
+    "IOCTL_DISK_GET_DRIVE_GEOMETRY",
+    "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX",
+    "IOCTL_DISK_GET_LENGTH_INFO",
+    "IOCTL_STORAGE_QUERY_PROPERTY",
+    "IOCTL_SCSI_GET_ADDRESS",
+    "IOCTL_SCSI_MINIPORT",
+    "IOCTL_SCSI_PASS_THROUGH",
+    "IOCTL_SCSI_PASS_THROUGH_DIRECT",
+    "IOCTL_ATA_PASS_THROUGH",
+    "SMART_GET_VERSION",
+    "SMART_SEND_DRIVE_COMMAND",
+    "SMART_RCV_DRIVE_DATA",
+    "StorageDeviceProperty",
+    "StorageAdapterProperty",
+    "StorageAdapterProtocolSpecificProperty",
+    "StorageDeviceProtocolSpecificProperty",
+};
+constexpr std::string_view kIdentify = "IDENTIFY_DEVICE";
+
+void readOccurrence(ObjectReader& reader, Occurrence& occurrence) {
+    reader.number("after", occurrence.after);
+    reader.number("times", occurrence.times, 1);
+}
+
+RequestFault readRequestFault(ObjectReader& reader) {
+    RequestFault fault;
+    fault.error = kErrorIoDevice;
+    reader.require("request");
+    reader.text("request", fault.request);
+    reader.error("error", fault.error);
+    readOccurrence(reader, fault.occurrence);
+    if (reader.has("request") && !isKnownRequestName(fault.request)) {
+        reader.fail("request", "no request of this name: \"" + fault.request + "\"");
+    }
+    return fault;
+}
+
+// `amountKey`: the field that says what happens to a transfer in the range; `amount` is its value when absent.
+RangeFault readRangeFault(ObjectReader& reader, const DriveDescription& drive, const std::string& amountKey,
+                          std::uint32_t amount) {
+    RangeFault fault;
+    fault.amount = amount;
+    reader.require("firstSector");
+    reader.number("firstSector", fault.firstSector);
+    reader.number("sectors", fault.sectors, 1);
+    if (amountKey == "error") {
+        reader.error(amountKey, fault.amount);
+    } else {
+        reader.require(amountKey);
+        reader.number(amountKey, fault.amount);
+    }
+    if (amountKey != "milliseconds") {
+        readOccurrence(reader, fault.occurrence);
+    }
+    const std::uint64_t last = drive.size / drive.sectorSize;
+    if (fault.firstSector >= last || fault.sectors > last - fault.firstSector) {
+        reader.fail("firstSector", "the range reaches past the drive's " + std::to_string(last) + " sectors");
+    }
+    return fault;
+}
+
+void readOpenFault(ObjectReader& reader, DriveFaults& faults) {
+    if (!reader.has("open")) {
+        return;
+    }
+    OpenFault open;
+    const Json* value = reader.raw("open");
+    if (value->is_object()) {
+        reader.object("open", [&](ObjectReader& object) {
+            object.require("error");
+            object.error("error", open.error);
+            readOccurrence(object, open.occurrence);
+        });
+    } else {
+        reader.error("open", open.error);
+    }
+    faults.open = open;
+}
+
+} // namespace
+
+bool isKnownRequestName(const std::string& name) {
+    return name == kIdentify || name.starts_with("ioctl:0x") ||
+           std::find(kRequestNames.begin(), kRequestNames.end(), name) != kRequestNames.end();
+}
+
+void readFaults(ObjectReader& reader, const DriveDescription& drive, DriveFaults& faults) {
+    readOpenFault(reader, faults);
+    reader.list("requests", [&](ObjectReader& item) { faults.requests.push_back(readRequestFault(item)); });
+    reader.list("reads",
+                [&](ObjectReader& item) { faults.reads.push_back(readRangeFault(item, drive, "error", kErrorCrc)); });
+    reader.list("shortReads",
+                [&](ObjectReader& item) { faults.shortReads.push_back(readRangeFault(item, drive, "bytes", 0)); });
+    reader.list("writes", [&](ObjectReader& item) {
+        faults.writes.push_back(readRangeFault(item, drive, "error", kErrorIoDevice));
+    });
+    reader.list("seeks",
+                [&](ObjectReader& item) { faults.seeks.push_back(readRangeFault(item, drive, "error", kErrorSeek)); });
+    reader.list("slow",
+                [&](ObjectReader& item) { faults.slow.push_back(readRangeFault(item, drive, "milliseconds", 0)); });
+    reader.number("vanishAfterRequests", faults.vanishAfterRequests);
+}
+
+} // namespace torvane::bench

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace torvane::bench {
+
+/// Which of the matching requests fail: the first `after` pass, the next `times` fail.
+struct Occurrence {
+    std::uint32_t after = 0;
+    std::uint32_t times = std::numeric_limits<std::uint32_t>::max();
+};
+
+struct OpenFault {
+    std::uint32_t error = 0;
+    Occurrence occurrence;
+};
+
+struct RequestFault {
+    std::string request; ///< as the log names it
+    std::uint32_t error = 0;
+    Occurrence occurrence;
+};
+
+/// A fault of transfers (or seeks) that touch a range of sectors.
+struct RangeFault {
+    std::uint64_t firstSector = 0;
+    std::uint64_t sectors = 1;
+    std::uint32_t amount = 0; ///< an error number, a byte count or milliseconds, by the list that holds it
+    Occurrence occurrence;
+};
+
+struct DriveFaults {
+    std::optional<OpenFault> open;
+    std::vector<RequestFault> requests;
+    std::vector<RangeFault> reads;      ///< amount: error
+    std::vector<RangeFault> shortReads; ///< amount: bytes
+    std::vector<RangeFault> writes;     ///< amount: error
+    std::vector<RangeFault> seeks;      ///< amount: error
+    std::vector<RangeFault> slow;       ///< amount: milliseconds
+    std::optional<std::uint32_t> vanishAfterRequests;
+};
+
+/// Requests that a fault may name, besides those written "ioctl:0x...".
+[[nodiscard]] bool isKnownRequestName(const std::string& name);
+
+} // namespace torvane::bench

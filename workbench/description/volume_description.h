@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace torvane::bench {
+
+enum class VolumeKind { Fixed, Removable, Optical, Network };
+
+struct VolumeExtent {
+    std::uint32_t disk = 0;
+    std::uint64_t offset = 0; ///< bytes
+    std::uint64_t length = 0; ///< bytes
+};
+
+enum class BitLockerState { Off, Unlocked, Locked };
+
+struct KeyProtector {
+    std::string type; ///< the cmdlet's word: "RecoveryPassword", "Tpm", ...
+    std::string id;   ///< "{...}"
+    std::string password;
+};
+
+struct BitLockerDescription {
+    BitLockerState state = BitLockerState::Off;
+    std::vector<KeyProtector> protectors;
+};
+
+struct VolumeDescription {
+    std::string fileName; ///< the file that describes it, for messages
+    std::string field;    ///< its place there, for messages
+    char letter = 0;      ///< 'C' to 'Z'
+    VolumeKind kind = VolumeKind::Fixed;
+    std::vector<VolumeExtent> extents;
+    std::string label;
+    std::string fileSystem = "NTFS";
+    std::uint32_t serial = 0;
+    std::optional<std::uint64_t> totalSpace; ///< bytes
+    std::optional<std::uint64_t> freeSpace;  ///< bytes
+    BitLockerDescription bitLocker;
+    std::optional<std::uint32_t> openError;
+    std::optional<std::uint32_t> extentsError;
+
+    /// Sum of the extents' lengths, bytes.
+    [[nodiscard]] std::uint64_t length() const {
+        std::uint64_t sum = 0;
+        for (const VolumeExtent& extent : extents) {
+            sum += extent.length;
+        }
+        return sum;
+    }
+};
+
+} // namespace torvane::bench

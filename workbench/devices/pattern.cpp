@@ -1,0 +1,55 @@
+#include "workbench/devices/pattern.h"
+
+#include "base/bytes.h"
+
+#include <algorithm>
+#include <array>
+
+namespace torvane::bench {
+namespace {
+
+constexpr std::size_t kUnit = 16; // bytes; both patterns repeat their computation at this grain
+
+using Unit = std::array<std::uint8_t, kUnit>;
+
+Unit sectorNumberUnit(std::uint64_t position) {
+    Unit unit = {'L', 'B', 'A', '='};
+    std::uint64_t sector = position / 512;
+    for (std::size_t i = kUnit; i-- > 4;) {
+        unit[i] = static_cast<std::uint8_t>('0' + sector % 10);
+        sector /= 10;
+    }
+    return unit;
+}
+
+Unit noiseUnit(std::uint64_t position, std::uint64_t seed) {
+    Unit unit{};
+    storeLe<std::uint64_t>(unit, 0, splitMix(seed + position / 8));
+    storeLe<std::uint64_t>(unit, 8, splitMix(seed + position / 8 + 1));
+    return unit;
+}
+
+Unit unitAt(const Backing& backing, std::uint64_t position) {
+    return backing.kind == BackingKind::Noise ? noiseUnit(position, backing.seed) : sectorNumberUnit(position);
+}
+
+} // namespace
+
+void fillPattern(const Backing& backing, std::uint64_t offset, std::span<std::uint8_t> out) {
+    if (backing.kind == BackingKind::File || backing.kind == BackingKind::Zero) {
+        std::fill(out.begin(), out.end(), std::uint8_t{0});
+        return;
+    }
+    std::size_t done = 0;
+    while (done < out.size()) {
+        const std::uint64_t position = offset + done;
+        const auto within = static_cast<std::size_t>(position % kUnit);
+        const Unit unit = unitAt(backing, position - within);
+        const std::size_t count = std::min(kUnit - within, out.size() - done);
+        std::copy_n(unit.begin() + static_cast<std::ptrdiff_t>(within), count,
+                    out.begin() + static_cast<std::ptrdiff_t>(done));
+        done += count;
+    }
+}
+
+} // namespace torvane::bench

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "workbench/description/drive_description.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace torvane::bench {
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// DISK_GEOMETRY (24 bytes): 255 heads, 63 sectors for each track, fixed or removable medium.
+[[nodiscard]] Bytes driveGeometry(const DriveDescription& drive);
+
+/// DISK_GEOMETRY_EX without the partition and detection records that may follow it (32 bytes).
+[[nodiscard]] Bytes driveGeometryEx(const DriveDescription& drive);
+
+/// STORAGE_DEVICE_DESCRIPTOR with the identity's texts behind it, as the description's overrides change it.
+[[nodiscard]] Bytes deviceDescriptor(const DriveDescription& drive);
+
+/// STORAGE_ADAPTER_DESCRIPTOR (32 bytes).
+[[nodiscard]] Bytes adapterDescriptor(const DriveDescription& drive);
+
+} // namespace torvane::bench

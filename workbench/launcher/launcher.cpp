@@ -1,0 +1,193 @@
+#include "workbench/description/bench_files.h"
+#include "workbench/hooks/child_process.h"
+#include "workbench/session/bench_folder.h"
+#include "workbench/session/unique_handle.h"
+#include "workbench/session/win32_text.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <charconv>
+#include <cstdio>
+#include <span>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace torvane::bench {
+namespace {
+
+constexpr int kWrong = 2;   // usage or description
+constexpr int kNoStart = 3; // the program could not be started
+
+using Arguments = std::span<const std::wstring>;
+
+int complain(const std::string& text) {
+    std::fputs((text + "\n").c_str(), stderr);
+    return kWrong;
+}
+
+int usage() {
+    return complain("usage: bench.exe <bench folder> <program> [arguments...]\n"
+                    "       bench.exe --check <bench folder>\n"
+                    "       bench.exe --lay-out [--fresh] <bench folder> <target folder>\n"
+                    "       bench.exe --unplug|--plug <bench folder> <drive number>");
+}
+
+std::filesystem::path wholePath(const std::wstring& folder) {
+    std::error_code failure;
+    const std::filesystem::path whole = std::filesystem::weakly_canonical(folder, failure);
+    return failure ? std::filesystem::path(folder) : whole;
+}
+
+int check(Arguments arguments) {
+    if (arguments.size() != 1) {
+        return usage();
+    }
+    const BenchReading reading = readBenchFolder(wholePath(arguments[0]));
+    return reading.error.empty() ? 0 : complain(reading.error);
+}
+
+int layOut(Arguments arguments) {
+    const bool fresh = !arguments.empty() && arguments[0] == L"--fresh";
+    if (fresh) {
+        arguments = arguments.subspan(1);
+    }
+    if (arguments.size() != 2) {
+        return usage();
+    }
+    const std::string error = layOutBench(arguments[0], arguments[1], fresh);
+    return error.empty() ? 0 : complain(error);
+}
+
+int setUnplugged(Arguments arguments, bool unplugged) {
+    if (arguments.size() != 2) {
+        return usage();
+    }
+    const std::filesystem::path folder = wholePath(arguments[0]);
+    const BenchReading reading = readBenchFolder(folder);
+    if (!reading.error.empty()) {
+        return complain(reading.error);
+    }
+    const std::string digits = utf8FromWide(arguments[1]);
+    std::uint32_t number = 0;
+    const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (failure != std::errc() || end != digits.data() + digits.size() || reading.bench.drive(number) == nullptr) {
+        return complain("no drive \"" + digits + "\" on this bench");
+    }
+    BenchFolder(folder, reading.bench).changeState([&](BenchState& state) {
+        if (unplugged) {
+            state.unplugged.insert(number);
+        } else {
+            state.unplugged.erase(number);
+        }
+    });
+    return 0;
+}
+
+// One argument as the C library of the started program takes it apart again.
+std::wstring quoted(const std::wstring& argument) {
+    if (!argument.empty() && argument.find_first_of(L" \t\"") == std::wstring::npos) {
+        return argument;
+    }
+    std::wstring text = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : argument) {
+        if (c == L'\\') {
+            ++backslashes;
+        } else {
+            // Backslashes count double in front of a quote only.
+            text.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
+            text += c;
+            backslashes = 0;
+        }
+    }
+    text.append(backslashes * 2, L'\\');
+    return text + L"\"";
+}
+
+std::wstring commandLineOf(Arguments arguments) {
+    std::wstring commandLine;
+    for (const std::wstring& argument : arguments) {
+        commandLine += (commandLine.empty() ? L"" : L" ") + quoted(argument);
+    }
+    return commandLine;
+}
+
+// The started programs end with the launcher, whatever ends it.
+UniqueHandle jobThatEndsWithUs() {
+    UniqueHandle job(CreateJobObjectW(nullptr, nullptr));
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits, sizeof(limits));
+    return job;
+}
+
+int cannotStart(const std::wstring& program, const char* what, DWORD error) {
+    complain(utf8FromWide(program) + ": " + what + ", error " + std::to_string(error));
+    return kNoStart;
+}
+
+int waitForEnd(const PROCESS_INFORMATION& started) {
+    ResumeThread(started.hThread);
+    WaitForSingleObject(started.hProcess, INFINITE);
+    DWORD exitCode = 0;
+    GetExitCodeProcess(started.hProcess, &exitCode);
+    return static_cast<int>(exitCode);
+}
+
+int run(Arguments arguments) {
+    const std::filesystem::path folder = wholePath(arguments[0]);
+    const BenchReading reading = readBenchFolder(folder);
+    if (!reading.error.empty()) {
+        return complain(reading.error);
+    }
+    SetEnvironmentVariableW(kBenchVariable, folder.c_str());
+    const std::wstring& program = arguments[1];
+    std::wstring commandLine = commandLineOf(arguments.subspan(1));
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION started{};
+    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr, nullptr,
+                       &startup, &started) == 0) {
+        return cannotStart(program, "cannot be started", GetLastError());
+    }
+    const UniqueHandle process(started.hProcess);
+    const UniqueHandle thread(started.hThread);
+    const UniqueHandle job = jobThatEndsWithUs();
+    AssignProcessToJobObject(job.get(), started.hProcess);
+    const DWORD error = loadIntoProcess(started.hProcess, ownFolder() / "bench.dll");
+    if (error != 0) {
+        TerminateProcess(started.hProcess, error);
+        return cannotStart(program, "bench.dll cannot be loaded into it", error);
+    }
+    return waitForEnd(started);
+}
+
+int launch(Arguments arguments) {
+    if (arguments.empty()) {
+        return usage();
+    }
+    if (arguments[0] == L"--check") {
+        return check(arguments.subspan(1));
+    }
+    if (arguments[0] == L"--lay-out") {
+        return layOut(arguments.subspan(1));
+    }
+    if (arguments[0] == L"--unplug" || arguments[0] == L"--plug") {
+        return setUnplugged(arguments.subspan(1), arguments[0] == L"--unplug");
+    }
+    return arguments.size() < 2 || arguments[0].starts_with(L"--") ? usage() : run(arguments);
+}
+
+} // namespace
+} // namespace torvane::bench
+
+int main() {
+    int count = 0;
+    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
+    const std::vector<std::wstring> arguments(words + 1, words + count);
+    LocalFree(words);
+    return torvane::bench::launch(arguments);
+}

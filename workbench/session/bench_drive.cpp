@@ -1,0 +1,94 @@
+#include "workbench/session/bench_drive.h"
+
+#include <algorithm>
+
+namespace torvane::bench {
+
+BenchDrive::BenchDrive(const std::filesystem::path& benchFolder, const DriveDescription& drive)
+    : drive_(drive), content_(benchFolder, drive), ata_(drive), scsi_(drive, ata_) {
+    const DriveFaults& faults = drive.faults;
+    if (faults.open) {
+        opens_.emplace_back(*faults.open);
+    }
+    for (const RequestFault& fault : faults.requests) {
+        requests_.emplace_back(fault);
+    }
+    const auto count = [](RangeFaults& counted, const std::vector<RangeFault>& described) {
+        for (const RangeFault& fault : described) {
+            counted.emplace_back(fault);
+        }
+    };
+    count(reads_, faults.reads);
+    count(shortReads_, faults.shortReads);
+    count(writes_, faults.writes);
+    count(seeks_, faults.seeks);
+}
+
+bool BenchDrive::touches(const RangeFault& fault, std::uint64_t offset, std::uint64_t length) const {
+    const std::uint64_t begin = fault.firstSector * drive_.sectorSize;
+    const std::uint64_t end = begin + fault.sectors * drive_.sectorSize;
+    return offset < end && begin < offset + length;
+}
+
+std::optional<std::uint32_t> BenchDrive::firstStrike(RangeFaults& faults, std::uint64_t offset,
+                                                     std::uint64_t length) const {
+    for (CountedFault<RangeFault>& counted : faults) {
+        if (touches(counted.fault, offset, length) && counted.strikes()) {
+            return counted.fault.amount;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<DWORD> BenchDrive::openFault() {
+    for (CountedFault<OpenFault>& counted : opens_) {
+        if (counted.strikes()) {
+            return counted.fault.error;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<DWORD> BenchDrive::requestFault(std::string_view name) {
+    for (CountedFault<RequestFault>& counted : requests_) {
+        if (counted.fault.request == name && counted.strikes()) {
+            return counted.fault.error;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<DWORD> BenchDrive::readFault(std::uint64_t offset, std::uint64_t length) {
+    return firstStrike(reads_, offset, length);
+}
+
+std::optional<DWORD> BenchDrive::writeFault(std::uint64_t offset, std::uint64_t length) {
+    return firstStrike(writes_, offset, length);
+}
+
+std::optional<DWORD> BenchDrive::seekFault(std::uint64_t offset) {
+    return firstStrike(seeks_, offset, 1);
+}
+
+std::optional<std::uint32_t> BenchDrive::shortRead(std::uint64_t offset, std::uint64_t length) {
+    return firstStrike(shortReads_, offset, length);
+}
+
+std::uint32_t BenchDrive::slownessMilliseconds(std::uint64_t offset, std::uint64_t length) const {
+    std::uint32_t sum = 0;
+    for (const RangeFault& fault : drive_.faults.slow) {
+        sum += touches(fault, offset, length) ? fault.amount : 0;
+    }
+    return sum;
+}
+
+bool BenchDrive::countTransfer() {
+    const std::uint64_t before = transfers_.fetch_add(1);
+    return !drive_.faults.vanishAfterRequests || before < *drive_.faults.vanishAfterRequests;
+}
+
+bool BenchDrive::hasVanished() const {
+    return drive_.faults.vanishAfterRequests && transfers_.load() >= *drive_.faults.vanishAfterRequests;
+}
+
+} // namespace torvane::bench

@@ -1,0 +1,147 @@
+#include "workbench/session/bench_session.h"
+
+#include "workbench/description/bench_files.h"
+#include "workbench/description/error_names.h"
+#include "workbench/session/win32_text.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace torvane::bench {
+namespace {
+
+std::string accessText(const OpenDevice& device) {
+    return std::string(device.mayRead() ? "r" : "") + (device.mayWrite() ? "w" : "");
+}
+
+} // namespace
+
+std::string OpenDevice::target() const {
+    switch (kind) {
+    case PathKind::Volume:
+        return std::string("volume:") + volume->letter;
+    case PathKind::ScsiPort:
+        return "scsi:" + std::to_string(drive->description().scsiPort);
+    default:
+        return "drive:" + std::to_string(drive->description().number);
+    }
+}
+
+std::shared_ptr<BenchSession> BenchSession::open(const std::filesystem::path& folder, std::string& error) {
+    std::error_code failure;
+    const std::filesystem::path whole = std::filesystem::weakly_canonical(folder, failure);
+    BenchReading reading = readBenchFolder(failure ? folder : whole);
+    if (!reading.error.empty()) {
+        error = reading.error;
+        return nullptr;
+    }
+    std::shared_ptr<BenchSession> session(new BenchSession);
+    session->description_ = std::move(reading.bench);
+    session->folder_ = std::make_unique<BenchFolder>(failure ? folder : whole, session->description_);
+    if (!session->folder_->usable()) {
+        error = "bench.log: cannot be written";
+        return nullptr;
+    }
+    for (const DriveDescription& drive : session->description_.drives) {
+        session->drives_.try_emplace(drive.number, session->folder_->path(), drive);
+    }
+    return session;
+}
+
+BenchDrive* BenchSession::drive(std::uint32_t number) {
+    const auto found = drives_.find(number);
+    return found == drives_.end() ? nullptr : &found->second;
+}
+
+bool BenchSession::isPresent(const BenchDrive& drive) {
+    return !drive.hasVanished() && !folder_->state().isUnplugged(drive.description().number);
+}
+
+const VolumeDescription* BenchSession::mountedVolume(char letter) {
+    const VolumeDescription* volume = description_.volume(letter);
+    if (volume == nullptr || !folder_->state().isMounted(*volume)) {
+        return nullptr;
+    }
+    const bool whole = std::all_of(volume->extents.begin(), volume->extents.end(),
+                                   [&](const VolumeExtent& extent) { return isPresent(*drive(extent.disk)); });
+    return whole ? volume : nullptr;
+}
+
+// Fills in what the path names. Returns a Win32 error, 0 for success.
+DWORD BenchSession::resolve(const DevicePath& device, const OpenRequest& request, OpenDevice& opened) {
+    opened.kind = device.kind;
+    opened.access = request.access;
+    if (device.kind == PathKind::Volume) {
+        opened.volume = mountedVolume(device.letter);
+        if (opened.volume == nullptr) {
+            return kErrorFileNotFound;
+        }
+        return opened.volume->openError.value_or(0);
+    }
+    if (device.kind == PathKind::ForeignDevice) {
+        return kErrorFileNotFound;
+    }
+    const auto found = std::find_if(drives_.begin(), drives_.end(), [&](const auto& entry) {
+        const DriveDescription& drive = entry.second.description();
+        return (device.kind == PathKind::Drive ? drive.number : drive.scsiPort) == device.number;
+    });
+    if (found == drives_.end() || !isPresent(found->second)) {
+        return kErrorFileNotFound;
+    }
+    opened.drive = &found->second;
+    return device.kind == PathKind::Drive ? opened.drive->openFault().value_or(0) : 0;
+}
+
+UniqueHandle BenchSession::kernelHandle(const OpenDevice& opened, const OpenRequest& request) {
+    if (opened.kind == PathKind::Drive) {
+        return opened.drive->content().open(request.access, request.security);
+    }
+    // Transfers of a volume go to its drives; a port has none. Any file's handle serves.
+    const std::string& name =
+        opened.kind == PathKind::Volume ? opened.volume->fileName : opened.drive->description().fileName;
+    return UniqueHandle(CreateFileW((folder_->path() / name).c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, request.security,
+                                    OPEN_EXISTING, 0, nullptr));
+}
+
+HANDLE BenchSession::openDevice(const DevicePath& device, const OpenRequest& request) {
+    const auto opened = std::make_shared<OpenDevice>();
+    DWORD error = resolve(device, request, *opened);
+    if (error == 0 && request.disposition != OPEN_EXISTING) {
+        error = kErrorInvalidParameter;
+    }
+    UniqueHandle handle;
+    if (error == 0) {
+        handle = kernelHandle(*opened, request);
+        error = handle ? 0 : GetLastError();
+    }
+    const bool named = opened->drive != nullptr || opened->volume != nullptr;
+    LogLine line(named ? opened->target() : "bench", "open");
+    line.quoted("path", utf8FromWide(request.path)).word("access", accessText(*opened)).result(error);
+    folder_->log(line);
+    if (error != 0) {
+        SetLastError(error);
+        return INVALID_HANDLE_VALUE;
+    }
+    addDuplicate(handle.get(), opened);
+    return handle.release();
+}
+
+std::shared_ptr<OpenDevice> BenchSession::find(HANDLE handle) {
+    const std::shared_lock lock(handlesMutex_);
+    const auto found = handles_.find(handle);
+    return found == handles_.end() ? nullptr : found->second;
+}
+
+void BenchSession::addDuplicate(HANDLE handle, std::shared_ptr<OpenDevice> device) {
+    const std::unique_lock lock(handlesMutex_);
+    handles_[handle] = std::move(device);
+}
+
+void BenchSession::forget(HANDLE handle) {
+    const std::unique_lock lock(handlesMutex_);
+    handles_.erase(handle);
+}
+
+} // namespace torvane::bench

@@ -1,0 +1,83 @@
+#include "workbench/session/drive_content.h"
+#include "workbench/session/win32_text.h"
+#include "workbench/tools/diskpart_script.h"
+#include "workbench/tools/stand_in.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <vector>
+
+namespace torvane::bench {
+namespace {
+
+constexpr std::uint32_t kCannotOpenScript = 3; // diskpart's documented exit code
+
+// The script of "diskpart /s <file>".
+std::optional<std::string> scriptText(const std::vector<std::string>& arguments) {
+    if (arguments.size() != 2 || (arguments[0] != "/s" && arguments[0] != "/S" && arguments[0] != "-s")) {
+        return std::nullopt;
+    }
+    std::ifstream file(std::filesystem::path(wideFromAnsi(arguments[1])), std::ios::binary);
+    if (!file) {
+        return std::nullopt;
+    }
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+// Cleaning overwrites the first and the last mebibyte, where partition tables and boot records lie.
+void wipeEnds(const std::filesystem::path& folder, const DriveDescription& drive) {
+    const DriveContent content(folder, drive);
+    if (content.isPattern()) {
+        return;
+    }
+    const UniqueHandle handle = content.open(GENERIC_READ | GENERIC_WRITE, nullptr);
+    const std::vector<std::uint8_t> zeros(std::min<std::uint64_t>(1024 * 1024, drive.size));
+    if (handle) {
+        (void)content.write(handle.get(), 0, zeros);
+        (void)content.write(handle.get(), drive.size - zeros.size(), zeros);
+    }
+}
+
+void logSteps(StandIn& standIn, const DiskpartRun& run) {
+    for (const DiskpartStep& step : run.steps) {
+        LogLine line(step.target, "diskpart");
+        line.quoted("command-line", standIn.commandLine)
+            .quoted("script-line", step.line)
+            .word("result", step.exitCode == 0 ? "ok" : "exit:" + std::to_string(step.exitCode));
+        standIn.folder->log(line);
+    }
+}
+
+int runTool(StandIn& standIn) {
+    const ToolDescription& tool = standIn.bench.diskpart;
+    if (obeyDescription(tool)) {
+        LogLine line("bench", "diskpart");
+        standIn.folder->log(line.quoted("command-line", standIn.commandLine).result(0));
+        return exitCodeOf(tool, 0);
+    }
+    print(STD_OUTPUT_HANDLE, diskpartBanner(standIn.bench.computer));
+    const std::optional<std::string> script = scriptText(standIn.arguments);
+    if (!script) {
+        print(STD_OUTPUT_HANDLE, "\r\nDiskPart has encountered an error: The system cannot find the file specified.\r\n"
+                                 "See the System Event Log for more information.\r\n");
+        return exitCodeOf(tool, kCannotOpenScript);
+    }
+    DiskpartRun run;
+    standIn.folder->changeState([&](BenchState& state) { run = runDiskpartScript(standIn.bench, state, *script); });
+    for (const std::uint32_t number : run.cleanedNow) {
+        wipeEnds(standIn.folder->path(), *standIn.bench.drive(number));
+    }
+    logSteps(standIn, run);
+    print(STD_OUTPUT_HANDLE, run.output);
+    return exitCodeOf(tool, run.exitCode);
+}
+
+} // namespace
+} // namespace torvane::bench
+
+int main() {
+    const std::unique_ptr<torvane::bench::StandIn> standIn = torvane::bench::openStandIn();
+    return standIn ? torvane::bench::runTool(*standIn) : 1;
+}

@@ -1,0 +1,55 @@
+#include "workbench/tools/stand_in.h"
+
+#include "workbench/description/bench_files.h"
+#include "workbench/hooks/child_process.h"
+#include "workbench/session/win32_text.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <array>
+
+namespace torvane::bench {
+
+std::unique_ptr<StandIn> openStandIn() {
+    std::array<wchar_t, 1024> folder{};
+    const DWORD length = GetEnvironmentVariableW(kBenchVariable, folder.data(), static_cast<DWORD>(folder.size()));
+    auto standIn = std::make_unique<StandIn>();
+    BenchReading reading = readBenchFolder(std::wstring(folder.data(), length < folder.size() ? length : 0));
+    if (length == 0 || !reading.error.empty()) {
+        print(STD_ERROR_HANDLE, "This stand-in works on a bench only. " + reading.error + "\r\n");
+        return nullptr;
+    }
+    standIn->bench = std::move(reading.bench);
+    standIn->folder = std::make_unique<BenchFolder>(std::wstring(folder.data(), length), standIn->bench);
+    standIn->commandLine = utf8FromWide(GetCommandLineW());
+    int count = 0;
+    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
+    for (int i = 1; i < count; ++i) {
+        standIn->arguments.push_back(ansiFromWide(words[i]));
+    }
+    LocalFree(words);
+    return standIn;
+}
+
+void print(DWORD standardHandle, const std::string& bytes) {
+    DWORD written = 0;
+    WriteFile(GetStdHandle(standardHandle), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+}
+
+bool obeyDescription(const ToolDescription& tool) {
+    if (tool.delayMilliseconds > 0) {
+        Sleep(tool.delayMilliseconds);
+    }
+    if (tool.hasOutput) {
+        print(STD_OUTPUT_HANDLE, tool.output);
+    }
+    return tool.hasOutput;
+}
+
+int exitCodeOf(const ToolDescription& tool, std::uint32_t own) {
+    return static_cast<int>(tool.hasExitCode ? tool.exitCode : own);
+}
+
+} // namespace torvane::bench
