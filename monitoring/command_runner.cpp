@@ -5,6 +5,7 @@
 
 #include <cinttypes>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace torvane {
@@ -43,6 +44,22 @@ UniqueHandle startHidden(const char* commandLine, HANDLE output) {
     return UniqueHandle{child.hProcess};
 }
 
+/// Opens for reading while nobody can write. A tool's console, which shares the tool's output, may outlive the tool for
+/// a moment, so a writer is given some time to go away.
+UniqueFile openFinishedFile(const char* fileName) {
+    constexpr DWORD kPatienceMs = 2000;
+    constexpr DWORD kPauseMs = 10;
+    for (DWORD waited = 0;; waited += kPauseMs) {
+        UniqueFile file{CreateFileA(fileName, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, 0, nullptr)};
+        const DWORD error = file ? ERROR_SUCCESS : GetLastError();
+        if (error != ERROR_SHARING_VIOLATION || waited >= kPatienceMs) {
+            return file;
+        }
+        Sleep(kPauseMs);
+    }
+}
+
 /// Waits for the process's end, however long it takes.
 void waitForEnd(HANDLE process) {
     WaitForSingleObject(process, INFINITE);
@@ -51,9 +68,13 @@ void waitForEnd(HANDLE process) {
     GetExitCodeProcess(process, &exitCode);
 }
 
-std::uint64_t sizeOf(HANDLE file) {
+/// Nothing when the system knows no size: not a plain file.
+std::optional<std::uint64_t> sizeOf(HANDLE file) {
     DWORD high = 0;
     const DWORD low = GetFileSize(file, &high);
+    if (low == INVALID_FILE_SIZE && GetLastError() != NO_ERROR) {
+        return std::nullopt;
+    }
     return (std::uint64_t{high} << 32) | low;
 }
 
@@ -64,6 +85,11 @@ bool readWhole(HANDLE file, std::uint64_t size, char* block) {
     }
     DWORD count = 0;
     return ReadFile(file, block, static_cast<DWORD>(size), &count, nullptr) && count == size;
+}
+
+LoadedText logUnreadable(const char* fileName) {
+    LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: Could not READ [%s] for processing", fileName);
+    return nullptr;
 }
 
 } // namespace
@@ -88,23 +114,24 @@ int PARSE_BuildDataFile(AppState& /*context*/, const char* outputFileName, const
 }
 
 LoadedText PARSE_LoadFileIntoBuffer(AppState& /*context*/, const char* fileName) {
-    const UniqueFile file{CreateFileA(fileName, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, nullptr,
-                                      OPEN_EXISTING, 0, nullptr)};
+    const UniqueFile file = openFinishedFile(fileName);
     if (!file) {
         LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: [%s] OPEN_WXISTING FAILED", fileName);
         return nullptr;
     }
-    const std::uint64_t size = sizeOf(file.get());
+    const std::optional<std::uint64_t> size = sizeOf(file.get());
+    if (!size) {
+        return logUnreadable(fileName);
+    }
     // Only the low half of the size is allocated: a larger file is refused below.
-    LoadedText block{static_cast<char*>(GlobalAlloc(GMEM_ZEROINIT, (size & MAXDWORD) + kZeroTail))};
+    LoadedText block{static_cast<char*>(GlobalAlloc(GMEM_ZEROINIT, (*size & MAXDWORD) + kZeroTail))};
     if (!block) {
         LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: Could not allocate [%" PRIu64 "] bytes of memory",
-                 size + kZeroTail);
+                 *size + kZeroTail);
         return nullptr;
     }
-    if (!readWhole(file.get(), size, block.get())) {
-        LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: Could not READ [%s] for processing", fileName);
-        return nullptr;
+    if (!readWhole(file.get(), *size, block.get())) {
+        return logUnreadable(fileName);
     }
     return block;
 }
