@@ -1,0 +1,55 @@
+#pragma once
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace torvane::testing {
+
+/// A new empty folder that is the current one for a scope; it and all in it are deleted at the end.
+class ScratchFolder {
+  public:
+    ScratchFolder() : previous_(std::filesystem::current_path()) {
+        static int number = 0;
+        path_ = std::filesystem::temp_directory_path() /
+                ("torvane-test-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number));
+        std::filesystem::create_directories(path_);
+        std::filesystem::current_path(path_);
+    }
+    ~ScratchFolder() {
+        std::filesystem::current_path(previous_);
+        std::error_code error;
+        // A child's console may hold the child's output for a moment longer than the child.
+        for (int patience = 200; std::filesystem::remove_all(path_, error), error && patience > 0; --patience) {
+            Sleep(10);
+        }
+        EXPECT_FALSE(error) << "still open: something in " << path_ << " (" << error.message() << ")";
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+  private:
+    std::filesystem::path previous_;
+    std::filesystem::path path_;
+};
+
+/// The file's bytes; empty when it does not exist.
+[[nodiscard]] inline std::string readFile(const std::string& name) {
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline void writeFile(const std::string& name, std::string_view bytes) {
+    std::ofstream file(name, std::ios::binary | std::ios::trunc);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    ASSERT_TRUE(file.good()) << name;
+}
+
+} // namespace torvane::testing
