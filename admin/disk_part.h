@@ -21,6 +21,16 @@ int DP_TestReadOnly(AppState& state, DriveRecord& drive);
 /// the status, or 0 on a failure (the stored status is then untouched). Waits for diskpart on the calling thread.
 std::int32_t DP_GetMountStatus(AppState& state);
 
+/// Sets or clears the drive's read-only attribute, refreshes `drive.readOnly` as DP_TestReadOnly does and returns it; 0
+/// when the script could not be written. Waits for diskpart on the calling thread.
+std::int32_t DP_SetReadOnly(AppState& state, DriveRecord& drive);
+std::int32_t DP_ClearReadOnly(AppState& state, DriveRecord& drive);
+
+/// Wipes the partition table of the state's destination drive (`copy.destination`), so that the system lets go of its
+/// volumes and takes raw writes. Returns 1 when diskpart reported success; otherwise 0, after one "ERROR" log row. Waits
+/// for diskpart on the calling thread.
+int DP_CleanDisk(AppState& state);
+
 /// Thread procedures; the argument is the AppState. Exit code 1 after a normal end, 0 after a failure.
 DWORD WINAPI DP_DisableMountingWorker(void* state);
 DWORD WINAPI DP_EnableMountingWorker(void* state);

@@ -3,6 +3,7 @@
 #include "admin/mount_status.h"
 #include "app/main_view.h"
 #include "base/fixed_text.h"
+#include "copy/copy_job_state.h"
 #include "discovery/scan_state.h"
 #include "monitoring/smart_scan_state.h"
 #include "settings/message_table.h"
@@ -29,10 +30,11 @@ struct AppState {
 
     ScanState scan;
     SmartScanState smart;
+    CopyJobState copy;
 
     MessageTable messages; ///< the advice of "Message.db"; the window's thread alone reads and replaces it
 
-    FixedText<1024> destinationFolder;
+    FixedText<1024> destinationFolder; ///< of an image; for an image to drive, the image's own path
     FixedText<1024> reportFileName;
 
     UniqueHandle worker; ///< the last job thread that a command started

@@ -32,6 +32,14 @@ void DriveListView::addRow(DriveRecord& record) {
     list_.setCell(row, kDriveColumnInterface, interfaceText(record).c_str());
 }
 
+void DriveListView::setStatus(const DriveRecord& drive, const std::string& text) {
+    for (int row = 0; row < list_.rowCount(); ++row) {
+        if (record(row) == &drive) {
+            list_.setCell(row, kDriveColumnStatus, text.c_str());
+        }
+    }
+}
+
 std::vector<DriveRecord*> DriveListView::tickedDrives() const {
     std::vector<DriveRecord*> ticked;
     for (int row = 0; row < list_.rowCount(); ++row) {

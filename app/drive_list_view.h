@@ -2,6 +2,7 @@
 
 #include "ui/list_view.h"
 
+#include <string>
 #include <vector>
 
 namespace torvane {
@@ -17,6 +18,8 @@ class DriveListView {
     void addRow(DriveRecord& record);
     void deleteRows() { list_.deleteRows(); }
     void redraw() { list_.redraw(); }
+    /// Replaces the text of the drive's "Status" cell. Ignored when the drive has no row.
+    void setStatus(const DriveRecord& record, const std::string& text);
 
     [[nodiscard]] int rowCount() const { return list_.rowCount(); }
     [[nodiscard]] std::vector<DriveRecord*> tickedDrives() const;

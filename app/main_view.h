@@ -37,6 +37,8 @@ class MainView {
     virtual void addDriveRow(DriveRecord& record) = 0;
     virtual void deleteDriveRows() = 0;
     virtual void redrawDriveList() = 0;
+    /// Replaces the text of the drive's "Status" cell. Ignored when the drive has no row.
+    virtual void setDriveStatus(const DriveRecord& record, std::string_view text) = 0;
     [[nodiscard]] virtual int driveRowCount() = 0;
     /// The drives whose row is ticked, in list order.
     [[nodiscard]] virtual std::vector<DriveRecord*> tickedDrives() = 0;

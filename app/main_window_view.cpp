@@ -43,6 +43,10 @@ void MainWindowView::redrawDriveList() {
     onWindowThread([](MainDialog& dialog) { dialog.driveList().redraw(); });
 }
 
+void MainWindowView::setDriveStatus(const DriveRecord& record, std::string_view text) {
+    onWindowThread([&](MainDialog& dialog) { dialog.driveList().setStatus(record, std::string(text)); });
+}
+
 int MainWindowView::driveRowCount() {
     int count = 0;
     onWindowThread([&](MainDialog& dialog) { count = dialog.driveList().rowCount(); });

@@ -30,6 +30,7 @@ class MainWindowView : public MainView {
     void addDriveRow(DriveRecord& record) override;
     void deleteDriveRows() override;
     void redrawDriveList() override;
+    void setDriveStatus(const DriveRecord& record, std::string_view text) override;
     int driveRowCount() override;
     std::vector<DriveRecord*> tickedDrives() override;
     void clearHealthPanel() override;

@@ -63,6 +63,10 @@ class RecordingMainView : public MainView {
         const std::lock_guard lock(mutex_);
         calls_.emplace_back("redraw drives");
     }
+    void setDriveStatus(const DriveRecord& record, std::string_view text) override {
+        const std::lock_guard lock(mutex_);
+        driveStatuses_[&record].emplace_back(text);
+    }
     int driveRowCount() override {
         const std::lock_guard lock(mutex_);
         return static_cast<int>(driveRows_.size());
@@ -102,6 +106,12 @@ class RecordingMainView : public MainView {
     [[nodiscard]] std::vector<int> progress() const { return copyOf(progress_); }
     [[nodiscard]] int progressMaximum() const { return copyOf(progressMaximum_); }
     [[nodiscard]] bool progressVisible() const { return copyOf(progressVisible_); }
+    /// Every text of the drive's "Status" cell, in order.
+    [[nodiscard]] std::vector<std::string> driveStatuses(const DriveRecord& record) const {
+        const auto all = copyOf(driveStatuses_);
+        const auto found = all.find(&record);
+        return found == all.end() ? std::vector<std::string>() : found->second;
+    }
     /// Running timers: id to milliseconds.
     [[nodiscard]] std::map<int, int> timers() const { return copyOf(timers_); }
     /// Every call in order, as short texts: "log STATUS: Beginning Drive Scan", "status Scan Complete", ...
@@ -137,6 +147,7 @@ class RecordingMainView : public MainView {
     std::vector<int> progress_;
     std::vector<std::string> calls_;
     std::map<int, int> timers_;
+    std::map<const DriveRecord*, std::vector<std::string>> driveStatuses_;
     int progressMaximum_ = 0;
     bool progressVisible_ = false;
 };
