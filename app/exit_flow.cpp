@@ -21,6 +21,13 @@ bool confirmLeaving(AppState& state) {
     return true;
 }
 
+// The thread that enables mounting writes the same results file, so this check may fail on it: then what the state
+// holds is the last known answer, or already that thread's.
+bool mountingIsStillDisabled(AppState& state) {
+    const std::int32_t status = DP_GetMountStatus(state);
+    return (status == 0 ? state.mountStatus.load() : status) == kMountingDisabled;
+}
+
 void offerEnabledMounting(AppState& state) {
     if (DP_GetMountStatus(state) != kMountingDisabled) {
         return;
@@ -32,7 +39,7 @@ void offerEnabledMounting(AppState& state) {
     }
     startEnableMounting(state);
     // Asked at once on purpose: the thread just started is not waited for.
-    if (DP_GetMountStatus(state) == kMountingDisabled) {
+    if (mountingIsStillDisabled(state)) {
         prompts::stop("***** DRIVE MOUNTING STILL DISABLED *****",
                       "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags");
     }

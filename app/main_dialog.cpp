@@ -9,6 +9,9 @@
 #include "settings/messages.h"
 #include "settings/tutorial_dialog.h"
 #include "ui/prompt_owner.h"
+#include "ui/tool_tip.h"
+
+#include <algorithm>
 
 namespace torvane {
 
@@ -101,7 +104,7 @@ void MainDialog::placeControls() {
         placeControl(placed.id, toRect(placed.place));
     }
     placeControl(IDC_HEALTH_PANEL, toRect(kHealthPanelPlace));
-    setControlText(IDC_LOG_TOGGLE, ">");
+    addToolTip(control(IDC_LOG_TOGGLE), "Show or hide the event log");
 }
 
 void MainDialog::buildListViews() {

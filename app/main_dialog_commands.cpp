@@ -202,6 +202,7 @@ void MainDialog::onQuickDiskView() {
 void MainDialog::onToggleLogPanel() {
     const bool open = state_.logPanelOpen == 0;
     state_.logPanelOpen = open ? 1 : 0;
+    // At start the panel is closed and the button shows "<" all the same, as its template does.
     setControlText(IDC_LOG_TOGGLE, open ? "<" : ">");
     resizeWindow(open ? kMainWindowHeightWithLog : kMainWindowHeight);
     logList_.setVisible(open);

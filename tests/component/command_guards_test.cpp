@@ -1,0 +1,112 @@
+#include "app/command_guards.h"
+
+#include "app/app_state.h"
+#include "app/create_report.h"
+#include "tests/component/recording_main_view.h"
+#include "tests/component/scripted_prompts.h"
+
+#include <gtest/gtest.h>
+
+namespace torvane::testing {
+namespace {
+
+class CommandGuardsTest : public ::testing::Test {
+  protected:
+    void makeActive(std::int32_t smartType) {
+        first_.smartType = smartType;
+        state_.activeDrive = &first_;
+        state_.activeDriveChosen = 1;
+    }
+
+    // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
+    AppState state_;
+    RecordingMainView view_;
+    ViewInstalled forTheLog_{appState(), view_};
+    ViewInstalled forTheGuards_{state_, view_};
+    ScriptedPrompts user_;
+    DriveRecord first_;
+    DriveRecord second_;
+    // NOLINTEND(misc-non-private-member-variables-in-classes)
+};
+
+TEST_F(CommandGuardsTest, NoActiveDriveIsSaid) {
+    user_.expectStop("***** NO ACTIVE DRIVE *****", "Please choose a drive to view");
+    EXPECT_EQ(requireActiveDrive(state_, "Please choose a drive to view"), nullptr);
+}
+
+TEST_F(CommandGuardsTest, ActiveDriveNeedsBothTheFlagAndTheRecord) {
+    state_.activeDrive = &first_;
+    user_.expectStop("***** NO ACTIVE DRIVE *****", "a");
+    EXPECT_EQ(requireActiveDrive(state_, "a"), nullptr);
+
+    state_.activeDrive = nullptr;
+    state_.activeDriveChosen = 1;
+    user_.expectStop("***** NO ACTIVE DRIVE *****", "b");
+    EXPECT_EQ(requireActiveDrive(state_, "b"), nullptr);
+}
+
+TEST_F(CommandGuardsTest, ActiveDriveIsHandedOver) {
+    makeActive(kSmartTypeStandard);
+    EXPECT_EQ(requireActiveDrive(state_, "unused"), &first_);
+}
+
+TEST_F(CommandGuardsTest, NoTickedDriveIsSaid) {
+    view_.addDriveRow(first_);
+    user_.expectStop("***** ERROR Choose Drive To Clone *****", "You must choose one drive to clone");
+    EXPECT_EQ(requireDriveToClone(state_), nullptr);
+    user_.expectStop("***** ERROR Choose Drive To Clone *****", "You must choose at least one drive to image");
+    EXPECT_EQ(requireDriveToImage(state_), nullptr);
+    user_.expectStop("***** ERROR Choose Drive To Image *****", "You must choose at least a drive to image");
+    EXPECT_EQ(requireDriveToImageForensically(state_), nullptr);
+}
+
+TEST_F(CommandGuardsTest, TooManyTickedDrivesAreSaid) {
+    view_.tick(first_);
+    view_.tick(second_);
+    user_.expectStop("***** ERROR Too Many Drives *****", "You may only choose one drive to clone");
+    EXPECT_EQ(requireDriveToClone(state_), nullptr);
+    user_.expectStop("***** ERROR Too Many Drives *****", "You may only choose one drive to clone");
+    EXPECT_EQ(requireDriveToImage(state_), nullptr);
+    user_.expectStop("***** ERROR Too Many Drives *****", "You may only choose one drive to image");
+    EXPECT_EQ(requireDriveToImageForensically(state_), nullptr);
+}
+
+TEST_F(CommandGuardsTest, OneTickedDriveIsHandedOver) {
+    view_.tick(second_);
+    EXPECT_EQ(requireDriveToClone(state_), &second_);
+    EXPECT_EQ(requireDriveToImage(state_), &second_);
+    EXPECT_EQ(requireDriveToImageForensically(state_), &second_);
+}
+
+TEST_F(CommandGuardsTest, EmptyDriveListIsSaid) {
+    user_.expectStop("***** ERROR Listed Drives *****", "Please 'use 'Load Drives' from 'Tasks' Menu");
+    EXPECT_FALSE(requireListedDrives(state_));
+    view_.addDriveRow(first_);
+    EXPECT_TRUE(requireListedDrives(state_));
+}
+
+TEST_F(CommandGuardsTest, ReportNeedsAnActiveDrive) {
+    user_.expectStop("***** NO ACTIVE DRIVE *****", "Load Drives, and click on drive to make ACTIVE for report.");
+    createReport(state_);
+    EXPECT_TRUE(state_.reportFileName.empty());
+    EXPECT_TRUE(view_.logRows().empty());
+}
+
+TEST_F(CommandGuardsTest, ReportOfAnUnsupportedDriveIsRefused) {
+    for (const std::int32_t smartType : {1004, 0, 999, -1}) {
+        makeActive(smartType);
+        user_.expectStop("****** UNSUPPORTED DEVICE ******", "Unsupported Device for Report");
+        createReport(state_);
+    }
+    EXPECT_TRUE(view_.logRows().empty());
+}
+
+TEST_F(CommandGuardsTest, ReportIsNamedAfterTheSerialNumber) {
+    makeActive(kSmartTypeNvme);
+    first_.serialNumber.assign("S4EW/NX0R 1");
+    createReport(state_);
+    EXPECT_EQ(state_.reportFileName.view(), "ReportS4EW_NX0R 1.pdf");
+}
+
+} // namespace
+} // namespace torvane::testing

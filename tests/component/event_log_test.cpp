@@ -1,0 +1,69 @@
+#include "app/event_log.h"
+
+#include "app/app_state.h"
+#include "tests/component/recording_main_view.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <thread>
+
+namespace torvane::testing {
+namespace {
+
+TEST(EventLogTest, DeliversTheFormattedRow) {
+    RecordingMainView view;
+    const ViewInstalled installed(appState(), view);
+    LogEvent("ERROR", "Could not Load File [%s] into buffer, try %d", "PHYS3.txt", 2);
+    ASSERT_EQ(view.logRows().size(), 1U);
+    const LogRow row = view.logRows().front();
+    EXPECT_EQ(row.category, "ERROR");
+    EXPECT_EQ(row.message, "Could not Load File [PHYS3.txt] into buffer, try 2");
+}
+
+TEST(EventLogTest, StampsTheLocalDateAndTime) {
+    RecordingMainView view;
+    const ViewInstalled installed(appState(), view);
+    SYSTEMTIME before{};
+    GetLocalTime(&before);
+    LogEvent("STATUS", "now");
+    const LogRow row = view.logRows().front();
+    EXPECT_TRUE(std::regex_match(row.date, std::regex(R"(\d\d/\d\d/\d\d\d\d)"))) << row.date;
+    EXPECT_TRUE(std::regex_match(row.time, std::regex(R"(\d\d:\d\d:\d\d)"))) << row.time;
+    EXPECT_EQ(std::stoi(row.date.substr(6)), before.wYear);
+}
+
+TEST(EventLogTest, OutsideTextIsNeverAFormat) {
+    RecordingMainView view;
+    const ViewInstalled installed(appState(), view);
+    LogEvent("STATUS", "%s", "100%s%n%d");
+    EXPECT_TRUE(view.hasLog("STATUS", "100%s%n%d"));
+}
+
+TEST(EventLogTest, WithoutAWindowTheRowIsDropped) {
+    ASSERT_EQ(appState().view, nullptr);
+    LogEvent("STATUS", "nobody listens");
+}
+
+TEST(EventLogTest, TakesRowsFromManyThreads) {
+    constexpr int kThreads = 8;
+    constexpr int kRows = 200;
+    RecordingMainView view;
+    const ViewInstalled installed(appState(), view);
+    std::vector<std::thread> threads;
+    threads.reserve(kThreads);
+    for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([thread] {
+            for (int row = 0; row < kRows; ++row) {
+                LogEvent("STATUS", "%d.%d", thread, row);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(view.logRows().size(), static_cast<std::size_t>(kThreads * kRows));
+}
+
+} // namespace
+} // namespace torvane::testing

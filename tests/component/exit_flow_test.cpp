@@ -1,0 +1,166 @@
+#include "app/exit_flow.h"
+
+#include "admin/mount_status.h"
+#include "app/app_state.h"
+#include "tests/component/recording_main_view.h"
+#include "tests/component/scratch_folder.h"
+#include "tests/component/scripted_prompts.h"
+
+#include <gtest/gtest.h>
+
+namespace torvane::testing {
+namespace {
+
+constexpr const char* kExitCaption = "***** Exiting Application *****";
+constexpr const char* kSureText = "You are about to EXIT TVN. Are you sure?";
+constexpr const char* kJobText = "Application still has a job working. Do you still want to EXIT?";
+constexpr const char* kMountingCaption = "***** MOUNTING DISABLED -- *****";
+constexpr const char* kMountingText = "Drive Mounting DISABLED. It is recommended that you ENABLE it before EXITing. "
+                                      "Do you wish to ENABLE Drive Mounting";
+
+constexpr const char* kDisabledReport = "\r\nAutomatic mounting of new volumes disabled.\r\n\r\n";
+constexpr const char* kEnabledReport = "\r\nAutomatic mounting of new volumes enabled.\r\n\r\n";
+constexpr const char* kEnabledAndScrubbedReport =
+    "\r\nDiskPart successfully scrubbed the mount point settings in the system.\r\n\r\n"
+    "Automatic mounting of new volumes enabled.\r\n\r\n";
+
+class ExitFlowTest : public ::testing::Test {
+  protected:
+    ~ExitFlowTest() override { awaitWorker(); }
+
+    // A diskpart whose answers are files of the current folder.
+    static void provideDiskPart(const char* statusReport) {
+        std::array<char, MAX_PATH> program{};
+        GetModuleFileNameA(nullptr, program.data(), static_cast<DWORD>(program.size()));
+        const auto folder = std::filesystem::path(program.data()).parent_path() / "diskpart_program";
+        std::filesystem::copy_file(folder / "diskpart.exe", "diskpart.exe");
+        writeFile("MountStatusScript.txt.output", statusReport);
+    }
+
+    // The worker's run is over before the next answer to the status question.
+    static void letWorkerFinishBeforeTheNextStatus() { writeFile("MountStatusScript.txt.delay", "2000"); }
+
+    void awaitWorker() const {
+        if (state_.worker) {
+            EXPECT_EQ(WaitForSingleObject(state_.worker.get(), 20000), WAIT_OBJECT_0);
+        }
+    }
+
+    [[nodiscard]] static bool diskPartRan() { return std::filesystem::exists("DISKPART MountResults.txt"); }
+
+    // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
+    ScratchFolder folder_;
+    AppState state_;
+    RecordingMainView view_;
+    ViewInstalled forTheLog_{appState(), view_};
+    ViewInstalled forTheFlow_{state_, view_};
+    ScriptedPrompts user_;
+    // NOLINTEND(misc-non-private-member-variables-in-classes)
+};
+
+TEST_F(ExitFlowTest, NoStaysAndAsksDiskPartNothing) {
+    provideDiskPart(kDisabledReport);
+    user_.expectAsk(kExitCaption, kSureText, false);
+    EXPECT_FALSE(confirmExit(state_));
+    EXPECT_FALSE(diskPartRan());
+}
+
+TEST_F(ExitFlowTest, YesLeavesWhenMountingIsEnabled) {
+    provideDiskPart(kEnabledReport);
+    user_.expectAsk(kExitCaption, kSureText, true);
+    EXPECT_TRUE(confirmExit(state_));
+    EXPECT_EQ(state_.mountStatus, kMountingEnabled);
+    EXPECT_FALSE(state_.worker);
+}
+
+TEST_F(ExitFlowTest, NoWithAJobLeavesTheJobRunning) {
+    state_.jobActive = 1;
+    user_.expectAsk(kExitCaption, kJobText, false);
+    EXPECT_FALSE(confirmExit(state_));
+    EXPECT_EQ(state_.jobActive, 1);
+    EXPECT_FALSE(diskPartRan());
+}
+
+TEST_F(ExitFlowTest, YesWithAJobStopsItBeforeTheMountingQuestion) {
+    provideDiskPart(kDisabledReport);
+    state_.jobActive = 1;
+    user_.expectAsk(kExitCaption, kJobText, true, [this] { EXPECT_EQ(state_.jobActive, 1); });
+    user_.expectAsk(kMountingCaption, kMountingText, false, [this] { EXPECT_EQ(state_.jobActive, 0); });
+    EXPECT_TRUE(confirmExit(state_));
+    EXPECT_EQ(state_.jobActive, 0);
+}
+
+TEST_F(ExitFlowTest, DecliningTheOfferStartsNothing) {
+    provideDiskPart(kDisabledReport);
+    user_.expectAsk(kExitCaption, kSureText, true);
+    user_.expectAsk(kMountingCaption, kMountingText, false);
+    EXPECT_TRUE(confirmExit(state_));
+    EXPECT_FALSE(state_.worker);
+    EXPECT_FALSE(std::filesystem::exists("EnbleMountScript.txt"));
+}
+
+TEST_F(ExitFlowTest, AcceptedOfferThatWorksIsSilent) {
+    provideDiskPart(kDisabledReport);
+    writeFile("EnbleMountScript.txt.output", kEnabledAndScrubbedReport);
+    user_.expectAsk(kExitCaption, kSureText, true);
+    user_.expectAsk(kMountingCaption, kMountingText, true, [] {
+        writeFile("MountStatusScript.txt.output", kEnabledReport);
+        letWorkerFinishBeforeTheNextStatus();
+    });
+    EXPECT_TRUE(confirmExit(state_));
+    EXPECT_EQ(state_.mountStatus, kMountingEnabled);
+    EXPECT_TRUE(state_.worker) << "the thread's handle is kept";
+    EXPECT_EQ(readFile("EnbleMountScript.txt"), "automount enable\nautomount scrub\n");
+}
+
+TEST_F(ExitFlowTest, AcceptedOfferThatFailsIsSaid) {
+    provideDiskPart(kDisabledReport);
+    user_.expectAsk(kExitCaption, kSureText, true);
+    user_.expectAsk(kMountingCaption, kMountingText, true, [] { letWorkerFinishBeforeTheNextStatus(); });
+    user_.expectStop("***** DRIVE MOUNTING STILL DISABLED *****",
+                     "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags");
+    EXPECT_TRUE(confirmExit(state_));
+}
+
+TEST_F(ExitFlowTest, CheckThatFailsOnTheWorkersFileGoesByWhatWasKnown) {
+    provideDiskPart(kDisabledReport);
+    // The worker holds the results file until long after the second check.
+    writeFile("EnbleMountScript.txt.delay", "3000");
+    user_.expectAsk(kExitCaption, kSureText, true);
+    user_.expectAsk(kMountingCaption, kMountingText, true, [] { writeFile("MountStatusScript.txt.delay", "500"); });
+    user_.expectStop("***** DRIVE MOUNTING STILL DISABLED *****",
+                     "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags");
+    EXPECT_TRUE(confirmExit(state_));
+}
+
+TEST_F(ExitFlowTest, FailedStatusAsksNothingMore) {
+    // A folder in its place, so that the script cannot be written.
+    std::filesystem::create_directory("MountStatusScript.txt");
+    user_.expectAsk(kExitCaption, kSureText, true);
+    EXPECT_TRUE(confirmExit(state_));
+    EXPECT_EQ(view_.messages("ERROR").size(), 1U);
+}
+
+TEST(TerminateTaskTest, IsSilentWithoutAJob) {
+    AppState state;
+    const ScriptedPrompts user;
+    terminateCurrentTask(state);
+    EXPECT_TRUE(user.shown().empty());
+}
+
+TEST(TerminateTaskTest, StopsTheJobOnlyOnYes) {
+    AppState state;
+    state.jobActive = 1;
+    ScriptedPrompts user;
+    for (const bool answer : {false, true}) {
+        user.expectAsk("***** STATUS TERMINATE JOB STATUS *****",
+                       "You are about to TERMINATE the current job. Is that your intent?", answer);
+    }
+    terminateCurrentTask(state);
+    EXPECT_EQ(state.jobActive, 1);
+    terminateCurrentTask(state);
+    EXPECT_EQ(state.jobActive, 0);
+}
+
+} // namespace
+} // namespace torvane::testing
