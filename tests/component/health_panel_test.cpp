@@ -1,0 +1,406 @@
+#include "health/health_panel_view.h"
+
+#include "app/app_state.h"
+#include "resources/resource_ids.h"
+#include "tests/component/scratch_folder.h"
+#include "tests/ui/driver/resource_counts.h"
+#include "tests/unit/health_test_drives.h"
+#include "ui/gdi_plus.h"
+
+#include <gtest/gtest.h>
+
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+
+namespace torvane {
+namespace {
+
+constexpr int kWidth = 1174;
+constexpr int kHeight = 381;
+constexpr COLORREF kBackground = RGB(218, 223, 234);
+constexpr std::array<int, 6> kDialX{10, 190, 370, 550, 730, 910};
+constexpr std::array<int, 6> kPivotX{70, 250, 430, 610, 790, 970};
+constexpr int kDialY = 140;
+constexpr int kPivotY = 194;
+constexpr int kLampX = 1064;
+
+/// Pixels of the panel, top row first, 0x00RRGGBB.
+class Canvas {
+  public:
+    Canvas() : context_(CreateCompatibleDC(nullptr)) {
+        BITMAPINFO info{};
+        info.bmiHeader = {sizeof(BITMAPINFOHEADER), kWidth, -kHeight, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+        void* bits = nullptr;
+        bitmap_.reset(CreateDIBSection(context_.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+        pixels_ = static_cast<const std::uint32_t*>(bits);
+        selected_.emplace(context_.get(), bitmap_.get());
+    }
+
+    [[nodiscard]] HDC context() const { return context_.get(); }
+    [[nodiscard]] COLORREF at(int x, int y) const {
+        GdiFlush();
+        const std::uint32_t pixel = pixels_[y * kWidth + x];
+        return RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
+    }
+
+  private:
+    UniqueMemoryDc context_;
+    UniqueBitmap bitmap_;
+    const std::uint32_t* pixels_ = nullptr;
+    std::optional<SelectedObject> selected_;
+};
+
+bool isDark(COLORREF colour) {
+    return GetRValue(colour) < 90 && GetGValue(colour) < 90 && GetBValue(colour) < 90;
+}
+
+int gdiObjectCount() {
+    return driver::countResources(GetCurrentProcessId()).gdiObjects;
+}
+
+/// A window of the main window's size with the panel's text controls.
+class PanelWindow {
+  public:
+    PanelWindow()
+        : window_(
+              CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, kWidth, kHeight, nullptr, nullptr, nullptr, nullptr)) {
+        for (int id = IDC_VALUE_TEXT_1; id <= IDC_VALUE_TEXT_6; ++id) {
+            addText(id);
+        }
+        addText(IDC_HEALTH_MESSAGE);
+    }
+    ~PanelWindow() { DestroyWindow(window_); }
+    PanelWindow(const PanelWindow&) = delete;
+    PanelWindow& operator=(const PanelWindow&) = delete;
+
+    [[nodiscard]] HWND get() const { return window_; }
+
+    [[nodiscard]] std::string text(int id) const {
+        std::array<char, 5000> text{};
+        GetDlgItemTextA(window_, id, text.data(), static_cast<int>(text.size()));
+        return text.data();
+    }
+
+  private:
+    void addText(int id) {
+        CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 0, 10, 10, window_,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+    }
+
+    HWND window_;
+};
+
+class HealthPanel : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_TRUE(gdiPlus_.start());
+        state_.messages = fourMessages();
+        for (const auto& entry : std::filesystem::directory_iterator(TORVANE_PACKAGE_FOLDER)) {
+            if (entry.path().extension() == ".png") {
+                std::filesystem::copy(entry.path(), entry.path().filename());
+            }
+        }
+        ASSERT_TRUE(std::filesystem::exists("sw-gauge-small.png")) << "no artwork in " << TORVANE_PACKAGE_FOLDER;
+    }
+
+    void paintNothing() {
+        state_.activeDrive = nullptr;
+        state_.activeDriveChosen = 0;
+        PaintHealthPanel(state_, window_.get(), canvas_.context());
+    }
+
+    void paint(DriveRecord& drive) {
+        state_.activeDrive = &drive;
+        state_.activeDriveChosen = 1;
+        PaintHealthPanel(state_, window_.get(), canvas_.context());
+    }
+
+    /// How many pixels of the picture's place differ from the picture on the panel's background.
+    [[nodiscard]] int differences(const std::wstring& picture, int x, int y) const {
+        Canvas expected;
+        const UniqueBrush brush{CreateSolidBrush(kBackground)};
+        const RECT all{0, 0, kWidth, kHeight};
+        FillRect(expected.context(), &all, brush.get());
+        Gdiplus::Bitmap image(picture.c_str());
+        EXPECT_EQ(image.GetLastStatus(), Gdiplus::Ok);
+        const int width = static_cast<int>(image.GetWidth());
+        const int height = static_cast<int>(image.GetHeight());
+        Gdiplus::Graphics(expected.context()).DrawImage(&image, x, y, width, height);
+        int count = 0;
+        for (int row = y; row < y + height; ++row) {
+            for (int column = x; column < x + width; ++column) {
+                count += canvas_.at(column, row) != expected.at(column, row) ? 1 : 0;
+            }
+        }
+        return count;
+    }
+
+    void expectBlankDials(const std::wstring& first, const std::wstring& others) const {
+        for (std::size_t i = 0; i < kDialX.size(); ++i) {
+            EXPECT_EQ(differences(i == 0 ? first : others, kDialX[i], kDialY), 0) << "dial " << i;
+        }
+    }
+
+    void expectNeedle(std::size_t dial, int endX, int endY) const {
+        EXPECT_TRUE(isDark(canvas_.at(kPivotX[dial], kPivotY))) << "dial " << dial << " has no hub";
+        EXPECT_TRUE(isDark(canvas_.at((kPivotX[dial] + endX) / 2, (kPivotY + endY) / 2)))
+            << "dial " << dial << " has no shaft";
+        // The arrow's point is finer than a pixel: its dark part ends just before it.
+        bool pointed = false;
+        for (int y = endY - 3; y <= endY + 3; ++y) {
+            for (int x = endX - 3; x <= endX + 3; ++x) {
+                pointed = pointed || isDark(canvas_.at(x, y));
+            }
+        }
+        EXPECT_TRUE(pointed) << "dial " << dial << " does not point at " << endX << ", " << endY;
+    }
+
+    /// The horizontal middle of what is written in the caption's place; none when nothing is.
+    [[nodiscard]] std::optional<int> captionCentre(std::size_t dial) const {
+        const int left = static_cast<int>(dial) * 180;
+        std::optional<int> first;
+        int last = 0;
+        for (int x = left; x < left + 140; ++x) {
+            for (int y = 224; y < 244; ++y) {
+                if (isDark(canvas_.at(x, y))) {
+                    first = first.value_or(x);
+                    last = x;
+                }
+            }
+        }
+        return first ? std::optional((*first + last) / 2) : std::nullopt;
+    }
+
+    [[nodiscard]] std::array<bool, 6> captionsShown() const {
+        std::array<bool, 6> shown{};
+        for (std::size_t i = 0; i < shown.size(); ++i) {
+            shown[i] = captionCentre(i).has_value();
+        }
+        return shown;
+    }
+
+    [[nodiscard]] bool lampPlaceIsEmpty() const {
+        for (int y = 140; y < 222; ++y) {
+            for (int x = kLampX; x < kWidth; ++x) {
+                if (canvas_.at(x, y) != kBackground) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+
+    static constexpr std::array<bool, 6> kAll{true, true, true, true, true, true};
+    static constexpr std::array<bool, 6> kNone{};
+
+    testing::ScratchFolder folder_;
+    GdiPlusSession gdiPlus_;
+    AppState state_;
+    PanelWindow window_;
+    Canvas canvas_;
+};
+
+TEST_F(HealthPanel, WithoutADriveIsBlankDialsAndTheWhiteLamp) {
+    paintNothing();
+    expectBlankDials(L"sw-gauge-poh-small.png", L"sw-gauge-small.png");
+    EXPECT_EQ(differences(L"engine-check-white.png", kLampX, kDialY), 0);
+    EXPECT_EQ(captionsShown(), kNone);
+    EXPECT_EQ(canvas_.at(0, 0), kBackground);
+    EXPECT_EQ(canvas_.at(kWidth - 1, kHeight - 1), kBackground);
+    EXPECT_EQ(canvas_.at(160, 190), kBackground);
+}
+
+TEST_F(HealthPanel, OfAChosenRecordNeedsTheFlagToo) {
+    DriveRecord drive = soundDrive();
+    state_.activeDrive = &drive;
+    state_.activeDriveChosen = 0;
+    PaintHealthPanel(state_, window_.get(), canvas_.context());
+    expectBlankDials(L"sw-gauge-poh-small.png", L"sw-gauge-small.png");
+    EXPECT_EQ(differences(L"engine-check-white.png", kLampX, kDialY), 0);
+}
+
+TEST_F(HealthPanel, OfAStandardDrivePointsItsNeedles) {
+    DriveRecord drive = soundDrive();
+    drive.powerOnHours = 30000;
+    drive.reallocatedSectors = 0;
+    drive.reallocatedEvents = 100;
+    drive.pendingSectors = 250;
+    drive.offlineUncorrectable = 50;
+    drive.reportedUncorrect = 0;
+    paint(drive);
+    expectNeedle(0, 69, 147);
+    expectNeedle(1, 195, 194);
+    expectNeedle(2, 484, 193);
+    expectNeedle(3, 664, 193);
+    expectNeedle(4, 789, 147);
+    expectNeedle(5, 915, 194);
+    EXPECT_EQ(captionsShown(), kAll);
+    EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "failing");
+}
+
+TEST_F(HealthPanel, CentresItsCaptionsInTheirPlaces) {
+    DriveRecord drive = soundDrive();
+    paint(drive);
+    for (std::size_t i = 0; i < kPivotX.size(); ++i) {
+        ASSERT_TRUE(captionCentre(i)) << i;
+        EXPECT_NEAR(*captionCentre(i), kPivotX[i], 2) << "caption " << i;
+    }
+}
+
+TEST_F(HealthPanel, ShowsTheLampOfEachLevel) {
+    DriveRecord drive = soundDrive();
+    paint(drive);
+    EXPECT_EQ(differences(L"engine-check-green.png", kLampX, kDialY), 0);
+    EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "fine");
+    drive.powerOnHours = 26280;
+    paint(drive);
+    EXPECT_EQ(differences(L"engine-check-blue.png", kLampX, kDialY), 0);
+    EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "early wear");
+    drive.reallocatedSectors = 1;
+    paint(drive);
+    EXPECT_EQ(differences(L"engine-check-yellow.png", kLampX, kDialY), 0);
+    EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "wearing out");
+    drive.reallocatedSectors = 50;
+    paint(drive);
+    EXPECT_EQ(differences(L"engine-check-red.png", kLampX, kDialY), 0);
+    EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "failing");
+}
+
+TEST_F(HealthPanel, LeavesTheDialOfAnAbsentCounterBlank) {
+    DriveRecord drive = soundDrive();
+    drive.reallocatedEvents = kNotReported;
+    paint(drive);
+    EXPECT_EQ(differences(L"sw-gauge-small.png", kDialX[2], kDialY), 0);
+    EXPECT_GT(differences(L"sw-gauge-small.png", kDialX[3], kDialY), 0);
+    EXPECT_EQ(captionsShown(), (std::array<bool, 6>{true, true, false, true, true, true}));
+}
+
+TEST_F(HealthPanel, WithoutAnyCounterHasNoLamp) {
+    DriveRecord drive = driveWithoutValues();
+    paint(drive);
+    expectBlankDials(L"sw-gauge-poh-small.png", L"sw-gauge-small.png");
+    EXPECT_TRUE(lampPlaceIsEmpty());
+}
+
+TEST_F(HealthPanel, WithoutAReportHasTheWhiteLamp) {
+    DriveRecord drive = soundDrive();
+    drive.smartLoaded = 0;
+    paint(drive);
+    expectBlankDials(L"sw-gauge-poh-small.png", L"sw-gauge-small.png");
+    EXPECT_EQ(differences(L"engine-check-white.png", kLampX, kDialY), 0);
+}
+
+TEST_F(HealthPanel, OfAnSsdHasNeedlesButNoLamp) {
+    DriveRecord drive = soundDrive();
+    drive.smartType = kSmartTypeSsd;
+    drive.ssd.powerOnHours = 20000;
+    paint(drive);
+    expectNeedle(0, 15, 192);
+    expectNeedle(5, 915, 194);
+    EXPECT_EQ(captionsShown(), kAll);
+    EXPECT_TRUE(lampPlaceIsEmpty());
+}
+
+TEST_F(HealthPanel, OfAnNvmeDriveShowsPassAndFail) {
+    DriveRecord drive = driveWithoutValues(kSmartTypeNvme);
+    drive.nvme.criticalWarning = 5;
+    drive.nvme.availableSpare = 3;
+    drive.nvme.availableSpareThreshold = 10;
+    drive.nvme.dataUnitsWritten = 2000000;
+    drive.nvme.gigabytesWritten = 953;
+    drive.nvme.enduranceFraction = 953 / 1024.0 / 7000.0;
+    paint(drive);
+    expectNeedle(0, 15, 193);
+    expectNeedle(1, 304, 193);
+    expectNeedle(2, 375, 194);
+    expectNeedle(3, 664, 193);
+    expectNeedle(4, 735, 194);
+    expectNeedle(5, 915, 194);
+    EXPECT_EQ(captionsShown(), kAll);
+    EXPECT_TRUE(lampPlaceIsEmpty());
+    EXPECT_EQ(window_.text(IDC_VALUE_TEXT_1), "Total Bytes Written 953 GB is 0.01 percent of threshold");
+    EXPECT_EQ(window_.text(IDC_VALUE_TEXT_2), "FAILED 003 010");
+    for (int id = IDC_VALUE_TEXT_3; id <= IDC_VALUE_TEXT_6; ++id) {
+        EXPECT_EQ(window_.text(id), "RESULT");
+    }
+}
+
+TEST_F(HealthPanel, OfAnNvmeDriveWithoutHealthLogIsBlankDials) {
+    DriveRecord drive = driveWithoutValues(kSmartTypeNvme);
+    paint(drive);
+    expectBlankDials(L"sw-gauge-poh-small.png", L"passfail-gauge.png");
+    EXPECT_EQ(captionsShown(), kNone);
+    EXPECT_EQ(window_.text(IDC_VALUE_TEXT_1), " ");
+    EXPECT_EQ(window_.text(IDC_VALUE_TEXT_2), "");
+}
+
+TEST_F(HealthPanel, OfAnUnknownDriveIsSmallDialsAlone) {
+    DriveRecord drive = soundDrive();
+    drive.smartType = kSmartTypeUnknown;
+    paint(drive);
+    expectBlankDials(L"sw-gauge-small.png", L"sw-gauge-small.png");
+    EXPECT_EQ(captionsShown(), kNone);
+    EXPECT_TRUE(lampPlaceIsEmpty());
+}
+
+TEST_F(HealthPanel, KeepsNothingOfTheDriveBefore) {
+    DriveRecord failing = soundDrive();
+    failing.reallocatedSectors = 99;
+    paint(failing);
+    DriveRecord nvme = driveWithoutValues(kSmartTypeNvme);
+    nvme.nvme.criticalWarning = 0;
+    paint(nvme);
+    EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "");
+    DriveRecord unknown = driveWithoutValues(kSmartTypeUnknown);
+    paint(unknown);
+    for (int id = IDC_VALUE_TEXT_1; id <= IDC_VALUE_TEXT_6; ++id) {
+        EXPECT_EQ(window_.text(id), "");
+    }
+    expectBlankDials(L"sw-gauge-small.png", L"sw-gauge-small.png");
+}
+
+TEST_F(HealthPanel, DoesWithoutPicturesThatAreMissingOrDamaged) {
+    DriveRecord drive = soundDrive();
+    drive.powerOnHours = 30000;
+    std::filesystem::remove("gauge-labels2.png");
+    paint(drive);
+    expectNeedle(0, 69, 147);
+    EXPECT_EQ(differences(L"engine-check-blue.png", kLampX, kDialY), 0);
+
+    std::filesystem::remove("engine-check-blue.png");
+    std::filesystem::remove("sw-gauge-poh-small.png");
+    std::filesystem::resize_file("sw-gauge-small.png", 100);
+    paint(drive);
+    EXPECT_TRUE(lampPlaceIsEmpty());
+    EXPECT_EQ(canvas_.at(20, 215), kBackground) << "where the first dial's frame would be";
+    expectNeedle(0, 69, 147);
+    EXPECT_EQ(captionsShown(), kAll);
+}
+
+TEST_F(HealthPanel, LeavesNoGdiObjectBehind) {
+    DriveRecord standard = soundDrive();
+    DriveRecord ssd = soundDrive();
+    ssd.smartType = kSmartTypeSsd;
+    DriveRecord nvme = driveWithoutValues(kSmartTypeNvme);
+    nvme.nvme.criticalWarning = 31;
+    DriveRecord unknown = driveWithoutValues(kSmartTypeUnknown);
+    const std::array drives{&standard, &ssd, &nvme, &unknown};
+    const auto paintAll = [&](int repaints) {
+        for (int i = 0; i < repaints; ++i) {
+            paint(*drives[static_cast<std::size_t>(i) % drives.size()]);
+        }
+    };
+    paintAll(8); // what the system keeps for itself after the first use
+    const int before = gdiObjectCount();
+    ASSERT_GT(before, 0);
+    paintAll(200);
+    EXPECT_EQ(gdiObjectCount(), before);
+}
+
+} // namespace
+} // namespace torvane
