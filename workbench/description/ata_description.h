@@ -28,7 +28,7 @@ struct AtaErrorEntry {
     std::uint16_t hours = 0;   ///< power-on hours when it happened
     std::uint8_t status = 81;  ///< DRDY, DSC, ERR
     std::uint8_t error = 64;   ///< UNC
-    std::uint8_t command = 37; ///< READ DMA EXT
+    std::uint8_t command = 96; ///< READ FPDMA QUEUED
     std::uint16_t sectors = 8;
 };
 

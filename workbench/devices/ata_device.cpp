@@ -126,7 +126,8 @@ AtaReply AtaDevice::readLogExt(const AtaCommand& command) const {
     // LBA bits 7:0 are the log's address; bits 15:8 and 39:32 the first page.
     const auto address = static_cast<std::uint8_t>(command.lba);
     const std::size_t first = ((command.lba >> 8) & 0xFFU) | (((command.lba >> 32) & 0xFFU) << 8);
-    const auto pages = drive_.ata.smart.logs ? generalLogPages(drive_.ata.smart, address) : std::nullopt;
+    const bool served = drive_.ata.smart.supported && drive_.ata.smart.logs;
+    const auto pages = served ? generalLogPages(drive_.ata.smart, address) : std::nullopt;
     return pages ? withPages(command, *pages, first, command.count) : aborted(command);
 }
 

@@ -84,8 +84,9 @@ void setFeatureSets(AtaBlock& block, const AtaDescription& ata, bool smartEnable
     setWord(block, 83, 0x7400);
     setWord(block, 86, 0x3400);
     // SMART error logging and self-test, general purpose logging, world wide name.
-    const auto logs = static_cast<std::uint16_t>((ata.smart.supported ? 0x0003 : 0) | (ata.smart.logs ? 0x0020 : 0) |
-                                                 (ata.wwn != 0 ? 0x0100 : 0));
+    const auto logs =
+        static_cast<std::uint16_t>((ata.smart.supported ? 0x0003 : 0) |
+                                   (ata.smart.supported && ata.smart.logs ? 0x0020 : 0) | (ata.wwn != 0 ? 0x0100 : 0));
     setWord(block, 84, static_cast<std::uint16_t>(0x4000 | logs));
     setWord(block, 87, static_cast<std::uint16_t>(0x4000 | logs));
     setWord(block, 128, security);

@@ -91,10 +91,12 @@ Pages summaryErrors(const SmartDescription& smart) {
 // --- extended comprehensive error log: four entries of 124 bytes a page, five commands of 18 bytes, an error of 34 ---
 
 constexpr std::size_t kExtendedPerPage = 4;
+constexpr std::uint8_t kReadFpdmaQueued = 0x60;
 
 void fillExtendedEntry(std::span<std::uint8_t> entry, const AtaErrorEntry& error) {
     const std::span<std::uint8_t> command = entry.subspan(4 * 18, 18);
-    storeLe<std::uint16_t>(command, 3, error.sectors);
+    // A queued command counts its sectors in the features register and has its tag, 0 here, in the count register.
+    storeLe<std::uint16_t>(command, error.command == kReadFpdmaQueued ? 1 : 3, error.sectors);
     const std::span<std::uint8_t> failure = entry.subspan(90, 34);
     failure[1] = error.error;
     storeLe<std::uint16_t>(failure, 2, error.sectors);

@@ -80,9 +80,14 @@ ControlResult portRequest(BenchDrive& drive, const ControlRequest& request, LogL
     return {kErrorInvalidFunction, 0};
 }
 
-ControlResult volumeRequest(const VolumeDescription& volume, const ControlRequest& request, LogLine& line) {
+ControlResult volumeRequest(BenchSession& session, const VolumeDescription& volume, const ControlRequest& request,
+                            LogLine& line) {
     if (request.code == IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS) {
         return volumeExtents(volume, request);
+    }
+    // What a volume on a single disk does not know itself is its disk's matter.
+    if (volume.extents.size() == 1) {
+        return driveRequest(*session.drive(volume.extents.front().disk), request, line);
     }
     line.hex("data", requestBytes(request, kLoggedUnknown));
     return {kErrorInvalidFunction, 0};
@@ -90,7 +95,7 @@ ControlResult volumeRequest(const VolumeDescription& volume, const ControlReques
 
 ControlResult answer(BenchSession& session, OpenDevice& device, const ControlRequest& request, LogLine& line) {
     if (device.kind == PathKind::Volume) {
-        return volumeRequest(*device.volume, request, line);
+        return volumeRequest(session, *device.volume, request, line);
     }
     if (!session.isPresent(*device.drive)) {
         return {kErrorDeviceNotConnected, 0};
