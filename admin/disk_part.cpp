@@ -44,6 +44,17 @@ DiskPartScript mountingEnable() {
     return {"EnbleMountScript.txt", "automount enable\nautomount scrub\n", kMountResultsFileName};
 }
 
+// What the two changes of the read-only attribute differ in.
+struct ReadOnlyChange {
+    const char* verb;        ///< in the script
+    const char* resultsWord; ///< first word of the results file's name
+    const char* failure;     ///< tail of the log row for a script that cannot be written
+};
+
+constexpr ReadOnlyChange kSetReadOnly{"set", "Enable", "ENABLING READ ONLY"};
+// Spelled so on purpose.
+constexpr ReadOnlyChange kClearReadOnly{"clear", "Disable", "DISBLING READ ONLY"};
+
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -132,6 +143,26 @@ void showEnableOutcome(std::int32_t mountStatus) {
     }
 }
 
+std::int32_t changeReadOnly(AppState& state, DriveRecord& drive, const ReadOnlyChange& change) {
+    constexpr const char* kScriptFileName = "ScriptReadOnly.txt";
+    if (!writeWhole(kScriptFileName,
+                    formatText("select disk %d\nattributes disk %s readonly\n", drive.driveNumber, change.verb))) {
+        LogEvent("ERROR", "Could not create DISKPART [%s] script. %s", kScriptFileName, change.failure);
+        return 0;
+    }
+    const std::string results = formatText("%s RO Results DISK [%s] - [%s].txt", change.resultsWord,
+                                           drive.model.c_str(), drive.serialNumber.c_str());
+    // Unchecked: the test that follows tells what came of it.
+    static_cast<void>(PARSE_BuildDataFile(state, results.c_str(), "diskpart /s ScriptReadOnly.txt"));
+    DP_TestReadOnly(state, drive);
+    return drive.readOnly;
+}
+
+int reportUncleaned(const DriveRecord& drive) {
+    LogEvent("ERROR", "Could nore VERIFY partition CLEAR for [%s]", drive.devicePath.c_str());
+    return 0;
+}
+
 } // namespace
 
 int DP_TestReadOnly(AppState& state, DriveRecord& drive) {
@@ -156,6 +187,39 @@ std::int32_t DP_GetMountStatus(AppState& state) {
     state.mountStatus = status;
     state.view->redrawDriveList();
     return status;
+}
+
+std::int32_t DP_SetReadOnly(AppState& state, DriveRecord& drive) {
+    return changeReadOnly(state, drive, kSetReadOnly);
+}
+
+std::int32_t DP_ClearReadOnly(AppState& state, DriveRecord& drive) {
+    return changeReadOnly(state, drive, kClearReadOnly);
+}
+
+int DP_CleanDisk(AppState& state) {
+    constexpr const char* kScriptFileName = "DPCleanDiskScript.txt";
+    constexpr const char* kResultsFileName = "DISKPART Clean Results.txt";
+    const DriveRecord& drive = *state.copy.destination;
+    // An image file stands for no disk of the system: its number 0 is another disk's.
+    if (drive.recordKind == kRecordKindImageFile) {
+        return reportUncleaned(drive);
+    }
+    if (!writeWhole(kScriptFileName, formatText("select disk %d\nclean\n", drive.driveNumber))) {
+        LogEvent("ERROR", "Could not create diskpart script file %s", kScriptFileName);
+        return 0;
+    }
+    // Unchecked: the results tell what came of it.
+    static_cast<void>(PARSE_BuildDataFile(state, kResultsFileName, "diskpart /s DPCleanDiskScript.txt"));
+    const LoadedText results = PARSE_LoadFileIntoBuffer(state, kResultsFileName);
+    if (!results) {
+        LogEvent("ERROR", "Could nore LOAD [%s] to TEST for CLEAR", kResultsFileName);
+        return 0;
+    }
+    if (!reportsCleanedDisk(results.get())) {
+        return reportUncleaned(drive);
+    }
+    return 1;
 }
 
 DWORD disableMounting(AppState& state) {

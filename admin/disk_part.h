@@ -27,8 +27,8 @@ std::int32_t DP_SetReadOnly(AppState& state, DriveRecord& drive);
 std::int32_t DP_ClearReadOnly(AppState& state, DriveRecord& drive);
 
 /// Wipes the partition table of the state's destination drive (`copy.destination`), so that the system lets go of its
-/// volumes and takes raw writes. Returns 1 when diskpart reported success; otherwise 0, after one "ERROR" log row. Waits
-/// for diskpart on the calling thread.
+/// volumes and takes raw writes. Returns 1 when diskpart reported success; otherwise 0, after one "ERROR" log row.
+/// Waits for diskpart on the calling thread.
 int DP_CleanDisk(AppState& state);
 
 /// Thread procedures; the argument is the AppState. Exit code 1 after a normal end, 0 after a failure.

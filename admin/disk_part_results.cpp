@@ -51,4 +51,9 @@ MountStatus mountStatusAfterScrub(const char* results) {
     return mountStatusInLine(line);
 }
 
+bool reportsCleanedDisk(const char* results) {
+    std::array<char, 1024> line{};
+    return PARSE_FindLine(results, line, "succeeded") >= 0;
+}
+
 } // namespace torvane

@@ -16,4 +16,7 @@ namespace torvane {
 /// `kMountingUndetermined`.
 [[nodiscard]] MountStatus mountStatusAfterScrub(const char* results);
 
+/// True when "clean" reports that it succeeded.
+[[nodiscard]] bool reportsCleanedDisk(const char* results);
+
 } // namespace torvane

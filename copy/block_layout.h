@@ -35,8 +35,8 @@ struct BlockExtent {
 /// that the remainder lies at its start.
 class BlockOrder {
   public:
-    static BlockOrder forward(std::uint64_t byteCount, std::size_t blockSize);
-    static BlockOrder reverse(std::uint64_t byteCount, std::size_t blockSize);
+    static BlockOrder forward(std::uint64_t byteCount, std::size_t blockSize) { return {byteCount, blockSize, false}; }
+    static BlockOrder reverse(std::uint64_t byteCount, std::size_t blockSize) { return {byteCount, blockSize, true}; }
 
     [[nodiscard]] std::uint64_t fullBlocks() const { return split_.fullBlocks; }
     [[nodiscard]] bool hasRemainder() const { return split_.remainder != 0; }
@@ -60,7 +60,7 @@ class BlockOrder {
 /// are.
 void fillWithUnreadableMarker(std::span<std::byte> block);
 
-/// First sector of a block. A sector size that the drive did not tell counts as 512.
+/// Number of the sector at a byte offset. A sector size of 0, not told by the drive, counts as 512.
 [[nodiscard]] std::int64_t sectorOfOffset(std::uint64_t offset, std::int32_t bytesPerSector);
 
 } // namespace torvane

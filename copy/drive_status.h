@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+/// What a job lost on its way.
+struct JobLosses {
+    std::uint64_t unreadableBlocks = 0; ///< blocks that could not be read whole
+    std::uint64_t failedWrites = 0;     ///< blocks that could not be written whole
+};
+
+/// The "Status" cell of a drive while a job runs: "Cloning 37%".
+[[nodiscard]] std::string driveProgressText(std::string_view activity, std::int32_t percent);
+
+/// The "Status" cell of a drive after a job: "COMPLETED" when everything arrived, else "BAD" with what went wrong and
+/// how often. `ending` is empty for a job that went through to its end, otherwise says how it ended: "terminated".
+[[nodiscard]] std::string driveOutcomeText(std::string_view ending, const JobLosses& losses);
+
+} // namespace torvane
