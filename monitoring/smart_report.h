@@ -3,7 +3,6 @@
 #include "discovery/drive_record.h"
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
 namespace torvane {
@@ -12,10 +11,17 @@ namespace torvane {
 // An attribute's line has the columns ID, name, flags, value, worst, threshold, when failed, raw value; only the raw
 // value, word 7 counted from 0, is used.
 
+/// Stands in the report of a drive that refused to give its SMART data.
+inline constexpr const char* kSmartReadFailed = "Read SMART Data failed";
+
+/// Values of `DriveRecord::smartErrorFlag`.
+inline constexpr std::int32_t kSmartErrorsFound = 1;
+inline constexpr std::int32_t kSmartNoErrors = 2;
+
 /// An error counter that the report gives with a value other than zero.
 struct AttributeFinding {
     std::int32_t value = 0;
-    std::string_view attribute; ///< the attribute's name in the event log
+    const char* attribute = ""; ///< the attribute's name in the event log
 };
 
 /// Fills model, serial number, power-on hours, security, error counters, error-log LBAs and, for a solid-state device,

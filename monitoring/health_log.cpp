@@ -1,0 +1,86 @@
+#include "monitoring/health_log.h"
+
+#include "discovery/device_text.h"
+
+#include <string>
+
+namespace torvane {
+namespace {
+
+// NVMe Base Specification, figure "SMART / Health Information Log Page".
+constexpr std::size_t kCriticalWarningAt = 0;
+constexpr std::size_t kAvailableSpareAt = 3;
+constexpr std::size_t kAvailableSpareThresholdAt = 4;
+constexpr std::size_t kPercentageUsedAt = 5;
+constexpr std::size_t kDataUnitsReadAt = 32;
+constexpr std::size_t kDataUnitsWrittenAt = 48;
+constexpr std::size_t kPowerOnHoursAt = 128;
+constexpr std::size_t kErrorLogEntriesAt = 160;
+
+// NVMe Base Specification, figure "Identify Controller Data Structure": ASCII, padded with blanks.
+constexpr std::size_t kSerialNumberAt = 4;
+constexpr std::size_t kSerialNumberWidth = 20;
+constexpr std::size_t kModelNumberAt = 24;
+constexpr std::size_t kModelNumberWidth = 40;
+
+constexpr std::uint64_t kBytesPerDataUnit = 512 * 1000;
+constexpr double kRatedEnduranceTerabytes = 7000.0;
+
+std::int32_t byteAt(ByteView log, std::size_t offset) {
+    return loadLe<std::uint8_t>(log, offset);
+}
+
+std::int64_t low64At(ByteView log, std::size_t offset) {
+    return static_cast<std::int64_t>(loadLe64(log, offset));
+}
+
+std::string textAt(ByteView identify, std::size_t offset, std::size_t width) {
+    std::string text;
+    for (std::size_t i = offset; i < offset + width && i < identify.size() && identify[i] != 0; ++i) {
+        text += static_cast<char>(identify[i]);
+    }
+    return std::string(trimBlanks(text));
+}
+
+void deriveEndurance(NvmeHealth& health) {
+    // Unsigned, so that an absurd counter wraps around 64 bits.
+    const std::uint64_t bytes = static_cast<std::uint64_t>(health.dataUnitsWritten) * kBytesPerDataUnit;
+    health.gigabytesWritten = bytes / 1024 / 1024 / 1024;
+    // One rated endurance for every drive, on purpose.
+    health.enduranceFraction = static_cast<double>(health.gigabytesWritten) / 1024.0 / kRatedEnduranceTerabytes;
+}
+
+} // namespace
+
+void markNvmeHealthUnread(DriveRecord& record) {
+    record.nvme = {.criticalWarning = kNotReported,
+                   .availableSpare = kNotReported,
+                   .availableSpareThreshold = kNotReported,
+                   .percentageUsed = kNotReported,
+                   .dataUnitsRead = kNotReported,
+                   .dataUnitsWritten = kNotReported,
+                   .powerOnHours = kNotReported,
+                   .errorLogEntries = kNotReported,
+                   .gigabytesWritten = static_cast<std::uint64_t>(kNotReported),
+                   .enduranceFraction = kNotReported};
+}
+
+void CopyHealthLog(DriveRecord& record, ByteView log) {
+    NvmeHealth& health = record.nvme;
+    health.criticalWarning = byteAt(log, kCriticalWarningAt);
+    health.availableSpare = byteAt(log, kAvailableSpareAt);
+    health.availableSpareThreshold = byteAt(log, kAvailableSpareThresholdAt);
+    health.percentageUsed = byteAt(log, kPercentageUsedAt);
+    health.dataUnitsRead = low64At(log, kDataUnitsReadAt);
+    health.dataUnitsWritten = low64At(log, kDataUnitsWrittenAt);
+    health.powerOnHours = low64At(log, kPowerOnHoursAt);
+    health.errorLogEntries = low64At(log, kErrorLogEntriesAt);
+    deriveEndurance(health);
+}
+
+void copyControllerIdentity(DriveRecord& record, ByteView identify) {
+    record.serialNumber.assign(textAt(identify, kSerialNumberAt, kSerialNumberWidth));
+    record.model.assign(textAt(identify, kModelNumberAt, kModelNumberWidth));
+}
+
+} // namespace torvane

@@ -1,0 +1,114 @@
+#include "monitoring/smart_scan.h"
+
+#include "app/app_state.h"
+#include "app/event_log.h"
+#include "base/format.h"
+#include "monitoring/command_runner.h"
+#include "monitoring/device_listing.h"
+#include "monitoring/smart_report.h"
+#include "monitoring/text_scanners.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace torvane {
+namespace {
+
+constexpr const char* kListingFile = "Drive Data File.txt";
+constexpr const char* kListingCommand = "smartctl.exe --scan";
+
+using Line = std::array<char, 4096>;
+
+std::string reportFileName(int driveNumber) {
+    return formatText("PHYS%d.txt", driveNumber);
+}
+
+/// Runs the tool and loads what it printed. Null after an "INVALID" log row.
+LoadedText printAndLoad(AppState& context, const char* fileName, const char* commandLine) {
+    if (PARSE_BuildDataFile(context, fileName, commandLine) == 0) {
+        LogEvent("INVALID", "Could not build [%s]", fileName);
+        return nullptr;
+    }
+    LoadedText text = PARSE_LoadFileIntoBuffer(context, fileName);
+    if (!text) {
+        LogEvent("INVALID", "Could not load [%s]", fileName);
+    }
+    return text;
+}
+
+/// False when the device's report could not be made, which ends the scan.
+bool makeReport(AppState& context, const ListedDevice& device, const char* listingLine) {
+    const std::string fileName = reportFileName(device.driveNumber);
+    const LoadedText report = printAndLoad(context, fileName.c_str(), reportCommandLine(device).c_str());
+    if (!report) {
+        return false;
+    }
+    Line line{};
+    if (PARSE_FindLine(report.get(), line, kSmartReadFailed) >= 0) {
+        LogEvent("INVALID", "Invalid Device found at [%s]", listingLine);
+    }
+    return true;
+}
+
+void keepName(SmartScanState& smart, const ListedDevice& device) {
+    if (!device.name.empty() && device.driveNumber >= 0 && device.driveNumber < kMaxNamedDrives) {
+        smart.driveNames[static_cast<std::size_t>(device.driveNumber)].assign(device.name);
+    }
+}
+
+void copyName(const SmartScanState& smart, int driveNumber, DriveRecord& record) {
+    record.driveName.clear();
+    if (driveNumber >= 0 && driveNumber < kMaxNamedDrives) {
+        record.driveName = smart.driveNames[static_cast<std::size_t>(driveNumber)];
+    }
+}
+
+void logFindings(const DriveRecord& record, const std::vector<AttributeFinding>& findings) {
+    for (const AttributeFinding& finding : findings) {
+        LogEvent("ERROR", "[%s] - [%s] Found Value [%d] in SMART Attribute [%s]", record.model.c_str(),
+                 record.serialNumber.c_str(), finding.value, finding.attribute);
+    }
+}
+
+} // namespace
+
+int SmartScanDevices(AppState& context) {
+    const LoadedText listing = printAndLoad(context, kListingFile, kListingCommand);
+    if (!listing) {
+        return 0;
+    }
+    context.smart = {};
+    LineCursor cursor(listing.get());
+    Line line{};
+    ListedDevice device;
+    while (cursor.next(line) == 1) {
+        readListedDevice(line.data(), device);
+        keepName(context.smart, device);
+        if (device.driveNumber >= 0 && !makeReport(context, device, line.data())) {
+            return 0;
+        }
+        ++context.smart.deviceLineCount; // every line counts, used or not
+    }
+    return 1;
+}
+
+int SmartParseDrive(AppState& context, DriveRecord& record, int driveNumber) {
+    const std::string fileName = reportFileName(driveNumber);
+    const LoadedText text = PARSE_LoadFileIntoBuffer(context, fileName.c_str());
+    if (!text) {
+        LogEvent("ERROR", "Could not load SMART [%s] File for Processing", fileName.c_str());
+        return 0;
+    }
+    record.smartText = text.get();
+    record.smartLoaded = 1;
+    std::vector<AttributeFinding> findings;
+    if (parseSmartReport(record, findings) == 0) {
+        return 0;
+    }
+    copyName(context.smart, driveNumber, record);
+    logFindings(record, findings);
+    return 1;
+}
+
+} // namespace torvane
