@@ -1,0 +1,403 @@
+#include "admin/disk_part.h"
+
+#include "app/app_state.h"
+#include "tests/component/recording_main_view.h"
+#include "tests/component/scripted_prompts.h"
+#include "tests/component/test_bench.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace torvane {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::Pair;
+using testing::readFile;
+using ::testing::SizeIs;
+
+constexpr const char* kResults = "DISKPART Results.txt";
+constexpr const char* kMountResults = "DISKPART MountResults.txt";
+
+class DiskPart : public ::testing::Test {
+  protected:
+    DiskPart() { reset(); }
+    ~DiskPart() override { reset(); }
+
+    static AppState& state() { return appState(); }
+
+    void reset() {
+        state().jobActive = 0;
+        state().mountStatus = 0;
+        state().worker.reset();
+    }
+
+    /// A bench with two drives, the second read-only, and the given tools.
+    void openBench(const std::string& diskpartJson = "{}", bool automount = true) {
+        bench_.addDrive(R"({"number": 0, "bus": "nvme", "size": "16 MiB"})");
+        bench_.addDrive(R"({"number": 1, "bus": "nvme", "size": "16 MiB", "readOnly": true})");
+        bench_.describe(std::string(R"({"automount": )") + (automount ? "true" : "false") +
+                        R"(, "tools": {"diskpart": )" + diskpartJson + "}}");
+        bench_.open();
+    }
+    void openBenchPrinting(const std::string& output) { openBench(R"({"output": ")" + output + R"("})"); }
+    void openBenchWithoutDiskPart() { openBench(R"({"missing": true})"); }
+
+    /// Makes it impossible to create a file of that name.
+    static void blockFile(const char* name) { std::filesystem::create_directory(name); }
+
+    /// What the event log got, as "CATEGORY: message".
+    [[nodiscard]] std::vector<std::string> events() const {
+        std::vector<std::string> rows;
+        for (const LogRow& row : view_.logRows()) {
+            rows.push_back(row.category + ": " + row.message);
+        }
+        return rows;
+    }
+    [[nodiscard]] std::vector<std::string> diskpartRuns() { return bench_.log("request=start"); }
+
+    /// Waits for the thread whose handle the state keeps; its exit code.
+    static DWORD awaitWorker() {
+        DWORD exitCode = STILL_ACTIVE;
+        EXPECT_EQ(WaitForSingleObject(state().worker.get(), 30000), WAIT_OBJECT_0);
+        EXPECT_TRUE(GetExitCodeThread(state().worker.get(), &exitCode));
+        return exitCode;
+    }
+
+    testing::TestBench bench_;
+    testing::RecordingMainView view_;
+    testing::ViewInstalled installed_{appState(), view_};
+    testing::ScriptedPrompts user_;
+    DriveRecord drive_;
+};
+
+/// Lets the results file be written but not be loaded, while it lives.
+class ResultsHeldOpen {
+  public:
+    explicit ResultsHeldOpen(const char* name)
+        : file_(CreateFileA(name, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS, 0,
+                            nullptr)) {}
+
+  private:
+    UniqueFile file_;
+};
+
+// --- the read-only attribute
+
+TEST_F(DiskPart, AWritableDiskIsNotReadOnly) {
+    openBench();
+    drive_.driveNumber = 0;
+    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 1);
+    EXPECT_EQ(drive_.readOnly, 0);
+    EXPECT_THAT(view_.calls(), ElementsAre("redraw drives"));
+}
+
+TEST_F(DiskPart, AReadOnlyDiskIsReadOnly) {
+    openBench();
+    drive_.driveNumber = 1;
+    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 1);
+    EXPECT_EQ(drive_.readOnly, 1);
+}
+
+TEST_F(DiskPart, TheReadOnlyTestLeavesItsScriptAndResults) {
+    openBench();
+    drive_.driveNumber = 1;
+    DP_TestReadOnly(state(), drive_);
+    EXPECT_EQ(readFile("ReadOnlyTest.txt"), "select disk 1\nattributes disk\n");
+    EXPECT_THAT(readFile(kResults), HasSubstr("Read-only"));
+    EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr(R"(command-line="diskpart /s ReadOnlyTest.txt")")));
+}
+
+TEST_F(DiskPart, ResultsWithoutTheReadOnlyLineLeaveTheDiskReadOnly) {
+    openBenchPrinting("There is no disk selected.\\r\\n");
+    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 1);
+    EXPECT_EQ(drive_.readOnly, 1);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPart, AReadOnlyScriptThatCannotBeCreatedIsLogged) {
+    openBench();
+    blockFile("ReadOnlyTest.txt");
+    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 0);
+    EXPECT_EQ(drive_.readOnly, 1);
+    EXPECT_THAT(events(),
+                ElementsAre("ERROR: Could not create DISKPART [ReadOnlyTest.txt] script. Setting READONLY to OFF"));
+    EXPECT_THAT(diskpartRuns(), IsEmpty());
+    EXPECT_THAT(view_.calls(), Not(Contains("redraw drives")));
+}
+
+TEST_F(DiskPart, AReadOnlyTestWithoutDiskPartIsLogged) {
+    openBenchWithoutDiskPart();
+    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 0);
+    EXPECT_EQ(drive_.readOnly, 1);
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("CreateProcess FAILED"),
+                                      "ERROR: Could not BuildDataFile [DISKPART Results.txt]"));
+}
+
+TEST_F(DiskPart, ReadOnlyResultsThatCannotBeLoadedAreLogged) {
+    openBench();
+    const ResultsHeldOpen held(kResults);
+    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 0);
+    EXPECT_EQ(drive_.readOnly, 1);
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("OPEN_WXISTING FAILED"),
+                                      "ERROR: Could not Load File [DISKPART Results.txt] into buffer"));
+}
+
+// --- the mount status
+
+TEST_F(DiskPart, MountingEnabledIsToldAndKept) {
+    openBench();
+    EXPECT_EQ(DP_GetMountStatus(state()), 1001);
+    EXPECT_EQ(state().mountStatus, 1001);
+    EXPECT_EQ(readFile("MountStatusScript.txt"), "automount\n");
+    EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr(R"(command-line="diskpart /s MountStatusScript.txt")")));
+    EXPECT_THAT(readFile(kMountResults), HasSubstr("mounting"));
+    EXPECT_THAT(view_.calls(), ElementsAre("redraw drives"));
+}
+
+TEST_F(DiskPart, MountingDisabledIsToldAndKept) {
+    openBench("{}", false);
+    EXPECT_EQ(DP_GetMountStatus(state()), 1000);
+    EXPECT_EQ(state().mountStatus, 1000);
+}
+
+TEST_F(DiskPart, AnyOtherMountingWordIsNeither) {
+    openBenchPrinting("Automatic mounting of new volumes postponed.\\r\\n");
+    EXPECT_EQ(DP_GetMountStatus(state()), 1002);
+    EXPECT_EQ(state().mountStatus, 1002);
+}
+
+TEST_F(DiskPart, ResultsWithoutAMountingLineAreNeither) {
+    openBenchPrinting("The arguments specified for this command are not valid.\\r\\n");
+    EXPECT_EQ(DP_GetMountStatus(state()), 1002);
+}
+
+TEST_F(DiskPart, AMountStatusScriptThatCannotBeCreatedIsLoggedAndKeepsTheStatus) {
+    openBench();
+    state().mountStatus = kMountingEnabled;
+    blockFile("MountStatusScript.txt");
+    EXPECT_EQ(DP_GetMountStatus(state()), 0);
+    EXPECT_EQ(state().mountStatus, 1001);
+    EXPECT_THAT(
+        events(),
+        ElementsAre("ERROR: Could not create DISKPART [MountStatusScript.txt] script. Setting READONLY to OFF"));
+}
+
+TEST_F(DiskPart, AMountStatusWithoutDiskPartIsLoggedAndKeepsTheStatus) {
+    openBenchWithoutDiskPart();
+    state().mountStatus = kMountingEnabled;
+    EXPECT_EQ(DP_GetMountStatus(state()), 0);
+    EXPECT_EQ(state().mountStatus, 1001);
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("CreateProcess FAILED"),
+                                      "ERROR: Could not BuildDataFile [DISKPART MountResults.txt]"));
+}
+
+TEST_F(DiskPart, MountResultsThatCannotBeLoadedAreLogged) {
+    openBench();
+    const ResultsHeldOpen held(kMountResults);
+    EXPECT_EQ(DP_GetMountStatus(state()), 0);
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("OPEN_WXISTING FAILED"),
+                                      "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer"));
+}
+
+// --- disabling
+
+constexpr const char* kAlreadyDisabled = "Mounting Status is already DISABLED. If not working TRY REBOOTING for "
+                                         "mounting status change to register. Continue DISABLE anyway?";
+constexpr const char* kAlreadyEnabled = "Mounting Status is already ENABLED. If not working TRY REBOOTING for mounting "
+                                        "status change to register. Continue ENABLE anyway?";
+
+TEST_F(DiskPart, DisablingRunsTheScriptAndReportsAtTheNextTick) {
+    openBench();
+    onDisableMounting(state());
+    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3001, 500)));
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_EQ(state().mountStatus, 1000);
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(readFile("DisableMountScript.txt"), "automount disable\nautomount scrub\n");
+    EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr("MountStatusScript.txt"),
+                                            HasSubstr(R"(command-line="diskpart /s DisableMountScript.txt")")));
+
+    user_.expectInform("****** DISABLED ******", "Drive Mounting has been DISABLED",
+                       [this] { EXPECT_THAT(view_.timers(), IsEmpty()); });
+    onMountTimer(state(), 3001);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPart, DisablingIsInProgressUntilTheWorkersResult) {
+    openBench(R"({"delayMilliseconds": 500})");
+    onDisableMounting(state());
+    EXPECT_EQ(state().mountStatus, 1003);
+    onMountTimer(state(), 3001);
+    EXPECT_THAT(user_.shown(), IsEmpty());
+    EXPECT_THAT(view_.timers(), SizeIs(1));
+    awaitWorker();
+    EXPECT_NE(state().mountStatus, 1003);
+}
+
+TEST_F(DiskPart, AJobIsActiveWhileTheWorkerRuns) {
+    openBench(R"({"delayMilliseconds": 500})");
+    onDisableMounting(state());
+    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
+    }
+    EXPECT_EQ(state().jobActive, 1);
+    awaitWorker();
+    EXPECT_EQ(state().jobActive, 0);
+}
+
+TEST_F(DiskPart, DisablingWhatIsDisabledAndAnsweringNoRunsNothing) {
+    openBench("{}", false);
+    user_.expectAsk("***** MOUNTING DISABLED -- REBOOT *****", kAlreadyDisabled, false);
+    onDisableMounting(state());
+    EXPECT_THAT(diskpartRuns(), SizeIs(1)); // the status check alone
+    EXPECT_FALSE(state().worker);
+    EXPECT_THAT(view_.timers(), IsEmpty());
+    EXPECT_EQ(state().mountStatus, 1000);
+    EXPECT_FALSE(std::filesystem::exists("DisableMountScript.txt"));
+}
+
+TEST_F(DiskPart, DisablingWhatIsDisabledAndAnsweringYesRunsAnyway) {
+    openBench("{}", false);
+    user_.expectAsk("***** MOUNTING DISABLED -- REBOOT *****", kAlreadyDisabled, true);
+    onDisableMounting(state());
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_THAT(diskpartRuns(), SizeIs(2));
+    EXPECT_EQ(state().mountStatus, 1000);
+}
+
+TEST_F(DiskPart, DisablingWithAnotherOutcomeSaysSo) {
+    openBenchPrinting("DiskPart successfully scrubbed the mount point settings in the system.\\r\\n\\r\\nAutomatic "
+                      "mounting of new volumes enabled.\\r\\n");
+    EXPECT_EQ(disableMounting(state()), 1U);
+    EXPECT_EQ(state().mountStatus, 1001);
+    user_.expectInform("****** NOT DISABLED ******", "Drive Mounting has NOT been DISABLED");
+    onMountTimer(state(), 3001);
+}
+
+TEST_F(DiskPart, DisablingWithoutAScrubbedLineIsNotDisabled) {
+    openBenchPrinting("Access is denied.\\r\\n");
+    EXPECT_EQ(disableMounting(state()), 1U);
+    EXPECT_EQ(state().mountStatus, 1002);
+    EXPECT_EQ(state().jobActive, 0);
+    user_.expectInform("****** NOT DISABLED ******", "Drive Mounting has NOT been DISABLED");
+    onMountTimer(state(), 3001);
+}
+
+TEST_F(DiskPart, ADisableScriptThatCannotBeCreatedIsLoggedAndNeverReported) {
+    openBench();
+    blockFile("DisableMountScript.txt");
+    onDisableMounting(state());
+    EXPECT_EQ(awaitWorker(), 0U);
+    EXPECT_EQ(state().mountStatus, 1003);
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_THAT(
+        events(),
+        ElementsAre("ERROR: Could not create DISKPART [DisableMountScript.txt] script. Setting READONLY to OFF"));
+    onMountTimer(state(), 3001);
+    onMountTimer(state(), 3001);
+    EXPECT_THAT(user_.shown(), IsEmpty());
+    EXPECT_THAT(view_.timers(), SizeIs(1));
+}
+
+TEST_F(DiskPart, AFailedDisableRunIsLoggedAndLeavesTheStatusAndTheJobAsTheyAre) {
+    openBenchWithoutDiskPart();
+    state().mountStatus = kMountingChanging;
+    EXPECT_EQ(disableMounting(state()), 0U);
+    EXPECT_EQ(state().mountStatus, 1003);
+    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("CreateProcess FAILED"),
+                                      "ERROR: Could not BuildDataFile for [DISKPART MountResults.txt]"));
+}
+
+TEST_F(DiskPart, DisableResultsThatCannotBeLoadedAreLoggedAndLeaveTheStatusAndTheJobAsTheyAre) {
+    openBench();
+    const ResultsHeldOpen held(kMountResults);
+    state().mountStatus = kMountingChanging;
+    EXPECT_EQ(disableMounting(state()), 0U);
+    EXPECT_EQ(state().mountStatus, 1003);
+    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("OPEN_WXISTING FAILED"),
+                                      "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer"));
+}
+
+// --- enabling
+
+TEST_F(DiskPart, EnablingRunsTheScriptAndReports) {
+    openBench("{}", false);
+    onEnableMounting(state());
+    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3000, 500)));
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_EQ(state().mountStatus, 1001);
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(readFile("EnbleMountScript.txt"), "automount enable\nautomount scrub\n");
+    EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr("MountStatusScript.txt"),
+                                            HasSubstr(R"(command-line="diskpart /s EnbleMountScript.txt")")));
+
+    user_.expectInform("****** ENABLED ******", "Drive Mounting has been ENABLED",
+                       [this] { EXPECT_THAT(view_.timers(), IsEmpty()); });
+    onMountTimer(state(), 3000);
+}
+
+TEST_F(DiskPart, TheFirstTickOfEnablingReportsWhateverTheCheckLeft) {
+    openBench(R"({"delayMilliseconds": 500})", false);
+    onEnableMounting(state());
+    EXPECT_EQ(state().mountStatus, 1000); // never "in progress"
+    user_.expectInform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
+    onMountTimer(state(), 3000);
+    EXPECT_THAT(view_.timers(), IsEmpty());
+    awaitWorker();
+    EXPECT_EQ(state().mountStatus, 1001);
+}
+
+TEST_F(DiskPart, TheOutcomeOfEnablingIsAlsoALineOnStandardOutput) {
+    state().mountStatus = kMountingEnabled;
+    user_.expectInform("****** ENABLED ******", "Drive Mounting has been ENABLED");
+    ::testing::internal::CaptureStdout();
+    onMountTimer(state(), 3000);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "Setting ENABLE Complete\n");
+}
+
+TEST_F(DiskPart, EnablingWhatIsEnabledAndAnsweringNoRunsNothing) {
+    openBench();
+    user_.expectAsk("***** MOUNTING ENABLED -- REBOOT *****", kAlreadyEnabled, false);
+    onEnableMounting(state());
+    EXPECT_THAT(diskpartRuns(), SizeIs(1));
+    EXPECT_FALSE(state().worker);
+    EXPECT_THAT(view_.timers(), IsEmpty());
+}
+
+TEST_F(DiskPart, EnablingWhatIsEnabledAndAnsweringYesRunsAnyway) {
+    openBench();
+    user_.expectAsk("***** MOUNTING ENABLED -- REBOOT *****", kAlreadyEnabled, true);
+    onEnableMounting(state());
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_THAT(diskpartRuns(), SizeIs(2));
+}
+
+TEST_F(DiskPart, AnEnableScriptThatCannotBeCreatedIsLogged) {
+    openBench();
+    blockFile("EnbleMountScript.txt");
+    EXPECT_EQ(enableMounting(state()), 0U);
+    EXPECT_THAT(events(),
+                ElementsAre("ERROR: Could not create DISKPART [EnbleMountScript.txt] script. Setting READONLY to OFF"));
+}
+
+TEST_F(DiskPart, OtherTimersAreIgnored) {
+    state().mountStatus = kMountingEnabled;
+    view_.startTimer(42, 100);
+    onMountTimer(state(), 42);
+    EXPECT_THAT(user_.shown(), IsEmpty());
+    EXPECT_THAT(view_.timers(), SizeIs(1));
+}
+
+} // namespace
+} // namespace torvane

@@ -1,0 +1,487 @@
+#include "discovery/scan_job.h"
+
+#include "app/app_state.h"
+#include "tests/component/recording_main_view.h"
+#include "tests/component/scripted_prompts.h"
+#include "tests/component/test_bench.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace torvane {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::IsSubsetOf;
+using ::testing::Not;
+using ::testing::SizeIs;
+using namespace std::chrono_literals;
+
+bool waitFor(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + 30s;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(5ms);
+    }
+    return true;
+}
+
+/// Notes the scan's stage at every status text.
+class StageNotingView : public testing::RecordingMainView {
+  public:
+    void setScanStatus(std::string_view text) override {
+        stages_.push_back(appState().scan.stage);
+        RecordingMainView::setScanStatus(text);
+    }
+    [[nodiscard]] const std::vector<int>& stages() const { return stages_; }
+
+  private:
+    std::vector<int> stages_; // one worker writes them
+};
+
+class ScanJob : public ::testing::Test {
+  protected:
+    ScanJob() { reset(); }
+    ~ScanJob() override { reset(); }
+
+    static AppState& state() { return appState(); }
+    static const DriveRecord& drive(std::size_t slot) { return *state().scan.drives[slot]; }
+
+    static void reset() {
+        state().jobActive = 0;
+        state().shortTestRunning = 0;
+        state().activeDriveChosen = 0;
+        state().activeDrive = nullptr;
+        state().scan.driveLoaderWorking = 0;
+        state().scan.stage = 0;
+        state().scan.driveCount = 0;
+        for (DriveRecordPtr& record : state().scan.drives) {
+            record.reset();
+        }
+    }
+
+    void addDrive(int number, const std::string& bus, const std::string& more = "") {
+        bench_.addDrive(R"({"size": "16 MiB", "number": )" + std::to_string(number) + R"(, "bus": ")" + bus + "\"" +
+                        (more.empty() ? "" : ", " + more) + "}");
+    }
+
+    /// Presses Load Drives and waits until both threads are done with the window.
+    void loadDrivesAndWait() {
+        LoadDrives(state());
+        awaitScan();
+        awaitProgressEnd();
+    }
+    void awaitScan() {
+        ASSERT_TRUE(waitFor([] { return state().scan.driveLoaderWorking == 0; }));
+    }
+    void awaitProgressEnd() {
+        ASSERT_TRUE(waitFor([this] {
+            const auto calls = view_.calls();
+            return std::find(calls.begin(), calls.end(), "hide progress") != calls.end();
+        }));
+    }
+
+    [[nodiscard]] std::vector<std::string> callsStartingWith(const std::vector<std::string>& beginnings) const {
+        std::vector<std::string> found;
+        for (const std::string& call : view_.calls()) {
+            if (std::any_of(beginnings.begin(), beginnings.end(),
+                            [&](const std::string& beginning) { return call.starts_with(beginning); })) {
+                found.push_back(call);
+            }
+        }
+        return found;
+    }
+
+    testing::TestBench bench_;
+    StageNotingView view_;
+    testing::ViewInstalled installed_{appState(), view_};
+    testing::ScriptedPrompts user_;
+};
+
+// --- guards
+
+TEST_F(ScanJob, LoadDrivesWhileAJobRunsDoesNothingAndShowsNothing) {
+    state().jobActive = 1;
+    state().scan.driveLoaderWorking = 1;
+    state().shortTestRunning = 1;
+    state().activeDriveChosen = 1;
+    LoadDrives(state());
+    EXPECT_THAT(view_.calls(), IsEmpty());
+    EXPECT_THAT(user_.shown(), IsEmpty());
+    EXPECT_EQ(state().activeDriveChosen, 1);
+}
+
+TEST_F(ScanJob, LoadDrivesWhileTheLoaderWorksSaysSo) {
+    state().scan.driveLoaderWorking = 1;
+    state().shortTestRunning = 1;
+    user_.expectStop("***** Working *****", "Drive Loader is Working");
+    LoadDrives(state());
+    EXPECT_THAT(view_.calls(), IsEmpty());
+}
+
+TEST_F(ScanJob, LoadDrivesDuringTheShortTestSaysSoAndLeavesTheListAsItWas) {
+    DriveRecord listed;
+    view_.addDriveRow(listed);
+    state().activeDrive = &listed;
+    state().activeDriveChosen = 1;
+    state().shortTestRunning = 1;
+    user_.expectStop("***** Load Drives *****", "Short Test is Running");
+    LoadDrives(state());
+    EXPECT_THAT(view_.driveRows(), ElementsAre(&listed));
+    EXPECT_EQ(state().activeDrive.load(), &listed);
+    EXPECT_EQ(state().activeDriveChosen, 1);
+}
+
+TEST_F(ScanJob, ASecondPressDuringTheScanDoesNothingAndShowsNothing) {
+    addDrive(0, "nvme");
+    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": 500}}})");
+    bench_.open();
+    LoadDrives(state());
+    LoadDrives(state());
+    awaitScan();
+    awaitProgressEnd();
+    EXPECT_THAT(view_.messages("STATUS"),
+                ElementsAre("Beginning Drive Scan", "Drive Scan Completed: [1] Drives Found"));
+}
+
+TEST_F(ScanJob, TerminatingDuringTheScanDoesNotStopItAndTheLoaderStillCountsAsWorking) {
+    addDrive(0, "nvme");
+    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": 500}}})");
+    bench_.open();
+    LoadDrives(state());
+    ASSERT_TRUE(waitFor([] { return state().scan.stage == 2; }));
+    state().jobActive = 0;
+    user_.expectStop("***** Working *****", "Drive Loader is Working");
+    LoadDrives(state());
+    awaitScan();
+    awaitProgressEnd();
+    EXPECT_TRUE(view_.hasLog("STATUS", "Drive Scan Completed: [1] Drives Found"));
+}
+
+// --- Load Drives
+
+TEST_F(ScanJob, LoadDrivesForgetsTheActiveDriveAndTheListBeforeTheScanBegins) {
+    addDrive(0, "nvme");
+    bench_.open();
+    loadDrivesAndWait();
+    state().activeDrive = state().scan.drives[0].get();
+    state().activeDriveChosen = 1;
+
+    LoadDrives(state());
+    EXPECT_EQ(state().activeDrive.load(), nullptr);
+    EXPECT_EQ(state().activeDriveChosen, 0);
+    awaitScan();
+    ASSERT_TRUE(waitFor([this] { return !view_.progressVisible() && state().scan.stage == 5; }));
+    EXPECT_THAT(callsStartingWith({"clear", "delete", "log STATUS", "add drive"}),
+                ElementsAre("clear health panel", "delete drives", "log STATUS: Beginning Drive Scan", HasSubstr("add"),
+                            "log STATUS: Drive Scan Completed: [1] Drives Found", "clear health panel", "delete drives",
+                            "log STATUS: Beginning Drive Scan", HasSubstr("add"),
+                            "log STATUS: Drive Scan Completed: [1] Drives Found"));
+    EXPECT_THAT(view_.driveRows(), ElementsAre(state().scan.drives[0].get()));
+}
+
+TEST_F(ScanJob, ANewScanClosesTheHandlesOfTheLastOne) {
+    addDrive(0, "usb");
+    bench_.open();
+    const auto handlesOpen = [this] {
+        return bench_.log("target=drive:0 request=open result=ok").size() -
+               bench_.log("target=drive:0 request=close").size();
+    };
+    loadDrivesAndWait();
+    EXPECT_EQ(handlesOpen(), 1U);
+    LoadDrives(state());
+    awaitScan();
+    EXPECT_EQ(handlesOpen(), 1U);
+    ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
+}
+
+TEST_F(ScanJob, FiftyScansLeaveAsManyHandlesAsOne) {
+    addDrive(0, "sata", R"("road": "ata")");
+    addDrive(1, "iscsi");
+    addDrive(3, "usb");
+    bench_.describe(R"({"tools": {"diskpart": {"missing": true}}})");
+    bench_.open();
+    const auto scan = [this] {
+        LoadDrives(state());
+        awaitScan();
+    };
+    scan();
+    const DWORD before = testing::openHandleCount();
+    for (int i = 0; i < 50; ++i) {
+        scan();
+    }
+    EXPECT_LE(testing::openHandleCount(), before);
+    EXPECT_EQ(state().scan.driveCount, 2);
+    ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
+}
+
+TEST_F(ScanJob, ScansWithAllToolsLeaveNoHandles) {
+    addDrive(0, "sata", R"("road": "ata")");
+    addDrive(1, "nvme", R"("road": "nvme-query")");
+    testing::TestBench::provideSmartctl();
+    bench_.open();
+    runDriveScan(state());
+    const DWORD before = testing::openHandleCount();
+    for (int i = 0; i < 3; ++i) {
+        runDriveScan(state());
+    }
+    EXPECT_LE(testing::openHandleCount(), before);
+}
+
+// --- the scan
+
+TEST_F(ScanJob, TheStepsComeInTheirOrder) {
+    addDrive(0, "nvme", R"("road": "nvme-query", "identity": {"product": "FIRST"})");
+    addDrive(1, "iscsi");
+    addDrive(2, "usb", R"("identity": {"vendor": "SECOND"})");
+    bench_.open();
+    EXPECT_EQ(runDriveScan(state()), 1U);
+    EXPECT_THAT(callsStartingWith({"log STATUS", "log DIAG", "log FAILURE", "status", "redraw", "add"}),
+                ElementsAre("log STATUS: Beginning Drive Scan", "status Loading Drive Devices",
+                            "status Loading Physical Devices", "redraw drives",
+                            "log FAILURE: Unsupported Bus Type [iSCSI] BUS: [9] for Physical Device [1]",
+                            "log DIAG: USB PHYS [\\\\.\\PhysicalDrive2]", "redraw drives",
+                            "status Loading Logical Devices", "add drive FIRST", "add drive SECOND",
+                            "status Scan Complete", "log STATUS: Drive Scan Completed: [2] Drives Found"));
+    EXPECT_THAT(view_.stages(), ElementsAre(1, 2, 3, 5));
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(state().scan.driveLoaderWorking, 0);
+    EXPECT_EQ(state().scan.stage, 5);
+}
+
+TEST_F(ScanJob, TheFlagsTellOfTheScanUntilItsEnd) {
+    class FlagView : public testing::RecordingMainView {
+      public:
+        void setScanStatus(std::string_view text) override {
+            EXPECT_EQ(appState().jobActive, text == "Scan Complete" ? 0 : 1) << text;
+            EXPECT_EQ(appState().scan.driveLoaderWorking, 1) << text;
+            RecordingMainView::setScanStatus(text);
+        }
+    } view;
+    const testing::ViewInstalled installed(state(), view);
+    bench_.open();
+    state().scan.driveLoaderWorking = 1;
+    runDriveScan(state());
+    EXPECT_EQ(state().scan.driveLoaderWorking, 0);
+    EXPECT_THAT(view.statuses(), SizeIs(4));
+}
+
+TEST_F(ScanJob, AllTwentyNumbersAreProbedAroundAGapInTheNumbering) {
+    addDrive(0, "usb");
+    addDrive(2, "usb");
+    addDrive(19, "usb");
+    addDrive(20, "usb");
+    bench_.open();
+    runDriveScan(state());
+    ASSERT_EQ(state().scan.driveCount, 3);
+    EXPECT_EQ(drive(0).driveNumber, 0);
+    EXPECT_EQ(drive(1).driveNumber, 2);
+    EXPECT_EQ(drive(2).driveNumber, 19);
+    EXPECT_EQ(state().scan.drives[3], nullptr);
+    const auto opensOf = [this](int number) {
+        return bench_.log(R"(request=open path="\\\\.\\PhysicalDrive)" + std::to_string(number) + "\"");
+    };
+    for (int number = 0; number < 20; ++number) {
+        EXPECT_THAT(opensOf(number), Not(IsEmpty())) << number;
+    }
+    EXPECT_THAT(opensOf(20), IsEmpty());
+    EXPECT_EQ(view_.logRows().back().message, "Drive Scan Completed: [3] Drives Found");
+}
+
+TEST_F(ScanJob, WithDrivesZeroAndTwoTheTableIsCompactAndTheLastRowSaysTwo) {
+    addDrive(0, "nvme");
+    addDrive(2, "nvme");
+    bench_.open();
+    runDriveScan(state());
+    ASSERT_EQ(state().scan.driveCount, 2);
+    EXPECT_EQ(drive(0).driveNumber, 0);
+    EXPECT_EQ(drive(1).driveNumber, 2);
+    EXPECT_EQ(view_.logRows().back().category, "STATUS");
+    EXPECT_EQ(view_.logRows().back().message, "Drive Scan Completed: [2] Drives Found");
+}
+
+TEST_F(ScanJob, WithoutAnyDriveTheScanCompletesWithZero) {
+    bench_.open();
+    EXPECT_EQ(runDriveScan(state()), 1U);
+    EXPECT_EQ(state().scan.driveCount, 0);
+    EXPECT_THAT(view_.driveRows(), IsEmpty());
+    EXPECT_EQ(view_.logRows().back().message, "Drive Scan Completed: [0] Drives Found");
+}
+
+TEST_F(ScanJob, DrivesThatCannotBeOpenedOrDescribedAreSkipped) {
+    addDrive(0, "nvme", R"("faults": {"open": "ERROR_ACCESS_DENIED"})");
+    addDrive(1, "nvme",
+             R"("faults": {"requests": [{"request": "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX",
+                                                    "error": "ERROR_DEVICE_NOT_CONNECTED"}]})");
+    addDrive(2, "nvme");
+    bench_.open();
+    runDriveScan(state());
+    ASSERT_EQ(state().scan.driveCount, 1);
+    EXPECT_EQ(drive(0).driveNumber, 2);
+}
+
+TEST_F(ScanJob, FailingToolsAreLoggedAndTheScanGoesOn) {
+    addDrive(0, "nvme");
+    addDrive(1, "nvme");
+    bench_.describe(R"({"tools": {"diskpart": {"missing": true}}})");
+    bench_.open(); // and no smartctl.exe anywhere
+    EXPECT_EQ(runDriveScan(state()), 1U);
+    EXPECT_EQ(state().scan.driveCount, 2);
+    EXPECT_TRUE(view_.hasLog("INVALID", "Could not build [Drive Data File.txt]"));
+    EXPECT_TRUE(view_.hasLog("ERROR", "Could not load SMART [PHYS0.txt] File for Processing"));
+    EXPECT_TRUE(view_.hasLog("ERROR", "Could not load SMART [PHYS1.txt] File for Processing"));
+    EXPECT_TRUE(view_.hasLog("ERROR", "Could not BuildDataFile [DISKPART Results.txt]"));
+    EXPECT_TRUE(view_.hasLog("STATUS", "Drive Scan Completed: [2] Drives Found"));
+}
+
+TEST_F(ScanJob, EveryDriveGetsItsMonitoringDataItsReadOnlyStateAndItsVolumes) {
+    addDrive(0, "sata",
+             R"("road": "ata", "ata": {"model": "SATA DISK", "serial": "S1",
+                "smart": {"attributes": [{"id": 9, "raw": 8123}, {"id": 5, "raw": 7}]}},
+                "volumes": [{"letter": "C", "extents": [{"offset": "1 MiB", "length": "8 MiB"}]}])");
+    addDrive(1, "nvme", R"("road": "nvme-query", "readOnly": true, "nvme": {"health": {"percentageUsed": 3}})");
+    testing::TestBench::provideSmartctl();
+    bench_.open();
+    runDriveScan(state());
+    ASSERT_EQ(state().scan.driveCount, 2);
+    EXPECT_EQ(drive(0).smartLoaded, 1);
+    EXPECT_EQ(drive(0).powerOnHours, 8123);
+    EXPECT_EQ(drive(0).reallocatedSectors, 7);
+    EXPECT_EQ(drive(0).nvme.percentageUsed, -1);
+    EXPECT_EQ(drive(0).readOnly, 0);
+    EXPECT_EQ(drive(0).systemDrive, 1);
+    EXPECT_EQ(drive(1).nvme.percentageUsed, 3);
+    EXPECT_EQ(drive(1).readOnly, 1);
+    EXPECT_EQ(drive(1).systemDrive, 0);
+    EXPECT_EQ(state().scan.volumes.count, 1);
+}
+
+TEST_F(ScanJob, TheStageIsNeverFour) {
+    addDrive(0, "nvme");
+    bench_.open();
+    std::atomic<bool> done{false};
+    std::set<int> seen;
+    std::thread watcher([&] {
+        while (!done) {
+            seen.insert(state().scan.stage);
+        }
+    });
+    runDriveScan(state());
+    done = true;
+    watcher.join();
+    EXPECT_THAT(seen, IsSubsetOf({0, 1, 2, 3, 5}));
+    EXPECT_THAT(seen, Contains(2));
+}
+
+// --- progress
+
+/// Time that passes only while somebody sleeps.
+class SleptClock {
+  public:
+    [[nodiscard]] ScanClock clock() {
+        return {.seconds = [this] { return milliseconds_ / 1000; },
+                .sleep =
+                    [this](std::uint32_t milliseconds) {
+                        milliseconds_ += milliseconds;
+                        if (atEachSleep) {
+                            atEachSleep(milliseconds_ - kStart);
+                        }
+                    }};
+    }
+    [[nodiscard]] std::int64_t elapsed() const { return milliseconds_ - kStart; }
+
+    std::function<void(std::int64_t elapsedMilliseconds)> atEachSleep;
+
+  private:
+    static constexpr std::int64_t kStart = 1000000;
+    std::int64_t milliseconds_ = kStart;
+};
+
+TEST_F(ScanJob, ProgressShowsTheStageOnceASecondAndHidesTwoSecondsAfterTheLast) {
+    SleptClock time;
+    std::int64_t completeShownAt = 0;
+    time.atEachSleep = [&](std::int64_t elapsed) {
+        state().scan.stage = elapsed < 2500 ? 1 : elapsed < 4500 ? 3 : 5;
+        if (completeShownAt == 0 && view_.progress().back() == 5) {
+            completeShownAt = elapsed;
+        }
+    };
+    EXPECT_EQ(runScanProgress(state(), time.clock()), 1U);
+    EXPECT_THAT(view_.calls(), ElementsAre("show progress 0..5", "progress 1", "progress 1", "progress 3", "progress 3",
+                                           "progress 5", "hide progress"));
+    EXPECT_FALSE(view_.progressVisible());
+    EXPECT_GE(time.elapsed(), 5000 + 2000);
+    EXPECT_LT(time.elapsed(), 5000 + 2000 + 100);
+}
+
+TEST_F(ScanJob, ProgressIsHiddenAfterAMinuteAtItsLastStageWhileTheScanRunsOn) {
+    SleptClock time;
+    state().scan.stage = 2;
+    runScanProgress(state(), time.clock());
+    EXPECT_THAT(callsStartingWith({"progress"}), AllOf(SizeIs(60), Each("progress 2")));
+    EXPECT_EQ(view_.calls().back(), "hide progress");
+    EXPECT_GE(time.elapsed(), 62000);
+    EXPECT_LT(time.elapsed(), 62100);
+}
+
+TEST_F(ScanJob, ProgressOfALaterScanIsLeftAlone) {
+    SleptClock time;
+    state().scan.stage = 2;
+    time.atEachSleep = [](std::int64_t elapsed) {
+        if (elapsed == 3000) {
+            ++state().scan.scanNumber;
+        }
+    };
+    runScanProgress(state(), time.clock());
+    EXPECT_THAT(view_.calls(), Not(Contains("hide progress")));
+    EXPECT_THAT(callsStartingWith({"progress"}), AllOf(Not(IsEmpty()), Each("progress 2")));
+    EXPECT_LT(time.elapsed(), 6000);
+}
+
+TEST_F(ScanJob, TheBarMovesFromThreeToFiveInARealScan) {
+    addDrive(0, "nvme");
+    bench_.open();
+    loadDrivesAndWait();
+    EXPECT_EQ(view_.progressMaximum(), 5);
+    EXPECT_EQ(view_.progress().front(), 0);
+    EXPECT_EQ(view_.progress().back(), 5);
+    EXPECT_THAT(view_.progress(), Not(Contains(4)));
+    EXPECT_FALSE(view_.progressVisible());
+}
+
+TEST_F(ScanJob, TheStageOfAFastWorkerIsNotOverwritten) {
+    bench_.open();
+    LoadDrives(state());
+    awaitScan();
+    EXPECT_EQ(state().scan.stage, 5);
+    awaitProgressEnd();
+    EXPECT_EQ(state().scan.stage, 5);
+}
+
+TEST(SystemScanClock, CountsWholeSecondsWhileItSleeps) {
+    const ScanClock clock = systemScanClock();
+    const std::int64_t before = clock.seconds();
+    clock.sleep(1100);
+    EXPECT_GE(clock.seconds(), before + 1);
+    EXPECT_LE(clock.seconds(), before + 5);
+}
+
+} // namespace
+} // namespace torvane

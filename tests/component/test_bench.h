@@ -1,0 +1,77 @@
+#pragma once
+
+#include "tests/component/scratch_folder.h"
+#include "workbench/bench_client.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace torvane::testing {
+
+/// A bench of the test's own in a folder of its own, which is also the current folder. Describe it, then open it; it
+/// ends with the scope.
+///
+///     TestBench bench;
+///     bench.addDrive(R"({"number": 1, "bus": "usb", "size": "64 MiB"})");
+///     bench.open();
+class TestBench {
+  public:
+    TestBench() { std::filesystem::create_directories(benchFolder() / "drives"); }
+
+    /// A drive's description in JSON.
+    void addDrive(std::string_view json) {
+        writeFile((benchFolder() / "drives" / (std::to_string(++drives_) + ".json")).string(), json);
+    }
+    /// The description of the bench itself in JSON.
+    void describe(std::string_view json) { writeFile((benchFolder() / "bench.json").string(), json); }
+
+    /// Places the real smartctl.exe in the current folder, where the system looks for programs.
+    static void provideSmartctl() {
+        std::error_code error;
+        std::filesystem::copy_file(TORVANE_PACKAGE_FOLDER "/smartctl.exe", "smartctl.exe", error);
+        ASSERT_FALSE(error) << error.message();
+    }
+
+    void open() {
+        if (!std::filesystem::exists(benchFolder() / "bench.json")) {
+            describe("{}");
+        }
+        ASSERT_EQ(bench_.open(benchFolder()), "");
+    }
+
+    /// The log's lines that have every one of the blank-separated `fields`, oldest first. A field that ends in ':' or
+    /// '=' stands for all that begin so.
+    [[nodiscard]] std::vector<std::string> log(const std::string& fields = "") const {
+        std::vector<std::string> lines = bench_.logLines();
+        std::istringstream words(fields);
+        for (std::string field; words >> field;) {
+            const bool beginning = field.ends_with(':') || field.ends_with('=');
+            const std::string wanted = " " + field + (beginning ? "" : " ");
+            std::erase_if(lines,
+                          [&](const std::string& line) { return (line + " ").find(wanted) == std::string::npos; });
+        }
+        return lines;
+    }
+
+  private:
+    [[nodiscard]] std::filesystem::path benchFolder() const { return folder_.path() / "bench"; }
+
+    ScratchFolder folder_;
+    bench::Bench bench_;
+    int drives_ = 0;
+};
+
+/// Handles that this process holds.
+[[nodiscard]] inline DWORD openHandleCount() {
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
+}
+
+} // namespace torvane::testing
