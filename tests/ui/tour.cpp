@@ -18,6 +18,7 @@ namespace {
 
 /// What the steps work with.
 struct Tour {
+    const Program& program;
     TorvaneWindow torvane;
     std::string picturesFolder;
 };
@@ -29,7 +30,16 @@ struct Step {
     void (*run)(Tour&);
 };
 
-void lookAtTheWindow(Tour&) {}
+void readTheTutorial(Tour& tour) {
+    tour.program.awaitDialog().awaitPainted();
+}
+
+void closeTheTutorial(Tour& tour) {
+    constexpr int kContinue = 1021;
+    const Window tutorial = tour.program.awaitDialog();
+    press(tutorial.child(kContinue));
+    await("the tutorial has closed", [&] { return !tutorial.exists(); });
+}
 
 void loadTheDrives(Tour& tour) {
     tour.torvane.loadDrives();
@@ -51,7 +61,8 @@ void openTheLog(Tour& tour) {
 
 // A later command of the program joins the tour by one line here.
 constexpr Step kSteps[] = {
-    {"1-start.png", "Torvane has started; no drive is known yet", lookAtTheWindow},
+    {"0-tutorial.png", "the tutorial greets a new user, until it is told not to", readTheTutorial},
+    {"1-start.png", "Torvane has started; no drive is known yet", closeTheTutorial},
     {"2-drives.png", "Load Drives has listed the drives of the bench", loadTheDrives},
     {"3-active-drive.png", "a click has made the first drive the active one; its check box is ticked", pickADrive},
     {"4-log.png", "the log panel tells what the scan met", openTheLog},
@@ -61,7 +72,12 @@ void takePicture(const Tour& tour, const Step& step) {
     const Window& window = tour.torvane.window();
     parkMouse();
     window.awaitPainted();
-    Picture::ofScreen(window.rect()).save(tour.picturesFolder + "/" + step.picture);
+    RECT shown = window.rect();
+    if (const auto dialog = tour.program.dialog()) {
+        const RECT front = dialog->rect();
+        UnionRect(&shown, &shown, &front);
+    }
+    Picture::ofScreen(shown).save(tour.picturesFolder + "/" + step.picture);
     std::printf("    %-20s %s\n", step.picture, step.description);
     std::fflush(stdout);
 }
@@ -72,7 +88,7 @@ void takeTour(const Launch& launch, const std::string& picturesFolder) {
     if (!program.mainWindow().exists()) {
         throw Failure("no main window: " + program.obituary() + "\n" + describeWindows(program.processId()));
     }
-    Tour tour{TorvaneWindow(program), picturesFolder};
+    Tour tour{program, TorvaneWindow(program), picturesFolder};
     for (const Step& step : kSteps) {
         try {
             step.run(tour);

@@ -126,7 +126,8 @@ void Program::startLauncher() {
 void Program::awaitMainWindow() {
     await(
         "a window of the program is there", [&] { return findMainWindow() || dialog() || !running(); }, kStartPatience);
-    if (mainWindow_.exists()) {
+    // A dialog may have come up together with the main window.
+    if (findMainWindow()) {
         mainWindow_.awaitPainted();
     }
 }
@@ -214,6 +215,19 @@ MessageBoxWindow Program::awaitBox(std::chrono::milliseconds limit) const {
     // Its controls appear a moment after the box itself.
     await("the window is a message box: " + window.describe(), [&] { return MessageBoxWindow::isOne(window); });
     return MessageBoxWindow(window);
+}
+
+MessageBoxWindow Program::awaitBoxOver(const Window& dialog) const {
+    Window box;
+    await("a box opens over " + dialog.describe(), [&] {
+        for (const Window& window : topLevelWindows(processId_)) {
+            if (isDialog(window) && !(window == dialog) && !isMainWindow(window) && MessageBoxWindow::isOne(window)) {
+                box = window;
+            }
+        }
+        return box.exists();
+    });
+    return MessageBoxWindow(box);
 }
 
 void Program::runLauncher(const std::wstring& option, int drive) const {

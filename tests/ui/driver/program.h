@@ -48,6 +48,8 @@ class Program {
     [[nodiscard]] std::optional<Window> dialog() const;
     [[nodiscard]] Window awaitDialog(std::chrono::milliseconds limit = kPatience) const;
     [[nodiscard]] MessageBoxWindow awaitBox(std::chrono::milliseconds limit = kPatience) const;
+    /// The message box in front of an open dialog.
+    [[nodiscard]] MessageBoxWindow awaitBoxOver(const Window& dialog) const;
 
     /// Makes a drive of the bench vanish, or brings it back.
     void unplug(int drive) const;

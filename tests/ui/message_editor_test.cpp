@@ -1,0 +1,179 @@
+#include "tests/ui/driver/input.h"
+#include "tests/ui/ui_test.h"
+
+#include <cstdint>
+#include <fstream>
+#include <iterator>
+
+namespace torvane::driver {
+namespace {
+
+constexpr int kChoice = 1003;
+constexpr int kText = 1004;
+constexpr int kUpdate = 32782;
+constexpr int kExitEditor = 32781;
+constexpr int kEditMessages = 32; // in the system menu
+constexpr std::size_t kRecordBytes = 4168;
+
+class MessageEditorTest : public UiTest {
+  protected:
+    void SetUp() override {
+        UiTest::SetUp();
+        restart(smallBench());
+    }
+
+    [[nodiscard]] std::filesystem::path messageFile() const { return program().folder() / "Message.db"; }
+    [[nodiscard]] std::string fileBytes() const {
+        std::ifstream file(messageFile(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    /// The text of a record in the file.
+    [[nodiscard]] std::string savedText(std::size_t record) const {
+        return fileBytes().substr(record * kRecordBytes + 8, kRecordBytes - 8).c_str();
+    }
+
+    [[nodiscard]] Window openEditor() const {
+        torvane().window().post(WM_SYSCOMMAND, kEditMessages);
+        const Window editor = program().awaitDialog();
+        EXPECT_EQ(editor.text(), "Edit Messages");
+        bringToFront(editor);
+        return editor;
+    }
+
+    /// Chooses the next message as the keyboard does.
+    static void chooseNext(const Window& editor) {
+        const Window choice = editor.child(kChoice);
+        clickAt(choice, centre(choice.rect()));
+        pressKey(choice, VK_DOWN);
+        pressKey(choice, VK_RETURN);
+    }
+
+    /// Types "x" at the start of the text.
+    static void typeX(const Window& editor) {
+        const RECT area = editor.child(kText).clientRect();
+        clickAt(editor.child(kText), {area.left + 40, area.bottom - 10});
+        pressKey(editor.child(kText), VK_HOME, VK_CONTROL);
+        pressKey(editor.child(kText), 'X');
+        await("the text begins with what was typed", [&] { return editor.child(kText).text().starts_with('x'); });
+    }
+
+    static void choose(const Window& editor, int menuItem) { editor.post(WM_COMMAND, static_cast<WPARAM>(menuItem)); }
+
+    static void awaitClosed(const Window& editor) {
+        await("the editor has closed", [&] { return !editor.exists(); });
+    }
+};
+
+TEST_F(MessageEditorTest, StandsInTheSystemMenuUnderAbout) {
+    bringToFront(torvane().window());
+    pressKey(torvane().window(), VK_SPACE, VK_MENU);
+    pressKey(torvane().window(), VK_UP);
+    pressKey(torvane().window(), VK_RETURN);
+    EXPECT_EQ(program().awaitDialog().text(), "Edit Messages") << "the last item";
+}
+
+TEST_F(MessageEditorTest, ListsEveryMessageAndShowsTheChosenOne) {
+    const Window editor = openEditor();
+    EXPECT_EQ(editor.child(kChoice).send(CB_GETCOUNT), 4);
+    EXPECT_EQ(editor.child(kChoice).text(), "Level 0, green lamp");
+    EXPECT_EQ(editor.child(kText).text(), savedText(0));
+    chooseNext(editor);
+    EXPECT_EQ(editor.child(kChoice).text(), "Level 1, blue lamp");
+    EXPECT_EQ(editor.child(kText).text(), savedText(1));
+}
+
+TEST_F(MessageEditorTest, UpdateWritesEveryEditedMessageAndNothingElse) {
+    const std::string before = fileBytes();
+    const Window editor = openEditor();
+    typeX(editor);
+    chooseNext(editor);
+    typeX(editor);
+    choose(editor, kUpdate);
+    const MessageBoxWindow box = program().awaitBoxOver(editor);
+    EXPECT_EQ(box.caption(), "***** MESSAGE FILE SAVED *****");
+    box.answer("OK");
+    std::string expected = before;
+    for (const std::size_t record : {0U, 1U}) {
+        const std::string text = "x" + std::string(before.substr(record * kRecordBytes + 8).c_str());
+        expected.replace(record * kRecordBytes + 8, text.size(), text);
+    }
+    EXPECT_EQ(fileBytes(), expected);
+    EXPECT_FALSE(std::filesystem::exists(program().folder() / "Message.db.new"));
+    choose(editor, kExitEditor);
+    awaitClosed(editor);
+
+    const Window again = openEditor();
+    EXPECT_EQ(again.child(kText).text(), savedText(0)) << "the program works on what was saved";
+}
+
+TEST_F(MessageEditorTest, ExitAsksBeforeItDropsChanges) {
+    const std::string before = fileBytes();
+    const Window editor = openEditor();
+    typeX(editor);
+    choose(editor, kExitEditor);
+    program().awaitBoxOver(editor).answer("No");
+    EXPECT_EQ(editor.child(kText).text(), "x" + savedText(0)) << "nothing is lost by a No";
+    choose(editor, kExitEditor);
+    program().awaitBoxOver(editor).answer("Yes");
+    awaitClosed(editor);
+    EXPECT_EQ(fileBytes(), before);
+    EXPECT_EQ(openEditor().child(kText).text(), savedText(0)) << "dropped changes are gone";
+}
+
+TEST_F(MessageEditorTest, ExitWithoutChangesAsksNothing) {
+    const Window editor = openEditor();
+    chooseNext(editor);
+    pressKey(editor, VK_ESCAPE);
+    awaitClosed(editor);
+    expectNoBox();
+}
+
+TEST_F(MessageEditorTest, AFileThatCannotBeWrittenIsToldAndChangesNothing) {
+    const std::string before = fileBytes();
+    const Window editor = openEditor();
+    typeX(editor);
+    {
+        const HANDLE held = CreateFileW(messageFile().c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        nullptr, OPEN_EXISTING, 0, nullptr);
+        ASSERT_NE(held, INVALID_HANDLE_VALUE);
+        choose(editor, kUpdate);
+        const MessageBoxWindow box = program().awaitBoxOver(editor);
+        EXPECT_EQ(box.caption(), "***** ERROR ON MESSAGE FILE SAVE *****");
+        EXPECT_EQ(box.icon(), BoxIcon::kStop);
+        box.answer("OK");
+        CloseHandle(held);
+    }
+    EXPECT_EQ(fileBytes(), before);
+    EXPECT_EQ(torvane().log().back().message, "Could not SAVE message file");
+    EXPECT_EQ(editor.child(kText).text(), "x" + savedText(0)) << "what was typed is still there";
+}
+
+class MessageEditorDuringJobTest : public UiTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override { return slowBench(1000); }
+
+    /// Chooses the last item of the system menu, and leaves the menu if it is still open.
+    void chooseLastSystemMenuItem() const {
+        const Window window = torvane().window();
+        bringToFront(window);
+        pressKey(window, VK_SPACE, VK_MENU);
+        pressKey(window, VK_UP);
+        pressKey(window, VK_RETURN);
+    }
+};
+
+TEST_F(MessageEditorDuringJobTest, IsNotOffered) {
+    torvane().startLoading();
+    chooseLastSystemMenuItem();
+    expectNoBox();
+    // Nor does the command itself open it, however it comes.
+    torvane().window().post(WM_SYSCOMMAND, kEditMessages);
+    torvane().window().settle();
+    expectNoBox();
+    torvane().awaitLoaded();
+    chooseLastSystemMenuItem();
+    EXPECT_EQ(program().awaitDialog().text(), "Edit Messages") << "after the job";
+}
+
+} // namespace
+} // namespace torvane::driver

@@ -1,0 +1,132 @@
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
+#include "tests/ui/ui_test.h"
+
+#include <fstream>
+#include <iterator>
+
+namespace torvane::driver {
+namespace {
+
+constexpr int kPrevent = 1019;
+constexpr int kContinue = 1021;
+constexpr int kPictureWidth = 640;
+constexpr int kPictureHeight = 420;
+
+const std::string kShown("\1\0\0\0", 4);
+const std::string kHidden("\0\0\0\0", 4);
+
+/// Each test starts the program itself: the tutorial is part of the start.
+class TutorialTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        launch_ =
+            freshRun(std::string("TutorialTest.") + ::testing::UnitTest::GetInstance()->current_test_info()->name(),
+                     smallBench());
+        std::filesystem::remove(flagFile());
+    }
+
+    [[nodiscard]] std::filesystem::path flagFile() const { return launch_.program.parent_path() / "TutorialData.db"; }
+    [[nodiscard]] std::string flag() const {
+        std::ifstream file(flagFile(), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void setFlag(const std::string& bytes) const { std::ofstream(flagFile(), std::ios::binary) << bytes; }
+
+    static void awaitClosed(const Program& program, const Window& tutorial) {
+        await("the tutorial has closed", [&] { return !tutorial.exists(); });
+        await("the main window takes input", [&] { return program.mainWindow().enabled(); });
+    }
+
+    Launch launch_;
+};
+
+TEST_F(TutorialTest, ShowsAtTheFirstStartAndLeavesItsFlag) {
+    const Program program(launch_);
+    const Window tutorial = program.awaitDialog();
+    EXPECT_EQ(flag(), kShown);
+    EXPECT_EQ(tutorial.child(kPrevent).text(), "&Prevent this tutorial from reappearing");
+    EXPECT_EQ(tutorial.child(kContinue).text(), "&Continue");
+    EXPECT_TRUE(program.mainWindow().visible()) << "what the tutorial explains";
+    EXPECT_FALSE(program.mainWindow().enabled());
+    press(tutorial.child(kContinue));
+    awaitClosed(program, tutorial);
+    EXPECT_EQ(flag(), kShown);
+}
+
+TEST_F(TutorialTest, StandsRightOfTheScreensMiddle) {
+    const Program program(launch_);
+    const Window tutorial = program.awaitDialog();
+    const RECT rect = tutorial.rect();
+    EXPECT_EQ(rect.left, (GetSystemMetrics(SM_CXSCREEN) - width(rect)) / 2 + 40);
+    EXPECT_EQ(rect.top, (GetSystemMetrics(SM_CYSCREEN) - height(rect)) / 2);
+}
+
+TEST_F(TutorialTest, IsFilledByItsPictureAboveTheControls) {
+    const Program program(launch_);
+    const Window tutorial = program.awaitDialog();
+    parkMouse();
+    tutorial.awaitPainted();
+    const RECT area = tutorial.clientRect();
+    EXPECT_EQ(width(area), kPictureWidth);
+    const Picture headline = Picture::ofScreen({area.left, area.top, area.right, area.top + 48});
+    EXPECT_LT(headline.count(RGB(218, 223, 234)), 100) << "the picture's dark headline is missing";
+    for (const int control : {kPrevent, kContinue}) {
+        const RECT place = tutorial.child(control).rect();
+        EXPECT_TRUE(inside(place, area)) << control;
+        EXPECT_GE(place.top, area.top + kPictureHeight) << control << " covers the picture";
+    }
+}
+
+TEST_F(TutorialTest, TickedAwayItNeverComesBack) {
+    {
+        const Program program(launch_);
+        const Window tutorial = program.awaitDialog();
+        press(tutorial.child(kPrevent));
+        press(tutorial.child(kContinue));
+        awaitClosed(program, tutorial);
+        EXPECT_EQ(flag(), kHidden);
+    }
+    const Program again(launch_);
+    ASSERT_TRUE(again.mainWindow().exists()) << again.obituary();
+    again.mainWindow().settle();
+    EXPECT_FALSE(again.dialog()) << again.dialog()->describe();
+    EXPECT_EQ(flag(), kHidden);
+}
+
+TEST_F(TutorialTest, ShowsAgainWhenItWasOnlyClosed) {
+    setFlag(kShown);
+    {
+        const Program program(launch_);
+        const Window tutorial = program.awaitDialog();
+        press(tutorial.child(kPrevent));
+        bringToFront(tutorial);
+        pressKey(tutorial, VK_ESCAPE);
+        awaitClosed(program, tutorial);
+        EXPECT_EQ(flag(), kShown) << "Escape decides nothing";
+    }
+    const Program again(launch_);
+    EXPECT_TRUE(again.awaitDialog().hasChild(kContinue));
+}
+
+TEST_F(TutorialTest, EnterContinues) {
+    const Program program(launch_);
+    const Window tutorial = program.awaitDialog();
+    bringToFront(tutorial);
+    EXPECT_EQ(focused(tutorial).id(), kContinue);
+    pressKey(tutorial, VK_RETURN);
+    awaitClosed(program, tutorial);
+}
+
+TEST_F(TutorialTest, KeepsShowingWhenItsFileCannotBeWritten) {
+    std::filesystem::create_directory(flagFile());
+    const Program program(launch_);
+    const Window tutorial = program.awaitDialog();
+    press(tutorial.child(kPrevent));
+    press(tutorial.child(kContinue));
+    awaitClosed(program, tutorial);
+    EXPECT_FALSE(program.dialog()) << "an unwritable flag is no reason for a box";
+}
+
+} // namespace
+} // namespace torvane::driver
