@@ -1,0 +1,205 @@
+// Random fault scripts through the jobs, with their threads, and through a plain sequential model: nobody may be able
+// to tell the two apart. TORVANE_COPY_SCRIPTS sets how many scripts, TORVANE_COPY_FIRST_SCRIPT the first one's seed.
+
+#include "tests/unit/copy_model/scripted_system.h"
+#include "tests/unit/copy_model/sequential_model.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <set>
+
+namespace torvane {
+namespace {
+
+using testing::Script;
+using testing::ScriptedJob;
+using testing::ScriptedSystem;
+using testing::ScriptMaker;
+using testing::SequentialModel;
+using testing::StopAt;
+using testing::World;
+
+std::uint64_t fromEnvironment(const char* name, std::uint64_t otherwise) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? otherwise : std::strtoull(value, nullptr, 10);
+}
+
+std::uint64_t scriptCount() {
+    return fromEnvironment("TORVANE_COPY_SCRIPTS", 2000);
+}
+
+std::uint64_t firstSeed() {
+    return fromEnvironment("TORVANE_COPY_FIRST_SCRIPT", 1);
+}
+
+std::string asText(const std::map<std::string, int>& openFiles) {
+    std::string text;
+    for (const auto& [name, count] : openFiles) {
+        text += count == 0 ? "" : name + " " + std::to_string(count) + ", ";
+    }
+    return text;
+}
+
+std::string asText(const std::vector<std::int64_t>& numbers) {
+    std::string text;
+    for (const std::int64_t number : numbers) {
+        text += std::to_string(number) + ", ";
+    }
+    return text;
+}
+
+/// What the job left behind that differs from what the model left; empty when nothing does.
+std::string differences(const World& world, const World& model) {
+    std::string found;
+    const auto compare = [&](const char* what, const std::string& value, const std::string& expected) {
+        if (value != expected) {
+            found += std::string(what) + ": " + value + "\n    expected: " + expected + "\n";
+        }
+    };
+    const auto compareNumbers = [&](const char* what, std::int64_t value, std::int64_t expected) {
+        compare(what, std::to_string(value), std::to_string(expected));
+    };
+    const std::size_t events = std::max(world.seen.size(), model.seen.size());
+    for (std::size_t i = 0; i < events && found.empty(); ++i) {
+        compare("event", i < world.seen.size() ? world.seen[i] : "nothing",
+                i < model.seen.size() ? model.seen[i] : "nothing");
+    }
+    compareNumbers("right bytes on the destination", world.destinationBytes == model.destinationBytes ? 1 : 0, 1);
+    compareNumbers("right bytes on the source", world.sourceBytes == model.sourceBytes ? 1 : 0, 1);
+    compareNumbers("right files", world.files == model.files ? 1 : 0, 1);
+    compare("open files", asText(world.openFiles), asText(model.openFiles));
+    compare("chase points", asText(world.chasePoints), asText(model.chasePoints));
+    compareNumbers("bad reads", static_cast<std::int64_t>(world.source.badReadCount),
+                   static_cast<std::int64_t>(model.source.badReadCount));
+    compareNumbers("write errors", static_cast<std::int64_t>(world.destination.writeErrorCount),
+                   static_cast<std::int64_t>(model.destination.writeErrorCount));
+    compareNumbers("writes", static_cast<std::int64_t>(world.writesBegun),
+                   static_cast<std::int64_t>(model.writesBegun));
+    compareNumbers("hashes", static_cast<std::int64_t>(world.hashCalls), static_cast<std::int64_t>(model.hashCalls));
+    compareNumbers("image counter", world.imageNumber, model.imageNumber);
+    compareNumbers("running", world.words.running, model.words.running);
+    compareNumbers("failed", world.words.failed, model.words.failed);
+    compareNumbers("succeeded", world.words.succeeded, model.words.succeeded);
+    compareNumbers("explosion frame", world.words.explosionFrame, model.words.explosionFrame);
+    compareNumbers("car x", world.words.carX, model.words.carX);
+    compareNumbers("car y", world.words.carY, model.words.carY);
+    compareNumbers("animation blocks", world.words.animationBlocks, model.words.animationBlocks);
+    return found;
+}
+
+/// Runs the script's job in `world`. The images that it leaves open stay so as long as the result lives.
+std::unique_ptr<ScriptedSystem> runJob(World& world, std::uint32_t& exitCode) {
+    auto system = std::make_unique<ScriptedSystem>(world);
+    exitCode = system->run();
+    return system;
+}
+
+TEST(CopyEngine, CannotBeToldFromOneThreadInTurn) {
+    for (std::uint64_t seed = firstSeed(); seed < firstSeed() + scriptCount(); ++seed) {
+        const Script script = ScriptMaker(seed).make();
+        SCOPED_TRACE(::testing::Message() << script);
+        World world(script);
+        World model(script);
+        std::uint32_t exitCode = 0;
+        const auto system = runJob(world, exitCode);
+        EXPECT_EQ(exitCode, SequentialModel(model).run());
+        EXPECT_EQ(differences(world, model), "");
+        if (::testing::Test::HasFailure()) {
+            return;
+        }
+    }
+}
+
+/// True when one thread in turn could have shown what `world` saw, had it been stopped at some moment.
+bool couldBeOneThreadInTurn(const World& world) {
+    for (const StopAt when : {StopAt::kRead, StopAt::kWrite, StopAt::kEvent}) {
+        for (std::uint64_t number = 0; number <= world.seen.size(); ++number) {
+            Script script = world.script;
+            script.stopAt = when;
+            script.stopNumber = number;
+            World model(script);
+            SequentialModel(model).run();
+            if (differences(world, model).empty()) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// A read that runs ahead belongs to a later block than the one in the job's hands, so the stop takes effect at whatever
+// block the job has reached; but it does so cleanly.
+TEST(CopyEngine, StopsCleanlyWhileItReadsAhead) {
+    for (std::uint64_t seed = firstSeed(); seed < firstSeed() + scriptCount() / 10; ++seed) {
+        Script script = ScriptMaker(seed).make();
+        if (script.job == ScriptedJob::kImageToDrive) {
+            continue; // reads no drive
+        }
+        script.stopAt = StopAt::kRead;
+        script.stopNumber %= 12;
+        script.noProvider = {};
+        SCOPED_TRACE(::testing::Message() << script);
+        World world(script);
+        std::uint32_t exitCode = 0;
+        const auto system = runJob(world, exitCode);
+        EXPECT_TRUE(couldBeOneThreadInTurn(world));
+        if (::testing::Test::HasFailure()) {
+            return;
+        }
+    }
+}
+
+// The scripts must reach what they are meant to test.
+TEST(CopyEngine, TheScriptsCoverEveryEnding) {
+    std::set<std::string> endings;
+    for (std::uint64_t seed = 1; seed <= 2000; ++seed) {
+        World model(ScriptMaker(seed).make());
+        SequentialModel(model).run();
+        for (const std::string& event : model.seen) {
+            if (const std::size_t end = event.rfind(']');
+                event.starts_with("status [") && event.find('%') == std::string::npos) {
+                endings.insert(event.substr(0, end + 1));
+            } else if (event.starts_with("stop") || event.starts_with("inform") || event.starts_with("ask")) {
+                endings.insert(event.substr(0, end + 1));
+            } else if (event.starts_with("timer ")) {
+                endings.insert(event.substr(0, 9));
+            }
+        }
+    }
+    EXPECT_EQ(endings,
+              (std::set<std::string>{
+                  "ask [****** VERIFY HASH ******] [Would you like to Verify the Image HASH?]",
+                  "ask [***** Image File Too Large *****] [Image File is LARGER than DESTINATION drive. Do you "
+                  "want to truncate file and continue?]",
+                  "inform [****** VERIFY FAILED ******] [CREATED File has NOT been verified]",
+                  "inform [****** VERIFY SUCCEEDED ******] [CREATED File has been verified]",
+                  "status [ Beginning Verification]",
+                  "status [ Clone SUCCESSFULLY Completed]",
+                  "status [ Image  SUCCESSFULLY Completed]",
+                  "status [ Image Completed]",
+                  "status [ Image SUCCESSFULLY Completed]",
+                  "status [ Image Terminated -- Not Completed]",
+                  "status [ Image To Drive SUCCESSFULLY Completed]",
+                  "status [ Image To Drive Terminated -- Not Completed]",
+                  "status [ Status: Idle]",
+                  "status [ User Terminated Clone]",
+                  "status [ User Terminated Image]",
+                  "status [Could not CREATE DESTINATION image]",
+                  "status [Could not READ FROM SOURCE image. TERMINATING]",
+                  "status [Could not READ image for VERIFICATION]",
+                  "status [Could not WRITE to DESTINATION image]",
+                  "status [Could not open image for VERIFICATION]",
+                  "stop [****** HASH ERROR ******] [Could not get HANDLE to CRYPTO provider. Exiting]",
+                  "stop [****** HASH ERROR ******] [Could not get HASH PARAM. Exiting]",
+                  "stop [****** HASH ERROR ******] [Could not get HASH data. Exiting]",
+                  "stop [****** HASH ERROR ******] [Could not get MD5 HASH for Crypto Provider. Exiting]",
+                  "stop [***** FATAL SYSTEM ERROR *****] [ImageToDrive: [E:\\Images\\source.img] OPEN_EXISTING "
+                  "FAILED]",
+                  "timer 500",
+                  "timer 750",
+              }));
+}
+
+} // namespace
+} // namespace torvane

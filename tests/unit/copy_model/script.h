@@ -1,0 +1,182 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <ostream>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace torvane::testing {
+
+enum class ScriptedJob { kForwardClone, kReverseClone, kImageToFile, kForensicImage, kImageToDrive };
+
+/// What happens to one transfer.
+enum class Fault {
+    kNone,
+    kSeekFails, ///< drives only
+    kFails,     ///< after `part` bytes have been moved nevertheless
+    kShort,     ///< succeeds with `part` bytes
+};
+
+struct TransferFault {
+    Fault fault = Fault::kNone;
+    std::size_t part = 0;
+};
+
+/// When the user asks the job to stop.
+enum class StopAt { kNever, kRead, kWrite, kHash, kEvent };
+
+/// Everything that is decided about one job before it starts. Faults belong to a transfer by its number in job order.
+struct Script {
+    std::uint64_t seed = 0;
+    ScriptedJob job = ScriptedJob::kForwardClone;
+    std::size_t blockSize = 16;
+    std::int64_t sourceBytes = 0;
+    std::int64_t destinationBytes = 0; ///< of a drive
+    std::int32_t bytesPerSector = 512;
+
+    std::map<std::uint64_t, TransferFault> reads;       ///< of the source drive or the source image
+    std::map<std::uint64_t, TransferFault> writes;      ///< to the destination drive or the image
+    std::map<std::uint64_t, TransferFault> verifyReads; ///< of the finished image
+    std::map<std::uint64_t, bool> hashes;               ///< that fail, counted through imaging and verification
+
+    bool imageCannotBeCreated = false;
+    bool imageCannotBeOpened = false; ///< the source image, or the finished one
+    bool imageCannotBeRewound = false;
+    std::array<bool, 2> noProvider{}; ///< imaging, verification
+    std::array<bool, 2> noHash{};
+    std::array<bool, 2> noDigest{};
+    bool hashFileCannotBeCreated = false;
+    bool imageChangesMeanwhile = false; ///< between imaging and verification
+    bool yes = true;                    ///< the answer to every question
+
+    StopAt stopAt = StopAt::kNever;
+    std::uint64_t stopNumber = 0; ///< the n-th read, write, hash or event, from 0
+
+    std::int64_t millisecondsPerTick = 0;
+    bool slowReads = false; ///< the threads' relative speeds
+    bool slowWrites = false;
+    bool slowHashes = false;
+};
+
+/// Rolls the dice for one script; the same seed gives the same script on every machine.
+class ScriptMaker {
+  public:
+    explicit ScriptMaker(std::uint64_t seed) : random_(seed * 0x9E3779B97F4A7C15ULL + 1) { script_.seed = seed; }
+
+    [[nodiscard]] Script make() {
+        script_.job = static_cast<ScriptedJob>(below(5));
+        script_.blockSize = pick<std::size_t>({16, 16, 32, 48, 64, 40, 7});
+        script_.bytesPerSector = pick<std::int32_t>({512, 512, 4096, 16, 1});
+        script_.sourceBytes = size();
+        script_.destinationBytes = chance(2) ? script_.sourceBytes : size();
+        script_.millisecondsPerTick = pick<std::int64_t>({0, 1, 400, 1000, 7777, 100000});
+        makeFaults();
+        makeFileTroubles();
+        makeStop();
+        script_.slowReads = chance(3);
+        script_.slowWrites = chance(3);
+        script_.slowHashes = chance(3);
+        return script_;
+    }
+
+  private:
+    std::uint64_t below(std::uint64_t bound) { return random_() % bound; }
+    bool chance(std::uint64_t oneIn) { return below(oneIn) == 0; }
+
+    template <typename Value>
+    Value pick(const std::vector<Value>& values) {
+        return values[below(values.size())];
+    }
+
+    // Around multiples of the block size, often enough blocks for eleven bad ones.
+    std::int64_t size() {
+        const auto blocks = static_cast<std::int64_t>(below(18));
+        const auto block = static_cast<std::int64_t>(script_.blockSize);
+        const std::int64_t extra = pick<std::int64_t>({0, 0, 1, -1, block / 2, static_cast<std::int64_t>(below(16))});
+        return std::max<std::int64_t>(blocks * block + extra, 0);
+    }
+
+    TransferFault fault(bool mayFailToSeek) {
+        const Fault kind = pick<Fault>({Fault::kFails, Fault::kShort, Fault::kSeekFails});
+        if (kind == Fault::kSeekFails && !mayFailToSeek) {
+            return {.fault = Fault::kFails, .part = 0};
+        }
+        return {.fault = kind, .part = below(script_.blockSize)};
+    }
+
+    void scatter(std::map<std::uint64_t, TransferFault>& faults, bool mayFailToSeek) {
+        const std::uint64_t share = pick<std::uint64_t>({0, 0, 0, 5, 30, 90}); // percent
+        for (std::uint64_t number = 0; number < 20; ++number) {
+            if (below(100) < share) {
+                faults[number] = fault(mayFailToSeek);
+            }
+        }
+        // A device that has vanished comes back with nothing.
+        if (chance(12)) {
+            for (std::uint64_t number = below(18); number < 20; ++number) {
+                faults[number] = {.fault = Fault::kFails, .part = 0};
+            }
+        }
+    }
+
+    void makeFaults() {
+        const bool sourceIsDrive = script_.job != ScriptedJob::kImageToDrive;
+        const bool destinationIsDrive =
+            script_.job != ScriptedJob::kImageToFile && script_.job != ScriptedJob::kForensicImage;
+        if (sourceIsDrive || chance(3)) {
+            scatter(script_.reads, sourceIsDrive);
+        }
+        if (destinationIsDrive || chance(3)) {
+            scatter(script_.writes, destinationIsDrive);
+        }
+        if (chance(4)) {
+            script_.verifyReads[below(18)] = fault(false);
+        }
+        if (chance(4)) {
+            script_.hashes[below(30)] = true;
+        }
+    }
+
+    void makeFileTroubles() {
+        script_.imageCannotBeCreated = chance(20);
+        script_.imageCannotBeOpened = chance(15);
+        script_.imageCannotBeRewound = chance(20);
+        for (std::size_t pass = 0; pass < 2; ++pass) {
+            script_.noProvider[pass] = chance(20);
+            script_.noHash[pass] = chance(20);
+            script_.noDigest[pass] = chance(20);
+        }
+        script_.hashFileCannotBeCreated = chance(10);
+        script_.imageChangesMeanwhile = chance(6);
+        script_.yes = !chance(4);
+    }
+
+    void makeStop() {
+        script_.stopAt = pick<StopAt>({StopAt::kNever, StopAt::kNever, StopAt::kWrite, StopAt::kHash, StopAt::kEvent});
+        script_.stopNumber = script_.stopAt == StopAt::kEvent ? below(120) : below(20);
+        // A block is written and hashed at the same time: whether its failed write is shown before or after a stop
+        // during its hashing is nobody's promise.
+        if (script_.stopAt == StopAt::kHash && script_.writes.contains(script_.stopNumber)) {
+            script_.stopAt = StopAt::kWrite;
+        }
+    }
+
+    std::mt19937_64 random_;
+    Script script_;
+};
+
+inline std::ostream& operator<<(std::ostream& out, const Script& script) {
+    static constexpr std::array<const char*, 5> kJobs{"forward clone", "reverse clone", "image to file",
+                                                      "forensic image", "image to drive"};
+    static constexpr std::array<const char*, 5> kStops{"never", "read", "write", "hash", "event"};
+    return out << "script " << script.seed << ": " << kJobs[static_cast<std::size_t>(script.job)] << ", blocks of "
+               << script.blockSize << ", source " << script.sourceBytes << ", destination " << script.destinationBytes
+               << ", " << script.reads.size() << " bad reads, " << script.writes.size() << " bad writes, stop at "
+               << kStops[static_cast<std::size_t>(script.stopAt)] << " " << script.stopNumber;
+}
+
+} // namespace torvane::testing

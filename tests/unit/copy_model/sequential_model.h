@@ -1,0 +1,602 @@
+#pragma once
+
+#include "tests/unit/copy_model/world.h"
+
+#include <cinttypes>
+#include <cstdio>
+#include <string>
+
+namespace torvane::testing {
+
+/// The five jobs as one thread with one buffer would do them, step by step: what every observer must be shown. It
+/// shares nothing with the jobs under test but the world that it runs in.
+class SequentialModel {
+  public:
+    explicit SequentialModel(World& world) : world_(world), words_(world.words), block_(world.script.blockSize) {}
+
+    std::uint32_t run() {
+        switch (world_.script.job) {
+        case ScriptedJob::kForwardClone:
+            return forwardClone();
+        case ScriptedJob::kReverseClone:
+            return reverseClone();
+        case ScriptedJob::kImageToFile:
+            return imageToFile();
+        case ScriptedJob::kForensicImage:
+            return forensicImage();
+        case ScriptedJob::kImageToDrive:
+            return imageToDrive();
+        }
+        return 99;
+    }
+
+  private:
+    static std::string text(const char* format, auto... arguments) {
+        char buffer[2048];
+        std::snprintf(buffer, sizeof buffer, format, arguments...);
+        return buffer;
+    }
+
+    // --- what is shown ---
+
+    void status(const std::string& line) { world_.see("status [" + line + "]"); }
+    void repaint() { world_.see("repaint"); }
+    void repaintCloneTrack() { world_.see("repaint 10,160,830,241"); }
+    void repaintImageTrack() { world_.see("repaint 10,10,830,91"); }
+    void timer(int milliseconds) { world_.see(text("timer %d", milliseconds)); }
+    void log(const std::string& row) { world_.see("log ERROR " + row); }
+    void stopBox(const std::string& caption, const std::string& line) {
+        world_.see("stop [" + caption + "] [" + line + "]");
+    }
+    void informBox(const std::string& caption, const std::string& line) {
+        world_.see("inform [" + caption + "] [" + line + "]");
+    }
+    bool askBox(const std::string& caption, const std::string& line) {
+        world_.see("ask [" + caption + "] [" + line + "]");
+        return world_.script.yes;
+    }
+    void driveStatus(const DriveRecord& drive, const std::string& line) {
+        world_.see("drive " + std::string(drive.model.view()) + " [" + line + "]");
+    }
+
+    // --- the pieces ---
+
+    void clearFlags() {
+        words_.failed = 0;
+        words_.explosionFrame = 0;
+        words_.succeeded = 0;
+    }
+
+    void split(std::uint64_t bytes) {
+        bytes_ = bytes;
+        full_ = bytes / block_;
+        remainder_ = bytes % block_;
+        buffer_.assign(block_, std::byte{0});
+    }
+
+    void beginTiming() {
+        start_ = world_.tick();
+        lastPercent_ = -1;
+    }
+
+    bool readBlock(std::uint64_t offset, std::size_t length) {
+        const World::Transfer done = world_.readDrive(offset, std::span(buffer_).first(length));
+        if (!done.sought) {
+            ++unreadable_;
+            return false;
+        }
+        if (done.ok && done.count == length) {
+            return true;
+        }
+        ++unreadable_;
+        ++world_.source.badReadCount;
+        const std::int64_t sector = static_cast<std::int64_t>(offset) / world_.source.bytesPerSector;
+        log(text("BAD READ BLOCK AT SECTOR: [%" PRId64 "]", sector));
+        for (std::size_t i = 0; i < length / 16; ++i) {
+            std::memcpy(buffer_.data() + 16 * i, "KVL<->UNREADABLE", 16);
+        }
+        return false;
+    }
+
+    void writeBlock(std::uint64_t offset, std::size_t length) {
+        const World::Transfer done = world_.writeDrive(offset, std::span(buffer_).first(length));
+        if (!done.sought) {
+            ++failedWrites_;
+        } else if (!done.ok || done.count != length) {
+            ++world_.destination.writeErrorCount;
+            ++failedWrites_;
+        }
+    }
+
+    std::string remaining(std::int64_t done) {
+        std::string out = "00:00:00";
+        const std::int64_t elapsed = (world_.tick() - start_) / 1000;
+        if (elapsed > 0 && done > 0) {
+            const double perBlock = static_cast<double>(elapsed) / static_cast<double>(done);
+            const double eta = perBlock * static_cast<double>(static_cast<std::int64_t>(full_) - done);
+            const auto hours = static_cast<std::int64_t>(eta / 3600);
+            const double rest = eta - static_cast<double>(hours * 3600);
+            const auto minutes = static_cast<std::int64_t>(rest / 60);
+            const std::int64_t seconds = static_cast<std::int64_t>(rest) - minutes * 60;
+            out = text("%02" PRId64 ":%02" PRId64 ":%02" PRId64, hours, minutes, seconds);
+        }
+        return out;
+    }
+
+    enum class Track { kClone, kImage };
+
+    void progress(std::uint64_t k, bool forward, Track track, const char* label, const char* activity,
+                  std::initializer_list<const DriveRecord*> drives) {
+        const std::string left = remaining(static_cast<std::int64_t>(k));
+        // A job without a full block has nothing left to do.
+        const double fraction = full_ == 0 ? 1.0 : static_cast<double>(k) / static_cast<double>(full_);
+        const int percent = static_cast<int>(fraction * 100);
+        if (percent != lastPercent_) {
+            lastPercent_ = percent;
+            const int way = static_cast<int>(750 * fraction);
+            words_.carX = forward ? way + 10 : 760 - way;
+            track == Track::kClone ? repaintCloneTrack() : repaintImageTrack();
+            for (const DriveRecord* drive : drives) {
+                driveStatus(*drive, text("%s %d%%", activity, percent));
+            }
+        }
+        status(text(" %s: %s -- %%%d", label, left.c_str(), percent));
+    }
+
+    bool tooManyBadBlocks(int milliseconds) {
+        if (world_.source.badReadCount < 11) {
+            return false;
+        }
+        words_.failed = 1;
+        words_.running = 0;
+        timer(milliseconds);
+        return true;
+    }
+
+    void end(bool complete, const std::string& completed, int carX, const std::string& terminated) {
+        if (!complete) {
+            words_.failed = 1;
+            status(terminated);
+            timer(750);
+        } else {
+            words_.carX = carX;
+            words_.succeeded = 1;
+            status(completed);
+        }
+    }
+
+    std::string outcome(const std::string& ending) const {
+        std::string faults = ending;
+        const auto add = [&](std::uint64_t count, const char* one, const char* many) {
+            if (count != 0) {
+                faults += (faults.empty() ? "" : ", ") + std::to_string(count) + " " + (count == 1 ? one : many);
+            }
+        };
+        add(unreadable_, "unreadable block", "unreadable blocks");
+        add(failedWrites_, "failed write", "failed writes");
+        return faults.empty() ? "COMPLETED" : "BAD " + faults;
+    }
+
+    /// Every block of the job was moved, the remainder too.
+    [[nodiscard]] bool whole(std::uint64_t k) const { return k == full_ && (remainder_ == 0 || remainderMoved_); }
+
+    bool clean() {
+        driveStatus(world_.destination, "Cleaning disk");
+        world_.see("clean");
+        return words_.running == 1;
+    }
+
+    // --- the jobs ---
+
+    std::uint32_t forwardClone() {
+        words_.carX = 10;
+        words_.carY = 182;
+        clearFlags();
+        world_.source.badReadCount = 0;
+        split(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)));
+        words_.running = 1;
+        status(" Status: Idle");
+        repaint();
+        const bool wanted = clean();
+        beginTiming();
+        std::uint64_t k = 0;
+        for (; wanted && k < full_; ++k) {
+            const std::uint64_t offset = k * block_;
+            readBlock(offset, block_);
+            writeBlock(offset, block_);
+            if (tooManyBadBlocks(750) || words_.running == 0) {
+                break;
+            }
+            progress(k, true, Track::kClone, "Status", "Cloning", {&world_.source, &world_.destination});
+        }
+        if (remainder_ > 0 && words_.running == 1) {
+            readBlock(full_ * block_, remainder_);
+            writeBlock(full_ * block_, remainder_);
+            remainderMoved_ = true;
+            tooManyBadBlocks(750);
+        }
+        end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
+        endClone(wanted && whole(k));
+        words_.running = 0;
+        repaintCloneTrack();
+        return 1;
+    }
+
+    std::uint32_t reverseClone() {
+        words_.carX = 760;
+        words_.carY = 182;
+        clearFlags();
+        world_.source.badReadCount = 0;
+        split(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)));
+        words_.running = 1;
+        status(" Status: Idle");
+        repaint();
+        const bool wanted = clean();
+        beginTiming();
+        std::uint64_t offset = bytes_ - block_;
+        std::uint64_t k = 0;
+        while (wanted && k < full_) {
+            readBlock(offset, block_);
+            writeBlock(offset, block_);
+            if (tooManyBadBlocks(500) || words_.running == 0) {
+                break;
+            }
+            progress(k, false, Track::kClone, "Status", "Cloning", {&world_.source, &world_.destination});
+            ++k;
+            offset -= block_;
+        }
+        if (remainder_ > 0 && words_.running == 1) {
+            readBlock(0, remainder_);
+            writeBlock(0, remainder_);
+            remainderMoved_ = true;
+            tooManyBadBlocks(500);
+        }
+        end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
+        endClone(wanted && whole(k));
+        repaintCloneTrack();
+        words_.running = 0;
+        return 1;
+    }
+
+    void endClone(bool everything) {
+        driveStatus(world_.source, outcome(everything ? "" : "not completed"));
+        driveStatus(world_.destination, outcome(everything ? "" : "not completed"));
+    }
+
+    std::string makeImageName(int& number) {
+        number = world_.nextNumber();
+        return text("%s\\%s.%d.img", World::kFolder, world_.source.model.c_str(), number);
+    }
+
+    bool writeImage(World::OpenFile& image, std::size_t length) {
+        const World::Transfer done = world_.writeFile(image, std::span(buffer_).first(length));
+        const bool written = done.ok && done.count == length;
+        failedWrites_ += written ? 0 : 1;
+        return written;
+    }
+
+    std::uint32_t imageToFile() {
+        words_.carX = 10;
+        words_.carY = 32;
+        clearFlags();
+        world_.source.badReadCount = 0;
+        int number = 0;
+        const std::string name = makeImageName(number);
+        std::optional<World::OpenFile> image = world_.createImage(name);
+        if (!image) {
+            status("Could not CREATE DESTINATION image");
+            return 0;
+        }
+        split(static_cast<std::uint64_t>(world_.source.sizeBytes));
+        beginTiming();
+        words_.running = 1;
+        status(" Status: Idle");
+        repaint();
+        const auto couldNotWrite = [&] {
+            driveStatus(world_.source, outcome("not completed"));
+            world_.close(*image);
+            status("Could not WRITE to DESTINATION image");
+            return 0; // running stays 1
+        };
+        std::uint64_t k = 0;
+        while (k < full_) {
+            readBlock(k * block_, block_);
+            if (!writeImage(*image, block_)) {
+                return couldNotWrite();
+            }
+            if (tooManyBadBlocks(750) || words_.running == 0) {
+                break;
+            }
+            progress(k, true, Track::kImage, "Status", "Imaging", {&world_.source});
+            ++k;
+        }
+        if (remainder_ > 0 && words_.running == 1) {
+            readBlock(full_ * block_, remainder_);
+            if (!writeImage(*image, remainder_)) {
+                return couldNotWrite();
+            }
+            remainderMoved_ = true;
+            tooManyBadBlocks(750);
+        }
+        driveStatus(world_.source, outcome(whole(k) ? "" : "not completed"));
+        end(k == full_, " Image  SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
+        world_.close(*image);
+        words_.running = 0;
+        repaintImageTrack();
+        return 1;
+    }
+
+    bool beginHashing() {
+        switch (world_.beginHashing()) {
+        case World::HasherTrouble::kNoProvider:
+            stopBox("****** HASH ERROR ******", "Could not get HANDLE to CRYPTO provider. Exiting");
+            return false;
+        case World::HasherTrouble::kNoHash:
+            stopBox("****** HASH ERROR ******", "Could not get MD5 HASH for Crypto Provider. Exiting");
+            return false;
+        case World::HasherTrouble::kNone:
+            digest_ = {};
+            return true;
+        }
+        return false;
+    }
+
+    std::uint32_t forensicImage() {
+        words_.carX = 10;
+        words_.carY = 32;
+        clearFlags();
+        world_.source.badReadCount = 0;
+        int number = 0;
+        const std::string name = makeImageName(number);
+        std::optional<World::OpenFile> image = world_.createImage(name);
+        if (!image) {
+            status("Could not CREATE DESTINATION image");
+            return 0;
+        }
+        const auto closeImage = [&] {
+            if (image) {
+                world_.close(*image);
+                image.reset();
+            }
+        };
+        split(static_cast<std::uint64_t>(world_.source.sizeBytes));
+        beginTiming();
+        status(" Status: Idle");
+        if (!beginHashing()) {
+            closeImage();
+            return 0;
+        }
+        repaint();
+        words_.running = 1;
+        words_.animationBlocks = 0;
+        for (const std::uint64_t percent : {10, 30, 40, 50, 75}) {
+            world_.chasePoints.push_back(static_cast<std::int64_t>(full_ * percent / 100));
+        }
+        bool hashFailed = false;
+        const auto store = [&](std::size_t length) {
+            if (!writeImage(*image, length)) {
+                closeImage();
+                status("Could not WRITE to DESTINATION image");
+                words_.running = 0;
+                timer(750);
+            }
+            if (!world_.hash(digest_, std::span(buffer_).first(length))) {
+                hashFailed = true;
+                stopBox("****** HASH ERROR ******", "Could not get HASH data. Exiting");
+                closeImage();
+                words_.running = 0;
+                timer(750);
+            }
+        };
+        std::uint64_t k = 0;
+        while (k < full_) {
+            readBlock(k * block_, block_);
+            store(block_);
+            if (tooManyBadBlocks(750) || words_.running == 0) {
+                break;
+            }
+            progress(k, true, Track::kImage, "Image Status", "Imaging", {&world_.source});
+            ++k;
+            ++words_.animationBlocks;
+        }
+        if (remainder_ > 0 && words_.running == 1) {
+            readBlock(full_ * block_, remainder_);
+            store(remainder_);
+            remainderMoved_ = true;
+            tooManyBadBlocks(750);
+        }
+        end(k == full_, " Image SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
+        Md5Digest imaged{};
+        if (world_.digestFails()) {
+            hashFailed = true;
+        } else {
+            imaged = digest_.value();
+            if (k == full_) {
+                hashFile(imaged, number);
+            }
+        }
+        driveStatus(world_.source, outcome(!whole(k) ? "not completed" : hashFailed ? "not hashed" : ""));
+        repaintImageTrack();
+        closeImage();
+        words_.running = 0;
+        if (k == full_ && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
+            verify(name, imaged);
+        }
+        return 1;
+    }
+
+    void hashFile(const Md5Digest& digest, int number) {
+        const std::string name = text("%s\\MD5-HASH--%s.%d.txt", World::kFolder, world_.source.model.c_str(), number);
+        const LocalMoment now = World::now();
+        std::string lines = "KVL Data MD5 HASH\n";
+        lines += text("Date:\t\t\t%02d/%02d/%04d\n", now.month, now.day, now.year);
+        lines += text("Time:\t\t\t%02d:%02d:%02d\n", now.hour, now.minute, now.second);
+        lines += text("Drive Model:\t[%s]\n", world_.source.model.c_str());
+        lines += text("Serial Number:\t[%s]\n", world_.source.serialNumber.c_str());
+        lines += text("Total Sectors:\t[%" PRId64 "]\n", world_.source.sizeBytes / world_.source.bytesPerSector);
+        lines += "HASH:\t\t\t";
+        for (const unsigned byte : digest) {
+            lines += text("%02X ", byte);
+        }
+        if (!world_.writeHashFile(name, lines)) {
+            log("Could not CREATE HASH file for [" + name + "]. Exiting.");
+        }
+    }
+
+    static std::string hashLine(const char* title, const Md5Digest& d) {
+        return text("%s [%02X] [%02X] [%02X] [%02X] [%02X] [%02X] [%02X] [%02X] [%02X] [%02X] [%02X] [%02X] [%02X] "
+                    "[%02X] [%02X] [%02X]\n",
+                    title, d[0], d[1], d[2], d[3], d[4], d[5], d[6], d[7], d[8], d[9], d[10], d[11], d[12], d[13],
+                    d[14], d[15]);
+    }
+
+    int verify(const std::string& name, const Md5Digest& imaged) {
+        std::optional<World::OpenFile> image = world_.openImage(name);
+        if (!image) {
+            status("Could not open image for VERIFICATION");
+            return 0;
+        }
+        words_.succeeded = 0;
+        if (world_.script.imageCannotBeRewound) {
+            return 0; // the file stays open
+        }
+        split(world_.files[name].size());
+        beginTiming();
+        words_.running = 1;
+        status(" Beginning Verification");
+        const auto failed = [&] {
+            world_.close(*image);
+            driveStatus(world_.source, outcome("verification failed"));
+            return 0; // running stays as it is
+        };
+        if (!beginHashing()) {
+            return failed();
+        }
+        const auto hashNext = [&](std::size_t length) {
+            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(length));
+            if (!done.ok || done.count != length) {
+                status("Could not READ image for VERIFICATION");
+                return false;
+            }
+            if (!world_.hash(digest_, std::span(buffer_).first(length))) {
+                stopBox("****** HASH ERROR ******", "Could not get HASH data. Exiting");
+                return false;
+            }
+            return true;
+        };
+        std::uint64_t k = 0;
+        while (k < full_) {
+            if (!hashNext(block_)) {
+                return failed();
+            }
+            if (words_.running == 0) {
+                break;
+            }
+            progress(k, true, Track::kImage, "Status", "Verifying", {&world_.source});
+            ++k;
+        }
+        if (remainder_ > 0 && words_.running == 1 && !hashNext(remainder_)) {
+            return failed();
+        }
+        progress(k, true, Track::kImage, "Status", "Verifying", {&world_.source});
+        if (world_.digestFails()) {
+            stopBox("****** HASH ERROR ******", "Could not get HASH PARAM. Exiting");
+            return failed();
+        }
+        const Md5Digest verified = digest_.value();
+        world_.close(*image);
+        words_.running = 0;
+        words_.succeeded = 1;
+        repaintImageTrack();
+        driveStatus(world_.source, imaged == verified ? outcome("") + ", verified" : outcome("not verified"));
+        world_.see("print " + hashLine("Match HASH:", imaged));
+        world_.see("print " + hashLine("Gen   HASH:", verified));
+        if (imaged == verified) {
+            informBox("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+        } else {
+            informBox("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
+        }
+        return 1;
+    }
+
+    std::uint32_t imageToDrive() {
+        words_.carX = 10;
+        words_.carY = 182;
+        clearFlags();
+        std::optional<World::OpenFile> image = world_.openImage(World::kSourceImage);
+        if (!image) {
+            const std::string line = text("ImageToDrive: [%s] OPEN_EXISTING FAILED", World::kSourceImage);
+            log(line);
+            stopBox("***** FATAL SYSTEM ERROR *****", line);
+            return 0;
+        }
+        std::uint64_t bytes = world_.files[World::kSourceImage].size();
+        if (bytes > static_cast<std::uint64_t>(world_.destination.sizeBytes)) {
+            if (!askBox("***** Image File Too Large *****",
+                        "Image File is LARGER than DESTINATION drive. Do you want to "
+                        "truncate file and continue?")) {
+                return 0; // the image stays open
+            }
+            bytes = static_cast<std::uint64_t>(world_.destination.sizeBytes);
+        }
+        split(bytes);
+        words_.running = 1;
+        status(" Status: Idle");
+        repaint();
+        const bool wanted = clean();
+        beginTiming();
+        const auto readNext = [&](std::size_t length) {
+            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(length));
+            return done.ok && done.count == length;
+        };
+        const auto couldNotRead = [&] {
+            ++unreadable_;
+            world_.close(*image);
+            driveStatus(world_.destination, outcome("not completed"));
+            status("Could not READ FROM SOURCE image. TERMINATING");
+            words_.running = 0;
+            return 0;
+        };
+        std::uint64_t k = 0;
+        while (wanted && k < full_) {
+            if (!readNext(block_)) {
+                return couldNotRead();
+            }
+            writeBlock(k * block_, block_);
+            if (words_.running == 0) {
+                break;
+            }
+            progress(k, true, Track::kClone, "Status", "Writing image", {&world_.destination});
+            ++k;
+        }
+        if (remainder_ > 0 && words_.running == 1) {
+            if (!readNext(remainder_)) {
+                return couldNotRead();
+            }
+            writeBlock(full_ * block_, remainder_);
+            remainderMoved_ = true;
+        }
+        driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
+        end(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
+            " Image To Drive Terminated -- Not Completed");
+        words_.running = 0;
+        repaintCloneTrack();
+        return 1; // the image stays open
+    }
+
+    World& world_;
+    JobWords& words_;
+    const std::size_t block_;
+    Bytes buffer_;
+    std::uint64_t bytes_ = 0;
+    std::uint64_t full_ = 0;
+    std::uint64_t remainder_ = 0;
+    std::int64_t start_ = 0;
+    int lastPercent_ = -1;
+    std::uint64_t unreadable_ = 0;
+    std::uint64_t failedWrites_ = 0;
+    bool remainderMoved_ = false;
+    ScriptedDigest digest_;
+};
+
+} // namespace torvane::testing

@@ -1,0 +1,269 @@
+#pragma once
+
+#include "app/log_row.h"
+#include "copy/block_hasher.h"
+#include "discovery/drive_record.h"
+#include "tests/unit/copy_model/script.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace torvane::testing {
+
+using Bytes = std::vector<std::byte>;
+
+/// What the job's words were when something happened.
+struct JobWords {
+    std::atomic<std::int32_t> running{0};
+    std::atomic<std::int32_t> failed{0};
+    std::atomic<std::int32_t> explosionFrame{0};
+    std::atomic<std::int32_t> succeeded{0};
+    std::atomic<std::int32_t> carX{0};
+    std::atomic<std::int32_t> carY{0};
+    std::atomic<std::int64_t> animationBlocks{0};
+};
+
+/// An order-dependent digest of 16 bytes. Any good one will do: both sides of the comparison use it.
+class ScriptedDigest {
+  public:
+    void add(std::span<const std::byte> bytes) {
+        for (const std::byte byte : bytes) {
+            low_ = (low_ ^ std::to_integer<std::uint64_t>(byte)) * 0x100000001B3ULL;
+            high_ = (high_ + std::to_integer<std::uint64_t>(byte) + 1) * 0x9E3779B97F4A7C15ULL;
+        }
+    }
+    [[nodiscard]] Md5Digest value() const {
+        Md5Digest digest{};
+        std::memcpy(digest.data(), &low_, sizeof low_);
+        std::memcpy(digest.data() + sizeof low_, &high_, sizeof high_);
+        return digest;
+    }
+
+  private:
+    std::uint64_t low_ = 0xCBF29CE484222325ULL;
+    std::uint64_t high_ = 1;
+};
+
+/// Drives, files, clock and user as one script has them, and a record of all that could be seen. The job under test and
+/// the plain sequential model each run in a world of their own; then the two worlds are compared.
+///
+/// Only reads of the source and hashing may come from another thread than the job's.
+class World {
+  public:
+    explicit World(const Script& theScript) : script(theScript) {
+        std::mt19937_64 random(script.seed);
+        source.model.assign("Model 100%s");
+        source.serialNumber.assign("S/N 7");
+        source.bytesPerSector = script.bytesPerSector;
+        source.sizeBytes = script.sourceBytes;
+        source.badReadCount = 99; // left by an earlier job
+        destination.model.assign("Destination");
+        destination.bytesPerSector = script.bytesPerSector;
+        destination.sizeBytes = script.destinationBytes;
+        destination.writeErrorCount = 5; // never reset
+        sourceBytes = noise(random, script.sourceBytes);
+        destinationBytes = noise(random, script.destinationBytes);
+        files[kSourceImage] = sourceBytes;
+    }
+
+    static constexpr const char* kFolder = "E:\\Images";
+    static constexpr const char* kSourceImage = "E:\\Images\\source.img";
+
+    // --- transfers: each is the number-th of its kind in job order ---
+
+    /// False: the seek failed, nothing else happened. Otherwise `count` bytes were moved, and `ok` is the call's
+    /// result.
+    struct Transfer {
+        bool sought = true;
+        bool ok = true;
+        std::size_t count = 0;
+    };
+
+    Transfer readDrive(std::uint64_t offset, std::span<std::byte> buffer) {
+        const std::uint64_t number = driveReads++;
+        stopAt(StopAt::kRead, number);
+        return read(script.reads, number, sourceBytes, offset, buffer);
+    }
+
+    Transfer writeDrive(std::uint64_t offset, std::span<const std::byte> buffer) {
+        return write(destinationBytes, offset, buffer);
+    }
+
+    struct OpenFile {
+        std::string path;
+        std::size_t position = 0;
+        std::uint64_t reads = 0;
+    };
+
+    Transfer readFile(OpenFile& file, std::span<std::byte> buffer) {
+        const auto& faults = file.path == kSourceImage ? script.reads : script.verifyReads;
+        const Transfer done = read(faults, file.reads++, files[file.path], file.position, buffer);
+        file.position += done.count;
+        return done;
+    }
+
+    Transfer writeFile(OpenFile& file, std::span<const std::byte> buffer) {
+        Bytes& content = files[file.path];
+        content.resize(std::max(content.size(), file.position + buffer.size()));
+        const Transfer done = write(content, file.position, buffer);
+        file.position += done.count;
+        content.resize(file.position);
+        return done;
+    }
+
+    // --- files ---
+
+    [[nodiscard]] std::optional<OpenFile> createImage(const std::string& path) {
+        if (script.imageCannotBeCreated) {
+            return std::nullopt;
+        }
+        files[path].clear();
+        ++openFiles[path];
+        return OpenFile{path};
+    }
+
+    [[nodiscard]] std::optional<OpenFile> openImage(const std::string& path) {
+        if (script.imageCannotBeOpened) {
+            return std::nullopt;
+        }
+        if (script.imageChangesMeanwhile && path != kSourceImage && !files[path].empty()) {
+            files[path].front() ^= std::byte{1};
+        }
+        ++openFiles[path];
+        return OpenFile{path};
+    }
+
+    void close(const OpenFile& file) { --openFiles[file.path]; }
+
+    bool writeHashFile(const std::string& path, const std::string& text) {
+        if (script.hashFileCannotBeCreated) {
+            return false;
+        }
+        const auto bytes = std::as_bytes(std::span(text));
+        files[path].assign(bytes.begin(), bytes.end());
+        return true;
+    }
+
+    std::int32_t nextNumber() { return ++imageNumber; }
+
+    // --- hashing ---
+
+    enum class HasherTrouble { kNone, kNoProvider, kNoHash };
+
+    HasherTrouble beginHashing() {
+        pass = hashPasses++;
+        if (script.noProvider[pass]) {
+            return HasherTrouble::kNoProvider;
+        }
+        return script.noHash[pass] ? HasherTrouble::kNoHash : HasherTrouble::kNone;
+    }
+
+    bool hash(ScriptedDigest& digest, std::span<const std::byte> bytes) {
+        const std::uint64_t number = hashCalls++;
+        stopAt(StopAt::kHash, number);
+        if (script.hashes.contains(number)) {
+            return false;
+        }
+        digest.add(bytes);
+        return true;
+    }
+
+    [[nodiscard]] bool digestFails() const { return script.noDigest[pass]; }
+
+    // --- time ---
+
+    std::int64_t tick() { return ticks += script.millisecondsPerTick; }
+    static LocalMoment now() { return {2024, 3, 1, 9, 5, 7}; }
+
+    // --- what can be seen ---
+
+    void see(const std::string& what) {
+        std::string line = what;
+        for (const std::int64_t word :
+             {std::int64_t{words.running}, std::int64_t{words.failed}, std::int64_t{words.explosionFrame},
+              std::int64_t{words.succeeded}, std::int64_t{words.carX}, std::int64_t{words.carY},
+              words.animationBlocks.load()}) {
+            line += " " + std::to_string(word);
+        }
+        seen.push_back(line);
+        stopAt(StopAt::kEvent, seen.size() - 1);
+    }
+
+    const Script script;
+    JobWords words;
+    DriveRecord source;
+    DriveRecord destination;
+    Bytes sourceBytes;
+    Bytes destinationBytes;
+    std::map<std::string, Bytes> files;
+    std::map<std::string, int> openFiles;
+    std::vector<std::string> seen;
+    std::vector<std::int64_t> chasePoints;
+    std::uint64_t driveReads = 0;
+    std::atomic<std::uint64_t> writesBegun{0};
+    std::uint64_t hashCalls = 0;
+    std::size_t hashPasses = 0;
+    std::size_t pass = 0;
+    std::int64_t ticks = 1000000;
+    std::int32_t imageNumber = 40;
+
+  private:
+    static Bytes noise(std::mt19937_64& random, std::int64_t size) {
+        Bytes bytes(static_cast<std::size_t>(size));
+        std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::byte>(random()); });
+        return bytes;
+    }
+
+    static TransferFault faultOf(const std::map<std::uint64_t, TransferFault>& faults, std::uint64_t number) {
+        const auto found = faults.find(number);
+        return found == faults.end() ? TransferFault{} : found->second;
+    }
+
+    static Transfer read(const std::map<std::uint64_t, TransferFault>& faults, std::uint64_t number, const Bytes& from,
+                         std::uint64_t offset, std::span<std::byte> buffer) {
+        const TransferFault fault = faultOf(faults, number);
+        if (fault.fault == Fault::kSeekFails) {
+            return {.sought = false, .ok = false, .count = 0};
+        }
+        const std::size_t begin = std::min<std::size_t>(offset, from.size());
+        std::size_t count = std::min(buffer.size(), from.size() - begin);
+        if (fault.fault != Fault::kNone) {
+            count = std::min(count, fault.part);
+        }
+        std::copy_n(from.begin() + static_cast<std::ptrdiff_t>(begin), count, buffer.begin());
+        return {.sought = true, .ok = fault.fault != Fault::kFails, .count = count};
+    }
+
+    Transfer write(Bytes& into, std::uint64_t offset, std::span<const std::byte> buffer) {
+        const std::uint64_t number = writesBegun++;
+        stopAt(StopAt::kWrite, number);
+        const TransferFault fault = faultOf(script.writes, number);
+        if (fault.fault == Fault::kSeekFails) {
+            return {.sought = false, .ok = false, .count = 0};
+        }
+        const std::size_t begin = std::min<std::size_t>(offset, into.size());
+        std::size_t count = std::min(buffer.size(), into.size() - begin);
+        if (fault.fault != Fault::kNone) {
+            count = std::min(count, fault.part);
+        }
+        std::copy_n(buffer.begin(), count, into.begin() + static_cast<std::ptrdiff_t>(begin));
+        return {.sought = true, .ok = fault.fault != Fault::kFails, .count = count};
+    }
+
+    void stopAt(StopAt when, std::uint64_t number) {
+        if (script.stopAt == when && script.stopNumber == number) {
+            words.running = 0;
+        }
+    }
+};
+
+} // namespace torvane::testing
