@@ -1,0 +1,466 @@
+#include "monitoring/smart_scan.h"
+
+#include "app/app_state.h"
+#include "tests/component/recording_main_view.h"
+#include "tests/component/scratch_folder.h"
+#include "tests/component/test_bench.h"
+#include "ui/owned.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace torvane {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::readFile;
+using ::testing::StartsWith;
+using testing::writeFile;
+
+/// Everything logged so far, as "CATEGORY: message".
+std::vector<std::string> rowsOf(const testing::RecordingMainView& view) {
+    std::vector<std::string> rows;
+    for (const LogRow& row : view.logRows()) {
+        rows.push_back(row.category + ": " + row.message);
+    }
+    return rows;
+}
+
+/// A record as the probe leaves it.
+std::unique_ptr<DriveRecord> probedRecord() {
+    auto record = std::make_unique<DriveRecord>();
+    record->model.assign("probed model");
+    record->serialNumber.assign("probed serial");
+    record->busCode = kBusCodeDirect;
+    record->smartType = kSmartTypeStandard;
+    record->pendingSectors = kNotReported;
+    return record;
+}
+
+// --- With a tool that prints what the test wants
+
+class SmartScan : public ::testing::Test {
+  protected:
+    SmartScan() {
+        std::array<char, 1024> program{};
+        GetModuleFileNameA(nullptr, program.data(), static_cast<DWORD>(program.size()));
+        const auto tool = std::filesystem::path(program.data()).parent_path() / "smartctl_program" / "smartctl.exe";
+        std::filesystem::copy_file(tool, "smartctl.exe");
+        appState().smart = {};
+    }
+
+    static void listingIs(const std::string& text) { writeFile("scan.out", text); }
+    static void reportOf(const std::string& device, const std::string& text) { writeFile(device + ".out", text); }
+    static int scan() { return SmartScanDevices(appState()); }
+
+    /// The tool's command lines so far, without its own path.
+    static std::vector<std::string> commands() {
+        std::vector<std::string> lines;
+        std::istringstream text(readFile("commands.txt"));
+        for (std::string line; std::getline(text, line);) {
+            lines.push_back(line.ends_with('\r') ? line.substr(0, line.size() - 1) : line);
+        }
+        return lines;
+    }
+
+    [[nodiscard]] std::vector<std::string> log() const { return rowsOf(view_); }
+
+  private:
+    testing::ScratchFolder folder_;
+    testing::RecordingMainView view_;
+    testing::ViewInstalled installed_{appState(), view_};
+};
+
+TEST_F(SmartScan, AsksForTheListingAndThenForEveryDrive) {
+    listingIs("/dev/sda -d nvme # /dev/sda, NVMe device\r\n"
+              "/dev/sdb -d ata # /dev/sdb, ATA device\r\n"
+              "/dev/nvme0 -d nvme # /dev/nvme0, NVMe device\r\n");
+    reportOf("sda", "report of a\r\n");
+    reportOf("sdb", "report of b\r\n");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_THAT(commands(), ElementsAre("smartctl.exe --scan",
+                                        "smartctl.exe /dev/sda -d sat -s on -x -T verypermissive -T verypermissive",
+                                        "smartctl.exe /dev/sdb -d sat -s on -x -T verypermissive -T verypermissive"));
+    EXPECT_EQ(readFile("Drive Data File.txt"), readFile("scan.out"));
+    EXPECT_EQ(readFile("PHYS0.txt"), "report of a\r\n");
+    EXPECT_EQ(readFile("PHYS1.txt"), "report of b\r\n");
+    EXPECT_EQ(appState().smart.deviceLineCount, 3) << "a line without a drive counts too";
+    EXPECT_FALSE(std::filesystem::exists("PHYS-1.txt"));
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(SmartScan, KeepsTheToolsNameOfEveryDrive) {
+    listingIs("/dev/sdc -d ata # x\r\n/dev/csmi0,0 -d ata # x\r\n/dev/sda -d ata # x\r\n");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_EQ(appState().smart.driveNames[0].view(), "/dev/sda");
+    EXPECT_EQ(appState().smart.driveNames[1].view(), "");
+    EXPECT_EQ(appState().smart.driveNames[2].view(), "/dev/sdc");
+
+    reportOf("sdc", "Device Model:     D\r\n");
+    EXPECT_EQ(scan(), 1);
+    const auto record = probedRecord();
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 2), 1);
+    EXPECT_EQ(record->driveName.view(), "/dev/sdc");
+}
+
+TEST_F(SmartScan, AnEmptyListingIsNoFailure) {
+    EXPECT_EQ(scan(), 1);
+    EXPECT_EQ(appState().smart.deviceLineCount, 0);
+    EXPECT_THAT(commands(), ElementsAre("smartctl.exe --scan"));
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(SmartScan, AShortLineAsksForThePreviousDriveAgainByItsOwnText) {
+    listingIs("short\r\n/dev/sdb -d ata # x\r\n/dev/sdc\r\n");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_THAT(commands(), ElementsAre("smartctl.exe --scan",
+                                        "smartctl.exe /dev/sdb -d sat -s on -x -T verypermissive -T verypermissive",
+                                        "smartctl.exe /dev/sdc -s on -x -T verypermissive -T verypermissive"));
+    EXPECT_FALSE(std::filesystem::exists("PHYS2.txt"));
+    EXPECT_EQ(appState().smart.deviceLineCount, 3);
+}
+
+TEST_F(SmartScan, TheListingsLastLineCountsOnlyWithItsEnd) {
+    listingIs("/dev/sda -d ata # x\r\n/dev/sdb -d ata # x");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_EQ(appState().smart.deviceLineCount, 1);
+    EXPECT_FALSE(std::filesystem::exists("PHYS1.txt"));
+}
+
+TEST_F(SmartScan, NoWordOfTheListingBecomesTwoArguments) {
+    listingIs("/dev/\"-s,off -d ata\r\nx\t-s\toff/dev/sda -d ata\r\n");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_THAT(commands(),
+                ElementsAre("smartctl.exe --scan",
+                            R"(smartctl.exe "/dev/\"-s,off" -d sat -s on -x -T verypermissive -T verypermissive)",
+                            "smartctl.exe \"x\t-s\toff/dev/sda\" -d sat -s on -x -T verypermissive -T verypermissive"));
+}
+
+TEST_F(SmartScan, LogsADeviceWhoseSmartDataCannotBeReadAndGoesOn) {
+    listingIs("/dev/sda -d ata # /dev/sda, %s device\r\n/dev/sdb -d ata # x\r\n");
+    reportOf("sda", "first\r\n\r\nRead SMART Data failed: scsi error\r\n");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_THAT(log(), ElementsAre("INVALID: Invalid Device found at [/dev/sda -d ata # /dev/sda, %s device]"));
+    EXPECT_TRUE(std::filesystem::exists("PHYS1.txt"));
+}
+
+TEST_F(SmartScan, FailsWithoutTheTool) {
+    ASSERT_TRUE(std::filesystem::remove("smartctl.exe"));
+    appState().smart.deviceLineCount = 7;
+    EXPECT_EQ(scan(), 0);
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [Drive Data File.txt] CreateProcess FAILED",
+                                   "INVALID: Could not build [Drive Data File.txt]"));
+    EXPECT_THAT(commands(), IsEmpty());
+}
+
+/// A writer that lets others write but keeps the file from being loaded.
+UniqueFile keepOpenForWriting(const char* name) {
+    return UniqueFile{
+        CreateFileA(name, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, 0, nullptr)};
+}
+
+TEST_F(SmartScan, FailsWhenTheListingCannotBeLoaded) {
+    const UniqueFile writer = keepOpenForWriting("Drive Data File.txt");
+    EXPECT_EQ(scan(), 0);
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_LoadFileIntoBuffer: [Drive Data File.txt] OPEN_WXISTING FAILED",
+                                   "INVALID: Could not load [Drive Data File.txt]"));
+}
+
+TEST_F(SmartScan, StopsAtAReportThatCannotBeBuilt) {
+    listingIs("/dev/sda -d ata # x\r\n/dev/sdb -d ata # x\r\n/dev/sdc -d ata # x\r\n");
+    std::filesystem::create_directory("PHYS1.txt");
+    EXPECT_EQ(scan(), 0);
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [PHYS1.txt] CREATE_ALWAYS FAILED",
+                                   "INVALID: Could not build [PHYS1.txt]"));
+    EXPECT_TRUE(std::filesystem::exists("PHYS0.txt"));
+    EXPECT_FALSE(std::filesystem::exists("PHYS2.txt"));
+    EXPECT_EQ(appState().smart.deviceLineCount, 1);
+}
+
+TEST_F(SmartScan, StopsAtAReportThatCannotBeLoaded) {
+    listingIs("/dev/sda -d ata # x\r\n/dev/sdb -d ata # x\r\n");
+    const UniqueFile writer = keepOpenForWriting("PHYS0.txt");
+    EXPECT_EQ(scan(), 0);
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_LoadFileIntoBuffer: [PHYS0.txt] OPEN_WXISTING FAILED",
+                                   "INVALID: Could not load [PHYS0.txt]"));
+    EXPECT_FALSE(std::filesystem::exists("PHYS1.txt"));
+}
+
+TEST_F(SmartScan, ReadsAListingAndReportsOfFiftyMegabytesInTime) {
+    const std::string longLine = std::string(100'000, 'a') + "\r\n";
+    const std::string oddLine = std::string("\0\xFF\xFE", 3) + "\r\n";
+    std::string report = "Device Model:     Chatty\r\n";
+    while (report.size() < 50'000'000) {
+        report += longLine;
+    }
+    report += "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    3\r\n" + oddLine + "behind the NUL\r\n";
+    listingIs("/dev/sda -d ata # x\r\n");
+    reportOf("sda", report);
+    EXPECT_EQ(scan(), 1);
+    const auto record = probedRecord();
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    EXPECT_EQ(record->model.view(), "Chatty");
+    EXPECT_EQ(record->reallocatedSectors, 3);
+}
+
+// --- SmartParseDrive
+
+TEST_F(SmartScan, ParsesADrivesReportAndLogsItsErrors) {
+    writeFile("PHYS3.txt", "Device Model:     Torvane %d\r\nSerial Number:    T1\r\n"
+                           "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    49\r\n"
+                           "187 Reported_Uncorrect      -O--CK   100   100   000    -    1\r\n"
+                           "196 Reallocated_Event_Count -O--CK   100   100   000    -    2\r\n"
+                           "197 Current_Pending_ECC_Cnt -O--CK   100   100   000    -    3\r\n"
+                           "198 Offline_Uncorrectable   ----CK   100   100   000    -    4\r\n");
+    const auto record = probedRecord();
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 3), 1);
+    EXPECT_EQ(record->smartLoaded, 1);
+    EXPECT_EQ(record->smartText, readFile("PHYS3.txt")) << "is kept for later passes";
+    EXPECT_EQ(record->driveName.view(), "");
+    EXPECT_THAT(log(),
+                ElementsAre("ERROR: [Torvane %d] - [T1] Found Value [49] in SMART Attribute [Reallocated Sector Count]",
+                            "ERROR: [Torvane %d] - [T1] Found Value [1] in SMART Attribute [Reallocated Event Count]",
+                            "ERROR: [Torvane %d] - [T1] Found Value [2] in SMART Attribute [Reallocated Event Count]",
+                            "ERROR: [Torvane %d] - [T1] Found Value [3] in SMART Attribute [Current Pending Sector "
+                            "Count]",
+                            "ERROR: [Torvane %d] - [T1] Found Value [4] in SMART Attribute [Offline Uncorrectable "
+                            "Errors]"));
+}
+
+TEST_F(SmartScan, AMissingReportLeavesTheRecordAlone) {
+    const auto record = probedRecord();
+    record->smartText = "before";
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 11), 0);
+    EXPECT_EQ(record->smartText, "before");
+    EXPECT_EQ(record->smartLoaded, 0);
+    EXPECT_EQ(record->smartType, kSmartTypeStandard);
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_LoadFileIntoBuffer: [PHYS11.txt] OPEN_WXISTING FAILED",
+                                   "ERROR: Could not load SMART [PHYS11.txt] File for Processing"));
+}
+
+TEST_F(SmartScan, AReportOfAFailedReadMakesADriveWithoutSmart) {
+    writeFile("PHYS0.txt", "Read SMART Data failed: x\r\nDevice Model:     Other\r\n");
+    const auto record = probedRecord();
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 0);
+    EXPECT_EQ(record->smartLoaded, 0);
+    EXPECT_EQ(record->smartType, kSmartTypeNone);
+    EXPECT_EQ(record->smartText, readFile("PHYS0.txt"));
+    EXPECT_EQ(record->model.view(), "probed model");
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(SmartScan, AReportLeftFromAnEarlierScanIsRead) {
+    writeFile("PHYS1.txt", "Device Model:     Earlier\r\n");
+    listingIs("/dev/sda -d ata # x\r\n");
+    EXPECT_EQ(scan(), 1);
+    const auto record = probedRecord();
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 1), 1);
+    EXPECT_EQ(record->model.view(), "Earlier");
+}
+
+TEST_F(SmartScan, ADriveNumberWithoutANameHasNone) {
+    writeFile("PHYS99.txt", "Device Model:     Far\r\n");
+    writeFile("PHYS-1.txt", "Device Model:     None\r\n");
+    const auto record = probedRecord();
+    record->driveName.assign("old");
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 99), 1);
+    EXPECT_EQ(record->driveName.view(), "");
+    EXPECT_EQ(SmartParseDrive(appState(), *record, -1), 1);
+    EXPECT_EQ(record->driveName.view(), "");
+}
+
+// --- With the real tool on a bench
+
+std::string ataDrive(int number, const std::string& road, const std::string& ata, const std::string& bus = "sata") {
+    return R"({"number": )" + std::to_string(number) + R"(, "bus": ")" + bus + R"(", "size": "64 MiB", "road": ")" +
+           road + R"(", "ata": {"model": "Disk )" + std::to_string(number) + R"(", "serial": "SN)" +
+           std::to_string(number) + R"(", )" + ata + "}}";
+}
+
+std::string attributes(std::initializer_list<std::pair<int, std::int64_t>> raws, const std::string& more = "") {
+    std::string list;
+    for (const auto& [id, raw] : raws) {
+        list += (list.empty() ? "" : ", ") + (R"({"id": )" + std::to_string(id)) + R"(, "raw": )" +
+                std::to_string(raw) + "}";
+    }
+    return R"("smart": {"attributes": [)" + list + "]" + more + "}";
+}
+
+class RealTool : public ::testing::Test {
+  protected:
+    /// Puts the drives on the bench and scans them.
+    void scan(const std::vector<std::string>& drives) {
+        testing::TestBench::provideSmartctl();
+        for (const std::string& drive : drives) {
+            bench_.addDrive(drive);
+        }
+        bench_.open();
+        ASSERT_EQ(SmartScanDevices(appState()), 1);
+    }
+    std::unique_ptr<DriveRecord> parse(int number, std::int32_t busCode = kBusCodeDirect) {
+        auto record = probedRecord();
+        record->busCode = busCode;
+        result_ = SmartParseDrive(appState(), *record, number);
+        return record;
+    }
+    std::unique_ptr<DriveRecord> scanAndParse(const std::string& ata, std::int32_t busCode = kBusCodeDirect) {
+        const bool usb = busCode == kBusCodeUsb;
+        scan({ataDrive(0, usb ? "sat" : "ata", ata, usb ? "usb" : "sata")});
+        return parse(0, busCode);
+    }
+
+    testing::TestBench bench_;
+    testing::RecordingMainView view_;
+    testing::ViewInstalled installed_{appState(), view_};
+    int result_ = -1;
+};
+
+TEST_F(RealTool, AHealthyDisk) {
+    const auto record = scanAndParse(attributes({{5, 0}, {9, 8123}, {187, 0}, {196, 0}, {197, 0}, {198, 0}}));
+    EXPECT_EQ(result_, 1);
+    EXPECT_EQ(record->model.view(), "Disk 0");
+    EXPECT_EQ(record->serialNumber.view(), "SN0");
+    EXPECT_EQ(record->driveName.view(), "/dev/sda");
+    EXPECT_EQ(record->powerOnHours, 8123);
+    EXPECT_EQ(record->reallocatedSectors, 0);
+    EXPECT_EQ(record->reportedUncorrect, 0);
+    EXPECT_EQ(record->reallocatedEvents, 0);
+    EXPECT_EQ(record->pendingSectors, 0);
+    EXPECT_EQ(record->offlineUncorrectable, 0);
+    EXPECT_EQ(record->smartErrorFlag, 2);
+    EXPECT_EQ(record->securityEnabled, 0);
+    EXPECT_EQ(record->uncLbaCount, 0);
+    EXPECT_EQ(record->smartType, kSmartTypeStandard);
+    EXPECT_THAT(rowsOf(view_), IsEmpty());
+}
+
+TEST_F(RealTool, OldDisks) {
+    scan({ataDrive(0, "ata", attributes({{9, 30'000}})), ataDrive(1, "ata", attributes({{9, 45'000}})),
+          // Three raw bytes of hours with minutes behind them, as several makers pack them.
+          ataDrive(2, "ata", attributes({{9, (std::int64_t{42} << 32) + 8123}}))});
+    EXPECT_EQ(parse(0)->powerOnHours, 30'000);
+    EXPECT_EQ(parse(1)->powerOnHours, 45'000);
+    EXPECT_EQ(parse(2)->powerOnHours, 8123);
+    EXPECT_THAT(readFile("PHYS2.txt"), HasSubstr("8123 ("));
+}
+
+TEST_F(RealTool, RemappedSectors) {
+    scan({ataDrive(0, "ata", attributes({{5, 1}})), ataDrive(1, "ata", attributes({{5, 49}})),
+          ataDrive(2, "ata", attributes({{5, 50}}))});
+    EXPECT_EQ(parse(0)->reallocatedSectors, 1);
+    EXPECT_EQ(parse(1)->reallocatedSectors, 49);
+    EXPECT_EQ(parse(2)->reallocatedSectors, 50);
+    EXPECT_THAT(rowsOf(view_),
+                ElementsAre("ERROR: [Disk 0] - [SN0] Found Value [1] in SMART Attribute [Reallocated Sector Count]",
+                            "ERROR: [Disk 1] - [SN1] Found Value [49] in SMART Attribute [Reallocated Sector Count]",
+                            "ERROR: [Disk 2] - [SN2] Found Value [50] in SMART Attribute [Reallocated Sector Count]"));
+}
+
+TEST_F(RealTool, PendingUncorrectableAndReportedErrors) {
+    const auto record = scanAndParse(attributes({{187, 3}, {196, 4}, {197, 5}, {198, 6}}));
+    EXPECT_EQ(record->reallocatedSectors, kNotReported);
+    EXPECT_EQ(record->reportedUncorrect, 3);
+    EXPECT_EQ(record->reallocatedEvents, 4);
+    EXPECT_EQ(record->pendingSectors, 5);
+    EXPECT_EQ(record->offlineUncorrectable, 6);
+    EXPECT_EQ(record->powerOnHours, kNotReported);
+    EXPECT_EQ(record->smartErrorFlag, 1);
+}
+
+TEST_F(RealTool, ASolidStateDevice) {
+    const auto record = scanAndParse(R"("rotationRate": "ssd", )" + attributes({{5, 0}, {9, 100}}));
+    EXPECT_EQ(record->smartType, kSmartTypeSsd);
+    EXPECT_EQ(record->busText.view(), "SSD");
+    EXPECT_EQ(record->busCode, kBusCodeOwnText);
+}
+
+TEST_F(RealTool, ASolidStateDeviceBehindUsb) {
+    const auto record = scanAndParse(R"("rotationRate": "ssd", )" + attributes({{9, 100}}), kBusCodeUsb);
+    EXPECT_EQ(record->powerOnHours, 100);
+    EXPECT_EQ(record->smartType, kSmartTypeSsd);
+    EXPECT_EQ(record->busText.view(), "USB SSD");
+    EXPECT_EQ(record->busCode, kBusCodeOwnText);
+}
+
+TEST_F(RealTool, SecurityEnabled) {
+    scan({ataDrive(0, "ata", R"("security": "enabled", )" + attributes({})),
+          ataDrive(1, "ata", R"("security": "locked", )" + attributes({})),
+          ataDrive(2, "ata", R"("security": "frozen", )" + attributes({})),
+          ataDrive(3, "ata", R"("security": "unsupported", )" + attributes({}))});
+    EXPECT_EQ(parse(0)->securityEnabled, 1);
+    EXPECT_EQ(parse(1)->securityEnabled, 1);
+    EXPECT_EQ(parse(2)->securityEnabled, 0) << "frozen, but disabled";
+    EXPECT_EQ(parse(3)->securityEnabled, 0);
+}
+
+std::string errorLog(const std::vector<std::int64_t>& lbas) {
+    std::string list;
+    for (const std::int64_t lba : lbas) {
+        list += (list.empty() ? "" : ", ") + (R"({"lba": )" + std::to_string(lba)) + "}";
+    }
+    return R"(, "errorLog": [)" + list + "]";
+}
+
+TEST_F(RealTool, ErrorLogEntriesAtRepeatedAndDistinctLbas) {
+    const auto record = scanAndParse(attributes({}, errorLog({100, 200, 100})));
+    ASSERT_EQ(record->uncLbaCount, 2);
+    EXPECT_EQ(record->uncLbas[0], 100);
+    EXPECT_EQ(record->uncLbas[1], 200);
+}
+
+// The drive keeps 60, of which the tool prints the eight newest: more than fifty are never printed.
+TEST_F(RealTool, OfALongErrorLogTheNewestEightArePrinted) {
+    std::vector<std::int64_t> lbas;
+    for (int i = 0; i < 60; ++i) {
+        lbas.push_back(0x100000000 + i);
+    }
+    const auto record = scanAndParse(attributes({}, errorLog(lbas)));
+    ASSERT_EQ(record->uncLbaCount, 8);
+    EXPECT_EQ(record->uncLbas[0], 0x100000000 + 59) << "newest first";
+    EXPECT_EQ(record->uncLbas[7], 0x100000000 + 52);
+}
+
+TEST_F(RealTool, ADriveWhoseSmartReadFails) {
+    const auto record = scanAndParse(R"("smart": {"readDataFails": true})");
+    EXPECT_EQ(result_, 0);
+    EXPECT_EQ(record->smartLoaded, 0);
+    EXPECT_EQ(record->smartType, kSmartTypeNone);
+    EXPECT_EQ(record->model.view(), "probed model");
+    EXPECT_THAT(rowsOf(view_),
+                ElementsAre("INVALID: Invalid Device found at [/dev/sda -d ata # /dev/sda, ATA device]"));
+}
+
+TEST_F(RealTool, ADriveThatIsNoAtaDevice) {
+    scan({R"({"number": 1, "bus": "nvme", "size": "64 MiB", "road": "nvme-query", "identity": {"product": "N"}})"});
+    EXPECT_THAT(readFile("Drive Data File.txt"), StartsWith("/dev/sdb -d nvme "));
+    const auto record = parse(1);
+    EXPECT_EQ(record->smartType, kSmartTypeNone);
+    EXPECT_THAT(rowsOf(view_), ElementsAre(AllOf(StartsWith("INVALID: Invalid Device found at [/dev/sdb -d nvme "))));
+}
+
+TEST_F(RealTool, TheToolIsAskedThroughTheTranslationOnly) {
+    scan({ataDrive(4, "sat", attributes({{9, 1}}), "usb")});
+    EXPECT_EQ(parse(4, kBusCodeUsb)->powerOnHours, 1);
+    const auto started = bench_.log("request=start");
+    ASSERT_EQ(started.size(), 2U);
+    EXPECT_THAT(started[0], HasSubstr(R"(command-line="smartctl.exe --scan")"));
+    EXPECT_THAT(started[1], HasSubstr(R"(command-line="smartctl.exe /dev/sde -d sat -s on -x -T verypermissive -T )"
+                                      R"(verypermissive")"));
+}
+
+} // namespace
+} // namespace torvane
