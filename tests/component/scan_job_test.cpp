@@ -212,6 +212,24 @@ TEST_F(ScanJob, ANewScanClosesTheHandlesOfTheLastOne) {
     ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
 }
 
+TEST_F(ScanJob, ANewScanLetsGoOfDrivesThatAreGone) {
+    addDrive(0, "usb");
+    addDrive(1, "usb");
+    addDrive(2, "usb");
+    bench_.open();
+    loadDrivesAndWait();
+    ASSERT_EQ(state().scan.driveCount, 3);
+    bench_.unplug(1);
+    bench_.unplug(2);
+    LoadDrives(state());
+    awaitScan();
+    EXPECT_EQ(state().scan.driveCount, 1);
+    EXPECT_EQ(state().scan.drives[2], nullptr);
+    EXPECT_EQ(bench_.log("target=drive:2 request=close").size(),
+              bench_.log("target=drive:2 request=open result=ok").size());
+    ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
+}
+
 TEST_F(ScanJob, FiftyScansLeaveAsManyHandlesAsOne) {
     addDrive(0, "sata", R"("road": "ata")");
     addDrive(1, "iscsi");

@@ -45,6 +45,9 @@ class TestBench {
         ASSERT_EQ(bench_.open(benchFolder()), "");
     }
 
+    /// The drive vanishes, for every process on the bench.
+    void unplug(int drive) { ASSERT_TRUE(bench_.unplug(drive)); }
+
     /// The log's lines that have every one of the blank-separated `fields`, oldest first. A field that ends in ':' or
     /// '=' stands for all that begin so.
     [[nodiscard]] std::vector<std::string> log(const std::string& fields = "") const {
