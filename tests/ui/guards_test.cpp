@@ -1,6 +1,7 @@
 #include "tests/ui/ui_test.h"
 
 #include <ostream>
+#include <vector>
 
 namespace torvane::driver {
 namespace {
@@ -26,7 +27,7 @@ std::string nameOf(const ::testing::TestParamInfo<Guard>& info) {
     return info.param.name;
 }
 
-const Guard kActiveDriveGuards[] = {
+const std::vector<Guard> kActiveDriveGuards = {
     {"Report", kCreateReport, kMenuCreateReport, kNoActiveDrive,
      "Load Drives, and click on drive to make ACTIVE for report."},
     {"CriticalReadTest", kCriticalTest, kMenuCriticalTest, kNoActiveDrive,
@@ -38,22 +39,30 @@ const Guard kActiveDriveGuards[] = {
     {"QuickDiskView", kQuickDiskView, 0, kNoActiveDrive, "Please choose a drive to view"},
 };
 
-const Guard kNoneTickedGuards[] = {
+const std::vector<Guard> kNoneTickedGuards = {
     {"Clone", kClone, kMenuClone, kChooseToClone, "You must choose one drive to clone"},
     {"DriveToImage", kDriveToImage, kMenuDriveToImage, kChooseToClone, "You must choose at least one drive to image"},
     {"ForensicImage", kForensicImage, 0, kChooseToImage, "You must choose at least a drive to image"},
 };
 
-const Guard kTwoTickedGuards[] = {
+const std::vector<Guard> kTwoTickedGuards = {
     {"Clone", kClone, kMenuClone, kTooMany, "You may only choose one drive to clone"},
     {"DriveToImage", kDriveToImage, kMenuDriveToImage, kTooMany, "You may only choose one drive to clone"},
     {"ForensicImage", kForensicImage, 0, kTooMany, "You may only choose one drive to image"},
 };
 
-const Guard kEmptyListGuards[] = {
+const std::vector<Guard> kEmptyListGuards = {
     {"ImageToDrive", kImageToDrive, kMenuImageToDrive, "***** ERROR Listed Drives *****",
      "Please 'use 'Load Drives' from 'Tasks' Menu"},
 };
+
+std::vector<Guard> join(std::vector<Guard> all, const std::vector<Guard>& more) {
+    all.insert(all.end(), more.begin(), more.end());
+    return all;
+}
+
+const std::vector<Guard> kNothingChosen = join(kActiveDriveGuards, kNoneTickedGuards);
+const std::vector<Guard> kBeforeLoading = join(kNothingChosen, kEmptyListGuards);
 
 /// By button and by menu command, the guard shows its box and nothing else.
 class GuardTest : public UiTest, public ::testing::WithParamInterface<Guard> {
@@ -81,28 +90,14 @@ class BeforeLoadingTest : public GuardTest {};
 TEST_P(BeforeLoadingTest, CommandIsRefused) {
     expectGuard();
 }
-INSTANTIATE_TEST_SUITE_P(ActiveDrive, BeforeLoadingTest, ::testing::ValuesIn(kActiveDriveGuards), nameOf);
-INSTANTIATE_TEST_SUITE_P(TickedDrive, BeforeLoadingTest, ::testing::ValuesIn(kNoneTickedGuards), nameOf);
-INSTANTIATE_TEST_SUITE_P(ListedDrives, BeforeLoadingTest, ::testing::ValuesIn(kEmptyListGuards), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, BeforeLoadingTest, ::testing::ValuesIn(kBeforeLoading), nameOf);
 
 class NothingChosenTest : public GuardTest {};
 TEST_P(NothingChosenTest, CommandIsRefused) {
     loadOnce();
     expectGuard();
 }
-INSTANTIATE_TEST_SUITE_P(ActiveDrive, NothingChosenTest, ::testing::ValuesIn(kActiveDriveGuards), nameOf);
-INSTANTIATE_TEST_SUITE_P(TickedDrive, NothingChosenTest, ::testing::ValuesIn(kNoneTickedGuards), nameOf);
-
-class TwoTickedTest : public GuardTest {};
-TEST_P(TwoTickedTest, CommandIsRefused) {
-    loadOnce();
-    torvane().driveList().setTicked(0, true);
-    torvane().driveList().setTicked(2, true);
-    expectGuard();
-    EXPECT_TRUE(torvane().driveList().ticked(0));
-    EXPECT_TRUE(torvane().driveList().ticked(2));
-}
-INSTANTIATE_TEST_SUITE_P(TickedDrives, TwoTickedTest, ::testing::ValuesIn(kTwoTickedGuards), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, NothingChosenTest, ::testing::ValuesIn(kNothingChosen), nameOf);
 
 class OnlyTickedTest : public GuardTest {};
 TEST_P(OnlyTickedTest, TickedDriveIsNotActive) {
@@ -110,7 +105,7 @@ TEST_P(OnlyTickedTest, TickedDriveIsNotActive) {
     torvane().driveList().setTicked(1, true);
     expectGuard();
 }
-INSTANTIATE_TEST_SUITE_P(ActiveDrive, OnlyTickedTest, ::testing::ValuesIn(kActiveDriveGuards), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, OnlyTickedTest, ::testing::ValuesIn(kActiveDriveGuards), nameOf);
 
 class OnlyActiveTest : public GuardTest {};
 TEST_P(OnlyActiveTest, ActiveDriveIsNotTicked) {
@@ -118,7 +113,18 @@ TEST_P(OnlyActiveTest, ActiveDriveIsNotTicked) {
     torvane().driveList().click(1);
     expectGuard();
 }
-INSTANTIATE_TEST_SUITE_P(TickedDrive, OnlyActiveTest, ::testing::ValuesIn(kNoneTickedGuards), nameOf);
+INSTANTIATE_TEST_SUITE_P(All, OnlyActiveTest, ::testing::ValuesIn(kNoneTickedGuards), nameOf);
+
+class TwoTickedTest : public GuardTest {};
+TEST_P(TwoTickedTest, CommandIsRefused) {
+    loadOnce();
+    torvane().driveList().setTicked(0, true);
+    torvane().driveList().setTicked(1, true);
+    expectGuard();
+    EXPECT_TRUE(torvane().driveList().ticked(0));
+    EXPECT_TRUE(torvane().driveList().ticked(1));
+}
+INSTANTIATE_TEST_SUITE_P(All, TwoTickedTest, ::testing::ValuesIn(kTwoTickedGuards), nameOf);
 
 } // namespace
 } // namespace torvane::driver

@@ -24,7 +24,7 @@ class MountingTest : public UiTest {
         UiTest::SetUp();
         leaveProgramUsed();
     }
-    void startWithMountingDisabled() { restart(smallBench().bench(R"({"automount": false})")); }
+    void startWithMountingDisabled() { restart(pairBench().bench(R"({"automount": false})")); }
     /// What diskpart was told to change.
     [[nodiscard]] std::vector<std::string> changes() const {
         std::vector<std::string> lines = program().benchLog({"request=diskpart", "script-line=\"automount "});
@@ -91,7 +91,7 @@ TEST_F(MountingTest, EnablingIsDoneWithoutAQuestionWhenMountingIsDisabled) {
 
 TEST_F(MountingTest, DisableThatFailsToTakeEffectSaysSo) {
     // This diskpart reports success of the scrub, but mounting as it was.
-    restart(smallBench().bench(R"({"tools": {"diskpart": {"output":
+    restart(pairBench().bench(R"({"tools": {"diskpart": {"output":
         "\r\nDiskPart successfully scrubbed the mount point settings in the system.\r\n\r\nAutomatic mounting of new volumes enabled.\r\n\r\n"}}})"));
     torvane().press(kDisableMounting);
     expectOutcome("****** NOT DISABLED ******", "Drive Mounting has NOT been DISABLED");

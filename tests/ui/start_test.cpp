@@ -206,7 +206,7 @@ TEST_F(StartTest, AboutBoxOpensFromTheSystemMenuAndCloses) {
 }
 
 TEST(StartWithoutFilesTest, MissingMessagesEndTheProgramAtOnce) {
-    const Launch launch = freshRun("StartWithoutFiles.Messages", smallBench());
+    const Launch launch = freshRun("StartWithoutFiles.Messages", pairBench());
     ASSERT_TRUE(std::filesystem::remove(launch.program.parent_path() / "Message.db"));
     Program program(launch);
     EXPECT_FALSE(program.mainWindow().exists());
@@ -214,7 +214,7 @@ TEST(StartWithoutFilesTest, MissingMessagesEndTheProgramAtOnce) {
 }
 
 TEST(StartWithoutFilesTest, MissingPicturesAreNoReasonToEnd) {
-    const Launch launch = freshRun("StartWithoutFiles.Pictures", smallBench());
+    const Launch launch = freshRun("StartWithoutFiles.Pictures", pairBench());
     int removed = 0;
     for (const auto& file : std::filesystem::directory_iterator(launch.program.parent_path())) {
         if (file.path().extension() == ".png") {

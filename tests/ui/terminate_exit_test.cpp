@@ -112,7 +112,7 @@ TEST_F(ExitTest, WhileAJobRunsNoStays) {
     torvane().press(kTerminate);
     expectQuestion(kTerminateCaption, kTerminateText, "No");
     torvane().awaitLoaded();
-    EXPECT_EQ(torvane().driveList().rowCount(), 4);
+    EXPECT_EQ(torvane().driveList().rowCount(), 2);
 }
 
 TEST_F(ExitTest, WhileAJobRunsYesEnds) {
@@ -124,7 +124,7 @@ TEST_F(ExitTest, WhileAJobRunsYesEnds) {
 }
 
 TEST_F(ExitTest, WhileAJobRunsYesStillOffersMounting) {
-    restart(smallBench().bench(R"({"automount": false, "tools": {"diskpart": {"delayMilliseconds": 800}}})"));
+    restart(pairBench().bench(R"({"automount": false, "tools": {"diskpart": {"delayMilliseconds": 800}}})"));
     torvane().startLoading();
     torvane().press(kExit);
     expectQuestion(kExitCaption, kJobText, "Yes");
@@ -133,7 +133,7 @@ TEST_F(ExitTest, WhileAJobRunsYesStillOffersMounting) {
 }
 
 TEST_F(ExitTest, MountingStaysDisabledWhenTheOfferIsDeclined) {
-    restart(smallBench().bench(R"({"automount": false})"));
+    restart(pairBench().bench(R"({"automount": false})"));
     torvane().press(kExit);
     expectQuestion(kExitCaption, kSureText, "Yes");
     expectQuestion(kMountingCaption, kMountingText, "No");
@@ -143,7 +143,7 @@ TEST_F(ExitTest, MountingStaysDisabledWhenTheOfferIsDeclined) {
 
 TEST_F(ExitTest, MountingThatWasNotEnabledIsSaidToBeStillDisabled) {
     // This diskpart says "disabled" whatever it is told.
-    restart(smallBench().bench(R"({"tools": {"diskpart": {"output":
+    restart(pairBench().bench(R"({"tools": {"diskpart": {"output":
         "\r\nMicrosoft DiskPart\r\n\r\nAutomatic mounting of new volumes disabled.\r\n\r\n"}}})"));
     torvane().press(kExit);
     expectQuestion(kExitCaption, kSureText, "Yes");
@@ -153,7 +153,7 @@ TEST_F(ExitTest, MountingThatWasNotEnabledIsSaidToBeStillDisabled) {
 }
 
 TEST_F(ExitTest, FailedStatusEndsWithoutAQuestion) {
-    restart(smallBench().bench(R"({"automount": false, "tools": {"diskpart": {"missing": true}}})"));
+    restart(pairBench().bench(R"({"automount": false, "tools": {"diskpart": {"missing": true}}})"));
     torvane().press(kExit);
     expectQuestion(kExitCaption, kSureText, "Yes");
     expectEndOfProgram();

@@ -125,7 +125,7 @@ void UiTest::TearDown() {
 }
 
 BenchFolder UiTest::layOutBench() const {
-    return smallBench();
+    return pairBench();
 }
 
 void UiTest::restart(const BenchFolder& bench) {
@@ -174,20 +174,27 @@ void UiTest::expectNoBox() const {
     }
 }
 
-BenchFolder smallBench() {
+BenchFolder pairBench() {
     BenchFolder folder;
-    folder.bench(R"({"title": "one drive of each kind"})");
+    folder.bench(R"({"title": "a disk and a solid-state drive"})");
     folder.drive("0-sata", R"({
         "number": 0, "bus": "sata", "size": "512 GiB", "road": "ata",
         "identity": {"product": "HALDANE HD5000", "revision": "HA11", "serial": "HD5-000117"},
         "volumes": [{"letter": "C", "extents": [{"offset": "1 MiB", "length": "400 GiB"}]}]})");
-    folder.drive("1-usb", R"({
-        "number": 1, "bus": "usb", "size": "64 GiB", "road": "sat", "removable": true,
-        "identity": {"vendor": "Corvina", "product": "Pocket Disk", "revision": "1.02", "serial": "CV-77120"},
-        "volumes": [{"letter": "E", "extents": [{"offset": "1 MiB", "length": "32 GiB"}]}]})");
-    folder.drive("2-nvme", R"({
-        "number": 2, "bus": "nvme", "size": "256 GiB", "road": "nvme-query",
+    folder.drive("1-nvme", R"({
+        "number": 1, "bus": "nvme", "size": "256 GiB", "road": "nvme-query",
         "identity": {"product": "Tarn N256", "revision": "2B3Q", "serial": "TN256-0042"}})");
+    return folder;
+}
+
+BenchFolder smallBench() {
+    BenchFolder folder = pairBench();
+    folder.bench(R"({"title": "one drive of each kind"})");
+    folder.drive("2-usb", R"({
+        "number": 2, "bus": "usb", "size": "64 GiB", "road": "sat", "removable": true,
+        "identity": {"vendor": "Corvina", "product": "Pocket Disk", "revision": "1.02", "serial": "BRIDGE-1"},
+        "ata": {"model": "CORVINA PD64", "serial": "CV-77120"},
+        "volumes": [{"letter": "E", "extents": [{"offset": "1 MiB", "length": "32 GiB"}]}]})");
     folder.drive("3-4k", R"({
         "number": 3, "bus": "sata", "size": "1 TiB", "sectorSize": 4096, "road": "ata",
         "identity": {"product": "BRANDT 4KN-1000", "revision": "4K01", "serial": "BR4K-9001"}})");
@@ -195,7 +202,7 @@ BenchFolder smallBench() {
 }
 
 BenchFolder slowBench(int milliseconds) {
-    BenchFolder folder = smallBench();
+    BenchFolder folder = pairBench();
     folder.bench(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::to_string(milliseconds) + "}}}");
     return folder;
 }

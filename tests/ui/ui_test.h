@@ -20,7 +20,7 @@ class UiTest : public ::testing::Test {
     void SetUp() override;
     void TearDown() override;
 
-    /// The bench that the suite's program is started on; a small one with a drive of each kind by default.
+    /// The bench that the suite's program is started on; two drives by default.
     [[nodiscard]] virtual BenchFolder layOutBench() const;
 
     /// Ends the current program and starts one on that bench.
@@ -44,10 +44,13 @@ class UiTest : public ::testing::Test {
     bool endExpected_ = false;
 };
 
-/// A bench with four drives: SATA disk with C:, USB bridge disk, NVMe drive, 4096-byte-sector SATA disk.
+/// A bench with two drives: a SATA disk with C:, an NVMe drive.
+[[nodiscard]] BenchFolder pairBench();
+
+/// A bench with four drives: the pair, a USB bridge disk, a SATA disk of 4096-byte sectors.
 [[nodiscard]] BenchFolder smallBench();
 
-/// The small bench whose diskpart takes so long for each request; a scan asks it once for each drive.
+/// The pair's bench whose diskpart takes so long for each request; a scan asks it once for each drive.
 [[nodiscard]] BenchFolder slowBench(int milliseconds);
 
 /// Watches the test programs: pictures of failures. To be called once, before the tests run.

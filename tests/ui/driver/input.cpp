@@ -2,6 +2,7 @@
 
 #include "tests/ui/driver/wait.h"
 
+#include <cstdlib>
 #include <vector>
 
 namespace torvane::driver {
@@ -40,6 +41,19 @@ void moveMouse(POINT place) {
           [place] { return pointsAt(place) || (SetCursorPos(place.x, place.y), false); });
 }
 
+/// Two clicks at one place are two clicks: waits until the second can no longer be taken for half of a double click.
+void avoidDoubleClick(POINT place) {
+    static POINT lastPlace{-1, -1};
+    static std::chrono::steady_clock::time_point lastTime;
+    const std::chrono::milliseconds doubleClickTime(GetDoubleClickTime());
+    if (std::abs(place.x - lastPlace.x) <= GetSystemMetrics(SM_CXDOUBLECLK) &&
+        std::abs(place.y - lastPlace.y) <= GetSystemMetrics(SM_CYDOUBLECLK)) {
+        std::this_thread::sleep_until(lastTime + doubleClickTime * 2);
+    }
+    lastPlace = place;
+    lastTime = std::chrono::steady_clock::now();
+}
+
 void requireReachable(const Window& window, POINT place) {
     if (!window.visible()) {
         throw Failure("cannot be clicked, is not visible: " + window.describe());
@@ -72,6 +86,7 @@ void clickAt(const Window& window, POINT place, MouseButton button) {
     const bool left = button == MouseButton::kLeft;
     requireReachable(window, place);
     moveMouse(place);
+    avoidDoubleClick(place);
     inject(mouseInput(left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN));
     inject(mouseInput(left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP));
     window.settle();

@@ -120,6 +120,8 @@ void Window::awaitPainted() const {
         const auto parts = children();
         return painted(*this) && std::all_of(parts.begin(), parts.end(), painted);
     });
+    // A window counts as painted from the moment its painting begins; the answer comes when it has ended.
+    send(WM_NULL);
 }
 
 std::string Window::describe() const {
