@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -92,9 +93,9 @@ class ScriptMaker {
         return values[below(values.size())];
     }
 
-    // Around multiples of the block size, often enough blocks for eleven bad ones.
+    // Around multiples of the block size: often enough blocks for eleven bad ones, now and then more than percents.
     std::int64_t size() {
-        const auto blocks = static_cast<std::int64_t>(below(18));
+        const auto blocks = static_cast<std::int64_t>(chance(20) ? 90 + below(200) : below(18));
         const auto block = static_cast<std::int64_t>(script_.blockSize);
         const std::int64_t extra = pick<std::int64_t>({0, 0, 1, -1, block / 2, static_cast<std::int64_t>(below(16))});
         return std::max<std::int64_t>(blocks * block + extra, 0);
@@ -155,9 +156,24 @@ class ScriptMaker {
         script_.yes = !chance(4);
     }
 
+    /// The number of the read that makes the eleventh bad block; a high number when there is none.
+    [[nodiscard]] std::uint64_t eleventhBadRead() const {
+        int bad = 0;
+        for (const auto& [number, fault] : script_.reads) {
+            bad += fault.fault == Fault::kSeekFails ? 0 : 1;
+            if (bad == 11) {
+                return number;
+            }
+        }
+        return 1000;
+    }
+
     void makeStop() {
         script_.stopAt = pick<StopAt>({StopAt::kNever, StopAt::kNever, StopAt::kWrite, StopAt::kHash, StopAt::kEvent});
         script_.stopNumber = script_.stopAt == StopAt::kEvent ? below(120) : below(20);
+        if (script_.stopAt == StopAt::kWrite && chance(3)) {
+            script_.stopNumber = eleventhBadRead();
+        }
         // A block is written and hashed at the same time: whether its failed write is shown before or after a stop
         // during its hashing is nobody's promise.
         if (script_.stopAt == StopAt::kHash && script_.writes.contains(script_.stopNumber)) {

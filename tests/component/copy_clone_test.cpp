@@ -1,0 +1,364 @@
+#include "tests/component/copy_bench.h"
+
+namespace torvane {
+namespace {
+
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::noise;
+using ::testing::SizeIs;
+using testing::unreadable;
+
+class Clone : public testing::CopyBench {
+  protected:
+    /// A source of noise with the given faults (JSON), and an empty destination.
+    void openDrives(std::size_t sourceBytes, std::size_t destinationBytes, const std::string& sourceFaults = "{}",
+                    const std::string& destinationMore = "", int sectorSize = 512) {
+        const std::string sectors = R"(, "sectorSize": )" + std::to_string(sectorSize);
+        bench_.addDrive(R"({"number": 1, "bus": "nvme", "backing": {"pattern": "noise", "seed": 7}, "size": )" +
+                        std::to_string(sourceBytes) + sectors + R"(, "faults": )" + sourceFaults + "}");
+        bench_.addDrive(R"({"number": 2, "bus": "nvme", "identity": {"product": "Target", "serial": "T1"}, "size": )" +
+                        std::to_string(destinationBytes) + sectors + destinationMore + "}");
+        source_ = &drive(1);
+        destination_ = &drive(2);
+        state().copy.source = source_;
+        state().copy.destination = destination_;
+    }
+
+    /// Whether the destination holds the source's noise in [from, to).
+    static bool arrived(std::uint64_t from, std::uint64_t to) {
+        const auto size = static_cast<std::size_t>(to - from);
+        return content(2, from, size) == noise(7, from, size);
+    }
+
+    static std::string readFault(std::uint64_t firstSector, const std::string& more = "") {
+        return R"({"firstSector": )" + std::to_string(firstSector) + more + "}";
+    }
+
+    static constexpr const char* kUsedDisk =
+        R"(, "volumes": [{"letter": "K", "extents": [{"offset": 32768, "length": 131072}]},
+                         {"letter": "L", "extents": [{"offset": 262144, "length": 65536}]}])";
+
+    DriveRecord* source_ = nullptr;
+    DriveRecord* destination_ = nullptr;
+};
+
+TEST_F(Clone, ForwardOntoADiskWithMountedVolumesArrivesWhole) {
+    openDrives(10 * kBlock + 4096, 10 * kBlock + 4096, "{}", kUsedDisk);
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_TRUE(arrived(0, 10 * kBlock + 4096));
+    EXPECT_EQ(destination_->writeErrorCount, 0U);
+    EXPECT_EQ(display_.lastStatus(), " Image Completed");
+    EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
+    EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(Clone, ReverseOntoADiskWithMountedVolumesArrivesWhole) {
+    openDrives(10 * kBlock + 4096, 10 * kBlock + 4096, "{}", kUsedDisk);
+    EXPECT_EQ(run(runReverseClone), 1U);
+    EXPECT_TRUE(arrived(0, 10 * kBlock + 4096));
+    EXPECT_EQ(display_.lastStatus(), " Clone SUCCESSFULLY Completed");
+    EXPECT_EQ(state().copy.carX, 10);
+}
+
+TEST_F(Clone, CleansTheDestinationBeforeTheFirstBlock) {
+    openDrives(2 * kBlock, 10 * kBlock, "{}", kUsedDisk);
+    run(runForwardClone);
+    EXPECT_EQ(testing::readFile("DPCleanDiskScript.txt"), "select disk 2\nclean\n");
+    const std::vector<std::string> all = bench_.log("");
+    const auto firstOf = [&](const std::string& text) {
+        return std::find_if(all.begin(), all.end(),
+                            [&](const std::string& line) { return line.find(text) != std::string::npos; });
+    };
+    EXPECT_LT(firstOf("script-line=\"clean\""), firstOf("request=write"));
+    EXPECT_THAT(view_.driveStatuses(*destination_), Contains("Cleaning disk"));
+}
+
+TEST_F(Clone, WithoutACleanDiskTheVolumesRefuseAndTheCountsTellIt) {
+    bench_.describe(R"({"tools": {"diskpart": {"output": "DiskPart has encountered an error.\r\n"}}})");
+    openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive2]"));
+    // Blocks 0 to 2 and 4 touch a volume.
+    EXPECT_EQ(destination_->writeErrorCount, 4U);
+    EXPECT_EQ(display_.lastStatus(), " Image Completed");
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 4 failed writes");
+    EXPECT_TRUE(arrived(5 * kBlock, 10 * kBlock));
+}
+
+TEST_F(Clone, WithThirtyTwoMebibyteBlocksAsTheProgramRunsIt) {
+    constexpr std::size_t kMebibyte = 1048576;
+    openDrives(100 * kMebibyte, 101 * kMebibyte, R"({"reads": [{"firstSector": 65537}]})",
+               R"(, "volumes": [{"letter": "K", "extents": [{"offset": "1 MiB", "length": "90 MiB"}]}])");
+    EXPECT_EQ(ForwardClone(state()), 1U);
+    EXPECT_TRUE(arrived(0, 32 * kMebibyte));
+    EXPECT_EQ(content(2, 32 * kMebibyte, 32 * kMebibyte), unreadable(32 * kMebibyte));
+    EXPECT_TRUE(arrived(64 * kMebibyte, 100 * kMebibyte));
+    EXPECT_EQ(content(2, 100 * kMebibyte, kMebibyte), std::string(kMebibyte, '\0'));
+    EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [65536]"));
+    EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", HasSubstr(" -- %0"), HasSubstr(" -- %33"),
+                                                 HasSubstr(" -- %66"), " Image Completed"));
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 1 unreadable block");
+}
+
+TEST_F(Clone, ASourceLargerThanTheDestinationIsCutSilently) {
+    openDrives(5 * kBlock, 3 * kBlock + 512);
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_TRUE(arrived(0, 3 * kBlock + 512));
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_EQ(destination_->writeErrorCount, 0U);
+}
+
+TEST_F(Clone, ReverseOfALargerSourceStartsAtTheDestinationsEnd) {
+    openDrives(5 * kBlock, 3 * kBlock + 512);
+    EXPECT_EQ(run(runReverseClone), 1U);
+    EXPECT_TRUE(arrived(0, 3 * kBlock + 512));
+    const auto writes = bench_.log("target=drive:2 request=write");
+    ASSERT_THAT(writes, SizeIs(4));
+    EXPECT_THAT(writes[0], HasSubstr("offset=" + std::to_string(2 * kBlock + 512) + " length=65536"));
+    EXPECT_THAT(writes[3], HasSubstr("offset=0 length=512"));
+}
+
+TEST_F(Clone, ASmallerSourceLeavesTheRestOfTheDestination) {
+    openDrives(2 * kBlock + 512, 5 * kBlock);
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_TRUE(arrived(0, 2 * kBlock + 512));
+    EXPECT_EQ(content(2, 2 * kBlock + 512, 2 * kBlock), std::string(2 * kBlock, '\0'));
+}
+
+TEST_F(Clone, OfOneSectorIsARemainderAlone) {
+    openDrives(512, 512);
+    EXPECT_EQ(ForwardClone(state()), 1U);
+    EXPECT_TRUE(arrived(0, 512));
+    EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", " Image Completed"));
+    EXPECT_EQ(state().copy.succeeded, 1);
+    EXPECT_EQ(state().copy.carX, 760);
+}
+
+TEST_F(Clone, OfNothingCompletesAtOnce) {
+    openDrives(512, 512);
+    source_->sizeBytes = 0;
+    EXPECT_EQ(ReverseClone(state()), 1U);
+    EXPECT_THAT(bench_.log("target=drive:1 request=read"), IsEmpty());
+    EXPECT_EQ(display_.lastStatus(), " Clone SUCCESSFULLY Completed");
+}
+
+TEST_F(Clone, OfAnExactMultipleHasNoRemainder) {
+    openDrives(3 * kBlock, 3 * kBlock);
+    run(runForwardClone);
+    EXPECT_THAT(bench_.log("target=drive:2 request=write"), SizeIs(3));
+}
+
+TEST_F(Clone, WithLargeSectorsNamesTheDrivesOwnSector) {
+    openDrives(4 * kBlock, 4 * kBlock, R"({"reads": [{"firstSector": 33}]})", "", 4096);
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [32]"));
+    EXPECT_TRUE(arrived(0, 2 * kBlock));
+    EXPECT_EQ(content(2, 2 * kBlock, kBlock), unreadable(kBlock));
+    EXPECT_TRUE(arrived(3 * kBlock, 4 * kBlock));
+}
+
+/// Every second block has a bad sector.
+std::string badBlocks(int count) {
+    std::string reads;
+    for (int i = 0; i < count; ++i) {
+        reads += (i == 0 ? "" : ", ") + (R"({"firstSector": )" + std::to_string(i * 2 * 128 + 5)) + "}";
+    }
+    return R"({"reads": [)" + reads + "]}";
+}
+
+TEST_F(Clone, WithTenUnreadableBlocksFinishes) {
+    openDrives(24 * kBlock, 24 * kBlock, badBlocks(10));
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(source_->badReadCount, 10U);
+    EXPECT_THAT(events(), SizeIs(10));
+    EXPECT_EQ(display_.lastStatus(), " Image Completed");
+    EXPECT_EQ(state().copy.failed, 0);
+    EXPECT_TRUE(arrived(23 * kBlock, 24 * kBlock));
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 10 unreadable blocks");
+}
+
+TEST_F(Clone, TheEleventhUnreadableBlockStopsItAfterThatBlockWasWritten) {
+    openDrives(24 * kBlock + 512, 24 * kBlock + 512, badBlocks(11));
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(source_->badReadCount, 11U);
+    EXPECT_EQ(content(2, 20 * kBlock, kBlock), unreadable(kBlock));
+    EXPECT_EQ(content(2, 21 * kBlock, kBlock), std::string(kBlock, '\0'));
+    EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
+    EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
+    EXPECT_EQ(state().copy.failed, 1);
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed, 11 unreadable blocks");
+    // The reader waits after a failed read, so nothing was asked of the drive behind the eleventh.
+    EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(21));
+}
+
+TEST_F(Clone, ReverseShowsTheBadBlockExplosionSooner) {
+    openDrives(24 * kBlock, 24 * kBlock, badBlocks(11));
+    EXPECT_EQ(run(runReverseClone), 1U);
+    EXPECT_THAT(display_.timers(), ElementsAre(500, 750));
+    EXPECT_EQ(display_.lastStatus(), " User Terminated Clone");
+}
+
+TEST_F(Clone, AnUnreadableRemainderIsMarkedWhole) {
+    openDrives(2 * kBlock + 1024, 2 * kBlock + 1024, R"({"reads": [{"firstSector": 257}]})");
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(content(2, 2 * kBlock, 1024), unreadable(1024));
+    EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [256]"));
+    EXPECT_EQ(display_.lastStatus(), " Image Completed");
+}
+
+TEST_F(Clone, TheEleventhAsTheRemainderCompletesAndFails) {
+    std::string faults = badBlocks(10);
+    faults.insert(faults.size() - 2, R"(, {"firstSector": 2560})");
+    openDrives(20 * kBlock + 512, 20 * kBlock + 512, faults);
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(source_->badReadCount, 11U);
+    EXPECT_EQ(display_.lastStatus(), " Image Completed");
+    EXPECT_EQ(state().copy.failed, 1);
+    EXPECT_EQ(state().copy.succeeded, 1);
+    EXPECT_THAT(display_.timers(), ElementsAre(750));
+}
+
+TEST_F(Clone, AShortReadIsABadBlock) {
+    openDrives(3 * kBlock, 3 * kBlock, R"({"shortReads": [{"firstSector": 130, "bytes": 65024}]})");
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(source_->badReadCount, 1U);
+    EXPECT_EQ(content(2, kBlock, kBlock), unreadable(kBlock));
+    EXPECT_TRUE(arrived(2 * kBlock, 3 * kBlock));
+}
+
+TEST_F(Clone, AFailedSeekWritesThePreviousBlockAgainAndIsNotLogged) {
+    openDrives(4 * kBlock, 4 * kBlock, R"({"seeks": [{"firstSector": 256}]})");
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(source_->badReadCount, 0U);
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_EQ(content(2, 2 * kBlock, kBlock), noise(7, kBlock, kBlock));
+    EXPECT_TRUE(arrived(3 * kBlock, 4 * kBlock));
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 1 unreadable block");
+}
+
+TEST_F(Clone, AFailedSeekForWritingIsCountedNowhereButInTheDriveList) {
+    openDrives(3 * kBlock, 3 * kBlock, "{}", R"(, "faults": {"seeks": [{"firstSector": 128}]})");
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(destination_->writeErrorCount, 0U);
+    EXPECT_EQ(content(2, kBlock, kBlock), std::string(kBlock, '\0'));
+    EXPECT_TRUE(arrived(2 * kBlock, 3 * kBlock));
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 1 failed write");
+}
+
+TEST_F(Clone, FailedWritesAreCountedAndTheCloneGoesOn) {
+    openDrives(5 * kBlock, 5 * kBlock, "{}", R"(, "faults": {"writes": [{"firstSector": 130, "sectors": 200}]})");
+    destination_->writeErrorCount = 3;
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(destination_->writeErrorCount, 5U) << "a later job goes on counting";
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_TRUE(arrived(3 * kBlock, 5 * kBlock));
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 2 failed writes");
+}
+
+TEST_F(Clone, ASourceThatVanishesGivesElevenBadBlocks) {
+    openDrives(30 * kBlock, 30 * kBlock, R"({"vanishAfterRequests": 5})");
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_TRUE(arrived(0, 5 * kBlock));
+    EXPECT_EQ(source_->badReadCount, 11U);
+    EXPECT_EQ(content(2, 15 * kBlock, kBlock), unreadable(kBlock));
+    EXPECT_EQ(content(2, 16 * kBlock, kBlock), std::string(kBlock, '\0'));
+    EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
+}
+
+TEST_F(Clone, ADestinationThatVanishesIsCountedToTheEnd) {
+    openDrives(8 * kBlock, 8 * kBlock, "{}", R"(, "faults": {"vanishAfterRequests": 5})");
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(destination_->writeErrorCount, 3U);
+    EXPECT_TRUE(arrived(0, 5 * kBlock));
+    EXPECT_EQ(display_.lastStatus(), " Image Completed");
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 3 failed writes");
+}
+
+TEST_F(Clone, TerminateStopsItAfterTheBlockInFlight) {
+    openDrives(20 * kBlock + 512, 20 * kBlock + 512);
+    int progress = 0;
+    display_.onStatus = [&](std::string_view text) {
+        if (text.find('%') != std::string_view::npos && ++progress == 4) {
+            state().jobActive = 0;
+        }
+    };
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_TRUE(arrived(0, 5 * kBlock));
+    EXPECT_EQ(content(2, 5 * kBlock, kBlock), std::string(kBlock, '\0'));
+    EXPECT_EQ(content(2, 20 * kBlock, 512), std::string(512, '\0'));
+    EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed");
+}
+
+TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
+    openDrives(3 * kBlock, 3 * kBlock);
+    display_.onStatus = [&](std::string_view) { state().jobActive = 0; };
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
+    EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
+}
+
+TEST_F(Clone, ASlowReadDelaysTheEndOfATerminatedClone) {
+    openDrives(20 * kBlock, 20 * kBlock, R"({"slow": [{"firstSector": 384, "milliseconds": 1500}]})");
+    display_.onStatus = [&](std::string_view text) {
+        if (text.find('%') != std::string_view::npos) {
+            state().jobActive = 0;
+        }
+    };
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_GE(GetTickCount64() - start, 1500U) << "the read in flight completes";
+    EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(4));
+    EXPECT_TRUE(arrived(0, 2 * kBlock));
+    EXPECT_EQ(content(2, 2 * kBlock, kBlock), std::string(kBlock, '\0'));
+}
+
+TEST_F(Clone, LeavesNoHandleBehind) {
+    openDrives(5 * kBlock, 5 * kBlock, badBlocks(2));
+    run(runForwardClone); // what is made once
+    const DWORD before = testing::openHandleCount();
+    for (int i = 0; i < 3; ++i) {
+        run(runForwardClone);
+        run(runReverseClone);
+    }
+    EXPECT_EQ(testing::openHandleCount(), before);
+}
+
+TEST_F(Clone, AsAThreadReleasesTheDrivesLast) {
+    openDrives(3 * kBlock, 3 * kBlock);
+    ASSERT_TRUE(startCopyWorker(state(), ForwardClone));
+    DWORD exitCode = 0;
+    ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
+    ASSERT_TRUE(GetExitCodeThread(state().worker.get(), &exitCode));
+    EXPECT_EQ(exitCode, 1U);
+    EXPECT_EQ(state().copy.workerAtWork, 0);
+    EXPECT_TRUE(arrived(0, 3 * kBlock));
+}
+
+TEST_F(Clone, ASecondJobDoesNotStartWhileTheFirstOnesThreadIsAtWork) {
+    openDrives(3 * kBlock, 3 * kBlock, R"({"slow": [{"firstSector": 0, "milliseconds": 1000}]})");
+    ASSERT_TRUE(startCopyWorker(state(), ForwardClone));
+    EXPECT_FALSE(startCopyWorker(state(), ForwardClone));
+    ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
+    EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(1));
+}
+
+TEST_F(Clone, KeepsTheSystemAwakeAndLetsItSleepAgain) {
+    openDrives(2 * kBlock, 2 * kBlock);
+    const auto current = [] { return SetThreadExecutionState(ES_SYSTEM_REQUIRED); };
+    std::vector<EXECUTION_STATE> during;
+    display_.onStatus = [&](std::string_view) { during.push_back(current()); };
+    ForwardClone(state());
+    ASSERT_FALSE(during.empty());
+    EXPECT_THAT(during, Each(static_cast<EXECUTION_STATE>(ES_CONTINUOUS | ES_SYSTEM_REQUIRED)));
+    EXPECT_EQ(current(), static_cast<EXECUTION_STATE>(ES_CONTINUOUS));
+}
+
+} // namespace
+} // namespace torvane
