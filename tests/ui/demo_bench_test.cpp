@@ -1,0 +1,83 @@
+#include "tests/ui/ui_test.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+
+namespace torvane::driver {
+namespace {
+
+using ::testing::Contains;
+
+/// The bench that is shown to everybody: workbench/benches/demo.
+class DemoBenchTest : public UiTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override { return BenchFolder::demo(); }
+    void SetUp() override {
+        UiTest::SetUp();
+        if (torvane().driveList().rowCount() == 0) {
+            torvane().loadDrives();
+        }
+    }
+    [[nodiscard]] std::vector<std::string> messages(const std::string& type) const {
+        std::vector<std::string> texts;
+        for (const LogEntry& entry : torvane().log()) {
+            if (entry.type == type) {
+                texts.push_back(entry.message);
+            }
+        }
+        return texts;
+    }
+};
+
+TEST_F(DemoBenchTest, EveryUsableDriveIsListed) {
+    struct Drive {
+        const char* model;
+        const char* serialNumber;
+        const char* sectors;
+        const char* interfaceName;
+    };
+    const std::array<Drive, 11> expected{{
+        {"Northwind HD500 Platter", "NW5K00123417", "976773168", "SATA"},
+        {"Quillmark SX240 Solid", "QM240S7781055", "468862128", "SSD"},
+        {"Tidewell TW1G Laptop Disk", "TWC4118A", "2097152", "SATA USB"},
+        {"Harrowgate N512 Sprint", "HG51-2290-0077-A1", "1000215216", "NVME"},
+        {"Cindergate NR256 Cache", "CG256R0419", "536870912", "Intel RST NVME"},
+        {"PELHAM PX-73 Server", "PX7300A7F1", "143374744", "SATA"},
+        {"Northwind HD4T Native", "NX4T00998213", "976754646", "SATA"},
+        {"Nameless", "Not Available", "131072", "USB"}, // its serial number is not printable
+        {"Northwind HD1T Platter", "NW1T00450019", "1953525168", "SATA"},
+        {"100%  Hosti", "Not Available", "262144", "SATA"}, // its texts are full of percent signs
+        {"Fennick F128 Pocket", "FK128P0031", "196608", "JMicron USB NVME"},
+    }};
+    const ListView list = torvane().driveList();
+    ASSERT_EQ(list.rowCount(), static_cast<int>(expected.size()));
+    for (int row = 0; row < list.rowCount(); ++row) {
+        const Drive& drive = expected.at(static_cast<std::size_t>(row));
+        EXPECT_EQ(list.cell(row, 0), drive.model);
+        EXPECT_EQ(list.cell(row, 1), drive.serialNumber) << drive.model;
+        EXPECT_EQ(list.cell(row, 2), drive.sectors) << drive.model;
+        EXPECT_EQ(list.cell(row, 4), drive.interfaceName) << drive.model;
+        EXPECT_EQ(list.cell(row, 5), "Idle") << drive.model;
+    }
+}
+
+TEST_F(DemoBenchTest, UnusableDrivesAreLogged) {
+    EXPECT_THAT(messages("FAILURE"),
+                ::testing::ElementsAre("Unsupported Bus Type [iSCSI] BUS: [9] for Physical Device [6]",
+                                       "Unsupported Bus Type [Secure Digital] BUS: [12] for Physical Device [7]"));
+    EXPECT_THAT(messages("STATUS"), Contains("Drive Scan Completed: [11] Drives Found"));
+}
+
+TEST_F(DemoBenchTest, EveryDriveCanBeMadeActive) {
+    const ListView list = torvane().driveList();
+    for (int row = 0; row < list.rowCount(); ++row) {
+        list.click(row);
+        EXPECT_TRUE(list.selected(row)) << list.cell(row, 0);
+        torvane().window().awaitPainted();
+        ASSERT_TRUE(program().running()) << program().obituary() << " painting " << list.cell(row, 0);
+    }
+}
+
+} // namespace
+} // namespace torvane::driver
