@@ -76,6 +76,9 @@ class ScriptMaker {
         script_.destinationBytes = chance(2) ? script_.sourceBytes : size();
         script_.millisecondsPerTick = pick<std::int64_t>({0, 1, 400, 1000, 7777, 100000});
         makeFaults();
+        if (chance(12)) {
+            makeRemainderTheEleventhBadBlock();
+        }
         makeFileTroubles();
         makeStop();
         script_.slowReads = chance(3);
@@ -139,6 +142,14 @@ class ScriptMaker {
         }
         if (chance(4)) {
             script_.hashes[below(30)] = true;
+        }
+    }
+
+    void makeRemainderTheEleventhBadBlock() {
+        script_.sourceBytes = static_cast<std::int64_t>(10 * script_.blockSize + 1 + below(script_.blockSize - 1));
+        script_.destinationBytes = script_.sourceBytes;
+        for (std::uint64_t number = 0; number < 11; ++number) {
+            script_.reads[number] = {.fault = Fault::kFails, .part = below(script_.blockSize)};
         }
     }
 

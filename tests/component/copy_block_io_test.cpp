@@ -1,0 +1,168 @@
+#include "copy/block_io.h"
+#include "copy/md5_hasher.h"
+#include "tests/component/copy_bench.h"
+#include "tests/component/import_patched.h"
+
+// The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+extern decltype(&SetFilePointer) __imp_SetFilePointer;
+extern decltype(&FormatMessageA) __imp_FormatMessageA;
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace torvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using testing::ImportPatched;
+using ::testing::IsEmpty;
+using testing::noise;
+using testing::unreadable;
+
+class BlockIo : public testing::CopyBench {
+  protected:
+    DriveRecord& openDrive(const std::string& more = "", int sectorSize = 512) {
+        bench_.addDrive(R"({"number": 1, "bus": "nvme", "size": "8 GiB", "sectorSize": )" + std::to_string(sectorSize) +
+                        more + "}");
+        return drive(1);
+    }
+    DriveRecord& openNoise(const std::string& faults, int sectorSize = 512) {
+        return openDrive(R"(, "backing": {"pattern": "noise", "seed": 5}, "faults": )" + faults, sectorSize);
+    }
+
+    [[nodiscard]] std::span<std::byte> buffer(std::size_t size) {
+        text_.resize(size);
+        return std::as_writable_bytes(std::span(text_));
+    }
+
+    std::string text_ = std::string(kBlock, '.');
+};
+
+TEST_F(BlockIo, ReadsTheWholeBuffer) {
+    DriveRecord& source = openNoise("{}");
+    EXPECT_TRUE(ReadBlock(source, buffer(kBlock), 5ULL << 30));
+    EXPECT_TRUE(text_ == noise(5, 5ULL << 30, kBlock));
+    EXPECT_EQ(source.badReadCount, 0U);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(BlockIo, AFailedReadIsCountedLoggedAndMarked) {
+    DriveRecord& source = openNoise(R"({"reads": [{"firstSector": 10485861}]})");
+    EXPECT_FALSE(ReadBlock(source, buffer(kBlock), 5ULL << 30));
+    EXPECT_TRUE(text_ == unreadable(kBlock));
+    EXPECT_EQ(source.badReadCount, 1U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [10485760]"));
+}
+
+TEST_F(BlockIo, AShortReadIsTheSame) {
+    DriveRecord& source = openNoise(R"({"shortReads": [{"firstSector": 8, "bytes": 4096}]})", 4096);
+    EXPECT_FALSE(ReadBlock(source, buffer(kBlock), 32768));
+    EXPECT_TRUE(text_ == unreadable(kBlock));
+    EXPECT_EQ(source.badReadCount, 1U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [8]"));
+}
+
+TEST_F(BlockIo, AFailedSeekLeavesNoTrace) {
+    DriveRecord& source = openNoise(R"({"seeks": [{"firstSector": 128}]})");
+    EXPECT_FALSE(ReadBlock(source, buffer(kBlock), kBlock));
+    EXPECT_EQ(text_, std::string(kBlock, '.'));
+    EXPECT_EQ(source.badReadCount, 0U);
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_THAT(bench_.log("request=read"), IsEmpty());
+}
+
+TEST_F(BlockIo, TheLowPartOfThePositionAloneTellsAFailedSeek) {
+    DriveRecord& source = openNoise("{}");
+    const ImportPatched patched(
+        __imp_SetFilePointer, +[](HANDLE, LONG low, PLONG high, DWORD method) -> DWORD {
+            EXPECT_EQ(low, -1);
+            EXPECT_EQ(*high, 1);
+            EXPECT_EQ(method, static_cast<DWORD>(FILE_BEGIN));
+            SetLastError(NO_ERROR); // the position was reached
+            return 0xFFFFFFFF;
+        });
+    EXPECT_FALSE(ReadBlock(source, buffer(512), 0x1FFFFFFFF));
+    EXPECT_FALSE(WriteBlock(source, buffer(512), 0x1FFFFFFFF));
+    EXPECT_EQ(source.badReadCount, 0U);
+    EXPECT_EQ(source.writeErrorCount, 0U);
+}
+
+TEST_F(BlockIo, WritesTheWholeBuffer) {
+    DriveRecord& destination = openDrive();
+    text_ = noise(1, 0, kBlock);
+    EXPECT_TRUE(WriteBlock(destination, buffer(kBlock), 5ULL << 30));
+    EXPECT_TRUE(content(1, 5ULL << 30, kBlock) == text_);
+    EXPECT_EQ(destination.writeErrorCount, 0U);
+}
+
+TEST_F(BlockIo, AFailedWriteIsCountedAndSilent) {
+    DriveRecord& destination = openDrive(R"(, "faults": {"writes": [{"firstSector": 3}]})");
+    EXPECT_FALSE(WriteBlock(destination, buffer(kBlock), 0));
+    EXPECT_FALSE(WriteBlock(destination, buffer(kBlock), 0));
+    EXPECT_EQ(destination.writeErrorCount, 2U);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(BlockIo, AFailedSeekForWritingLeavesNoTrace) {
+    DriveRecord& destination = openDrive(R"(, "faults": {"seeks": [{"firstSector": 0}]})");
+    EXPECT_FALSE(WriteBlock(destination, buffer(kBlock), 0));
+    EXPECT_EQ(destination.writeErrorCount, 0U);
+    EXPECT_THAT(bench_.log("request=write"), IsEmpty());
+}
+
+TEST_F(BlockIo, BeyondTheDrivesEndReadsAndWritesFail) {
+    DriveRecord& disk = openDrive();
+    EXPECT_FALSE(ReadBlock(disk, buffer(kBlock), (8ULL << 30) - 512));
+    EXPECT_FALSE(WriteBlock(disk, buffer(kBlock), (8ULL << 30) - 512));
+    EXPECT_EQ(disk.badReadCount, 1U);
+    EXPECT_EQ(disk.writeErrorCount, 1U);
+}
+
+TEST(ReportWriteError, IsAlwaysOneAndShowsNothing) {
+    testing::RecordingMainView view;
+    const testing::ViewInstalled installed(appState(), view);
+    SetLastError(ERROR_CRC);
+    EXPECT_EQ(ReportWriteError("Write Error"), 1);
+    SetLastError(0xDEADBEEF);
+    EXPECT_EQ(ReportWriteError("%s %d", "any text", 7), 1);
+    EXPECT_THAT(view.logRows(), IsEmpty());
+}
+
+TEST(ReportWriteError, AsksForTheLastErrorsText) {
+    const ImportPatched patched(
+        __imp_FormatMessageA, +[](DWORD flags, LPCVOID, DWORD error, DWORD language, LPSTR, DWORD, va_list*) -> DWORD {
+            EXPECT_EQ(flags, static_cast<DWORD>(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS |
+                                                FORMAT_MESSAGE_FROM_SYSTEM));
+            EXPECT_EQ(error, static_cast<DWORD>(ERROR_WRITE_PROTECT));
+            EXPECT_EQ(language, static_cast<DWORD>(MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT)));
+            return 0;
+        });
+    SetLastError(ERROR_WRITE_PROTECT);
+    EXPECT_EQ(ReportWriteError("Write Error"), 1);
+}
+
+Md5Digest md5Of(std::string_view text) {
+    HasherFailure failure = HasherFailure::kNone;
+    const auto hasher = makeMd5Hasher(failure);
+    EXPECT_TRUE(hasher);
+    // In two pieces.
+    const auto bytes = std::as_bytes(std::span(text));
+    EXPECT_TRUE(hasher->add(bytes.first(bytes.size() / 2)));
+    EXPECT_TRUE(hasher->add(bytes.subspan(bytes.size() / 2)));
+    return hasher->digest().value_or(Md5Digest{});
+}
+
+// The test suite of RFC 1321.
+TEST(Md5Hasher, GivesTheStandardsDigests) {
+    EXPECT_EQ(md5Of(""), (Md5Digest{0xD4, 0x1D, 0x8C, 0xD9, 0x8F, 0x00, 0xB2, 0x04, 0xE9, 0x80, 0x09, 0x98, 0xEC, 0xF8,
+                                    0x42, 0x7E}));
+    EXPECT_EQ(md5Of("message digest"), (Md5Digest{0xF9, 0x6B, 0x69, 0x7D, 0x7C, 0xB7, 0x93, 0x8D, 0x52, 0x5A, 0x2F,
+                                                  0x31, 0xAA, 0xF1, 0x61, 0xD0}));
+    EXPECT_EQ(
+        md5Of("12345678901234567890123456789012345678901234567890123456789012345678901234567890"),
+        (Md5Digest{0x57, 0xED, 0xF4, 0xA2, 0x2B, 0xE3, 0xC9, 0x55, 0xAC, 0x49, 0xDA, 0x2E, 0x21, 0x07, 0xB6, 0x7A}));
+}
+
+} // namespace
+} // namespace torvane

@@ -1,0 +1,300 @@
+#include "tests/component/copy_bench.h"
+#include "tests/component/import_patched.h"
+
+#include <wincrypt.h>
+
+#include <regex>
+
+// The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+extern decltype(&CryptAcquireContextA) __imp_CryptAcquireContextA;
+extern decltype(&CryptCreateHash) __imp_CryptCreateHash;
+extern decltype(&CryptHashData) __imp_CryptHashData;
+extern decltype(&CryptGetHashParam) __imp_CryptGetHashParam;
+extern decltype(&SetFilePointer) __imp_SetFilePointer;
+extern decltype(&WriteFile) __imp_WriteFile;
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace torvane {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using testing::ImportPatched;
+using ::testing::IsEmpty;
+using testing::noise;
+using testing::readFile;
+using ::testing::SizeIs;
+using testing::unreadable;
+using testing::writeFile;
+
+constexpr const char* kHashError = "****** HASH ERROR ******";
+constexpr const char* kVerify = "****** VERIFY HASH ******";
+constexpr const char* kVerifyQuestion = "Would you like to Verify the Image HASH?";
+
+class Forensic : public testing::CopyBench {
+  protected:
+    /// A drive of zero bytes, whose digests are well known, or of noise.
+    void openDrive(std::size_t bytes, const std::string& faults = "{}", const std::string& pattern = "noise") {
+        bench_.addDrive(R"({"number": 1, "bus": "nvme", "backing": {"pattern": ")" + pattern + R"("},
+                            "identity": {"product": "Model X", "serial": "S1"}, "size": )" +
+                        std::to_string(bytes) + R"(, "faults": )" + faults + "}");
+        source_ = &drive(1);
+        state().copy.imageSource = source_;
+        writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
+    }
+
+    static constexpr const char* kImage = "Model X.41.img";
+    static constexpr const char* kHashFile = "MD5-HASH--Model X.41.txt";
+
+    /// The hash file's last line.
+    static std::string hashLine() {
+        const std::string text = readFile(kHashFile);
+        return text.substr(text.rfind('\n') + 1);
+    }
+
+    DriveRecord* source_ = nullptr;
+};
+
+TEST_F(Forensic, LeavesAnImageAndItsHashFile) {
+    openDrive(3 * kBlock + 512, "{}", "zero");
+    user_.expectAsk(kVerify, kVerifyQuestion, false);
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_TRUE(readFile(kImage) == std::string(3 * kBlock + 512, '\0'));
+    EXPECT_TRUE(std::regex_match(readFile(kHashFile),
+                                 std::regex("KVL Data MD5 HASH\n"
+                                            "Date:\t\t\t\\d\\d/\\d\\d/\\d{4}\n"
+                                            "Time:\t\t\t\\d\\d:\\d\\d:\\d\\d\n"
+                                            "Drive Model:\t\\[Model X\\]\n"
+                                            "Serial Number:\t\\[S1\\]\n"
+                                            "Total Sectors:\t\\[385\\]\n"
+                                            "HASH:\t\t\t81 40 F9 0B F0 E9 CC 0D 7C EE 6A 4C B1 CD 79 46 ")))
+        << readFile(kHashFile);
+    EXPECT_THAT(display_.statuses(),
+                ElementsAre(" Status: Idle", HasSubstr(" Image Status: 00:00:0"), HasSubstr(" -- %33"),
+                            HasSubstr(" -- %66"), " Image SUCCESSFULLY Completed"));
+    EXPECT_EQ(state().copy.animationBlocks, 3);
+    EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
+    EXPECT_EQ(state().jobActive, 0);
+}
+
+TEST_F(Forensic, OfThirtyTwoMebibyteBlocksIsVerified) {
+    openDrive(70 * 1048576, "{}", "zero");
+    user_.expectAsk(kVerify, kVerifyQuestion, true);
+    user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+    EXPECT_EQ(ForensicImageWorker(state()), 1U);
+    EXPECT_EQ(hashLine(), "HASH:\t\t\tB8 9F DC CD D6 1D 57 B3 71 F9 61 1E EC 7D 3C EF ");
+    EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED, verified");
+}
+
+TEST_F(Forensic, WithUnreadableBlocksIsVerifiedToo) {
+    openDrive(5 * kBlock, R"({"reads": [{"firstSector": 200}]})");
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [&] { EXPECT_EQ(state().jobActive, 0); });
+    user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(readFile(kImage).substr(kBlock, kBlock), unreadable(kBlock));
+    EXPECT_THAT(display_.statuses(), Contains(" Beginning Verification"));
+    EXPECT_EQ(display_.lastStatus(), " Status: 00:00:00 -- %100");
+    EXPECT_EQ(state().copy.succeeded, 1);
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD 1 unreadable block, verified");
+}
+
+TEST_F(Forensic, AnImageThatWasChangedIsNotVerified) {
+    openDrive(3 * kBlock);
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [] {
+        std::fstream image(kImage, std::ios::binary | std::ios::in | std::ios::out);
+        image.seekp(kBlock);
+        image.put(static_cast<char>(noise(0, kBlock, 1)[0] + 1));
+    });
+    user_.expectInform("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not verified");
+}
+
+TEST_F(Forensic, AnImageThatWasTruncatedIsNotVerified) {
+    openDrive(3 * kBlock);
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [] { std::filesystem::resize_file(kImage, 2 * kBlock + 100); });
+    user_.expectInform("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
+    EXPECT_EQ(run(runForensicImage), 1U);
+}
+
+TEST_F(Forensic, AnImageThatIsTruncatedWhileItIsVerifiedCannotBeRead) {
+    openDrive(8 * kBlock);
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [&] {
+        display_.onStatus = [](std::string_view text) {
+            if (text == " Beginning Verification") {
+                std::filesystem::resize_file(kImage, 2 * kBlock);
+            }
+        };
+    });
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(display_.lastStatus(), "Could not READ image for VERIFICATION");
+    EXPECT_EQ(state().jobActive, 1) << "stays set on purpose";
+    EXPECT_EQ(state().copy.succeeded, 0);
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
+}
+
+TEST_F(Forensic, AnImageThatWasDeletedCannotBeOpened) {
+    openDrive(3 * kBlock);
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [] { std::filesystem::remove(kImage); });
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(display_.lastStatus(), "Could not open image for VERIFICATION");
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(state().copy.succeeded, 1);
+}
+
+TEST_F(Forensic, AVerificationThatIsTerminatedComparesWhatItRead) {
+    openDrive(8 * kBlock);
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [&] {
+        display_.onStatus = [&](std::string_view text) {
+            if (text.find("%12") != std::string_view::npos) {
+                state().jobActive = 0;
+            }
+        };
+    });
+    user_.expectInform("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(state().copy.succeeded, 1) << "the trophy is shown all the same";
+}
+
+TEST_F(Forensic, ATerminatedImageGetsNoHashFileAndNoQuestion) {
+    openDrive(8 * kBlock);
+    display_.onStatus = [&](std::string_view text) {
+        if (text.find("%12") != std::string_view::npos) {
+            state().jobActive = 0;
+        }
+    };
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_FALSE(std::filesystem::exists(kHashFile));
+    EXPECT_TRUE(readFile(kImage) == noise(0, 0, 3 * kBlock));
+    EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
+}
+
+TEST_F(Forensic, ThatCannotBeWrittenIsTerminated) {
+    openDrive(8 * kBlock);
+    {
+        static decltype(&WriteFile) original = nullptr;
+        static int blocks = 0;
+        original = __imp_WriteFile;
+        blocks = 0;
+        const ImportPatched patched(
+            __imp_WriteFile,
+            +[](HANDLE file, LPCVOID bytes, DWORD size, LPDWORD count, LPOVERLAPPED overlapped) -> BOOL {
+                return size == kBlock && ++blocks == 3 ? FALSE : original(file, bytes, size, count, overlapped);
+            });
+        EXPECT_EQ(run(runForensicImage), 1U);
+    }
+    EXPECT_THAT(display_.statuses(), Contains("Could not WRITE to DESTINATION image"));
+    EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
+    EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(std::filesystem::exists(kHashFile));
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
+}
+
+TEST_F(Forensic, AHashFileThatCannotBeCreatedIsLogged) {
+    openDrive(kBlock);
+    std::filesystem::create_directory(kHashFile);
+    user_.expectAsk(kVerify, kVerifyQuestion, false);
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could not CREATE HASH file for [" +
+                                      std::filesystem::current_path().string() + "\\" + kHashFile + "]. Exiting."));
+    EXPECT_TRUE(readFile(kImage) == noise(0, 0, kBlock));
+}
+
+TEST_F(Forensic, ThatCannotBeCreatedEndsAtOnce) {
+    openDrive(kBlock);
+    std::filesystem::create_directory(kImage);
+    EXPECT_EQ(run(runForensicImage), 0U);
+    EXPECT_THAT(display_.statuses(), ElementsAre("Could not CREATE DESTINATION image"));
+}
+
+TEST_F(Forensic, WithoutAProviderEndsAtOnce) {
+    openDrive(kBlock);
+    const DWORD handles = testing::openHandleCount();
+    const ImportPatched patched(
+        __imp_CryptAcquireContextA,
+        +[](HCRYPTPROV*, LPCSTR container, LPCSTR provider, DWORD type, DWORD flags) -> BOOL {
+            EXPECT_EQ(container, nullptr);
+            EXPECT_EQ(provider, nullptr);
+            EXPECT_EQ(type, 1U);
+            EXPECT_EQ(flags, 0xF0000000U);
+            return FALSE;
+        });
+    user_.expectStop(kHashError, "Could not get HANDLE to CRYPTO provider. Exiting");
+    EXPECT_EQ(run(runForensicImage), 0U);
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(readFile(kImage), "");
+    EXPECT_EQ(testing::openHandleCount(), handles);
+}
+
+TEST_F(Forensic, WithoutAHashEndsAtOnce) {
+    openDrive(kBlock);
+    const ImportPatched patched(
+        __imp_CryptCreateHash, +[](HCRYPTPROV, ALG_ID algorithm, HCRYPTKEY key, DWORD, HCRYPTHASH*) -> BOOL {
+            EXPECT_EQ(algorithm, 0x8003U);
+            EXPECT_EQ(key, 0U);
+            return FALSE;
+        });
+    user_.expectStop(kHashError, "Could not get MD5 HASH for Crypto Provider. Exiting");
+    EXPECT_EQ(run(runForensicImage), 0U);
+}
+
+TEST_F(Forensic, DataThatCannotBeHashedTerminatesIt) {
+    openDrive(5 * kBlock);
+    const ImportPatched patched(
+        __imp_CryptHashData, +[](HCRYPTHASH, const BYTE*, DWORD, DWORD) -> BOOL { return FALSE; });
+    user_.expectStop(kHashError, "Could not get HASH data. Exiting");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
+    EXPECT_TRUE(readFile(kImage) == noise(0, 0, kBlock));
+    EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
+}
+
+TEST_F(Forensic, WithoutItsDigestGetsNoHashFile) {
+    openDrive(kBlock);
+    const ImportPatched patched(
+        __imp_CryptGetHashParam, +[](HCRYPTHASH, DWORD, BYTE*, DWORD*, DWORD) -> BOOL { return FALSE; });
+    user_.expectAsk(kVerify, kVerifyQuestion, true);
+    user_.expectStop(kHashError, "Could not get HASH PARAM. Exiting");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_FALSE(std::filesystem::exists(kHashFile));
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
+}
+
+TEST_F(Forensic, AnImageThatCannotBeRewoundStaysOpen) {
+    openDrive(kBlock);
+    static decltype(&SetFilePointer) original = nullptr;
+    original = __imp_SetFilePointer;
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [] {
+        __imp_SetFilePointer = [](HANDLE, LONG, PLONG, DWORD) -> DWORD { return INVALID_SET_FILE_POINTER; };
+    });
+    {
+        // Puts the import back at the end of the scope; until the question it is the system's own.
+        const ImportPatched<decltype(&SetFilePointer)> patched(__imp_SetFilePointer, original);
+        EXPECT_EQ(run(runForensicImage), 1U);
+    }
+    EXPECT_THAT(state().copy.openImages, SizeIs(1));
+    EXPECT_FALSE(DeleteFileA(kImage)) << "in use";
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(state().copy.succeeded, 0);
+}
+
+TEST_F(Forensic, LeavesNoHandleBehind) {
+    openDrive(3 * kBlock);
+    const auto imageAndVerify = [&] {
+        user_.expectAsk(kVerify, kVerifyQuestion, true);
+        user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+        run(runForensicImage);
+    };
+    imageAndVerify();
+    const DWORD before = testing::openHandleCount();
+    imageAndVerify();
+    imageAndVerify();
+    EXPECT_EQ(testing::openHandleCount(), before);
+}
+
+} // namespace
+} // namespace torvane

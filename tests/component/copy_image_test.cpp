@@ -1,0 +1,224 @@
+#include "copy/volume_space.h"
+#include "discovery/image_file_drive.h"
+#include "tests/component/copy_bench.h"
+#include "tests/component/import_patched.h"
+
+#include <algorithm>
+
+// The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+extern decltype(&WriteFile) __imp_WriteFile;
+extern decltype(&GetDiskFreeSpaceA) __imp_GetDiskFreeSpaceA;
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace torvane {
+namespace {
+
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using testing::ImportPatched;
+using ::testing::IsEmpty;
+using testing::noise;
+using testing::readFile;
+using testing::unreadable;
+using testing::writeFile;
+
+/// A volume with room for so many more bytes in blocks of the images.
+class FullVolume {
+  public:
+    explicit FullVolume(std::size_t room) : patched_(__imp_WriteFile, &write) {
+        room_ = room;
+        original_ = patched_.original();
+    }
+
+  private:
+    static BOOL WINAPI write(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD count, LPOVERLAPPED overlapped) {
+        if (size < 512) {
+            return original_(file, bytes, size, count, overlapped); // not a block: the counter and the like
+        }
+        const auto fitting = static_cast<DWORD>(std::min<std::size_t>(size, room_));
+        room_ -= fitting;
+        const BOOL written = original_(file, bytes, fitting, count, overlapped);
+        if (fitting < size) {
+            SetLastError(ERROR_DISK_FULL);
+            return FALSE;
+        }
+        return written;
+    }
+
+    static inline std::size_t room_ = 0;
+    static inline decltype(&WriteFile) original_ = nullptr;
+    ImportPatched<decltype(&WriteFile)> patched_;
+};
+
+class Image : public testing::CopyBench {
+  protected:
+    void openDrive(std::size_t bytes, const std::string& faults = "{}") {
+        bench_.addDrive(R"({"number": 1, "bus": "nvme", "backing": {"pattern": "noise", "seed": 7},
+                            "identity": {"product": "Model X", "serial": "S1"}, "size": )" +
+                        std::to_string(bytes) + R"(, "faults": )" + faults + "}");
+        source_ = &drive(1);
+        state().copy.imageSource = source_;
+        writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
+    }
+
+    static constexpr const char* kImage = "Model X.41.img";
+
+    DriveRecord* source_ = nullptr;
+};
+
+TEST_F(Image, HoldsTheDrivesBytesAndNothingElse) {
+    openDrive(5 * kBlock + 1536);
+    EXPECT_EQ(run(runImageToFile), 1U);
+    EXPECT_TRUE(readFile(kImage) == noise(7, 0, 5 * kBlock + 1536));
+    EXPECT_THAT(display_.statuses(),
+                ElementsAre(" Status: Idle", HasSubstr(" -- %0"), HasSubstr(" -- %20"), HasSubstr(" -- %40"),
+                            HasSubstr(" -- %60"), HasSubstr(" -- %80"), " Image  SUCCESSFULLY Completed"));
+    EXPECT_EQ(state().copy.succeeded, 1);
+    EXPECT_EQ(state().copy.carX, 760);
+    EXPECT_EQ(state().copy.carY, 32);
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
+    EXPECT_THAT(bench_.log("request=write"), IsEmpty());
+}
+
+TEST_F(Image, AsTheProgramRunsIt) {
+    constexpr std::size_t kBytes = 40 * 1048576;
+    openDrive(kBytes);
+    EXPECT_EQ(ImageToFileWorker(state()), 1U);
+    EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBytes));
+}
+
+TEST_F(Image, TakesThePlaceOfAnOldImageOfThatNumber) {
+    openDrive(kBlock);
+    writeFile(kImage, std::string(3 * kBlock, 'x'));
+    EXPECT_EQ(run(runImageToFile), 1U);
+    EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock));
+}
+
+TEST_F(Image, OthersMayReadItMeanwhile) {
+    openDrive(3 * kBlock);
+    bool opened = false;
+    display_.onStatus = [&](std::string_view) {
+        opened = static_cast<bool>(UniqueFile(
+            CreateFileA(kImage, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr)));
+        display_.onStatus = {};
+    };
+    run(runImageToFile);
+    EXPECT_TRUE(opened);
+}
+
+TEST_F(Image, UnreadableBlocksAreMarkedAndTheEleventhEndsIt) {
+    std::string reads;
+    for (int i = 0; i < 11; ++i) {
+        reads += (i == 0 ? "" : ", ") + (R"({"firstSector": )" + std::to_string(i * 128) + "}");
+    }
+    openDrive(20 * kBlock, R"({"reads": [)" + reads + "]}");
+    EXPECT_EQ(run(runImageToFile), 1U);
+    EXPECT_TRUE(readFile(kImage) == unreadable(11 * kBlock));
+    EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
+    EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 11 unreadable blocks");
+}
+
+TEST_F(Image, TerminateLeavesAPartialImage) {
+    openDrive(20 * kBlock);
+    display_.onStatus = [&](std::string_view text) {
+        if (text.find("%10") != std::string_view::npos) {
+            state().jobActive = 0;
+        }
+    };
+    EXPECT_EQ(run(runImageToFile), 1U);
+    EXPECT_TRUE(readFile(kImage) == noise(7, 0, 4 * kBlock));
+    EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
+}
+
+TEST_F(Image, ThatCannotBeCreatedChangesNoFlag) {
+    openDrive(kBlock);
+    std::filesystem::create_directory(kImage);
+    EXPECT_EQ(run(runImageToFile), 0U);
+    EXPECT_THAT(display_.statuses(), ElementsAre("Could not CREATE DESTINATION image"));
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_THAT(bench_.log("request=read"), IsEmpty());
+    EXPECT_EQ(readFile("FileCounter.txt"), std::string("\x29\0\0\0", 4)) << "the counter has moved on all the same";
+}
+
+TEST_F(Image, OnAFullVolumeStaysPartialAndTheRunningFlagSet) {
+    openDrive(5 * kBlock);
+    const DWORD handles = testing::openHandleCount();
+    {
+        const FullVolume full(2 * kBlock + 1000);
+        EXPECT_EQ(run(runImageToFile), 0U);
+    }
+    EXPECT_TRUE(readFile(kImage) == noise(7, 0, 2 * kBlock + 1000));
+    EXPECT_EQ(display_.lastStatus(), "Could not WRITE to DESTINATION image");
+    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_EQ(state().copy.failed, 0);
+    EXPECT_THAT(display_.timers(), IsEmpty());
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
+    EXPECT_EQ(testing::openHandleCount(), handles);
+}
+
+TEST_F(Image, OnAFullVolumeTheSystemMaySleepAgain) {
+    openDrive(kBlock);
+    const FullVolume full(0);
+    EXPECT_EQ(ImageToFileWorker(state()), 0U);
+    EXPECT_EQ(SetThreadExecutionState(ES_SYSTEM_REQUIRED), static_cast<EXECUTION_STATE>(ES_CONTINUOUS));
+}
+
+TEST_F(Image, OfAnImageFileThatWasTruncatedMeanwhileKeepsTheTailOfTheMarkedBlock) {
+    const std::string content = noise(9, 0, 2 * kBlock + 18);
+    writeFile("old.img", content);
+    const DriveRecordPtr record = openImageFileAsDrive("old.img");
+    ASSERT_TRUE(record);
+    record->sizeBytes = 2 * kBlock + 21; // as it was when it was opened
+    state().copy.imageSource = record.get();
+    writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
+    EXPECT_EQ(run(runImageToFile), 1U);
+    // Bytes 16 and 17 came with the short read, 18 to 20 are left of the block before.
+    EXPECT_TRUE(readFile("old.img.41.img") == content.substr(0, 2 * kBlock) + unreadable(16) +
+                                                  content.substr(2 * kBlock + 16, 2) + content.substr(kBlock + 18, 3));
+    EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [256]"));
+    EXPECT_EQ(display_.lastStatus(), " Image  SUCCESSFULLY Completed");
+}
+
+TEST_F(Image, WithoutMemoryForTheBuffersIsLogged) {
+    openDrive(kBlock);
+    EXPECT_EQ(run(runImageToFile, std::size_t{1} << 62), 0U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could not ALLOCATE copy buffers"));
+    EXPECT_EQ(state().jobActive, 0);
+}
+
+TEST_F(Image, LeavesNoHandleBehind) {
+    openDrive(3 * kBlock);
+    run(runImageToFile);
+    const DWORD before = testing::openHandleCount();
+    run(runImageToFile);
+    run(runImageToFile);
+    EXPECT_EQ(testing::openHandleCount(), before);
+}
+
+TEST(FreeSpaceOfFolder, AsksForTheVolumeByItsFirstTwoCharacters) {
+    static std::string asked;
+    const ImportPatched patched(
+        __imp_GetDiskFreeSpaceA,
+        +[](LPCSTR root, LPDWORD sectorsPerCluster, LPDWORD bytesPerSector, LPDWORD freeClusters, LPDWORD) -> BOOL {
+            asked = root;
+            *sectorsPerCluster = 8;
+            *bytesPerSector = 512;
+            *freeClusters = 4000000000;
+            return TRUE;
+        });
+    EXPECT_EQ(freeSpaceOfFolder("E:\\Images\\a"), 16384000000000);
+    EXPECT_EQ(asked, "E:");
+}
+
+TEST(FreeSpaceOfFolder, IsZeroWhereTheSystemDoesNotTell) {
+    EXPECT_EQ(freeSpaceOfFolder("\\\\server\\share"), 0);
+    EXPECT_EQ(freeSpaceOfFolder(""), 0);
+}
+
+} // namespace
+} // namespace torvane

@@ -1,0 +1,124 @@
+#include "admin/disk_part.h"
+#include "tests/component/copy_bench.h"
+
+namespace torvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::readFile;
+using ::testing::SizeIs;
+
+class DiskPartChanges : public testing::CopyBench {
+  protected:
+    /// A disk of the model "Model 100%s": a device's percent signs count as in a format.
+    DriveRecord& openDisk(const std::string& more = "", const std::string& diskpart = "{}") {
+        bench_.describe(R"({"tools": {"diskpart": )" + diskpart + "}}");
+        bench_.addDrive(
+            R"({"number": 3, "bus": "nvme", "identity": {"product": "Model 100%%s", "serial": "S1"}, "size": "16 MiB")" +
+            more + "}");
+        DriveRecord& disk = drive(3);
+        state().copy.destination = &disk;
+        return disk;
+    }
+
+    static constexpr const char* kReadOnly = R"(, "readOnly": true)";
+    static constexpr const char* kMounted =
+        R"(, "volumes": [{"letter": "K", "extents": [{"offset": "1 MiB", "length": "8 MiB"}]}])";
+};
+
+TEST_F(DiskPartChanges, SetReadOnlySetsTheAttributeAndRefreshesTheFlag) {
+    DriveRecord& disk = openDisk();
+    EXPECT_EQ(DP_SetReadOnly(state(), disk), 1);
+    EXPECT_EQ(disk.readOnly, 1);
+    EXPECT_EQ(readFile("ScriptReadOnly.txt"), "select disk 3\nattributes disk set readonly\n");
+    EXPECT_NE(readFile("Enable RO Results DISK [Model 100%s] - [S1].txt"), "");
+    EXPECT_THAT(view_.calls(), ElementsAre("redraw drives"));
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPartChanges, ClearReadOnlyClearsTheAttributeAndRefreshesTheFlag) {
+    DriveRecord& disk = openDisk(kReadOnly);
+    disk.readOnly = 1;
+    EXPECT_EQ(DP_ClearReadOnly(state(), disk), 0);
+    EXPECT_EQ(disk.readOnly, 0);
+    EXPECT_EQ(readFile("ScriptReadOnly.txt"), "select disk 3\nattributes disk clear readonly\n");
+    EXPECT_NE(readFile("Disable RO Results DISK [Model 100%s] - [S1].txt"), "");
+}
+
+TEST_F(DiskPartChanges, AScriptThatCannotBeWrittenChangesNothing) {
+    DriveRecord& disk = openDisk();
+    disk.readOnly = 1;
+    std::filesystem::create_directory("ScriptReadOnly.txt");
+    EXPECT_EQ(DP_SetReadOnly(state(), disk), 0);
+    EXPECT_EQ(DP_ClearReadOnly(state(), disk), 0);
+    EXPECT_EQ(disk.readOnly, 1);
+    EXPECT_THAT(events(),
+                ElementsAre("ERROR: Could not create DISKPART [ScriptReadOnly.txt] script. ENABLING READ ONLY",
+                            "ERROR: Could not create DISKPART [ScriptReadOnly.txt] script. DISBLING READ ONLY"));
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+}
+
+TEST_F(DiskPartChanges, WithoutDiskPartTheFlagIsReadOnly) {
+    DriveRecord& disk = openDisk("", R"({"missing": true})");
+    EXPECT_EQ(DP_ClearReadOnly(state(), disk), 1);
+}
+
+TEST_F(DiskPartChanges, CleanLetsRawWritesThrough) {
+    DriveRecord& disk = openDisk(kMounted);
+    DWORD written = 0;
+    const std::string sector(512, 'x');
+    const auto writeSector = [&] {
+        SetFilePointer(disk.handle, 2097152, nullptr, FILE_BEGIN);
+        return WriteFile(disk.handle, sector.data(), 512, &written, nullptr);
+    };
+    EXPECT_FALSE(writeSector());
+    EXPECT_EQ(DP_CleanDisk(state()), 1);
+    EXPECT_TRUE(writeSector());
+    EXPECT_EQ(readFile("DPCleanDiskScript.txt"), "select disk 3\nclean\n");
+    EXPECT_THAT(readFile("DISKPART Clean Results.txt"), HasSubstr("succeeded"));
+    EXPECT_THAT(bench_.log("request=start"),
+                ElementsAre(HasSubstr(R"(command-line="diskpart /s DPCleanDiskScript.txt")")));
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPartChanges, ACleanScriptThatCannotBeWrittenIsLogged) {
+    openDisk();
+    std::filesystem::create_directory("DPCleanDiskScript.txt");
+    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could not create diskpart script file DPCleanDiskScript.txt"));
+}
+
+TEST_F(DiskPartChanges, CleanResultsThatCannotBeLoadedAreLogged) {
+    openDisk();
+    std::filesystem::create_directory("DISKPART Clean Results.txt");
+    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    const std::vector<std::string> rows = events();
+    ASSERT_FALSE(rows.empty());
+    EXPECT_EQ(rows.back(), "ERROR: Could nore LOAD [DISKPART Clean Results.txt] to TEST for CLEAR");
+}
+
+TEST_F(DiskPartChanges, ACleanThatDoesNotSucceedIsLogged) {
+    openDisk(kReadOnly);
+    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]"));
+}
+
+TEST_F(DiskPartChanges, ACleanWithoutDiskPartIsLogged) {
+    openDisk("", R"({"missing": true})");
+    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_EQ(events().back(), "ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]");
+}
+
+TEST_F(DiskPartChanges, AnImageFileIsNeverCleaned) {
+    DriveRecord& disk = openDisk();
+    disk.recordKind = kRecordKindImageFile;
+    disk.driveNumber = 0;
+    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    EXPECT_THAT(events(), SizeIs(1));
+}
+
+} // namespace
+} // namespace torvane
