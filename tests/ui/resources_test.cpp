@@ -53,6 +53,19 @@ class ResourcesTest : public UiTest {
     }
 };
 
+// The other tests are worth something only when the counts see what the program takes.
+TEST_F(ResourcesTest, CountsSeeTheOpenDrives) {
+    restart(smallBench());
+    const ResourceCounts before = settledCount();
+    torvane().loadDrives();
+    torvane().awaitProgressHidden();
+    const ResourceCounts after = settledCount();
+    EXPECT_GE(after.kernelHandles, before.kernelHandles + torvane().driveList().rowCount());
+    EXPECT_GE(after.gdiObjects, 10);
+    EXPECT_GE(after.windows, 30);
+    leaveProgramUsed();
+}
+
 TEST_F(ResourcesTest, LoadingDrivesAgainAndAgainLeaksNothing) {
     expectNoGrowth(20, [this](int i) {
         torvane().loadDrives();

@@ -11,7 +11,7 @@
 namespace torvane::driver {
 namespace {
 
-constexpr std::chrono::seconds kTestLimit{100};
+constexpr std::chrono::seconds kTestLimit{180};
 
 /// The program under test; shared by the tests of a suite.
 std::unique_ptr<Program> current;
