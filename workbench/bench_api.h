@@ -4,7 +4,9 @@
 /* What bench.dll exports. All texts are UTF-8; an error text stays valid until the next call of any of these functions.
    The functions are not meant to be called by several threads at once. */
 
+#ifndef __cplusplus
 #include <wchar.h>
+#endif
 
 #ifdef TORVANE_BUILDING_BENCH
 #define TORVANE_BENCH_EXPORT __declspec(dllexport)

@@ -17,6 +17,12 @@ namespace {
 
 using testing::drive;
 
+constexpr std::size_t kWord = 2; // bytes
+
+std::uint16_t word(ByteView block, std::size_t index) {
+    return loadLe16(block, kWord * index);
+}
+
 unsigned sumOf(ByteView block) {
     return std::accumulate(block.begin(), block.end(), 0U) % 256;
 }
@@ -61,34 +67,34 @@ TEST(WorkbenchAta, IdentifyTellsWhatIsDescribed) {
     EXPECT_EQ(swappedText(block, 10, 10), "S1                  ");
     EXPECT_EQ(swappedText(block, 23, 4), "F.1     ");
     EXPECT_EQ(swappedText(block, 27, 20), "Model A                                 ");
-    EXPECT_EQ(loadLe32(block, 2 * 60), 16384U);
-    EXPECT_EQ(loadLe64(block, 2 * 100), 16384U);
-    EXPECT_EQ(loadLe16(block, 2 * 106), 0x6003U); // eight logical sectors in a physical one
-    EXPECT_EQ(loadLe16(block, 2 * 108), 0x5000U);
-    EXPECT_EQ(loadLe16(block, 2 * 111), 0x5671U);
-    EXPECT_EQ(loadLe16(block, 2 * 128), 0x0007U); // supported, enabled, locked
-    EXPECT_EQ(loadLe16(block, 2 * 82) & 0x0003U, 0x0003U);
-    EXPECT_EQ(loadLe16(block, 2 * 85) & 0x0003U, 0x0003U);
-    EXPECT_EQ(loadLe16(block, 2 * 168), 3U);
-    EXPECT_EQ(loadLe16(block, 2 * 217), 5400U);
+    EXPECT_EQ(loadLe32(block, kWord * 60), 16384U);
+    EXPECT_EQ(loadLe64(block, kWord * 100), 16384U);
+    EXPECT_EQ(word(block, 106), 0x6003U); // eight logical sectors in a physical one
+    EXPECT_EQ(word(block, 108), 0x5000U);
+    EXPECT_EQ(word(block, 111), 0x5671U);
+    EXPECT_EQ(word(block, 128), 0x0007U); // supported, enabled, locked
+    EXPECT_EQ(word(block, 82) & 0x0003U, 0x0003U);
+    EXPECT_EQ(word(block, 85) & 0x0003U, 0x0003U);
+    EXPECT_EQ(word(block, 168), 3U);
+    EXPECT_EQ(word(block, 217), 5400U);
 }
 
 TEST(WorkbenchAta, LargeSectorsAndLargeDrives) {
     DriveDescription described = drive(R"("sectorSize": 4096)");
     described.size = std::uint64_t{1} << 42;
     const AtaBlock block = identifyBlock(described, true);
-    EXPECT_EQ(loadLe32(block, 2 * 60), 0x0FFFFFFFU);
-    EXPECT_EQ(loadLe64(block, 2 * 100), std::uint64_t{1} << 30);
-    EXPECT_EQ(loadLe16(block, 2 * 106), 0x5000U);
-    EXPECT_EQ(loadLe32(block, 2 * 117), 2048U); // words
+    EXPECT_EQ(loadLe32(block, kWord * 60), 0x0FFFFFFFU);
+    EXPECT_EQ(loadLe64(block, kWord * 100), std::uint64_t{1} << 30);
+    EXPECT_EQ(word(block, 106), 0x5000U);
+    EXPECT_EQ(loadLe32(block, kWord * 117), 2048U); // words
 }
 
 TEST(WorkbenchAta, SecurityStates) {
     const std::array<std::pair<const char*, unsigned>, 5> states = {
         {{"unsupported", 0}, {"disabled", 1}, {"enabled", 3}, {"locked", 7}, {"frozen", 9}}};
-    for (const auto& [name, word] : states) {
+    for (const auto& [name, expected] : states) {
         const DriveDescription described = drive(R"("ata": {"security": ")" + std::string(name) + R"("})");
-        EXPECT_EQ(loadLe16(identifyBlock(described, true), 2 * 128), word) << name;
+        EXPECT_EQ(word(identifyBlock(described, true), 128), expected) << name;
     }
 }
 
@@ -125,10 +131,10 @@ TEST(WorkbenchAta, SmartIsSwitchedOnAndOff) {
     const DriveDescription described = drive(R"("ata": {"smart": {"enabled": false}})");
     AtaDevice device(described);
     EXPECT_TRUE(device.execute(smart(kSmartReadData)).failed());
-    EXPECT_EQ(loadLe16(device.execute(identify()).data, 2 * 85) & 1U, 0U);
+    EXPECT_EQ(word(device.execute(identify()).data, 85) & 1U, 0U);
     EXPECT_FALSE(device.execute(smart(kSmartEnable)).failed());
     EXPECT_FALSE(device.execute(smart(kSmartReadData)).failed());
-    EXPECT_EQ(loadLe16(device.execute(identify()).data, 2 * 85) & 1U, 1U);
+    EXPECT_EQ(word(device.execute(identify()).data, 85) & 1U, 1U);
     EXPECT_FALSE(device.execute(smart(kSmartDisable)).failed());
     EXPECT_TRUE(device.execute(smart(kSmartReadData)).failed());
 }
@@ -137,12 +143,12 @@ TEST(WorkbenchAta, WhatIsRefusedIsAborted) {
     const DriveDescription described =
         drive(R"("ata": {"identifyFails": true, "smart": {"readDataFails": true, "logs": false}})");
     AtaDevice device(described);
-    AtaCommand unsigned_ = smart(kSmartReturnStatus);
-    unsigned_.lba = 0;
+    AtaCommand withoutSignature = smart(kSmartReturnStatus);
+    withoutSignature.lba = 0;
     AtaCommand unknown;
     unknown.command = 0x99;
     for (const AtaCommand& command : {identify(), smart(kSmartReadData), smart(kSmartReadThresholds), smart(0xFF),
-                                      smart(kSmartReadLog, 0), readLog(0, 0, 1), unsigned_, unknown}) {
+                                      smart(kSmartReadLog, 0), readLog(0, 0, 1), withoutSignature, unknown}) {
         const AtaReply reply = device.execute(command);
         EXPECT_EQ(reply.status, 0x51) << ataCommandName(command);
         EXPECT_EQ(reply.error, 0x04) << ataCommandName(command);
@@ -152,7 +158,7 @@ TEST(WorkbenchAta, WhatIsRefusedIsAborted) {
     AtaDevice old(without);
     EXPECT_TRUE(old.execute(smart(kSmartEnable)).failed());
     EXPECT_TRUE(old.execute(readLog(0, 0, 1)).failed());
-    EXPECT_EQ(loadLe16(old.execute(identify()).data, 2 * 82) & 1U, 0U);
+    EXPECT_EQ(word(old.execute(identify()).data, 82) & 1U, 0U);
 }
 
 std::string errors(std::size_t count) {
@@ -228,12 +234,12 @@ TEST(WorkbenchAta, DirectoriesListTheLogs) {
     AtaDevice device(described);
     const AtaReply general = device.execute(readLog(0x00, 0, 1));
     EXPECT_EQ(loadLe16(general.data, 0), 1U);
-    EXPECT_EQ(loadLe16(general.data, 2 * 0x03), 3U);
-    EXPECT_EQ(loadLe16(general.data, 2 * 0x07), 1U);
-    EXPECT_EQ(loadLe16(general.data, 2 * 0x01), 0U);
+    EXPECT_EQ(word(general.data, 0x03), 3U);
+    EXPECT_EQ(word(general.data, 0x07), 1U);
+    EXPECT_EQ(word(general.data, 0x01), 0U);
     const AtaReply old = device.execute(smart(kSmartReadLog, 0x00));
-    EXPECT_EQ(loadLe16(old.data, 2 * 0x01), 1U);
-    EXPECT_EQ(loadLe16(old.data, 2 * 0x03), 0U);
+    EXPECT_EQ(word(old.data, 0x01), 1U);
+    EXPECT_EQ(word(old.data, 0x03), 0U);
     EXPECT_EQ(device.execute(smart(kSmartReadLog, 0x09)).data.size(), 512U);
     EXPECT_TRUE(device.execute(smart(kSmartReadLog, 0xE0)).failed());
 }

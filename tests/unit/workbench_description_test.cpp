@@ -192,7 +192,7 @@ TEST(WorkbenchDescription, DrivesAndVolumesAreInOrder) {
     EXPECT_EQ(reading.bench.drives[1].bus, 200U);
     ASSERT_EQ(reading.bench.volumes.size(), 3U);
     EXPECT_EQ(reading.bench.volumes[0].letter, 'C');
-    EXPECT_EQ(reading.bench.volumes[1].kind, VolumeKind::Optical);
+    EXPECT_EQ(reading.bench.volumes[1].kind, VolumeKind::kOptical);
     EXPECT_EQ(reading.bench.volume('Z')->extents.front().disk, 9U);
     EXPECT_EQ(reading.bench.volume('D'), nullptr);
     EXPECT_EQ(reading.bench.drive(3), nullptr);

@@ -16,12 +16,12 @@ TEST(WorkbenchDevicePath, DevicesAreRecognisedInEverySpelling) {
     for (const wchar_t* path : {LR"(\\.\PhysicalDrive12)", LR"(\\?\PhysicalDrive12)", LR"(\??\physicaldrive12)",
                                 L"//./PHYSICALDRIVE12", LR"(\\.\PhysicalDrive012)"}) {
         const DevicePath device = parseDevicePath(path);
-        EXPECT_EQ(device.kind, PathKind::Drive) << path;
+        EXPECT_EQ(device.kind, PathKind::kDrive) << path;
         EXPECT_EQ(device.number, 12U) << path;
     }
-    EXPECT_EQ(parseDevicePath(LR"(\\.\c:)").kind, PathKind::Volume);
+    EXPECT_EQ(parseDevicePath(LR"(\\.\c:)").kind, PathKind::kVolume);
     EXPECT_EQ(parseDevicePath(LR"(\\.\c:)").letter, 'C');
-    EXPECT_EQ(parseDevicePath(LR"(\\.\Scsi3:)").kind, PathKind::ScsiPort);
+    EXPECT_EQ(parseDevicePath(LR"(\\.\Scsi3:)").kind, PathKind::kScsiPort);
     EXPECT_EQ(parseDevicePath(LR"(\\.\Scsi3:)").number, 3U);
 }
 
@@ -29,7 +29,7 @@ TEST(WorkbenchDevicePath, FilesPipesAndConsolesAreOrdinary) {
     for (const wchar_t* path : {L"", L"C:", L"C:\\", L"PhysicalDrive0", L"PHYS0.txt", LR"(\\server\share\x)",
                                 LR"(\\?\C:\x.txt)", LR"(\\.\C:\x.txt)", LR"(\\?\UNC\server\share)", LR"(\\.\pipe\name)",
                                 LR"(\\.\NUL)", LR"(\\.\CONOUT$)", LR"(\\.\COM12)", LR"(\\.\mailslot\x)", L"NUL"}) {
-        EXPECT_EQ(parseDevicePath(path).kind, PathKind::Ordinary) << path;
+        EXPECT_EQ(parseDevicePath(path).kind, PathKind::kOrdinary) << path;
     }
 }
 
@@ -39,7 +39,7 @@ TEST(WorkbenchDevicePath, EveryOtherDeviceIsForeign) {
           LR"(\\?\GLOBALROOT\Device\Harddisk0\DR0)", LR"(\\.\HarddiskVolume1)", LR"(\\?\Volume{123}\)",
           LR"(\\.\CdRom0)", LR"(\\.\Scsi:)", LR"(\\.\Scsi3)", LR"(\\.\C:x)", LR"(\\.\)", LR"(\\.\Tape0)",
           LR"(\\.\COMX)", LR"(\\.\MountPointManager)", LR"(\\.\Global\PhysicalDrive0)"}) {
-        EXPECT_EQ(parseDevicePath(path).kind, PathKind::ForeignDevice) << path;
+        EXPECT_EQ(parseDevicePath(path).kind, PathKind::kForeignDevice) << path;
     }
 }
 
@@ -65,11 +65,11 @@ TEST(WorkbenchDevicePath, CommandLinesBeginWithAProgram) {
 TEST(WorkbenchDevicePath, ToolsAreKnownByTheirName) {
     for (const wchar_t* name :
          {L"diskpart", L"DiskPart.EXE", L"C:\\Windows\\System32\\diskpart.exe", L"c:/x/diskpart"}) {
-        EXPECT_EQ(toolOf(name), Tool::Diskpart) << name;
+        EXPECT_EQ(toolOf(name), Tool::kDiskpart) << name;
     }
-    EXPECT_EQ(toolOf(L"powershell"), Tool::Powershell);
+    EXPECT_EQ(toolOf(L"powershell"), Tool::kPowershell);
     for (const wchar_t* name : {L"", L"diskpart2", L"smartctl.exe", L"diskpart.exe.exe", L"diskpart\\x"}) {
-        EXPECT_EQ(toolOf(name), Tool::None) << name;
+        EXPECT_EQ(toolOf(name), Tool::kNone) << name;
     }
 }
 

@@ -120,7 +120,7 @@ TEST_F(DiskpartTest, ExitLeavesAndRescanScans) {
 
 class PowershellTest : public ::testing::Test {
   protected:
-    PowershellRun run(std::vector<std::string> arguments) { return runPowershell(bench_, state_, arguments); }
+    PowershellRun run(const std::vector<std::string>& arguments) { return runPowershell(bench_, state_, arguments); }
 
     BenchDescription bench_ = bench();
     BenchState state_ = firstState(bench_);

@@ -29,8 +29,8 @@ void readRotationRate(ObjectReader& reader, std::uint16_t& rate) {
 
 void readFormFactor(ObjectReader& reader, FormFactor& formFactor) {
     static constexpr std::array<std::string_view, 4> kNames = {"3.5", "2.5", "1.8", "m.2"};
-    static constexpr std::array kValues = {FormFactor::Inch3_5, FormFactor::Inch2_5, FormFactor::Inch1_8,
-                                           FormFactor::M2};
+    static constexpr std::array kValues = {FormFactor::kInch35, FormFactor::kInch25, FormFactor::kInch18,
+                                           FormFactor::kM2};
     if (reader.has("formFactor")) {
         std::size_t index = 0;
         reader.choice("formFactor", kNames, index);

@@ -8,10 +8,10 @@
 namespace torvane::bench {
 
 /// ATA words 128 and 82/85: what the security feature set says.
-enum class AtaSecurity { Unsupported, Disabled, Enabled, Locked, Frozen };
+enum class AtaSecurity { kUnsupported, kDisabled, kEnabled, kLocked, kFrozen };
 
 /// Nominal form factor, ATA word 168.
-enum class FormFactor : std::uint16_t { NotReported = 0, Inch3_5 = 2, Inch2_5 = 3, Inch1_8 = 4, M2 = 7 };
+enum class FormFactor : std::uint16_t { kNotReported = 0, kInch35 = 2, kInch25 = 3, kInch18 = 4, kM2 = 7 };
 
 struct SmartAttribute {
     std::uint8_t id = 0;
@@ -56,9 +56,9 @@ struct AtaDescription {
     std::string serial;
     std::string firmware;
     std::uint16_t rotationRate = 7200; ///< ATA word 217: 1 is a solid-state device, 0 not reported
-    FormFactor formFactor = FormFactor::NotReported;
+    FormFactor formFactor = FormFactor::kNotReported;
     std::uint64_t wwn = 0; ///< 0: not reported
-    AtaSecurity security = AtaSecurity::Disabled;
+    AtaSecurity security = AtaSecurity::kDisabled;
     bool identifyFails = false;
     SmartDescription smart;
 };

@@ -116,7 +116,7 @@ void readBacking(ObjectReader& reader, Backing& backing) {
         reader.choice("pattern", kPatterns, index);
         backing.kind = static_cast<BackingKind>(index + 1);
     }
-    if (reader.has("seed") && backing.kind != BackingKind::Noise) {
+    if (reader.has("seed") && backing.kind != BackingKind::kNoise) {
         reader.fail("seed", "serves the pattern \"noise\" only");
     }
     reader.number("seed", backing.seed);

@@ -54,12 +54,12 @@ struct AdapterDescription {
     std::uint32_t maximumTransfer = 128 * 1024; ///< bytes
 };
 
-enum class BackingKind { File, Zero, SectorNumber, Noise };
+enum class BackingKind { kFile, kZero, kSectorNumber, kNoise };
 
 struct Backing {
-    BackingKind kind = BackingKind::File;
+    BackingKind kind = BackingKind::kFile;
     std::string file;       ///< name in the bench's backing folder
-    std::uint64_t seed = 0; ///< of `Noise`
+    std::uint64_t seed = 0; ///< of `kNoise`
 };
 
 struct DriveDescription {

@@ -16,7 +16,6 @@ inline constexpr std::uint32_t kErrorWriteProtect = 19;
 inline constexpr std::uint32_t kErrorCrc = 23;
 inline constexpr std::uint32_t kErrorSeek = 25;
 inline constexpr std::uint32_t kErrorSectorNotFound = 27;
-inline constexpr std::uint32_t kErrorNotSupported = 50;
 inline constexpr std::uint32_t kErrorInvalidParameter = 87;
 inline constexpr std::uint32_t kErrorInsufficientBuffer = 122;
 inline constexpr std::uint32_t kErrorMoreData = 234;

@@ -62,7 +62,7 @@ void readBitLocker(ObjectReader& reader, BitLockerDescription& bitLocker) {
     reader.choice("state", kStates, state);
     bitLocker.state = static_cast<BitLockerState>(state);
     reader.list("protectors", [&](ObjectReader& item) { bitLocker.protectors.push_back(readProtector(item)); });
-    if (bitLocker.state == BitLockerState::Off && !bitLocker.protectors.empty()) {
+    if (bitLocker.state == BitLockerState::kOff && !bitLocker.protectors.empty()) {
         reader.fail("protectors", "a volume whose state is \"off\" has none");
     }
 }
@@ -89,7 +89,7 @@ VolumeDescription readVolume(ObjectReader& reader, std::optional<std::uint32_t> 
         object.error("open", volume.openError);
         object.error("extents", volume.extentsError);
     });
-    if ((volume.kind == VolumeKind::Optical || volume.kind == VolumeKind::Network) && !volume.extents.empty()) {
+    if ((volume.kind == VolumeKind::kOptical || volume.kind == VolumeKind::kNetwork) && !volume.extents.empty()) {
         reader.fail("extents", "an optical or network volume has none");
     }
     return volume;

@@ -7,7 +7,7 @@
 
 namespace torvane::bench {
 
-enum class VolumeKind { Fixed, Removable, Optical, Network };
+enum class VolumeKind { kFixed, kRemovable, kOptical, kNetwork };
 
 struct VolumeExtent {
     std::uint32_t disk = 0;
@@ -15,7 +15,7 @@ struct VolumeExtent {
     std::uint64_t length = 0; ///< bytes
 };
 
-enum class BitLockerState { Off, Unlocked, Locked };
+enum class BitLockerState { kOff, kUnlocked, kLocked };
 
 struct KeyProtector {
     std::string type; ///< the cmdlet's word: "RecoveryPassword", "Tpm", ...
@@ -24,7 +24,7 @@ struct KeyProtector {
 };
 
 struct BitLockerDescription {
-    BitLockerState state = BitLockerState::Off;
+    BitLockerState state = BitLockerState::kOff;
     std::vector<KeyProtector> protectors;
 };
 
@@ -32,7 +32,7 @@ struct VolumeDescription {
     std::string fileName; ///< the file that describes it, for messages
     std::string field;    ///< its place there, for messages
     char letter = 0;      ///< 'C' to 'Z'
-    VolumeKind kind = VolumeKind::Fixed;
+    VolumeKind kind = VolumeKind::kFixed;
     std::vector<VolumeExtent> extents;
     std::string label;
     std::string fileSystem = "NTFS";

@@ -49,7 +49,7 @@ void checkBackingFiles(const BenchDescription& bench, Mistake& mistake) {
         for (std::size_t j = 0; j < i; ++j) {
             const DriveDescription& drive = bench.drives[i];
             const DriveDescription& other = bench.drives[j];
-            if (drive.backing.kind == BackingKind::File && other.backing.kind == BackingKind::File &&
+            if (drive.backing.kind == BackingKind::kFile && other.backing.kind == BackingKind::kFile &&
                 drive.backing.file == other.backing.file) {
                 mistake.report(drive.fileName, "backing.file", "is the content of " + other.fileName + " already");
             }

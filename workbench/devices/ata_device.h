@@ -58,9 +58,6 @@ class AtaDevice {
     /// Commands that the device does not know, and those that its description makes fail, are aborted (ABRT).
     [[nodiscard]] AtaReply execute(const AtaCommand& command);
 
-    /// SMART_GET_VERSION and others ask without a command.
-    [[nodiscard]] bool smartEnabled() const { return smartEnabled_; }
-
   private:
     [[nodiscard]] AtaReply identify(const AtaCommand& command) const;
     [[nodiscard]] AtaReply smart(const AtaCommand& command);

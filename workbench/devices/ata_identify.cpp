@@ -9,11 +9,12 @@
 namespace torvane::bench {
 namespace {
 
+constexpr std::size_t kWord = 2; // bytes
 constexpr std::uint16_t kSmartBit = 1U << 0;
 constexpr std::uint16_t kSecurityBit = 1U << 1;
 
 void setWord(AtaBlock& block, std::size_t word, std::uint16_t value) {
-    storeLe<std::uint16_t>(block, 2 * word, value);
+    storeLe<std::uint16_t>(block, kWord * word, value);
 }
 
 // Two characters for each word, the first one in the high byte, padded with blanks.
@@ -33,8 +34,8 @@ void setTexts(AtaBlock& block, const AtaDescription& ata) {
 void setCapacity(AtaBlock& block, const DriveDescription& drive) {
     const std::uint64_t sectors = drive.size / drive.sectorSize;
     const auto lba28 = static_cast<std::uint32_t>(std::min<std::uint64_t>(sectors, 0x0FFFFFFF));
-    storeLe<std::uint32_t>(block, 2 * 60, lba28);
-    storeLe<std::uint64_t>(block, 2 * 100, sectors & 0xFFFFFFFFFFFFULL);
+    storeLe<std::uint32_t>(block, kWord * 60, lba28);
+    storeLe<std::uint64_t>(block, kWord * 100, sectors & 0xFFFFFFFFFFFFULL);
     // Word 106: bit 14 valid, bit 13 several logical sectors in a physical one (their power of two in bits 3:0),
     // bit 12 logical sectors longer than 256 words (their length in words 117-118).
     std::uint16_t sizes = 0x4000;
@@ -44,7 +45,7 @@ void setCapacity(AtaBlock& block, const DriveDescription& drive) {
     }
     if (drive.sectorSize > 512) {
         sizes = static_cast<std::uint16_t>(sizes | 0x1000U);
-        storeLe<std::uint32_t>(block, 2 * 117, drive.sectorSize / 2);
+        storeLe<std::uint32_t>(block, kWord * 117, drive.sectorSize / 2);
     }
     setWord(block, 106, sizes);
     setWord(block, 209, 0x4000);
@@ -56,15 +57,15 @@ std::uint16_t securityWord(AtaSecurity security) {
     constexpr std::uint16_t kLocked = 4;
     constexpr std::uint16_t kFrozen = 8;
     switch (security) {
-    case AtaSecurity::Unsupported:
+    case AtaSecurity::kUnsupported:
         return 0;
-    case AtaSecurity::Disabled:
+    case AtaSecurity::kDisabled:
         return kSupported;
-    case AtaSecurity::Enabled:
+    case AtaSecurity::kEnabled:
         return kSupported | kEnabled;
-    case AtaSecurity::Locked:
+    case AtaSecurity::kLocked:
         return kSupported | kEnabled | kLocked;
-    case AtaSecurity::Frozen:
+    case AtaSecurity::kFrozen:
         return kSupported | kFrozen;
     }
     return 0;

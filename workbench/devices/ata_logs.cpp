@@ -49,10 +49,11 @@ std::uint16_t errorCount(const SmartDescription& smart) {
 // --- summary error log: five entries of 90 bytes, each five commands of 12 bytes and an error of 30 ---------------
 
 constexpr std::size_t kSummaryEntries = 5;
+constexpr std::size_t kFailedCommand = 4; // of the five: the last
 
 void fillSummaryEntry(std::span<std::uint8_t> entry, const AtaErrorEntry& error) {
     const auto device = static_cast<std::uint8_t>(0xE0U | (byteOf(error.lba, 3) & 0x0FU));
-    const std::span<std::uint8_t> command = entry.subspan(4 * 12, 12); // the last of the five: the one that failed
+    const std::span<std::uint8_t> command = entry.subspan(kFailedCommand * 12, 12);
     command[2] = static_cast<std::uint8_t>(error.sectors);
     command[3] = byteOf(error.lba, 0);
     command[4] = byteOf(error.lba, 1);
@@ -94,7 +95,7 @@ constexpr std::size_t kExtendedPerPage = 4;
 constexpr std::uint8_t kReadFpdmaQueued = 0x60;
 
 void fillExtendedEntry(std::span<std::uint8_t> entry, const AtaErrorEntry& error) {
-    const std::span<std::uint8_t> command = entry.subspan(4 * 18, 18);
+    const std::span<std::uint8_t> command = entry.subspan(kFailedCommand * 18, 18);
     // A queued command counts its sectors in the features register and has its tag, 0 here, in the count register.
     storeLe<std::uint16_t>(command, error.command == kReadFpdmaQueued ? 1 : 3, error.sectors);
     const std::span<std::uint8_t> failure = entry.subspan(90, 34);
@@ -186,7 +187,7 @@ Pages directory(PagesOf pagesOf) {
     Pages pages = emptyPages(1);
     const std::span<std::uint8_t> block = page(pages, 0);
     storeLe<std::uint16_t>(block, 0, 1);
-    for (unsigned address = 1; address < 256; ++address) {
+    for (std::size_t address = 1; address < 256; ++address) {
         const std::optional<Pages> log = pagesOf(static_cast<std::uint8_t>(address));
         if (log) {
             storeLe<std::uint16_t>(block, 2 * address, static_cast<std::uint16_t>(log->size() / kAtaBlock));

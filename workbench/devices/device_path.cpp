@@ -56,22 +56,22 @@ DevicePath underPrefix(const std::wstring& name) {
     const std::wstring lower = lowerCase(name);
     if (name.size() >= 2 && isLetter(name[0]) && name[1] == L':') {
         if (name.size() == 2) {
-            return {PathKind::Volume, 0, upperLetter(name[0])};
+            return {PathKind::kVolume, 0, upperLetter(name[0])};
         }
-        return {name[2] == L'\\' ? PathKind::Ordinary : PathKind::ForeignDevice, 0, 0};
+        return {name[2] == L'\\' ? PathKind::kOrdinary : PathKind::kForeignDevice, 0, 0};
     }
     if (lower.starts_with(kDrive)) {
         if (const auto number = wholeNumber(std::wstring_view(lower).substr(kDrive.size()))) {
-            return {PathKind::Drive, *number, 0};
+            return {PathKind::kDrive, *number, 0};
         }
     }
     if (lower.starts_with(kPort) && lower.ends_with(L':')) {
         const std::wstring_view digits = std::wstring_view(lower).substr(kPort.size(), lower.size() - kPort.size() - 1);
         if (const auto number = wholeNumber(digits)) {
-            return {PathKind::ScsiPort, *number, 0};
+            return {PathKind::kScsiPort, *number, 0};
         }
     }
-    return {isHarmless(lower) ? PathKind::Ordinary : PathKind::ForeignDevice, 0, 0};
+    return {isHarmless(lower) ? PathKind::kOrdinary : PathKind::kForeignDevice, 0, 0};
 }
 
 } // namespace
@@ -111,9 +111,9 @@ Tool toolOf(std::wstring_view program) {
         name.resize(name.size() - 4);
     }
     if (name == L"diskpart") {
-        return Tool::Diskpart;
+        return Tool::kDiskpart;
     }
-    return name == L"powershell" ? Tool::Powershell : Tool::None;
+    return name == L"powershell" ? Tool::kPowershell : Tool::kNone;
 }
 
 } // namespace torvane::bench

@@ -7,15 +7,15 @@
 namespace torvane::bench {
 
 enum class PathKind {
-    Ordinary,      ///< a file, a folder, a pipe, the console: none of the bench's business
-    Drive,         ///< "\\.\PhysicalDriveN"
-    Volume,        ///< "\\.\X:"
-    ScsiPort,      ///< "\\.\ScsiN:"
-    ForeignDevice, ///< any other device: it does not exist on a bench
+    kOrdinary,      ///< a file, a folder, a pipe, the console: none of the bench's business
+    kDrive,         ///< "\\.\PhysicalDriveN"
+    kVolume,        ///< "\\.\X:"
+    kScsiPort,      ///< "\\.\ScsiN:"
+    kForeignDevice, ///< any other device: it does not exist on a bench
 };
 
 struct DevicePath {
-    PathKind kind = PathKind::Ordinary;
+    PathKind kind = PathKind::kOrdinary;
     std::uint32_t number = 0; ///< of a drive or port
     char letter = 0;          ///< of a volume, upper case
 };
@@ -28,7 +28,7 @@ struct DevicePath {
 [[nodiscard]] char rootLetter(std::wstring_view path);
 
 /// A tool that is replaced by a stand-in.
-enum class Tool { None, Diskpart, Powershell };
+enum class Tool { kNone, kDiskpart, kPowershell };
 
 struct CommandLine {
     std::wstring program; ///< first word, without its quotes

@@ -30,13 +30,13 @@ Unit noiseUnit(std::uint64_t position, std::uint64_t seed) {
 }
 
 Unit unitAt(const Backing& backing, std::uint64_t position) {
-    return backing.kind == BackingKind::Noise ? noiseUnit(position, backing.seed) : sectorNumberUnit(position);
+    return backing.kind == BackingKind::kNoise ? noiseUnit(position, backing.seed) : sectorNumberUnit(position);
 }
 
 } // namespace
 
 void fillPattern(const Backing& backing, std::uint64_t offset, std::span<std::uint8_t> out) {
-    if (backing.kind == BackingKind::File || backing.kind == BackingKind::Zero) {
+    if (backing.kind == BackingKind::kFile || backing.kind == BackingKind::kZero) {
         std::fill(out.begin(), out.end(), std::uint8_t{0});
         return;
     }

@@ -94,7 +94,7 @@ std::filesystem::path ownFolder() {
 }
 
 std::filesystem::path standInPath(Tool tool) {
-    return ownFolder() / "tools" / (tool == Tool::Diskpart ? "diskpart.exe" : "powershell.exe");
+    return ownFolder() / "tools" / (tool == Tool::kDiskpart ? "diskpart.exe" : "powershell.exe");
 }
 
 std::vector<wchar_t> environmentWithBench(const void* block, bool isUnicode, const std::wstring& folder) {

@@ -62,7 +62,7 @@ HANDLE openPath(const std::shared_ptr<BenchSession>& session, std::wstring_view 
 HANDLE WINAPI createFileW(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD disposition,
                           DWORD flags, HANDLE likeFile) {
     const auto session = currentSession();
-    if (session && path != nullptr && parseDevicePath(path).kind != PathKind::Ordinary) {
+    if (session && path != nullptr && parseDevicePath(path).kind != PathKind::kOrdinary) {
         return openPath(session, path, access, security, disposition);
     }
     return CreateFileW(path, access, share, security, disposition, flags, likeFile);
@@ -73,7 +73,7 @@ HANDLE WINAPI createFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATT
     const auto session = currentSession();
     if (session && path != nullptr) {
         const std::wstring wide = wideFromAnsi(path);
-        if (parseDevicePath(wide).kind != PathKind::Ordinary) {
+        if (parseDevicePath(wide).kind != PathKind::kOrdinary) {
             return openPath(session, wide, access, security, disposition);
         }
     }

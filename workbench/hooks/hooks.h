@@ -8,7 +8,7 @@
 namespace torvane::bench {
 
 /// Puts this process on a bench: its imports lead to the bench from now on. Replaces an earlier session.
-void installHooks(std::shared_ptr<BenchSession> session);
+void installHooks(std::shared_ptr<BenchSession> opened);
 
 /// Takes the process off its bench.
 void removeHooks();

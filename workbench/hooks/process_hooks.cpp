@@ -38,7 +38,7 @@ Tool toolOfRequest(const StartRequest& request, const CommandLine& line) {
 }
 
 const ToolDescription& describedTool(BenchSession& session, Tool tool) {
-    return tool == Tool::Diskpart ? session.description().diskpart : session.description().powershell;
+    return tool == Tool::kDiskpart ? session.description().diskpart : session.description().powershell;
 }
 
 // Starts the stand-in in the tool's place, with the same arguments.
@@ -70,11 +70,11 @@ BOOL startOnBench(BenchSession& session, StartRequest& request, LPPROCESS_INFORM
     const std::string shown = utf8FromWide(request.commandLine.empty() ? request.application : request.commandLine);
     const CommandLine line = splitCommandLine(request.commandLine);
     const Tool tool = toolOfRequest(request, line);
-    if (tool != Tool::None && describedTool(session, tool).missing) {
+    if (tool != Tool::kNone && describedTool(session, tool).missing) {
         logStart(session, shown, kErrorFileNotFound);
         return fail(kErrorFileNotFound);
     }
-    if (tool != Tool::None) {
+    if (tool != Tool::kNone) {
         redirect(request, line, tool);
     }
     std::vector<wchar_t> environment;
@@ -88,7 +88,7 @@ BOOL startOnBench(BenchSession& session, StartRequest& request, LPPROCESS_INFORM
     const BOOL created = create(environment.empty() ? request.environment : environment.data(), &child);
     DWORD error = created == FALSE ? GetLastError() : 0;
     // The stand-ins know the bench by themselves.
-    if (error == 0 && tool == Tool::None) {
+    if (error == 0 && tool == Tool::kNone) {
         error = putOnBench(child);
     }
     logStart(session, shown, error);

@@ -188,13 +188,13 @@ UINT driveType(const FoundVolume& found) {
         return DRIVE_NO_ROOT_DIR;
     }
     switch (found.mounted->kind) {
-    case VolumeKind::Removable:
+    case VolumeKind::kRemovable:
         return DRIVE_REMOVABLE;
-    case VolumeKind::Optical:
+    case VolumeKind::kOptical:
         return DRIVE_CDROM;
-    case VolumeKind::Network:
+    case VolumeKind::kNetwork:
         return DRIVE_REMOTE;
-    case VolumeKind::Fixed:
+    case VolumeKind::kFixed:
         break;
     }
     return DRIVE_FIXED;

@@ -19,9 +19,9 @@ std::string accessText(const OpenDevice& device) {
 
 std::string OpenDevice::target() const {
     switch (kind) {
-    case PathKind::Volume:
+    case PathKind::kVolume:
         return std::string("volume:") + volume->letter;
-    case PathKind::ScsiPort:
+    case PathKind::kScsiPort:
         return "scsi:" + std::to_string(drive->description().scsiPort);
     default:
         return "drive:" + std::to_string(drive->description().number);
@@ -72,34 +72,34 @@ const VolumeDescription* BenchSession::mountedVolume(char letter) {
 DWORD BenchSession::resolve(const DevicePath& device, const OpenRequest& request, OpenDevice& opened) {
     opened.kind = device.kind;
     opened.access = request.access;
-    if (device.kind == PathKind::Volume) {
+    if (device.kind == PathKind::kVolume) {
         opened.volume = mountedVolume(device.letter);
         if (opened.volume == nullptr) {
             return kErrorFileNotFound;
         }
         return opened.volume->openError.value_or(0);
     }
-    if (device.kind == PathKind::ForeignDevice) {
+    if (device.kind == PathKind::kForeignDevice) {
         return kErrorFileNotFound;
     }
     const auto found = std::find_if(drives_.begin(), drives_.end(), [&](const auto& entry) {
         const DriveDescription& drive = entry.second.description();
-        return (device.kind == PathKind::Drive ? drive.number : drive.scsiPort) == device.number;
+        return (device.kind == PathKind::kDrive ? drive.number : drive.scsiPort) == device.number;
     });
     if (found == drives_.end() || !isPresent(found->second)) {
         return kErrorFileNotFound;
     }
     opened.drive = &found->second;
-    return device.kind == PathKind::Drive ? opened.drive->openFault().value_or(0) : 0;
+    return device.kind == PathKind::kDrive ? opened.drive->openFault().value_or(0) : 0;
 }
 
 UniqueHandle BenchSession::kernelHandle(const OpenDevice& opened, const OpenRequest& request) {
-    if (opened.kind == PathKind::Drive) {
+    if (opened.kind == PathKind::kDrive) {
         return opened.drive->content().open(request.access, request.security);
     }
     // Transfers of a volume go to its drives; a port has none. Any file's handle serves.
     const std::string& name =
-        opened.kind == PathKind::Volume ? opened.volume->fileName : opened.drive->description().fileName;
+        opened.kind == PathKind::kVolume ? opened.volume->fileName : opened.drive->description().fileName;
     return UniqueHandle(CreateFileW((folder_->path() / name).c_str(), GENERIC_READ,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, request.security,
                                     OPEN_EXISTING, 0, nullptr));

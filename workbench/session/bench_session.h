@@ -19,8 +19,8 @@ namespace torvane::bench {
 
 /// A device that a process has open. Duplicated handles share it, file pointer and all.
 struct OpenDevice {
-    PathKind kind = PathKind::Drive; ///< Drive, Volume or ScsiPort
-    BenchDrive* drive = nullptr;     ///< of a drive or port
+    PathKind kind = PathKind::kDrive; ///< of a drive, a volume or a port
+    BenchDrive* drive = nullptr;      ///< of a drive or port
     const VolumeDescription* volume = nullptr;
     DWORD access = 0;
     std::mutex transferMutex;   ///< one transfer at a time, as on any synchronous handle

@@ -94,7 +94,7 @@ ControlResult volumeRequest(BenchSession& session, const VolumeDescription& volu
 }
 
 ControlResult answer(BenchSession& session, OpenDevice& device, const ControlRequest& request, LogLine& line) {
-    if (device.kind == PathKind::Volume) {
+    if (device.kind == PathKind::kVolume) {
         return volumeRequest(session, *device.volume, request, line);
     }
     if (!session.isPresent(*device.drive)) {
@@ -103,8 +103,8 @@ ControlResult answer(BenchSession& session, OpenDevice& device, const ControlReq
     if (const std::optional<DWORD> error = device.drive->requestFault(controlName(request.code))) {
         return {*error, 0};
     }
-    return device.kind == PathKind::ScsiPort ? portRequest(*device.drive, request, line)
-                                             : driveRequest(*device.drive, request, line);
+    return device.kind == PathKind::kScsiPort ? portRequest(*device.drive, request, line)
+                                              : driveRequest(*device.drive, request, line);
 }
 
 } // namespace

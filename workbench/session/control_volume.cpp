@@ -16,7 +16,7 @@ ControlResult volumeExtents(const VolumeDescription& volume, const ControlReques
     if (volume.extentsError) {
         return {*volume.extentsError, 0};
     }
-    if (volume.kind == VolumeKind::Optical || volume.kind == VolumeKind::Network) {
+    if (volume.kind == VolumeKind::kOptical || volume.kind == VolumeKind::kNetwork) {
         return {kErrorInvalidFunction, 0};
     }
     if (request.out.size() < kHeader + kExtent) {

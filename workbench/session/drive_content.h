@@ -23,7 +23,7 @@ class DriveContent {
     [[nodiscard]] DWORD read(HANDLE handle, std::uint64_t offset, std::span<std::uint8_t> out) const;
     [[nodiscard]] DWORD write(HANDLE handle, std::uint64_t offset, std::span<const std::uint8_t> data) const;
 
-    [[nodiscard]] bool isPattern() const { return drive_.backing.kind != BackingKind::File; }
+    [[nodiscard]] bool isPattern() const { return drive_.backing.kind != BackingKind::kFile; }
 
   private:
     void makeFile() const;

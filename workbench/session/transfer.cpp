@@ -10,7 +10,7 @@ namespace torvane::bench {
 namespace {
 
 std::uint32_t sectorSizeOf(BenchSession& session, const OpenDevice& device) {
-    if (device.kind != PathKind::Volume) {
+    if (device.kind != PathKind::kVolume) {
         return device.drive->description().sectorSize;
     }
     std::uint32_t largest = 512;
@@ -21,7 +21,7 @@ std::uint32_t sectorSizeOf(BenchSession& session, const OpenDevice& device) {
 }
 
 std::uint64_t lengthOf(const OpenDevice& device) {
-    return device.kind == PathKind::Volume ? device.volume->length() : device.drive->description().size;
+    return device.kind == PathKind::kVolume ? device.volume->length() : device.drive->description().size;
 }
 
 // What Windows looks at before a request goes to the drive.
@@ -138,7 +138,7 @@ TransferResult readDevice(BenchSession& session, OpenDevice& device, HANDLE hand
     const std::lock_guard lock(device.transferMutex);
     const std::uint64_t place = offset.value_or(device.position);
     TransferResult result;
-    if (device.kind == PathKind::ScsiPort) {
+    if (device.kind == PathKind::kScsiPort) {
         result.error = kErrorInvalidFunction;
     } else if (!device.mayRead()) {
         result.error = kErrorAccessDenied;
@@ -146,8 +146,8 @@ TransferResult readDevice(BenchSession& session, OpenDevice& device, HANDLE hand
         result.error = checkPlace(session, device, place, out.size());
     }
     if (result.error == 0 && !out.empty()) {
-        result = device.kind == PathKind::Volume ? readVolume(session, *device.volume, place, out)
-                                                 : readDrive(session, *device.drive, handle, place, out);
+        result = device.kind == PathKind::kVolume ? readVolume(session, *device.volume, place, out)
+                                                  : readDrive(session, *device.drive, handle, place, out);
     }
     if (result.error == 0 && !offset) {
         device.position += result.bytes;
@@ -161,9 +161,9 @@ TransferResult writeDevice(BenchSession& session, OpenDevice& device, HANDLE han
     const std::lock_guard lock(device.transferMutex);
     const std::uint64_t place = offset.value_or(device.position);
     TransferResult result;
-    if (device.kind == PathKind::ScsiPort) {
+    if (device.kind == PathKind::kScsiPort) {
         result.error = kErrorInvalidFunction;
-    } else if (!device.mayWrite() || device.kind == PathKind::Volume) {
+    } else if (!device.mayWrite() || device.kind == PathKind::kVolume) {
         result.error = kErrorAccessDenied;
     } else {
         result.error = checkPlace(session, device, place, data.size());
@@ -197,7 +197,7 @@ DWORD moveDevicePointer(BenchSession& session, OpenDevice& device, std::int64_t 
     if (error == 0 && base + distance < 0) {
         error = ERROR_NEGATIVE_SEEK;
     }
-    if (error == 0 && device.kind == PathKind::Drive) {
+    if (error == 0 && device.kind == PathKind::kDrive) {
         error = device.drive->seekFault(static_cast<std::uint64_t>(base + distance)).value_or(0);
     }
     if (error != 0) {

@@ -13,6 +13,7 @@ namespace torvane::bench {
 namespace {
 
 constexpr std::uint32_t kCannotOpenScript = 3; // diskpart's documented exit code
+constexpr std::uint64_t kMebibyte = 1ULL << 20;
 
 // The script of "diskpart /s <file>".
 std::optional<std::string> scriptText(const std::vector<std::string>& arguments) {
@@ -33,7 +34,7 @@ void wipeEnds(const std::filesystem::path& folder, const DriveDescription& drive
         return;
     }
     const UniqueHandle handle = content.open(GENERIC_READ | GENERIC_WRITE, nullptr);
-    const std::vector<std::uint8_t> zeros(std::min<std::uint64_t>(1024 * 1024, drive.size));
+    const std::vector<std::uint8_t> zeros(std::min(kMebibyte, drive.size));
     if (handle) {
         (void)content.write(handle.get(), 0, zeros);
         (void)content.write(handle.get(), drive.size - zeros.size(), zeros);

@@ -94,7 +94,7 @@ std::string keyProtectorList(const BitLockerDescription& bitLocker) {
     std::string list = "\r\n\r\n";
     for (const KeyProtector& protector : bitLocker.protectors) {
         // The password of a locked volume cannot be read.
-        const bool readable = bitLocker.state == BitLockerState::Unlocked;
+        const bool readable = bitLocker.state == BitLockerState::kUnlocked;
         list += "KeyProtectorId      : " + protector.id + "\r\n";
         list += "AutoUnlockProtector : \r\n";
         list += "KeyProtectorType    : " + protector.type + "\r\n";
