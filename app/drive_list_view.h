@@ -19,7 +19,7 @@ class DriveListView {
     void deleteRows() { list_.deleteRows(); }
     void redraw() { list_.redraw(); }
     /// Replaces the text of the drive's "Status" cell. Ignored when the drive has no row.
-    void setStatus(const DriveRecord& record, const std::string& text);
+    void setStatus(const DriveRecord& drive, const std::string& text);
 
     [[nodiscard]] int rowCount() const { return list_.rowCount(); }
     [[nodiscard]] std::vector<DriveRecord*> tickedDrives() const;

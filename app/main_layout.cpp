@@ -2,6 +2,8 @@
 
 #include "resources/resource_ids.h"
 
+#include <array>
+
 namespace torvane {
 
 namespace {
@@ -143,17 +145,6 @@ std::vector<PlacedControl> layOutMainWindow() {
     placeCommands(controls);
     placeReadTestProgress(controls);
     return controls;
-}
-
-const std::array<int, 17>& mainWindowButtons() {
-    static const std::array<int, 17> ids = [] {
-        std::array<int, 17> all{};
-        for (std::size_t i = 0; i < all.size(); ++i) {
-            all[i] = kButtons[i].id;
-        }
-        return all;
-    }();
-    return ids;
 }
 
 } // namespace torvane

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <vector>
 
 namespace torvane {
@@ -43,8 +42,5 @@ inline constexpr PixelRect kHealthPanelPlace{0, 140, kLeastClientWidth, 245};
 
 /// Every control of the main window's template but the health panel's placeholder.
 [[nodiscard]] std::vector<PlacedControl> layOutMainWindow();
-
-/// The command buttons, in tab order.
-[[nodiscard]] const std::array<int, 17>& mainWindowButtons();
 
 } // namespace torvane

@@ -2,10 +2,8 @@
 
 #include "ui/owned.h"
 
+#include <cstddef>
 #include <optional>
-#include <span>
-#include <string>
-#include <string_view>
 
 namespace torvane {
 

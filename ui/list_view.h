@@ -5,7 +5,6 @@
 #include <commctrl.h>
 
 #include <functional>
-#include <optional>
 #include <string>
 
 namespace torvane {

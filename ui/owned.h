@@ -56,7 +56,7 @@ struct FileTraits {
 };
 using UniqueFile = Owned<FileTraits>;
 
-/// Brushes, fonts, pens, bitmaps. A system brush or stock object may be owned too: deleting it does nothing.
+/// Brushes, fonts, bitmaps. A system brush or stock object may be owned too: deleting it does nothing.
 template <typename Object>
 struct GdiObjectTraits {
     using Value = Object;
@@ -65,7 +65,6 @@ struct GdiObjectTraits {
 };
 using UniqueBrush = Owned<GdiObjectTraits<HBRUSH>>;
 using UniqueFont = Owned<GdiObjectTraits<HFONT>>;
-using UniquePen = Owned<GdiObjectTraits<HPEN>>;
 using UniqueBitmap = Owned<GdiObjectTraits<HBITMAP>>;
 
 /// A device context of CreateCompatibleDC.
@@ -88,21 +87,6 @@ class SelectedObject {
   private:
     HDC context_;
     HGDIOBJ previous_;
-};
-
-/// A window's device context outside WM_PAINT.
-class WindowDc {
-  public:
-    explicit WindowDc(HWND window) : window_(window), context_(GetDC(window)) {}
-    ~WindowDc() { ReleaseDC(window_, context_); }
-    WindowDc(const WindowDc&) = delete;
-    WindowDc& operator=(const WindowDc&) = delete;
-
-    [[nodiscard]] HDC get() const { return context_; }
-
-  private:
-    HWND window_;
-    HDC context_;
 };
 
 /// The device context of one WM_PAINT.
