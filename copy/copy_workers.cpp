@@ -80,7 +80,7 @@ bool startCopyWorker(AppState& state, CopyWorker worker) {
     if (state.copy.workerAtWork.exchange(1) == 1) {
         return false;
     }
-    auto start = std::make_unique<WorkerStart>(state, worker);
+    std::unique_ptr<WorkerStart> start(new WorkerStart{state, worker});
     state.worker = startThread(copyWorkerThread, start.get());
     if (!state.worker) {
         state.copy.workerAtWork = 0;

@@ -84,7 +84,7 @@ PanelModel standardPanel(const DriveRecord* activeDrive, std::span<const Message
     panel.dials = blankDials(kFirstDialImage, kDialImage);
     panel.undrawnImages = {kUndrawnLabelsImage};
     const LampVerdict verdict = decideLamp(activeDrive, messages);
-    if (verdict.showsCounters) {
+    if (activeDrive != nullptr && verdict.showsCounters) {
         showCounters(panel.dials, standardGauges(*activeDrive));
     }
     panel.lampImage = verdict.lampImage;

@@ -61,8 +61,9 @@ class Build:
     def cross_arguments(self):
         """What clang must be told to read the cross compiler's headers instead of the machine's own."""
         compiler = next((command.split()[0] for command in self.commands.values()), "")
-        # GCC's warnings and options that clang does not know are no finding.
-        extra = ["-Wno-unknown-warning-option", "-Wno-ignored-optimization-argument", "-Wno-unused-command-line-argument"]
+        # GCC's warnings and options that clang does not know are no finding; neither is a change of sign, which GCC does
+        # not count among -Wconversion.
+        extra = ["-Wno-sign-conversion", "-Wno-unknown-warning-option", "-Wno-ignored-optimization-argument", "-Wno-unused-command-line-argument"]
         if "mingw32" in compiler:
             report = subprocess.run([compiler, "-xc++", "-E", "-v", "/dev/null"], capture_output=True, text=True, check=True)
             listed = re.search(r"#include <\.\.\.> search starts here:\n(.*?)End of search list", report.stderr, re.S)
