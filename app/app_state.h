@@ -6,6 +6,7 @@
 #include "copy/copy_job_state.h"
 #include "discovery/scan_state.h"
 #include "monitoring/smart_scan_state.h"
+#include "monitoring/ssd_attribute_database.h"
 #include "settings/message_table.h"
 #include "ui/owned.h"
 
@@ -30,6 +31,7 @@ struct AppState {
 
     ScanState scan;
     SmartScanState smart;
+    SsdAttributeDatabase ssdAttributes;
     CopyJobState copy;
 
     MessageTable messages; ///< the advice of "Message.db"; the window's thread alone reads and replaces it

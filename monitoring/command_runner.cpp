@@ -1,6 +1,7 @@
 #include "monitoring/command_runner.h"
 
 #include "app/event_log.h"
+#include "monitoring/whole_file.h"
 #include "ui/owned.h"
 
 #include <cinttypes>
@@ -68,25 +69,6 @@ void waitForEnd(HANDLE process) {
     GetExitCodeProcess(process, &exitCode);
 }
 
-/// Nothing when the system knows no size: not a plain file.
-std::optional<std::uint64_t> sizeOf(HANDLE file) {
-    DWORD high = 0;
-    const DWORD low = GetFileSize(file, &high);
-    if (low == INVALID_FILE_SIZE && GetLastError() != NO_ERROR) {
-        return std::nullopt;
-    }
-    return (std::uint64_t{high} << 32) | low;
-}
-
-/// True when the whole file of `size` bytes is in `block`. A size of 4 GiB or more cannot be asked for in one call.
-bool readWhole(HANDLE file, std::uint64_t size, char* block) {
-    if (size > MAXDWORD) {
-        return false;
-    }
-    DWORD count = 0;
-    return ReadFile(file, block, static_cast<DWORD>(size), &count, nullptr) && count == size;
-}
-
 LoadedText logUnreadable(const char* fileName) {
     LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: Could not READ [%s] for processing", fileName);
     return nullptr;
@@ -119,18 +101,18 @@ LoadedText PARSE_LoadFileIntoBuffer(AppState& /*context*/, const char* fileName)
         LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: [%s] OPEN_WXISTING FAILED", fileName);
         return nullptr;
     }
-    const std::optional<std::uint64_t> size = sizeOf(file.get());
+    const std::optional<std::uint64_t> size = sizeOfFile(file.get());
     if (!size) {
         return logUnreadable(fileName);
     }
     // Only the low half of the size is allocated: a larger file is refused below.
-    LoadedText block{static_cast<char*>(GlobalAlloc(GMEM_ZEROINIT, (*size & MAXDWORD) + kZeroTail))};
+    LoadedText block = allocateZeroed((*size & MAXDWORD) + kZeroTail);
     if (!block) {
         LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: Could not allocate [%" PRIu64 "] bytes of memory",
                  *size + kZeroTail);
         return nullptr;
     }
-    if (!readWhole(file.get(), *size, block.get())) {
+    if (!readWholeFile(file.get(), *size, block.get())) {
         return logUnreadable(fileName);
     }
     return block;

@@ -23,7 +23,7 @@ constexpr std::size_t kSerialNumberWidth = 20;
 constexpr std::size_t kModelNumberAt = 24;
 constexpr std::size_t kModelNumberWidth = 40;
 
-constexpr std::uint64_t kBytesPerDataUnit = 512 * 1000;
+constexpr std::uint64_t kBytesPerDataUnit = 512'000; // 1000 units of 512 bytes
 constexpr double kRatedEnduranceTerabytes = 7000.0;
 
 std::int32_t byteAt(ByteView log, std::size_t offset) {

@@ -52,7 +52,7 @@ std::int32_t parsePowerOnHours(ReportReader& report) {
         return hours != nullptr ? leadingInt32(hours) : kNotReported;
     }
     if (report.find("Power_On_Minutes")) {
-        // Taken as hours as it stands: on purpose, minutes are not converted.
+        // Taken as it stands, on purpose: the tool itself turns a drive's minutes into "10h+15m".
         const char* const minutes = report.word(kRawValueWord);
         return minutes != nullptr ? leadingInt32(minutes) : kNotReported;
     }

@@ -1,6 +1,7 @@
 #include "monitoring/smart_scan.h"
 
 #include "app/app_state.h"
+#include "monitoring/smart_report.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/test_bench.h"
@@ -14,6 +15,7 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <numeric>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -424,14 +426,47 @@ TEST_F(RealTool, ErrorLogEntriesAtRepeatedAndDistinctLbas) {
 
 // The drive keeps 60, of which the tool prints the eight newest: more than fifty are never printed.
 TEST_F(RealTool, OfALongErrorLogTheNewestEightArePrinted) {
-    std::vector<std::int64_t> lbas;
-    for (int i = 0; i < 60; ++i) {
-        lbas.push_back(0x100000000 + i);
-    }
+    std::vector<std::int64_t> lbas(60);
+    std::iota(lbas.begin(), lbas.end(), 0x100000000);
     const auto record = scanAndParse(attributes({}, errorLog(lbas)));
     ASSERT_EQ(record->uncLbaCount, 8);
     EXPECT_EQ(record->uncLbas[0], 0x100000000 + 59) << "newest first";
     EXPECT_EQ(record->uncLbas[7], 0x100000000 + 52);
+}
+
+// The tool's tables know these drives by their model, and name and read their attributes in their makers' way.
+std::string knownDrive(int number, const std::string& model, const std::string& smart) {
+    std::string json = ataDrive(number, "ata", R"("rotationRate": "ssd", )" + smart);
+    const std::string ours = "Disk " + std::to_string(number);
+    return json.replace(json.find(ours), ours.size(), model);
+}
+
+TEST_F(RealTool, AFlashDriveThatReportsNandBlocksAndPendingEcc) {
+    scan({knownDrive(0, "CT500MX500SSD1", attributes({{5, 6}, {197, 2}}))});
+    EXPECT_THAT(readFile("PHYS0.txt"),
+                AllOf(HasSubstr(" Reallocate_NAND_Blk_Cnt "), HasSubstr("Current_Pending_ECC_Cnt")));
+    const auto record = parse(0);
+    EXPECT_EQ(record->model.view(), "CT500MX500SSD1");
+    EXPECT_EQ(record->reallocatedSectors, 6);
+    EXPECT_EQ(record->pendingSectors, 2);
+    EXPECT_EQ(record->busText.view(), "SSD");
+}
+
+TEST_F(RealTool, AFlashDriveThatReportsUncorrectableErrors) {
+    scan({knownDrive(0, "INTEL SSDMCEAC120B3", attributes({{5, 1}, {187, 3}, {197, 4}}))});
+    const auto record = parse(0);
+    EXPECT_EQ(SmartParseSsdCounters(*record), 1);
+    EXPECT_EQ(record->ssd.reallocatedSectors, 1);
+    EXPECT_EQ(record->ssd.uncorrectableErrors, 3);
+    EXPECT_EQ(record->ssd.pendingSectors, 4);
+    EXPECT_EQ(record->reportedUncorrect, kNotReported) << "the maker's name is another one";
+}
+
+// The tool divides the drive's minutes by 60 itself and prints "10h+15m": taking the number as hours is right.
+TEST_F(RealTool, ADiskThatCountsMinutes) {
+    scan({knownDrive(0, "FUJITSU MHZ2320BJ", attributes({{9, 615}}))});
+    EXPECT_THAT(readFile("PHYS0.txt"), AllOf(HasSubstr(" Power_On_Minutes "), HasSubstr(" 10h+15m")));
+    EXPECT_EQ(parse(0)->powerOnHours, 10);
 }
 
 TEST_F(RealTool, ADriveWhoseSmartReadFails) {
