@@ -2,7 +2,6 @@
 // Every call's command line is added to commands.txt.
 #include <windows.h>
 
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -10,7 +9,7 @@
 int main(int count, char** arguments) {
     std::ofstream("commands.txt", std::ios::app) << GetCommandLineA() << '\n';
     const std::string first = count > 1 ? arguments[1] : "";
-    const std::string name = first == "--scan" ? "scan" : std::filesystem::path(first).filename().string();
+    const std::string name = first == "--scan" ? "scan" : first.substr(first.find_last_of('/') + 1);
     std::ifstream file(name + ".out", std::ios::binary);
     const std::string output{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     DWORD written = 0;
