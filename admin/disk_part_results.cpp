@@ -20,7 +20,9 @@ constexpr int kMountingWord = 5;
 // The word carries the sentence's full stop, hence the comparison of its beginning alone.
 MountStatus mountStatusInLine(const Line& line) {
     Word word{};
-    PARSE_GetWord(line.data(), word, kMountingWord);
+    if (PARSE_GetWord(line.data(), word, kMountingWord) == 0) {
+        return kMountingUndetermined;
+    }
     const std::string_view status(word.data());
     if (status.starts_with("disabled")) {
         return kMountingDisabled;

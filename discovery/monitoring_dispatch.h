@@ -5,7 +5,8 @@ namespace torvane {
 struct DriveRecord;
 
 /// Reads the record's monitoring data by the road that fits its access path; when no NVMe road answers, runs the pass
-/// over a solid-state device's attributes. Returns non-zero: the road's result, or that of the final text formatting.
+/// over a solid-state device's attributes. ATA attributes are not asked for here: they stand in the report that was
+/// parsed before. Returns non-zero: the road's result, or that of the final text formatting.
 int dispatchMonitoring(DriveRecord& record);
 
 } // namespace torvane

@@ -62,6 +62,9 @@ void forgetLastScan(AppState& state) {
     state.activeDriveChosen = 0;
     state.view->clearHealthPanel();
     state.view->deleteDriveRows();
+    state.copy.source = nullptr;
+    state.copy.destination = nullptr;
+    state.copy.imageSource = nullptr;
     // Nobody points at the records any more.
     state.scan.driveCount = 0;
     for (DriveRecordPtr& record : state.scan.drives) {
@@ -86,7 +89,8 @@ void startScanWorker(AppState& state) {
 } // namespace
 
 void LoadDrives(AppState& state) {
-    if (state.jobActive == 1) {
+    // A copy that was told to stop uses its drives' records until its last read is done.
+    if (state.jobActive == 1 || state.copy.workerAtWork == 1) {
         return;
     }
     if (state.scan.driveLoaderWorking == 1) {

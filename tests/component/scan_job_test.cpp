@@ -128,6 +128,16 @@ TEST_F(ScanJob, LoadDrivesWhileAJobRunsDoesNothingAndShowsNothing) {
     EXPECT_EQ(state().activeDriveChosen, 1);
 }
 
+TEST_F(ScanJob, LoadDrivesWhileAStoppedCopyStillReadsDoesNothingAndKeepsItsRecords) {
+    state().scan.drives[0] = DriveRecordPtr(new DriveRecord);
+    state().copy.workerAtWork = 1;
+    LoadDrives(state());
+    state().copy.workerAtWork = 0;
+    EXPECT_NE(state().scan.drives[0], nullptr);
+    EXPECT_THAT(view_.calls(), IsEmpty());
+    EXPECT_THAT(user_.shown(), IsEmpty());
+}
+
 TEST_F(ScanJob, LoadDrivesWhileTheLoaderWorksSaysSo) {
     state().scan.driveLoaderWorking = 1;
     state().shortTestRunning = 1;
@@ -183,10 +193,14 @@ TEST_F(ScanJob, LoadDrivesForgetsTheActiveDriveAndTheListBeforeTheScanBegins) {
     loadDrivesAndWait();
     state().activeDrive = state().scan.drives[0].get();
     state().activeDriveChosen = 1;
+    state().copy.source = state().copy.destination = state().copy.imageSource = state().activeDrive.load();
 
     LoadDrives(state());
     EXPECT_EQ(state().activeDrive.load(), nullptr);
     EXPECT_EQ(state().activeDriveChosen, 0);
+    EXPECT_EQ(state().copy.source.load(), nullptr);
+    EXPECT_EQ(state().copy.destination.load(), nullptr);
+    EXPECT_EQ(state().copy.imageSource.load(), nullptr);
     awaitScan();
     ASSERT_TRUE(waitFor([this] { return !view_.progressVisible() && state().scan.stage == 5; }));
     EXPECT_THAT(callsStartingWith({"clear", "delete", "log STATUS", "add drive"}),

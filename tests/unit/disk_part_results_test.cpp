@@ -59,6 +59,11 @@ TEST(DiskPartAutomount, AnyOtherWordIsNeither) {
     EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting of new volumes ").c_str()), 1002);
 }
 
+TEST(DiskPartAutomount, ALineWithTooFewWordsIsNeither) {
+    EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting enabled.").c_str()), 1002);
+    EXPECT_EQ(mountStatusInReport(automountReport("Automatic mounting disabled.").c_str()), 1002);
+}
+
 TEST(DiskPartAutomount, ReportWithoutTheLineIsNeither) {
     EXPECT_EQ(mountStatusInReport(automountReport("The arguments specified are not valid.").c_str()), 1002);
     EXPECT_EQ(mountStatusInReport(""), 1002);
