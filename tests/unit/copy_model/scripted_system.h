@@ -173,7 +173,7 @@ class ScriptedSystem : public CopySystem, public JobDisplay {
         return opened ? std::make_unique<File>(world_, std::move(*opened)) : nullptr;
     }
 
-    std::uint32_t runScripted(const CopyJob& job) {
+    std::uint32_t runScripted(const CopyJob& job) const {
         switch (world_.script.job) {
         case ScriptedJob::kForwardClone:
             return runForwardClone(job);
