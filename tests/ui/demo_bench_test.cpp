@@ -69,6 +69,18 @@ TEST_F(DemoBenchTest, UnusableDrivesAreLogged) {
     EXPECT_THAT(messages("STATUS"), Contains("Drive Scan Completed: [11] Drives Found"));
 }
 
+TEST_F(DemoBenchTest, EveryVolumeIsAskedOnceForItsExtents) {
+    const auto asked = [this](const std::string& what) {
+        return program().benchLog({"program=Torvane.exe", "request=IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS", what});
+    };
+    for (const char letter : {'C', 'D', 'E', 'F', 'G', 'H', 'I', 'J', 'K'}) {
+        EXPECT_EQ(asked(std::string("target=volume:") + letter + " ").size(), 1U) << letter;
+    }
+    // H: spans two disks; the optical drive K: has no extents.
+    EXPECT_THAT(asked("target=volume:H").front(), ::testing::HasSubstr("result=ok bytes=56"));
+    EXPECT_THAT(asked("target=volume:K").front(), ::testing::HasSubstr("result=ERROR_INVALID_FUNCTION"));
+}
+
 TEST_F(DemoBenchTest, EveryDriveCanBeMadeActive) {
     const ListView list = torvane().driveList();
     for (int row = 0; row < list.rowCount(); ++row) {
