@@ -1,5 +1,5 @@
 #include "tests/component/bench_test_folder.h"
-#include "tests/ui/driver/resource_counts.h"
+#include "tests/component/handle_count.h"
 #include "workbench/session/unique_handle.h"
 
 #include <algorithm>
@@ -56,8 +56,6 @@ class BenchTransferTest : public BenchTest {
         return {buffer_.begin() + static_cast<std::ptrdiff_t>(position),
                 buffer_.begin() + static_cast<std::ptrdiff_t>(position + length)};
     }
-
-    static int openHandles() { return driver::countResources(GetCurrentProcessId()).kernelHandles; }
 
     std::vector<std::uint8_t> buffer_;
     DWORD count_ = 0;
@@ -223,20 +221,19 @@ TEST_F(BenchTransferTest, ClosingLeaksNothing) {
         }
         EXPECT_FALSE(open(R"(\\.\PhysicalDrive1)"));
     };
-    openAndClose();      // makes the backing file
-    (void)openHandles(); // connects the process to the desktop, whose windows it counts too
-    const int before = openHandles();
+    openAndClose(); // makes the backing file
+    const DWORD before = openHandleCount();
     for (int i = 0; i < 20; ++i) {
         openAndClose();
     }
-    EXPECT_EQ(openHandles(), before);
+    EXPECT_EQ(openHandleCount(), before);
     EXPECT_EQ(bench().logLines({"target=drive:0", "request=close"}).size(), 21U);
 }
 
 TEST_F(BenchTransferTest, ALostHandleShowsInTheCount) {
-    const int before = openHandles();
+    const DWORD before = openHandleCount();
     const UniqueHandle drive = open(R"(\\.\PhysicalDrive2)");
-    EXPECT_EQ(openHandles(), before + 1);
+    EXPECT_EQ(openHandleCount(), before + 1);
 }
 
 TEST_F(BenchTransferTest, AnUnpluggedDriveIsGoneAtOnce) {

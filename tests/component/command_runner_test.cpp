@@ -1,6 +1,7 @@
 #include "monitoring/command_runner.h"
 
 #include "app/app_state.h"
+#include "tests/component/handle_count.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
@@ -57,12 +58,6 @@ class CommandRunner : public ::testing::Test {
     testing::RecordingMainView view_;
     testing::ViewInstalled installed_{appState(), view_};
 };
-
-DWORD openHandles() {
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
-}
 
 // --- PARSE_BuildDataFile
 
@@ -290,11 +285,11 @@ TEST_F(CommandRunner, LeavesNoHandleOpen) {
         load("missing.txt");
     };
     once(); // what the system opens at its first use stays open
-    const DWORD before = openHandles();
+    const DWORD before = testing::openHandleCount();
     for (int i = 0; i < 5; ++i) {
         once();
     }
-    EXPECT_EQ(openHandles(), before);
+    EXPECT_EQ(testing::openHandleCount(), before);
 }
 
 // --- PARSE_LoadFileIntoBuffer

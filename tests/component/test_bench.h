@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/component/handle_count.h"
 #include "tests/component/scratch_folder.h"
 #include "workbench/bench_client.h"
 
@@ -69,12 +70,5 @@ class TestBench {
     bench::Bench bench_;
     int drives_ = 0;
 };
-
-/// Handles that this process holds.
-[[nodiscard]] inline DWORD openHandleCount() {
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
-}
 
 } // namespace torvane::testing
