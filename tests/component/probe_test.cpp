@@ -213,6 +213,9 @@ TEST_F(Probe, EveryFieldHasItsStartingValue) {
     EXPECT_EQ(record->recordKind, 1000);
     EXPECT_EQ(record->smartLoaded, 0);
     EXPECT_EQ(record->systemDrive, 0);
+    EXPECT_EQ(record->smartErrorFlag, 0);
+    EXPECT_EQ(record->securityEnabled, 0);
+    EXPECT_EQ(record->readOnly, 0);
     EXPECT_EQ(record->bitLockerEntryCount, 0);
     EXPECT_EQ(record->shortTestResult, 1000);
     EXPECT_EQ(record->criticalTestResult, 1000);

@@ -92,6 +92,16 @@ TEST_P(BeforeLoadingTest, CommandIsRefused) {
 }
 INSTANTIATE_TEST_SUITE_P(All, BeforeLoadingTest, ::testing::ValuesIn(kBeforeLoading), nameOf);
 
+class ExtendedFunctionsTest : public UiTest {};
+TEST_F(ExtendedFunctionsTest, DetectBitlockerWantsAnActiveDrive) {
+    const int rows = torvane().logList().rowCount();
+    torvane().command(kMenuBitLocker);
+    expectBox("****** CHOOSE A DRIVE ******", "Please choose a drive to check for BITLOCKER encryption.",
+              BoxIcon::kExclamation, "OK");
+    expectNoBox();
+    EXPECT_EQ(torvane().logList().rowCount(), rows) << "the command went on";
+}
+
 class NothingChosenTest : public GuardTest {};
 TEST_P(NothingChosenTest, CommandIsRefused) {
     loadOnce();

@@ -38,6 +38,10 @@ TEST(ShippedMenuTest, ExtendedFunctionsAreThree) {
         ElementsAre("32810 Detect Bitlocker", "32811 Create Tech Portable USB", "0 ", "32800 Company Information"));
 }
 
+TEST(ShippedStringTest, TellsOfSocketsThatCannotBeStarted) {
+    EXPECT_EQ(shippedString(103), "Windows sockets initialization failed.");
+}
+
 /// Commands that open a page of the vendor's site.
 class WebPageTest : public UiTest {
   protected:

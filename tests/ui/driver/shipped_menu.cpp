@@ -27,19 +27,45 @@ std::vector<MenuItem> readItems(HMENU menu) { // NOLINT(misc-no-recursion): a me
     return items;
 }
 
+/// The program's file, opened for its resources.
+class ShippedProgram {
+  public:
+    ShippedProgram()
+        : module_(LoadLibraryExW((packageFolder() / "Torvane.exe").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE)) {
+        if (module_ == nullptr) {
+            throw Failure("the shipped program cannot be opened");
+        }
+    }
+    ~ShippedProgram() { FreeLibrary(module_); }
+    ShippedProgram(const ShippedProgram&) = delete;
+    ShippedProgram& operator=(const ShippedProgram&) = delete;
+
+    [[nodiscard]] HMODULE module() const { return module_; }
+
+  private:
+    HMODULE module_;
+};
+
 } // namespace
 
 std::vector<MenuItem> shippedMainMenu() {
-    const auto file = packageFolder() / "Torvane.exe";
-    const HMODULE module = LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    const HMENU menu = module == nullptr ? nullptr : LoadMenuW(module, MAKEINTRESOURCEW(kMainMenu));
+    const ShippedProgram program;
+    const HMENU menu = LoadMenuW(program.module(), MAKEINTRESOURCEW(kMainMenu));
     if (menu == nullptr) {
-        throw Failure("no main menu in " + file.string());
+        throw Failure("no main menu in the shipped program");
     }
     std::vector<MenuItem> items = readItems(menu);
     DestroyMenu(menu);
-    FreeLibrary(module);
     return items;
+}
+
+std::string shippedString(unsigned id) {
+    const ShippedProgram program;
+    std::array<wchar_t, 512> text{};
+    if (LoadStringW(program.module(), id, text.data(), static_cast<int>(text.size())) == 0) {
+        throw Failure("no string " + std::to_string(id) + " in the shipped program");
+    }
+    return toUtf8(text.data());
 }
 
 } // namespace torvane::driver

@@ -16,4 +16,7 @@ struct MenuItem {
 /// The main menu's items, from the program in the shippable folder.
 [[nodiscard]] std::vector<MenuItem> shippedMainMenu();
 
+/// An entry of the string table of the program in the shippable folder.
+[[nodiscard]] std::string shippedString(unsigned id);
+
 } // namespace torvane::driver
