@@ -14,7 +14,6 @@ namespace torvane {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using testing::ImportPatched;
 using ::testing::IsEmpty;
 using testing::noise;

@@ -23,7 +23,6 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using testing::ImportPatched;
-using ::testing::IsEmpty;
 using testing::noise;
 using testing::readFile;
 using ::testing::SizeIs;

@@ -15,7 +15,6 @@ extern decltype(&GetDiskFreeSpaceA) __imp_GetDiskFreeSpaceA;
 namespace torvane {
 namespace {
 
-using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using testing::ImportPatched;

@@ -113,7 +113,7 @@ TEST(CopyEngine, CannotBeToldFromOneThreadInTurn) {
 
 /// True when one thread in turn could have shown what `world` saw, had it been stopped at some moment.
 bool couldBeOneThreadInTurn(const World& world) {
-    for (const StopAt when : {StopAt::kRead, StopAt::kWrite, StopAt::kEvent}) {
+    for (const StopAt when : {StopAt::kRead, StopAt::kWrite, StopAt::kTick, StopAt::kEvent, StopAt::kFirstBlock}) {
         for (std::uint64_t number = 0; number <= world.seen.size(); ++number) {
             Script script = world.script;
             script.stopAt = when;

@@ -27,8 +27,8 @@ struct TransferFault {
     std::size_t part = 0;
 };
 
-/// When the user asks the job to stop.
-enum class StopAt { kNever, kRead, kWrite, kHash, kEvent };
+/// When the user asks the job to stop. Before the first block only the sequential model can be stopped.
+enum class StopAt { kNever, kRead, kWrite, kHash, kTick, kEvent, kFirstBlock };
 
 /// Everything that is decided about one job before it starts. Faults belong to a transfer by its number in job order.
 struct Script {
@@ -55,7 +55,7 @@ struct Script {
     bool yes = true;                    ///< the answer to every question
 
     StopAt stopAt = StopAt::kNever;
-    std::uint64_t stopNumber = 0; ///< the n-th read, write, hash or event, from 0
+    std::uint64_t stopNumber = 0; ///< the n-th read, write, hash, look at the clock or event, from 0
 
     std::int64_t millisecondsPerTick = 0;
     bool slowReads = false; ///< the threads' relative speeds
@@ -180,7 +180,8 @@ class ScriptMaker {
     }
 
     void makeStop() {
-        script_.stopAt = pick<StopAt>({StopAt::kNever, StopAt::kNever, StopAt::kWrite, StopAt::kHash, StopAt::kEvent});
+        script_.stopAt = pick<StopAt>(
+            {StopAt::kNever, StopAt::kNever, StopAt::kWrite, StopAt::kHash, StopAt::kTick, StopAt::kEvent});
         script_.stopNumber = script_.stopAt == StopAt::kEvent ? below(120) : below(20);
         if (script_.stopAt == StopAt::kWrite && chance(3)) {
             script_.stopNumber = eleventhBadRead();
@@ -199,7 +200,8 @@ class ScriptMaker {
 inline std::ostream& operator<<(std::ostream& out, const Script& script) {
     static constexpr std::array<const char*, 5> kJobs{"forward clone", "reverse clone", "image to file",
                                                       "forensic image", "image to drive"};
-    static constexpr std::array<const char*, 5> kStops{"never", "read", "write", "hash", "event"};
+    static constexpr std::array<const char*, 7> kStops{"never", "read",  "write",      "hash",
+                                                       "tick",  "event", "first block"};
     return out << "script " << script.seed << ": " << kJobs[static_cast<std::size_t>(script.job)] << ", blocks of "
                << script.blockSize << ", source " << script.sourceBytes << ", destination " << script.destinationBytes
                << ", " << script.reads.size() << " bad reads, " << script.writes.size() << " bad writes, stop at "

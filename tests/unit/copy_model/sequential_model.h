@@ -372,6 +372,7 @@ class SequentialModel {
         for (const std::uint64_t percent : {10, 30, 40, 50, 75}) {
             world_.chasePoints.push_back(static_cast<std::int64_t>(full_ * percent / 100));
         }
+        world_.aboutToCopy();
         bool hashFailed = false;
         const auto store = [&](std::size_t length) {
             if (!writeImage(*image, length)) {

@@ -181,8 +181,13 @@ class World {
 
     // --- time ---
 
-    std::int64_t tick() { return ticks += script.millisecondsPerTick; }
+    std::int64_t tick() {
+        stopAt(StopAt::kTick, looksAtClock++);
+        return ticks += script.millisecondsPerTick;
+    }
     static LocalMoment now() { return {2024, 3, 1, 9, 5, 7}; }
+
+    void aboutToCopy() { stopAt(StopAt::kFirstBlock, 0); }
 
     // --- what can be seen ---
 
@@ -214,6 +219,7 @@ class World {
     std::size_t hashPasses = 0;
     std::size_t pass = 0;
     std::int64_t ticks = 1000000;
+    std::uint64_t looksAtClock = 0;
     std::int32_t imageNumber = 40;
 
   private:
