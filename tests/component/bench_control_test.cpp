@@ -39,11 +39,17 @@ const char* const kHostile = R"({"number": 7, "bus": "raid", "size": "64 MiB", "
     "identity": {"vendor": "%s%n", "product": "P"}, "descriptor": {"productOffset": 4000000000, "returnedLength": 38,
     "size": 9, "busType": 77}})";
 
+const char* const kStrict = R"({"number": 8, "bus": "usb", "size": 512, "road": "sat", "strictPassThrough": true})";
+
 class BenchControlTest : public BenchTest {
   protected:
     void SetUp() override {
-        openBench(R"({"volumes": [{"letter": "K", "kind": "optical"}]})",
-                  {{"0.json", kAta}, {"3.json", kNvme}, {"5.json", kRaid}, {"6.json", kBridge}, {"7.json", kHostile}});
+        openBench(R"({"volumes": [{"letter": "K", "kind": "optical"}]})", {{"0.json", kAta},
+                                                                           {"3.json", kNvme},
+                                                                           {"5.json", kRaid},
+                                                                           {"6.json", kBridge},
+                                                                           {"7.json", kHostile},
+                                                                           {"8.json", kStrict}});
     }
 
     static UniqueHandle open(const std::string& name) {
@@ -249,6 +255,24 @@ TEST_F(BenchControlTest, TheUsbBridgeTakesACommandAndGivesItsData) {
     ASSERT_EQ(ask("PhysicalDrive6", IOCTL_SCSI_PASS_THROUGH, receive, receive.size()), 0U);
     EXPECT_EQ(out_[2], 0);
     EXPECT_EQ(std::string(out_.begin() + 80 + 24, out_.begin() + 80 + 30), "Pocket");
+}
+
+TEST_F(BenchControlTest, TheShortLayoutIsTakenUnlessTheDriveIsStrict) {
+    // SCSI_PASS_THROUGH as 32-bit programs have it: 44 bytes, offsets of 32 bits.
+    Buffer in(44 + 36);
+    storeLe<std::uint16_t>(in, 0, 44);
+    in[6] = 6;
+    in[8] = SCSI_IOCTL_DATA_IN;
+    storeLe<std::uint32_t>(in, 12, 36);
+    storeLe<std::uint32_t>(in, 20, 44);
+    in[28] = 0x12;
+    in[32] = 36;
+    ASSERT_EQ(ask("PhysicalDrive0", IOCTL_SCSI_PASS_THROUGH, in, in.size()), 0U);
+    EXPECT_EQ(std::string(out_.begin() + 44 + 8, out_.begin() + 44 + 11), "ATA");
+    EXPECT_EQ(ask("PhysicalDrive0", IOCTL_SCSI_PASS_THROUGH_DIRECT, in, in.size()),
+              static_cast<DWORD>(ERROR_REVISION_MISMATCH));
+    EXPECT_EQ(ask("PhysicalDrive8", IOCTL_SCSI_PASS_THROUGH, in, in.size()),
+              static_cast<DWORD>(ERROR_REVISION_MISMATCH));
 }
 
 TEST_F(BenchControlTest, AVolumeTellsItsExtents) {

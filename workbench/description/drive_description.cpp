@@ -168,6 +168,7 @@ DriveDescription readDrive(ObjectReader& reader, std::vector<VolumeDescription>&
     reader.object("backing", [&](ObjectReader& object) { readBacking(object, drive.backing); });
     drive.scsiPort = drive.number;
     reader.number("scsiPort", drive.scsiPort, 0, 255);
+    reader.boolean("strictPassThrough", drive.strictPassThrough);
     deriveDeviceTexts(drive);
     reader.object("ata", [&](ObjectReader& object) { readAta(object, drive.ata); });
     reader.object("nvme", [&](ObjectReader& object) { readNvme(object, drive.nvme); });

@@ -77,6 +77,7 @@ struct DriveDescription {
     bool readOnly = false;
     Backing backing;
     std::uint32_t scsiPort = 0;
+    bool strictPassThrough = false; ///< refuse pass-through in the layout of 32-bit programs, as 64-bit Windows does
     AtaDescription ata;
     NvmeDescription nvme;
     DriveFaults faults;

@@ -54,14 +54,14 @@ struct PassThrough {
     ByteView cdb;
 };
 
-// A program of 64 bits may use the layout of 32 bits only where the bench is more lenient than Windows, which would
-// answer ERROR_REVISION_MISMATCH.
-const PassThroughLayout* layoutOf(const ControlRequest& request, bool direct) {
+// `shortToo`: take the layout of 32-bit programs as well. Windows answers a 64-bit program that sends it with
+// ERROR_REVISION_MISMATCH.
+const PassThroughLayout* layoutOf(const ControlRequest& request, bool shortToo) {
     const std::size_t length = loadLe16(request.in, 0);
     if (length == kLayout64.header && request.in.size() >= kLayout64.header) {
         return &kLayout64;
     }
-    if (!direct && length == kLayout32.header && request.in.size() >= kLayout32.header) {
+    if (shortToo && length == kLayout32.header && request.in.size() >= kLayout32.header) {
         return &kLayout32;
     }
     return nullptr;
@@ -71,8 +71,8 @@ bool liesWithin(std::uint64_t offset, std::uint64_t length, std::uint64_t size) 
     return offset <= size && length <= size - offset;
 }
 
-DWORD parsePassThrough(const ControlRequest& request, bool direct, PassThrough& parsed) {
-    parsed.layout = layoutOf(request, direct);
+DWORD parsePassThrough(const ControlRequest& request, bool direct, bool strict, PassThrough& parsed) {
+    parsed.layout = layoutOf(request, !direct && !strict); // an address of 32 bits would be of no use here
     if (parsed.layout == nullptr) {
         return request.in.size() < kLayout32.header ? kErrorInvalidParameter : kErrorRevisionMismatch;
     }
@@ -169,7 +169,8 @@ ControlResult scsiPassThrough(BenchDrive& drive, const ControlRequest& request, 
         return {kErrorInvalidFunction, 0};
     }
     PassThrough parsed;
-    if (const DWORD error = parsePassThrough(request, direct, parsed); error != 0) {
+    if (const DWORD error = parsePassThrough(request, direct, drive.description().strictPassThrough, parsed);
+        error != 0) {
         return {error, 0};
     }
     if (parsed.dataLength > drive.description().adapter.maximumTransfer) {
