@@ -48,7 +48,7 @@ UniqueHandle startHidden(const char* commandLine, HANDLE output) {
 /// Opens for reading while nobody can write. A tool's console, which shares the tool's output, may outlive the tool for
 /// a moment, so a writer is given some time to go away.
 UniqueFile openFinishedFile(const char* fileName) {
-    constexpr DWORD kPatienceMs = 2000;
+    constexpr DWORD kPatienceMs = 5000;
     constexpr DWORD kPauseMs = 10;
     for (DWORD waited = 0;; waited += kPauseMs) {
         UniqueFile file{CreateFileA(fileName, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, nullptr,

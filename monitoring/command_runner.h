@@ -23,7 +23,7 @@ using LoadedText = std::unique_ptr<char[], GlobalFreeDeleter>;
 /// created or the program not started, after one "ERROR" log row. A failed start leaves the output file behind, empty.
 int PARSE_BuildDataFile(AppState& context, const char* outputFileName, const char* commandLine);
 
-/// Loads the whole file into one block; waits up to two seconds for a writer to close it. Returns null after one
+/// Loads the whole file into one block; waits up to five seconds for a writer to close it. Returns null after one
 /// "ERROR" log row when the file cannot be opened, does not fit into memory, is 4 GiB or larger, or is read short. An
 /// empty file gives an empty text.
 LoadedText PARSE_LoadFileIntoBuffer(AppState& context, const char* fileName);
