@@ -64,6 +64,18 @@ DWORD putOnBench(const PROCESS_INFORMATION& child) {
     return error;
 }
 
+// On a busy machine Wine now and then loses a child while it starts, and calls that an internal error. The child has
+// not run, so it can be started again. Windows never says so.
+template <typename Start>
+DWORD startAgainWhenLost(Start start) {
+    constexpr int kTries = 4;
+    DWORD error = start();
+    for (int tried = 1; tried < kTries && error == static_cast<DWORD>(ERROR_INTERNAL_ERROR); ++tried) {
+        error = start();
+    }
+    return error;
+}
+
 // `create` calls the real function with the startup record that the caller brought.
 template <typename Create>
 BOOL startOnBench(BenchSession& session, StartRequest& request, LPPROCESS_INFORMATION out, Create create) {
@@ -85,12 +97,13 @@ BOOL startOnBench(BenchSession& session, StartRequest& request, LPPROCESS_INFORM
     const bool staysSuspended = (request.flags & CREATE_SUSPENDED) != 0;
     request.flags |= CREATE_SUSPENDED | (environment.empty() ? 0 : CREATE_UNICODE_ENVIRONMENT);
     PROCESS_INFORMATION child{};
-    const BOOL created = create(environment.empty() ? request.environment : environment.data(), &child);
-    DWORD error = created == FALSE ? GetLastError() : 0;
-    // The stand-ins know the bench by themselves.
-    if (error == 0 && tool == Tool::kNone) {
-        error = putOnBench(child);
-    }
+    const DWORD error = startAgainWhenLost([&]() -> DWORD {
+        if (create(environment.empty() ? request.environment : environment.data(), &child) == FALSE) {
+            return GetLastError();
+        }
+        // The stand-ins know the bench by themselves.
+        return tool == Tool::kNone ? putOnBench(child) : 0;
+    });
     logStart(session, shown, error);
     if (error != 0) {
         return fail(error);
