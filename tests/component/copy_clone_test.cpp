@@ -305,16 +305,17 @@ TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
 }
 
 TEST_F(Clone, ASlowReadDelaysTheEndOfATerminatedClone) {
-    openDrives(20 * kBlock, 20 * kBlock, R"({"slow": [{"firstSector": 384, "milliseconds": 1500}]})");
+    openDrives(20 * kBlock, 20 * kBlock, R"({"slow": [{"firstSector": 256, "milliseconds": 1500}]})");
     display_.onStatus = [&](std::string_view text) {
         if (text.find('%') != std::string_view::npos) {
+            Sleep(300); // reading ahead reaches the slow block
             state().jobActive = 0;
         }
     };
     const ULONGLONG start = GetTickCount64();
     EXPECT_EQ(run(runForwardClone), 1U);
     EXPECT_GE(GetTickCount64() - start, 1500U) << "the read in flight completes";
-    EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(4));
+    EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(3));
     EXPECT_TRUE(arrived(0, 2 * kBlock));
     EXPECT_EQ(content(2, 2 * kBlock, kBlock), std::string(kBlock, '\0'));
 }
