@@ -123,11 +123,15 @@ def main():
     findings = []
     with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
         runs = {pool.submit(build.analyse, source): source for source, build in work.items()}
-        for run in concurrent.futures.as_completed(runs):
-            if run.result():
-                findings.append(run.result())
-            else:
-                (CACHE / keys[runs[run]]).touch()
+        try:
+            for run in concurrent.futures.as_completed(runs):
+                if run.result():
+                    findings.append(run.result())
+                else:
+                    (CACHE / keys[runs[run]]).touch()
+        except KeyboardInterrupt:
+            pool.shutdown(cancel_futures=True)
+            sys.exit("interrupted")
 
     # Results that no run has asked for during a month are dropped.
     for stale in CACHE.iterdir():
