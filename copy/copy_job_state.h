@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/fixed_text.h"
 #include "copy/image_file.h"
 #include "copy/job_display.h"
 
@@ -40,6 +41,11 @@ struct CopyJobState {
 
     /// Set before a job is started. Null: nothing is shown.
     std::atomic<JobDisplay*> display{nullptr};
+
+    // What the warning before a destination is overwritten goes by. Set by the command that shows it; the window's thread
+    // alone uses them.
+    FixedText<64> warningCaption; ///< the warning dialog's caption
+    char sourceImageLetter = 0;   ///< letter, upper case, of the volume that holds the image to be copied; 0: none does
 
     /// Images that a job leaves open until the program ends. The job's thread alone uses them.
     std::vector<std::unique_ptr<ImageFile>> openImages;
