@@ -3,14 +3,14 @@
 #include "app/app_state.h"
 #include "health/panel_model.h"
 #include "resources/resource_ids.h"
+#include "ui/back_buffer.h"
 #include "ui/owned.h"
+#include "ui/pictures.h"
 
 #include <objidl.h>
 
 #include <gdiplus.h>
 
-#include <map>
-#include <memory>
 #include <string>
 
 namespace torvane {
@@ -23,34 +23,6 @@ constexpr int kCaptionFontHeight = 20;
 constexpr int kCaptionFontWeight = 100;
 
 constexpr float kNeedleWidth = 5.0F;
-
-/// The pictures of one paint: each is loaded from the current folder once and released with this object.
-class Pictures {
-  public:
-    /// Null when the file is missing or no picture.
-    Gdiplus::Image* load(std::string_view name) {
-        const auto [entry, isNew] = images_.try_emplace(name);
-        if (isNew) {
-            const std::wstring fileName(name.begin(), name.end());
-            auto image = std::make_unique<Gdiplus::Image>(fileName.c_str());
-            if (image->GetLastStatus() == Gdiplus::Ok) {
-                entry->second = std::move(image);
-            }
-        }
-        return entry->second.get();
-    }
-
-  private:
-    std::map<std::string_view, std::unique_ptr<Gdiplus::Image>> images_;
-};
-
-void drawPicture(Gdiplus::Graphics& graphics, Pictures& pictures, std::string_view name, PanelPoint position) {
-    if (Gdiplus::Image* const image = pictures.load(name)) {
-        // With a size, because without one GDI+ scales by the picture's resolution.
-        graphics.DrawImage(image, position.x, position.y, static_cast<int>(image->GetWidth()),
-                           static_cast<int>(image->GetHeight()));
-    }
-}
 
 void drawNeedle(Gdiplus::Graphics& graphics, PanelPoint pivot, PanelPoint end) {
     Gdiplus::Pen pen(Gdiplus::Color(0xFF000000), kNeedleWidth);
@@ -67,13 +39,13 @@ void drawPictures(const PanelModel& panel, HDC context) {
         pictures.load(name);
     }
     for (const Dial& dial : panel.dials) {
-        drawPicture(graphics, pictures, dial.image, dial.position);
+        pictures.draw(graphics, dial.image, dial.position.x, dial.position.y);
         if (dial.needleEnd) {
             drawNeedle(graphics, dial.pivot, *dial.needleEnd);
         }
     }
     if (!panel.lampImage.empty()) {
-        drawPicture(graphics, pictures, panel.lampImage, kLampPosition);
+        pictures.draw(graphics, panel.lampImage, kLampPosition.x, kLampPosition.y);
     }
 }
 
@@ -89,13 +61,6 @@ void drawCaptions(const PanelModel& panel, HDC context) {
         DrawTextA(context, dial.caption.data(), static_cast<int>(dial.caption.size()), &box,
                   DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
     }
-}
-
-void drawPanel(const PanelModel& panel, HDC context, const RECT& area) {
-    const UniqueBrush background{CreateSolidBrush(kBackground)};
-    FillRect(context, &area, background.get());
-    drawPictures(panel, context);
-    drawCaptions(panel, context);
 }
 
 /// Sets a text only where it differs, since setting it repaints the control.
@@ -125,14 +90,14 @@ void PaintHealthPanel(const AppState& state, HWND window, HDC context) {
 
     RECT area{};
     GetClientRect(window, &area);
-    const UniqueMemoryDc memory{CreateCompatibleDC(context)};
-    const UniqueBitmap bitmap{CreateCompatibleBitmap(context, area.right, area.bottom)};
-    if (!memory || !bitmap) {
+    const BackBuffer buffer(context, area);
+    if (!buffer.isUsable()) {
         return;
     }
-    const SelectedObject selected(memory.get(), bitmap.get());
-    drawPanel(panel, memory.get(), area);
-    BitBlt(context, 0, 0, area.right, area.bottom, memory.get(), 0, 0, SRCCOPY);
+    buffer.fill(kBackground);
+    drawPictures(panel, buffer.context());
+    drawCaptions(panel, buffer.context());
+    buffer.show();
 }
 
 } // namespace torvane

@@ -2,23 +2,21 @@
 
 #include "app/app_state.h"
 #include "resources/resource_ids.h"
+#include "tests/component/canvas.h"
 #include "tests/component/scratch_folder.h"
-#include "tests/ui/driver/resource_counts.h"
 #include "tests/unit/health_test_drives.h"
 #include "ui/gdi_plus.h"
 
 #include <gtest/gtest.h>
 
-#include <objidl.h>
-
-#include <gdiplus.h>
-
 #include <filesystem>
-#include <memory>
 #include <optional>
 
 namespace torvane {
 namespace {
+
+using testing::Canvas;
+using testing::gdiObjectCount;
 
 constexpr int kWidth = 1174;
 constexpr int kHeight = 381;
@@ -29,38 +27,8 @@ constexpr int kDialY = 140;
 constexpr int kPivotY = 194;
 constexpr int kLampX = 1064;
 
-/// Pixels of the panel, top row first, 0x00RRGGBB.
-class Canvas {
-  public:
-    Canvas() : context_(CreateCompatibleDC(nullptr)) {
-        BITMAPINFO info{};
-        info.bmiHeader = {sizeof(BITMAPINFOHEADER), kWidth, -kHeight, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        void* bits = nullptr;
-        bitmap_.reset(CreateDIBSection(context_.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-        pixels_ = static_cast<const std::uint32_t*>(bits);
-        selected_.emplace(context_.get(), bitmap_.get());
-    }
-
-    [[nodiscard]] HDC context() const { return context_.get(); }
-    [[nodiscard]] COLORREF at(int x, int y) const {
-        GdiFlush();
-        const std::uint32_t pixel = pixels_[y * kWidth + x];
-        return RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
-    }
-
-  private:
-    UniqueMemoryDc context_;
-    UniqueBitmap bitmap_;
-    const std::uint32_t* pixels_ = nullptr;
-    std::optional<SelectedObject> selected_;
-};
-
 bool isDark(COLORREF colour) {
     return GetRValue(colour) < 90 && GetGValue(colour) < 90 && GetBValue(colour) < 90;
-}
-
-int gdiObjectCount() {
-    return driver::countResources(GetCurrentProcessId()).gdiObjects;
 }
 
 /// A window of the main window's size with the panel's text controls.
@@ -100,12 +68,7 @@ class HealthPanel : public ::testing::Test {
     void SetUp() override {
         ASSERT_TRUE(gdiPlus_.start());
         state_.messages = fourMessages();
-        for (const auto& entry : std::filesystem::directory_iterator(TORVANE_PACKAGE_FOLDER)) {
-            if (entry.path().extension() == ".png") {
-                std::filesystem::copy(entry.path(), entry.path().filename());
-            }
-        }
-        ASSERT_TRUE(std::filesystem::exists("sw-gauge-small.png")) << "no artwork in " << TORVANE_PACKAGE_FOLDER;
+        testing::layOutPictures();
     }
 
     void paintNothing() {
@@ -122,18 +85,12 @@ class HealthPanel : public ::testing::Test {
 
     /// How many pixels of the picture's place differ from the picture on the panel's background.
     [[nodiscard]] int differences(const std::wstring& picture, int x, int y) const {
-        Canvas expected;
-        const UniqueBrush brush{CreateSolidBrush(kBackground)};
-        const RECT all{0, 0, kWidth, kHeight};
-        FillRect(expected.context(), &all, brush.get());
-        Gdiplus::Bitmap image(picture.c_str());
-        EXPECT_EQ(image.GetLastStatus(), Gdiplus::Ok);
-        const int width = static_cast<int>(image.GetWidth());
-        const int height = static_cast<int>(image.GetHeight());
-        Gdiplus::Graphics(expected.context()).DrawImage(&image, x, y, width, height);
+        const Canvas expected(kWidth, kHeight);
+        expected.fill(kBackground);
+        const SIZE size = expected.draw(picture, x, y);
         int count = 0;
-        for (int row = y; row < y + height; ++row) {
-            for (int column = x; column < x + width; ++column) {
+        for (int row = y; row < y + size.cy; ++row) {
+            for (int column = x; column < x + size.cx; ++column) {
                 count += canvas_.at(column, row) != expected.at(column, row) ? 1 : 0;
             }
         }
@@ -202,7 +159,7 @@ class HealthPanel : public ::testing::Test {
     GdiPlusSession gdiPlus_;
     AppState state_;
     PanelWindow window_;
-    Canvas canvas_;
+    Canvas canvas_{kWidth, kHeight};
 };
 
 TEST_F(HealthPanel, WithoutADriveIsBlankDialsAndTheWhiteLamp) {
