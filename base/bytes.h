@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -40,5 +41,19 @@ constexpr void storeLe(std::span<std::uint8_t> bytes, std::size_t offset, Number
         }
     }
 }
+
+/// A 32-bit number in a record's layout: four bytes, little-endian, at any address.
+class LittleEndian32 {
+  public:
+    constexpr LittleEndian32() = default;
+    constexpr LittleEndian32& operator=(std::uint32_t value) {
+        storeLe(bytes_, 0, value);
+        return *this;
+    }
+    constexpr operator std::uint32_t() const { return loadLe32(bytes_, 0); }
+
+  private:
+    std::array<std::uint8_t, 4> bytes_{};
+};
 
 } // namespace torvane

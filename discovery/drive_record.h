@@ -1,5 +1,6 @@
 #pragma once
 
+#include "admin/bitlocker_entry.h"
 #include "base/fixed_text.h"
 #include "health/smart_type.h"
 
@@ -126,7 +127,11 @@ struct DriveRecord {
     double sizeGigabytes = 0.0; ///< units of 2^30 bytes
 
     NativeHandle handle = nullptr; ///< null when nothing is open
-    std::int32_t bitLockerEntryCount = 0;
+
+    /// What the last BitLocker check found, in the order in which the volumes were checked. The check's result for an
+    /// eleventh volume is not kept.
+    std::int32_t bitLockerEntryCount = 0; ///< 0 to 10
+    BitLockerEntries bitLockerEntries{};
 };
 
 /// Closes the record's device handle and frees the record.
