@@ -42,8 +42,8 @@ struct CopyJobState {
     /// Set before a job is started. Null: nothing is shown.
     std::atomic<JobDisplay*> display{nullptr};
 
-    // What the warning before a destination is overwritten goes by. Set by the command that shows it; the window's thread
-    // alone uses them.
+    // What the warning before a destination is overwritten goes by. Set by the command that shows it; the window's
+    // thread alone uses them.
     FixedText<64> warningCaption; ///< the warning dialog's caption
     char sourceImageLetter = 0;   ///< letter, upper case, of the volume that holds the image to be copied; 0: none does
 

@@ -26,7 +26,7 @@ class TutorialDialog : public Dialog {
 
   protected:
     bool onInitialise() override {
-        sizeToPicture();
+        sizeClientArea({picture_.width(), picture_.height() + kStripHeight});
         placeControls();
         placeOnScreen();
         SetFocus(control(IDC_TUTORIAL_CONTINUE));
@@ -54,14 +54,6 @@ class TutorialDialog : public Dialog {
 
   private:
     static constexpr COLORREF kBackground = RGB(218, 223, 234);
-
-    void sizeToPicture() {
-        RECT outer{0, 0, picture_.width(), picture_.height() + kStripHeight};
-        AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(window(), GWL_STYLE)), FALSE,
-                           static_cast<DWORD>(GetWindowLongPtrA(window(), GWL_EXSTYLE)));
-        SetWindowPos(window(), nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
-                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    }
 
     void placeControls() {
         const RECT area = clientArea();

@@ -1,5 +1,7 @@
 #include "ui/dialog.h"
 
+#include <algorithm>
+
 namespace torvane {
 
 namespace {
@@ -27,6 +29,33 @@ RECT Dialog::clientArea() const {
     RECT area{};
     GetClientRect(window_, &area);
     return area;
+}
+
+void Dialog::sizeClientArea(SIZE size) {
+    RECT outer{0, 0, size.cx, size.cy};
+    AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(window_, GWL_STYLE)), FALSE,
+                       static_cast<DWORD>(GetWindowLongPtrA(window_, GWL_EXSTYLE)));
+    SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Dialog::centreOnOwner() {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    GetMonitorInfoA(MonitorFromWindow(window_, MONITOR_DEFAULTTOPRIMARY), &monitor);
+    const RECT& area = monitor.rcWork;
+    RECT around = area;
+    if (const HWND owner = GetWindow(window_, GW_OWNER); owner != nullptr) {
+        GetWindowRect(owner, &around);
+    }
+    RECT own{};
+    GetWindowRect(window_, &own);
+    const LONG width = own.right - own.left;
+    const LONG height = own.bottom - own.top;
+    const LONG left = std::min((around.left + around.right - width) / 2, area.right - width);
+    const LONG top = std::min((around.top + around.bottom - height) / 2, area.bottom - height);
+    SetWindowPos(window_, nullptr, std::max(left, area.left), std::max(top, area.top), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void Dialog::setControlText(int id, const char* text) {

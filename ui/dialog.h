@@ -43,6 +43,10 @@ class Dialog {
 
     [[nodiscard]] HWND control(int id) const { return GetDlgItem(window_, id); }
     [[nodiscard]] RECT clientArea() const;
+    /// Gives the client area that size, in pixels.
+    void sizeClientArea(SIZE size);
+    /// Moves the dialog over the middle of its owner, as far as the screen's work area allows.
+    void centreOnOwner();
     void setControlText(int id, const char* text);
     void showControl(int id, bool visible);
     void placeControl(int id, const RECT& place);

@@ -18,7 +18,7 @@ int totalColumnWidth(HWND list) {
 // Columns that fit but for the vertical scroll bar would call up the horizontal one, at the price of a row.
 void dropNeedlessScrollBar(HWND list, const RECT& outer) {
     const LONG style = GetWindowLongA(list, GWL_STYLE);
-    if ((style & WS_HSCROLL) != 0 && totalColumnWidth(list) < outer.right - outer.left) {
+    if ((style & WS_HSCROLL) != 0 && totalColumnWidth(list) <= outer.right - outer.left) {
         SetWindowLongA(list, GWL_STYLE, style & ~WS_HSCROLL);
     }
 }

@@ -14,9 +14,15 @@
 #include <filesystem>
 #include <vector>
 
+// The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 extern decltype(&Sleep) __imp_Sleep;
+extern decltype(&Gdiplus::DllExports::GdipLoadImageFromFile) __imp_GdipLoadImageFromFile;
+extern decltype(&Gdiplus::DllExports::GdipDisposeImage) __imp_GdipDisposeImage;
+extern decltype(&Gdiplus::DllExports::GdipCreateFromHDC) __imp_GdipCreateFromHDC;
+extern decltype(&Gdiplus::DllExports::GdipDeleteGraphics) __imp_GdipDeleteGraphics;
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace torvane {
 namespace {
@@ -179,9 +185,9 @@ TEST_F(RaceTrackView, DoesWithoutPicturesThatAreMissingOrDamaged) {
     state_.failed = 1;
     const Pauses seen = paintInFrames(TrackScene::kClone);
     EXPECT_EQ(seen.milliseconds, (std::vector<DWORD>{100, 100, 100}));
-    EXPECT_TRUE(canvas_.pixels() == composed({{L"explosion-a.png", 350, 172},
-                                              {L"explosion-c.png", 335, 172},
-                                              {L"explosion-d.png", 330, 182}}));
+    EXPECT_TRUE(
+        canvas_.pixels() ==
+        composed({{L"explosion-a.png", 350, 172}, {L"explosion-c.png", 335, 172}, {L"explosion-d.png", 330, 182}}));
 }
 
 TEST_F(RaceTrackView, DrawsNothingButItsColourWithoutAnyPicture) {
@@ -214,26 +220,13 @@ struct GdiPlusObjects {
 
 GdiPlusObjects living;
 
-} // namespace
-} // namespace torvane
-
-extern "C" {
-extern decltype(&Gdiplus::DllExports::GdipLoadImageFromFile) __imp_GdipLoadImageFromFile;
-extern decltype(&Gdiplus::DllExports::GdipDisposeImage) __imp_GdipDisposeImage;
-extern decltype(&Gdiplus::DllExports::GdipCreateFromHDC) __imp_GdipCreateFromHDC;
-extern decltype(&Gdiplus::DllExports::GdipDeleteGraphics) __imp_GdipDeleteGraphics;
-}
-
-namespace torvane {
-namespace {
-
 struct GdiPlusFunctions {
     decltype(&Gdiplus::DllExports::GdipLoadImageFromFile) load = __imp_GdipLoadImageFromFile;
     decltype(&Gdiplus::DllExports::GdipDisposeImage) dispose = __imp_GdipDisposeImage;
     decltype(&Gdiplus::DllExports::GdipCreateFromHDC) create = __imp_GdipCreateFromHDC;
     decltype(&Gdiplus::DllExports::GdipDeleteGraphics) remove = __imp_GdipDeleteGraphics;
 };
-const GdiPlusFunctions originals;
+const GdiPlusFunctions kOriginals;
 
 /// Counts the GDI+ objects of a scope.
 class GdiPlusCount {
@@ -244,22 +237,22 @@ class GdiPlusCount {
     using Status = Gdiplus::GpStatus;
 
     static Status WINGDIPAPI load(const WCHAR* name, Gdiplus::GpImage** image) {
-        const Status status = originals.load(name, image);
+        const Status status = kOriginals.load(name, image);
         living.images += status == Gdiplus::Ok ? 1 : 0;
         return status;
     }
     static Status WINGDIPAPI dispose(Gdiplus::GpImage* image) {
         living.images -= image != nullptr ? 1 : 0;
-        return originals.dispose(image);
+        return kOriginals.dispose(image);
     }
     static Status WINGDIPAPI create(HDC context, Gdiplus::GpGraphics** graphics) {
-        const Status status = originals.create(context, graphics);
+        const Status status = kOriginals.create(context, graphics);
         living.graphics += status == Gdiplus::Ok ? 1 : 0;
         return status;
     }
     static Status WINGDIPAPI remove(Gdiplus::GpGraphics* graphics) {
         living.graphics -= graphics != nullptr ? 1 : 0;
-        return originals.remove(graphics);
+        return kOriginals.remove(graphics);
     }
 
     ImportPatched<decltype(&Gdiplus::DllExports::GdipLoadImageFromFile)> load_{__imp_GdipLoadImageFromFile, &load};

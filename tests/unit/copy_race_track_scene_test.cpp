@@ -151,9 +151,8 @@ TEST(RaceTrackScene, OnlyOneIsFailureOrSuccess) {
 TEST(RaceTrackScene, LoadsWhatItsDialogUses) {
     const Job job(10, 182);
     for (const TrackScene scene : kTwoWayScenes) {
-        EXPECT_THAT(
-            layOutRaceTrack(scene, job.state).pictures,
-            UnorderedElementsAre("race-track.png", "reverse-race-track.png", "race-car.png", "trophy.png"));
+        EXPECT_THAT(layOutRaceTrack(scene, job.state).pictures,
+                    UnorderedElementsAre("race-track.png", "reverse-race-track.png", "race-car.png", "trophy.png"));
     }
     EXPECT_THAT(layOutRaceTrack(TrackScene::kImage, job.state).pictures,
                 UnorderedElementsAre("race-track.png", "race-car.png", "trophy.png"));
@@ -164,8 +163,8 @@ TEST(RaceTrackScene, SecondPoliceCarIsLoadedAndNotDrawn) {
     for (const std::int32_t failed : {0, 1}) {
         job.state.failed = failed;
         const RaceTrack track = layOutRaceTrack(TrackScene::kForensicImage, job.state);
-        EXPECT_THAT(track.pictures, IsSupersetOf({"race-track.png", "police-1-car.png", "police-2-car.png",
-                                                  "court-house.png"}));
+        EXPECT_THAT(track.pictures,
+                    IsSupersetOf({"race-track.png", "police-1-car.png", "police-2-car.png", "court-house.png"}));
         for (const Sprite& figure : track.figures) {
             EXPECT_NE(figure.picture, "police-2-car.png");
         }

@@ -1,0 +1,119 @@
+#include "admin/destruction_warning_dialog.h"
+
+#include "admin/destruction_warning.h"
+#include "admin/volume_identity.h"
+#include "app/app_state.h"
+#include "resources/resource_ids.h"
+#include "ui/dialog.h"
+#include "ui/list_view.h"
+#include "ui/prompts.h"
+
+#include <vector>
+
+namespace torvane {
+
+namespace {
+
+constexpr COLORREF kBackground = RGB(218, 223, 234);
+constexpr COLORREF kListBackground = RGB(136, 196, 236);
+constexpr COLORREF kWarningColour = RGB(147, 19, 15);
+
+// Pixels of the client area.
+constexpr SIZE kClientSize{470, 286};
+constexpr RECT kWarningPlace{10, 8, 460, 28};
+constexpr RECT kListPlace{10, 30, 460, 204};
+constexpr RECT kDrivePlace{10, 212, 460, 244};
+constexpr RECT kYesPlace{272, 250, 362, 276};
+constexpr RECT kNoPlace{370, 250, 460, 276};
+
+class DestructionWarningDialog : public Dialog {
+  public:
+    explicit DestructionWarningDialog(const AppState& state) : Dialog(IDD_DESTRUCTION_WARNING), state_(state) {}
+
+  protected:
+    bool onInitialise() override {
+        SetWindowTextA(window(), state_.copy.warningCaption.c_str());
+        createFonts();
+        sizeClientArea(kClientSize);
+        centreOnOwner();
+        placeControl(IDC_WARNING_TEXT, kWarningPlace);
+        placeControl(IDC_WARNING_DRIVE, kDrivePlace);
+        placeControl(IDYES, kYesPlace);
+        placeControl(IDNO, kNoPlace);
+        buildList();
+        // The harmless answer has the keyboard.
+        SetFocus(control(IDNO));
+        return false;
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<DestructionWarningDialog> kRoutes[] = {
+            {IDYES, &DestructionWarningDialog::onYes},
+            {IDNO, &DestructionWarningDialog::onNo},
+            {IDCANCEL, &DestructionWarningDialog::onNo},
+        };
+        return route(*this, kRoutes, id);
+    }
+
+    HBRUSH onControlColour(HDC context) override {
+        SetBkColor(context, kBackground);
+        if (WindowFromDC(context) == control(IDC_WARNING_TEXT)) {
+            SetTextColor(context, kWarningColour);
+        }
+        return background_.get();
+    }
+
+  private:
+    void createFonts() {
+        LOGFONTA font{};
+        GetObjectA(reinterpret_cast<HFONT>(SendMessageA(window(), WM_GETFONT, 0, 0)), sizeof font, &font);
+        font.lfWeight = FW_BOLD;
+        boldFont_.reset(CreateFontIndirectA(&font));
+        SendMessageA(control(IDC_WARNING_TEXT), WM_SETFONT, reinterpret_cast<WPARAM>(boldFont_.get()), FALSE);
+    }
+
+    void buildList() {
+        list_.create(window(), IDC_WARNING_LIST, kListPlace, WS_VISIBLE, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES,
+                     kListBackground);
+        list_.addColumn("Type", 100);
+        list_.addColumn("Model/Volume", 230);
+        list_.addColumn("Relation", 120);
+        const std::vector<WarningRow> rows =
+            warningRows(*state_.copy.destination, state_.scan.volumes, readVolumeIdentity);
+        for (const WarningRow& row : rows) {
+            const int position = list_.appendRow(row.type.c_str(), 0);
+            list_.setCell(position, 1, row.name.c_str());
+            list_.setCell(position, 2, row.relation.c_str());
+        }
+        // Names longer than their column must be seen whole before anybody says "Yes".
+        setControlText(IDC_WARNING_DRIVE, rows.front().name.c_str());
+    }
+
+    void onYes() { end(1); }
+    void onNo() { end(0); }
+
+    const AppState& state_;
+    UniqueBrush background_{CreateSolidBrush(kBackground)};
+    UniqueFont boldFont_;
+    ListView list_;
+};
+
+bool readsSourceImageFrom(const AppState& state, const DriveRecord& destination) {
+    return holdsVolume(destination, state.scan.volumes, state.copy.sourceImageLetter);
+}
+
+} // namespace
+
+bool confirmDestruction(AppState& state, HWND owner) {
+    const DriveRecord* const destination = state.copy.destination;
+    if (destination == nullptr) {
+        return false;
+    }
+    if (readsSourceImageFrom(state, *destination)) {
+        prompts::stop("******* WARNING *******", "You cannot copy Image to Source Drive");
+        return false;
+    }
+    return DestructionWarningDialog(state).runModal(owner) == 1;
+}
+
+} // namespace torvane
