@@ -4,12 +4,13 @@
 #include "app/app_state.h"
 #include "app/main_layout.h"
 #include "app/main_window_view.h"
+#include "health/health_message_view.h"
 #include "health/health_panel_view.h"
 #include "resources/resource_ids.h"
 #include "settings/messages.h"
 #include "settings/tutorial_dialog.h"
+#include "ui/control_text.h"
 #include "ui/prompt_owner.h"
-#include "ui/tool_tip.h"
 
 #include <algorithm>
 
@@ -83,7 +84,6 @@ void MainDialog::setIcons() {
 void MainDialog::createFonts() {
     headingFont_.reset(createFixedPitchFont("Comic Sans MS", FW_BOLD));
     dataFont_.reset(createFixedPitchFont("FixedSys", FW_NORMAL));
-    SendMessageA(control(IDC_HEALTH_MESSAGE), WM_SETFONT, reinterpret_cast<WPARAM>(headingFont_.get()), FALSE);
     SendMessageA(control(IDC_GAUGE_TEXT), WM_SETFONT, reinterpret_cast<WPARAM>(dataFont_.get()), FALSE);
 }
 
@@ -104,7 +104,8 @@ void MainDialog::placeControls() {
         placeControl(placed.id, toRect(placed.place));
     }
     placeControl(IDC_HEALTH_PANEL, toRect(kHealthPanelPlace));
-    addToolTip(control(IDC_LOG_TOGGLE), "Show or hide the event log");
+    logToggleTip_.attach(control(IDC_LOG_TOGGLE), "Show or hide the event log");
+    messageTip_.attach(control(IDC_HEALTH_MESSAGE), "");
 }
 
 void MainDialog::buildListViews() {
@@ -151,6 +152,16 @@ void MainDialog::clearHealthPanel() {
     setControlText(IDC_HEALTH_MESSAGE, "");
     setControlText(IDC_GAUGE_TEXT, "00 00 00 00 00");
     InvalidateRect(window(), nullptr, TRUE);
+}
+
+// A message that does not show whole is told by its tool tip.
+void MainDialog::drawItem(const DRAWITEMSTRUCT& item) {
+    if (item.CtlID != IDC_HEALTH_MESSAGE) {
+        return;
+    }
+    const auto dialogFont = reinterpret_cast<HFONT>(SendMessageA(window(), WM_GETFONT, 0, 0));
+    const bool whole = drawHealthMessage(item, background_.get(), headingFont_.get(), dialogFont);
+    messageTip_.setText(whole ? "" : controlText(item.hwndItem));
 }
 
 void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
@@ -207,6 +218,9 @@ std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM, LPARAM lParam
     case MainWindowView::kRunTaskMessage:
         (*reinterpret_cast<const MainWindowView::WindowTask*>(lParam))(*this);
         return 0;
+    case WM_DRAWITEM:
+        drawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+        return TRUE;
     case WM_INITMENUPOPUP:
         updateSystemMenu();
         return std::nullopt;

@@ -4,6 +4,7 @@
 #include "app/log_list_view.h"
 #include "ui/dialog.h"
 #include "ui/gdi_plus.h"
+#include "ui/tool_tip.h"
 
 #include <string>
 
@@ -52,6 +53,7 @@ class MainDialog : public Dialog {
 
     void updateSystemMenu();
     void resizeWindow(int height);
+    void drawItem(const DRAWITEMSTRUCT& item);
     void selectActiveDrive(const NMLISTVIEW& change);
 
     // Commands, in the order of the command table
@@ -87,6 +89,8 @@ class MainDialog : public Dialog {
     UniqueBrush background_;
     UniqueFont headingFont_;
     UniqueFont dataFont_;
+    ToolTip logToggleTip_;
+    ToolTip messageTip_;
     DriveListView driveList_;
     LogListView logList_;
 };

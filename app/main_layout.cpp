@@ -100,8 +100,8 @@ void placeScanControls(std::vector<PlacedControl>& controls) {
 }
 
 void placeHealthTexts(std::vector<PlacedControl>& controls) {
-    // The message stands between the drive list and the dials, wide enough for a sentence.
-    controls.push_back({IDC_HEALTH_MESSAGE, {kLeft, 122, 1050, 140}});
+    // The message and the dials' texts take turns: no drive has both.
+    controls.push_back({IDC_HEALTH_MESSAGE, {kLeft, kValueTextTop, kRight, kValueTextTop + 2 * kValueTextHeight}});
     controls.push_back({IDC_GAUGE_TEXT, {1056, 122, kRight, 140}});
     const int longTextTop = kValueTextTop + kValueTextHeight;
     controls.push_back({IDC_VALUE_TEXT_1, {kLeft, longTextTop, 1050, longTextTop + kValueTextHeight}});

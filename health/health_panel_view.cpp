@@ -4,6 +4,7 @@
 #include "health/panel_model.h"
 #include "resources/resource_ids.h"
 #include "ui/back_buffer.h"
+#include "ui/control_text.h"
 #include "ui/owned.h"
 #include "ui/pictures.h"
 
@@ -63,13 +64,16 @@ void drawCaptions(const PanelModel& panel, HDC context) {
     }
 }
 
-/// Sets a text only where it differs, since setting it repaints the control.
+/// Sets a text, and shows its control or hides an empty one: the controls of one layout stand where those of another
+/// do. Changes only what differs, since a change repaints.
 void showText(HWND window, int id, const std::string& text) {
     const HWND control = GetDlgItem(window, id);
-    std::string shown(static_cast<std::size_t>(GetWindowTextLengthA(control)) + 1, '\0');
-    shown.resize(static_cast<std::size_t>(GetWindowTextA(control, shown.data(), static_cast<int>(shown.size()))));
-    if (shown != text) {
+    if (controlText(control) != text) {
         SetWindowTextA(control, text.c_str());
+    }
+    const bool shown = (GetWindowLongA(control, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (shown == text.empty()) {
+        ShowWindow(control, text.empty() ? SW_HIDE : SW_SHOWNA);
     }
 }
 

@@ -2,22 +2,38 @@
 
 #include <commctrl.h>
 
-#include <string>
+#include <utility>
 
 namespace torvane {
 
-void addToolTip(HWND control, const char* text) {
-    const HWND dialog = GetParent(control);
-    const HWND tip = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP, 0, 0, 0, 0,
-                                     dialog, nullptr, GetModuleHandleA(nullptr), nullptr);
-    std::string ownText = text;
+namespace {
+
+constexpr LPARAM kMaximumWidth = 600; // pixels; a longer text takes more lines
+
+} // namespace
+
+void ToolTip::attach(HWND control, const std::string& text) {
+    control_ = control;
+    tip_ = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
+                           GetParent(control), nullptr, GetModuleHandleA(nullptr), nullptr);
+    SendMessageA(tip_, TTM_SETMAXTIPWIDTH, 0, kMaximumWidth);
+    send(TTM_ADDTOOLA, text);
+}
+
+void ToolTip::setText(const std::string& text) {
+    if (tip_ != nullptr) {
+        send(TTM_UPDATETIPTEXTA, text);
+    }
+}
+
+void ToolTip::send(UINT message, std::string text) {
     TOOLINFOA tool{};
     tool.cbSize = sizeof(tool);
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    tool.hwnd = dialog;
-    tool.uId = reinterpret_cast<UINT_PTR>(control);
-    tool.lpszText = ownText.data();
-    SendMessageA(tip, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&tool));
+    tool.hwnd = GetParent(control_);
+    tool.uId = reinterpret_cast<UINT_PTR>(control_);
+    tool.lpszText = text.data();
+    SendMessageA(tip_, message, 0, reinterpret_cast<LPARAM>(&tool));
 }
 
 } // namespace torvane

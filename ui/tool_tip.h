@@ -2,9 +2,23 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace torvane {
 
-/// Shows `text` while the mouse rests on `control`. The tip lives as long as the dialog that holds the control.
-void addToolTip(HWND control, const char* text);
+/// A text that shows while the mouse rests on a control. It lives as long as the dialog that holds the control.
+class ToolTip {
+  public:
+    /// `control` must take mouse messages: a static one does with SS_NOTIFY. With an empty text nothing shows.
+    void attach(HWND control, const std::string& text);
+    /// Replaces the text; does nothing before `attach`.
+    void setText(const std::string& text);
+
+  private:
+    void send(UINT message, std::string text);
+
+    HWND tip_ = nullptr;
+    HWND control_ = nullptr;
+};
 
 } // namespace torvane

@@ -1,13 +1,4 @@
-#include "health/health_panel_view.h"
-
-#include "app/app_state.h"
-#include "resources/resource_ids.h"
-#include "tests/component/canvas.h"
-#include "tests/component/scratch_folder.h"
-#include "tests/unit/health_test_drives.h"
-#include "ui/gdi_plus.h"
-
-#include <gtest/gtest.h>
+#include "tests/component/health_panel_fixture.h"
 
 #include <filesystem>
 #include <optional>
@@ -16,11 +7,7 @@ namespace torvane {
 namespace {
 
 using testing::Canvas;
-using testing::gdiObjectCount;
 
-constexpr int kWidth = 1174;
-constexpr int kHeight = 381;
-constexpr COLORREF kBackground = RGB(218, 223, 234);
 constexpr std::array<int, 6> kDialX{10, 190, 370, 550, 730, 910};
 constexpr std::array<int, 6> kPivotX{70, 250, 430, 610, 790, 970};
 constexpr int kDialY = 140;
@@ -31,58 +18,8 @@ bool isDark(COLORREF colour) {
     return GetRValue(colour) < 90 && GetGValue(colour) < 90 && GetBValue(colour) < 90;
 }
 
-/// A window of the main window's size with the panel's text controls.
-class PanelWindow {
-  public:
-    PanelWindow()
-        : window_(
-              CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, kWidth, kHeight, nullptr, nullptr, nullptr, nullptr)) {
-        for (int id = IDC_VALUE_TEXT_1; id <= IDC_VALUE_TEXT_6; ++id) {
-            addText(id);
-        }
-        addText(IDC_HEALTH_MESSAGE);
-    }
-    ~PanelWindow() { DestroyWindow(window_); }
-    PanelWindow(const PanelWindow&) = delete;
-    PanelWindow& operator=(const PanelWindow&) = delete;
-
-    [[nodiscard]] HWND get() const { return window_; }
-
-    [[nodiscard]] std::string text(int id) const {
-        std::array<char, 5000> text{};
-        GetDlgItemTextA(window_, id, text.data(), static_cast<int>(text.size()));
-        return text.data();
-    }
-
-  private:
-    void addText(int id) {
-        CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 0, 10, 10, window_,
-                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
-    }
-
-    HWND window_;
-};
-
-class HealthPanel : public ::testing::Test {
+class HealthPanel : public HealthPanelFixture {
   protected:
-    void SetUp() override {
-        ASSERT_TRUE(gdiPlus_.start());
-        state_.messages = fourMessages();
-        testing::layOutPictures();
-    }
-
-    void paintNothing() {
-        state_.activeDrive = nullptr;
-        state_.activeDriveChosen = 0;
-        PaintHealthPanel(state_, window_.get(), canvas_.context());
-    }
-
-    void paint(DriveRecord& drive) {
-        state_.activeDrive = &drive;
-        state_.activeDriveChosen = 1;
-        PaintHealthPanel(state_, window_.get(), canvas_.context());
-    }
-
     /// How many pixels of the picture's place differ from the picture on the panel's background.
     [[nodiscard]] int differences(const std::wstring& picture, int x, int y) const {
         const Canvas expected(kWidth, kHeight);
@@ -154,12 +91,6 @@ class HealthPanel : public ::testing::Test {
 
     static constexpr std::array<bool, 6> kAll{true, true, true, true, true, true};
     static constexpr std::array<bool, 6> kNone{};
-
-    testing::ScratchFolder folder_;
-    GdiPlusSession gdiPlus_;
-    AppState state_;
-    PanelWindow window_;
-    Canvas canvas_{kWidth, kHeight};
 };
 
 TEST_F(HealthPanel, WithoutADriveIsBlankDialsAndTheWhiteLamp) {
@@ -337,26 +268,6 @@ TEST_F(HealthPanel, DoesWithoutPicturesThatAreMissingOrDamaged) {
     EXPECT_EQ(canvas_.at(20, 215), kBackground) << "where the first dial's frame would be";
     expectNeedle(0, 69, 147);
     EXPECT_EQ(captionsShown(), kAll);
-}
-
-TEST_F(HealthPanel, LeavesNoGdiObjectBehind) {
-    DriveRecord standard = soundDrive();
-    DriveRecord ssd = soundDrive();
-    ssd.smartType = kSmartTypeSsd;
-    DriveRecord nvme = driveWithoutValues(kSmartTypeNvme);
-    nvme.nvme.criticalWarning = 31;
-    DriveRecord unknown = driveWithoutValues(kSmartTypeUnknown);
-    const std::array drives{&standard, &ssd, &nvme, &unknown};
-    const auto paintAll = [&](int repaints) {
-        for (int i = 0; i < repaints; ++i) {
-            paint(*drives[static_cast<std::size_t>(i) % drives.size()]);
-        }
-    };
-    paintAll(8); // what the system keeps for itself after the first use
-    const int before = gdiObjectCount();
-    ASSERT_GT(before, 0);
-    paintAll(200);
-    EXPECT_EQ(gdiObjectCount(), before);
 }
 
 } // namespace

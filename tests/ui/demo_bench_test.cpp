@@ -1,8 +1,10 @@
+#include "tests/ui/health_panel_reader.h"
 #include "tests/ui/ui_test.h"
 
 #include <gmock/gmock.h>
 
 #include <array>
+#include <vector>
 
 namespace torvane::driver {
 namespace {
@@ -81,13 +83,56 @@ TEST_F(DemoBenchTest, EveryVolumeIsAskedOnceForItsExtents) {
     EXPECT_THAT(asked("target=volume:K").front(), ::testing::HasSubstr("result=ERROR_INVALID_FUNCTION"));
 }
 
-TEST_F(DemoBenchTest, EveryDriveCanBeMadeActive) {
-    const ListView list = torvane().driveList();
-    for (int row = 0; row < list.rowCount(); ++row) {
-        list.click(row);
-        EXPECT_TRUE(list.selected(row)) << list.cell(row, 0);
-        torvane().window().awaitPainted();
-        ASSERT_TRUE(program().running()) << program().obituary() << " painting " << list.cell(row, 0);
+TEST_F(DemoBenchTest, EveryDriveShowsItsCondition) {
+    constexpr double kHours = 60000;
+    constexpr double kFlashHours = 2000000;
+    constexpr double kErrors = 100;
+    constexpr double kGigabytes = 1024.0 * 7000;
+    constexpr double kPass = 0;
+    constexpr double kFail = 1;
+    constexpr const char* kResult = "RESULT";
+    // Dials: hours or gigabytes, then moved, slow, pending, uncorrectable, reported; or the five warnings.
+    const std::vector<ExpectedPanel> panels{
+        {"Northwind HD500 Platter", kStandardPanel, {8123 / kHours, 0, 0, 0, 0, 0}, "green", "No sign of trouble"},
+        {"Quillmark SX240 Solid", kSsdPanel, {4210 / kFlashHours, 0, 0, 0, 0, kBlank}, "none", ""},
+        {"Tidewell TW1G Laptop Disk",
+         kStandardPanel,
+         {31877 / kHours, 214 / kErrors, 19 / kErrors, 12 / kErrors, 7 / kErrors, 41 / kErrors},
+         "red",
+         "Failing"},
+        {"Harrowgate N512 Sprint",
+         kNvmePanel,
+         {11687 / kGigabytes, kPass, kPass, kPass, kPass, kPass},
+         "none",
+         "",
+         {"Total Bytes Written 11,687 GB is 0.16 percent of threshold", "RESULTS", kResult, kResult, kResult, kResult}},
+        {"Cindergate NR256 Cache",
+         kNvmePanel,
+         {57699 / kGigabytes, kPass, kPass, kPass, kPass, kPass},
+         "none",
+         "",
+         {"Total Bytes Written 57,699 GB is 0.80 percent of threshold", "RESULTS", kResult, kResult, kResult, kResult}},
+        {"PELHAM PX-73 Server", kUnknownPanel, {}, "none", ""},
+        {"Northwind HD4T Native", kStandardPanel, {15290 / kHours, 0, 0, 0, 0, 0}, "green", "No sign of trouble"},
+        {"Nameless", kSsdPanel, {}, "none", ""},
+        {"Northwind HD1T Platter",
+         kStandardPanel,
+         {61022 / kHours, 4012 / kErrors, 212 / kErrors, 88 / kErrors, 64 / kErrors, 380 / kErrors},
+         "red",
+         "Failing"},
+        {"100%  Hosti", kStandardPanel, {}, "white", ""},
+        {"Fennick F128 Pocket",
+         kNvmePanel,
+         {26283 / kGigabytes, kFail, kPass, kPass, kPass, kPass},
+         "none",
+         "",
+         {"Total Bytes Written 26,283 GB is 0.37 percent of threshold", "FAILED 003 010", kResult, kResult, kResult,
+          kResult}},
+    };
+    torvane().awaitProgressHidden();
+    ASSERT_EQ(torvane().driveList().rowCount(), static_cast<int>(panels.size()));
+    for (const ExpectedPanel& panel : panels) {
+        clickAndExpectPanel(torvane(), panel);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
 #include "tests/ui/driver/screen.h"
+#include "tests/ui/panel_sheet.h"
 #include "tests/ui/torvane_window.h"
 
 #include <cstdio>
@@ -55,6 +56,12 @@ void pickADrive(Tour& tour) {
     drives.setTicked(0, true);
 }
 
+/// The health panel of every drive in one picture, beside the picture of the step.
+void lookAtEveryDrive(Tour& tour) {
+    healthPanelSheet(tour.torvane).save(tour.picturesFolder + "/health-panels.png");
+    std::printf("    %-20s %s\n", "health-panels.png", "the health panel of every drive of the bench");
+}
+
 void openTheLog(Tour& tour) {
     tour.torvane.setLogOpen(true);
 }
@@ -65,7 +72,8 @@ constexpr Step kSteps[] = {
     {"1-start.png", "Torvane has started; no drive is known yet", closeTheTutorial},
     {"2-drives.png", "Load Drives has listed the drives of the bench", loadTheDrives},
     {"3-active-drive.png", "a click has made the first drive the active one; its check box is ticked", pickADrive},
-    {"4-log.png", "the log panel tells what the scan met", openTheLog},
+    {"4-another-drive.png", "a click on another drive brings up its health panel", lookAtEveryDrive},
+    {"5-log.png", "the log panel tells what the scan met", openTheLog},
 };
 
 void takePicture(const Tour& tour, const Step& step) {

@@ -49,6 +49,12 @@ TEST(MainLayoutTest, NothingLiesOutsideTheSmallestClientArea) {
     }
 }
 
+/// The message and the dials' texts are never shown together.
+bool takeTurns(int id, int other) {
+    const auto isValueText = [](int control) { return control >= IDC_VALUE_TEXT_1 && control <= IDC_VALUE_TEXT_6; };
+    return (id == IDC_HEALTH_MESSAGE && isValueText(other)) || (other == IDC_HEALTH_MESSAGE && isValueText(id));
+}
+
 TEST(MainLayoutTest, NothingOverlaps) {
     std::vector<PlacedControl> all = layOutMainWindow();
     all.push_back({IDC_DRIVE_LIST, kDriveListPlace});
@@ -56,7 +62,7 @@ TEST(MainLayoutTest, NothingOverlaps) {
     all.push_back({IDC_LOG_LIST, logListPlace(kLeastClientHeight)});
     for (std::size_t i = 0; i < all.size(); ++i) {
         for (std::size_t j = i + 1; j < all.size(); ++j) {
-            EXPECT_FALSE(overlap(all[i].place, all[j].place))
+            EXPECT_FALSE(overlap(all[i].place, all[j].place) && !takeTurns(all[i].id, all[j].id))
                 << all[i].id << " " << ::testing::PrintToString(all[i].place) << " and " << all[j].id << " "
                 << ::testing::PrintToString(all[j].place);
         }
@@ -106,6 +112,13 @@ TEST(MainLayoutTest, LogListBeginsWhereTheClosedWindowEnds) {
 TEST(MainLayoutTest, OpenWindowShowsTheWholeLogList) {
     const int added = kMainWindowHeightWithLog - kMainWindowHeight;
     EXPECT_LE(logListPlace(kLeastClientHeight).bottom, kLeastClientHeight + added);
+}
+
+TEST(MainLayoutTest, MessageHasTwoLinesUnderTheCaptions) {
+    const PixelRect place = placeOf(IDC_HEALTH_MESSAGE);
+    EXPECT_GE(place.top, 244);
+    EXPECT_GE(place.height(), 26);
+    EXPECT_LT(place.bottom, placeOf(IDC_COMMANDS_LINE).top);
 }
 
 TEST(MainLayoutTest, ValueTextsStandUnderTheirCaptions) {

@@ -56,6 +56,23 @@ class Canvas {
     DWORD* pixels_ = nullptr;
 };
 
+/// GDI+ for the length of a scope; declare it before what uses it.
+class GdiPlus {
+  public:
+    GdiPlus() {
+        const Gdiplus::GdiplusStartupInput input;
+        if (Gdiplus::GdiplusStartup(&token_, &input, nullptr) != Gdiplus::Ok) {
+            throw Failure("GDI+ does not start");
+        }
+    }
+    ~GdiPlus() { Gdiplus::GdiplusShutdown(token_); }
+    GdiPlus(const GdiPlus&) = delete;
+    GdiPlus& operator=(const GdiPlus&) = delete;
+
+  private:
+    ULONG_PTR token_ = 0;
+};
+
 DWORD toPixel(COLORREF colour) {
     return static_cast<DWORD>(GetRValue(colour) << 16 | GetGValue(colour) << 8 | GetBValue(colour));
 }
@@ -107,29 +124,60 @@ int Picture::count(COLORREF colour) const {
     return static_cast<int>(std::count(pixels_.begin(), pixels_.end(), toPixel(colour)));
 }
 
-void Picture::drawIcon(HICON icon, int x, int y) {
+template <typename Paint>
+void Picture::paint(Paint&& onto) {
     const Canvas canvas(width_, height_);
     std::copy(pixels_.begin(), pixels_.end(), canvas.pixels());
-    DrawIconEx(canvas.context(), x, y, icon, 0, 0, 0, nullptr, DI_NORMAL);
+    onto(canvas.context());
     std::transform(canvas.pixels(), canvas.pixels() + pixels_.size(), pixels_.begin(),
                    [](DWORD pixel) { return pixel & 0x00FFFFFF; });
 }
 
+void Picture::drawIcon(HICON icon, int x, int y) {
+    paint([&](HDC context) { DrawIconEx(context, x, y, icon, 0, 0, 0, nullptr, DI_NORMAL); });
+}
+
+void Picture::writeCentred(const std::string& text, const char* font, int height, int weight) {
+    const HFONT handle = CreateFontA(height, 0, 0, 0, weight, FALSE, FALSE, FALSE, ANSI_CHARSET, OUT_DEFAULT_PRECIS,
+                                     CLIP_DEFAULT_PRECIS, PROOF_QUALITY, DEFAULT_PITCH | FF_DONTCARE, font);
+    paint([&](HDC context) {
+        const HGDIOBJ previous = SelectObject(context, handle);
+        SetBkMode(context, TRANSPARENT);
+        RECT whole{0, 0, width_, height_};
+        DrawTextA(context, text.c_str(), -1, &whole, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+        SelectObject(context, previous);
+    });
+    DeleteObject(handle);
+}
+
+void Picture::draw(const Picture& other, int x, int y) {
+    const int left = std::max(x, 0);
+    const int columns = std::min(x + other.width_, width_) - left;
+    for (int row = std::max(y, 0); row < std::min(y + other.height_, height_); ++row) {
+        const auto from = other.pixels_.begin() + static_cast<std::ptrdiff_t>(row - y) * other.width_ + (left - x);
+        std::copy_n(from, std::max(columns, 0), pixels_.begin() + static_cast<std::ptrdiff_t>(row) * width_ + left);
+    }
+}
+
+Picture Picture::ofFile(const std::string& path, COLORREF background) {
+    const GdiPlus running;
+    Gdiplus::Bitmap image(toWide(path).c_str());
+    if (image.GetLastStatus() != Gdiplus::Ok) {
+        throw Failure("cannot read " + path);
+    }
+    const int width = static_cast<int>(image.GetWidth());
+    const int height = static_cast<int>(image.GetHeight());
+    Picture picture(width, height, background);
+    picture.paint([&](HDC context) { Gdiplus::Graphics(context).DrawImage(&image, 0, 0, width, height); });
+    return picture;
+}
+
 void Picture::save(const std::string& path) const {
     std::filesystem::create_directories(std::filesystem::path(toWide(path)).parent_path());
-    ULONG_PTR token = 0;
-    const Gdiplus::GdiplusStartupInput input;
-    if (Gdiplus::GdiplusStartup(&token, &input, nullptr) != Gdiplus::Ok) {
-        throw Failure("GDI+ does not start");
-    }
+    const GdiPlus running;
     auto copy = pixels_;
-    Gdiplus::Status status = Gdiplus::Ok;
-    {
-        Gdiplus::Bitmap bitmap(width_, height_, width_ * 4, PixelFormat32bppRGB, reinterpret_cast<BYTE*>(copy.data()));
-        status = bitmap.Save(toWide(path).c_str(), &kPngEncoder, nullptr);
-    }
-    Gdiplus::GdiplusShutdown(token);
-    if (status != Gdiplus::Ok) {
+    Gdiplus::Bitmap bitmap(width_, height_, width_ * 4, PixelFormat32bppRGB, reinterpret_cast<BYTE*>(copy.data()));
+    if (bitmap.Save(toWide(path).c_str(), &kPngEncoder, nullptr) != Gdiplus::Ok) {
         throw Failure("cannot write " + path);
     }
 }

@@ -12,6 +12,8 @@ class Picture {
   public:
     /// What the screen shows in a rectangle (screen pixels).
     [[nodiscard]] static Picture ofScreen(const RECT& rect);
+    /// A PNG file upon a colour. Throws when it cannot be read.
+    [[nodiscard]] static Picture ofFile(const std::string& path, COLORREF background);
     /// An empty picture of one colour to draw on.
     Picture(int width, int height, COLORREF colour);
 
@@ -26,10 +28,21 @@ class Picture {
     /// Draws an icon with its top-left corner at a place of the picture.
     void drawIcon(HICON icon, int x, int y); // NOLINT(bugprone-easily-swappable-parameters)
 
+    /// Draws another picture with its top-left corner at a place that may lie outside this one; what does not fit is
+    /// left out.
+    void draw(const Picture& other, int x, int y); // NOLINT(bugprone-easily-swappable-parameters)
+
+    /// Writes a line of black letters into the middle.
+    void writeCentred(const std::string& text, const char* font, int height, int weight);
+
     /// Writes a PNG file, making the folders on its way. Throws when that fails.
     void save(const std::string& path) const;
 
   private:
+    /// Lets `onto` draw into a device context that holds the picture.
+    template <typename Paint>
+    void paint(Paint&& onto);
+
     int width_;
     int height_;
     std::vector<DWORD> pixels_; ///< top row first, 0x00RRGGBB

@@ -1,0 +1,51 @@
+#include "health/health_message_view.h"
+
+#include "ui/control_text.h"
+#include "ui/owned.h"
+
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+constexpr UINT kOneLine = DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX;
+// As an edit control does it: words longer than a line are broken too, and a line that shows only in part is left out.
+constexpr UINT kWrapped = DT_LEFT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX;
+
+/// What `text` takes in the context's font when its lines may be as wide as `place`.
+SIZE neededSize(HDC context, const std::string& text, const RECT& place, UINT format) {
+    RECT needed{0, 0, place.right - place.left, 0};
+    DrawTextA(context, text.c_str(), static_cast<int>(text.size()), &needed, format | DT_CALCRECT);
+    return {needed.right, needed.bottom};
+}
+
+void draw(HDC context, const std::string& text, RECT place, UINT format) {
+    DrawTextA(context, text.c_str(), static_cast<int>(text.size()), &place, format | DT_END_ELLIPSIS);
+}
+
+bool fitsOneLine(HDC context, const std::string& text, const RECT& place) {
+    return text.find_first_of("\r\n") == std::string::npos &&
+           neededSize(context, text, place, kOneLine).cx <= place.right - place.left;
+}
+
+} // namespace
+
+bool drawHealthMessage(const DRAWITEMSTRUCT& item, HBRUSH background, HFONT large, HFONT small) {
+    FillRect(item.hDC, &item.rcItem, background);
+    SetTextColor(item.hDC, RGB(0, 0, 0));
+    SetBkMode(item.hDC, TRANSPARENT);
+    const std::string text = controlText(item.hwndItem);
+    {
+        const SelectedObject selected(item.hDC, large);
+        if (fitsOneLine(item.hDC, text, item.rcItem)) {
+            draw(item.hDC, text, item.rcItem, kOneLine);
+            return true;
+        }
+    }
+    const SelectedObject selected(item.hDC, small);
+    draw(item.hDC, text, item.rcItem, kWrapped);
+    return neededSize(item.hDC, text, item.rcItem, kWrapped).cy <= item.rcItem.bottom - item.rcItem.top;
+}
+
+} // namespace torvane

@@ -1,0 +1,131 @@
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
+#include "tests/ui/health_bench.h"
+#include "tests/ui/torvane_window.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+
+namespace torvane::driver {
+namespace {
+
+constexpr int kHealthMessage = 1053;
+
+/// The health message in its place under the dials. Each test starts the program itself, some with another message.
+class HealthMessageTest : public ::testing::Test {
+  protected:
+    /// Starts the program and loads the drives.
+    void start(const Launch& launch) {
+        program_ = std::make_unique<Program>(launch);
+        torvane().loadDrives();
+    }
+
+    /// Makes the drive the active one and finds its message written.
+    void pick(const std::string& model) {
+        const ListView list = torvane().driveList();
+        list.click(list.rowWith(0, model));
+        parkMouse();
+        torvane().window().awaitPainted();
+        message_ = torvane().control(kHealthMessage);
+        written_ = writtenArea();
+    }
+
+    /// Starts the program with that text for sound drives, and picks one.
+    void showMessage(const std::string& text) {
+        const Launch launch = freshRun("HealthMessageTest", soundDriveBench());
+        std::fstream file(launch.program.parent_path() / "Message.db", std::ios::in | std::ios::out | std::ios::binary);
+        file.seekp(kTextOffset);
+        file.write(text.c_str(), static_cast<std::streamsize>(text.size()) + 1);
+        file.close();
+        ASSERT_TRUE(file);
+        start(launch);
+        pick("SOUND");
+        ASSERT_EQ(message_.text(), text);
+    }
+
+    [[nodiscard]] TorvaneWindow torvane() const { return TorvaneWindow(*program_); }
+
+    /// The smallest rectangle that holds everything dark, in pixels of the message's place.
+    [[nodiscard]] RECT writtenArea() const {
+        const Picture picture = Picture::ofScreen(message_.rect());
+        RECT area{picture.width(), picture.height(), 0, 0};
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (distance(picture.at(x, y), RGB(0, 0, 0)) < 150) {
+                    area = {std::min<LONG>(area.left, x), std::min<LONG>(area.top, y),
+                            std::max<LONG>(area.right, x + 1), std::max<LONG>(area.bottom, y + 1)};
+                }
+            }
+        }
+        return area;
+    }
+
+    /// The text of the tip that shows when the mouse rests on the message; empty when none does.
+    [[nodiscard]] std::string tip() const {
+        const POINT middle = centre(message_.rect());
+        SetCursorPos(middle.x, middle.y);
+        std::string text;
+        (void)waitUntil(
+            [&] {
+                for (const Window& window : topLevelWindows(program_->processId())) {
+                    if (window.className() == "tooltips_class32" && window.visible()) {
+                        text = window.text();
+                    }
+                }
+                return !text.empty();
+            },
+            std::chrono::seconds(3));
+        return text;
+    }
+
+    static constexpr std::streamoff kTextOffset = 8;
+    std::unique_ptr<Program> program_;
+    Window message_;
+    RECT written_{};
+};
+
+TEST_F(HealthMessageTest, EveryShippedOneStandsOnOneLineInLargeLetters) {
+    start(freshRun("HealthMessageTest", healthBench()));
+    for (const char* model : {"SOUND", "AGEING", "WEARING", "FAILING"}) {
+        pick(model);
+        EXPECT_GT(width(written_), 400) << message_.text();
+        EXPECT_LT(written_.right, width(message_.rect()) - 30) << message_.text() << " may be cut";
+        EXPECT_LE(height(written_), 18) << message_.text();
+        EXPECT_GE(written_.top, 2) << "letters touch the captions";
+    }
+}
+
+std::string words(int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+        text += (i == 0 ? "" : " ") + std::string("advice") + std::to_string(i);
+    }
+    return text;
+}
+
+TEST_F(HealthMessageTest, ALongOneTakesTwoLinesAndShowsWhole) {
+    showMessage(words(30));
+    EXPECT_GT(height(written_), 18);
+    EXPECT_LE(written_.bottom, height(message_.rect()));
+    EXPECT_EQ(tip(), "");
+}
+
+TEST_F(HealthMessageTest, OneWithItsOwnLinesKeepsThem) {
+    showMessage("First line\r\nSecond line");
+    EXPECT_GT(height(written_), 18);
+    EXPECT_LT(written_.right, 150);
+}
+
+TEST_F(HealthMessageTest, WhatDoesNotFitIsToldByATip) {
+    const std::string text = words(90);
+    showMessage(text);
+    EXPECT_GT(height(written_), 18);
+    EXPECT_GT(written_.right, width(message_.rect()) - 150) << "both lines are used";
+    EXPECT_EQ(tip(), text);
+}
+
+} // namespace
+} // namespace torvane::driver
