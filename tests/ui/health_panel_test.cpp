@@ -2,6 +2,7 @@
 #include "tests/ui/health_panel_reader.h"
 #include "tests/ui/ui_test.h"
 
+#include <ranges>
 #include <vector>
 
 namespace torvane::driver {
@@ -96,8 +97,8 @@ TEST_F(HealthPanelTest, EveryDriveShowsItsCondition) {
 }
 
 TEST_F(HealthPanelTest, ADriveKeepsNothingOfTheOneBefore) {
-    for (auto panel = kPanels.rbegin(); panel != kPanels.rend(); ++panel) {
-        clickAndExpectPanel(torvane(), *panel);
+    for (const ExpectedPanel& panel : std::views::reverse(kPanels)) {
+        clickAndExpectPanel(torvane(), panel);
     }
 }
 
