@@ -11,8 +11,7 @@ namespace torvane {
 namespace {
 
 WarningRow driveRow(const DriveRecord& drive) {
-    return {"PHYSICAL",
-            formatText("%03d - %s %s", drive.driveNumber, drive.model.c_str(), drive.serialNumber.c_str()),
+    return {"PHYSICAL", formatText("%03d - %s %s", drive.driveNumber, drive.model.c_str(), drive.serialNumber.c_str()),
             "DESTINATION"};
 }
 
@@ -36,7 +35,8 @@ std::vector<char> volumeLettersOn(const DriveRecord& drive, const VolumeTable& v
         const VolumeRecord& volume = volumes.records[static_cast<std::size_t>(i)];
         const char letter = static_cast<char>(volume.driveLetter);
         // A volume may have several extents on one disk.
-        if (volume.diskNumber == drive.driveNumber && std::find(letters.begin(), letters.end(), letter) == letters.end()) {
+        if (volume.diskNumber == drive.driveNumber &&
+            std::find(letters.begin(), letters.end(), letter) == letters.end()) {
             letters.push_back(letter);
         }
     }

@@ -1,5 +1,6 @@
 #include "app/main_dialog.h"
 
+#include "admin/bitlocker_dialog.h"
 #include "admin/disk_part.h"
 #include "app/about_dialog.h"
 #include "app/app_state.h"
@@ -190,7 +191,7 @@ void MainDialog::onDetectBitLocker() {
         prompts::warn("****** CHOOSE A DRIVE ******", "Please choose a drive to check for BITLOCKER encryption.");
         return;
     }
-    notBuiltYet("Detect Bitlocker");
+    showBitLockerScan(state_, window());
 }
 
 void MainDialog::onQuickDiskView() {

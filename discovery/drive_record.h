@@ -128,6 +128,8 @@ struct DriveRecord {
 
     NativeHandle handle = nullptr; ///< null when nothing is open
 
+    std::int32_t checkedVolumeCount = 0; ///< volumes on it that the passes which keep recovery passwords came to
+
     /// What the last BitLocker check found, in the order in which the volumes were checked. The check's result for an
     /// eleventh volume is not kept.
     std::int32_t bitLockerEntryCount = 0; ///< 0 to 10

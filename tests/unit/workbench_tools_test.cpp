@@ -146,6 +146,17 @@ TEST_F(PowershellTest, ALockedVolumeKeepsItsPassword) {
     EXPECT_EQ(output.find("333333"), std::string::npos);
 }
 
+TEST_F(PowershellTest, AVolumesOwnOutputIsPrintedInPlaceOfItsProtectors) {
+    BenchReading reading = readBench({"bench.json", "{}"}, {{"a.json", R"({"number": 0, "bus": "sata",
+        "size": "8 MiB", "volumes": [{"letter": "D", "extents": [{"offset": 0, "length": "1 MiB"}],
+        "bitLocker": {"output": "Get-BitLockerVolume : Access denied\r\n"}}]})"}});
+    ASSERT_EQ(reading.error, "");
+    const PowershellRun run = runPowershell(reading.bench, firstState(reading.bench),
+                                            {"(Get-BitLockerVolume", "-MountPoint", "D).KeyProtector"});
+    EXPECT_EQ(run.output, "Get-BitLockerVolume : Access denied\r\n");
+    EXPECT_EQ(run.errors, "");
+}
+
 TEST_F(PowershellTest, AnUnencryptedVolumeGivesNothing) {
     const PowershellRun nothing =
         run({"-NoProfile", "-Command", "(Get-BitLockerVolume -MountPoint 'C:\\').KeyProtector"});

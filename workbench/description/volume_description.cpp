@@ -61,6 +61,7 @@ void readBitLocker(ObjectReader& reader, BitLockerDescription& bitLocker) {
     auto state = static_cast<std::size_t>(bitLocker.state);
     reader.choice("state", kStates, state);
     bitLocker.state = static_cast<BitLockerState>(state);
+    reader.text("output", bitLocker.output);
     reader.list("protectors", [&](ObjectReader& item) { bitLocker.protectors.push_back(readProtector(item)); });
     if (bitLocker.state == BitLockerState::kOff && !bitLocker.protectors.empty()) {
         reader.fail("protectors", "a volume whose state is \"off\" has none");

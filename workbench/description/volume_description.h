@@ -26,6 +26,7 @@ struct KeyProtector {
 struct BitLockerDescription {
     BitLockerState state = BitLockerState::kOff;
     std::vector<KeyProtector> protectors;
+    std::optional<std::string> output; ///< printed instead of the protectors
 };
 
 struct VolumeDescription {

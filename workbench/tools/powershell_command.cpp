@@ -79,7 +79,7 @@ PowershellRun protectorsOf(const BenchDescription& bench, const BenchState& stat
                         "System.Runtime.InteropServices.COMException,Get-BitLockerVolume"));
     }
     PowershellRun run;
-    run.output = keyProtectorList(volume->bitLocker);
+    run.output = volume->bitLocker.output.value_or(keyProtectorList(volume->bitLocker));
     return run;
 }
 

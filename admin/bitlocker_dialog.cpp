@@ -1,0 +1,137 @@
+#include "admin/bitlocker_dialog.h"
+
+#include "admin/bitlocker_scan.h"
+#include "app/app_state.h"
+#include "base/format.h"
+#include "resources/resource_ids.h"
+#include "ui/dialog.h"
+#include "ui/list_view.h"
+
+namespace torvane {
+
+namespace {
+
+constexpr COLORREF kBackground = RGB(218, 223, 234);
+constexpr COLORREF kListBackground = RGB(136, 196, 236);
+
+// Pixels of the client area. A whole recovery password fits into the "Key" column.
+constexpr SIZE kClientSize{800, 330};
+constexpr int kMargin = 10;
+constexpr int kTitleTop = 20;
+constexpr int kTitleHeight = 20;
+constexpr int kListTop = 50;
+constexpr int kUnderList = 60;
+constexpr int kButtonWidth = 96;
+constexpr int kButtonHeight = 26;
+
+/// Shows for a scope that the program waits for PowerShell.
+class WaitCursor {
+  public:
+    WaitCursor() : previous_(SetCursor(LoadCursorA(nullptr, IDC_WAIT))) {}
+    ~WaitCursor() { SetCursor(previous_); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+
+  private:
+    HCURSOR previous_;
+};
+
+class BitLockerDialog : public Dialog, private BitLockerRows {
+  public:
+    explicit BitLockerDialog(AppState& state) : Dialog(IDD_BITLOCKER_SCAN), state_(state) {}
+
+  protected:
+    bool onInitialise() override {
+        SetWindowTextA(window(), "Bitlocker Scan");
+        sizeClientArea(kClientSize);
+        centreOnOwner();
+        createHiddenLabels();
+        showTitle();
+        buildList();
+        placeButtons();
+        return true;
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<BitLockerDialog> kRoutes[] = {
+            {IDC_BITLOCKER_BEGIN, &BitLockerDialog::onBegin},
+            {IDC_BITLOCKER_EXIT, &BitLockerDialog::onExit},
+            {IDCANCEL, &BitLockerDialog::onExit},
+        };
+        return route(*this, kRoutes, id);
+    }
+
+    HBRUSH onControlColour(HDC context) override {
+        SetBkColor(context, kBackground);
+        return background_.get();
+    }
+
+  private:
+    // BitLockerRows
+    void clear() override { list_.deleteRows(); }
+    void setRow(int row, const char* volume, const char* status, const char* key) override {
+        if (row >= list_.rowCount()) {
+            row = list_.appendRow(volume);
+        } else {
+            list_.setCell(row, 0, volume);
+        }
+        list_.setCell(row, 1, status);
+        list_.setCell(row, 2, key);
+        list_.scrollIntoView(row);
+        // Nothing else is painted until PowerShell has told about every volume.
+        UpdateWindow(list_.window());
+    }
+
+    // A label for each volume record there can be. The list has taken their place: they stay hidden.
+    void createHiddenLabels() {
+        for (int id = IDC_BITLOCKER_FIRST_LABEL; id <= IDC_BITLOCKER_LAST_LABEL; ++id) {
+            CreateWindowExA(0, WC_STATICA, "No Text", WS_CHILD, 0, 0, 0, 0, window(),
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleA(nullptr), nullptr);
+        }
+    }
+
+    void showTitle() {
+        const DriveRecord* const drive = state_.activeDrive;
+        setControlText(IDC_BITLOCKER_TITLE, formatText("Bitlocker Status %s", drive->model.c_str()).c_str());
+        placeControl(IDC_BITLOCKER_TITLE, {kMargin, kTitleTop, kMargin + listWidth(), kTitleTop + kTitleHeight});
+    }
+
+    void buildList() {
+        const RECT area = clientArea();
+        list_.create(window(), IDC_BITLOCKER_LIST, {kMargin, kListTop, area.right - kMargin, area.bottom - kUnderList},
+                     WS_VISIBLE, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES, kListBackground);
+        list_.addColumn("Volume", listWidth() * 10 / 100);
+        list_.addColumn("Status", listWidth() * 30 / 100);
+        list_.addColumn("Key", listWidth() * 60 / 100);
+    }
+
+    void placeButtons() {
+        const RECT area = clientArea();
+        const LONG top = area.bottom - (kUnderList + kButtonHeight) / 2;
+        const LONG exitLeft = area.right - kMargin - kButtonWidth;
+        const LONG beginLeft = exitLeft - kMargin - kButtonWidth;
+        placeControl(IDC_BITLOCKER_BEGIN, {beginLeft, top, beginLeft + kButtonWidth, top + kButtonHeight});
+        placeControl(IDC_BITLOCKER_EXIT, {exitLeft, top, exitLeft + kButtonWidth, top + kButtonHeight});
+    }
+
+    [[nodiscard]] int listWidth() const { return clientArea().right - 2 * kMargin; }
+
+    void onBegin() {
+        const WaitCursor wait;
+        BL_ScanActiveDrive(state_, *this);
+    }
+
+    void onExit() { end(0); }
+
+    AppState& state_;
+    UniqueBrush background_{CreateSolidBrush(kBackground)};
+    ListView list_;
+};
+
+} // namespace
+
+void showBitLockerScan(AppState& state, HWND owner) {
+    BitLockerDialog(state).runModal(owner);
+}
+
+} // namespace torvane

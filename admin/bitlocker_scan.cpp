@@ -1,0 +1,160 @@
+#include "admin/bitlocker_scan.h"
+
+#include "admin/bitlocker_output.h"
+#include "app/app_state.h"
+#include "base/format.h"
+#include "app/event_log.h"
+#include "monitoring/command_runner.h"
+#include "ui/owned.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+constexpr const char* kOutputFileName = "BITLOCKER.txt";
+constexpr const char* kKeyFileName = "BITLOCKER.db";
+
+/// Asks for the volume's key protectors. Nothing when the command or its output failed.
+std::optional<BitLockerCheck> checkVolume(AppState& state, char letter, const BitLockerScratch& scratch) {
+    const std::string command =
+        formatText("powershell -windowstyle hidden (Get-BitLockerVolume -MountPoint %c).KeyProtector", letter);
+    if (PARSE_BuildDataFile(state, kOutputFileName, command.c_str()) == 0) {
+        return std::nullopt;
+    }
+    const LoadedText output = PARSE_LoadFileIntoBuffer(state, kOutputFileName);
+    if (!output) {
+        return std::nullopt;
+    }
+    return readKeyProtectors(output.get(), letter, scratch);
+}
+
+/// What is beyond the record's room is dropped.
+void keepEntry(DriveRecord& drive, const BitLockerVolumeEntry& entry) {
+    const auto position = static_cast<std::size_t>(drive.bitLockerEntryCount);
+    if (position < drive.bitLockerEntries.size()) {
+        drive.bitLockerEntries[position] = entry;
+        ++drive.bitLockerEntryCount;
+    }
+}
+
+std::span<const VolumeRecord> volumesOf(const AppState& state) {
+    return std::span(state.scan.volumes.records).first(static_cast<std::size_t>(state.scan.volumes.count));
+}
+
+DriveRecord* driveWithNumber(AppState& state, std::int32_t number) {
+    const auto drives = std::span(state.scan.drives).first(static_cast<std::size_t>(state.scan.driveCount.load()));
+    const auto owner =
+        std::ranges::find_if(drives, [number](const DriveRecordPtr& drive) { return drive->driveNumber == number; });
+    return owner == drives.end() ? nullptr : owner->get();
+}
+
+bool writeRecord(HANDLE file, const BitLockerVolumeEntry& entry) {
+    DWORD written = 0;
+    return WriteFile(file, &entry, sizeof entry, &written, nullptr) != FALSE && written == sizeof entry;
+}
+
+/// The file with everybody allowed to read and write it meanwhile.
+UniqueFile openKeyFile(DWORD disposition) {
+    return UniqueFile{CreateFileA(kKeyFileName, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                  nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)};
+}
+
+bool moveToEnd(HANDLE file) {
+    return SetFilePointer(file, 0, nullptr, FILE_END) != INVALID_SET_FILE_POINTER || GetLastError() == NO_ERROR;
+}
+
+int appendTo(HANDLE file, const BitLockerVolumeEntry& entry) {
+    // Anywhere but at the end, the record would overwrite an older one.
+    if (!moveToEnd(file)) {
+        LogEvent("ERROR", "SetFilePointer BITLOCKER File FAILED");
+        return 0;
+    }
+    if (!writeRecord(file, entry)) {
+        LogEvent("ERROR", "Could not WRITE BITLOCKER file. PASSWORD NOT SAVED");
+        return 0;
+    }
+    LogEvent("SUCCESS", "BITLOCKER file SUCCESSFULLY UPDATED PASSWORD SAVED for DRIVE %c", entry.driveLetter);
+    return 1;
+}
+
+// Without a "SUCCESS" row, on purpose.
+int createWith(const BitLockerVolumeEntry& entry) {
+    const UniqueFile file = openKeyFile(CREATE_ALWAYS);
+    if (!file) {
+        LogEvent("ERROR", "Could not WRITE BITLOCKER file");
+        return 0;
+    }
+    if (!writeRecord(file.get(), entry)) {
+        LogEvent("ERROR", "Could not SAVE BITLOCKER file");
+        return 0;
+    }
+    return 1;
+}
+
+} // namespace
+
+void BL_ScanActiveDrive(AppState& state, BitLockerRows& rows) {
+    DriveRecord* const drive = state.activeDrive;
+    if (drive == nullptr) {
+        return;
+    }
+    drive->bitLockerEntries = {};
+    drive->bitLockerEntryCount = 0;
+    rows.clear();
+
+    std::array<char, 8192> line{};
+    std::array<char, 4096> word{};
+    int row = 0;
+    for (const VolumeRecord& volume : volumesOf(state)) {
+        if (volume.diskNumber != drive->driveNumber) {
+            continue;
+        }
+        const auto letter = static_cast<char>(volume.driveLetter);
+        const std::string name = formatText("%c:\\", letter);
+        rows.setRow(row, name.c_str(), "", "");
+        const std::optional<BitLockerCheck> check = checkVolume(state, letter, {line, word});
+        if (!check) {
+            continue;
+        }
+        rows.setRow(row, name.c_str(), bitLockerStatusText(check->finding), bitLockerKeyText(*check));
+        // The next volume takes the row of one that printed nothing, on purpose.
+        if (check->finding != BitLockerFinding::kNoOutput) {
+            keepEntry(*drive, check->entry);
+            ++row;
+        }
+    }
+}
+
+void BL_SaveRecoveryKeys(AppState& state) {
+    std::array<char, 4096> line{};
+    std::array<char, 1024> word{};
+    for (const VolumeRecord& volume : volumesOf(state)) {
+        DriveRecord* const drive = driveWithNumber(state, volume.diskNumber);
+        if (drive == nullptr) {
+            continue;
+        }
+        ++drive->checkedVolumeCount;
+        const std::optional<BitLockerCheck> check =
+            checkVolume(state, static_cast<char>(volume.driveLetter), {line, word});
+        if (!check || check->finding == BitLockerFinding::kNoOutput) {
+            continue;
+        }
+        keepEntry(*drive, check->entry);
+        if (check->finding == BitLockerFinding::kKeyRead) {
+            BL_AppendRecord(state, check->entry);
+        }
+    }
+}
+
+int BL_AppendRecord(AppState& /*state*/, const BitLockerVolumeEntry& entry) {
+    const UniqueFile file = openKeyFile(OPEN_EXISTING);
+    return file ? appendTo(file.get(), entry) : createWith(entry);
+}
+
+} // namespace torvane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "admin/bitlocker_entry.h"
+
+namespace torvane {
+
+struct AppState;
+
+// Detection of BitLocker volumes by the system's PowerShell module. Each volume is asked for on the calling thread,
+// which waits for PowerShell without a time-out; what it printed last stays in "BITLOCKER.txt". A volume whose command
+// or output fails is skipped: the command runner has logged why.
+//
+// A recovery password goes into the drive's record, the scan dialog's list and the two BITLOCKER files, and nowhere
+// else: no log row ever holds one.
+
+/// The list of the scan dialog, rows counting from 0.
+class BitLockerRows {
+  public:
+    virtual ~BitLockerRows() = default;
+    virtual void clear() = 0;
+    /// Writes the whole row, which is appended when it is the next one.
+    virtual void setRow(int row, const char* volume, const char* status, const char* key) = 0;
+};
+
+/// Checks every volume of the active drive, replaces the drive's entries and fills the list. Does nothing without an
+/// active drive. An eleventh volume is shown in the list but not kept.
+void BL_ScanActiveDrive(AppState& state, BitLockerRows& rows);
+
+/// Checks every volume of the volume table, adds to the entries of the drives concerned and appends each recovery
+/// password to "BITLOCKER.db". Every run appends again. An eleventh volume's password is appended but not kept.
+void BL_SaveRecoveryKeys(AppState& state);
+
+/// Appends the record to "BITLOCKER.db" in the current folder, which is created when absent. Returns 1; 0 after one
+/// "ERROR" log row. Only an append to an existing file gives a "SUCCESS" row.
+int BL_AppendRecord(AppState& state, const BitLockerVolumeEntry& entry);
+
+} // namespace torvane

@@ -1,0 +1,183 @@
+#include "tests/component/bitlocker_bench.h"
+
+#include <bit>
+
+namespace torvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::readFile;
+using ::testing::SizeIs;
+
+class BitLockerScan : public testing::BitLockerBench {};
+
+TEST_F(BitLockerScan, TwoReadableVolumesGiveTwoRowsAndTwoEntries) {
+    addDrive(0, volume('D', unlocked("1-1")) + "," + volume('E', unlocked("2-2")));
+    open();
+    scan();
+    EXPECT_THAT(rows_.rows(), ElementsAre("D:\\|Encrypted|1-1", "E:\\|Encrypted|2-2"));
+    ASSERT_EQ(drive(0).bitLockerEntryCount, 2);
+    EXPECT_EQ(entry(0, 0).hasKey, 1U);
+    EXPECT_EQ(entry(0, 0).recoveryPassword.view(), "1-1");
+    EXPECT_EQ(entry(0, 0).driveLetter, 'D');
+    EXPECT_EQ(entry(0, 1).recoveryPassword.view(), "2-2");
+    EXPECT_EQ(entry(0, 1).driveLetter, 'E');
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(BitLockerScan, EveryVolumeIsAskedByTheCmdletAndItsOutputKept) {
+    addDrive(0, volume('D', unlocked("1-1")) + "," + volume('E', unlocked("2-2")));
+    open();
+    scan();
+    EXPECT_THAT(
+        bench_.log("request=start"),
+        ElementsAre(HasSubstr(
+                        R"(command-line="powershell -windowstyle hidden (Get-BitLockerVolume -MountPoint D).KeyProtector")"),
+                    HasSubstr("-MountPoint E)")));
+    EXPECT_THAT(readFile("BITLOCKER.txt"), HasSubstr("RecoveryPassword    : 2-2\r\n"));
+    EXPECT_EQ(readFile("BITLOCKER.txt").find("1-1"), std::string::npos) << "written anew for each volume";
+}
+
+TEST_F(BitLockerScan, EachOutcomeHasItsRowAndItsEntry) {
+    addDrive(0, volume('D', unlocked("1-1")) + "," + volume('E', kLocked) + "," + volume('F', kError) + "," +
+                    volume('G', kOff));
+    open();
+    scan();
+    EXPECT_THAT(rows_.rows(),
+                ElementsAre("D:\\|Encrypted|1-1", "E:\\|Encrypted and Locked|No Key Found",
+                            "F:\\|Not Bitlocker Encrypted|No Key Found", "G:\\|Not Bitlocker Encrypted|No Key Found"));
+    ASSERT_EQ(drive(0).bitLockerEntryCount, 3) << "nothing printed, nothing kept";
+    EXPECT_EQ(entry(0, 1).hasKey, 0U);
+    EXPECT_EQ(entry(0, 1).driveLetter, 'E');
+    EXPECT_TRUE(entry(0, 1).recoveryPassword.empty());
+    EXPECT_EQ((std::bit_cast<std::array<char, 261>>(entry(0, 2))), (std::array<char, 261>{}));
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(BitLockerScan, TheVolumeBehindAnEmptyOutputTakesItsRow) {
+    addDrive(0, volume('D', kOff) + "," + volume('E', unlocked("2-2")) + "," + volume('F', kOff) + "," +
+                    volume('G', kOff));
+    open();
+    scan();
+    EXPECT_THAT(rows_.rows(), ElementsAre("E:\\|Encrypted|2-2", "G:\\|Not Bitlocker Encrypted|No Key Found"));
+    EXPECT_EQ(drive(0).bitLockerEntryCount, 1);
+}
+
+TEST_F(BitLockerScan, AVolumeShowsItsLetterBeforePowershellAnswers) {
+    addDrive(0, volume('D', kLocked));
+    open();
+    scan();
+    EXPECT_THAT(rows_.written(), ElementsAre("clear", "0 D:\\||", "0 D:\\|Encrypted and Locked|No Key Found"));
+}
+
+TEST_F(BitLockerScan, AFailedCommandSkipsTheVolumeWithoutATextInTheList) {
+    addDrive(0, volume('D', unlocked("1-1")) + "," + volume('E', kOff));
+    describePowershell(R"({"missing": true})");
+    open();
+    scan();
+    EXPECT_THAT(rows_.rows(), ElementsAre("E:\\||"));
+    EXPECT_EQ(drive(0).bitLockerEntryCount, 0);
+    EXPECT_THAT(events(), ElementsAre("ERROR: PARSE_BuildDataFile: [BITLOCKER.txt] CreateProcess FAILED",
+                                      "ERROR: PARSE_BuildDataFile: [BITLOCKER.txt] CreateProcess FAILED"));
+}
+
+TEST_F(BitLockerScan, AnOutputFileThatCannotBeMadeSkipsTheVolume) {
+    addDrive(0, volume('D', unlocked("1-1")));
+    std::filesystem::create_directory("BITLOCKER.txt");
+    open();
+    scan();
+    EXPECT_THAT(rows_.rows(), ElementsAre("D:\\||"));
+    EXPECT_EQ(drive(0).bitLockerEntryCount, 0);
+    EXPECT_THAT(events(), ElementsAre("ERROR: PARSE_BuildDataFile: [BITLOCKER.txt] CREATE_ALWAYS FAILED"));
+}
+
+TEST_F(BitLockerScan, OnlyTheActiveDrivesVolumesAreChecked) {
+    addDrive(0, volume('D', unlocked("1-1")));
+    addDrive(1, volume('E', unlocked("2-2")));
+    open();
+    state().activeDrive = &drive(1);
+    scan();
+    EXPECT_THAT(rows_.rows(), ElementsAre("E:\\|Encrypted|2-2"));
+    EXPECT_EQ(drive(0).bitLockerEntryCount, 0);
+    EXPECT_EQ(drive(1).bitLockerEntryCount, 1);
+}
+
+TEST_F(BitLockerScan, ADrivesVolumesAreThoseOfItsNumberEvenWhenTheNumberingHasAGap) {
+    addDrive(0, volume('D', unlocked("1-1")));
+    addDrive(3, volume('E', unlocked("2-2")));
+    open();
+    state().activeDrive = &drive(1);
+    scan();
+    EXPECT_THAT(rows_.rows(), ElementsAre("E:\\|Encrypted|2-2"));
+}
+
+TEST_F(BitLockerScan, ScanningAgainReplacesEntriesAndRows) {
+    addDrive(0, volume('D', unlocked("1-1")) + "," + volume('E', unlocked("2-2")));
+    open();
+    scan();
+    state().scan.volumes.count = 1;
+    scan();
+    EXPECT_THAT(rows_.rows(), ElementsAre("D:\\|Encrypted|1-1"));
+    EXPECT_EQ(drive(0).bitLockerEntryCount, 1);
+    EXPECT_EQ(entry(0, 1).hasKey, 0U) << "the entry of before is cleared";
+    EXPECT_TRUE(entry(0, 1).recoveryPassword.empty());
+}
+
+TEST_F(BitLockerScan, AnEleventhVolumeIsShownAndNotKept) {
+    std::string volumes;
+    for (char letter = 'D'; letter <= 'O'; ++letter) {
+        volumes += (letter == 'D' ? "" : ",") + volume(letter, unlocked(std::string(1, letter)));
+    }
+    addDrive(0, volumes);
+    open();
+    const std::int32_t beforeEntries = drive(0).checkedVolumeCount;
+    scan();
+    ASSERT_THAT(rows_.rows(), SizeIs(12));
+    EXPECT_EQ(rows_.rows()[10], "N:\\|Encrypted|N");
+    EXPECT_EQ(rows_.rows()[11], "O:\\|Encrypted|O");
+    EXPECT_EQ(drive(0).bitLockerEntryCount, 10);
+    EXPECT_EQ(entry(0, 9).driveLetter, 'M');
+    EXPECT_EQ(drive(0).checkedVolumeCount, beforeEntries) << "the words before the entries are untouched";
+}
+
+TEST_F(BitLockerScan, ASpannedVolumeHasARowForEachExtentOnTheDrive) {
+    addDrive(0,
+             R"({"letter": "S", "extents": [{"offset": "1 MiB", "length": "1 MiB"},
+                {"offset": "4 MiB", "length": "1 MiB"}, {"disk": 1, "offset": "1 MiB", "length": "1 MiB"}],
+                "bitLocker": )" +
+                 unlocked("1-1") + "}");
+    addDrive(1, "");
+    open();
+    scan();
+    EXPECT_THAT(rows_.rows(), ElementsAre("S:\\|Encrypted|1-1", "S:\\|Encrypted|1-1"));
+    EXPECT_EQ(drive(0).bitLockerEntryCount, 2);
+}
+
+TEST_F(BitLockerScan, ADriveWithoutVolumesRunsNothing) {
+    addDrive(0, "");
+    open();
+    scan();
+    EXPECT_THAT(rows_.rows(), IsEmpty());
+    EXPECT_THAT(bench_.log("request=powershell"), IsEmpty());
+}
+
+TEST_F(BitLockerScan, WithoutAnActiveDriveNothingHappens) {
+    addDrive(0, volume('D', unlocked("1-1")));
+    open();
+    state().activeDrive = nullptr;
+    scan();
+    EXPECT_THAT(rows_.written(), IsEmpty());
+    EXPECT_THAT(bench_.log("request=powershell"), IsEmpty());
+}
+
+TEST_F(BitLockerScan, NeverWritesTheKeyFile) {
+    addDrive(0, volume('D', unlocked("1-1")));
+    open();
+    scan();
+    EXPECT_FALSE(std::filesystem::exists("BITLOCKER.db"));
+}
+
+} // namespace
+} // namespace torvane
