@@ -244,6 +244,26 @@ TEST(WorkbenchAta, DirectoriesListTheLogs) {
     EXPECT_TRUE(device.execute(smart(kSmartReadLog, 0xE0)).failed());
 }
 
+TEST(WorkbenchAta, AGarbageDeviceCarriesOutEverythingAndAnswersNoise) {
+    const DriveDescription described = drive(R"("ata": {"garbage": 5, "smart": {"readDataFails": true}})");
+    AtaDevice device(described);
+    AtaCommand unknown;
+    unknown.command = 0xC8;
+    unknown.count = 3;
+    for (const AtaCommand& command : {identify(), smart(kSmartReadData), readLog(3, 0, 1), unknown}) {
+        const AtaReply reply = device.execute(command);
+        EXPECT_FALSE(reply.failed());
+        ASSERT_EQ(reply.data.size(), command.count * 512U);
+        EXPECT_NE(sumOf(reply.data), 0U) << "no checksum is right";
+        EXPECT_EQ(reply.data, device.execute(command).data) << "the same for the same command";
+    }
+    EXPECT_NE(device.execute(identify()).data, device.execute(smart(kSmartReadData)).data);
+    const DriveDescription other = drive(R"("ata": {"garbage": 6})");
+    EXPECT_NE(AtaDevice(other).execute(identify()).data, device.execute(identify()).data);
+    EXPECT_TRUE(device.execute(smart(kSmartEnable)).data.empty()) << "no data where the command has none";
+    EXPECT_NE(device.execute(smart(kSmartReturnStatus)).lba & 0xFFFF00, kSmartSignature);
+}
+
 TEST(WorkbenchAta, CommandsHaveNames) {
     AtaCommand command;
     command.command = 0xC8;

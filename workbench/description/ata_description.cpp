@@ -144,6 +144,7 @@ void readAta(ObjectReader& reader, AtaDescription& ata) {
     readWwn(reader, ata.wwn);
     readSecurity(reader, ata.security);
     reader.boolean("identifyFails", ata.identifyFails);
+    reader.number("garbage", ata.garbage);
     reader.object("smart", [&](ObjectReader& smart) { readSmart(smart, ata.smart); });
 }
 

@@ -60,6 +60,7 @@ struct AtaDescription {
     std::uint64_t wwn = 0; ///< 0: not reported
     AtaSecurity security = AtaSecurity::kDisabled;
     bool identifyFails = false;
+    std::uint64_t garbage = 0; ///< not 0: a seed; every answer is noise
     SmartDescription smart;
 };
 

@@ -2,6 +2,7 @@
 
 #include "workbench/devices/ata_logs.h"
 #include "workbench/devices/ata_smart.h"
+#include "workbench/devices/pattern.h"
 
 #include <algorithm>
 #include <array>
@@ -55,6 +56,10 @@ AtaReply withPages(const AtaCommand& command, const std::vector<std::uint8_t>& p
 AtaDevice::AtaDevice(const DriveDescription& drive) : drive_(drive), smartEnabled_(drive.ata.smart.enabled) {}
 
 AtaReply AtaDevice::execute(const AtaCommand& command) {
+    return drive_.ata.garbage == 0 ? answer(command) : garbage(command);
+}
+
+AtaReply AtaDevice::answer(const AtaCommand& command) {
     switch (command.command) {
     case kAtaIdentifyDevice:
         return identify(command);
@@ -70,6 +75,21 @@ AtaReply AtaDevice::execute(const AtaCommand& command) {
     default:
         return aborted(command);
     }
+}
+
+AtaReply AtaDevice::garbage(const AtaCommand& command) {
+    const AtaReply sound = answer(command);
+    Backing noise;
+    noise.kind = BackingKind::kNoise;
+    noise.seed =
+        splitMix(drive_.ata.garbage + (command.lba << 24U) + (std::uint64_t{command.features} << 8U) + command.command);
+    AtaReply reply;
+    reply.data.resize(sound.failed() ? std::size_t{command.count} * kAtaBlock : sound.data.size());
+    fillPattern(noise, 0, reply.data);
+    reply.count = static_cast<std::uint16_t>(noise.seed);
+    reply.lba = noise.seed >> 16U;
+    reply.device = static_cast<std::uint8_t>(noise.seed >> 8U);
+    return reply;
 }
 
 AtaReply AtaDevice::identify(const AtaCommand& command) const {

@@ -55,10 +55,13 @@ class AtaDevice {
   public:
     explicit AtaDevice(const DriveDescription& drive);
 
-    /// Commands that the device does not know, and those that its description makes fail, are aborted (ABRT).
+    /// Commands that the device does not know, and those that its description makes fail, are aborted (ABRT). A device
+    /// described as garbage carries out every command and answers with noise, the same for the same command.
     [[nodiscard]] AtaReply execute(const AtaCommand& command);
 
   private:
+    [[nodiscard]] AtaReply answer(const AtaCommand& command);
+    [[nodiscard]] AtaReply garbage(const AtaCommand& command);
     [[nodiscard]] AtaReply identify(const AtaCommand& command) const;
     [[nodiscard]] AtaReply smart(const AtaCommand& command);
     [[nodiscard]] AtaReply smartLog(const AtaCommand& command) const;

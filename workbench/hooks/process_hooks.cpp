@@ -64,18 +64,6 @@ DWORD putOnBench(const PROCESS_INFORMATION& child) {
     return error;
 }
 
-// On a busy machine Wine now and then loses a child while it starts, and calls that an internal error. The child has
-// not run, so it can be started again. Windows never says so.
-template <typename Start>
-DWORD startAgainWhenLost(Start start) {
-    constexpr int kTries = 4;
-    DWORD error = start();
-    for (int tried = 1; tried < kTries && error == static_cast<DWORD>(ERROR_INTERNAL_ERROR); ++tried) {
-        error = start();
-    }
-    return error;
-}
-
 // `create` calls the real function with the startup record that the caller brought.
 template <typename Create>
 BOOL startOnBench(BenchSession& session, StartRequest& request, LPPROCESS_INFORMATION out, Create create) {

@@ -129,6 +129,16 @@ int cannotStart(const std::wstring& program, const char* what, DWORD error) {
     return kNoStart;
 }
 
+// Returns a Win32 error, 0 for success.
+DWORD startSuspended(const std::wstring& commandLine, PROCESS_INFORMATION& started) {
+    std::wstring ownCommandLine = commandLine; // CreateProcess may write into its argument
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    const BOOL created = CreateProcessW(nullptr, ownCommandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED,
+                                        nullptr, nullptr, &startup, &started);
+    return created != FALSE ? 0 : GetLastError();
+}
+
 int waitForEnd(const PROCESS_INFORMATION& started) {
     ResumeThread(started.hThread);
     WaitForSingleObject(started.hProcess, INFINITE);
@@ -145,13 +155,11 @@ int run(Arguments arguments) {
     }
     SetEnvironmentVariableW(kBenchVariable, folder.c_str());
     const std::wstring& program = arguments[1];
-    std::wstring commandLine = commandLineOf(arguments.subspan(1));
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
+    const std::wstring commandLine = commandLineOf(arguments.subspan(1));
     PROCESS_INFORMATION started{};
-    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr, nullptr,
-                       &startup, &started) == 0) {
-        return cannotStart(program, "cannot be started", GetLastError());
+    const DWORD startError = startAgainWhenLost([&] { return startSuspended(commandLine, started); });
+    if (startError != 0) {
+        return cannotStart(program, "cannot be started", startError);
     }
     const UniqueHandle process(started.hProcess);
     const UniqueHandle thread(started.hThread);
