@@ -109,6 +109,7 @@ PanelModel nvmePanel(const DriveRecord& record) {
         showValue(panel.dials[0], "Gigabytes Written", record.nvme.enduranceFraction);
     }
     panel.texts.endurance = enduranceText(record);
+    // Without a health log the pass/fail dials stay blank: an unread byte is neither a pass nor a failure.
     if (const auto failed = NvmeWarningBits(record)) {
         for (std::size_t bit = 0; bit < failed->size(); ++bit) {
             const bool hasFailed = (*failed)[bit];
@@ -120,6 +121,7 @@ PanelModel nvmePanel(const DriveRecord& record) {
 }
 
 PanelModel unknownDrivePanel() {
+    // Six blank dials: nothing is known of what such a drive reports, so no needle could be trusted.
     PanelModel panel;
     panel.dials = blankDials(kDialImage, kDialImage);
     return panel;

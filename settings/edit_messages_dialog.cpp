@@ -5,6 +5,7 @@
 #include "resources/resource_ids.h"
 #include "settings/messages.h"
 #include "ui/dialog.h"
+#include "ui/edit_text.h"
 #include "ui/prompts.h"
 
 namespace torvane {
@@ -20,7 +21,7 @@ class EditMessagesDialog : public Dialog {
         for (std::size_t i = 0; i < messageCount(edited_); ++i) {
             SendMessageA(choice(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(messageTitle(edited_[i]).c_str()));
         }
-        SendMessageA(textControl(), EM_SETLIMITTEXT, std::tuple_size_v<decltype(MessageRecord::text)> - 1, 0);
+        SendMessageA(textControl(), EM_SETLIMITTEXT, kTextRoom, 0);
         SendMessageA(choice(), CB_SETCURSEL, 0, 0);
         showChosenMessage();
         return true;
@@ -36,7 +37,11 @@ class EditMessagesDialog : public Dialog {
         return route(*this, kRoutes, id);
     }
 
+    // The control's own limit counts characters, of which one takes up to four bytes.
+    void onTextChange(int) override { keepWithinBytes(textControl(), kTextRoom); }
+
   private:
+    static constexpr std::size_t kTextRoom = std::tuple_size_v<decltype(MessageRecord::text)> - 1;
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
     [[nodiscard]] HWND choice() const { return control(IDC_MESSAGE_CHOICE); }
@@ -72,8 +77,15 @@ class EditMessagesDialog : public Dialog {
         const auto index = static_cast<std::size_t>(selected);
         shown_ = selected >= 0 && index < edited_.size() ? index : kNone;
         EnableWindow(textControl(), shown_ != kNone);
-        const std::string text = shown_ != kNone ? std::string(messageText(edited_[shown_])) : std::string();
-        SetWindowTextA(textControl(), text.c_str());
+        showText(shown_ != kNone ? edited_[shown_] : MessageRecord());
+    }
+
+    /// Leaves the control alone, and with it the place of the typist, when it shows the text already.
+    void showText(const MessageRecord& message) {
+        const std::string text(messageText(message));
+        if (typedText() != text) {
+            SetWindowTextA(textControl(), text.c_str());
+        }
         shownText_ = typedText();
     }
 
@@ -90,7 +102,7 @@ class EditMessagesDialog : public Dialog {
         // Compared with what the control made of the message, so that a message it cannot show exactly stays as it is.
         if (shown_ != kNone && text != shownText_) {
             setMessageText(edited_[shown_], text);
-            shownText_ = text;
+            showText(edited_[shown_]); // what is kept is what is seen
             changed_ = true;
         }
     }

@@ -71,6 +71,9 @@ class SourceReader {
         if (!lamp_ || text_.empty()) {
             return "the message ends before its text";
         }
+        if (text_.find('\0') != std::string::npos) {
+            return "the text holds a NUL byte, which would end it";
+        }
         if (text_.size() >= record.text.size()) {
             return formatText("the text is longer than %zu bytes", record.text.size() - 1);
         }

@@ -41,14 +41,15 @@ bool isUtf8Continuation(char byte) {
 }
 
 std::string_view cutAtCharacter(std::string_view text, std::size_t limit) {
+    constexpr std::size_t kMostContinuations = 3; // a longer run is no UTF-8: it is cut where it is
     if (text.size() <= limit) {
         return text;
     }
     std::size_t length = limit;
-    while (length > 0 && isUtf8Continuation(text[length])) {
+    while (length > 0 && limit - length < kMostContinuations && isUtf8Continuation(text[length])) {
         --length;
     }
-    return text.substr(0, length);
+    return text.substr(0, isUtf8Continuation(text[length]) ? limit : length);
 }
 
 const char* lampName(std::uint32_t colourCode) {

@@ -38,7 +38,8 @@ static_assert(offsetof(MessageRecord, text) == 8);
 /// file without a marker is harmless.
 using MessageTable = std::vector<MessageRecord>;
 
-/// More records than this are not taken from a file: 17 MB, of a table that needs four records.
+/// More records than this are not taken from a file: 17 MB, of a table that needs four records. A table that was cut so
+/// is never saved.
 inline constexpr std::size_t kMaxMessageRecords = 4096;
 
 /// The whole records at the start of `bytes`; a partial last one is dropped.

@@ -35,6 +35,15 @@ bool replaceFile(const char* fileName, const std::vector<std::uint8_t>& bytes) {
     return false;
 }
 
+/// How many whole records the file holds; none when it is missing.
+std::uint64_t recordsInFile(const char* fileName) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (GetFileAttributesExA(fileName, GetFileExInfoStandard, &data) == FALSE) {
+        return 0;
+    }
+    return ((std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow) / kMessageRecordBytes;
+}
+
 } // namespace
 
 int LoadMessages(AppState& state) {
@@ -48,6 +57,11 @@ int LoadMessages(AppState& state) {
 }
 
 int saveMessages(AppState& state, MessageTable changed) {
+    // A table has a limit, and reading may end early: what was never loaded must not be written away.
+    if (recordsInFile(kMessageFileName) > changed.size()) {
+        LogEvent("ERROR", "Could not SAVE message file: [%s] holds more messages than were loaded", kMessageFileName);
+        return 0;
+    }
     if (!replaceFile(kMessageFileName, serializeMessageTable(changed))) {
         LogEvent("ERROR", "Could not SAVE message file");
         return 0;

@@ -11,7 +11,8 @@ struct AppState;
 int LoadMessages(AppState& state);
 
 /// Writes `changed` as "Message.db" and, when that succeeded, makes it the state's table. A crash at any moment leaves
-/// either the old file or the new one, whole. Returns 1, or 0 after one "ERROR" log row with file and state unchanged.
+/// either the old file or the new one, whole. Returns 1, or 0 after one "ERROR" log row with file and state unchanged:
+/// when it cannot be written, and when the file holds more records than `changed`, which would be lost.
 int saveMessages(AppState& state, MessageTable changed);
 
 } // namespace torvane

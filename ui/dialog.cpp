@@ -85,6 +85,10 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_INITDIALOG:
         return onInitialise();
     case WM_COMMAND:
+        if (HIWORD(wParam) == EN_CHANGE) {
+            onTextChange(LOWORD(wParam));
+            return TRUE;
+        }
         return isCommand(wParam) && onCommand(LOWORD(wParam));
     case WM_SYSCOMMAND:
         return onSystemCommand(wParam & kSystemCommandMask);

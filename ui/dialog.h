@@ -69,6 +69,8 @@ class Dialog {
     virtual bool onInitialise() { return true; }
     /// WM_COMMAND of a menu item, or of a control that was clicked.
     virtual bool onCommand(int) { return false; }
+    /// WM_COMMAND of an edit control whose text has changed (EN_CHANGE).
+    virtual void onTextChange(int) {}
     /// WM_SYSCOMMAND; `id` without its low four bits, which belong to the system.
     virtual bool onSystemCommand(WPARAM) { return false; }
     virtual std::optional<LRESULT> onNotify(NMHDR&) { return std::nullopt; }

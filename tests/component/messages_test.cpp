@@ -111,6 +111,46 @@ TEST_F(Messages, OversizedAreCutAtTheLimit) {
     EXPECT_EQ(FindMessageByLevel(appState().messages, 0), nullptr);
 }
 
+/// As many records as a table takes, and `more` of them.
+std::string oversizedFile(std::size_t more) {
+    MessageTable table(kMaxMessageRecords + more, record(3, 0, "one of many"));
+    setMessageText(table.back(), "the last of many");
+    return bytesOf(table);
+}
+
+TEST_F(Messages, ThatWereCutAtTheLimitAreNeverSavedOverTheRest) {
+    const std::string whole = oversizedFile(1);
+    writeFile(kMessageFileName, whole);
+    ASSERT_EQ(LoadMessages(appState()), 1);
+    MessageTable edited = appState().messages;
+    setMessageText(edited.front(), "edited");
+    EXPECT_EQ(saveMessages(appState(), edited), 0);
+    EXPECT_TRUE(readFile(kMessageFileName) == whole) << "every record is still there";
+    EXPECT_EQ(messageText(appState().messages.front()), "one of many");
+    EXPECT_EQ(GetFileAttributesA(kNewFile), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(view_.messages("ERROR"),
+              (Texts{"Could not SAVE message file: [Message.db] holds more messages than were loaded"}));
+}
+
+TEST_F(Messages, UpToTheLimitAreSaved) {
+    writeFile(kMessageFileName, oversizedFile(0));
+    ASSERT_EQ(LoadMessages(appState()), 1);
+    MessageTable edited = appState().messages;
+    setMessageText(edited.front(), "edited");
+    EXPECT_EQ(saveMessages(appState(), edited), 1);
+    EXPECT_TRUE(readFile(kMessageFileName) == bytesOf(edited));
+}
+
+TEST_F(Messages, ThatSomebodyAddedSinceAreNotSavedOver) {
+    writeFile(kMessageFileName, bytesOf(oldTable()));
+    ASSERT_EQ(LoadMessages(appState()), 1);
+    MessageTable longer = oldTable();
+    longer.push_back(record(9, 9, "added since"));
+    writeFile(kMessageFileName, bytesOf(longer));
+    EXPECT_EQ(saveMessages(appState(), newTable()), 0);
+    EXPECT_EQ(readFile(kMessageFileName), bytesOf(longer));
+}
+
 TEST_F(Messages, WithoutEndMarkerEndWithTheFile) {
     writeFile(kMessageFileName, bytesOf({record(3, 0, "only")}));
     EXPECT_EQ(LoadMessages(appState()), 1);

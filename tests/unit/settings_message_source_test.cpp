@@ -52,6 +52,11 @@ TEST(MessageSource, AnEmptySourceIsATableOfItsEndMarkerAlone) {
     EXPECT_EQ(parseMessageSource("\n# nothing\n").table.size(), 1U);
 }
 
+TEST(MessageSource, ATextIsNeverCutShortByANulByte) {
+    EXPECT_EQ(errorOf(std::string_view("level 1\nlamp blue\ngood\0hidden\n", 30)),
+              "line 3: the text holds a NUL byte, which would end it");
+}
+
 TEST(MessageSource, NamesTheLineThatIsWrong) {
     EXPECT_EQ(errorOf("\nlamp green\n"), "line 2: a message begins with \"level 0\" to \"level 3\"");
     EXPECT_EQ(errorOf("level 4\n"), "line 1: a message begins with \"level 0\" to \"level 3\"");

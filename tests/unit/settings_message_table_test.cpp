@@ -160,7 +160,17 @@ TEST(MessageTable, ATextIsNeverCutWithinACharacter) {
     setMessageText(changed, std::string(4156, 'q') + euro);
     EXPECT_EQ(messageText(changed), std::string(4156, 'q') + euro);
     setMessageText(changed, std::string(5000, '\x80'));
-    EXPECT_EQ(messageText(changed), "") << "bytes that begin no character at all";
+    EXPECT_EQ(messageText(changed), std::string(4159, '\x80')) << "no UTF-8, so there is no character to keep whole";
+}
+
+TEST(MessageTable, ACutLosesNoMoreThanTheCharacterThatDoesNotFit) {
+    const std::string fourBytes = "\xF0\x9F\x92\xBE";
+    for (std::size_t fitting = 0; fitting <= 4; ++fitting) {
+        const std::string before(4159 - fitting, 'q');
+        MessageRecord changed;
+        setMessageText(changed, before + fourBytes + "and more");
+        EXPECT_EQ(messageText(changed), fitting == 4 ? before + fourBytes : before) << fitting;
+    }
 }
 
 TEST(MessageTitle, NamesLevelAndLamp) {
