@@ -292,6 +292,16 @@ TEST_F(CommandRunner, LeavesNoHandleOpen) {
     EXPECT_EQ(testing::openHandleCount(), before);
 }
 
+TEST_F(CommandRunner, KeepsWhatAChildPrintedThatDiedOrHungUp) {
+    EXPECT_EQ(run("out:first die out:second"), 1);
+    EXPECT_EQ(readFile("output.txt"), "first");
+    EXPECT_EQ(run("out:first hang-up sleep:100 exit:3"), 1);
+    EXPECT_EQ(readFile("output.txt"), "first");
+    EXPECT_EQ(run("exit:1"), 1) << "a silent one";
+    EXPECT_EQ(readFile("output.txt"), "");
+    EXPECT_THAT(log(), IsEmpty());
+}
+
 // --- PARSE_LoadFileIntoBuffer
 
 bool isZero(const char* begin, std::size_t count) {
@@ -418,6 +428,27 @@ TEST_F(CommandRunner, LogsWhatIsNoPlainFile) {
     EXPECT_FALSE(load(kPipe));
     EXPECT_THAT(log(), ElementsAre(std::string("ERROR: PARSE_LoadFileIntoBuffer: Could not READ [") + kPipe +
                                    "] for processing"));
+}
+
+TEST_F(CommandRunner, LeavesNoHandleOpenWhenTheBlockOrTheReadFails) {
+    writeFile("text.txt", "some text");
+    const auto failAll = [this] {
+        {
+            const testing::ImportPatched patched(__imp_GlobalAlloc, &allocateNothing);
+            EXPECT_FALSE(load("text.txt"));
+        }
+        for (const auto replacement : {&readOneByteLess, &readThenFail}) {
+            const testing::ImportPatched patched(__imp_ReadFile, replacement);
+            realReadFile = patched.original();
+            EXPECT_FALSE(load("text.txt"));
+        }
+    };
+    failAll(); // what the system opens at its first use stays open
+    const DWORD before = testing::openHandleCount();
+    for (int i = 0; i < 5; ++i) {
+        failAll();
+    }
+    EXPECT_EQ(testing::openHandleCount(), before);
 }
 
 } // namespace

@@ -24,6 +24,7 @@ using ::testing::Not;
 using ::testing::Pair;
 using testing::readFile;
 using ::testing::SizeIs;
+using ::testing::UnorderedElementsAre;
 
 constexpr const char* kResults = "DISKPART Results.txt";
 constexpr const char* kMountResults = "DISKPART MountResults.txt";
@@ -233,6 +234,44 @@ TEST_F(DiskPart, DisablingRunsTheScriptAndReportsAtTheNextTick) {
     EXPECT_THAT(events(), IsEmpty());
 }
 
+TEST_F(DiskPart, TheDriveListIsRedrawnByTheStatusCheckAndByEitherWorker) {
+    openBench();
+    EXPECT_EQ(disableMounting(state()), 1U);
+    EXPECT_THAT(view_.calls(), ElementsAre("redraw drives"));
+    EXPECT_EQ(enableMounting(state()), 1U);
+    EXPECT_THAT(view_.calls(), ElementsAre("redraw drives", "redraw drives"));
+    onDisableMounting(state());
+    awaitWorker();
+    EXPECT_THAT(view_.calls(), UnorderedElementsAre("redraw drives", "redraw drives", "redraw drives", "redraw drives",
+                                                    "start timer 3001 500"));
+}
+
+// A status check that fails tells 0, which is neither "disabled" nor "enabled": nothing is asked, and the worker tries.
+
+TEST_F(DiskPart, DisablingGoesOnWithoutAQuestionWhenTheStatusCheckFails) {
+    openBench("{}", false);
+    blockFile("MountStatusScript.txt");
+    onDisableMounting(state());
+    EXPECT_THAT(user_.shown(), IsEmpty());
+    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3001, 500)));
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_EQ(state().mountStatus, 1000);
+    EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr("DisableMountScript.txt")));
+    EXPECT_THAT(events(), SizeIs(1));
+}
+
+TEST_F(DiskPart, EnablingGoesOnWithoutAQuestionWhenTheStatusCheckFails) {
+    openBench();
+    blockFile("MountStatusScript.txt");
+    state().mountStatus = kMountingDisabled;
+    onEnableMounting(state());
+    EXPECT_THAT(user_.shown(), IsEmpty());
+    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3000, 500)));
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_EQ(state().mountStatus, 1001);
+    EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr("EnbleMountScript.txt")));
+}
+
 TEST_F(DiskPart, DisablingIsInProgressUntilTheWorkersResult) {
     openBench(R"({"delayMilliseconds": 500})");
     onDisableMounting(state());
@@ -329,6 +368,30 @@ TEST_F(DiskPart, DisableResultsThatCannotBeLoadedAreLoggedAndLeaveTheStatusAndTh
                                       "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer"));
 }
 
+TEST_F(DiskPart, ADisableThatFailsToRunIsNeverReported) {
+    openBenchWithoutDiskPart();
+    onDisableMounting(state());
+    EXPECT_EQ(awaitWorker(), 0U);
+    EXPECT_EQ(state().mountStatus, 1003);
+    EXPECT_EQ(events().back(), "ERROR: Could not BuildDataFile for [DISKPART MountResults.txt]");
+    onMountTimer(state(), 3001);
+    onMountTimer(state(), 3001);
+    EXPECT_THAT(user_.shown(), IsEmpty());
+    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3001, 500)));
+}
+
+TEST_F(DiskPart, ADisableWhoseResultsCannotBeLoadedIsNeverReported) {
+    openBench();
+    const ResultsHeldOpen held(kMountResults);
+    onDisableMounting(state());
+    EXPECT_EQ(awaitWorker(), 0U);
+    EXPECT_EQ(state().mountStatus, 1003);
+    EXPECT_EQ(events().back(), "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer");
+    onMountTimer(state(), 3001);
+    EXPECT_THAT(user_.shown(), IsEmpty());
+    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3001, 500)));
+}
+
 // --- enabling
 
 TEST_F(DiskPart, EnablingRunsTheScriptAndReports) {
@@ -389,6 +452,40 @@ TEST_F(DiskPart, AnEnableScriptThatCannotBeCreatedIsLogged) {
     EXPECT_EQ(enableMounting(state()), 0U);
     EXPECT_THAT(events(),
                 ElementsAre("ERROR: Could not create DISKPART [EnbleMountScript.txt] script. Setting READONLY to OFF"));
+}
+
+TEST_F(DiskPart, AFailedEnableRunIsLoggedAndLeavesTheStatusAndTheJobAsTheyAre) {
+    openBenchWithoutDiskPart();
+    state().mountStatus = kMountingDisabled;
+    EXPECT_EQ(enableMounting(state()), 0U);
+    EXPECT_EQ(state().mountStatus, 1000);
+    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_THAT(view_.calls(), Not(Contains("redraw drives")));
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("CreateProcess FAILED"),
+                                      "ERROR: Could not BuildDataFile for [DISKPART MountResults.txt]"));
+    // Unlike a disable request, its timer tells whatever the status was before.
+    user_.expectInform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
+    onMountTimer(state(), 3000);
+}
+
+TEST_F(DiskPart, EnableResultsThatCannotBeLoadedAreLoggedAndLeaveTheStatusAndTheJobAsTheyAre) {
+    openBench();
+    const ResultsHeldOpen held(kMountResults);
+    state().mountStatus = kMountingDisabled;
+    EXPECT_EQ(enableMounting(state()), 0U);
+    EXPECT_EQ(state().mountStatus, 1000);
+    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("OPEN_WXISTING FAILED"),
+                                      "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer"));
+}
+
+TEST_F(DiskPart, EnablingWithoutAScrubbedLineIsNotEnabled) {
+    openBenchPrinting("Access is denied.\\r\\n");
+    EXPECT_EQ(enableMounting(state()), 1U);
+    EXPECT_EQ(state().mountStatus, 1002);
+    EXPECT_EQ(state().jobActive, 0);
+    user_.expectInform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
+    onMountTimer(state(), 3000);
 }
 
 TEST_F(DiskPart, OtherTimersAreIgnored) {

@@ -1,11 +1,13 @@
 #include "monitoring/nvme_health.h"
 
+#include "app/app_state.h"
 #include "base/bytes.h"
 #include "discovery/drive_record.h"
 #include "monitoring/nvme_raid_driver.h"
 #include "monitoring/nvme_storage_query.h"
 #include "monitoring/nvme_usb_bridge.h"
 #include "tests/component/import_patched.h"
+#include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
 
 #include <windows.h>
@@ -90,7 +92,10 @@ class NvmeRoads : public ::testing::Test {
         return ReadNvmeHealth(*record_);
     }
 
-    void TearDown() override { answerInstead = nullptr; }
+    void TearDown() override {
+        answerInstead = nullptr;
+        EXPECT_THAT(view_.logRows(), IsEmpty()) << "no road logs anything, whether it succeeds or fails";
+    }
 
     void expectHealth() const {
         EXPECT_EQ(record_->nvme.criticalWarning, 5);
@@ -121,6 +126,8 @@ class NvmeRoads : public ::testing::Test {
     }
 
     testing::TestBench bench_;
+    testing::RecordingMainView view_;
+    testing::ViewInstalled installed_{appState(), view_};
     std::unique_ptr<DriveRecord> record_;
 };
 
@@ -222,6 +229,46 @@ TEST_F(NvmeRoads, TheRaidDriverFailsWithAnyOfItsRequests) {
     }
 }
 
+/// Fails the requests of these numbers, counted from 0; the bench answers the others.
+std::vector<std::size_t> failingRequests;
+Answer failChosenRequests(std::uint32_t, const Bytes&, std::uint8_t*, DWORD, DWORD*) {
+    const bool fails = std::ranges::find(failingRequests, requests.size() - 1) != failingRequests.end();
+    return fails ? Answer::kFailure : Answer::kBench;
+}
+
+TEST_F(NvmeRoads, WhateverTheRaidDriverFailsWithTheStorageQueryIsAsked) {
+    putOnBench("raid", R"(["raid-miniport", "nvme-query"])");
+    answerInstead = failChosenRequests;
+    for (const std::size_t failing : {0U, 1U, 2U, 3U}) {
+        failingRequests = {failing};
+        EXPECT_EQ(read(kBusCodeDirect), 1) << failing;
+        expectHealth();
+        expectProbedTexts();
+        EXPECT_EQ(record_->busCode, kBusCodeDirect);
+        ASSERT_EQ(requests.size(), failing + 3) << "nothing more of the RAID driver, then the query";
+        EXPECT_EQ(requests[failing + 1], sent(0x002D1400, storageQueryIdentifyRequest()));
+        EXPECT_EQ(requests[failing + 2], sent(0x002D1400, storageQueryHealthRequest(0)));
+    }
+}
+
+TEST_F(NvmeRoads, WhenBothRoadsOfADirectDriveFailNothingIsRead) {
+    putOnBench("raid", R"(["raid-miniport", "nvme-query"])");
+    answerInstead = failChosenRequests;
+    for (const std::size_t failing : {0U, 1U, 2U, 3U}) {
+        failingRequests = {failing, failing + 1}; // the query's identity
+        EXPECT_EQ(read(kBusCodeDirect), 0) << failing;
+        expectNothingRead(kBusCodeDirect);
+        EXPECT_EQ(requests.size(), failing + 2);
+        failingRequests = {failing, failing + 2, failing + 3}; // the query's health log, both times
+        EXPECT_EQ(read(kBusCodeDirect), 0) << failing;
+        expectNothingRead(kBusCodeDirect);
+        EXPECT_EQ(requests.size(), failing + 4);
+        failingRequests = {failing, failing + 2}; // the log of the first sub-value alone
+        EXPECT_EQ(read(kBusCodeDirect), 1) << failing;
+        expectHealth();
+    }
+}
+
 // --- USB bridge
 
 TEST_F(NvmeRoads, TheUsbBridgeReadsAnNvmeDriveBehindUsb) {
@@ -280,6 +327,20 @@ TEST_F(NvmeRoads, ABridgeThatAnswersZerosHasNoNvmeDrive) {
     EXPECT_EQ(requests.size(), 2U);
 }
 
+TEST_F(NvmeRoads, ABridgeWhoseHealthLogIsAllZerosHasNoNvmeDrive) {
+    putOnBench("usb", R"("usb-bridge")");
+    answerInstead = [](std::uint32_t, const Bytes&, std::uint8_t*, DWORD size, DWORD* returned) {
+        if (requests.size() != 4) {
+            return Answer::kBench;
+        }
+        *returned = size; // the buffer keeps what the request had in it: zeros, and a status that reads as good
+        return Answer::kSuccess;
+    };
+    EXPECT_EQ(read(kBusCodeUsb), 0);
+    expectNothingRead(kBusCodeUsb);
+    EXPECT_EQ(requests.size(), 4U) << "its identity was a good one";
+}
+
 TEST_F(NvmeRoads, AUsbDriveWithoutTheBridgesCommandsIsLeftAlone) {
     for (const char* const road : {R"("sat")", R"("scsi")", R"("none")"}) {
         testing::TestBench bench;
@@ -313,6 +374,94 @@ TEST_F(NvmeRoads, AnotherFailureIsNotTriedAgain) {
     };
     EXPECT_EQ(read(kBusCodeUsb), 0);
     EXPECT_EQ(requests.size(), 1U);
+}
+
+// --- Logs at their limits, by every road
+
+/// The health log that `logInstead` gives takes the place of the bench's.
+std::vector<std::uint8_t> logInstead;
+Answer giveLogInstead(std::uint32_t code, const Bytes& input, std::uint8_t* output, DWORD size, DWORD* returned) {
+    static bool bridgeWasSentHealth;
+    std::size_t dataAt = 0;
+    if (code == kIoctlStorageQueryProperty && loadLe32(input, 12) == 2) {
+        dataAt = 48;
+    } else if (code == kIoctlScsiMiniport && (loadLe32(input, 32) & 0xFFU) == 2) {
+        dataAt = 164;
+    } else if (code == kIoctlScsiPassThrough && input[8] == 0) { // data out: a command on its way
+        bridgeWasSentHealth = input[68 + 8] == 2;
+    } else if (code == kIoctlScsiPassThrough && bridgeWasSentHealth) {
+        dataAt = 68;
+    }
+    if (dataAt == 0) {
+        return Answer::kBench;
+    }
+    std::copy(input.begin(), input.end(), output);
+    std::copy(logInstead.begin(), logInstead.end(), output + dataAt);
+    *returned = size;
+    return Answer::kSuccess;
+}
+
+struct Road {
+    const char* bus;
+    const char* name;
+    std::int32_t busCode;
+};
+constexpr Road kRoads[] = {{"nvme", R"("nvme-query")", kBusCodeNvme},
+                           {"raid", R"("raid-miniport")", kBusCodeDirect},
+                           {"usb", R"("usb-bridge")", kBusCodeUsb}};
+
+TEST_F(NvmeRoads, OfCountersBeyond64BitsTheLowHalfIsKept) {
+    logInstead.assign(512, 0);
+    for (const std::size_t counter : {32U, 48U, 128U, 160U}) {
+        storeLe<std::uint64_t>(logInstead, counter, 2'000'000);
+        storeLe<std::uint64_t>(logInstead, counter + 8, 3);
+    }
+    for (const Road& road : kRoads) {
+        testing::TestBench bench;
+        bench.addDrive(driveJson(road.bus, road.name, ""));
+        bench.open();
+        answerInstead = giveLogInstead;
+        EXPECT_EQ(read(road.busCode), 1) << road.name;
+        EXPECT_EQ(record_->nvme.dataUnitsRead, 2'000'000);
+        EXPECT_EQ(record_->nvme.dataUnitsWritten, 2'000'000);
+        EXPECT_EQ(record_->nvme.powerOnHours, 2'000'000);
+        EXPECT_EQ(record_->nvme.errorLogEntries, 2'000'000);
+        EXPECT_EQ(record_->nvme.gigabytesWritten, 953U);
+    }
+}
+
+TEST_F(NvmeRoads, AnAllOnesLogIsALog) {
+    logInstead.assign(512, 0xFF);
+    for (const Road& road : kRoads) {
+        testing::TestBench bench;
+        bench.addDrive(driveJson(road.bus, road.name, ""));
+        bench.open();
+        answerInstead = giveLogInstead;
+        EXPECT_EQ(read(road.busCode), 1) << road.name;
+        EXPECT_EQ(record_->nvme.criticalWarning, 255);
+        EXPECT_EQ(record_->nvme.availableSpare, 255);
+        EXPECT_EQ(record_->nvme.dataUnitsWritten, -1) << "the same as not read";
+        EXPECT_EQ(record_->smartType, kSmartTypeNvme);
+    }
+}
+
+TEST_F(NvmeRoads, AnAllZeroLogIsALogExceptBehindTheUsbBridge) {
+    logInstead.assign(512, 0);
+    for (const Road& road : kRoads) {
+        testing::TestBench bench;
+        bench.addDrive(driveJson(road.bus, road.name, ""));
+        bench.open();
+        answerInstead = giveLogInstead;
+        EXPECT_EQ(read(road.busCode), road.busCode == kBusCodeUsb ? 0 : 1) << road.name;
+        if (road.busCode == kBusCodeUsb) {
+            expectNothingRead(kBusCodeUsb);
+        } else {
+            EXPECT_EQ(record_->nvme.criticalWarning, 0);
+            EXPECT_EQ(record_->nvme.availableSpare, 0);
+            EXPECT_EQ(record_->nvme.dataUnitsWritten, 0);
+            EXPECT_EQ(record_->nvme.gigabytesWritten, 0U);
+        }
+    }
 }
 
 // --- All roads

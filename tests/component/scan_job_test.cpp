@@ -1,6 +1,7 @@
 #include "discovery/scan_job.h"
 
 #include "app/app_state.h"
+#include "monitoring/smart_scan.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scripted_prompts.h"
 #include "tests/component/test_bench.h"
@@ -12,6 +13,7 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -382,6 +384,65 @@ TEST_F(ScanJob, FailingToolsAreLoggedAndTheScanGoesOn) {
     EXPECT_TRUE(view_.hasLog("ERROR", "Could not load SMART [PHYS1.txt] File for Processing"));
     EXPECT_TRUE(view_.hasLog("ERROR", "Could not BuildDataFile [DISKPART Results.txt]"));
     EXPECT_TRUE(view_.hasLog("STATUS", "Drive Scan Completed: [2] Drives Found"));
+}
+
+TEST_F(ScanJob, WithoutTheMonitoringToolADriveGetsTheReportOfAnEarlierScan) {
+    addDrive(0, "sata", R"("road": "ata")");
+    testing::writeFile("PHYS0.txt", "Device Model:     Earlier\r\n"
+                                    "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    7\r\n");
+    bench_.open(); // and no smartctl.exe anywhere
+    runDriveScan(state());
+    ASSERT_EQ(state().scan.driveCount, 1);
+    EXPECT_TRUE(view_.hasLog("INVALID", "Could not build [Drive Data File.txt]"));
+    EXPECT_EQ(drive(0).smartLoaded, 1);
+    EXPECT_EQ(drive(0).model.view(), "Earlier");
+    EXPECT_EQ(drive(0).reallocatedSectors, 7);
+}
+
+TEST_F(ScanJob, ASolidStateDiskKeepsItsOwnBusTextAndIsAskedForNothingOfNvme) {
+    addDrive(0, "sata",
+             R"("road": ["ata", "raid-miniport", "nvme-query"], "ata": {"model": "SATA SSD", "rotationRate": "ssd",
+                "smart": {"attributes": [{"id": 5, "raw": 1}, {"id": 9, "raw": 4321}, {"id": 196, "raw": 2},
+                                         {"id": 197, "raw": 3}, {"id": 198, "raw": 4}]}})");
+    testing::TestBench::provideSmartctl();
+    bench_.open();
+    runDriveScan(state());
+    ASSERT_EQ(state().scan.driveCount, 1);
+    EXPECT_EQ(drive(0).busCode, kBusCodeOwnText);
+    EXPECT_EQ(drive(0).busText.view(), "SSD");
+    EXPECT_EQ(drive(0).smartType, kSmartTypeSsd);
+    EXPECT_EQ(drive(0).ssd.reallocatedSectors, 1);
+    EXPECT_EQ(drive(0).ssd.powerOnHours, 4321);
+    EXPECT_EQ(drive(0).ssd.uncorrectableErrors, kNotReported);
+    EXPECT_EQ(drive(0).ssd.remapEvents, 2);
+    EXPECT_EQ(drive(0).ssd.pendingSectors, 3);
+    EXPECT_EQ(drive(0).ssd.offlineUncorrectable, 4);
+    EXPECT_EQ(drive(0).nvme.criticalWarning, -1);
+    // Its report named it a bus of its own before the roads were chosen, so none was left to try.
+    const std::string ours = "program=torvane_component_tests.exe "; // the tool looks for other adapters in its own way
+    EXPECT_THAT(bench_.log(ours + "request=IOCTL_STORAGE_QUERY_PROPERTY"), Not(IsEmpty())) << "the probe's";
+    EXPECT_THAT(bench_.log(ours + "request=IOCTL_SCSI_MINIPORT"), IsEmpty());
+    EXPECT_THAT(bench_.log(ours + "request=IOCTL_SCSI_GET_ADDRESS"), IsEmpty());
+    EXPECT_THAT(bench_.log(ours), Each(Not(HasSubstr("NVME_"))));
+}
+
+TEST_F(ScanJob, AnNvmeDriveThatTheToolCouldNotReadIsAnNvmeDriveInTheEnd) {
+    addDrive(0, "nvme", R"("road": "nvme-query", "nvme": {"health": {"percentageUsed": 3}})");
+    testing::TestBench::provideSmartctl();
+    bench_.open();
+    runDriveScan(state());
+    ASSERT_EQ(state().scan.driveCount, 1);
+    EXPECT_THAT(testing::readFile("PHYS0.txt"), HasSubstr("Read SMART Data failed"));
+    EXPECT_THAT(view_.messages("INVALID"), ElementsAre(HasSubstr("Invalid Device found at [/dev/sda -d nvme")));
+    EXPECT_EQ(drive(0).smartLoaded, 0);
+    EXPECT_EQ(drive(0).smartType, kSmartTypeNvme) << "no longer \"none\", which its report made it";
+    EXPECT_EQ(drive(0).nvme.percentageUsed, 3);
+
+    // What the report alone makes of it.
+    const auto record = std::make_unique<DriveRecord>();
+    record->smartType = kSmartTypeStandard;
+    SmartParseDrive(state(), *record, 0);
+    EXPECT_EQ(record->smartType, kSmartTypeNone);
 }
 
 TEST_F(ScanJob, EveryDriveGetsItsMonitoringDataItsReadOnlyStateAndItsVolumes) {

@@ -2,6 +2,7 @@
 
 #include "app/app_state.h"
 #include "monitoring/smart_report.h"
+#include "tests/component/import_patched.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/test_bench.h"
@@ -19,6 +20,12 @@
 #include <sstream>
 #include <string>
 #include <vector>
+
+// The import slot of the function that fails here. NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+extern decltype(&CreateProcessA) __imp_CreateProcessA;
+}
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace torvane {
 namespace {
@@ -78,6 +85,18 @@ class SmartScan : public ::testing::Test {
     }
 
     [[nodiscard]] std::vector<std::string> log() const { return rowsOf(view_); }
+
+    /// The names of all reports in the current folder, sorted.
+    static std::vector<std::string> reportFiles() {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(".")) {
+            if (entry.path().filename().string().starts_with("PHYS")) {
+                names.push_back(entry.path().filename().string());
+            }
+        }
+        std::ranges::sort(names);
+        return names;
+    }
 
   private:
     testing::ScratchFolder folder_;
@@ -165,6 +184,119 @@ TEST_F(SmartScan, FailsWithoutTheTool) {
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [Drive Data File.txt] CreateProcess FAILED",
                                    "INVALID: Could not build [Drive Data File.txt]"));
     EXPECT_THAT(commands(), IsEmpty());
+    EXPECT_EQ(appState().smart.deviceLineCount, 7) << "there is no listing whose lines could be counted";
+    EXPECT_THAT(reportFiles(), IsEmpty());
+}
+
+// The report may tell of an earlier state of the drive; it is still all that is known of it.
+TEST_F(SmartScan, WithoutTheToolAReportLeftFromAnEarlierScanIsReadAllTheSame) {
+    ASSERT_TRUE(std::filesystem::remove("smartctl.exe"));
+    writeFile("PHYS0.txt", "Device Model:     Earlier\r\nSerial Number:    E1\r\n"
+                           "  9 Power_On_Hours   -O--CK   100   100   000    -    77\r\n");
+    EXPECT_EQ(scan(), 0);
+    EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt"));
+    const auto record = probedRecord();
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
+    EXPECT_EQ(record->smartLoaded, 1);
+    EXPECT_EQ(record->model.view(), "Earlier");
+    EXPECT_EQ(record->serialNumber.view(), "E1");
+    EXPECT_EQ(record->powerOnHours, 77);
+    EXPECT_EQ(record->driveName.view(), "") << "no listing has named it";
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [Drive Data File.txt] CreateProcess FAILED",
+                                   "INVALID: Could not build [Drive Data File.txt]"));
+}
+
+decltype(&CreateProcessA) realCreateProcess;
+int processStarts = 0;
+
+BOOL WINAPI startTheFirstTwo(LPCSTR name, LPSTR commandLine, LPSECURITY_ATTRIBUTES process,
+                             LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags, LPVOID environment, LPCSTR folder,
+                             LPSTARTUPINFOA startup, LPPROCESS_INFORMATION child) {
+    if (++processStarts > 2) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return FALSE;
+    }
+    return realCreateProcess(name, commandLine, process, thread, inherit, flags, environment, folder, startup, child);
+}
+
+TEST_F(SmartScan, StopsAtADeviceForWhichTheToolCannotBeStartedAgain) {
+    listingIs("/dev/sda -d ata # x\r\n/dev/sdb -d ata # x\r\n/dev/sdc -d ata # x\r\n");
+    reportOf("sda", "report of a\r\n");
+    processStarts = 0;
+    {
+        const testing::ImportPatched patched(__imp_CreateProcessA, &startTheFirstTwo);
+        realCreateProcess = patched.original();
+        EXPECT_EQ(scan(), 0);
+    }
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [PHYS1.txt] CreateProcess FAILED",
+                                   "INVALID: Could not build [PHYS1.txt]"));
+    EXPECT_EQ(processStarts, 3);
+    EXPECT_EQ(readFile("PHYS0.txt"), "report of a\r\n");
+    EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt", "PHYS1.txt")) << "the second was created, and stays empty";
+    EXPECT_EQ(readFile("PHYS1.txt"), "");
+    EXPECT_EQ(appState().smart.deviceLineCount, 1);
+}
+
+// What a tool that ends in the middle of its text has printed so far is taken as it is.
+
+TEST_F(SmartScan, AToolThatDiesWithinItsListingLeavesTheWholeLines) {
+    const std::string line = "/dev/sda -d ata # x\r\n";
+    listingIs(line + line.substr(0, 5) + std::string(line.size() + 5, 'x'));
+    writeFile("scan.dies", "");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_EQ(readFile("Drive Data File.txt"), line + line.substr(0, 5));
+    EXPECT_EQ(appState().smart.deviceLineCount, 1);
+    EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt"));
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(SmartScan, AToolThatDiesOrHangsUpWithinAReportLeavesTheWholeLines) {
+    const std::string firstHalf = "Device Model:     Half\r\n"
+                                  "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    3\r\n"
+                                  "197 Current_Pending_Sector  -O--CK   100   100   000    -    12";
+    for (const char* const mishap : {"sda.dies", "sda.hangs-up"}) {
+        listingIs("/dev/sda -d ata # x\r\n/dev/sdb -d ata # x\r\n");
+        reportOf("sda", firstHalf + std::string(firstHalf.size(), '3'));
+        reportOf("sdb", "Device Model:     Whole\r\n");
+        writeFile(mishap, "");
+        EXPECT_EQ(scan(), 1) << mishap;
+        EXPECT_EQ(readFile("PHYS0.txt"), firstHalf) << mishap;
+        const auto record = probedRecord();
+        EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
+        EXPECT_EQ(record->model.view(), "Half");
+        EXPECT_EQ(record->reallocatedSectors, 3);
+        EXPECT_EQ(record->pendingSectors, kNotReported) << "a number without its line's end may be half a number";
+        EXPECT_EQ(readFile("PHYS1.txt"), "Device Model:     Whole\r\n") << "the next device is asked all the same";
+        std::filesystem::remove(mishap);
+    }
+}
+
+TEST_F(SmartScan, AToolThatPrintsNothingOfADeviceLeavesNothingReported) {
+    listingIs("/dev/sda -d ata # x\r\n");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_EQ(readFile("PHYS0.txt"), "");
+    const auto record = probedRecord();
+    EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
+    EXPECT_EQ(record->smartLoaded, 1);
+    EXPECT_EQ(record->smartErrorFlag, kSmartNoErrors);
+    EXPECT_EQ(record->model.view(), "probed model");
+    for (const std::int32_t counter :
+         {record->powerOnHours, record->reallocatedSectors, record->reportedUncorrect, record->reallocatedEvents,
+          record->pendingSectors, record->offlineUncorrectable}) {
+        EXPECT_EQ(counter, kNotReported);
+    }
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(SmartScan, AListingOfNulBytesInvalidUtf8AndEndlessLinesIsReadAsFarAsItGoes) {
+    const std::string endless = "/dev/" + std::string(100'000, 'x') + " -d ata # x\r\n";
+    listingIs(endless + "/dev/\xFF\xFE\x80sda -d ata # x\r\n" + std::string("\0", 1) + "/dev/sdb -d ata # x\r\n");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_EQ(appState().smart.deviceLineCount, 2) << "the text ends at its first NUL byte";
+    EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt")) << "the endless line shows no third word";
+    EXPECT_THAT(commands(), ElementsAre("smartctl.exe --scan",
+                                        "smartctl.exe /dev/\xFF\xFE\x80sda -d sat -s on -x -T verypermissive "
+                                        "-T verypermissive"));
 }
 
 /// A writer that lets others write but keeps the file from being loaded.
@@ -243,13 +375,40 @@ TEST_F(SmartScan, ParsesADrivesReportAndLogsItsErrors) {
                             "Errors]"));
 }
 
+/// Every monitoring field of the record that a report may fill.
+std::string monitoringFieldsOf(const DriveRecord& record) {
+    std::ostringstream text;
+    text << record.smartText << '|' << record.smartLoaded << '|' << record.smartErrorFlag << '|'
+         << record.securityEnabled << '|' << record.driveName.view() << '|' << record.model.view() << '|'
+         << record.serialNumber.view() << '|' << record.busText.view() << '|' << record.busCode << '|'
+         << record.smartType << '|' << record.powerOnHours << '|' << record.reallocatedSectors << '|'
+         << record.reportedUncorrect << '|' << record.reallocatedEvents << '|' << record.pendingSectors << '|'
+         << record.offlineUncorrectable << '|' << record.ssd.powerOnHours << '|' << record.uncLbaCount;
+    for (const std::int64_t lba : record.uncLbas) {
+        text << '|' << lba;
+    }
+    return text.str();
+}
+
 TEST_F(SmartScan, AMissingReportLeavesTheRecordAlone) {
     const auto record = probedRecord();
     record->smartText = "before";
+    record->driveName.assign("/dev/before");
+    record->busText.assign("bus before");
+    record->smartErrorFlag = 1;
+    record->securityEnabled = 1;
+    record->powerOnHours = 2;
+    record->reallocatedSectors = 3;
+    record->reportedUncorrect = 4;
+    record->reallocatedEvents = 5;
+    record->pendingSectors = 6;
+    record->offlineUncorrectable = 7;
+    record->ssd.powerOnHours = 8;
+    record->uncLbaCount = 2;
+    record->uncLbas[1] = 9;
+    const std::string before = monitoringFieldsOf(*record);
     EXPECT_EQ(SmartParseDrive(appState(), *record, 11), 0);
-    EXPECT_EQ(record->smartText, "before");
-    EXPECT_EQ(record->smartLoaded, 0);
-    EXPECT_EQ(record->smartType, kSmartTypeStandard);
+    EXPECT_EQ(monitoringFieldsOf(*record), before);
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_LoadFileIntoBuffer: [PHYS11.txt] OPEN_WXISTING FAILED",
                                    "ERROR: Could not load SMART [PHYS11.txt] File for Processing"));
 }
@@ -477,6 +636,25 @@ TEST_F(RealTool, ADriveWhoseSmartReadFails) {
     EXPECT_EQ(record->model.view(), "probed model");
     EXPECT_THAT(rowsOf(view_),
                 ElementsAre("INVALID: Invalid Device found at [/dev/sda -d ata # /dev/sda, ATA device]"));
+}
+
+// The devices keep to the protocol, and nothing else: the tool finds checksums wrong, counters absurd and logs endless.
+TEST_F(RealTool, DrivesWhoseEveryAnswerIsGarbage) {
+    std::vector<std::string> drives;
+    for (int number = 0; number < 6; ++number) {
+        const std::string seed = R"("garbage": )" + std::to_string(number + 1);
+        drives.push_back(number < 3 ? ataDrive(number, "ata", seed) : ataDrive(number, "sat", seed, "usb"));
+    }
+    scan(drives);
+    EXPECT_EQ(appState().smart.deviceLineCount, 6);
+    for (int number = 0; number < 6; ++number) {
+        EXPECT_FALSE(readFile("PHYS" + std::to_string(number) + ".txt").empty()) << number;
+        const auto record = parse(number, number < 3 ? kBusCodeDirect : kBusCodeUsb);
+        EXPECT_EQ(result_, record->smartLoaded) << number;
+        EXPECT_LE(record->model.view().size(), 255U);
+        EXPECT_LE(record->uncLbaCount, 50);
+        EXPECT_GE(record->powerOnHours, kNotReported);
+    }
 }
 
 TEST_F(RealTool, ADriveThatIsNoAtaDevice) {

@@ -132,6 +132,17 @@ TEST(GradeDrive, ReturnsTheMessageOfTheLevel) {
     EXPECT_EQ(GradeDrive(messages, drive), &messages[3]);
 }
 
+TEST(GradeDrive, SevenPendingSectorsAloneGiveTheMessageOfLevelTwo) {
+    const MessageTable messages = fourMessages();
+    DriveRecord drive = soundDrive();
+    drive.pendingSectors = 7;
+    const MessageRecord* message = GradeDrive(messages, drive);
+    ASSERT_EQ(message, &messages[2]);
+    EXPECT_EQ(message->level, 2U);
+    EXPECT_EQ(messageText(*message), "wearing out");
+    EXPECT_EQ(decideLamp(&drive, messages).lampImage, "engine-check-yellow.png");
+}
+
 TEST(GradeDrive, ReturnsNothingWithoutCountersOrMessage) {
     EXPECT_EQ(GradeDrive(fourMessages(), driveWithoutValues()), nullptr);
     EXPECT_EQ(GradeDrive({}, soundDrive()), nullptr);

@@ -9,6 +9,8 @@
 //     window      writes how it was started: the console window, the start-up flags and the show-window word
 //     set:HANDLE  sets the event behind the handle value, if this process has such a handle
 //     sleep:MS    waits
+//     hang-up     closes its standard output and error
+//     die         is ended at once, as by a fault
 //     exit:N      ends with exit code N, which is 0 otherwise
 #include <windows.h>
 
@@ -90,6 +92,11 @@ int main(int count, char** arguments) {
             exitCode = std::stoi(code);
         } else if (argument == "crlf") {
             print("\r\n");
+        } else if (argument == "hang-up") {
+            CloseHandle(GetStdHandle(STD_OUTPUT_HANDLE));
+            CloseHandle(GetStdHandle(STD_ERROR_HANDLE));
+        } else if (argument == "die") {
+            TerminateProcess(GetCurrentProcess(), 0xC0000005);
         } else if (argument == "window") {
             printWindow();
         } else if (argument == "args") {

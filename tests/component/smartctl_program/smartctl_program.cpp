@@ -1,10 +1,37 @@
 // "smartctl --scan" prints what scan.out holds, "smartctl /dev/NAME ..." what NAME.out holds; either may be missing.
-// Every call's command line is added to commands.txt.
+// Every call's command line is added to commands.txt. A file beside the text makes a call go wrong in its middle:
+//
+//     NAME.dies       the program is ended with half its text written
+//     NAME.hangs-up   it closes its output with half its text written, and ends a while later
 #include <windows.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <string_view>
+
+namespace {
+
+void print(std::string_view text) {
+    while (!text.empty()) {
+        DWORD written = 0;
+        const auto length = static_cast<DWORD>(std::min<std::size_t>(text.size(), 1U << 20U));
+        if (!WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), text.data(), length, &written, nullptr) || written == 0) {
+            return; // nobody listens any more
+        }
+        text.remove_prefix(written);
+    }
+}
+
+void hangUp() {
+    CloseHandle(GetStdHandle(STD_OUTPUT_HANDLE));
+    CloseHandle(GetStdHandle(STD_ERROR_HANDLE));
+    Sleep(200);
+}
+
+} // namespace
 
 int main(int count, char** arguments) {
     std::ofstream("commands.txt", std::ios::app) << GetCommandLineA() << '\n';
@@ -12,7 +39,15 @@ int main(int count, char** arguments) {
     const std::string name = first == "--scan" ? "scan" : first.substr(first.find_last_of('/') + 1);
     std::ifstream file(name + ".out", std::ios::binary);
     const std::string output{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    DWORD written = 0;
-    WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), output.data(), static_cast<DWORD>(output.size()), &written, nullptr);
+    const std::string_view firstHalf = std::string_view(output).substr(0, output.size() / 2);
+    print(firstHalf);
+    if (std::filesystem::exists(name + ".dies")) {
+        TerminateProcess(GetCurrentProcess(), 0xC0000005); // an access violation's exit code
+    }
+    if (std::filesystem::exists(name + ".hangs-up")) {
+        hangUp();
+        return 1;
+    }
+    print(std::string_view(output).substr(firstHalf.size()));
     return 1; // the real one's result is a set of bits, seldom 0
 }
