@@ -3,6 +3,8 @@
 #include "app/app_state.h"
 #include "ui/prompts.h"
 
+#include <algorithm>
+
 namespace torvane {
 
 namespace {
@@ -13,8 +15,7 @@ struct TickTexts {
     const char* several;
 };
 
-DriveRecord* requireOneTickedDrive(const AppState& state, const TickTexts& texts) {
-    const std::vector<DriveRecord*> ticked = state.view->tickedDrives();
+DriveRecord* requireOne(const std::vector<DriveRecord*>& ticked, const TickTexts& texts) {
     if (ticked.empty()) {
         prompts::stop(texts.noneCaption, texts.none);
         return nullptr;
@@ -24,6 +25,13 @@ DriveRecord* requireOneTickedDrive(const AppState& state, const TickTexts& texts
         return nullptr;
     }
     return ticked.front();
+}
+
+DriveRecord* requireOneToImage(const AppState& state, const TickTexts& texts) {
+    const std::vector<DriveRecord*> ticked = state.view->tickedDrives();
+    // A drive of unknown size, all ones, ends the command without a word.
+    const auto isSizeless = [](const DriveRecord* drive) { return drive->sizeBytes == -1; };
+    return std::any_of(ticked.begin(), ticked.end(), isSizeless) ? nullptr : requireOne(ticked, texts);
 }
 
 } // namespace
@@ -37,22 +45,22 @@ DriveRecord* requireActiveDrive(const AppState& state, const char* text) {
 }
 
 DriveRecord* requireDriveToClone(const AppState& state) {
-    return requireOneTickedDrive(state,
-                                 {"***** ERROR Choose Drive To Clone *****", "You must choose one drive to clone",
-                                  "You may only choose one drive to clone"});
+    return requireOne(state.view->tickedDrives(),
+                      {"***** ERROR Choose Drive To Clone *****", "You must choose one drive to clone",
+                       "You may only choose one drive to clone"});
 }
 
 DriveRecord* requireDriveToImage(const AppState& state) {
     // The caption and the second text speak of cloning on purpose: the two commands share them.
-    return requireOneTickedDrive(state, {"***** ERROR Choose Drive To Clone *****",
-                                         "You must choose at least one drive to image",
-                                         "You may only choose one drive to clone"});
+    return requireOneToImage(state,
+                             {"***** ERROR Choose Drive To Clone *****", "You must choose at least one drive to image",
+                              "You may only choose one drive to clone"});
 }
 
 DriveRecord* requireDriveToImageForensically(const AppState& state) {
-    return requireOneTickedDrive(state, {"***** ERROR Choose Drive To Image *****",
-                                         "You must choose at least a drive to image",
-                                         "You may only choose one drive to image"});
+    return requireOneToImage(state,
+                             {"***** ERROR Choose Drive To Image *****", "You must choose at least a drive to image",
+                              "You may only choose one drive to image"});
 }
 
 bool requireListedDrives(const AppState& state) {

@@ -11,7 +11,8 @@ struct DriveRecord;
 /// The active drive; null when none is chosen, after a box with `text`.
 [[nodiscard]] DriveRecord* requireActiveDrive(const AppState& state, const char* text);
 
-/// The one ticked drive to clone, to image or to image forensically; null when none or several are ticked.
+/// The one ticked drive to clone, to image or to image forensically; null when none or several are ticked. For an image
+/// also null, without a box, when a ticked drive's size is all ones.
 [[nodiscard]] DriveRecord* requireDriveToClone(const AppState& state);
 [[nodiscard]] DriveRecord* requireDriveToImage(const AppState& state);
 [[nodiscard]] DriveRecord* requireDriveToImageForensically(const AppState& state);

@@ -10,6 +10,11 @@
 #include "app/main_layout.h"
 #include "app/not_built_yet.h"
 #include "app/web_pages.h"
+#include "copy/clone_dialog.h"
+#include "copy/copy_choices.h"
+#include "copy/forensic_dialog.h"
+#include "copy/image_dialog.h"
+#include "copy/image_to_drive_dialog.h"
 #include "discovery/scan_job.h"
 #include "resources/resource_ids.h"
 #include "settings/edit_messages_dialog.h"
@@ -127,26 +132,29 @@ void MainDialog::onNistReadTest() {
 }
 
 void MainDialog::onDriveToDriveClone() {
-    if (requireDriveToClone(state_) != nullptr) {
-        notBuiltYet("Drive to Drive Clone");
+    DriveRecord* const source = requireDriveToClone(state_);
+    if (source != nullptr && !lastCopyIsStillEnding(state_)) {
+        showCloneDialog(state_, *source, window());
     }
 }
 
 void MainDialog::onDriveToImage() {
-    if (requireDriveToImage(state_) != nullptr) {
-        notBuiltYet("Drive to Image");
+    DriveRecord* const source = requireDriveToImage(state_);
+    if (source != nullptr && !lastCopyIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
+        showImageDialog(state_, window());
     }
 }
 
 void MainDialog::onImageToDrive() {
-    if (requireListedDrives(state_)) {
-        notBuiltYet("Image to Drive");
+    if (requireListedDrives(state_) && !lastCopyIsStillEnding(state_) && chooseSourceImage(state_)) {
+        showImageToDriveDialog(state_, window());
     }
 }
 
 void MainDialog::onCreateForensicImage() {
-    if (requireDriveToImageForensically(state_) != nullptr) {
-        notBuiltYet("Create Forensic Image");
+    DriveRecord* const source = requireDriveToImageForensically(state_);
+    if (source != nullptr && !lastCopyIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
+        showForensicDialog(state_, window());
     }
 }
 

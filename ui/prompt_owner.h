@@ -8,4 +8,8 @@ namespace torvane::prompts {
 /// Any thread may call.
 void setOwner(HWND window);
 
+/// The window that a box shown now belongs in front of: the dialog or box that is open above the main window, or the
+/// main window itself. Null when there is none. Any thread may call.
+[[nodiscard]] HWND owner();
+
 } // namespace torvane::prompts

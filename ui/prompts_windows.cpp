@@ -9,20 +9,19 @@ namespace {
 
 std::atomic<HWND> mainOwner{nullptr};
 
-// The dialog or box that is open above the main window: a new box belongs in front of it, whichever thread shows it.
-HWND currentOwner() {
-    const HWND window = mainOwner;
-    return window == nullptr ? nullptr : GetLastActivePopup(window);
-}
-
 int show(const char* caption, const char* text, UINT style) {
-    return MessageBoxA(currentOwner(), text, caption, style | MB_SETFOREGROUND);
+    return MessageBoxA(owner(), text, caption, style | MB_SETFOREGROUND);
 }
 
 } // namespace
 
 void setOwner(HWND window) {
     mainOwner = window;
+}
+
+HWND owner() {
+    const HWND window = mainOwner;
+    return window == nullptr ? nullptr : GetLastActivePopup(window);
 }
 
 void stop(const char* caption, const char* text) {

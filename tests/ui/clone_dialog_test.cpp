@@ -1,0 +1,250 @@
+#include "tests/ui/copy_ui_test.h"
+#include "tests/ui/driver/input.h"
+
+#include <gmock/gmock.h>
+
+namespace torvane::driver {
+namespace {
+
+using ::testing::AnyOf;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+constexpr const char* kDestinationCaption = "***** ERROR Destination Drive *****";
+constexpr std::size_t kSourceSize = 70 * kMebibyte;
+
+class CloneDialogTest : public CopyUiTest {};
+
+TEST_F(CloneDialogTest, ShowsTheSourceAndEveryOtherDriveButTheSystems) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    EXPECT_EQ(dialog.window().text(), "Drive to Drive Clone");
+    const ListView source(dialog.window().child(kSourceList));
+    ASSERT_EQ(source.rowCount(), 1);
+    EXPECT_THAT(source.row(0), ElementsAre("SOURCE", "SRC-1", "0.07 GB"));
+    const ListView destinations = dialog.destinations();
+    ASSERT_EQ(destinations.rowCount(), 2);
+    EXPECT_THAT(destinations.row(0), ElementsAre("TARGET", "TGT-2", "0.08 GB"));
+    EXPECT_THAT(destinations.row(1), ElementsAre("SMALL", "SML-3", "0.04 GB"));
+    EXPECT_FALSE(destinations.ticked(0)) << "a destination is chosen by the user alone";
+    EXPECT_FALSE(destinations.ticked(1));
+    EXPECT_EQ(dialog.window().child(kReverseClone).send(BM_GETCHECK), BST_UNCHECKED);
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, WantsADestination) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    dialog.start();
+    expectBoxOver(dialog, kDestinationCaption, "You must choose one drive as your DESTINATION", BoxIcon::kStop, "OK");
+    EXPECT_EQ(dialog.status(), "");
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, WantsOneDestinationOnly) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    dialog.tickDestination("TARGET");
+    dialog.tickDestination("SMALL");
+    dialog.start();
+    expectBoxOver(dialog, kDestinationCaption, "You must choose only one drive as your DESTINATION", BoxIcon::kStop,
+                  "OK");
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, ADeclinedWarningStartsNothing) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    dialog.tickDestination("SMALL");
+    dialog.start();
+    answerWarning("No");
+    expectBoxOver(dialog, "***** Function Cancelled *****", "Clone could not be started", BoxIcon::kStop, "OK");
+    EXPECT_EQ(dialog.status(), "");
+    EXPECT_THAT(program().benchLog({"request=write"}), IsEmpty());
+    EXPECT_THAT(program().benchLog({"script-line=\"clean\""}), IsEmpty());
+    EXPECT_EQ(driveStatus("SMALL"), "Idle");
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, ArrivesWholeOnADiskWithMountedVolumes) {
+    useBench(copyBench());
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatus(" Image Completed");
+    EXPECT_EQ(content(2, 0, kSourceSize), noise(7, 0, kSourceSize));
+    EXPECT_EQ(content(2, kSourceSize, 10 * kMebibyte), std::string(10 * kMebibyte, '\0'));
+    EXPECT_EQ(driveStatus("SOURCE"), "COMPLETED");
+    EXPECT_EQ(driveStatus("TARGET"), "COMPLETED");
+    EXPECT_EQ(driveStatus("SMALL"), "Idle");
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, ReverseCloneArrivesWholeToo) {
+    useBench(copyBench());
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    press(dialog.window().child(kReverseClone));
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatus(" Clone SUCCESSFULLY Completed");
+    EXPECT_EQ(content(2, 0, kSourceSize), noise(7, 0, kSourceSize));
+    EXPECT_EQ(driveStatus("TARGET"), "COMPLETED");
+    const auto writes = program().benchLog({"target=drive:2", "request=write"});
+    ASSERT_EQ(writes.size(), 3U);
+    EXPECT_THAT(writes.front(), ::testing::HasSubstr("offset=" + std::to_string(38 * kMebibyte)));
+    EXPECT_THAT(writes.back(), ::testing::HasSubstr("offset=0 length=6291456"));
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, ASmallerDestinationEndsTheCopySilently) {
+    useBench(copyBench());
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    startOnto(dialog, "SMALL");
+    dialog.awaitStatus(" Image Completed");
+    EXPECT_EQ(content(3, 0, 40 * kMebibyte), noise(7, 0, 40 * kMebibyte));
+    EXPECT_EQ(driveStatus("SMALL"), "COMPLETED");
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, UnreadableBlocksAreMarkedLoggedAndCounted) {
+    useBench(copyBenchWithFaults(R"({"reads": [{"firstSector": 65600}]})"));
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatus(" Image Completed");
+    EXPECT_EQ(content(2, 0, 32 * kMebibyte), noise(7, 0, 32 * kMebibyte));
+    EXPECT_EQ(content(2, 32 * kMebibyte, 32 * kMebibyte), unreadable(32 * kMebibyte));
+    EXPECT_EQ(content(2, 64 * kMebibyte, 6 * kMebibyte), noise(7, 64 * kMebibyte, 6 * kMebibyte));
+    EXPECT_EQ(driveStatus("TARGET"), "BAD 1 unreadable block");
+    const LogEntry last = torvane().log().back();
+    EXPECT_EQ(last.type, "ERROR");
+    EXPECT_EQ(last.message, "BAD READ BLOCK AT SECTOR: [65536]");
+    dialog.leave();
+}
+
+/// A bench whose source takes time for each of its blocks.
+class SlowCloneTest : public CopyUiTest {
+  protected:
+    static constexpr int kBlockMilliseconds = 1500;
+
+    [[nodiscard]] BenchFolder layOutBench() const override { return slowCopyBench(kBlockMilliseconds); }
+    void SetUp() override {
+        CopyUiTest::SetUp();
+        leaveProgramUsed();
+    }
+    static BenchFolder slowCopyBench(int milliseconds) {
+        return copyBenchWithFaults(R"({"slow": [{"firstSector": 0, "sectors": 143360, "milliseconds": )" +
+                                   std::to_string(milliseconds) + "}]}");
+    }
+    /// Only the second block takes time.
+    static BenchFolder slowBlockBench(int milliseconds) {
+        return copyBenchWithFaults(R"({"slow": [{"firstSector": 70000, "milliseconds": )" +
+                                   std::to_string(milliseconds) + "}]}");
+    }
+    /// Starts a clone of which at least one block has been copied when this returns.
+    [[nodiscard]] CopyDialogWindow startClone() const {
+        const CopyDialogWindow dialog = openClone("SOURCE");
+        startOnto(dialog, "TARGET");
+        dialog.awaitStatusStart(" Status: 00:00:");
+        return dialog;
+    }
+    void expectExitRefused(const CopyDialogWindow& dialog) const {
+        dialog.exit();
+        expectBoxOver(dialog, "***** ERROR TERMINATE BEFORE EXIT *****", "Terminate Clone before Exiting",
+                      BoxIcon::kNone, "OK");
+        EXPECT_TRUE(dialog.window().visible());
+    }
+};
+
+TEST_F(SlowCloneTest, CannotBeLeftWhileItRuns) {
+    const CopyDialogWindow dialog = startClone();
+    expectExitRefused(dialog);
+    EXPECT_THAT(driveStatus("TARGET"), StartsWith("Cloning "));
+    EXPECT_THAT(driveStatus("SOURCE"), StartsWith("Cloning "));
+    dialog.window().post(WM_CLOSE);
+    expectBoxOver(dialog, "***** ERROR TERMINATE BEFORE EXIT *****", "Terminate Clone before Exiting", BoxIcon::kNone,
+                  "OK");
+    dialog.awaitStatus(" Image Completed");
+    dialog.leave();
+}
+
+TEST_F(SlowCloneTest, StartIsDeafWhileItRuns) {
+    const CopyDialogWindow dialog = startClone();
+    dialog.start();
+    dialog.window().settle();
+    EXPECT_TRUE(dialog.window().enabled()) << "something opened";
+    dialog.awaitStatus(" Image Completed");
+    EXPECT_EQ(program().benchLog({"script-line=\"clean\""}).size(), 1U);
+    dialog.leave();
+}
+
+TEST_F(SlowCloneTest, TerminateEndsItAfterTheBlockInFlight) {
+    const CopyDialogWindow dialog = startClone();
+    dialog.terminate();
+    dialog.awaitStatus(" User Terminated Image");
+    EXPECT_EQ(driveStatus("TARGET"), "BAD not completed");
+    EXPECT_LE(program().benchLog({"target=drive:2", "request=write"}).size(), 2U);
+    EXPECT_EQ(content(2, 0, 32 * kMebibyte), noise(7, 0, 32 * kMebibyte));
+    dialog.leave();
+}
+
+TEST_F(SlowCloneTest, TerminateOfAReverseCloneSpeaksOfAClone) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    press(dialog.window().child(kReverseClone));
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatusStart(" Status: 00:00:");
+    dialog.terminate();
+    dialog.awaitStatus(" User Terminated Clone");
+    dialog.leave();
+}
+
+TEST_F(SlowCloneTest, AReadThatTakesLongLeavesTheWindowAliveAndTerminateActsAfterIt) {
+    constexpr int kReadMilliseconds = 6000;
+    useBench(slowBlockBench(kReadMilliseconds));
+    const CopyDialogWindow dialog = startClone();
+    const std::string statusBefore = dialog.status();
+    const auto begun = std::chrono::steady_clock::now();
+    dialog.terminate();
+    // A window that waits for the read would not answer.
+    dialog.window().awaitPainted();
+    dialog.window().send(WM_NULL);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(kReadMilliseconds / 2));
+    EXPECT_EQ(dialog.status(), statusBefore) << "the read is still under way";
+    dialog.awaitStatus(" User Terminated Image");
+    EXPECT_EQ(program().benchLog({"target=drive:2", "request=write"}).size(), 2U) << "the block in flight is written";
+    EXPECT_EQ(content(2, 0, 64 * kMebibyte), noise(7, 0, 64 * kMebibyte));
+    dialog.leave();
+}
+
+TEST_F(SlowCloneTest, CanBeLeftWhileTheLastReadIsUnderWayAndNothingElseStartsMeanwhile) {
+    useBench(slowBlockBench(8000));
+    const CopyDialogWindow dialog = startClone();
+    dialog.terminate();
+    dialog.start();
+    dialog.window().settle();
+    EXPECT_TRUE(dialog.window().enabled()) << "a second job has begun to ask";
+    dialog.leave();
+
+    torvane().press(kClone);
+    expectNoBox();
+    EXPECT_EQ(torvane().log().back().message, "The last copy job has not ended yet");
+    torvane().press(kLoadDrives);
+    EXPECT_EQ(torvane().driveList().rowCount(), 4) << "the records of the drives are still in use";
+
+    awaitDriveStatus("TARGET", "BAD not completed");
+    await("a clone can be started again", [&] {
+        torvane().press(kClone);
+        return waitUntil([&] { return program().dialog().has_value(); }, std::chrono::seconds(1));
+    });
+    const CopyDialogWindow again(program().awaitDialog(), kCloneIds);
+    EXPECT_EQ(again.status(), "");
+    again.leave();
+}
+
+TEST_F(SlowCloneTest, KeepsTheMainWindowWaiting) {
+    const CopyDialogWindow dialog = startClone();
+    EXPECT_FALSE(torvane().window().enabled());
+    dialog.terminate();
+    dialog.awaitStatus(" User Terminated Image");
+    dialog.leave();
+    EXPECT_TRUE(torvane().window().enabled());
+}
+
+} // namespace
+} // namespace torvane::driver

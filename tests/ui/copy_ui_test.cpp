@@ -1,0 +1,241 @@
+#include "tests/ui/copy_ui_test.h"
+
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/shell_dialogs.h"
+#include "workbench/devices/pattern.h"
+
+#include <fstream>
+#include <iterator>
+
+namespace torvane::driver {
+namespace fs = std::filesystem;
+namespace {
+
+constexpr std::chrono::seconds kJobPatience{60};
+
+std::string sourceDrive(const std::string& more) {
+    return R"({"number": 1, "bus": "nvme", "size": "70 MiB", "road": "nvme-query",
+        "backing": {"pattern": "noise", "seed": 7},
+        "identity": {"product": "SOURCE", "revision": "1", "serial": "SRC-1"})" +
+           more + "}";
+}
+
+/// The button of that word in a dialog; no window when it has none.
+Window buttonOf(const Window& dialog, const std::string& word) {
+    for (const Window& child : dialog.children()) {
+        if (child.className() == "Button" && withoutAccessKey(child.text()) == word) {
+            return child;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+void CopyDialogWindow::start() const {
+    press(startButton());
+}
+
+void CopyDialogWindow::terminate() const {
+    press(terminateButton());
+}
+
+void CopyDialogWindow::exit() const {
+    press(exitButton());
+}
+
+void CopyDialogWindow::leave() const {
+    exit();
+    await("the dialog has closed", [this] { return !window_.exists(); });
+}
+
+void CopyDialogWindow::awaitStatus(const std::string& text) const {
+    try {
+        await(
+            "the status line is '" + text + "'", [&] { return status() == text; }, kJobPatience);
+    } catch (const Failure& failure) {
+        throw Failure(std::string(failure.what()) + "; it is '" + status() + "'");
+    }
+}
+
+void CopyDialogWindow::awaitStatusStart(const std::string& start) const {
+    await(
+        "the status line begins with '" + start + "'", [&] { return status().starts_with(start); }, kJobPatience);
+}
+
+void CopyDialogWindow::tickDestination(const std::string& model) const {
+    const ListView list = destinations();
+    list.setTicked(list.rowWith(0, model), true);
+}
+
+BenchFolder CopyUiTest::copyBench() {
+    BenchFolder folder;
+    folder.bench(R"({"title": "drives to copy"})");
+    folder.drive("0-system", R"({"number": 0, "bus": "nvme", "size": "64 MiB", "road": "nvme-query",
+        "identity": {"product": "SYSTEM", "revision": "1", "serial": "SYS-0"},
+        "volumes": [{"letter": "C", "extents": [{"offset": "1 MiB", "length": "60 MiB"}]}]})");
+    folder.drive("1-source", sourceDrive(""));
+    folder.drive("2-target", R"({"number": 2, "bus": "nvme", "size": "80 MiB", "road": "nvme-query",
+        "identity": {"product": "TARGET", "revision": "1", "serial": "TGT-2"},
+        "volumes": [{"letter": "K", "label": "OLD", "extents": [{"offset": "1 MiB", "length": "40 MiB"}]},
+                    {"letter": "L", "extents": [{"offset": "50 MiB", "length": "20 MiB"}]}]})");
+    folder.drive("3-small", R"({"number": 3, "bus": "nvme", "size": "40 MiB", "road": "nvme-query",
+        "identity": {"product": "SMALL", "revision": "1", "serial": "SML-3"}})");
+    return folder;
+}
+
+BenchFolder CopyUiTest::copyBenchWithFaults(const std::string& faults) {
+    return copyBench().drive("1-source", sourceDrive(R"(, "faults": )" + faults));
+}
+
+void CopyUiTest::SetUp() {
+    UiTest::SetUp();
+    if (torvane().driveList().rowCount() == 0) {
+        torvane().loadDrives();
+    }
+    untickAll();
+}
+
+void CopyUiTest::useBench(const BenchFolder& bench) {
+    restart(bench);
+    torvane().loadDrives();
+    leaveProgramUsed();
+}
+
+void CopyUiTest::untickAll() const {
+    const ListView drives = torvane().driveList();
+    for (int row = 0; row < drives.rowCount(); ++row) {
+        drives.setTicked(row, false);
+    }
+}
+
+void CopyUiTest::tickOnly(const std::string& model) const {
+    untickAll();
+    const ListView drives = torvane().driveList();
+    drives.setTicked(drives.rowWith(0, model), true);
+}
+
+std::string CopyUiTest::driveStatus(const std::string& model) const {
+    const ListView drives = torvane().driveList();
+    return drives.cell(drives.rowWith(0, model), 5);
+}
+
+void CopyUiTest::awaitDriveStatus(const std::string& model, const std::string& status) const {
+    await(
+        model + " is " + status, [&] { return driveStatus(model) == status; }, kJobPatience);
+}
+
+CopyDialogWindow CopyUiTest::openClone(const std::string& source) const {
+    tickOnly(source);
+    torvane().press(kClone);
+    return {program().awaitDialog(), kCloneIds};
+}
+
+CopyDialogWindow CopyUiTest::openImage(const std::string& source, const fs::path& folder) const {
+    tickOnly(source);
+    torvane().press(kDriveToImage);
+    chooseFolder(program(), folder);
+    return {program().awaitDialog(), kImageIds};
+}
+
+CopyDialogWindow CopyUiTest::openForensic(const std::string& source, const fs::path& folder) const {
+    tickOnly(source);
+    torvane().press(kForensicImage);
+    chooseFolder(program(), folder);
+    return {program().awaitDialog(), kForensicIds};
+}
+
+CopyDialogWindow CopyUiTest::openImageToDrive(const fs::path& image) const {
+    torvane().press(kImageToDrive);
+    chooseFile(program(), image);
+    return {program().awaitDialog(), kImageToDriveIds};
+}
+
+void CopyUiTest::answerWarning(const std::string& word) const {
+    std::optional<Window> warning;
+    await("the warning has opened", [&] {
+        warning = program().dialog();
+        return warning && buttonOf(*warning, word).visible();
+    });
+    press(buttonOf(*warning, word));
+    await("the warning has closed", [&] { return !warning->visible(); });
+}
+
+void CopyUiTest::startOnto(const CopyDialogWindow& dialog, const std::string& destination) const {
+    dialog.tickDestination(destination);
+    dialog.start();
+    answerWarning("Yes");
+}
+
+void CopyUiTest::expectBoxOver(const CopyDialogWindow& dialog, const std::string& caption, const std::string& text,
+                               BoxIcon icon, const std::string& answer) const {
+    const MessageBoxWindow box = program().awaitBoxOver(dialog.window());
+    EXPECT_EQ(box.caption(), caption);
+    EXPECT_EQ(box.text(), text);
+    EXPECT_EQ(box.icon(), icon);
+    const std::vector<std::string> expectedButtons =
+        answer == "OK" ? std::vector<std::string>{"OK"} : std::vector<std::string>{"Yes", "No"};
+    EXPECT_EQ(box.buttons(), expectedButtons);
+    EXPECT_FALSE(dialog.window().enabled()) << "the box does not keep the dialog waiting";
+    box.answer(answer);
+}
+
+fs::path CopyUiTest::emptyFolder(const std::string& name) const {
+    const fs::path folder = program().folder().parent_path() / name;
+    fs::remove_all(folder);
+    fs::create_directories(folder);
+    return folder;
+}
+
+fs::path CopyUiTest::onlyFile(const fs::path& folder, const std::string& extension) {
+    std::vector<fs::path> found;
+    for (const auto& file : fs::directory_iterator(folder)) {
+        if (file.path().extension() == extension) {
+            found.push_back(file.path());
+        }
+    }
+    if (found.size() != 1) {
+        throw Failure(std::to_string(found.size()) + " files " + extension + " in " + folder.string());
+    }
+    return found.front();
+}
+
+std::string CopyUiTest::content(int drive, std::uint64_t offset, std::size_t size) const {
+    const fs::path backing =
+        program().folder().parent_path() / "bench" / "backing" / ("drive" + std::to_string(drive) + ".img");
+    std::string bytes(size, '\0');
+    std::ifstream file(backing, std::ios::binary);
+    file.seekg(static_cast<std::streamoff>(offset));
+    file.read(bytes.data(), static_cast<std::streamsize>(size));
+    return bytes;
+}
+
+std::string CopyUiTest::readFile(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void CopyUiTest::writeFile(const fs::path& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+std::string CopyUiTest::noise(std::uint64_t seed, std::uint64_t offset, std::size_t size) {
+    std::string bytes(size, '\0');
+    bench::Backing backing;
+    backing.kind = bench::BackingKind::kNoise;
+    backing.seed = seed;
+    bench::fillPattern(backing, offset, {reinterpret_cast<std::uint8_t*>(bytes.data()), bytes.size()});
+    return bytes;
+}
+
+std::string CopyUiTest::unreadable(std::size_t size) {
+    constexpr std::string_view kMarker = "KVL<->UNREADABLE";
+    std::string bytes;
+    bytes.reserve(size);
+    while (bytes.size() < size) {
+        bytes.append(kMarker);
+    }
+    return bytes;
+}
+
+} // namespace torvane::driver

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "tests/ui/ui_test.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace torvane::driver {
+
+inline constexpr std::size_t kMebibyte = 1048576;
+
+/// A copy dialog's buttons and what else its users find in it; ids are written down here once more so that a
+/// renumbering is noticed.
+struct CopyDialogIds {
+    int start;
+    int terminate;
+    int exit;
+};
+inline constexpr CopyDialogIds kCloneIds{1012, 1013, 1014};
+inline constexpr CopyDialogIds kImageIds{1017, 1018, 1019};
+inline constexpr CopyDialogIds kForensicIds{1026, 1027, 1028};
+inline constexpr CopyDialogIds kImageToDriveIds{1023, 1024, 1025};
+inline constexpr int kReverseClone = 1016;
+inline constexpr int kCopyStatus = 1080;
+inline constexpr int kImagingText = 1083;
+inline constexpr int kFolderText = 1084;
+inline constexpr int kImagePathText = 1085;
+inline constexpr int kSourceList = 6003;
+inline constexpr int kDestinationList = 6004;
+
+/// An open copy dialog.
+class CopyDialogWindow {
+  public:
+    CopyDialogWindow(const Window& window, const CopyDialogIds& ids) : window_(window), ids_(ids) {}
+
+    [[nodiscard]] const Window& window() const { return window_; }
+    [[nodiscard]] Window startButton() const { return window_.child(ids_.start); }
+    [[nodiscard]] Window terminateButton() const { return window_.child(ids_.terminate); }
+    [[nodiscard]] Window exitButton() const { return window_.child(ids_.exit); }
+    void start() const;
+    void terminate() const;
+    void exit() const;
+    /// Presses "Exit" and waits until the dialog has gone.
+    void leave() const;
+
+    [[nodiscard]] std::string status() const { return window_.child(kCopyStatus).text(); }
+    void awaitStatus(const std::string& text) const;
+    /// Waits until the status line has a text that begins so.
+    void awaitStatusStart(const std::string& start) const;
+
+    [[nodiscard]] ListView destinations() const { return ListView(window_.child(kDestinationList)); }
+    void tickDestination(const std::string& model) const;
+
+  private:
+    Window window_;
+    CopyDialogIds ids_;
+};
+
+/// A test of the copy commands, with the drives of its bench loaded and none ticked.
+class CopyUiTest : public UiTest {
+  protected:
+    /// Drive 0 "SYSTEM" holds C:. Drive 1 "SOURCE" holds 70 MiB of noise, seed 7. Drive 2 "TARGET" of 80 MiB has two
+    /// mounted volumes, drive 3 "SMALL" 40 MiB and none.
+    [[nodiscard]] BenchFolder layOutBench() const override { return copyBench(); }
+    void SetUp() override;
+
+    [[nodiscard]] static BenchFolder copyBench();
+    /// The copy bench, but the source has these faults (JSON).
+    [[nodiscard]] static BenchFolder copyBenchWithFaults(const std::string& faults);
+    /// Starts the program anew on that bench and loads its drives.
+    void useBench(const BenchFolder& bench);
+
+    /// Ticks this drive alone.
+    void tickOnly(const std::string& model) const;
+    void untickAll() const;
+    [[nodiscard]] std::string driveStatus(const std::string& model) const;
+    void awaitDriveStatus(const std::string& model, const std::string& status) const;
+
+    [[nodiscard]] CopyDialogWindow openClone(const std::string& source) const;
+    [[nodiscard]] CopyDialogWindow openImage(const std::string& source, const std::filesystem::path& folder) const;
+    [[nodiscard]] CopyDialogWindow openForensic(const std::string& source, const std::filesystem::path& folder) const;
+    [[nodiscard]] CopyDialogWindow openImageToDrive(const std::filesystem::path& image) const;
+
+    /// Answers the warning that a destination will be overwritten.
+    void answerWarning(const std::string& word) const;
+    /// Ticks the destination, presses "Start" and says yes to the warning.
+    void startOnto(const CopyDialogWindow& dialog, const std::string& destination) const;
+    /// Expects a message box in front of the dialog, and answers it.
+    void expectBoxOver(const CopyDialogWindow& dialog, const std::string& caption, const std::string& text,
+                       BoxIcon icon, const std::string& answer) const;
+
+    /// An empty folder beside the program's.
+    [[nodiscard]] std::filesystem::path emptyFolder(const std::string& name) const;
+    /// The one file of a folder with that extension.
+    [[nodiscard]] static std::filesystem::path onlyFile(const std::filesystem::path& folder,
+                                                        const std::string& extension);
+
+    /// What lies on a file-backed drive.
+    [[nodiscard]] std::string content(int drive, std::uint64_t offset, std::size_t size) const;
+    [[nodiscard]] static std::string readFile(const std::filesystem::path& path);
+    static void writeFile(const std::filesystem::path& path, const std::string& content);
+    /// The content of a drive whose backing is a noise pattern.
+    [[nodiscard]] static std::string noise(std::uint64_t seed, std::uint64_t offset, std::size_t size);
+    /// What is written in place of unreadable blocks.
+    [[nodiscard]] static std::string unreadable(std::size_t size);
+};
+
+} // namespace torvane::driver

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+namespace torvane::choosers {
+
+// The system's own dialogs for choosing a folder or a file, in one place, so that tests can choose in the user's stead.
+// They run on the window's thread and return when the user has chosen or cancelled.
+
+/// The shell's folder browser in front of the window that has the keyboard. The folder's path; none when the user
+/// cancelled, or chose a place that has no path.
+[[nodiscard]] std::optional<std::string> folder(const char* title);
+
+/// What an open-file dialog offers to show.
+struct FileKind {
+    const char* label;
+    const char* pattern;
+};
+
+/// The common open-file dialog in front of the main window, for a file that exists. Its path, at most 1023 bytes; none
+/// when the user cancelled. The current folder stays what it is.
+[[nodiscard]] std::optional<std::string> existingFile(std::span<const FileKind> kinds);
+
+} // namespace torvane::choosers
