@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/component/package_folder.h"
 #include "tests/ui/driver/resource_counts.h"
 #include "ui/owned.h"
 
@@ -72,12 +73,12 @@ class Canvas {
 
 /// Copies the pictures that the program is shipped with into the current folder.
 inline void layOutPictures() {
-    for (const auto& entry : std::filesystem::directory_iterator(TORVANE_PACKAGE_FOLDER)) {
+    for (const auto& entry : std::filesystem::directory_iterator(packageFolder())) {
         if (entry.path().extension() == ".png") {
             std::filesystem::copy(entry.path(), entry.path().filename());
         }
     }
-    ASSERT_TRUE(std::filesystem::exists("sw-gauge-small.png")) << "no artwork in " << TORVANE_PACKAGE_FOLDER;
+    ASSERT_TRUE(std::filesystem::exists("sw-gauge-small.png")) << "no artwork in " << packageFolder();
 }
 
 [[nodiscard]] inline int gdiObjectCount() {

@@ -2,6 +2,7 @@
 
 #include "app/app_state.h"
 #include "settings/message_file.h"
+#include "tests/component/package_folder.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "ui/owned.h"
@@ -212,7 +213,7 @@ TEST_F(Messages, StayAsTheyAreWhenTheFileCannotBeReplaced) {
 }
 
 TEST_F(Messages, AsShippedServeEveryLevel) {
-    ASSERT_TRUE(CopyFileA(TORVANE_PACKAGE_FOLDER "/Message.db", kMessageFileName, FALSE));
+    ASSERT_TRUE(CopyFileA((testing::packageFolder() / "Message.db").string().c_str(), kMessageFileName, FALSE));
     ASSERT_EQ(LoadMessages(appState()), 1);
     EXPECT_EQ(appState().messages.size(), 5U);
     const std::array<std::uint32_t, 4> lampOfLevel{kLampGreen, kLampBlue, kLampYellow, kLampRed};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/component/handle_count.h"
+#include "tests/component/package_folder.h"
 #include "tests/component/scratch_folder.h"
 #include "workbench/bench_client.h"
 
@@ -35,7 +36,7 @@ class TestBench {
     /// Places the real smartctl.exe in the current folder, where the system looks for programs.
     static void provideSmartctl() {
         std::error_code error;
-        std::filesystem::copy_file(TORVANE_PACKAGE_FOLDER "/smartctl.exe", "smartctl.exe", error);
+        std::filesystem::copy_file(packageFolder() / "smartctl.exe", "smartctl.exe", error);
         ASSERT_FALSE(error) << error.message();
     }
 
