@@ -1,3 +1,4 @@
+#include "tests/ui/driver/picture.h"
 #include "tests/ui/health_bench.h"
 #include "tests/ui/health_panel_reader.h"
 #include "tests/ui/ui_test.h"
@@ -111,6 +112,23 @@ TEST_F(HealthPanelTest, TickingAnotherRowChangesNothing) {
     list.setTicked(other, false);
     expectPanel(torvane(), kPanels[3]);
     EXPECT_TRUE(list.selected(list.rowWith(0, "FAILING")));
+}
+
+TEST_F(HealthPanelTest, RepaintingNeverShowsAnEmptyPanel) {
+    pick("SOUND");
+    const Window window = torvane().window();
+    const RECT area = window.clientRect();
+    const RECT hub{area.left + 430, area.top + 194, area.left + 431, area.top + 195};
+    int looks = 0;
+    int gone = 0;
+    for (int repaint = 0; repaint < 60; ++repaint) {
+        InvalidateRect(window.handle(), nullptr, TRUE);
+        for (int i = 0; i < 20; ++i) {
+            ++looks;
+            gone += distance(Picture::ofScreen(hub).at(0, 0), RGB(0, 0, 0)) > 90 ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(gone, 0) << "times of " << looks << " the needle's hub was not there";
 }
 
 TEST_F(HealthPanelTest, ANewScanClearsThePanelAtOnce) {

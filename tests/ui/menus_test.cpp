@@ -129,6 +129,48 @@ TEST_F(MenuTest, LoadDrivesCommandLoads) {
     torvane().awaitLoaded();
 }
 
+/// Commands of "Extended Functions": what each does is tested with its dialog, that it is reached is tested here.
+class ExtendedFunctionsMenuTest : public UiTest {
+  protected:
+    /// Runs `choose` and expects that the command of that name opens its window, or says in the log what became of it.
+    template <typename Choose>
+    void expectReached(const std::string& name, Choose choose) {
+        const int rows = torvane().logList().rowCount();
+        choose();
+        await("'" + name + "' answers",
+              [&] { return program().dialog().has_value() || torvane().logList().rowCount() > rows; });
+        if (const auto opened = program().dialog()) {
+            opened->post(WM_CLOSE);
+            await("the window closes", [&] { return !opened->visible(); });
+        } else {
+            EXPECT_THAT(torvane().log().back().message, ::testing::StartsWith(name));
+        }
+    }
+
+    /// Chooses the popup's item that is so many steps above its end.
+    void chooseFromPopup(int stepsUp) const {
+        const Window window = program().mainWindow();
+        bringToFront(window);
+        pressKey(window, VK_F10);
+        pressKey(window, VK_RIGHT);
+        pressKey(window, VK_DOWN);
+        for (int i = 0; i <= stepsUp; ++i) {
+            pressKey(window, VK_UP);
+        }
+        pressKey(window, VK_RETURN);
+    }
+};
+
+TEST_F(ExtendedFunctionsMenuTest, CompanyInformation) {
+    expectReached("Company Information", [this] { torvane().command(kMenuCompany); });
+    expectReached("Company Information", [this] { chooseFromPopup(0); });
+}
+
+TEST_F(ExtendedFunctionsMenuTest, CreateTechPortableUsb) {
+    expectReached("Create Tech Portable USB", [this] { torvane().command(kMenuPortable); });
+    expectReached("Create Tech Portable USB", [this] { chooseFromPopup(1); });
+}
+
 TEST_F(MenuTest, ExitCommandAsks) {
     torvane().command(kMenuExit);
     expectQuestion("***** Exiting Application *****", "You are about to EXIT TVN. Are you sure?", "No");

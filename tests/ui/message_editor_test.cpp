@@ -1,6 +1,8 @@
 #include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
 #include "tests/ui/ui_test.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <fstream>
 #include <iterator>
@@ -152,6 +154,47 @@ class MessageEditorDuringJobTest : public UiTest {
   protected:
     [[nodiscard]] BenchFolder layOutBench() const override { return slowBench(1000); }
 
+    /// How far the letters of the system menu's last item are from black. (Another process can look at the menu but
+    /// not ask it for its items' states.)
+    [[nodiscard]] int lastSystemMenuItemPaleness() const {
+        const Window window = torvane().window();
+        bringToFront(window);
+        parkMouse();
+        pressKey(window, VK_SPACE, VK_MENU);
+        Window menu;
+        await("the system menu is open", [&] {
+            for (const Window& open : topLevelWindows(program().processId())) {
+                menu = open.className() == "#32768" && open.visible() ? open : menu;
+            }
+            return menu.exists();
+        });
+        // The last item's letters, without the menu's frame.
+        const RECT all = menu.rect();
+        const RECT letters{all.left + 20, all.bottom - 17, all.right - 10, all.bottom - 4};
+        int paleness = 0;
+        await("the last item is painted", [&] {
+            const Picture item = Picture::ofScreen(letters);
+            paleness = letterPaleness(item);
+            return isPaper(distance(item.commonest(), 0)) && !isPaper(paleness);
+        });
+        pressKey(window, VK_ESCAPE);
+        await("the system menu has closed", [&] { return !menu.visible(); });
+        return paleness;
+    }
+    static constexpr int kPale = 150; // of 765
+
+    /// How far the darkest pixel is from black.
+    static int letterPaleness(const Picture& item) {
+        int paleness = distance(RGB(255, 255, 255), 0);
+        for (int y = 0; y < item.height(); ++y) {
+            for (int x = 0; x < item.width(); ++x) {
+                paleness = std::min(paleness, distance(item.at(x, y), 0));
+            }
+        }
+        return paleness;
+    }
+    static bool isPaper(int paleness) { return paleness > 600; }
+
     /// Chooses the last item of the system menu, and leaves the menu if it is still open.
     void chooseLastSystemMenuItem() const {
         const Window window = torvane().window();
@@ -163,7 +206,9 @@ class MessageEditorDuringJobTest : public UiTest {
 };
 
 TEST_F(MessageEditorDuringJobTest, IsNotOffered) {
+    EXPECT_LT(lastSystemMenuItemPaleness(), kPale) << "before the job";
     torvane().startLoading();
+    EXPECT_GT(lastSystemMenuItemPaleness(), kPale) << "is not greyed";
     chooseLastSystemMenuItem();
     expectNoBox();
     // Nor does the command itself open it, however it comes.
@@ -171,6 +216,7 @@ TEST_F(MessageEditorDuringJobTest, IsNotOffered) {
     torvane().window().settle();
     expectNoBox();
     torvane().awaitLoaded();
+    EXPECT_LT(lastSystemMenuItemPaleness(), kPale) << "after the job";
     chooseLastSystemMenuItem();
     EXPECT_EQ(program().awaitDialog().text(), "Edit Messages") << "after the job";
 }

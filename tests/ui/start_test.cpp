@@ -205,12 +205,24 @@ TEST_F(StartTest, AboutBoxOpensFromTheSystemMenuAndCloses) {
     EXPECT_TRUE(window().enabled());
 }
 
+TEST_F(StartTest, AboutBoxOpensByItsCommand) {
+    constexpr WPARAM kAbout = 16;
+    window().post(WM_SYSCOMMAND, kAbout);
+    const Window box = program().awaitDialog();
+    EXPECT_EQ(box.text(), "About Torvane");
+    press(box.child(IDOK));
+    await("the about box has closed", [&] { return !box.visible(); });
+}
+
 TEST(StartWithoutFilesTest, MissingMessagesEndTheProgramAtOnce) {
     const Launch launch = freshRun("StartWithoutFiles.Messages", pairBench());
+    const std::filesystem::path tutorialFlag = launch.program.parent_path() / "TutorialData.db";
     ASSERT_TRUE(std::filesystem::remove(launch.program.parent_path() / "Message.db"));
+    ASSERT_TRUE(std::filesystem::remove(tutorialFlag));
     Program program(launch);
     EXPECT_FALSE(program.mainWindow().exists());
     EXPECT_LT(program.awaitEnd(), 0xC0000000U) << program.obituary();
+    EXPECT_FALSE(std::filesystem::exists(tutorialFlag)) << "the tutorial comes after the messages";
 }
 
 TEST(StartWithoutFilesTest, MissingPicturesAreNoReasonToEnd) {
