@@ -1,6 +1,7 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
 #include "tests/ui/health_bench.h"
+#include "tests/ui/health_panel_reader.h"
 #include "tests/ui/torvane_window.h"
 
 #include <gtest/gtest.h>
@@ -33,16 +34,19 @@ class HealthMessageTest : public ::testing::Test {
         written_ = writtenArea();
     }
 
-    /// Starts the program with that text for sound drives, and picks one.
-    void showMessage(const std::string& text) {
+    /// Starts the program with other bytes in its first message, that for sound drives, and picks one.
+    void showWith(std::streamoff offset, const std::string& bytes) {
         const Launch launch = freshRun("HealthMessageTest", soundDriveBench());
         std::fstream file(launch.program.parent_path() / "Message.db", std::ios::in | std::ios::out | std::ios::binary);
-        file.seekp(kTextOffset);
-        file.write(text.c_str(), static_cast<std::streamsize>(text.size()) + 1);
+        file.seekp(offset);
+        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         file.close();
         ASSERT_TRUE(file);
         start(launch);
         pick("SOUND");
+    }
+    void showMessage(const std::string& text) {
+        showWith(kTextOffset, text + '\0');
         ASSERT_EQ(message_.text(), text);
     }
 
@@ -81,6 +85,8 @@ class HealthMessageTest : public ::testing::Test {
         return text;
     }
 
+    static constexpr std::streamoff kColourOffset = 0;
+    static constexpr std::streamoff kLevelOffset = 4;
     static constexpr std::streamoff kTextOffset = 8;
     std::unique_ptr<Program> program_;
     Window message_;
@@ -117,6 +123,16 @@ TEST_F(HealthMessageTest, OneWithItsOwnLinesKeepsThem) {
     showMessage("First line\r\nSecond line");
     EXPECT_GT(height(written_), 18);
     EXPECT_LT(written_.right, 150);
+}
+
+TEST_F(HealthMessageTest, OneOfAnUnknownColourHasNoLamp) {
+    showWith(kColourOffset, "\7");
+    expectPanel(torvane(), {"SOUND", kStandardPanel, {0.2, 0, 0, 0, 0, 0}, "none", "No sign of trouble"});
+}
+
+TEST_F(HealthMessageTest, WithoutOneForTheLevelThereIsNoLamp) {
+    showWith(kLevelOffset, "\7");
+    expectPanel(torvane(), {"SOUND", kStandardPanel, {0.2, 0, 0, 0, 0, 0}, "none", ""});
 }
 
 TEST_F(HealthMessageTest, WhatDoesNotFitIsToldByATip) {

@@ -3,7 +3,6 @@
 #include "tests/ui/health_panel_reader.h"
 #include "tests/ui/ui_test.h"
 
-#include <ranges>
 #include <vector>
 
 namespace torvane::driver {
@@ -98,7 +97,8 @@ TEST_F(HealthPanelTest, EveryDriveShowsItsCondition) {
 }
 
 TEST_F(HealthPanelTest, ADriveKeepsNothingOfTheOneBefore) {
-    for (const ExpectedPanel& panel : std::views::reverse(kPanels)) {
+    const std::vector<ExpectedPanel> fromTheEnd(kPanels.rbegin(), kPanels.rend());
+    for (const ExpectedPanel& panel : fromTheEnd) {
         clickAndExpectPanel(torvane(), panel);
     }
 }
