@@ -32,13 +32,6 @@ struct VolumeIdentity {
 /// Asks the volume with that letter; none when it does not answer.
 using VolumeIdentityReader = std::function<std::optional<VolumeIdentity>(char letter)>;
 
-/// The letters of the volumes that have an extent on the drive, each once, in the table's order. None for an image
-/// file, which is no disk of the system.
-[[nodiscard]] std::vector<char> volumeLettersOn(const DriveRecord& drive, const VolumeTable& volumes);
-
-/// True when the volume with that letter, upper case, has an extent on the drive; never for the letter 0.
-[[nodiscard]] bool holdsVolume(const DriveRecord& drive, const VolumeTable& volumes, char letter);
-
 /// The drive, then each of its volumes.
 [[nodiscard]] std::vector<WarningRow> warningRows(const DriveRecord& destination, const VolumeTable& volumes,
                                                   const VolumeIdentityReader& identify);

@@ -3,6 +3,7 @@
 #include "admin/destruction_warning.h"
 #include "admin/volume_identity.h"
 #include "app/app_state.h"
+#include "discovery/drive_volumes.h"
 #include "resources/resource_ids.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"

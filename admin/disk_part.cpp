@@ -3,6 +3,7 @@
 #include "admin/disk_part_results.h"
 #include "app/app_state.h"
 #include "app/event_log.h"
+#include "base/file_name_part.h"
 #include "base/format.h"
 #include "base/worker_thread.h"
 #include "monitoring/command_runner.h"
@@ -10,6 +11,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -143,19 +145,48 @@ void showEnableOutcome(std::int32_t mountStatus) {
     }
 }
 
-std::int32_t changeReadOnly(AppState& state, DriveRecord& drive, const ReadOnlyChange& change) {
+/// What a test of the attribute told.
+struct ReadOnlyAnswer {
+    bool loaded = false; ///< the results were read
+    bool readOnly = false;
+    bool writable = false;
+};
+
+ReadOnlyAnswer testReadOnly(AppState& state, DriveRecord& drive) {
+    drive.readOnly = 1;
+    const LoadedText results = queryDiskPart(state, readOnlyTest(drive.driveNumber));
+    if (!results) {
+        return {};
+    }
+    const ReadOnlyAnswer answer{
+        .loaded = true, .readOnly = reportsReadOnlyDisk(results.get()), .writable = reportsWritableDisk(results.get())};
+    if (answer.writable) {
+        drive.readOnly = 0;
+    }
+    state.view->redrawDriveList();
+    return answer;
+}
+
+/// The model and the serial number stand in the name as the drive tells them, as far as a file name can hold them.
+std::string readOnlyResultsFileName(const ReadOnlyChange& change, const DriveRecord& drive) {
+    constexpr std::size_t kLongestPart = 80;
+    return formatText("%s RO Results DISK [%s] - [%s].txt", change.resultsWord,
+                      fileNamePart(drive.model.view(), kLongestPart).c_str(),
+                      fileNamePart(drive.serialNumber.view(), kLongestPart).c_str());
+}
+
+/// None when the script could not be written.
+std::optional<ReadOnlyAnswer> runReadOnlyChange(AppState& state, DriveRecord& drive, const ReadOnlyChange& change) {
     constexpr const char* kScriptFileName = "ScriptReadOnly.txt";
     if (!writeWhole(kScriptFileName,
                     formatText("select disk %d\nattributes disk %s readonly\n", drive.driveNumber, change.verb))) {
         LogEvent("ERROR", "Could not create DISKPART [%s] script. %s", kScriptFileName, change.failure);
-        return 0;
+        return std::nullopt;
     }
-    const std::string results = formatText("%s RO Results DISK [%s] - [%s].txt", change.resultsWord,
-                                           drive.model.c_str(), drive.serialNumber.c_str());
     // Unchecked: the test that follows tells what came of it.
-    static_cast<void>(PARSE_BuildDataFile(state, results.c_str(), "diskpart /s ScriptReadOnly.txt"));
-    DP_TestReadOnly(state, drive);
-    return drive.readOnly;
+    static_cast<void>(
+        PARSE_BuildDataFile(state, readOnlyResultsFileName(change, drive).c_str(), "diskpart /s ScriptReadOnly.txt"));
+    return testReadOnly(state, drive);
 }
 
 int reportUncleaned(const DriveRecord& drive) {
@@ -166,16 +197,7 @@ int reportUncleaned(const DriveRecord& drive) {
 } // namespace
 
 int DP_TestReadOnly(AppState& state, DriveRecord& drive) {
-    drive.readOnly = 1;
-    const LoadedText results = queryDiskPart(state, readOnlyTest(drive.driveNumber));
-    if (!results) {
-        return 0;
-    }
-    if (reportsWritableDisk(results.get())) {
-        drive.readOnly = 0;
-    }
-    state.view->redrawDriveList();
-    return 1;
+    return testReadOnly(state, drive).loaded ? 1 : 0;
 }
 
 std::int32_t DP_GetMountStatus(AppState& state) {
@@ -190,11 +212,20 @@ std::int32_t DP_GetMountStatus(AppState& state) {
 }
 
 std::int32_t DP_SetReadOnly(AppState& state, DriveRecord& drive) {
-    return changeReadOnly(state, drive, kSetReadOnly);
+    return runReadOnlyChange(state, drive, kSetReadOnly) ? drive.readOnly : 0;
 }
 
 std::int32_t DP_ClearReadOnly(AppState& state, DriveRecord& drive) {
-    return changeReadOnly(state, drive, kClearReadOnly);
+    return runReadOnlyChange(state, drive, kClearReadOnly) ? drive.readOnly : 0;
+}
+
+bool changeReadOnly(AppState& state, DriveRecord& drive, bool wanted) {
+    // An image file stands for no disk of the system: its number 0 is another disk's.
+    if (drive.recordKind == kRecordKindImageFile) {
+        return false;
+    }
+    const auto answer = runReadOnlyChange(state, drive, wanted ? kSetReadOnly : kClearReadOnly);
+    return answer && (wanted ? answer->readOnly : answer->writable);
 }
 
 int DP_CleanDisk(AppState& state) {

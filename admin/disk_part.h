@@ -26,6 +26,10 @@ std::int32_t DP_GetMountStatus(AppState& state);
 std::int32_t DP_SetReadOnly(AppState& state, DriveRecord& drive);
 std::int32_t DP_ClearReadOnly(AppState& state, DriveRecord& drive);
 
+/// What these two do. True when diskpart tells afterwards that the attribute is as wanted; never for an image file, for
+/// which diskpart is not asked.
+bool changeReadOnly(AppState& state, DriveRecord& drive, bool wanted);
+
 /// Wipes the partition table of the state's destination drive (`copy.destination`), so that the system lets go of its
 /// volumes and takes raw writes. Returns 1 when diskpart reported success; otherwise 0, after one "ERROR" log row.
 /// Waits for diskpart on the calling thread.

@@ -30,13 +30,21 @@ MountStatus mountStatusInLine(const Line& line) {
     return status.starts_with("enabled") ? kMountingEnabled : kMountingUndetermined;
 }
 
-} // namespace
-
-bool reportsWritableDisk(const char* results) {
+bool readOnlyStateIs(const char* results, std::string_view state) {
     Line line{};
     Word word{};
     return PARSE_FindLine(results, line, "Read-only") >= 0 && PARSE_GetWord(line.data(), word, kReadOnlyWord) != 0 &&
-           std::string_view(word.data()) == "No";
+           std::string_view(word.data()) == state;
+}
+
+} // namespace
+
+bool reportsWritableDisk(const char* results) {
+    return readOnlyStateIs(results, "No");
+}
+
+bool reportsReadOnlyDisk(const char* results) {
+    return readOnlyStateIs(results, "Yes");
 }
 
 MountStatus mountStatusInReport(const char* results) {

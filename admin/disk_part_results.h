@@ -9,6 +9,9 @@ namespace torvane {
 /// True when the current read-only state of "attributes disk" is "No". False for "Yes" and when no such line is there.
 [[nodiscard]] bool reportsWritableDisk(const char* results);
 
+/// True when that state is "Yes".
+[[nodiscard]] bool reportsReadOnlyDisk(const char* results);
+
 /// The state that "automount" tells. A report without such a line gives `kMountingUndetermined`.
 [[nodiscard]] MountStatus mountStatusInReport(const char* results);
 

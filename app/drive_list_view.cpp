@@ -63,6 +63,26 @@ DriveRecord* DriveListView::newlySelected(const NMLISTVIEW& change) const {
     return selected && tickBefore == tickAfter ? record(change.iItem) : nullptr;
 }
 
+DriveRecord* DriveListView::selectedDrive() const {
+    const int row = list_.selectedRow();
+    return row < 0 ? nullptr : record(row);
+}
+
+std::optional<POINT> DriveListView::menuPlace(POINT askedAt) {
+    const bool byKeyboard = askedAt.x == -1 && askedAt.y == -1;
+    const int row = byKeyboard ? list_.selectedRow() : list_.rowAt(askedAt);
+    if (row < 0) {
+        return std::nullopt;
+    }
+    if (!byKeyboard) {
+        list_.selectRow(row);
+        return askedAt;
+    }
+    list_.scrollIntoView(row);
+    const RECT place = list_.rowPlace(row);
+    return POINT{place.left, place.bottom};
+}
+
 LRESULT DriveListView::draw(NMLVCUSTOMDRAW& draw) const {
     return drawCells(list_, draw, [](int column, const std::string& text) {
         const CellPaint paint = driveCellPaint(column, text);

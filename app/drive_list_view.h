@@ -2,6 +2,7 @@
 
 #include "ui/list_view.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,13 @@ class DriveListView {
     /// The drive that an item-changed notification makes active: its row has become both selected and focused. Null for
     /// every other change, a tick among them.
     [[nodiscard]] DriveRecord* newlySelected(const NMLISTVIEW& change) const;
+
+    /// The drive whose row is selected; null when none is.
+    [[nodiscard]] DriveRecord* selectedDrive() const;
+
+    /// Where a context menu belongs that was asked for at that place of the screen, whose row is selected by this, or
+    /// by the keyboard (-1, -1) for the selected row. None when there is no row.
+    [[nodiscard]] std::optional<POINT> menuPlace(POINT askedAt);
 
     [[nodiscard]] LRESULT draw(NMLVCUSTOMDRAW& draw) const;
 

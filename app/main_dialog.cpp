@@ -12,6 +12,8 @@
 #include "ui/control_text.h"
 #include "ui/prompt_owner.h"
 
+#include <windowsx.h>
+
 #include <algorithm>
 
 namespace torvane {
@@ -174,6 +176,15 @@ void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
     InvalidateRect(window(), nullptr, TRUE);
 }
 
+void MainDialog::showDriveMenu(POINT askedAt) {
+    const std::optional<POINT> place = driveList_.menuPlace(askedAt);
+    if (!place) {
+        return;
+    }
+    const UniqueMenu menu{LoadMenuA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDR_DRIVE_MENU))};
+    TrackPopupMenu(GetSubMenu(menu.get(), 0), TPM_RIGHTBUTTON, place->x, place->y, 0, window(), nullptr);
+}
+
 std::optional<LRESULT> MainDialog::onNotify(NMHDR& header) {
     if (header.idFrom == IDC_DRIVE_LIST && header.code == LVN_ITEMCHANGED) {
         selectActiveDrive(reinterpret_cast<NMLISTVIEW&>(header));
@@ -213,7 +224,7 @@ void MainDialog::onDestroy() {
     prompts::setOwner(nullptr);
 }
 
-std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM, LPARAM lParam) {
+std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case MainWindowView::kRunTaskMessage:
         (*reinterpret_cast<const MainWindowView::WindowTask*>(lParam))(*this);
@@ -221,6 +232,12 @@ std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM, LPARAM lParam
     case WM_DRAWITEM:
         drawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
         return TRUE;
+    case WM_CONTEXTMENU:
+        if (reinterpret_cast<HWND>(wParam) == driveList_.window()) {
+            showDriveMenu({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+            return 0;
+        }
+        return std::nullopt;
     case WM_INITMENUPOPUP:
         updateSystemMenu();
         return std::nullopt;

@@ -55,6 +55,7 @@ class MainDialog : public Dialog {
     void resizeWindow(int height);
     void drawItem(const DRAWITEMSTRUCT& item);
     void selectActiveDrive(const NMLISTVIEW& change);
+    void showDriveMenu(POINT askedAt);
 
     // Commands, in the order of the command table
     void onLoadDrives();
@@ -80,6 +81,9 @@ class MainDialog : public Dialog {
     void onDetectBitLocker();
     void onQuickDiskView();
     void onToggleLogPanel();
+    void onSetReadOnly();
+    void onClearReadOnly();
+    void onCleanDisk();
     void onAbout();
     void onEditMessages();
 

@@ -1,6 +1,8 @@
 #include "app/main_dialog.h"
 
 #include "admin/bitlocker_dialog.h"
+#include "admin/destruction_warning_dialog.h"
+#include "admin/disk_commands.h"
 #include "admin/disk_part.h"
 #include "app/about_dialog.h"
 #include "app/app_state.h"
@@ -64,6 +66,11 @@ bool MainDialog::onCommand(int id) {
         {IDC_QUICK_DISK_VIEW, &MainDialog::onQuickDiskView},
         {IDC_LOG_TOGGLE, &MainDialog::onToggleLogPanel},
         {IDC_LOAD_DRIVES, &MainDialog::onLoadDrives},
+
+        // The drive list's context menu.
+        {IDM_SET_READ_ONLY, &MainDialog::onSetReadOnly},
+        {IDM_CLEAR_READ_ONLY, &MainDialog::onClearReadOnly},
+        {IDM_CLEAN_DISK, &MainDialog::onCleanDisk},
 
         // The close box, Alt+F4 and Escape leave through the same questions as "Exit Torvane"; Enter alone does
         // nothing.
@@ -215,6 +222,33 @@ void MainDialog::onToggleLogPanel() {
     setControlText(IDC_LOG_TOGGLE, open ? "<" : ">");
     resizeWindow(open ? kMainWindowHeightWithLog : kMainWindowHeight);
     logList_.setVisible(open);
+}
+
+void MainDialog::onSetReadOnly() {
+    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_, *drive)) {
+        startSetReadOnly(state_, *drive);
+    }
+}
+
+void MainDialog::onClearReadOnly() {
+    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_, *drive)) {
+        startClearReadOnly(state_, *drive);
+    }
+}
+
+void MainDialog::onCleanDisk() {
+    DriveRecord* const drive = driveList_.selectedDrive();
+    if (drive == nullptr || !mayCleanDisk(state_, *drive)) {
+        return;
+    }
+    state_.copy.destination = drive;
+    state_.copy.warningCaption.assign("Clean Disk");
+    state_.copy.sourceImageLetter = 0;
+    if (confirmDestruction(state_, window())) {
+        startCleanDisk(state_);
+    } else {
+        state_.copy.destination = nullptr;
+    }
 }
 
 void MainDialog::onAbout() {

@@ -5,6 +5,7 @@
 #include "copy/destination_folder.h"
 #include "copy/free_space.h"
 #include "copy/volume_space.h"
+#include "discovery/drive_volumes.h"
 #include "ui/choosers.h"
 #include "ui/prompts.h"
 
@@ -29,7 +30,7 @@ std::vector<DriveRecord*> destinationCandidates(const AppState& state, const Dri
     std::vector<DriveRecord*> candidates;
     for (int i = 0; i < state.scan.driveCount; ++i) {
         DriveRecord* const drive = state.scan.drives[static_cast<std::size_t>(i)].get();
-        if (drive != source && drive->systemDrive != 1) {
+        if (drive != source && !isSystemDrive(*drive, state.scan.volumes)) {
             candidates.push_back(drive);
         }
     }

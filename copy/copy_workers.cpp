@@ -1,12 +1,9 @@
 #include "copy/copy_workers.h"
 
 #include "app/app_state.h"
-#include "app/event_log.h"
-#include "base/worker_thread.h"
+#include "app/drive_job.h"
 #include "copy/copy_jobs.h"
 #include "copy/windows_copy_system.h"
-
-#include <memory>
 
 namespace torvane {
 
@@ -41,19 +38,6 @@ DWORD runJob(AppState& state, std::uint32_t (*run)(const CopyJob&)) {
                 .destinationPath = std::string(state.destinationFolder.view())});
 }
 
-/// What a job's thread is given.
-struct WorkerStart {
-    AppState& state;
-    CopyWorker worker;
-};
-
-DWORD WINAPI copyWorkerThread(void* argument) {
-    const std::unique_ptr<WorkerStart> start(static_cast<WorkerStart*>(argument));
-    const DWORD exitCode = start->worker(start->state);
-    start->state.copy.workerAtWork = 0;
-    return exitCode;
-}
-
 } // namespace
 
 DWORD ForwardClone(AppState& state) {
@@ -77,18 +61,7 @@ DWORD ImageToDriveWorker(AppState& state) {
 }
 
 bool startCopyWorker(AppState& state, CopyWorker worker) {
-    if (state.copy.workerAtWork.exchange(1) == 1) {
-        return false;
-    }
-    std::unique_ptr<WorkerStart> start(new WorkerStart{state, worker});
-    state.worker = startThread(copyWorkerThread, start.get());
-    if (!state.worker) {
-        state.copy.workerAtWork = 0;
-        LogEvent("ERROR", "Could not start the copy job");
-        return false;
-    }
-    static_cast<void>(start.release()); // the thread's now
-    return true;
+    return startDriveJob(state, "copy job", [&state, worker] { return worker(state); });
 }
 
 } // namespace torvane

@@ -11,6 +11,7 @@
 #define IDD_EDIT_MESSAGES 131
 #define IDR_EDIT_MESSAGES_MENU 132
 #define IDD_DESTRUCTION_WARNING 134
+#define IDR_DRIVE_MENU 135
 #define IDD_BITLOCKER_SCAN 143
 #define IDD_CLONE 153
 #define IDD_IMAGE 156
@@ -103,6 +104,11 @@
 #define IDC_MESSAGE_TEXT 1004
 #define IDM_EXIT_MESSAGE_EDITOR 32781
 #define IDM_UPDATE_MESSAGES 32782
+
+// Commands of the drive list's context menu
+#define IDM_SET_READ_ONLY 32820
+#define IDM_CLEAR_READ_ONLY 32821
+#define IDM_CLEAN_DISK 32822
 
 // Warning before a drive is overwritten
 #define IDC_WARNING_TEXT 3301

@@ -96,6 +96,31 @@ bool ListView::isTicked(int row) const {
     return ListView_GetCheckState(window_, row) == 1;
 }
 
+int ListView::selectedRow() const {
+    return ListView_GetNextItem(window_, -1, LVNI_SELECTED);
+}
+
+int ListView::rowAt(POINT screenPlace) const {
+    LVHITTESTINFO hit{};
+    hit.pt = screenPlace;
+    ScreenToClient(window_, &hit.pt);
+    return static_cast<int>(SendMessageA(window_, LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+}
+
+void ListView::selectRow(int row) {
+    ListView_SetItemState(window_, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+}
+
+RECT ListView::rowPlace(int row) const {
+    RECT place{};
+    ListView_GetItemRect(window_, row, &place, LVIR_BOUNDS);
+    RECT area{};
+    GetClientRect(window_, &area);
+    IntersectRect(&place, &place, &area);
+    MapWindowPoints(window_, nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
 void ListView::deleteRows() {
     ListView_DeleteAllItems(window_);
 }

@@ -32,6 +32,14 @@ class ListView {
     [[nodiscard]] LPARAM rowData(int row) const;
     [[nodiscard]] int rowCount() const;
     [[nodiscard]] bool isTicked(int row) const;
+    /// -1 when no row is.
+    [[nodiscard]] int selectedRow() const;
+    /// The row at a place of the screen; -1 when none is there.
+    [[nodiscard]] int rowAt(POINT screenPlace) const;
+    /// Selects the row and gives it the focus among the rows.
+    void selectRow(int row);
+    /// The row's visible part, screen pixels.
+    [[nodiscard]] RECT rowPlace(int row) const;
     void deleteRows();
 
     void scrollIntoView(int row);

@@ -75,6 +75,14 @@ struct MemoryDcTraits {
 };
 using UniqueMemoryDc = Owned<MemoryDcTraits>;
 
+/// A menu that no window has.
+struct MenuTraits {
+    using Value = HMENU;
+    static Value empty() { return nullptr; }
+    static void close(Value menu) { DestroyMenu(menu); }
+};
+using UniqueMenu = Owned<MenuTraits>;
+
 /// Selects an object into a device context for a scope, then puts the old one back. Declare it after the object's own
 /// guard: a selected object cannot be deleted.
 class SelectedObject {

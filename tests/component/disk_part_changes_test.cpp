@@ -65,6 +65,52 @@ TEST_F(DiskPartChanges, WithoutDiskPartTheFlagIsReadOnly) {
     EXPECT_EQ(DP_ClearReadOnly(state(), disk), 1);
 }
 
+TEST_F(DiskPartChanges, ADrivesTextsCannotLeadTheResultsElsewhere) {
+    DriveRecord& disk = openDisk();
+    disk.model.assign("..\\..\\a*b?\"c\"");
+    disk.serialNumber.assign("../<x>|y:stream\x01");
+    EXPECT_EQ(DP_SetReadOnly(state(), disk), 1);
+    EXPECT_NE(readFile("Enable RO Results DISK [.._.._a_b__c_] - [..__x__y_stream_].txt"), "");
+    EXPECT_EQ(DP_ClearReadOnly(state(), disk), 0);
+    EXPECT_NE(readFile("Disable RO Results DISK [.._.._a_b__c_] - [..__x__y_stream_].txt"), "");
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPartChanges, TheLongestTextsOfADriveStillMakeAFileName) {
+    DriveRecord& disk = openDisk();
+    disk.model.assign(std::string(255, 'm'));
+    disk.serialNumber.assign(std::string(127, 's'));
+    EXPECT_EQ(DP_SetReadOnly(state(), disk), 1);
+    EXPECT_NE(readFile("Enable RO Results DISK [" + std::string(80, 'm') + "] - [" + std::string(80, 's') + "].txt"),
+              "");
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPartChanges, AChangeIsTrueOnlyWhenDiskPartTellsSo) {
+    DriveRecord& disk = openDisk();
+    EXPECT_TRUE(changeReadOnly(state(), disk, true));
+    EXPECT_EQ(disk.readOnly, 1);
+    EXPECT_TRUE(changeReadOnly(state(), disk, false));
+    EXPECT_EQ(disk.readOnly, 0);
+}
+
+TEST_F(DiskPartChanges, AReadOnlyFlagThatIsOnlyAssumedIsNoChange) {
+    DriveRecord& disk = openDisk("", R"({"output": "There is no disk selected.\r\n"})");
+    EXPECT_FALSE(changeReadOnly(state(), disk, true));
+    EXPECT_EQ(disk.readOnly, 1);
+    EXPECT_EQ(DP_SetReadOnly(state(), disk), 1) << "read-only, or not known";
+    EXPECT_FALSE(changeReadOnly(state(), disk, false));
+}
+
+TEST_F(DiskPartChanges, AnImageFilesAttributeIsNeverChanged) {
+    DriveRecord& disk = openDisk();
+    disk.recordKind = kRecordKindImageFile;
+    disk.driveNumber = 0;
+    EXPECT_FALSE(changeReadOnly(state(), disk, true));
+    EXPECT_FALSE(changeReadOnly(state(), disk, false));
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+}
+
 TEST_F(DiskPartChanges, CleanLetsRawWritesThrough) {
     DriveRecord& disk = openDisk(kMounted);
     DWORD written = 0;

@@ -1,6 +1,7 @@
 #include "admin/destruction_warning.h"
 
 #include "discovery/drive_record.h"
+#include "discovery/drive_volumes.h"
 #include "discovery/volume_table.h"
 
 #include <gmock/gmock.h>
@@ -125,6 +126,18 @@ TEST_F(DestructionWarning, DriveHoldsItsOwnVolumesAlone) {
     EXPECT_FALSE(holdsVolume(drive_, volumes_, 'C'));
     EXPECT_FALSE(holdsVolume(drive_, volumes_, 'L'));
     EXPECT_FALSE(holdsVolume(drive_, volumes_, 'k')) << "letters are upper case";
+}
+
+TEST_F(DestructionWarning, SystemDriveIsTheMarkedOneAndTheOneWithVolumeC) {
+    EXPECT_FALSE(isSystemDrive(drive_, volumes_));
+    addVolume('D', {3});
+    addVolume('C', {2});
+    EXPECT_FALSE(isSystemDrive(drive_, volumes_));
+    drive_.driveNumber = 2;
+    EXPECT_TRUE(isSystemDrive(drive_, volumes_));
+    drive_.driveNumber = 7;
+    drive_.systemDrive = 1;
+    EXPECT_TRUE(isSystemDrive(drive_, volumes_));
 }
 
 TEST_F(DestructionWarning, NoLetterIsHeldByNoDrive) {

@@ -20,6 +20,14 @@ TEST(DiskPartAttributes, StateNoIsWritable) {
     EXPECT_TRUE(reportsWritableDisk(attributesReport("Current Read-only State : No").c_str()));
 }
 
+TEST(DiskPartAttributes, OnlyYesIsReadOnlyForSure) {
+    EXPECT_TRUE(reportsReadOnlyDisk(attributesReport("Current Read-only State : Yes").c_str()));
+    EXPECT_FALSE(reportsReadOnlyDisk(attributesReport("Current Read-only State : No").c_str()));
+    EXPECT_FALSE(reportsReadOnlyDisk(attributesReport("Current Read-only State : Yess").c_str()));
+    EXPECT_FALSE(reportsReadOnlyDisk("There is no disk selected.\r\n"));
+    EXPECT_FALSE(reportsReadOnlyDisk(""));
+}
+
 TEST(DiskPartAttributes, TheFirstReadOnlyLineDecides) {
     EXPECT_FALSE(reportsWritableDisk("Current Read-only State : Yes\r\nCurrent Read-only State : No\r\n"));
 }

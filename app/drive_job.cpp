@@ -1,0 +1,43 @@
+#include "app/drive_job.h"
+
+#include "app/app_state.h"
+#include "app/event_log.h"
+#include "base/worker_thread.h"
+
+#include <memory>
+
+namespace torvane {
+
+namespace {
+
+/// What a job's thread is given.
+struct JobStart {
+    AppState& state;
+    std::function<DWORD()> job;
+};
+
+DWORD WINAPI driveJobThread(void* argument) {
+    const std::unique_ptr<JobStart> start(static_cast<JobStart*>(argument));
+    const DWORD exitCode = start->job();
+    start->state.copy.workerAtWork = 0;
+    return exitCode;
+}
+
+} // namespace
+
+bool startDriveJob(AppState& state, const char* name, std::function<DWORD()> job) {
+    if (state.copy.workerAtWork.exchange(1) == 1) {
+        return false;
+    }
+    std::unique_ptr<JobStart> start(new JobStart{state, std::move(job)});
+    state.worker = startThread(driveJobThread, start.get());
+    if (!state.worker) {
+        state.copy.workerAtWork = 0;
+        LogEvent("ERROR", "Could not start the %s", name);
+        return false;
+    }
+    static_cast<void>(start.release()); // the thread's now
+    return true;
+}
+
+} // namespace torvane

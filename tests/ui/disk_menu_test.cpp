@@ -1,0 +1,272 @@
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
+#include "tests/ui/ui_test.h"
+
+#include <gmock/gmock.h>
+
+#include <commctrl.h>
+
+#include <filesystem>
+
+namespace torvane::driver {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr WORD kSetKey = 'S';
+constexpr WORD kClearKey = 'C';
+constexpr WORD kCleanKey = 'D';
+
+constexpr int kWarningText = 3301;
+constexpr int kWarningDrive = 3302;
+constexpr int kWarningList = 3400;
+
+constexpr const char* kDiskPart = "request=diskpart";
+
+/// Every test starts the program anew: what diskpart changes stays on the bench.
+class DiskMenuTest : public UiTest {
+  protected:
+    void SetUp() override {
+        UiTest::SetUp();
+        leaveProgramUsed();
+    }
+
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        BenchFolder folder;
+        folder.drive("0", R"({"number": 0, "bus": "nvme", "size": "256 GiB", "road": "nvme-query",
+            "identity": {"product": "Tarn N256", "serial": "TN256-0042"},
+            "volumes": [{"letter": "C", "extents": [{"offset": "1 MiB", "length": "100 GiB"}]}]})");
+        folder.drive("1", R"({"number": 1, "bus": "nvme", "size": "16 MiB", "road": "nvme-query",
+            "identity": {"product": "Tarn N16", "serial": "TN16-1"},
+            "volumes": [{"letter": "K", "label": "Rescue", "serial": "1A2B-3C4D",
+                         "extents": [{"offset": "1 MiB", "length": "4 MiB"}]},
+                        {"letter": "L", "serial": "0000-0001", "extents": [{"offset": "6 MiB", "length": "4 MiB"}]}]})");
+        folder.drive("2", R"({"number": 2, "bus": "nvme", "size": "16 MiB", "road": "nvme-query", "readOnly": true,
+            "identity": {"product": "Tarn N16", "serial": "TN16-2"}})");
+        return folder;
+    }
+
+    [[nodiscard]] static bool menuIsOpen() { return menuWindow().visible(); }
+    [[nodiscard]] static Window menuWindow() { return Window(FindWindowA("#32768", nullptr)); }
+
+    /// Right-clicks the drive's row and waits for the menu.
+    void openMenu(int row) const {
+        bringToFront(program().mainWindow());
+        const ListView list = torvane().driveList();
+        clickAt(list.window(), centre(list.cellRect(row, 1)), MouseButton::kRight);
+        await("the menu opens", [] { return menuIsOpen(); });
+    }
+    void choose(WORD key) const {
+        pressKey(program().mainWindow(), key);
+        await("the menu closes", [] { return !menuIsOpen(); });
+    }
+    void chooseFor(int row, WORD key) const {
+        openMenu(row);
+        choose(key);
+    }
+
+    [[nodiscard]] std::string status(int row) const { return torvane().driveList().cell(row, 5); }
+
+    void expectOutcome(const std::string& caption, const std::string& text, BoxIcon icon) const {
+        expectBox(caption, text, icon, "OK");
+        expectNoBox();
+    }
+
+    /// What diskpart was told to change.
+    [[nodiscard]] std::vector<std::string> changes() const {
+        std::vector<std::string> lines = program().benchLog({kDiskPart, "script-line=\"clean"});
+        for (const std::string& line : program().benchLog({kDiskPart, "script-line=\"attributes disk "})) {
+            lines.push_back(line);
+        }
+        return lines;
+    }
+};
+
+TEST_F(DiskMenuTest, OpensOnARightClickAndMakesTheDriveActive) {
+    torvane().loadDrives();
+    openMenu(1);
+    EXPECT_TRUE(torvane().driveList().selected(1));
+    pressKey(program().mainWindow(), VK_ESCAPE);
+    await("the menu closes", [] { return !menuIsOpen(); });
+    EXPECT_TRUE(torvane().driveList().selected(1));
+    EXPECT_THAT(changes(), IsEmpty());
+}
+
+TEST_F(DiskMenuTest, OpensByTheMenuKey) {
+    torvane().loadDrives();
+    torvane().driveList().click(1);
+    pressKey(program().mainWindow(), VK_APPS);
+    await("the menu opens", [] { return menuIsOpen(); });
+    const RECT row = torvane().driveList().cellRect(1, 0);
+    EXPECT_NEAR(menuWindow().rect().top, row.bottom, 4);
+    choose(kSetKey);
+    expectOutcome("****** READ-ONLY SET ******", "Disk 001 - Tarn N16 TN16-1 is now READ-ONLY", BoxIcon::kNone);
+}
+
+TEST_F(DiskMenuTest, OpensByShiftAndF10) {
+    torvane().loadDrives();
+    torvane().driveList().click(2);
+    pressKey(program().mainWindow(), VK_F10, VK_SHIFT);
+    await("the menu opens", [] { return menuIsOpen(); });
+    choose(kClearKey);
+    expectOutcome("****** READ-ONLY CLEARED ******", "Disk 002 - Tarn N16 TN16-2 is now WRITABLE", BoxIcon::kNone);
+}
+
+TEST_F(DiskMenuTest, DoesNotOpenWithoutARow) {
+    bringToFront(program().mainWindow());
+    const Window list = torvane().driveList().window();
+    const RECT area = list.clientRect();
+    clickAt(list, {area.left + 100, area.bottom - 8}, MouseButton::kRight);
+    EXPECT_FALSE(menuIsOpen());
+    pressKey(program().mainWindow(), VK_APPS);
+    torvane().window().settle();
+    EXPECT_FALSE(menuIsOpen());
+    expectNoBox();
+}
+
+TEST_F(DiskMenuTest, SetsAndClearsTheAttribute) {
+    torvane().loadDrives();
+    chooseFor(1, kSetKey);
+    expectOutcome("****** READ-ONLY SET ******", "Disk 001 - Tarn N16 TN16-1 is now READ-ONLY", BoxIcon::kNone);
+    EXPECT_EQ(status(1), "COMPLETED read-only set");
+    EXPECT_TRUE(std::filesystem::exists(program().folder() / "Enable RO Results DISK [Tarn N16] - [TN16-1].txt"));
+    chooseFor(1, kClearKey);
+    expectOutcome("****** READ-ONLY CLEARED ******", "Disk 001 - Tarn N16 TN16-1 is now WRITABLE", BoxIcon::kNone);
+    EXPECT_EQ(status(1), "COMPLETED read-only cleared");
+    EXPECT_THAT(changes(),
+                ElementsAre(HasSubstr("attributes disk set readonly"), HasSubstr("attributes disk clear readonly")));
+    EXPECT_EQ(status(0), "Idle");
+    EXPECT_EQ(status(2), "Idle");
+}
+
+TEST_F(DiskMenuTest, WarningNamesTheDriveAndItsVolumes) {
+    torvane().loadDrives();
+    chooseFor(1, kCleanKey);
+    const Window warning = program().awaitDialog();
+    EXPECT_EQ(warning.text(), "Clean Disk");
+    EXPECT_EQ(warning.child(kWarningText).text(), "WARNING - All Data on Drive List will be destroyed");
+    EXPECT_EQ(toText(warning.child(kWarningText).rectIn(warning)), toText(RECT{10, 8, 460, 28}));
+    EXPECT_EQ(warning.child(kWarningDrive).text(), "001 - Tarn N16 TN16-1");
+    const ListView list(warning.child(kWarningList));
+    EXPECT_EQ(toText(list.window().rectIn(warning)), toText(RECT{10, 30, 460, 204}));
+    ASSERT_EQ(list.columnCount(), 3);
+    EXPECT_EQ(list.heading(0), "Type");
+    EXPECT_EQ(list.heading(1), "Model/Volume");
+    EXPECT_EQ(list.heading(2), "Relation");
+    EXPECT_EQ(list.columnWidth(0), 100);
+    EXPECT_EQ(list.columnWidth(1), 230);
+    EXPECT_EQ(list.columnWidth(2), 120);
+    EXPECT_EQ(list.extendedStyle(), static_cast<DWORD>(LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES));
+    EXPECT_EQ(list.background(), RGB(136, 196, 236));
+    EXPECT_EQ(list.window().style() & (WS_HSCROLL | WS_VSCROLL), 0) << "a scroll bar takes room from three rows";
+    ASSERT_EQ(list.rowCount(), 3);
+    EXPECT_THAT(list.row(0), ElementsAre("PHYSICAL", "001 - Tarn N16 TN16-1", "DESTINATION"));
+    EXPECT_THAT(list.row(1), ElementsAre("VOLUME", "K:\\ - Rescue - 1A2B-3C4D", "RELATED VOLUME"));
+    EXPECT_THAT(list.row(2), ElementsAre("VOLUME", "L:\\ -  - 0000-0001", "RELATED VOLUME"));
+    EXPECT_EQ(Picture::ofScreen(warning.clientRect()).at(4, 4), RGB(218, 223, 234));
+    warning.awaitPainted();
+    press(warning.child(IDNO));
+    expectNoBox();
+    EXPECT_THAT(changes(), IsEmpty());
+    EXPECT_EQ(status(1), "Idle");
+}
+
+TEST_F(DiskMenuTest, EnterAndEscapeAnswerTheWarningWithNo) {
+    torvane().loadDrives();
+    for (const WORD key : {WORD{VK_RETURN}, WORD{VK_ESCAPE}}) {
+        chooseFor(1, kCleanKey);
+        const Window warning = program().awaitDialog();
+        EXPECT_EQ(focused(warning).id(), IDNO);
+        pressKey(warning, key);
+        await("the warning is gone", [&] { return !warning.exists(); });
+        expectNoBox();
+    }
+    EXPECT_THAT(changes(), IsEmpty());
+}
+
+TEST_F(DiskMenuTest, ConfirmedCleaningIsDoneAndSaidSo) {
+    torvane().loadDrives();
+    chooseFor(1, kCleanKey);
+    press(program().awaitDialog().child(IDYES));
+    expectOutcome("****** DISK CLEANED ******", "Disk 001 - Tarn N16 TN16-1 has been CLEANED", BoxIcon::kNone);
+    EXPECT_EQ(status(1), "COMPLETED disk cleaned");
+    EXPECT_THAT(changes(), ElementsAre(HasSubstr("script-line=\"clean")));
+    EXPECT_THAT(program().benchLog({kDiskPart, "script-line=\"select disk 1"}), ::testing::Not(IsEmpty()));
+    torvane().loadDrives();
+    chooseFor(1, kCleanKey);
+    const Window warning = program().awaitDialog();
+    EXPECT_EQ(ListView(warning.child(kWarningList)).rowCount(), 1) << "the volumes are gone";
+    press(warning.child(IDNO));
+}
+
+TEST_F(DiskMenuTest, ReadOnlyDiskIsNotCleanedAndThatIsSaid) {
+    torvane().loadDrives();
+    chooseFor(2, kCleanKey);
+    press(program().awaitDialog().child(IDYES));
+    expectOutcome("****** DISK NOT CLEANED ******", "Disk 002 - Tarn N16 TN16-2 has NOT been CLEANED", BoxIcon::kStop);
+    EXPECT_EQ(status(2), "BAD disk not cleaned");
+}
+
+TEST_F(DiskMenuTest, SystemDriveIsRefused) {
+    torvane().loadDrives();
+    chooseFor(0, kCleanKey);
+    expectOutcome("***** SYSTEM DRIVE *****", "The drive that holds Windows cannot be cleaned", BoxIcon::kStop);
+    EXPECT_THAT(changes(), IsEmpty());
+}
+
+TEST_F(DiskMenuTest, LongListScrollsUnderTheSameColumns) {
+    std::string volumes;
+    for (char letter = 'D'; letter <= 'Z'; ++letter) {
+        volumes += std::string(volumes.empty() ? "" : ", ") + R"({"letter": ")" + letter +
+                   R"(", "label": "a label of as many characters as", "extents": [{"offset": ")" +
+                   std::to_string(letter - 'C') + R"( MiB", "length": "512 KiB"}]})";
+    }
+    restart(
+        BenchFolder().drive("0", R"({"number": 0, "bus": "nvme", "size": "64 MiB", "road": "nvme-query", "identity": {
+        "product": "A Drive With A Name Of Just Forty Letters", "serial": "AND-A-SERIAL-NUMBER-"}, "volumes": [)" +
+                                     volumes + "]}"));
+    torvane().loadDrives();
+    chooseFor(0, kCleanKey);
+    const Window warning = program().awaitDialog();
+    const ListView list(warning.child(kWarningList));
+    EXPECT_EQ(list.rowCount(), 24);
+    EXPECT_NE(list.window().style() & WS_VSCROLL, 0);
+    EXPECT_EQ(list.window().style() & WS_HSCROLL, 0);
+    EXPECT_THAT(warning.child(kWarningDrive).text(), HasSubstr("AND-A-SERIAL-NUMBER-"));
+    warning.awaitPainted();
+    press(warning.child(IDNO));
+}
+
+TEST_F(DiskMenuTest, WindowStaysUsableWhileDiskPartWorks) {
+    restart(layOutBench().bench(R"({"tools": {"diskpart": {"delayMilliseconds": 2500}}})"));
+    torvane().loadDrives();
+    chooseFor(1, kSetKey);
+    EXPECT_EQ(status(1), "Setting read-only");
+    // A second change meanwhile is refused, and so is a scan.
+    chooseFor(2, kClearKey);
+    expectStopBox("***** Working *****", "A Job is Working");
+    torvane().press(kLoadDrives);
+    EXPECT_EQ(torvane().driveList().rowCount(), 3);
+    const MessageBoxWindow box = program().awaitBox();
+    EXPECT_EQ(box.caption(), "****** READ-ONLY SET ******");
+    box.answer("OK");
+    EXPECT_THAT(changes(), ElementsAre(HasSubstr("attributes disk set readonly")));
+}
+
+TEST_F(DiskMenuTest, NothingIsChangedWhileTheLoaderWorks) {
+    // The rows come last in a scan, so the command is sent as the menu would; without a row it finds no drive.
+    restart(layOutBench().bench(R"({"tools": {"diskpart": {"delayMilliseconds": 1500}}})"));
+    torvane().startLoading();
+    for (const int id : {32820, 32821, 32822}) {
+        torvane().command(id);
+        expectNoBox();
+    }
+    torvane().awaitLoaded();
+    EXPECT_THAT(changes(), IsEmpty());
+}
+
+} // namespace
+} // namespace torvane::driver
