@@ -648,10 +648,9 @@ TEST_F(RealTool, DrivesWhoseEveryAnswerIsGarbage) {
     scan(drives);
     EXPECT_EQ(appState().smart.deviceLineCount, 6);
     for (int number = 0; number < 6; ++number) {
-        EXPECT_FALSE(readFile("PHYS" + std::to_string(number) + ".txt").empty()) << number;
+        EXPECT_THAT(readFile("PHYS" + std::to_string(number) + ".txt"), HasSubstr("invalid SMART checksum")) << number;
         const auto record = parse(number, number < 3 ? kBusCodeDirect : kBusCodeUsb);
         EXPECT_EQ(result_, record->smartLoaded) << number;
-        EXPECT_LE(record->model.view().size(), 255U);
         EXPECT_LE(record->uncLbaCount, 50);
         EXPECT_GE(record->powerOnHours, kNotReported);
     }

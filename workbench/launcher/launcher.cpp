@@ -129,21 +129,41 @@ int cannotStart(const std::wstring& program, const char* what, DWORD error) {
     return kNoStart;
 }
 
-// Returns a Win32 error, 0 for success.
-DWORD startSuspended(const std::wstring& commandLine, PROCESS_INFORMATION& started) {
+// A program that was started but does not run yet.
+struct Started {
+    UniqueHandle process;
+    UniqueHandle mainThread;
+};
+
+// Both return a Win32 error, 0 for success.
+DWORD startSuspended(const std::wstring& commandLine, Started& started) {
     std::wstring ownCommandLine = commandLine; // CreateProcess may write into its argument
     STARTUPINFOW startup{};
     startup.cb = sizeof(startup);
-    const BOOL created = CreateProcessW(nullptr, ownCommandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED,
-                                        nullptr, nullptr, &startup, &started);
-    return created != FALSE ? 0 : GetLastError();
+    PROCESS_INFORMATION child{};
+    if (CreateProcessW(nullptr, ownCommandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr, nullptr,
+                       &startup, &child) == FALSE) {
+        return GetLastError();
+    }
+    started = {UniqueHandle(child.hProcess), UniqueHandle(child.hThread)};
+    return 0;
 }
 
-int waitForEnd(const PROCESS_INFORMATION& started) {
-    ResumeThread(started.hThread);
-    WaitForSingleObject(started.hProcess, INFINITE);
+DWORD putOnBench(const Started& started, const UniqueHandle& job) {
+    AssignProcessToJobObject(job.get(), started.process.get());
+    const DWORD error = loadIntoProcess(started.process.get(), ownFolder() / "bench.dll");
+    if (error != 0) {
+        // It must not run at all: it could reach real drives.
+        TerminateProcess(started.process.get(), error);
+    }
+    return error;
+}
+
+int waitForEnd(const Started& started) {
+    ResumeThread(started.mainThread.get());
+    WaitForSingleObject(started.process.get(), INFINITE);
     DWORD exitCode = 0;
-    GetExitCodeProcess(started.hProcess, &exitCode);
+    GetExitCodeProcess(started.process.get(), &exitCode);
     return static_cast<int>(exitCode);
 }
 
@@ -156,19 +176,19 @@ int run(Arguments arguments) {
     SetEnvironmentVariableW(kBenchVariable, folder.c_str());
     const std::wstring& program = arguments[1];
     const std::wstring commandLine = commandLineOf(arguments.subspan(1));
-    PROCESS_INFORMATION started{};
-    const DWORD startError = startAgainWhenLost([&] { return startSuspended(commandLine, started); });
-    if (startError != 0) {
-        return cannotStart(program, "cannot be started", startError);
-    }
-    const UniqueHandle process(started.hProcess);
-    const UniqueHandle thread(started.hThread);
     const UniqueHandle job = jobThatEndsWithUs();
-    AssignProcessToJobObject(job.get(), started.hProcess);
-    const DWORD error = loadIntoProcess(started.hProcess, ownFolder() / "bench.dll");
+    Started started;
+    const char* failure = "";
+    const DWORD error = startAgainWhenLost([&] {
+        failure = "cannot be started";
+        if (const DWORD startError = startSuspended(commandLine, started); startError != 0) {
+            return startError;
+        }
+        failure = "bench.dll cannot be loaded into it";
+        return putOnBench(started, job);
+    });
     if (error != 0) {
-        TerminateProcess(started.hProcess, error);
-        return cannotStart(program, "bench.dll cannot be loaded into it", error);
+        return cannotStart(program, failure, error);
     }
     return waitForEnd(started);
 }
