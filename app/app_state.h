@@ -7,6 +7,7 @@
 #include "discovery/scan_state.h"
 #include "monitoring/smart_scan_state.h"
 #include "monitoring/ssd_attribute_database.h"
+#include "settings/company_info.h"
 #include "settings/message_table.h"
 #include "ui/owned.h"
 
@@ -34,7 +35,8 @@ struct AppState {
     SsdAttributeDatabase ssdAttributes;
     CopyJobState copy;
 
-    MessageTable messages; ///< the advice of "Message.db"; the window's thread alone reads and replaces it
+    CompanyInfo companyInfo; ///< printed on every report; the window's thread alone touches it
+    MessageTable messages;   ///< the advice of "Message.db"; the window's thread alone reads and replaces it
 
     FixedText<1024> destinationFolder; ///< of an image; for an image to drive, the image's own path
     FixedText<1024> reportFileName;

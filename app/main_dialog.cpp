@@ -7,6 +7,7 @@
 #include "health/health_message_view.h"
 #include "health/health_panel_view.h"
 #include "resources/resource_ids.h"
+#include "settings/company_info_file.h"
 #include "settings/messages.h"
 #include "settings/tutorial_dialog.h"
 #include "ui/control_text.h"
@@ -59,6 +60,7 @@ bool MainDialog::onInitialise() {
         end(0);
         return false;
     }
+    LoadCompanyInfo(state_.companyInfo);
     showThenHidePanel();
     ShowTutorialIfWanted(window());
     SetFocus(driveList_.window());

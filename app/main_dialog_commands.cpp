@@ -19,6 +19,7 @@
 #include "copy/image_to_drive_dialog.h"
 #include "discovery/scan_job.h"
 #include "resources/resource_ids.h"
+#include "settings/company_info_dialog.h"
 #include "settings/edit_messages_dialog.h"
 #include "surface/read_test_kind.h"
 #include "ui/prompts.h"
@@ -194,7 +195,7 @@ void MainDialog::onHelp() {
 }
 
 void MainDialog::onCompanyInformation() {
-    notBuiltYet("Company Information");
+    configureCompanyInfo(state_.companyInfo, window());
 }
 
 void MainDialog::onCreatePortable() {

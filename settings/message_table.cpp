@@ -1,6 +1,7 @@
 #include "settings/message_table.h"
 
 #include "base/format.h"
+#include "base/utf8.h"
 
 #include <algorithm>
 
@@ -34,22 +35,6 @@ const MessageRecord* findUntilEnd(std::span<const MessageRecord> table, std::uin
         }
     }
     return nullptr;
-}
-
-bool isUtf8Continuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-std::string_view cutAtCharacter(std::string_view text, std::size_t limit) {
-    constexpr std::size_t kMostContinuations = 3; // a longer run is no UTF-8: it is cut where it is
-    if (text.size() <= limit) {
-        return text;
-    }
-    std::size_t length = limit;
-    while (length > 0 && limit - length < kMostContinuations && isUtf8Continuation(text[length])) {
-        --length;
-    }
-    return text.substr(0, isUtf8Continuation(text[length]) ? limit : length);
 }
 
 const char* lampName(std::uint32_t colourCode) {

@@ -1,0 +1,123 @@
+#include "settings/company_info_dialog.h"
+
+#include "resources/resource_ids.h"
+#include "settings/company_info_file.h"
+#include "ui/dialog.h"
+
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+constexpr COLORREF kBackground = RGB(218, 223, 234);
+
+/// A text with its label. Labels are placed in pixels.
+struct LabelledText {
+    int textId;
+    int labelId;
+    const char* label;
+    RECT labelPlace;
+};
+
+constexpr LabelledText kTexts[] = {
+    {IDC_COMPANY_NAME, IDC_COMPANY_NAME_LABEL, "Company", {10, 14, 100, 34}},
+    {IDC_COMPANY_ADDRESS, IDC_COMPANY_ADDRESS_LABEL, "Address", {10, 48, 100, 68}},
+    {IDC_COMPANY_PHONE, IDC_COMPANY_PHONE_LABEL, "Phone", {10, 82, 100, 102}},
+};
+
+class CompanyInfoDialog : public Dialog {
+  public:
+    explicit CompanyInfoDialog(CompanyInfo& info) : Dialog(IDD_COMPANY_INFORMATION), info_(info) {}
+
+  protected:
+    bool onInitialise() override {
+        SetWindowTextA(window(), "Configure Company Information");
+        fillTexts();
+        for (const LabelledText& row : kTexts) {
+            createLabel(row);
+            placeText(row);
+        }
+        sizeToTexts();
+        return true;
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<CompanyInfoDialog> kRoutes[] = {
+            {IDM_SAVE_COMPANY_INFORMATION, &CompanyInfoDialog::onSave},
+            {IDM_EXIT_COMPANY_INFORMATION, &CompanyInfoDialog::onExit},
+            {IDCANCEL, &CompanyInfoDialog::onExit},
+        };
+        return route(*this, kRoutes, id);
+    }
+
+    HBRUSH onControlColour(HDC context) override {
+        SetTextColor(context, RGB(0, 0, 0));
+        SetBkColor(context, kBackground);
+        return background_.get();
+    }
+
+  private:
+    void fillTexts() {
+        setControlText(IDC_COMPANY_NAME, std::string(info_.companyName.view()).c_str());
+        setControlText(IDC_COMPANY_ADDRESS, std::string(info_.companyAddress.view()).c_str());
+        setControlText(IDC_COMPANY_PHONE, std::string(info_.companyPhone.view()).c_str());
+    }
+
+    void createLabel(const LabelledText& row) {
+        const RECT& place = row.labelPlace;
+        const HWND label =
+            CreateWindowExA(0, "STATIC", "No Text", WS_CHILD | WS_VISIBLE, place.left, place.top,
+                            place.right - place.left, place.bottom - place.top, window(),
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(row.labelId)), // NOLINT: a child's id
+                            GetModuleHandleA(nullptr), nullptr);
+        SendMessageA(label, WM_SETFONT, static_cast<WPARAM>(SendMessageA(window(), WM_GETFONT, 0, 0)), FALSE);
+        // Directly before its text, so that a screen reader takes it for the text's name.
+        SetWindowPos(label, GetWindow(control(row.textId), GW_HWNDPREV), 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        SetWindowTextA(label, row.label);
+    }
+
+    /// Right of its label, with its words on one line with the label's.
+    void placeText(const LabelledText& row) {
+        constexpr int kInnerTop = 3; // of an edit control, between its edge and its words
+        SetWindowPos(control(row.textId), nullptr, row.labelPlace.right, row.labelPlace.top - kInnerTop, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+
+    void sizeToTexts() {
+        constexpr int kMargin = 14;
+        RECT last{};
+        GetWindowRect(control(IDC_COMPANY_PHONE), &last);
+        MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&last), 2);
+        RECT outer{0, 0, last.right + kMargin, last.bottom + kMargin};
+        AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(window(), GWL_STYLE)), TRUE,
+                           static_cast<DWORD>(GetWindowLongPtrA(window(), GWL_EXSTYLE)));
+        SetWindowPos(window(), nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+
+    [[nodiscard]] std::string typedText(int id) const {
+        std::string text(static_cast<std::size_t>(GetWindowTextLengthA(control(id))) + 1, '\0');
+        text.resize(static_cast<std::size_t>(GetWindowTextA(control(id), text.data(), static_cast<int>(text.size()))));
+        return text;
+    }
+
+    void onSave() {
+        SaveCompanyInfo(info_, typedText(IDC_COMPANY_NAME), typedText(IDC_COMPANY_ADDRESS),
+                        typedText(IDC_COMPANY_PHONE));
+    }
+
+    void onExit() { end(1); }
+
+    CompanyInfo& info_;
+    UniqueBrush background_{CreateSolidBrush(kBackground)};
+};
+
+} // namespace
+
+void configureCompanyInfo(CompanyInfo& info, HWND owner) {
+    CompanyInfoDialog(info).runModal(owner);
+}
+
+} // namespace torvane
