@@ -7,7 +7,6 @@
 #include "app/about_dialog.h"
 #include "app/app_state.h"
 #include "app/command_guards.h"
-#include "app/create_report.h"
 #include "app/exit_flow.h"
 #include "app/main_layout.h"
 #include "app/not_built_yet.h"
@@ -18,6 +17,7 @@
 #include "copy/image_dialog.h"
 #include "copy/image_to_drive_dialog.h"
 #include "discovery/scan_job.h"
+#include "reports/create_report.h"
 #include "resources/resource_ids.h"
 #include "settings/company_info_dialog.h"
 #include "settings/edit_messages_dialog.h"
@@ -111,7 +111,7 @@ void MainDialog::onEnableDriveMounting() {
 }
 
 void MainDialog::onCreateReport() {
-    createReport(state_);
+    CreateReport(state_);
 }
 
 void MainDialog::onCriticalReadTest() {

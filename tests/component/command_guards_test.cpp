@@ -1,7 +1,6 @@
 #include "app/command_guards.h"
 
 #include "app/app_state.h"
-#include "app/create_report.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scripted_prompts.h"
 
@@ -83,29 +82,6 @@ TEST_F(CommandGuardsTest, EmptyDriveListIsSaid) {
     EXPECT_FALSE(requireListedDrives(state_));
     view_.addDriveRow(first_);
     EXPECT_TRUE(requireListedDrives(state_));
-}
-
-TEST_F(CommandGuardsTest, ReportNeedsAnActiveDrive) {
-    user_.expectStop("***** NO ACTIVE DRIVE *****", "Load Drives, and click on drive to make ACTIVE for report.");
-    createReport(state_);
-    EXPECT_TRUE(state_.reportFileName.empty());
-    EXPECT_TRUE(view_.logRows().empty());
-}
-
-TEST_F(CommandGuardsTest, ReportOfAnUnsupportedDriveIsRefused) {
-    for (const std::int32_t smartType : {1004, 0, 999, -1}) {
-        makeActive(smartType);
-        user_.expectStop("****** UNSUPPORTED DEVICE ******", "Unsupported Device for Report");
-        createReport(state_);
-    }
-    EXPECT_TRUE(view_.logRows().empty());
-}
-
-TEST_F(CommandGuardsTest, ReportIsNamedAfterTheSerialNumber) {
-    makeActive(kSmartTypeNvme);
-    first_.serialNumber.assign("S4EW/NX0R 1");
-    createReport(state_);
-    EXPECT_EQ(state_.reportFileName.view(), "ReportS4EW_NX0R 1.pdf");
 }
 
 } // namespace

@@ -178,8 +178,16 @@ TEST_F(PowershellTest, NoVolumeIsAnError) {
     }
 }
 
+TEST_F(PowershellTest, ADocumentsNameEndsAtABlank) {
+    EXPECT_EQ(run({"Start-Process", "Report A.pdf"}).what, "Report");
+    EXPECT_EQ(run({"Start-Process", "'Report  A.pdf'"}).what, "Report  A.pdf");
+    EXPECT_EQ(run({"Start-Process", "\"Report", "A.pdf\""}).what, "Report A.pdf");
+    EXPECT_EQ(run({"Start-Process", "'Report"}).what, "Report");
+    EXPECT_EQ(run({"Start-Process", ""}).what, "");
+}
+
 TEST_F(PowershellTest, DocumentsAreOpenedInNameOnly) {
-    EXPECT_EQ(run({"Start-Process", "Report A.pdf"}).what, "Report A.pdf");
+    EXPECT_EQ(run({"Start-Process", "ReportA.pdf"}).what, "ReportA.pdf");
     EXPECT_EQ(run({"-windowstyle", "hidden", "start-process 'https://x/y'"}).what, "https://x/y");
     EXPECT_FALSE(run({"Get-Date"}).opened);
     EXPECT_TRUE(run({"Get-Date"}).errors.starts_with("Get-Date : The term 'Get-Date' is not recognized"));

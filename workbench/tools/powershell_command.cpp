@@ -49,6 +49,14 @@ std::string unquoted(std::string text) {
     return text;
 }
 
+// The first operand of a command: what stands in quotation marks, else the first word. Blanks divide operands here even
+// if the caller's own command line had quotation marks: those are gone when PowerShell reads the command.
+std::string firstOperand(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    const bool quoted = !text.empty() && (text.front() == '"' || text.front() == '\'');
+    return std::string(quoted ? text.substr(1, text.find(text.front(), 1) - 1) : text.substr(0, text.find(' ')));
+}
+
 // An error record as PowerShell shows it: message, place, category, identifier.
 std::string errorRecord(const std::string& message, const std::string& command, const std::string& category,
                         const std::string& identifier) {
@@ -113,7 +121,7 @@ PowershellRun runPowershell(const BenchDescription& bench, const BenchState& sta
     if (lower.starts_with(kOpenCommand)) {
         PowershellRun run;
         run.opened = true;
-        run.what = unquoted(command.substr(kOpenCommand.size()));
+        run.what = firstOperand(std::string_view(command).substr(kOpenCommand.size()));
         return run;
     }
     if (lower.starts_with(kVolumeCommand) && lower.ends_with(kProtectorProperty)) {

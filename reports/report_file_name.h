@@ -5,10 +5,13 @@
 
 namespace torvane {
 
-/// "Report%s.pdf" from a drive's serial number.
+/// "Report%s.pdf" from a drive's serial number, of which at most the 127 bytes that a record holds are taken.
 ///
 /// The name becomes part of a PowerShell command line, and the serial number is whatever the drive says: every
 /// character that a file name cannot hold, or that means something to PowerShell, becomes '_'.
 [[nodiscard]] std::string reportFileName(std::string_view serialNumber);
+
+/// The command line that opens the report in whatever program the system opens PDF files with.
+[[nodiscard]] std::string openReportCommand(std::string_view fileName);
 
 } // namespace torvane

@@ -1,4 +1,4 @@
-#include "app/report_file_name.h"
+#include "reports/report_file_name.h"
 
 #include <gtest/gtest.h>
 
@@ -29,13 +29,25 @@ TEST(ReportFileNameTest, DropsWhatMeansSomethingToPowerShell) {
     EXPECT_EQ(reportFileName("{a}[b]@'c',#d"), "Report_a__b___c___d.pdf");
 }
 
-TEST(ReportFileNameTest, ABlankCannotBeginAParameter) {
-    EXPECT_EQ(reportFileName("X -FilePath calc"), "ReportX _FilePath calc.pdf");
-    EXPECT_EQ(reportFileName("X  --Y"), "ReportX  _-Y.pdf");
-}
-
 TEST(ReportFileNameTest, PercentSignsAreNoFormat) {
     EXPECT_EQ(reportFileName("%s%n"), "Report_s_n.pdf");
+}
+
+TEST(ReportFileNameTest, StaysWithinWhatAFileNameMayBe) {
+    EXPECT_EQ(reportFileName(std::string(127, 'A')), "Report" + std::string(127, 'A') + ".pdf");
+    EXPECT_EQ(reportFileName(std::string(100'000, 'A')), "Report" + std::string(127, 'A') + ".pdf");
+}
+
+TEST(OpenReportCommandTest, NamesTheFileInQuotationMarks) {
+    EXPECT_EQ(openReportCommand("ReportWD-WCC6Y7ABCDEF.pdf"),
+              R"(powershell Start-Process "ReportWD-WCC6Y7ABCDEF.pdf")");
+}
+
+TEST(OpenReportCommandTest, ANameWithABlankStaysOneArgument) {
+    EXPECT_EQ(openReportCommand("ReportNot Available.pdf"), R"(powershell Start-Process "'ReportNot Available.pdf'")");
+    EXPECT_EQ(openReportCommand(reportFileName("X -ArgumentList calc")),
+              R"(powershell Start-Process "'ReportX -ArgumentList calc.pdf'")");
+    EXPECT_EQ(openReportCommand(reportFileName(R"(X' "calc)")), R"(powershell Start-Process "'ReportX_ _calc.pdf'")");
 }
 
 } // namespace

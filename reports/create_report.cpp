@@ -1,0 +1,55 @@
+#include "reports/create_report.h"
+
+#include "app/app_state.h"
+#include "app/command_guards.h"
+#include "base/format.h"
+#include "monitoring/command_runner.h"
+#include "reports/report_file_name.h"
+#include "reports/report_writers.h"
+#include "ui/prompts.h"
+
+namespace torvane {
+
+namespace {
+
+using ReportWriter = int (*)(AppState& state);
+
+/// The writer of the drive's kind of report; null for a drive that has none.
+ReportWriter writerFor(std::int32_t smartType) {
+    switch (smartType) {
+    case kSmartTypeStandard:
+        return WriteAtaReport;
+    case kSmartTypeSsd:
+        return WriteSsdReport;
+    case kSmartTypeNvme:
+        return WriteNvmeReport;
+    case kSmartTypeUnknown:
+        return WriteNoDataReport;
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
+void CreateReport(AppState& state) {
+    const DriveRecord* const drive =
+        requireActiveDrive(state, "Load Drives, and click on drive to make ACTIVE for report.");
+    if (drive == nullptr) {
+        return;
+    }
+    state.reportFileName.assign(reportFileName(drive->serialNumber.view()));
+    const ReportWriter write = writerFor(drive->smartType);
+    if (write == nullptr) {
+        prompts::stop("****** UNSUPPORTED DEVICE ******", "Unsupported Device for Report");
+        return;
+    }
+    if (write(state) == 0) {
+        return;
+    }
+    PARSE_BuildDataFile(state, "WorkFile.txt", openReportCommand(state.reportFileName.view()).c_str());
+    prompts::inform("***** REPORT COMPLETED*****",
+                    formatText("Report for <%s> successfully CREATED\n", state.reportFileName.c_str()).c_str());
+}
+
+} // namespace torvane

@@ -1,0 +1,170 @@
+#include "reports/pdf_page.h"
+
+#include "app/event_log.h"
+#include "base/bytes.h"
+#include "reports/png_check.h"
+#include "reports/report_page.h"
+#include "reports/windows_1252.h"
+#include "settings/stdio_file.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+namespace torvane {
+
+namespace {
+
+void printPdfError(HPDF_STATUS error, HPDF_STATUS detail, void* /*userData*/) {
+    std::printf("ERROR: error_no=%04X, detail_no=%u\n", static_cast<unsigned>(error), static_cast<unsigned>(detail));
+}
+
+struct PdfDocumentDeleter {
+    void operator()(HPDF_Doc document) const { HPDF_Free(document); }
+};
+using PdfDocument = std::unique_ptr<std::remove_pointer_t<HPDF_Doc>, PdfDocumentDeleter>;
+
+std::vector<std::uint8_t> readSmallFile(const char* fileName) {
+    constexpr std::size_t kLargest = 1U << 20U;
+    std::vector<std::uint8_t> bytes;
+    if (const StdioFile file = openStdioFile(fileName, "rb")) {
+        bytes.resize(kLargest);
+        bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+    }
+    return bytes;
+}
+
+/// From the system's code page.
+std::string toPdfText(std::string_view text) {
+    const int length = static_cast<int>(text.size());
+    std::wstring wide(text.size(), L'\0');
+    wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length)));
+    return toWindows1252(std::u16string(wide.begin(), wide.end()));
+}
+
+// Without an encoding of its own, the font draws ASCII alone, and even of that the two straight quotation marks as
+// curly ones.
+bool needsEncoding(std::string_view text) {
+    return std::any_of(text.begin(), text.end(), [](char character) {
+        return static_cast<unsigned char>(character) >= 0x80 || character == '\'' || character == '`';
+    });
+}
+
+HPDF_Font fontFor(HPDF_Doc document, std::string_view text) {
+    return HPDF_GetFont(document, "Helvetica", needsEncoding(text) ? "WinAnsiEncoding" : nullptr);
+}
+
+/// Pictures of a document, each loaded once.
+class IconLoader {
+  public:
+    explicit IconLoader(HPDF_Doc document) : document_(document) {}
+
+    /// Null when its file is missing or damaged.
+    HPDF_Image load(ReportIcon icon) {
+        const auto known = images_.find(icon);
+        return known != images_.end() ? known->second : images_[icon] = loadFile(reportIconFile(icon));
+    }
+
+  private:
+    [[nodiscard]] HPDF_Image loadFile(const char* fileName) const {
+        const std::vector<std::uint8_t> bytes = readSmallFile(fileName);
+        if (!bytes.empty() && !isWholePng(bytes)) {
+            printPdfError(HPDF_INVALID_PNG_IMAGE, 0, nullptr);
+            return nullptr;
+        }
+        return HPDF_LoadPngImageFromFile(document_, fileName);
+    }
+
+    HPDF_Doc document_;
+    std::map<ReportIcon, HPDF_Image> images_;
+};
+
+void openAtTop(HPDF_Doc document, HPDF_Page page) {
+    HPDF_Destination destination = HPDF_Page_CreateDestination(page);
+    HPDF_Destination_SetXYZ(destination, 0, HPDF_Page_GetHeight(page), 1);
+    HPDF_SetOpenAction(document, destination);
+}
+
+void drawLine(HPDF_Doc document, HPDF_Page page, const ReportLine& line) {
+    const std::string text = toPdfText(line.text);
+    HPDF_Font font = fontFor(document, text);
+    HPDF_Page_SetFontAndSize(page, font, static_cast<HPDF_REAL>(line.fontSize));
+    HPDF_Page_SetRGBFill(page, line.colour.red, line.colour.green, line.colour.blue);
+    DrawTextLine(page, text.c_str(), font, static_cast<float>(line.layoutSize), kReportLeft,
+                 static_cast<float>(line.yFromTop));
+}
+
+void drawIcon(HPDF_Page page, HPDF_Image image, const PlacedReportIcon& placed) {
+    const HPDF_REAL x = HPDF_Page_GetWidth(page) - static_cast<HPDF_REAL>(placed.fromRight);
+    const HPDF_REAL y = HPDF_Page_GetHeight(page) - static_cast<HPDF_REAL>(placed.fromTop);
+    HPDF_Page_DrawImage(page, image, x, y, static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image)),
+                        static_cast<HPDF_REAL>(HPDF_Image_GetHeight(image)));
+}
+
+// The library remembers an error until it is told otherwise, and would report it again at its next call.
+void carryOn(HPDF_Doc document) {
+    HPDF_ResetError(document);
+}
+
+void drawPage(HPDF_Doc document, HPDF_Page page, const ReportPage& report) {
+    for (const ReportLine& line : report.lines) {
+        drawLine(document, page, line);
+        carryOn(document);
+    }
+    IconLoader icons(document);
+    for (const PlacedReportIcon& placed : report.icons) {
+        if (HPDF_Image image = icons.load(placed.icon)) {
+            drawIcon(page, image, placed);
+        }
+        carryOn(document);
+    }
+}
+
+// A full disk may show only when the library closes the file, and it does not tell: look for the file's last words.
+bool isWholePdf(const char* fileName) {
+    constexpr std::string_view kEnd = "%%EOF\n";
+    const StdioFile file = openStdioFile(fileName, "rb");
+    std::array<char, kEnd.size()> end{};
+    return file && std::fseek(file.get(), -static_cast<long>(end.size()), SEEK_END) == 0 &&
+           std::fread(end.data(), 1, end.size(), file.get()) == end.size() &&
+           std::string_view(end.data(), end.size()) == kEnd;
+}
+
+} // namespace
+
+void DrawTextLine(HPDF_Page page, const char* text, HPDF_Font font, float size, float x, float yFromTop) {
+    const HPDF_TextWidth units =
+        HPDF_Font_TextWidth(font, reinterpret_cast<const HPDF_BYTE*>(text), static_cast<HPDF_UINT>(std::strlen(text)));
+    const float width = static_cast<float>(units.width) * size / 1000;
+    const float left = x >= 0 ? x : (HPDF_Page_GetWidth(page) - width) / 2;
+    HPDF_Page_BeginText(page);
+    HPDF_Page_MoveTextPos(page, left, HPDF_Page_GetHeight(page) - size - yFromTop);
+    HPDF_Page_ShowText(page, text);
+    HPDF_Page_EndText(page);
+}
+
+int writePdfPage(const ReportPage& page, const char* fileName) {
+    const PdfDocument document(HPDF_New(printPdfError, nullptr));
+    if (!document) {
+        LogEvent("ERROR", "Could not initialize PDF document");
+        return 0;
+    }
+    HPDF_SetCompressionMode(document.get(), HPDF_COMP_ALL);
+    HPDF_Page sheet = HPDF_AddPage(document.get());
+    openAtTop(document.get(), sheet);
+    drawPage(document.get(), sheet, page);
+    if (HPDF_SaveToFile(document.get(), fileName) != HPDF_OK || !isWholePdf(fileName)) {
+        LogEvent("ERROR", "Could not SAVE report file [%s]", fileName);
+    }
+    return 1;
+}
+
+} // namespace torvane

@@ -1,0 +1,173 @@
+#include "reports/report_page.h"
+
+#include "base/format.h"
+#include "discovery/drive_record.h"
+#include "reports/report_sections.h"
+#include "settings/company_info.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+namespace torvane {
+
+namespace {
+
+constexpr ReportColour kBlack{};
+constexpr ReportColour kHeaderBlue{0, 0, 0.6F};
+
+constexpr int kIconFromRight = 60;
+constexpr int kFirstIconFromTop = 246;
+constexpr int kIconStep = 56; // a section's height
+
+/// Writes lines from top to bottom.
+class PageComposer {
+  public:
+    void setFont(int size, ReportColour colour) {
+        fontSize_ = size;
+        colour_ = colour;
+    }
+    void setLayoutSize(int size) { layoutSize_ = size; }
+
+    void moveDown(int points) { yFromTop_ += points; }
+    void write(std::string text) {
+        page_.lines.push_back({std::move(text), yFromTop_, layoutSize_, fontSize_, colour_});
+    }
+    /// Slots count from 0, one for each section.
+    void placeIcon(std::size_t slot, ReportIcon icon) {
+        page_.icons.push_back({icon, kIconFromRight, kFirstIconFromTop + static_cast<int>(slot) * kIconStep});
+    }
+
+    [[nodiscard]] ReportPage page() && { return std::move(page_); }
+
+  private:
+    ReportPage page_;
+    int yFromTop_ = 10;
+    int layoutSize_ = 18;
+    int fontSize_ = 18;
+    ReportColour colour_;
+};
+
+std::string textLine(const char* label, std::string_view text) {
+    std::string line(label);
+    line += text;
+    return line;
+}
+
+void writeHeader(PageComposer& composer, const ReportFacts& facts) {
+    composer.setFont(18, kHeaderBlue);
+    composer.write("Hard Drive Test Results");
+    composer.moveDown(20);
+    composer.write(formatText("Date: %02d/%02d/%04d", facts.date.month, facts.date.day, facts.date.year));
+    composer.moveDown(20);
+    composer.write(textLine("Model: ", facts.drive.model.view()));
+    composer.moveDown(20);
+    composer.write(textLine("Serial Num: ", facts.drive.serialNumber.view()));
+    composer.moveDown(40);
+    composer.write(std::string(facts.company.companyName.view()));
+    composer.moveDown(20);
+    composer.write(std::string(facts.company.companyAddress.view()));
+    composer.moveDown(20);
+    composer.write(std::string(facts.company.companyPhone.view()));
+    composer.setFont(12, kBlack);
+    composer.moveDown(50);
+}
+
+void writeSection(PageComposer& composer, const ReportSection& section) {
+    composer.write(section.title);
+    composer.moveDown(16);
+    composer.write(section.explanation);
+    composer.moveDown(16);
+    // A value that is not reported leaves its second line empty.
+    if (!section.recommendation.empty()) {
+        composer.write(section.recommendation);
+    }
+}
+
+void writeSections(PageComposer& composer, const ReportSections& sections) {
+    for (std::size_t i = 0; i < sections.size(); ++i) {
+        if (i > 0) {
+            composer.moveDown(24);
+        }
+        writeSection(composer, sections[i]);
+        if (sections[i].icon) {
+            composer.placeIcon(i, *sections[i].icon);
+        }
+    }
+}
+
+void writeReadTests(PageComposer& composer, const DriveRecord& drive) {
+    composer.setFont(16, kBlack);
+    composer.moveDown(30);
+    composer.write("Read Test Results if Applicable");
+    composer.setFont(12, kBlack);
+    composer.moveDown(20);
+    const std::pair<const char*, std::int32_t> kTests[] = {{"Critical Test", drive.criticalTestResult},
+                                                           {"Short Test", drive.shortTestResult},
+                                                           {"NIST Test", drive.nistTestResult}};
+    for (const auto& [name, code] : kTests) {
+        std::string line;
+        FormatTestResult(line, name, code);
+        composer.write(line);
+        composer.moveDown(20);
+    }
+}
+
+std::string bitLockerLine(const BitLockerVolumeEntry& entry) {
+    std::string line = "BITLOCKER VOL: ";
+    // The entry of a volume that is not encrypted holds zeros. Its letter, a NUL, ends the line.
+    if (entry.driveLetter == '\0') {
+        return line;
+    }
+    line += entry.driveLetter;
+    return line + (entry.hasKey == 1 ? textLine(": Recovery Key: ", entry.recoveryPassword.view()) : ": LOCKED");
+}
+
+void writeBitLocker(PageComposer& composer, const DriveRecord& drive) {
+    composer.moveDown(30);
+    composer.setFont(10, kBlack);
+    composer.setLayoutSize(10);
+    const auto count = static_cast<std::size_t>(std::max(drive.bitLockerEntryCount, 0));
+    for (std::size_t i = 0; i < std::min(count, drive.bitLockerEntries.size()); ++i) {
+        composer.write(bitLockerLine(drive.bitLockerEntries[i]));
+        composer.moveDown(20);
+    }
+}
+
+ReportPage composeWithSections(const ReportFacts& facts, const ReportSections& sections) {
+    PageComposer composer;
+    writeHeader(composer, facts);
+    writeSections(composer, sections);
+    writeReadTests(composer, facts.drive);
+    writeBitLocker(composer, facts.drive);
+    return std::move(composer).page();
+}
+
+} // namespace
+
+ReportPage composeAtaReport(const ReportFacts& facts) {
+    return composeWithSections(facts, ataSections(facts.drive));
+}
+
+ReportPage composeSsdReport(const ReportFacts& facts) {
+    PageComposer composer;
+    writeHeader(composer, facts);
+    writeReadTests(composer, facts.drive);
+    return std::move(composer).page();
+}
+
+ReportPage composeNvmeReport(const ReportFacts& facts) {
+    return composeWithSections(facts, nvmeSections(facts.drive));
+}
+
+ReportPage composeNoDataReport(const ReportFacts& facts) {
+    PageComposer composer;
+    writeHeader(composer, facts);
+    composer.setFont(12, kBlack);
+    composer.moveDown(50);
+    composer.write("Interface does not have Monitoring data.");
+    return std::move(composer).page();
+}
+
+} // namespace torvane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "reports/report_icons.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace torvane {
+
+struct DriveRecord;
+
+/// One finding of a report: a title, then two lines about the value, or one word when the drive does not report it.
+struct ReportSection {
+    std::string title;
+    std::string explanation;    ///< or the word for a value that is not reported
+    std::string recommendation; ///< empty for a value that is not reported
+    std::optional<ReportIcon> icon;
+};
+
+inline constexpr std::size_t kReportSections = 6;
+using ReportSections = std::array<ReportSection, kReportSections>;
+
+/// What the ATA SMART attributes tell.
+[[nodiscard]] ReportSections ataSections(const DriveRecord& drive);
+
+/// What the NVMe SMART / Health Information log tells.
+[[nodiscard]] ReportSections nvmeSections(const DriveRecord& drive);
+
+/// `out` becomes the line that tells of a read test's result, a ReadTestResult code; any other code means that the test
+/// was not performed.
+void FormatTestResult(std::string& out, const char* testName, std::int32_t code);
+
+} // namespace torvane

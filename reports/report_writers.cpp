@@ -1,0 +1,43 @@
+#include "reports/report_writers.h"
+
+#include "app/app_state.h"
+#include "discovery/drive_record.h"
+#include "reports/pdf_page.h"
+#include "reports/report_page.h"
+
+#include <windows.h>
+
+namespace torvane {
+
+namespace {
+
+ReportDate today() {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return {now.wYear, now.wMonth, now.wDay};
+}
+
+int writeReport(const AppState& state, ReportPage (*compose)(const ReportFacts&)) {
+    const DriveRecord& drive = *state.activeDrive;
+    return writePdfPage(compose({drive, state.companyInfo, today()}), state.reportFileName.c_str());
+}
+
+} // namespace
+
+int WriteAtaReport(AppState& state) {
+    return writeReport(state, composeAtaReport);
+}
+
+int WriteSsdReport(AppState& state) {
+    return writeReport(state, composeSsdReport);
+}
+
+int WriteNvmeReport(AppState& state) {
+    return writeReport(state, composeNvmeReport);
+}
+
+int WriteNoDataReport(AppState& state) {
+    return writeReport(state, composeNoDataReport);
+}
+
+} // namespace torvane

@@ -1,0 +1,437 @@
+#include "reports/create_report.h"
+
+#include "app/app_state.h"
+#include "reports/pdf_page.h"
+#include "tests/component/handle_count.h"
+#include "tests/component/import_patched.h"
+#include "tests/component/package_folder.h"
+#include "tests/component/recording_main_view.h"
+#include "tests/component/scripted_prompts.h"
+#include "tests/component/test_bench.h"
+#include "tests/unit/reports_test_drives.h"
+#include "ui/owned.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <hpdf.h>
+
+#include <windows.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <string_view>
+
+// The linker puts this in the place of the library's function (--wrap), for the test in which it fails.
+extern "C" {
+HPDF_Doc __real_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT: the linker's names
+HPDF_Doc __wrap_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT
+
+extern decltype(&std::fwrite) __imp_fwrite; // NOLINT
+}
+
+namespace {
+bool documentsFail = false;
+}
+
+HPDF_Doc __wrap_HPDF_New(HPDF_Error_Handler handler, void* data) { // NOLINT
+    return documentsFail ? nullptr : __real_HPDF_New(handler, data);
+}
+
+namespace torvane::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr const char* kIcons[] = {"report-green-32.png", "report-blue-32.png", "report-yellow-32.png",
+                                  "report-red-32.png"};
+
+/// A report is made in a folder of its own, with the icons beside it, on a bench that has a powershell.
+class Reports : public ::testing::Test {
+  protected:
+    Reports() {
+        bench_.open();
+        for (const char* icon : kIcons) {
+            fs::copy_file(packageFolder() / icon, icon);
+        }
+        appState().activeDrive = &drive_;
+        appState().activeDriveChosen = 1;
+        appState().companyInfo = reportedCompany();
+    }
+    ~Reports() override {
+        appState().activeDrive = nullptr;
+        appState().activeDriveChosen = 0;
+        appState().companyInfo = {};
+        appState().reportFileName.clear();
+    }
+
+    /// Creates the report, which the user is told of as `fileName`.
+    void create(const std::string& fileName) {
+        user_.expectInform("***** REPORT COMPLETED*****", "Report for <" + fileName + "> successfully CREATED\n");
+        CreateReport(appState());
+        EXPECT_EQ(appState().reportFileName.view(), fileName);
+    }
+
+    /// Creates the report and keeps its file under a name of its own, to be read back by tests/reports/read_back.py.
+    void createAndKeep(const std::string& name) {
+        create(kFileName);
+        fs::create_directories(TORVANE_REPORTS_FOLDER);
+        fs::copy_file(kFileName, fs::path(TORVANE_REPORTS_FOLDER) / (name + ".pdf"),
+                      fs::copy_options::overwrite_existing);
+        EXPECT_THAT(view_.logRows(), IsEmpty());
+    }
+
+    /// What was handed to the system's viewer.
+    [[nodiscard]] std::vector<std::string> opened() const {
+        std::vector<std::string> names;
+        for (const std::string& line : bench_.log("opened=")) {
+            const auto start = line.find("opened=\"") + 8;
+            names.push_back(line.substr(start, line.find('"', start) - start));
+        }
+        return names;
+    }
+
+    static std::set<std::string> filesHere() {
+        std::set<std::string> names;
+        for (const auto& entry : fs::recursive_directory_iterator(".")) {
+            if (entry.path().filename() == "bench") {
+                continue;
+            }
+            names.insert(entry.path().generic_string());
+        }
+        return names;
+    }
+
+    static bool isPdf(const std::string& fileName) {
+        const std::string bytes = readFile(fileName);
+        return bytes.starts_with("%PDF-") && bytes.ends_with("%%EOF\n");
+    }
+
+    static constexpr const char* kFileName = "ReportWD-WCC6Y7ABCDEF.pdf";
+
+    TestBench bench_;
+    RecordingMainView view_;
+    ViewInstalled installed_{appState(), view_};
+    ScriptedPrompts user_;
+    DriveRecord drive_ = reportedDrive();
+};
+
+// --- the four kinds, kept for reading back
+// -----------------------------------------------------------------------------
+
+TEST_F(Reports, OfAnAtaDrive) {
+    drive_.smartType = kSmartTypeStandard;
+    addBitLockerEntry(drive_, 'D', "111111-222222-333333-444444-555555-666666-777777-888888");
+    addBitLockerEntry(drive_, 'E', "");
+    addBitLockerEntry(drive_, '\0', "");
+    createAndKeep("ata");
+    EXPECT_TRUE(isPdf(kFileName));
+    EXPECT_THAT(opened(), ElementsAre(kFileName));
+    EXPECT_THAT(bench_.log("request:powershell"), IsEmpty());
+}
+
+TEST_F(Reports, OfAnAtaDriveThatReportsNothing) {
+    drive_.smartType = kSmartTypeStandard;
+    drive_.powerOnHours = drive_.reallocatedSectors = drive_.reallocatedEvents = kNotReported;
+    drive_.pendingSectors = drive_.offlineUncorrectable = drive_.reportedUncorrect = kNotReported;
+    drive_.criticalTestResult = drive_.shortTestResult = drive_.nistTestResult = kReadTestTerminated;
+    createAndKeep("ata-absent");
+}
+
+TEST_F(Reports, OfAnAtaDriveWithTenBitLockerVolumes) {
+    drive_.smartType = kSmartTypeStandard;
+    for (char letter = 'D'; letter < 'D' + 10; ++letter) {
+        addBitLockerEntry(drive_, letter, "111111-222222-333333-444444-555555-666666-777777-888888");
+    }
+    createAndKeep("ata-ten-volumes");
+}
+
+TEST_F(Reports, OfASolidStateDrive) {
+    drive_.smartType = kSmartTypeSsd;
+    addBitLockerEntry(drive_, 'D', "111111-222222");
+    createAndKeep("ssd");
+}
+
+TEST_F(Reports, OfAnNvmeDrive) {
+    drive_.smartType = kSmartTypeNvme;
+    drive_.nvme.criticalWarning = 0x1E;
+    drive_.nvme.availableSpare = 10;
+    drive_.nvme.gigabytesWritten = 149'999;
+    addBitLockerEntry(drive_, 'F', "");
+    createAndKeep("nvme");
+}
+
+TEST_F(Reports, OfADriveWithoutMonitoringData) {
+    drive_.smartType = kSmartTypeUnknown;
+    createAndKeep("no-data");
+}
+
+// The texts of the product are in the system's code page: here that of the test program.
+TEST_F(Reports, OfACompanyWithAForeignName) {
+    drive_.smartType = kSmartTypeSsd;
+    const std::wstring name = L"M\u00FCller & S\u00F6hne \u20AC \u0416 O'Brien";
+    std::string narrow(64, '\0');
+    narrow.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, name.c_str(), static_cast<int>(name.size()),
+                                                               narrow.data(), 64, nullptr, nullptr)));
+    appState().companyInfo.assign(narrow, "It's (here) \\ there", "");
+    createAndKeep("foreign");
+}
+
+// --- guards
+// ------------------------------------------------------------------------------------------------------------
+
+TEST_F(Reports, WantAnActiveDrive) {
+    appState().activeDriveChosen = 0;
+    user_.expectStop("***** NO ACTIVE DRIVE *****", "Load Drives, and click on drive to make ACTIVE for report.");
+    CreateReport(appState());
+    appState().activeDriveChosen = 1;
+    appState().activeDrive = nullptr;
+    user_.expectStop("***** NO ACTIVE DRIVE *****", "Load Drives, and click on drive to make ACTIVE for report.");
+    CreateReport(appState());
+    EXPECT_TRUE(appState().reportFileName.empty());
+    EXPECT_THAT(opened(), IsEmpty());
+    EXPECT_THAT(filesHere(), ::testing::Not(::testing::Contains(HasSubstr(".pdf"))));
+}
+
+TEST_F(Reports, AreNotMadeOfAnUnsupportedDevice) {
+    for (const std::int32_t smartType : {1004, 1005, 999, 0, -1}) {
+        drive_.smartType = smartType;
+        user_.expectStop("****** UNSUPPORTED DEVICE ******", "Unsupported Device for Report");
+        CreateReport(appState());
+        EXPECT_EQ(user_.outstanding(), 0U) << smartType;
+    }
+    EXPECT_THAT(opened(), IsEmpty());
+    EXPECT_THAT(filesHere(), ::testing::Not(::testing::Contains(HasSubstr(".pdf"))));
+    EXPECT_THAT(view_.logRows(), IsEmpty());
+}
+
+// --- the file's name
+// ---------------------------------------------------------------------------------------------------
+
+TEST_F(Reports, ReplaceAnOlderOne) {
+    drive_.smartType = kSmartTypeSsd;
+    writeFile(kFileName, std::string(100'000, 'x'));
+    create(kFileName);
+    EXPECT_TRUE(isPdf(kFileName));
+}
+
+TEST_F(Reports, OfADriveWithoutASerialNumberOpenUnderOneName) {
+    drive_.smartType = kSmartTypeSsd;
+    drive_.serialNumber.assign(kNotAvailable);
+    create("ReportNot Available.pdf");
+    EXPECT_TRUE(isPdf("ReportNot Available.pdf"));
+    EXPECT_THAT(opened(), ElementsAre("ReportNot Available.pdf"));
+}
+
+TEST_F(Reports, ASerialNumberMadeToRunACommandRunsNone) {
+    drive_.smartType = kSmartTypeSsd;
+    drive_.serialNumber.assign("X.pdf\";$(calc)`n;calc|calc&calc;'");
+    create("ReportX.pdf____calc__n_calc_calc_calc__.pdf");
+    EXPECT_TRUE(isPdf("ReportX.pdf____calc__n_calc_calc_calc__.pdf"));
+    EXPECT_THAT(opened(), ElementsAre("ReportX.pdf____calc__n_calc_calc_calc__.pdf"));
+    EXPECT_EQ(bench_.log("program=powershell.exe").size(), 1U);
+}
+
+TEST_F(Reports, ASerialNumberMadeToClimbAFolderStaysInThisOne) {
+    drive_.smartType = kSmartTypeSsd;
+    const auto above = [] {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator("..")) {
+            names.insert(entry.path().filename().string());
+        }
+        return names;
+    };
+    const auto before = above();
+    for (const auto& [serial, name] :
+         {std::pair(R"(\..\..\up)", "Report_.._.._up.pdf"), std::pair("/../up", "Report_.._up.pdf"),
+          std::pair(R"(:C:\up:stream)", "Report_C__up_stream.pdf")}) {
+        drive_.serialNumber.assign(serial);
+        create(name);
+        EXPECT_TRUE(isPdf(name)) << name;
+    }
+    EXPECT_EQ(above(), before);
+}
+
+TEST_F(Reports, ASerialNumberThatFillsItsFieldIsNotCut) {
+    drive_.smartType = kSmartTypeSsd;
+    std::ranges::fill(drive_.serialNumber.writableBytes(), 'S');
+    const std::string name = "Report" + std::string(127, 'S') + ".pdf";
+    create(name);
+    EXPECT_TRUE(isPdf(name));
+}
+
+TEST_F(Reports, ModelsFullOfPercentSignsAreText) {
+    drive_.smartType = kSmartTypeStandard;
+    drive_.model.assign("%s%s%s%n%n");
+    drive_.serialNumber.assign("%s%n");
+    create("Report_s_n.pdf");
+    EXPECT_TRUE(isPdf("Report_s_n.pdf"));
+}
+
+// --- what can go wrong
+// -------------------------------------------------------------------------------------------------
+
+TEST_F(Reports, WithoutADocumentEndAtOnce) {
+    drive_.smartType = kSmartTypeNvme;
+    documentsFail = true;
+    CreateReport(appState());
+    documentsFail = false;
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not initialize PDF document"));
+    EXPECT_FALSE(fs::exists(kFileName));
+    EXPECT_THAT(opened(), IsEmpty());
+}
+
+TEST_F(Reports, GoOnWithoutAMissingIcon) {
+    drive_.smartType = kSmartTypeStandard;
+    fs::remove("report-yellow-32.png");
+    ::testing::internal::CaptureStdout();
+    createAndKeep("missing-icon");
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "ERROR: error_no=1017, detail_no=2\n")
+        << "once: HPDF_FILE_OPEN_ERROR, ENOENT";
+}
+
+TEST_F(Reports, GoOnWithoutIconsAtAll) {
+    drive_.smartType = kSmartTypeStandard;
+    for (const char* icon : kIcons) {
+        fs::remove(icon);
+    }
+    ::testing::internal::CaptureStdout();
+    createAndKeep("no-icons");
+    ::testing::internal::GetCapturedStdout();
+}
+
+TEST_F(Reports, GoOnWithoutDamagedIcons) {
+    drive_.smartType = kSmartTypeStandard;
+    const std::string good = readFile("report-green-32.png");
+    writeFile("report-green-32.png", good.substr(0, good.size() / 2));
+    writeFile("report-blue-32.png", "This is no picture.");
+    writeFile("report-yellow-32.png", "");
+    std::string changed = good;
+    changed[changed.size() / 2] = static_cast<char>(changed[changed.size() / 2] ^ 1);
+    writeFile("report-red-32.png", changed);
+    ::testing::internal::CaptureStdout();
+    createAndKeep("damaged-icons");
+    std::string expected;
+    for (int i = 0; i < 4; ++i) {
+        expected += "ERROR: error_no=103B, detail_no=0\n"; // HPDF_INVALID_PNG_IMAGE
+    }
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), expected);
+}
+
+TEST_F(Reports, ThatCannotBeSavedAreLogged) {
+    drive_.smartType = kSmartTypeSsd;
+    ::testing::internal::CaptureStdout();
+    fs::create_directory(kFileName);
+    create(kFileName);
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]"));
+    EXPECT_THAT(::testing::internal::GetCapturedStdout(), HasSubstr("ERROR: error_no=1017, detail_no=13\n"));
+    EXPECT_THAT(opened(), ElementsAre(kFileName));
+}
+
+TEST_F(Reports, OverAFileThatAViewerHoldsAreLogged) {
+    drive_.smartType = kSmartTypeSsd;
+    writeFile(kFileName, "an older report");
+    const UniqueFile viewer{
+        CreateFileA(kFileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    ASSERT_TRUE(viewer);
+    create(kFileName);
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]"));
+}
+
+// A disk with room for so many bytes. Without `honest`, the writer is told that all is well, as it is when the bytes
+// only reach a buffer.
+std::size_t roomLeft = 0;
+bool honest = true;
+decltype(&std::fwrite) realWrite = nullptr;
+
+std::size_t writeWhileThereIsRoom(const void* bytes, std::size_t size, std::size_t count, std::FILE* file) {
+    if (file == stdout || file == stderr) {
+        return realWrite(bytes, size, count, file);
+    }
+    const std::size_t written = std::min(size * count, roomLeft);
+    roomLeft -= written;
+    realWrite(bytes, 1, written, file);
+    return honest ? written / size : count;
+}
+
+class ReportsOnAFullDisk : public Reports, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(ReportsOnAFullDisk, AreLogged) {
+    drive_.smartType = kSmartTypeStandard;
+    honest = GetParam();
+    realWrite = __imp_fwrite;
+    for (const std::size_t room : {std::size_t{0}, std::size_t{1000}, std::size_t{4000}}) {
+        roomLeft = room;
+        {
+            const ImportPatched full(__imp_fwrite, &writeWhileThereIsRoom);
+            create(kFileName);
+        }
+        EXPECT_EQ(roomLeft, 0U) << "the disk was filled";
+        EXPECT_FALSE(isPdf(kFileName));
+    }
+    const std::string row = "Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]";
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre(row, row, row));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ReportsOnAFullDisk, ::testing::Bool(),
+                         [](const auto& test) { return test.param ? "ToldAtOnce" : "FoundOutLater"; });
+
+TEST_F(Reports, LeaveNothingOpen) {
+    drive_.smartType = kSmartTypeStandard;
+    create(kFileName);
+    const DWORD before = openHandleCount();
+    for (int i = 0; i < 5; ++i) {
+        create(kFileName);
+    }
+    EXPECT_LE(openHandleCount(), before);
+}
+
+// --- one line of text
+// --------------------------------------------------------------------------------------------------
+
+struct TestPage {
+    TestPage() { HPDF_Page_SetFontAndSize(page, font, 12); }
+    ~TestPage() { HPDF_Free(document); }
+    TestPage(const TestPage&) = delete;
+    TestPage& operator=(const TestPage&) = delete;
+
+    /// The page's drawing instructions, uncompressed.
+    [[nodiscard]] std::string saved() const {
+        HPDF_SaveToStream(document);
+        std::string bytes(HPDF_GetStreamSize(document), '\0');
+        auto size = static_cast<HPDF_UINT32>(bytes.size());
+        HPDF_ReadFromStream(document, reinterpret_cast<HPDF_BYTE*>(bytes.data()), &size);
+        return bytes;
+    }
+
+    HPDF_Doc document = HPDF_New(nullptr, nullptr);
+    HPDF_Page page = HPDF_AddPage(document);
+    HPDF_Font font = HPDF_GetFont(document, "Helvetica", nullptr);
+};
+
+TEST(DrawTextLineTest, StandsBelowTheTopBySizeAndDistance) {
+    const TestPage sheet;
+    DrawTextLine(sheet.page, "Torvane", sheet.font, 18, 10, 200);
+    EXPECT_THAT(sheet.saved(), HasSubstr("BT\n10 623 Td\n(Torvane) Tj\nET")) << "841 - 18 - 200";
+}
+
+TEST(DrawTextLineTest, AtZeroIsNotCentred) {
+    const TestPage sheet;
+    DrawTextLine(sheet.page, "Torvane", sheet.font, 10, 0, 0);
+    EXPECT_THAT(sheet.saved(), HasSubstr("BT\n0 831 Td\n(Torvane) Tj\nET"));
+}
+
+TEST(DrawTextLineTest, WithANegativePlaceIsCentred) {
+    const TestPage sheet;
+    DrawTextLine(sheet.page, "AAAA", sheet.font, 100, -1, 0);
+    // Four letters of 667 units: 266.8 points; (595 - 266.8) / 2.
+    EXPECT_THAT(sheet.saved(), HasSubstr("BT\n164.10001 741 Td\n(AAAA) Tj\nET"));
+}
+
+} // namespace
+} // namespace torvane::testing

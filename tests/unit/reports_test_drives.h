@@ -1,0 +1,44 @@
+#pragma once
+
+#include "discovery/drive_record.h"
+#include "reports/report_page.h"
+#include "settings/company_info.h"
+
+namespace torvane::testing {
+
+/// A drive with a value for everything that a report tells; each value of its own.
+inline DriveRecord reportedDrive() {
+    DriveRecord drive;
+    drive.model.assign("WDC WD10EZEX-08WN4A0");
+    drive.serialNumber.assign("WD-WCC6Y7ABCDEF");
+    drive.powerOnHours = 26'280;
+    drive.reallocatedSectors = 7;
+    drive.reallocatedEvents = 3;
+    drive.pendingSectors = 12;
+    drive.offlineUncorrectable = 6;
+    drive.reportedUncorrect = 0;
+    drive.nvme.criticalWarning = 0;
+    drive.nvme.availableSpare = 97;
+    drive.nvme.availableSpareThreshold = 10;
+    drive.nvme.dataUnitsWritten = 2'000'000;
+    drive.nvme.gigabytesWritten = 953;
+    drive.criticalTestResult = kReadTestPassed;
+    drive.shortTestResult = kReadTestFailed;
+    drive.nistTestResult = kReadTestNotPerformed;
+    return drive;
+}
+
+inline CompanyInfo reportedCompany() {
+    CompanyInfo company;
+    company.assign("Northgate Drive Rescue", "12 Harbour Road, Bristol", "+44 117 496 0123");
+    return company;
+}
+
+inline void addBitLockerEntry(DriveRecord& drive, char letter, std::string_view password) {
+    BitLockerVolumeEntry& entry = drive.bitLockerEntries.at(static_cast<std::size_t>(drive.bitLockerEntryCount++));
+    entry.hasKey = password.empty() ? 0 : 1;
+    entry.driveLetter = letter;
+    entry.recoveryPassword.assign(password);
+}
+
+} // namespace torvane::testing
