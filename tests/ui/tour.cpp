@@ -11,6 +11,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,7 @@ struct Step {
     const char* picture;
     const char* description;
     void (*run)(Tour&);
+    void (*finish)(Tour&) = nullptr; ///< after the picture
 };
 
 void readTheTutorial(Tour& tour) {
@@ -66,6 +68,24 @@ void openTheLog(Tour& tour) {
     tour.torvane.setLogOpen(true);
 }
 
+void createAReport(Tour& tour) {
+    tour.torvane.driveList().click(0);
+    tour.torvane.press(kCreateReport);
+    tour.program.awaitBox().window().awaitPainted();
+}
+
+void keepTheReport(Tour& tour) {
+    tour.program.awaitBox().answer("OK");
+    for (const auto& file : std::filesystem::directory_iterator(tour.program.folder())) {
+        if (file.path().extension() == ".pdf") {
+            std::filesystem::copy_file(file.path(), std::filesystem::path(tour.picturesFolder) / "report.pdf");
+            std::printf("    %-20s %s\n", "report.pdf", "the report itself");
+            return;
+        }
+    }
+    throw Failure("there is no report");
+}
+
 // A later command of the program joins the tour by one line here.
 constexpr Step kSteps[] = {
     {"0-tutorial.png", "the tutorial greets a new user, until it is told not to", readTheTutorial},
@@ -74,6 +94,8 @@ constexpr Step kSteps[] = {
     {"3-active-drive.png", "a click has made the first drive the active one; its check box is ticked", pickADrive},
     {"4-another-drive.png", "a click on another drive brings up its health panel", lookAtEveryDrive},
     {"5-log.png", "the log panel tells what the scan met", openTheLog},
+    {"6-report.png", "Create Report has written the first drive's report and had it opened", createAReport,
+     keepTheReport},
 };
 
 void takePicture(const Tour& tour, const Step& step) {
@@ -101,6 +123,9 @@ void takeTour(const Launch& launch, const std::string& picturesFolder) {
         try {
             step.run(tour);
             takePicture(tour, step);
+            if (step.finish != nullptr) {
+                step.finish(tour);
+            }
         } catch (const Failure&) {
             Picture::ofScreen(wholeScreen()).save(picturesFolder + "/failed.png");
             throw;
