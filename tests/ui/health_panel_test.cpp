@@ -1,4 +1,5 @@
 #include "tests/ui/driver/picture.h"
+#include "tests/ui/driver/resource_counts.h"
 #include "tests/ui/health_bench.h"
 #include "tests/ui/health_panel_reader.h"
 #include "tests/ui/ui_test.h"
@@ -129,6 +130,21 @@ TEST_F(HealthPanelTest, RepaintingNeverShowsAnEmptyPanel) {
         }
     }
     EXPECT_EQ(gone, 0) << "times of " << looks << " the needle's hub was not there";
+}
+
+TEST_F(HealthPanelTest, TwoHundredRepaintsLeaveNoGdiObjectBehind) {
+    const auto repaint = [this](int times) {
+        for (int i = 0; i < times; ++i) {
+            RedrawWindow(torvane().window().handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+            torvane().window().awaitPainted();
+        }
+    };
+    pick("FAILING");
+    repaint(3); // what the system keeps for itself after the first use
+    const int before = countResources(program().processId()).gdiObjects;
+    ASSERT_GT(before, 0);
+    repaint(200);
+    EXPECT_EQ(countResources(program().processId()).gdiObjects, before);
 }
 
 TEST_F(HealthPanelTest, ANewScanClearsThePanelAtOnce) {
