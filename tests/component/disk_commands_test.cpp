@@ -11,12 +11,9 @@ extern decltype(&CreateThread) __imp_CreateThread;
 namespace torvane {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using testing::ImportPatched;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 class DiskCommands : public testing::CopyBench {
   protected:
