@@ -12,7 +12,6 @@
 namespace torvane::driver {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
