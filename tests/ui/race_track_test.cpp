@@ -1,0 +1,118 @@
+#include "tests/ui/copy_ui_test.h"
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
+#include "tests/ui/driver/resource_counts.h"
+
+#include <set>
+#include <thread>
+#include <vector>
+
+namespace torvane::driver {
+namespace {
+
+constexpr COLORREF kDialogColour = RGB(0xDA, 0xDF, 0xEA);
+
+/// Every test starts the program anew: a clone's direction outlives its dialog.
+class RaceTrackTest : public CopyUiTest {
+  protected:
+    void SetUp() override {
+        CopyUiTest::SetUp();
+        leaveProgramUsed();
+        parkMouse();
+    }
+
+    /// A place of the dialog's client area as it looks now.
+    [[nodiscard]] static Picture look(const CopyDialogWindow& dialog, const RECT& place) {
+        const RECT client = dialog.window().clientRect();
+        return Picture::ofScreen(
+            {client.left + place.left, client.top + place.top, client.left + place.right, client.top + place.bottom});
+    }
+    [[nodiscard]] static std::vector<COLORREF> pixels(const Picture& picture) {
+        std::vector<COLORREF> all;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                all.push_back(picture.at(x, y));
+            }
+        }
+        return all;
+    }
+    [[nodiscard]] static bool looksAlike(const CopyDialogWindow& dialog, const RECT& one, const RECT& other) {
+        return pixels(look(dialog, one)) == pixels(look(dialog, other));
+    }
+
+    // The clone's track: where the car waits, and the empty road.
+    static constexpr RECT kAtStart{10, 192, 70, 236};
+    static constexpr RECT kOnTheWay{310, 192, 370, 236};
+};
+
+TEST_F(RaceTrackTest, LiesOnTheDialogsColourWithTheCarAtItsStart) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    dialog.window().awaitPainted();
+    EXPECT_EQ(look(dialog, {4, 155, 8, 240}).count(kDialogColour), 4 * 85) << "left of the track";
+    EXPECT_EQ(look(dialog, {400, 152, 410, 160}).count(kDialogColour), 80) << "above the track";
+    EXPECT_EQ(look(dialog, {60, 170, 780, 230}).count(kDialogColour), 0) << "the track has no holes";
+    EXPECT_FALSE(looksAlike(dialog, kAtStart, kOnTheWay)) << "no car at the start";
+    dialog.leave();
+}
+
+TEST_F(RaceTrackTest, ExplosionRepeatsUntilTheDialogIsLeft) {
+    useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 0, "milliseconds": 1500}]})"));
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatusStart(" Status: ");
+    dialog.terminate();
+    dialog.awaitStatus(" User Terminated Image");
+    // Nobody touches the window: its own timer plays the frames again and again.
+    std::set<std::vector<COLORREF>> frames;
+    std::vector<COLORREF> last;
+    int changes = 0;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(4);
+    while (std::chrono::steady_clock::now() < deadline) {
+        std::vector<COLORREF> now = pixels(look(dialog, {10, 182, 80, 242}));
+        changes += now != last ? 1 : 0;
+        frames.insert(now);
+        last = std::move(now);
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    EXPECT_GE(frames.size(), 3U) << "of four; a busy screen may skip one";
+    EXPECT_GE(changes, 10) << "the frames came once only";
+    dialog.leave();
+}
+
+TEST_F(RaceTrackTest, FiveHundredRepaintsLeaveNoGdiObjectBehind) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    const auto repaint = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            RedrawWindow(dialog.window().handle(), nullptr, nullptr, RDW_INVALIDATE);
+            dialog.window().awaitPainted();
+        }
+    };
+    repaint(3); // what the system keeps for itself after the first use
+    const ResourceCounts before = countResources(program().processId());
+    ASSERT_GT(before.gdiObjects, 0);
+    repaint(500);
+    const ResourceCounts after = countResources(program().processId());
+    EXPECT_EQ(after.gdiObjects, before.gdiObjects);
+    EXPECT_LE(after.kernelHandles, before.kernelHandles);
+    dialog.leave();
+}
+
+TEST_F(RaceTrackTest, ReverseClonesTrackStaysForTheNextDialog) {
+    {
+        const CopyDialogWindow dialog = openClone("SOURCE");
+        press(dialog.window().child(kReverseClone));
+        startOnto(dialog, "SMALL");
+        dialog.awaitStatus(" Clone SUCCESSFULLY Completed");
+        dialog.leave();
+    }
+    // The direction belongs to the last clone that was started; the new dialog's car waits at the left all the same.
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    dialog.window().awaitPainted();
+    EXPECT_FALSE(looksAlike(dialog, kAtStart, kOnTheWay));
+    const Picture reverseFinish = look(dialog, {12, 172, 30, 230});
+    EXPECT_GT(reverseFinish.count(RGB(255, 255, 255)), 0) << "the chequered finish is at the left";
+    dialog.leave();
+}
+
+} // namespace
+} // namespace torvane::driver
