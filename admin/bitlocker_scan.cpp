@@ -2,8 +2,8 @@
 
 #include "admin/bitlocker_output.h"
 #include "app/app_state.h"
-#include "base/format.h"
 #include "app/event_log.h"
+#include "base/format.h"
 #include "monitoring/command_runner.h"
 #include "ui/owned.h"
 

@@ -13,6 +13,7 @@
 #include "app/web_pages.h"
 #include "copy/clone_dialog.h"
 #include "copy/copy_choices.h"
+#include "copy/destination_folder.h"
 #include "copy/forensic_dialog.h"
 #include "copy/image_dialog.h"
 #include "copy/image_to_drive_dialog.h"
@@ -21,6 +22,7 @@
 #include "resources/resource_ids.h"
 #include "settings/company_info_dialog.h"
 #include "settings/edit_messages_dialog.h"
+#include "settings/portable_drive.h"
 #include "surface/read_test_kind.h"
 #include "ui/prompts.h"
 
@@ -199,7 +201,10 @@ void MainDialog::onCompanyInformation() {
 }
 
 void MainDialog::onCreatePortable() {
-    notBuiltYet("Create Tech Portable USB");
+    // The folder does not become the current one: the program's own files lie there.
+    if (ChooseDestinationFolder(state_.destinationFolder, false) != 0) {
+        startPortableCopy(state_);
+    }
 }
 
 void MainDialog::onDetectBitLocker() {

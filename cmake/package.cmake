@@ -34,6 +34,5 @@ function(torvane_ship_file file)
     add_dependencies(torvane_package ${step})
 endfunction()
 
-# The tool that reads the drives' own monitoring data, and the licences of what is shipped.
+# The tool that reads the drives' own monitoring data.
 torvane_ship_file("${TORVANE_SMARTCTL}")
-torvane_ship_file("${TORVANE_DEPS_DIR}/smartmontools/licence/smartmontools.txt" licences/smartmontools.txt)

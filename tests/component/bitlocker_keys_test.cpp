@@ -1,18 +1,20 @@
 #include "tests/component/bitlocker_bench.h"
 #include "tests/component/import_patched.h"
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker names these
 extern "C" {
 extern decltype(&SetFilePointer) __imp_SetFilePointer;
 extern decltype(&WriteFile) __imp_WriteFile;
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace torvane {
 namespace {
 
 using ::testing::ElementsAre;
+using testing::ImportPatched;
 using ::testing::IsEmpty;
 using testing::readFile;
-using testing::ImportPatched;
 using testing::writeFile;
 
 constexpr const char* kFile = "BITLOCKER.db";
@@ -66,9 +68,8 @@ TEST_F(BitLockerKeys, TwoReadableVolumesAppendTwoRecordsWithTheirLetters) {
     EXPECT_EQ(readFile(kFile), record("1-1", 'D') + record("2-2", 'E'));
     EXPECT_EQ(drive(0).bitLockerEntryCount, 2);
     EXPECT_EQ(drive(0).checkedVolumeCount, 2);
-    EXPECT_THAT(events(),
-                ElementsAre("SUCCESS: BITLOCKER file SUCCESSFULLY UPDATED PASSWORD SAVED for DRIVE D",
-                            "SUCCESS: BITLOCKER file SUCCESSFULLY UPDATED PASSWORD SAVED for DRIVE E"));
+    EXPECT_THAT(events(), ElementsAre("SUCCESS: BITLOCKER file SUCCESSFULLY UPDATED PASSWORD SAVED for DRIVE D",
+                                      "SUCCESS: BITLOCKER file SUCCESSFULLY UPDATED PASSWORD SAVED for DRIVE E"));
 }
 
 TEST_F(BitLockerKeys, AMissingFileIsCreatedByTheFirstAppendWithoutASuccessRow) {
@@ -185,7 +186,8 @@ TEST_F(BitLockerKeys, AFileThatCannotBeMadeIsLoggedAndThePassGoesOn) {
     open();
     std::filesystem::create_directory(kFile);
     BL_SaveRecoveryKeys(state());
-    EXPECT_THAT(events(), ElementsAre("ERROR: Could not WRITE BITLOCKER file", "ERROR: Could not WRITE BITLOCKER file"));
+    EXPECT_THAT(events(),
+                ElementsAre("ERROR: Could not WRITE BITLOCKER file", "ERROR: Could not WRITE BITLOCKER file"));
     EXPECT_EQ(drive(0).bitLockerEntryCount, 2);
 }
 

@@ -33,9 +33,10 @@ TEST_F(BitLockerScan, EveryVolumeIsAskedByTheCmdletAndItsOutputKept) {
     scan();
     EXPECT_THAT(
         bench_.log("request=start"),
-        ElementsAre(HasSubstr(
-                        R"(command-line="powershell -windowstyle hidden (Get-BitLockerVolume -MountPoint D).KeyProtector")"),
-                    HasSubstr("-MountPoint E)")));
+        ElementsAre(
+            HasSubstr(
+                R"(command-line="powershell -windowstyle hidden (Get-BitLockerVolume -MountPoint D).KeyProtector")"),
+            HasSubstr("-MountPoint E)")));
     EXPECT_THAT(readFile("BITLOCKER.txt"), HasSubstr("RecoveryPassword    : 2-2\r\n"));
     EXPECT_EQ(readFile("BITLOCKER.txt").find("1-1"), std::string::npos) << "written anew for each volume";
 }

@@ -30,7 +30,7 @@ BenchFolder bitLockerBench() {
              "bitLocker": {"state": "unlocked", "protectors": [
                 {"type": "Tpm", "id": "{3E2F0B6A-0D39-4A54-8E0E-0F3E0C2E7E11}"},
                 {"type": "RecoveryPassword", "id": "{9C4C7A52-6D1B-47F3-9C5C-1C1E3F6B7A22}", "password": ")" +
-                                 std::string(kPassword) + R"("}]}},
+                               std::string(kPassword) + R"("}]}},
             {"letter": "D", "extents": [{"offset": "2 GiB", "length": "1 GiB"}],
              "bitLocker": {"state": "locked", "protectors": [
                 {"type": "RecoveryPassword", "id": "{5A1B7C33-2E4D-4F6A-8B9C-0D1E2F3A4B5C}", "password": "1-2"}]}},
@@ -140,10 +140,10 @@ TEST_F(BitLockerTest, ShowsTheDrivesModelAndAnEmptyList) {
 TEST_F(BitLockerTest, BeginListsEveryVolume) {
     const Window dialog = openScan();
     press(dialog.child(kBeginScan));
-    const std::vector<std::string> expected = {
-        std::string("C:\\|Encrypted|") + kPassword, "D:\\|Encrypted and Locked|No Key Found",
-        // The volume that printed nothing lost its row to the next one.
-        "F:\\|Not Bitlocker Encrypted|No Key Found"};
+    const std::vector<std::string> expected = {std::string("C:\\|Encrypted|") + kPassword,
+                                               "D:\\|Encrypted and Locked|No Key Found",
+                                               // The volume that printed nothing lost its row to the next one.
+                                               "F:\\|Not Bitlocker Encrypted|No Key Found"};
     EXPECT_EQ(rows(dialog), expected);
     // Again, from the beginning.
     press(dialog.child(kBeginScan));

@@ -77,7 +77,7 @@ TEST_F(CompanyInfoTest, IsTheLastItemOfExtendedFunctions) {
 }
 
 TEST_F(CompanyInfoTest, OfAFreshInstallAsksToBeFilledIn) {
-    ASSERT_EQ(fileBytes().size(), 768U) << "made at the start";
+    ASSERT_EQ(fileBytes().size(), 768U) << "it ships";
     EXPECT_EQ(fileBytes().substr(0, 256), field("KVL Data"));
     const Window dialog = openDialog();
     EXPECT_EQ(dialog.child(kName).text(), "KVL Data");

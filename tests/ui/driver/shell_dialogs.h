@@ -9,7 +9,7 @@ namespace torvane::driver {
 // The system's own dialogs that a program opens for a folder or a file. Each function waits for the dialog and returns
 // when it has gone.
 
-/// Chooses the folder, which must exist, in the shell's folder browser.
+/// Chooses the folder, which must exist and be no drive's root, in the shell's folder browser.
 void chooseFolder(const Program& program, const std::filesystem::path& folder);
 void cancelFolder(const Program& program);
 

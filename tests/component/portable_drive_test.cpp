@@ -1,0 +1,298 @@
+#include "settings/portable_drive.h"
+
+#include "app/app_state.h"
+#include "settings/portable_files.h"
+#include "tests/component/import_patched.h"
+#include "tests/component/recording_main_view.h"
+#include "tests/component/scratch_folder.h"
+#include "tests/component/scripted_prompts.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker names these
+extern "C" {
+extern decltype(&CreateThread) __imp_CreateThread;
+extern decltype(&GetFileSize) __imp_GetFileSize;
+extern decltype(&GetModuleFileNameA) __imp_GetModuleFileNameA;
+extern decltype(&GlobalAlloc) __imp_GlobalAlloc;
+extern decltype(&ReadFile) __imp_ReadFile;
+extern decltype(&WriteFile) __imp_WriteFile;
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace torvane {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::ImportPatched;
+using ::testing::IsEmpty;
+using testing::readFile;
+using testing::writeFile;
+
+namespace fs = std::filesystem;
+
+/// Where the program under test believes to be.
+std::string programPath;
+
+DWORD WINAPI tellProgramPath(HMODULE, LPSTR buffer, DWORD size) {
+    const std::size_t length = std::min<std::size_t>(programPath.size(), size - 1);
+    std::copy_n(programPath.begin(), length, buffer);
+    buffer[length] = '\0';
+    return static_cast<DWORD>(length);
+}
+
+HGLOBAL WINAPI allocateNothing(UINT, SIZE_T) {
+    return nullptr;
+}
+
+BOOL WINAPI failToRead(HANDLE, LPVOID, DWORD, LPDWORD read, LPOVERLAPPED) {
+    *read = 0;
+    SetLastError(ERROR_CRC);
+    return FALSE;
+}
+
+BOOL WINAPI readShort(HANDLE, LPVOID, DWORD size, LPDWORD read, LPOVERLAPPED) {
+    *read = size - 1;
+    return TRUE;
+}
+
+BOOL WINAPI failToWrite(HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
+    *written = 0;
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
+BOOL WINAPI writeShort(HANDLE, LPCVOID, DWORD size, LPDWORD written, LPOVERLAPPED) {
+    *written = size - 1;
+    return TRUE;
+}
+
+/// 4 GiB and 11 bytes.
+DWORD WINAPI tellHugeSize(HANDLE, LPDWORD high) {
+    *high = 1;
+    return 11;
+}
+
+HANDLE WINAPI startNoThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE, LPVOID, DWORD, LPDWORD) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return nullptr;
+}
+
+class PortableDrive : public ::testing::Test {
+  protected:
+    PortableDrive() {
+        programPath = at("program\\Torvane.exe");
+        fs::create_directory("program");
+        fs::create_directory("stick");
+        for (const char* const name : kPortableFileList) {
+            writeFile("program\\" + std::string(name), contentOf(name));
+        }
+    }
+
+    [[nodiscard]] std::string at(const std::string& name) const { return (folder_.path() / name).string(); }
+    static std::string contentOf(const std::string& name) { return "content of " + name; }
+    [[nodiscard]] DWORD copy() const { return CopyPortableFiles(at("stick")); }
+    /// Names in the folder of the copy.
+    static std::set<std::string> copied() {
+        std::set<std::string> names;
+        for (const auto& file : fs::directory_iterator("stick")) {
+            names.insert(file.path().filename().string());
+        }
+        return names;
+    }
+    void expectOnly(const std::string& category, const std::string& message) const {
+        ASSERT_EQ(view_.logRows().size(), 1U);
+        EXPECT_EQ(view_.logRows().front().category, category);
+        EXPECT_EQ(view_.logRows().front().message, message);
+    }
+
+    testing::ScratchFolder folder_;
+    testing::RecordingMainView view_;
+    testing::ViewInstalled installed_{appState(), view_};
+    testing::ScriptedPrompts user_;
+    ImportPatched<decltype(&GetModuleFileNameA)> elsewhere_{__imp_GetModuleFileNameA, &tellProgramPath};
+};
+
+TEST_F(PortableDrive, CopiesThirtyFiveFilesInOrderAndSaysSo) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    EXPECT_EQ(copy(), 1U);
+    std::vector<std::string> rows;
+    std::vector<std::string> expected;
+    for (const LogRow& row : view_.logRows()) {
+        rows.push_back(row.category + ": " + row.message);
+    }
+    for (const char* const name : kPortableFileList) {
+        expected.push_back("SUCCESS: File [" + at("stick") + "\\" + name + "] copied");
+        EXPECT_EQ(readFile("stick\\" + std::string(name)), contentOf(name));
+    }
+    EXPECT_EQ(expected.size(), 35U);
+    EXPECT_EQ(rows, expected);
+    EXPECT_EQ(copied().size(), 34U) << "one file stands in the list twice";
+}
+
+TEST_F(PortableDrive, TheListIsKeptInItsOrderWithItsDuplicate) {
+    EXPECT_STREQ(kPortableFileList.front(), "Torvane.exe");
+    EXPECT_STREQ(kPortableFileList[14], "passfail-gauge.png");
+    EXPECT_STREQ(kPortableFileList[33], "passfail-gauge.png");
+    EXPECT_STREQ(kPortableFileList.back(), "license.txt");
+    EXPECT_EQ(std::set<std::string>(kPortableFileList.begin(), kPortableFileList.end()).size(), 34U);
+}
+
+TEST_F(PortableDrive, AMissingLicenceStopsTheCopyAfterThirtyFourFiles) {
+    fs::remove("program\\license.txt");
+    EXPECT_EQ(copy(), 0U);
+    EXPECT_EQ(view_.messages("SUCCESS").size(), 34U);
+    EXPECT_THAT(view_.messages("ERROR"),
+                ElementsAre("Could not find [" + at("program") + "\\license.txt] file. Disk Creation Terminated."));
+    EXPECT_EQ(copied().size(), 33U) << "what was copied stays";
+}
+
+TEST_F(PortableDrive, AMissingProgramStopsTheCopyAtOnce) {
+    fs::remove("program\\Torvane.exe");
+    EXPECT_EQ(copy(), 0U);
+    expectOnly("ERROR", "Could not find [" + at("program") + "\\Torvane.exe] file. Disk Creation Terminated.");
+    EXPECT_THAT(copied(), IsEmpty());
+}
+
+TEST_F(PortableDrive, FilesThatAreThereAreReplaced) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    writeFile("stick\\Config.db", std::string(5000, 'o'));
+    writeFile("stick\\notes.txt", "mine");
+    EXPECT_EQ(copy(), 1U);
+    EXPECT_EQ(readFile("stick\\Config.db"), contentOf("Config.db"));
+    EXPECT_EQ(readFile("stick\\notes.txt"), "mine");
+}
+
+TEST_F(PortableDrive, AnEmptyFileIsCopiedAsOne) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    writeFile("program\\BITLOCKER.db", "");
+    EXPECT_EQ(copy(), 1U);
+    EXPECT_TRUE(fs::exists("stick\\BITLOCKER.db"));
+    EXPECT_EQ(fs::file_size("stick\\BITLOCKER.db"), 0U);
+}
+
+TEST_F(PortableDrive, AFileThatIsOpenForWritingIsCopiedAllTheSame) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    const UniqueFile held{CreateFileA("program\\Message.db", GENERIC_READ | GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr)};
+    ASSERT_TRUE(held);
+    EXPECT_EQ(copy(), 1U);
+}
+
+TEST_F(PortableDrive, ZeroBytesInAFileAreCopied) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    const std::string bytes("a\0b\r\n\0\xff\x1a", 8);
+    writeFile("program\\smartctl.exe", bytes);
+    EXPECT_EQ(copy(), 1U);
+    EXPECT_EQ(readFile("stick\\smartctl.exe"), bytes);
+}
+
+TEST_F(PortableDrive, WithoutMemoryTheCopyEnds) {
+    const ImportPatched patched(__imp_GlobalAlloc, &allocateNothing);
+    EXPECT_EQ(copy(), 0U);
+    expectOnly("ERROR",
+               "Could not allocate 22 bytes to copy  [" + at("program") + "\\Torvane.exe]. Disk Creation Terminated.");
+}
+
+TEST_F(PortableDrive, AFailedOrShortReadEndsTheCopy) {
+    for (const auto read : {&failToRead, &readShort}) {
+        const ImportPatched patched(__imp_ReadFile, read);
+        EXPECT_EQ(copy(), 0U);
+        EXPECT_EQ(view_.logRows().back().category, "ERROR");
+        EXPECT_EQ(view_.logRows().back().message, "Could not read [" + at("program") + "\\Torvane.exe] for [22] bytes");
+    }
+    EXPECT_EQ(view_.logRows().size(), 2U);
+    EXPECT_THAT(copied(), IsEmpty());
+}
+
+TEST_F(PortableDrive, AFileOfFourGigabytesIsReadShort) {
+    const ImportPatched patched(__imp_GetFileSize, &tellHugeSize);
+    EXPECT_EQ(copy(), 0U);
+    expectOnly("ERROR", "Could not read [" + at("program") + "\\Torvane.exe] for [4294967307] bytes");
+}
+
+TEST_F(PortableDrive, AFileThatCannotBeCreatedEndsTheCopy) {
+    fs::create_directory("stick\\smartctl.exe");
+    EXPECT_EQ(copy(), 0U);
+    EXPECT_THAT(view_.messages("SUCCESS"), ElementsAre("File [" + at("stick") + "\\Torvane.exe] copied"));
+    EXPECT_THAT(view_.messages("ERROR"),
+                ElementsAre("Could not create [" + at("stick") + "\\smartctl.exe] file. Disk Creation Terminated."));
+}
+
+TEST_F(PortableDrive, AFolderThatHasGoneEndsTheCopy) {
+    EXPECT_EQ(CopyPortableFiles(at("nowhere")), 0U);
+    expectOnly("ERROR", "Could not create [" + at("nowhere") + "\\Torvane.exe] file. Disk Creation Terminated.");
+}
+
+TEST_F(PortableDrive, AFailedOrShortWriteEndsTheCopy) {
+    for (const auto write : {&failToWrite, &writeShort}) {
+        const ImportPatched patched(__imp_WriteFile, write);
+        EXPECT_EQ(copy(), 0U);
+    }
+    const std::string row = "Could not Write [" + at("stick") + "\\Torvane.exe] for [22] bytes";
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre(row, row));
+}
+
+TEST_F(PortableDrive, PercentSignsInAFoldersNameAreText) {
+    fs::create_directory("100%s %n");
+    EXPECT_EQ(CopyPortableFiles(at("100%s %n\\deeper")), 0U);
+    expectOnly("ERROR",
+               "Could not create [" + at("100%s %n") + "\\deeper\\Torvane.exe] file. Disk Creation Terminated.");
+}
+
+TEST_F(PortableDrive, TheWorkerCopiesIntoTheFolderThatWasChosen) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    fs::create_directory("another");
+    appState().destinationFolder.assign(at("stick"));
+    ASSERT_TRUE(startPortableCopy(appState()));
+    appState().destinationFolder.assign(at("another"));
+    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 30000), WAIT_OBJECT_0);
+    DWORD exitCode = 99;
+    GetExitCodeThread(appState().worker.get(), &exitCode);
+    EXPECT_EQ(exitCode, 1U);
+    EXPECT_EQ(copied().size(), 34U);
+    EXPECT_TRUE(fs::is_empty("another"));
+    EXPECT_EQ(appState().jobActive, 0) << "the copy is no job that others wait for";
+}
+
+TEST_F(PortableDrive, TheWorkerEndsWithZeroOnAFailure) {
+    appState().destinationFolder.assign(at("nowhere"));
+    ASSERT_TRUE(startPortableCopy(appState()));
+    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 30000), WAIT_OBJECT_0);
+    DWORD exitCode = 99;
+    GetExitCodeThread(appState().worker.get(), &exitCode);
+    EXPECT_EQ(exitCode, 0U);
+}
+
+TEST_F(PortableDrive, TwoCopiesMayRunAtOnce) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    fs::create_directory("another");
+    appState().destinationFolder.assign(at("stick"));
+    ASSERT_TRUE(startPortableCopy(appState()));
+    const UniqueHandle first = std::move(appState().worker);
+    appState().destinationFolder.assign(at("another"));
+    ASSERT_TRUE(startPortableCopy(appState()));
+    ASSERT_EQ(WaitForSingleObject(first.get(), 30000), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 30000), WAIT_OBJECT_0);
+    EXPECT_EQ(readFile("stick\\license.txt"), readFile("another\\license.txt"));
+    EXPECT_EQ(copied().size(), 34U);
+}
+
+TEST_F(PortableDrive, AThreadThatCannotBeStartedIsLogged) {
+    const ImportPatched patched(__imp_CreateThread, &startNoThread);
+    appState().destinationFolder.assign(at("stick"));
+    EXPECT_FALSE(startPortableCopy(appState()));
+    expectOnly("ERROR", "Could not start the copy of the portable drive's files");
+}
+
+} // namespace
+} // namespace torvane
