@@ -82,8 +82,7 @@ class CompanyInfoFile : public ::testing::Test {
     CompanyInfo info_;
 };
 
-// --- loading
-// -----------------------------------------------------------------------------------------------------------
+// --- loading ---
 
 TEST_F(CompanyInfoFile, IsMadeFromTheDefaultsAtTheFirstStart) {
     EXPECT_EQ(LoadCompanyInfo(info_), 1);
@@ -189,8 +188,7 @@ TEST_F(CompanyInfoFile, InWhosePlaceAFolderStandsIsTold) {
     EXPECT_EQ(bytesOf(info_), bytesOf(defaultCompanyInfo()));
 }
 
-// --- saving
-// ------------------------------------------------------------------------------------------------------------
+// --- saving ---
 
 class CompanyInfoSaved : public CompanyInfoFile {
   protected:

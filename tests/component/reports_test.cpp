@@ -29,7 +29,8 @@ extern "C" {
 HPDF_Doc __real_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT: the linker's names
 HPDF_Doc __wrap_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT
 
-extern decltype(&std::fwrite) __imp_fwrite; // NOLINT
+extern decltype(&std::fwrite) __imp_fwrite;                      // NOLINT
+extern decltype(&MultiByteToWideChar) __imp_MultiByteToWideChar; // NOLINT
 }
 
 namespace {
@@ -121,8 +122,7 @@ class Reports : public ::testing::Test {
     DriveRecord drive_ = reportedDrive();
 };
 
-// --- the four kinds, kept for reading back
-// -----------------------------------------------------------------------------
+// --- the four kinds, kept for reading back ---
 
 TEST_F(Reports, OfAnAtaDrive) {
     drive_.smartType = kSmartTypeStandard;
@@ -182,8 +182,23 @@ TEST_F(Reports, OfACompanyWithAForeignName) {
     createAndKeep("foreign");
 }
 
-// --- guards
-// ------------------------------------------------------------------------------------------------------------
+// The product asks for UTF-8 as its code page, where the system knows such a wish.
+decltype(&MultiByteToWideChar) realToWide = nullptr;
+
+int WINAPI toWideFromUtf8(UINT codePage, DWORD flags, LPCCH text, int size, LPWSTR wide, int wideSize) {
+    return realToWide(codePage == CP_ACP ? CP_UTF8 : codePage, flags, text, size, wide, wideSize);
+}
+
+TEST_F(Reports, OfACompanyWithAForeignNameInUtf8) {
+    drive_.smartType = kSmartTypeSsd;
+    appState().companyInfo.assign("M\xC3\xBCller & S\xC3\xB6hne \xE2\x82\xAC \xD0\x96",
+                                  "\xE6\x9D\xB1\xE4\xBA\xAC \xF0\x9F\x92\xBE \xC5\xA0", "broken \xC3 end");
+    realToWide = __imp_MultiByteToWideChar;
+    const ImportPatched utf8(__imp_MultiByteToWideChar, &toWideFromUtf8);
+    createAndKeep("foreign-utf8");
+}
+
+// --- guards ---
 
 TEST_F(Reports, WantAnActiveDrive) {
     appState().activeDriveChosen = 0;
@@ -210,8 +225,7 @@ TEST_F(Reports, AreNotMadeOfAnUnsupportedDevice) {
     EXPECT_THAT(view_.logRows(), IsEmpty());
 }
 
-// --- the file's name
-// ---------------------------------------------------------------------------------------------------
+// --- the file's name ---
 
 TEST_F(Reports, ReplaceAnOlderOne) {
     drive_.smartType = kSmartTypeSsd;
@@ -273,8 +287,7 @@ TEST_F(Reports, ModelsFullOfPercentSignsAreText) {
     EXPECT_TRUE(isPdf("Report_s_n.pdf"));
 }
 
-// --- what can go wrong
-// -------------------------------------------------------------------------------------------------
+// --- what can go wrong ---
 
 TEST_F(Reports, WithoutADocumentEndAtOnce) {
     drive_.smartType = kSmartTypeNvme;
@@ -391,8 +404,7 @@ TEST_F(Reports, LeaveNothingOpen) {
     EXPECT_LE(openHandleCount(), before);
 }
 
-// --- one line of text
-// --------------------------------------------------------------------------------------------------
+// --- one line of text ---
 
 struct TestPage {
     TestPage() { HPDF_Page_SetFontAndSize(page, font, 12); }

@@ -105,6 +105,7 @@ EXPECTED = {
              ["blue", "yellow", "yellow", "yellow", None, "yellow"]),
     "no-data": (header() + [(268, 12, "Interface does not have Monitoring data.")], []),
     "foreign": (header(company=("Müller & Söhne € ? O'Brien", "It's (here) \\ there", "")) + read_tests(248), []),
+    "foreign-utf8": (header(company=("Müller & Söhne € ?", "?? ? Š", "broken ? end")) + read_tests(248), []),
     "missing-icon": (header() + ATA + read_tests(560), ["blue", None, "blue", "red", None, "green"]),
     "no-icons": (header() + ATA + read_tests(560), []),
     "damaged-icons": (header() + ATA + read_tests(560), []),
@@ -195,7 +196,7 @@ def check_lines(pdf, lines):
 
 def check_colours_and_baselines(picture, lines):
     for base, size, text in lines:
-        colour, lowest = picture.ink(LEFT, base - size, 300, base + 0.3 * size)
+        colour, lowest = picture.ink(LEFT, base - 0.7 * size, 300, base + 0.15 * size)
         wanted = HEADER_BLUE if size == 18 else BLACK
         assert distance(colour, wanted) <= 12, f"{text}: drawn in {colour}"
         # Letters stand on the baseline (round ones reach a little below it) unless they have descenders.

@@ -119,6 +119,28 @@ TEST_F(ReportCommandTest, OfAFileThatAViewerHoldsIsLogged) {
     EXPECT_EQ(bytesOf(path), "an older report");
 }
 
+TEST_F(ReportCommandTest, PrintsTheCompanyThatWasSaved) {
+    choose("Northwind HD500 Platter");
+    const auto path = program().folder() / "ReportNW5K00123417.pdf";
+    torvane().press(kCreateReport);
+    expectCompleted("ReportNW5K00123417.pdf");
+    EXPECT_EQ(count(bytesOf(path), "/WinAnsiEncoding"), 0) << "the texts so far need no encoding";
+
+    constexpr int kCompanyName = 1010;
+    constexpr int kSaveCompany = 32802;
+    torvane().command(kMenuCompany);
+    const Window dialog = program().awaitDialog();
+    SendMessageW(dialog.child(kCompanyName).handle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"M\u00FCller"));
+    dialog.post(WM_COMMAND, kSaveCompany);
+    program().awaitBoxOver(dialog).answer("OK");
+    pressKey(dialog, VK_ESCAPE);
+    await("the dialog has closed", [&] { return !dialog.exists(); });
+
+    torvane().press(kCreateReport);
+    expectCompleted("ReportNW5K00123417.pdf");
+    EXPECT_EQ(count(bytesOf(path), "/WinAnsiEncoding"), 1) << "the company's name does";
+}
+
 /// Serial numbers that are made to do harm.
 class HostileSerialTest : public ReportCommandTest {
   protected:
