@@ -346,6 +346,21 @@ TEST_F(BenchFaultTest, ADriveMayVanishInTheMiddle) {
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
 }
 
+TEST_F(BenchFaultTest, ADriveMayStopAnsweringInTheMiddle) {
+    openFaulty(R"({"stopsAnswering": {"afterRequests": 2, "milliseconds": 300}})");
+    const UniqueHandle drive = open(R"(\\.\PhysicalDrive4)");
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_EQ(read(drive, 0, 512), 0U);
+    EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(512)), 0U);
+    EXPECT_LT(GetTickCount64() - start, 300U);
+    EXPECT_EQ(read(drive, 0, 512), static_cast<DWORD>(ERROR_SEM_TIMEOUT));
+    EXPECT_GE(GetTickCount64() - start, 290U);
+    EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(512)), static_cast<DWORD>(ERROR_SEM_TIMEOUT));
+    EXPECT_GE(GetTickCount64() - start, 590U);
+    // It is still there.
+    EXPECT_TRUE(open(R"(\\.\PhysicalDrive4)"));
+}
+
 TEST_F(BenchFaultTest, OpeningFailsAsDescribed) {
     openFaulty(R"({"open": {"error": "ERROR_ACCESS_DENIED", "times": 1}})");
     EXPECT_FALSE(open(R"(\\.\PhysicalDrive4)"));

@@ -126,6 +126,8 @@ const std::vector<Mistaken> kMistakes = {
      "drives/a.json: faults.reads[0].error: expected a Win32 error by number or name, got 0"},
     {driveWith(R"("faults": {"shortReads": [{"firstSector": 0}]})"),
      "drives/a.json: faults.shortReads[0].bytes: missing, but required"},
+    {driveWith(R"("faults": {"stopsAnswering": {"after": 1}})"),
+     "drives/a.json: faults.stopsAnswering.after: unknown field"},
     {driveWith(R"("faults": {"slow": [{"firstSector": 0, "milliseconds": 1, "after": 1}]})"),
      "drives/a.json: faults.slow[0].after: unknown field"},
     {driveWith(R"("faults": {"requests": [{"request": "IOCTL_NO_SUCH"}]})"),
@@ -210,7 +212,8 @@ TEST(WorkbenchDescription, FaultsAreRead) {
     const BenchReading reading = read(driveWith(
         R"("faults": {"open": "ERROR_ACCESS_DENIED", "vanishAfterRequests": 7,
            "requests": [{"request": "ioctl:0x0004d014", "error": 1, "after": 2, "times": 3}],
-           "slow": [{"firstSector": 1, "sectors": 2, "milliseconds": 30}]})"));
+           "slow": [{"firstSector": 1, "sectors": 2, "milliseconds": 30}],
+           "stopsAnswering": {"afterRequests": 9}})"));
     ASSERT_EQ(reading.error, "");
     const DriveFaults& faults = reading.bench.drives.front().faults;
     EXPECT_EQ(faults.open->error, kErrorAccessDenied);
@@ -218,6 +221,9 @@ TEST(WorkbenchDescription, FaultsAreRead) {
     EXPECT_EQ(faults.requests.front().occurrence.after, 2U);
     EXPECT_EQ(faults.requests.front().occurrence.times, 3U);
     EXPECT_EQ(faults.slow.front().amount, 30U);
+    EXPECT_EQ(faults.stopsAnswering->afterRequests, 9U);
+    EXPECT_EQ(faults.stopsAnswering->milliseconds, 30000U);
+    EXPECT_EQ(faults.stopsAnswering->error, kErrorSemTimeout);
 }
 
 TEST(WorkbenchDescription, SizesAreTextsOrNumbers) {

@@ -17,6 +17,7 @@ inline constexpr std::uint32_t kErrorCrc = 23;
 inline constexpr std::uint32_t kErrorSeek = 25;
 inline constexpr std::uint32_t kErrorSectorNotFound = 27;
 inline constexpr std::uint32_t kErrorInvalidParameter = 87;
+inline constexpr std::uint32_t kErrorSemTimeout = 121;
 inline constexpr std::uint32_t kErrorInsufficientBuffer = 122;
 inline constexpr std::uint32_t kErrorMoreData = 234;
 inline constexpr std::uint32_t kErrorIoDevice = 1117;

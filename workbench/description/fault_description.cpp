@@ -90,6 +90,17 @@ void readOpenFault(ObjectReader& reader, DriveFaults& faults) {
     faults.open = open;
 }
 
+void readSilence(ObjectReader& reader, DriveFaults& faults) {
+    reader.object("stopsAnswering", [&](ObjectReader& object) {
+        SilenceFault silence;
+        silence.error = kErrorSemTimeout;
+        object.number("afterRequests", silence.afterRequests);
+        object.number("milliseconds", silence.milliseconds);
+        object.error("error", silence.error);
+        faults.stopsAnswering = silence;
+    });
+}
+
 } // namespace
 
 bool isKnownRequestName(const std::string& name) {
@@ -111,6 +122,7 @@ void readFaults(ObjectReader& reader, const DriveDescription& drive, DriveFaults
                 [&](ObjectReader& item) { faults.seeks.push_back(readRangeFault(item, drive, "error", kErrorSeek)); });
     reader.list("slow",
                 [&](ObjectReader& item) { faults.slow.push_back(readRangeFault(item, drive, "milliseconds", 0)); });
+    readSilence(reader, faults);
     reader.number("vanishAfterRequests", faults.vanishAfterRequests);
 }
 

@@ -33,6 +33,13 @@ struct RangeFault {
     Occurrence occurrence;
 };
 
+/// Transfers after the first `afterRequests` get no answer until the system gives up waiting.
+struct SilenceFault {
+    std::uint32_t afterRequests = 0;
+    std::uint32_t milliseconds = 30000; ///< about as long as Windows waits for a disk
+    std::uint32_t error = 0;
+};
+
 struct DriveFaults {
     std::optional<OpenFault> open;
     std::vector<RequestFault> requests;
@@ -41,6 +48,7 @@ struct DriveFaults {
     std::vector<RangeFault> writes;     ///< amount: error
     std::vector<RangeFault> seeks;      ///< amount: error
     std::vector<RangeFault> slow;       ///< amount: milliseconds
+    std::optional<SilenceFault> stopsAnswering;
     std::optional<std::uint32_t> vanishAfterRequests;
 };
 

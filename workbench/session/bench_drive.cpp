@@ -82,6 +82,11 @@ std::uint32_t BenchDrive::slownessMilliseconds(std::uint64_t offset, std::uint64
     return sum;
 }
 
+const SilenceFault* BenchDrive::silence() const {
+    const std::optional<SilenceFault>& silence = drive_.faults.stopsAnswering;
+    return silence && transfers_.load() > silence->afterRequests ? &*silence : nullptr;
+}
+
 bool BenchDrive::countTransfer() {
     const std::uint64_t before = transfers_.fetch_add(1);
     return !drive_.faults.vanishAfterRequests || before < *drive_.faults.vanishAfterRequests;

@@ -49,6 +49,9 @@ class BenchDrive {
     [[nodiscard]] std::optional<std::uint32_t> shortRead(std::uint64_t offset, std::uint64_t length);
     [[nodiscard]] std::uint32_t slownessMilliseconds(std::uint64_t offset, std::uint64_t length) const;
 
+    /// What a transfer that `countTransfer` has counted meets when the drive does not answer any more.
+    [[nodiscard]] const SilenceFault* silence() const;
+
     /// Counts a transfer; false when the drive is gone by now.
     [[nodiscard]] bool countTransfer();
     /// The fault has made the drive vanish for this process.

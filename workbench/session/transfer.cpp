@@ -37,14 +37,26 @@ DWORD checkPlace(BenchSession& session, const OpenDevice& device, std::uint64_t 
     return 0;
 }
 
+// Waits as long as the drive makes a transfer wait; the error of a drive that does not answer at all.
+std::optional<DWORD> waitForDrive(const BenchDrive& drive, std::uint64_t offset, std::uint64_t length) {
+    if (const SilenceFault* const silence = drive.silence()) {
+        Sleep(silence->milliseconds);
+        return silence->error;
+    }
+    if (const std::uint32_t wait = drive.slownessMilliseconds(offset, length); wait > 0) {
+        Sleep(wait);
+    }
+    return std::nullopt;
+}
+
 // The drive's own part of reading: faults, then content. `handle`: one that the drive's content gave.
 TransferResult readDrive(BenchSession& session, BenchDrive& drive, HANDLE handle, std::uint64_t offset,
                          std::span<std::uint8_t> out) {
     if (!session.isPresent(drive) || !drive.countTransfer()) {
         return {kErrorDeviceNotConnected, 0};
     }
-    if (const std::uint32_t wait = drive.slownessMilliseconds(offset, out.size()); wait > 0) {
-        Sleep(wait);
+    if (const std::optional<DWORD> error = waitForDrive(drive, offset, out.size())) {
+        return {*error, 0};
     }
     if (const std::optional<DWORD> error = drive.readFault(offset, out.size())) {
         return {*error, 0};
@@ -114,8 +126,8 @@ TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handl
     if (!drive.countTransfer()) {
         return {kErrorDeviceNotConnected, 0};
     }
-    if (const std::uint32_t wait = drive.slownessMilliseconds(offset, data.size()); wait > 0) {
-        Sleep(wait);
+    if (const std::optional<DWORD> error = waitForDrive(drive, offset, data.size())) {
+        return {*error, 0};
     }
     if (const std::optional<DWORD> error = drive.writeFault(offset, data.size())) {
         return {*error, 0};
