@@ -1,6 +1,7 @@
 #include "copy/block_io.h"
 
 #include "app/event_log.h"
+#include "base/positioned_io.h"
 #include "copy/block_layout.h"
 #include "copy/job_steps.h"
 
@@ -10,25 +11,11 @@
 
 namespace torvane {
 
-namespace {
-
-bool seek(NativeHandle handle, std::uint64_t offset) {
-    auto high = static_cast<LONG>(offset >> 32);
-    const DWORD low = SetFilePointer(handle, static_cast<LONG>(offset & 0xFFFFFFFF), &high, FILE_BEGIN);
-    // The low part alone decides, whatever GetLastError says: no block begins at such a position.
-    return low != INVALID_SET_FILE_POINTER;
-}
-
-} // namespace
-
 FetchOutcome fetchBlock(const DriveRecord& source, std::span<std::byte> buffer, std::uint64_t offset) {
-    if (!seek(source.handle, offset)) {
+    if (!canReach(source.handle, offset)) {
         return FetchOutcome::kSeekFailed;
     }
-    const auto length = static_cast<DWORD>(buffer.size());
-    DWORD count = 0;
-    const bool whole = ReadFile(source.handle, buffer.data(), length, &count, nullptr) && count == length;
-    return whole ? FetchOutcome::kWhole : FetchOutcome::kReadFailed;
+    return readWholeAt(source.handle, offset, buffer) ? FetchOutcome::kWhole : FetchOutcome::kReadFailed;
 }
 
 bool ReadBlock(DriveRecord& source, std::span<std::byte> buffer, std::uint64_t offset) {
@@ -41,12 +28,10 @@ bool ReadBlock(DriveRecord& source, std::span<std::byte> buffer, std::uint64_t o
 }
 
 bool WriteBlock(DriveRecord& destination, std::span<const std::byte> buffer, std::uint64_t offset) {
-    if (!seek(destination.handle, offset)) {
+    if (!canReach(destination.handle, offset)) {
         return false;
     }
-    const auto length = static_cast<DWORD>(buffer.size());
-    DWORD count = 0;
-    if (WriteFile(destination.handle, buffer.data(), length, &count, nullptr) && count == length) {
+    if (writeWholeAt(destination.handle, offset, buffer)) {
         return true;
     }
     ReportWriteError("Write Error");

@@ -3,6 +3,9 @@
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
 
+#include <atomic>
+#include <thread>
+
 // The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 extern decltype(&SetFilePointer) __imp_SetFilePointer;
@@ -116,6 +119,25 @@ TEST_F(BlockIo, BeyondTheDrivesEndReadsAndWritesFail) {
     EXPECT_FALSE(WriteBlock(disk, buffer(kBlock), (8ULL << 30) - 512));
     EXPECT_EQ(disk.badReadCount, 1U);
     EXPECT_EQ(disk.writeErrorCount, 1U);
+}
+
+TEST_F(BlockIo, AnotherThreadOnTheSameHandleMovesNobodysBlock) {
+    DriveRecord& disk = openNoise("{}");
+    std::atomic<bool> done{false};
+    std::thread other([&] {
+        std::vector<std::byte> bytes(512);
+        while (!done) {
+            ReadBlock(disk, bytes, 6ULL << 30);
+        }
+    });
+    int wrong = 0;
+    for (std::uint64_t i = 0; i < 500; ++i) {
+        ReadBlock(disk, buffer(512), i * 512);
+        wrong += text_ == noise(5, i * 512, 512) ? 0 : 1;
+    }
+    done = true;
+    other.join();
+    EXPECT_EQ(wrong, 0);
 }
 
 TEST(ReportWriteError, IsAlwaysOneAndShowsNothing) {

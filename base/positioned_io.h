@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace torvane {
+
+// Transfers at a place of an open device or file (a Win32 handle, synchronous). Each call brings its place along, so
+// that several threads may use one handle: nobody's transfer goes where another thread has just moved the file pointer.
+// A span is shorter than 4 GiB.
+
+/// Moves the file pointer, to learn whether the place can be reached at all.
+[[nodiscard]] bool canReach(void* handle, std::uint64_t offset);
+
+/// True when the whole span was transferred. `GetLastError` tells why not; after a short transfer it tells nothing.
+[[nodiscard]] bool readWholeAt(void* handle, std::uint64_t offset, std::span<std::byte> bytes);
+[[nodiscard]] bool writeWholeAt(void* handle, std::uint64_t offset, std::span<const std::byte> bytes);
+
+} // namespace torvane
