@@ -9,6 +9,7 @@
 #include "monitoring/ssd_attribute_database.h"
 #include "settings/company_info.h"
 #include "settings/message_table.h"
+#include "surface/read_test_state.h"
 #include "ui/owned.h"
 
 #include <array>
@@ -22,8 +23,9 @@ namespace torvane {
 /// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event
 /// log. Words that a worker and the window's thread share are atomics; the rest belongs to the window's thread.
 struct AppState {
-    std::atomic<std::int32_t> jobActive{0};         ///< 1 while a long job runs; cleared to ask it to stop
-    std::atomic<std::int32_t> shortTestRunning{0};  ///< 1 while the short read test runs
+    std::atomic<std::int32_t> jobActive{0}; ///< 1 while a long job runs; cleared to ask it to stop
+    std::atomic<std::int32_t> shortTestRunning{
+        0}; ///< number of Short tests at work: 0, or 1 unless one was started twice
     std::atomic<std::int32_t> activeDriveChosen{0}; ///< 1 once a drive was selected in the drive list
     std::atomic<std::int32_t> logPanelOpen{0};
     std::atomic<std::int32_t> readTestKind{0}; ///< a ReadTestKind: which read test the test dialog runs
@@ -34,6 +36,7 @@ struct AppState {
     SmartScanState smart;
     SsdAttributeDatabase ssdAttributes;
     CopyJobState copy;
+    ReadTestState readTests;
 
     CompanyInfo companyInfo; ///< printed on every report; the window's thread alone touches it
     MessageTable messages;   ///< the advice of "Message.db"; the window's thread alone reads and replaces it

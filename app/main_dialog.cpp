@@ -149,6 +149,10 @@ void MainDialog::hideScanProgress() {
     showControl(IDC_SCAN_STATUS, false);
 }
 
+void MainDialog::setWideProgress(int position) {
+    SendMessageA(control(IDC_WIDE_PROGRESS), PBM_SETPOS, static_cast<WPARAM>(position), 0);
+}
+
 void MainDialog::clearHealthPanel() {
     for (int id = IDC_VALUE_TEXT_1; id <= IDC_VALUE_TEXT_6; ++id) {
         setControlText(id, "");

@@ -27,6 +27,7 @@ class MainDialog : public Dialog {
     void setScanProgress(int position);
     void setScanStatus(const std::string& text);
     void hideScanProgress();
+    void setWideProgress(int position);
     void clearHealthPanel();
 
   protected:

@@ -15,6 +15,7 @@
 #include "copy/copy_choices.h"
 #include "copy/destination_folder.h"
 #include "copy/forensic_dialog.h"
+#include "copy/hex_viewer_dialog.h"
 #include "copy/image_dialog.h"
 #include "copy/image_to_drive_dialog.h"
 #include "discovery/scan_job.h"
@@ -23,7 +24,7 @@
 #include "settings/company_info_dialog.h"
 #include "settings/edit_messages_dialog.h"
 #include "settings/portable_drive.h"
-#include "surface/read_test_kind.h"
+#include "surface/read_test_dialog.h"
 #include "ui/prompts.h"
 
 namespace torvane {
@@ -117,28 +118,15 @@ void MainDialog::onCreateReport() {
 }
 
 void MainDialog::onCriticalReadTest() {
-    if (requireActiveDrive(state_, "Load Drives, and click on drive to make ACTIVE for Critical Read Test") ==
-        nullptr) {
-        return;
-    }
-    state_.readTestKind = kCriticalReadTest;
-    notBuiltYet("Critical Read Test");
+    RunReadTestDialog(state_, window(), kCriticalReadTest);
 }
 
 void MainDialog::onShortReadTest() {
-    if (requireActiveDrive(state_, "Load Drives, and click on drive to make ACTIVE for Short Read Test") == nullptr) {
-        return;
-    }
-    state_.readTestKind = kShortReadTest;
-    notBuiltYet("Short Read Test");
+    RunReadTestDialog(state_, window(), kShortReadTest);
 }
 
 void MainDialog::onNistReadTest() {
-    if (requireActiveDrive(state_, "Load Drives, and click on drive to make ACTIVE for NIST Read Test") == nullptr) {
-        return;
-    }
-    state_.readTestKind = kNistReadTest;
-    notBuiltYet("NIST Read Test");
+    RunReadTestDialog(state_, window(), kNistReadTest);
 }
 
 void MainDialog::onDriveToDriveClone() {
@@ -216,8 +204,8 @@ void MainDialog::onDetectBitLocker() {
 }
 
 void MainDialog::onQuickDiskView() {
-    if (requireActiveDrive(state_, "Please choose a drive to view") != nullptr) {
-        notBuiltYet("Quick Disk View");
+    if (DriveRecord* const drive = requireActiveDrive(state_, "Please choose a drive to view")) {
+        showHexViewer(*drive, window());
     }
 }
 

@@ -33,6 +33,9 @@ class MainView {
     /// Hides the progress bar and the status text.
     virtual void hideScanProgress() = 0;
 
+    /// Moves the wide progress bar of the read tests, 0 to 100.
+    virtual void setWideProgress(int position) = 0;
+
     /// Appends the drive's row to the drive list and sets the record's list position.
     virtual void addDriveRow(DriveRecord& record) = 0;
     virtual void deleteDriveRows() = 0;

@@ -31,6 +31,10 @@ void MainWindowView::hideScanProgress() {
     onWindowThread([](MainDialog& dialog) { dialog.hideScanProgress(); });
 }
 
+void MainWindowView::setWideProgress(int position) {
+    onWindowThread([=](MainDialog& dialog) { dialog.setWideProgress(position); });
+}
+
 void MainWindowView::addDriveRow(DriveRecord& record) {
     onWindowThread([&](MainDialog& dialog) { dialog.driveList().addRow(record); });
 }

@@ -27,6 +27,7 @@ class MainWindowView : public MainView {
     void setScanProgress(int position) override;
     void setScanStatus(std::string_view text) override;
     void hideScanProgress() override;
+    void setWideProgress(int position) override;
     void addDriveRow(DriveRecord& record) override;
     void deleteDriveRows() override;
     void redrawDriveList() override;

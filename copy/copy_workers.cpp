@@ -2,21 +2,13 @@
 
 #include "app/app_state.h"
 #include "app/drive_job.h"
+#include "base/stay_awake.h"
 #include "copy/copy_jobs.h"
 #include "copy/windows_copy_system.h"
 
 namespace torvane {
 
 namespace {
-
-/// Keeps the system from falling asleep while the calling thread is in the scope; the screen may go dark.
-class StayAwake {
-  public:
-    StayAwake() { SetThreadExecutionState(ES_CONTINUOUS | ES_SYSTEM_REQUIRED); }
-    ~StayAwake() { SetThreadExecutionState(ES_CONTINUOUS); }
-    StayAwake(const StayAwake&) = delete;
-    StayAwake& operator=(const StayAwake&) = delete;
-};
 
 class NoDisplay : public JobDisplay {
   public:

@@ -2,6 +2,7 @@
 
 #include "admin/bitlocker_entry.h"
 #include "base/fixed_text.h"
+#include "base/shared_word.h"
 #include "health/smart_type.h"
 
 #include <array>
@@ -67,6 +68,18 @@ struct NvmeHealth {
     double enduranceFraction = 0.0;           ///< derived, 1.0 = rated write endurance used up
 };
 
+/// What the read tests' workers leave of the times of their reads. Milliseconds.
+struct ReadTestTimes {
+    SharedWord<std::int64_t> lastReadStart = 0; ///< clock of 32 bits, right before the last read
+    SharedWord<std::int64_t> lastReadEnd = 0;
+    SharedWord<std::int64_t> lastReadMs = 0;
+    SharedWord<std::int32_t> readDurationCount = 0; ///< timed probes of the last Short test
+    SharedWord<std::int64_t> readDurationTotal = 0;
+    SharedWord<std::int64_t> readDurationAverage = 0;
+    SharedWord<std::int64_t> readDurationMin = 0;
+    SharedWord<std::int64_t> readDurationMax = 0;
+};
+
 /// One storage device found by the scan, or an image file used in a drive's place. Starts zero-filled.
 ///
 /// The record owns its open device handle: records are held by `DriveRecordPtr`, whose deleter closes it.
@@ -91,9 +104,10 @@ struct DriveRecord {
     std::int32_t readOnly = 0;    ///< diskpart's attribute; 1: read-only or not known
 
     /// Written by a test's worker, read by the report: a ReadTestResult code.
-    std::int32_t shortTestResult = 0;
-    std::int32_t criticalTestResult = 0;
-    std::int32_t nistTestResult = 0;
+    SharedWord<std::int32_t> shortTestResult = 0;
+    SharedWord<std::int32_t> criticalTestResult = 0;
+    SharedWord<std::int32_t> nistTestResult = 0;
+    ReadTestTimes readTimes;
 
     std::int32_t busType = 0; ///< STORAGE_BUS_TYPE as the system reported it
     std::int32_t busMajorVersion = 0;

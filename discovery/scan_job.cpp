@@ -97,8 +97,12 @@ void LoadDrives(AppState& state) {
         prompts::stop("***** Working *****", "Drive Loader is Working");
         return;
     }
-    if (state.shortTestRunning == 1) {
+    if (state.shortTestRunning != 0) {
         prompts::stop("***** Load Drives *****", "Short Test is Running");
+        return;
+    }
+    // Likewise a read test that was told to stop.
+    if (state.readTests.workersAtWork != 0) {
         return;
     }
     raiseBusyWords(state);

@@ -47,6 +47,11 @@ class RecordingMainView : public MainView {
         calls_.emplace_back("hide progress");
     }
 
+    void setWideProgress(int position) override {
+        const std::lock_guard lock(mutex_);
+        wideProgress_.push_back(position);
+    }
+
     void addDriveRow(DriveRecord& record) override {
         const std::lock_guard lock(mutex_);
         record.listPosition = static_cast<std::int32_t>(driveRows_.size());
@@ -105,6 +110,8 @@ class RecordingMainView : public MainView {
     /// Every position the progress bar took, the first 0 included.
     [[nodiscard]] std::vector<int> progress() const { return copyOf(progress_); }
     [[nodiscard]] int progressMaximum() const { return copyOf(progressMaximum_); }
+    /// Every position of the wide progress bar.
+    [[nodiscard]] std::vector<int> wideProgress() const { return copyOf(wideProgress_); }
     [[nodiscard]] bool progressVisible() const { return copyOf(progressVisible_); }
     /// Every text of the drive's "Status" cell, in order.
     [[nodiscard]] std::vector<std::string> driveStatuses(const DriveRecord& record) const {
@@ -145,6 +152,7 @@ class RecordingMainView : public MainView {
     std::vector<DriveRecord*> ticked_;
     std::vector<std::string> statuses_;
     std::vector<int> progress_;
+    std::vector<int> wideProgress_;
     std::vector<std::string> calls_;
     std::map<int, int> timers_;
     std::map<const DriveRecord*, std::vector<std::string>> driveStatuses_;

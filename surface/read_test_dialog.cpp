@@ -1,0 +1,163 @@
+#include "surface/read_test_dialog.h"
+
+#include "app/app_state.h"
+#include "app/command_guards.h"
+#include "base/format.h"
+#include "resources/resource_ids.h"
+#include "surface/read_test_texts.h"
+#include "surface/read_test_workers.h"
+#include "ui/dialog.h"
+#include "ui/prompts.h"
+
+#include <commctrl.h>
+
+#include <atomic>
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+constexpr COLORREF kBackground = RGB(218, 223, 234);
+
+// Pixels.
+constexpr int kMargin = 10;
+constexpr int kLabelHeight = 20;
+constexpr int kProgressTop = 40;
+constexpr int kProgressHeight = 14;
+constexpr int kButtonHeight = 50;
+
+/// The dialog's labels and bar as a test's worker sees them: calls reach them until the dialog goes.
+class DialogDisplay : public ReadTestDisplay {
+  public:
+    void attach(HWND status, HWND progress) {
+        status_ = status;
+        progress_ = progress;
+    }
+    void detach() { attach(nullptr, nullptr); }
+
+    // Sent to another thread's window, which may go meanwhile: then the message is not delivered.
+    void setStatus(std::string_view text) override {
+        const std::string terminated(text);
+        send(status_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(terminated.c_str()));
+    }
+    void startProgress(int maximum) override {
+        setProgress(0);
+        send(progress_, PBM_SETRANGE32, 0, maximum);
+    }
+    void setProgress(int position) override { send(progress_, PBM_SETPOS, static_cast<WPARAM>(position), 0); }
+
+  private:
+    static void send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        if (window != nullptr) {
+            SendMessageA(window, message, wParam, lParam);
+        }
+    }
+
+    std::atomic<HWND> status_{nullptr};
+    std::atomic<HWND> progress_{nullptr};
+};
+
+class ReadTestDialog : public Dialog {
+  public:
+    ReadTestDialog(AppState& state, DriveRecord& drive) : Dialog(IDD_READ_TEST), state_(state), drive_(drive) {}
+
+  protected:
+    bool onInitialise() override {
+        placeControls();
+        setControlText(IDC_READ_TEST_TITLE, formatText("Testing: %s", drive_.model.c_str()).c_str());
+        setControlText(IDC_READ_TEST_STATUS, "Status: Idle...");
+        const char* const word = readTestCaptionWord(state_.readTestKind);
+        if (word == nullptr) {
+            prompts::stop("****** CRITICAL SYSTEM ERROR ******", "Invalid Read Test Type");
+            end(0);
+            return true;
+        }
+        SetWindowTextA(window(), formatText("%s Read Test", word).c_str());
+        display_->attach(control(IDC_READ_TEST_STATUS), control(IDC_READ_TEST_PROGRESS));
+        return true;
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<ReadTestDialog> kRoutes[] = {
+            {IDC_READ_TEST_START, &ReadTestDialog::onStart},
+            {IDC_READ_TEST_TERMINATE, &ReadTestDialog::onTerminate},
+            {IDC_READ_TEST_EXIT, &ReadTestDialog::onExit},
+            {IDCANCEL, &ReadTestDialog::onExit},
+        };
+        // A box is open above the dialog: its answer comes first.
+        return IsWindowEnabled(window()) == FALSE || route(*this, kRoutes, id);
+    }
+
+    HBRUSH onControlColour(HDC context) override {
+        SetBkColor(context, kBackground);
+        return background_.get();
+    }
+
+    void onDestroy() override { display_->detach(); }
+
+  private:
+    void placeControls() {
+        const RECT area = clientArea();
+        const LONG half = area.right / 2;
+        placeBox(IDC_READ_TEST_TITLE, kMargin, kMargin, half - 15, kLabelHeight);
+        placeBox(IDC_READ_TEST_STATUS, half + 5, kMargin, half - 15, kLabelHeight);
+        placeBox(IDC_READ_TEST_PROGRESS, kMargin, kProgressTop, area.right - 2 * kMargin, kProgressHeight);
+        const LONG top = area.bottom - kMargin - kButtonHeight;
+        const LONG width = (area.right - 4 * kMargin) / 3;
+        placeBox(IDC_READ_TEST_START, kMargin, top, width, kButtonHeight);
+        placeBox(IDC_READ_TEST_TERMINATE, width + 2 * kMargin, top, width, kButtonHeight);
+        placeBox(IDC_READ_TEST_EXIT, area.right - kMargin - width, top, width, kButtonHeight);
+    }
+
+    void placeBox(int id, LONG left, LONG top, LONG width, LONG height) {
+        placeControl(id, {left, top, left + width, top + height});
+    }
+
+    // A test that is running already does not matter, on purpose.
+    void onStart() { startReadTest(state_, static_cast<ReadTestKind>(state_.readTestKind.load()), drive_, display_); }
+
+    void onTerminate() {
+        if (state_.jobActive == 1 && prompts::ask("****** TEST CURRENTLY RUNNING ******",
+                                                  "Your test is still running. Do you wish to terminate the test?")) {
+            stopReadTests(state_);
+        }
+    }
+
+    void onExit() {
+        if (mayLeave()) {
+            end(1);
+        }
+    }
+
+    bool mayLeave() {
+        if (state_.jobActive != 1) {
+            return prompts::ask("****** EXIT READ TEST ******",
+                                "You are about to exit Read Test, is that your intent?");
+        }
+        if (!prompts::ask("****** TEST CURRENTLY RUNNING ******",
+                          "Your test is still running. Do you wish to terminate the test and exit?")) {
+            return false;
+        }
+        stopReadTests(state_);
+        return true;
+    }
+
+    AppState& state_;
+    DriveRecord& drive_;
+    UniqueBrush background_{CreateSolidBrush(kBackground)};
+    std::shared_ptr<DialogDisplay> display_ = std::make_shared<DialogDisplay>();
+};
+
+} // namespace
+
+void RunReadTestDialog(AppState& state, HWND owner, ReadTestKind kind) {
+    DriveRecord* const drive = requireActiveDrive(state, noDriveForReadTestText(kind).c_str());
+    if (drive == nullptr) {
+        return;
+    }
+    state.readTestKind = kind;
+    ReadTestDialog(state, *drive).runModal(owner);
+}
+
+} // namespace torvane

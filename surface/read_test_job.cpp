@@ -1,0 +1,65 @@
+#include "surface/read_test_job.h"
+
+#include "base/format.h"
+#include "copy/drive_status.h"
+#include "surface/read_test_texts.h"
+
+#include <cinttypes>
+
+namespace torvane {
+
+namespace {
+
+constexpr std::uint64_t kUsualSectorSize = 512;
+
+} // namespace
+
+std::uint64_t sectorSizeOf(const DriveRecord& drive) {
+    return drive.bytesPerSector > 0 ? static_cast<std::uint64_t>(drive.bytesPerSector) : kUsualSectorSize;
+}
+
+std::uint64_t sectorsOf(const DriveRecord& drive) {
+    return static_cast<std::uint64_t>(drive.sizeBytes) / sectorSizeOf(drive);
+}
+
+bool TimedRead(ReadTestJob& job, std::span<std::byte> bytes, std::int64_t sector) {
+    job.failedSector = sector;
+    const std::uint64_t offset = static_cast<std::uint64_t>(sector) * sectorSizeOf(job.drive);
+    if (!job.system.seek(job.drive, offset)) {
+        return false;
+    }
+    job.system.beginFineClock();
+    const std::int64_t start = job.system.milliseconds();
+    const bool whole = job.system.read(job.drive, offset, bytes);
+    const std::int64_t end = job.system.milliseconds();
+    job.system.endFineClock();
+    job.drive.readTimes.lastReadStart = start;
+    job.drive.readTimes.lastReadEnd = end;
+    // Where the clock wrapped in between, the difference is negative and its sign is dropped, wrong as the time is.
+    job.drive.readTimes.lastReadMs = end >= start ? end - start : start - end;
+    if (!whole) {
+        job.system.log("ERROR", formatText("BAD READ BLOCK AT SECTOR: [%" PRId64 "] for <%d> bytes", sector,
+                                           static_cast<int>(bytes.size())));
+        return false;
+    }
+    job.failedSector.reset();
+    return true;
+}
+
+void showDrivePercent(ReadTestJob& job, std::uint64_t done, std::uint64_t total) {
+    const auto percent = static_cast<std::int32_t>(done * 100 / total);
+    if (percent != job.shownPercent) {
+        job.shownPercent = percent;
+        job.system.setDriveStatus(job.drive, driveProgressText(readTestName(job.kind), percent));
+    }
+}
+
+void showDriveEnding(const ReadTestJob& job, std::int32_t result) {
+    job.system.setDriveStatus(job.drive, readTestDriveStatus(readTestName(job.kind), {result, job.failedSector}));
+}
+
+void ShowTestOutcome(const ReadTestJob& job, int failureCount) {
+    job.display.setStatus(readTestOutcomeLine(readTestName(job.kind), failureCount));
+}
+
+} // namespace torvane

@@ -1,0 +1,57 @@
+#include "surface/read_test_texts.h"
+
+#include "base/format.h"
+#include "discovery/drive_record.h"
+
+#include <cinttypes>
+
+namespace torvane {
+
+const char* readTestCaptionWord(std::int32_t kind) {
+    switch (kind) {
+    case kCriticalReadTest:
+        return "CRITICAL";
+    case kShortReadTest:
+        return "SHORT";
+    case kNistReadTest:
+        return "NIST";
+    default:
+        return nullptr;
+    }
+}
+
+const char* readTestName(ReadTestKind kind) {
+    switch (kind) {
+    case kCriticalReadTest:
+        return "Critical Read Test";
+    case kShortReadTest:
+        return "Short Read Test";
+    case kNistReadTest:
+        return "NIST Read Test";
+    }
+    return "";
+}
+
+std::string noDriveForReadTestText(ReadTestKind kind) {
+    return formatText("Load Drives, and click on drive to make ACTIVE for %s", readTestName(kind));
+}
+
+std::string readTestOutcomeLine(const std::string& testName, int failureCount) {
+    return failureCount == 0 ? formatText("%s -- PASSED", testName.c_str())
+                             : formatText("%s -- %s", testName.c_str(), "FAILED Found Read Errors");
+}
+
+std::string readTestDriveStatus(const std::string& testName, const ReadTestEnding& ending) {
+    switch (ending.result) {
+    case kReadTestPassed:
+        return "COMPLETED " + testName + " PASSED";
+    case kReadTestTerminated:
+        return "BAD " + testName + " TERMINATED";
+    default:
+        break;
+    }
+    const std::string failed = "BAD " + testName + " FAILED";
+    return ending.failedSector ? failed + formatText(" at sector %" PRId64, *ending.failedSector) : failed;
+}
+
+} // namespace torvane

@@ -1,0 +1,67 @@
+#include "surface/windows_read_test_system.h"
+
+#include "app/app_state.h"
+#include "app/event_log.h"
+#include "base/positioned_io.h"
+
+#include <windows.h>
+
+#include <mmsystem.h>
+
+#include <cstdlib>
+
+namespace torvane {
+
+namespace {
+
+constexpr UINT kFineClockMilliseconds = 1;
+
+static_assert(RAND_MAX == 32767, "the NIST test's sampling is made for numbers of 15 bits");
+
+} // namespace
+
+bool WindowsReadTestSystem::seek(const DriveRecord& drive, std::uint64_t offset) {
+    return canReach(drive.handle, offset);
+}
+
+bool WindowsReadTestSystem::read(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) {
+    return readWholeAt(drive.handle, offset, bytes);
+}
+
+ReadBuffer WindowsReadTestSystem::allocate(std::size_t size) {
+    return ReadBuffer(static_cast<std::byte*>(std::calloc(size, 1)));
+}
+
+std::uint32_t WindowsReadTestSystem::milliseconds() {
+    return timeGetTime();
+}
+
+void WindowsReadTestSystem::beginFineClock() {
+    timeBeginPeriod(kFineClockMilliseconds);
+}
+
+void WindowsReadTestSystem::endFineClock() {
+    timeEndPeriod(kFineClockMilliseconds);
+}
+
+int WindowsReadTestSystem::random() {
+    return std::rand(); // NOLINT(cert-msc30-c,cert-msc50-cpp,concurrency-mt-unsafe): the same places in every run
+}
+
+void WindowsReadTestSystem::log(const char* category, const std::string& text) {
+    LogEvent(category, "%s", text.c_str());
+}
+
+void WindowsReadTestSystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
+    if (state_.view != nullptr) {
+        state_.view->setDriveStatus(drive, text);
+    }
+}
+
+void WindowsReadTestSystem::setWideProgress(int position) {
+    if (state_.view != nullptr) {
+        state_.view->setWideProgress(position);
+    }
+}
+
+} // namespace torvane

@@ -1,0 +1,395 @@
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
+#include "tests/ui/ui_test.h"
+
+#include <commctrl.h>
+
+#include <gmock/gmock.h>
+
+namespace torvane::driver {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::SizeIs;
+
+constexpr int kProgress = 1041;
+constexpr int kExitTest = 1042;
+constexpr int kStart = 1043;
+constexpr int kTerminateTest = 1044;
+constexpr int kTitleLabel = 7400;
+constexpr int kStatusLabel = 7401;
+constexpr int kWideProgress = 1063;
+constexpr int kStatusColumn = 5;
+
+constexpr const char* kRunningCaption = "****** TEST CURRENTLY RUNNING ******";
+constexpr const char* kTerminateText = "Your test is still running. Do you wish to terminate the test?";
+constexpr const char* kTerminateAndExitText = "Your test is still running. Do you wish to terminate the test and exit?";
+constexpr const char* kExitCaption = "****** EXIT READ TEST ******";
+constexpr const char* kExitText = "You are about to exit Read Test, is that your intent?";
+
+/// A bench with one drive under test besides the system's; `more`: further fields of it, beginning with a comma.
+BenchFolder testBench(const std::string& size, const std::string& more = "") {
+    BenchFolder folder = pairBench();
+    folder.drive("1-nvme", R"({"number": 1, "bus": "nvme", "size": ")" + size + R"(", "road": "nvme-query",
+        "backing": {"pattern": "zero"},
+        "identity": {"product": "Tarn N256", "revision": "2B3Q", "serial": "TN256-0042"})" +
+                               more + "}");
+    return folder;
+}
+
+std::string faults(const std::string& json) {
+    return R"(, "faults": )" + json;
+}
+
+class ReadTestDialogTest : public UiTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override { return testBench("10 GiB"); }
+
+    /// Loads the drives and makes the one under test active.
+    void chooseDrive() const {
+        torvane().loadDrives();
+        torvane().driveList().click(1);
+    }
+    void chooseDriveOn(const BenchFolder& bench) {
+        restart(bench);
+        chooseDrive();
+    }
+
+    [[nodiscard]] Window open(int button) const {
+        torvane().press(button);
+        return program().awaitDialog();
+    }
+    void expectQuestionOver(const Window& dialog, const std::string& caption, const std::string& text,
+                            const std::string& answer) const {
+        const MessageBoxWindow box = program().awaitBoxOver(dialog);
+        EXPECT_EQ(box.caption(), caption);
+        EXPECT_EQ(box.text(), text);
+        EXPECT_EQ(box.icon(), BoxIcon::kNone);
+        EXPECT_THAT(box.buttons(), ::testing::ElementsAre("Yes", "No"));
+        EXPECT_FALSE(dialog.enabled());
+        box.answer(answer);
+    }
+    /// Leaves a dialog whose test has ended, or was never one that counts as a job.
+    void leave(const Window& dialog) const {
+        press(dialog.child(kExitTest));
+        expectQuestionOver(dialog, kExitCaption, kExitText, "Yes");
+        awaitClosed(dialog);
+    }
+    static void awaitClosed(const Window& dialog) {
+        await("the dialog has closed", [&] { return !dialog.exists(); });
+    }
+    static void awaitStatus(const Window& dialog, const std::string& text) {
+        await("the status is '" + text + "'", [&] { return dialog.child(kStatusLabel).text() == text; });
+    }
+    [[nodiscard]] std::string driveStatus() const { return torvane().driveList().cell(1, kStatusColumn); }
+    void awaitDriveStatus(const std::string& text) const {
+        await("the drive's status is '" + text + "', not '" + driveStatus() + "'",
+              [&] { return driveStatus() == text; });
+    }
+    [[nodiscard]] std::size_t readCount() const {
+        return program().benchLog({"target=drive:1", "request=read"}).size();
+    }
+    void awaitReads(std::size_t count) const {
+        await("the drive was read", [&] { return readCount() >= count; });
+    }
+};
+
+TEST_F(ReadTestDialogTest, HasItsTextsAndPlaces) {
+    chooseDrive();
+    const std::vector<std::pair<int, std::string>> kinds = {
+        {kShortTest, "SHORT Read Test"}, {kCriticalTest, "CRITICAL Read Test"}, {kNistTest, "NIST Read Test"}};
+    for (const auto& [button, caption] : kinds) {
+        const Window dialog = open(button);
+        EXPECT_EQ(dialog.text(), caption);
+        EXPECT_EQ(dialog.child(kTitleLabel).text(), "Testing: Tarn N256");
+        EXPECT_EQ(dialog.child(kStatusLabel).text(), "Status: Idle...");
+        for (int spare = 7402; spare <= 7404; ++spare) {
+            EXPECT_EQ(dialog.child(spare).text(), "No Text");
+            EXPECT_FALSE(dialog.child(spare).visible());
+        }
+        EXPECT_EQ(withoutAccessKey(dialog.child(kStart).text()), "Start Testing");
+        EXPECT_EQ(withoutAccessKey(dialog.child(kTerminateTest).text()), "Terminate Testing");
+        EXPECT_EQ(withoutAccessKey(dialog.child(kExitTest).text()), "Exit");
+        leave(dialog);
+    }
+    expectNoBox();
+}
+
+TEST_F(ReadTestDialogTest, IsLaidOutByPixels) {
+    chooseDrive();
+    const Window dialog = open(kShortTest);
+    const RECT area = dialog.clientRect();
+    const LONG clientWidth = width(area);
+    const LONG clientHeight = height(area);
+    const auto expectPlace = [&](int id, LONG left, LONG top, LONG boxWidth, LONG boxHeight) {
+        EXPECT_EQ(toText(dialog.child(id).rectIn(dialog)), toText({left, top, left + boxWidth, top + boxHeight})) << id;
+    };
+    expectPlace(kTitleLabel, 10, 10, clientWidth / 2 - 15, 20);
+    expectPlace(kStatusLabel, clientWidth / 2 + 5, 10, clientWidth / 2 - 15, 20);
+    expectPlace(kProgress, 10, 40, clientWidth - 20, 14);
+    const LONG button = (clientWidth - 40) / 3;
+    expectPlace(kStart, 10, clientHeight - 60, button, 50);
+    expectPlace(kTerminateTest, button + 20, clientHeight - 60, button, 50);
+    expectPlace(kExitTest, clientWidth - 10 - button, clientHeight - 60, button, 50);
+    for (const int label : {kTitleLabel, kStatusLabel}) {
+        EXPECT_NE(dialog.child(label).style() & SS_SUNKEN, 0);
+    }
+    parkMouse();
+    dialog.awaitPainted();
+    EXPECT_EQ(toText(Picture::ofScreen(area).commonest()), toText(RGB(218, 223, 234)));
+    leave(dialog);
+}
+
+TEST_F(ReadTestDialogTest, OpensByMenuCommandToo) {
+    chooseDrive();
+    const std::vector<std::pair<int, std::string>> kinds = {{kMenuShortTest, "SHORT Read Test"},
+                                                            {kMenuCriticalTest, "CRITICAL Read Test"},
+                                                            {kMenuNistTest, "NIST Read Test"}};
+    for (const auto& [command, caption] : kinds) {
+        torvane().command(command);
+        const Window dialog = program().awaitDialog();
+        EXPECT_EQ(dialog.text(), caption);
+        leave(dialog);
+    }
+}
+
+TEST_F(ReadTestDialogTest, ShortTestPasses) {
+    chooseDrive();
+    const Window dialog = open(kShortTest);
+    press(dialog.child(kStart));
+    awaitStatus(dialog, "Short Read Test -- PASSED");
+    awaitDriveStatus("COMPLETED Short Read Test PASSED");
+    EXPECT_EQ(readCount(), 100U);
+    // Its progress went to the main window's bar.
+    EXPECT_EQ(torvane().control(kWideProgress).send(PBM_GETPOS), 99);
+    EXPECT_EQ(dialog.child(kProgress).send(PBM_GETRANGE, FALSE), 100);
+    EXPECT_EQ(dialog.child(kProgress).send(PBM_GETPOS), 0);
+    leave(dialog);
+}
+
+TEST_F(ReadTestDialogTest, CriticalTestPasses) {
+    chooseDrive();
+    const Window dialog = open(kCriticalTest);
+    press(dialog.child(kStart));
+    awaitStatus(dialog, "PASSED Critical Read Test");
+    awaitDriveStatus("COMPLETED Critical Read Test PASSED");
+    EXPECT_EQ(readCount(), 192U);
+    EXPECT_EQ(dialog.child(kProgress).send(PBM_GETRANGE, FALSE), 32);
+    await("the bar is back", [&] { return dialog.child(kProgress).send(PBM_GETPOS) == 0; });
+    leave(dialog);
+}
+
+TEST_F(ReadTestDialogTest, NistTestPasses) {
+    chooseDrive();
+    const Window dialog = open(kNistTest);
+    press(dialog.child(kStart));
+    awaitStatus(dialog, "NIST Read Test -- PASSED");
+    awaitDriveStatus("COMPLETED NIST Read Test PASSED");
+    EXPECT_EQ(readCount(), 2000U);
+    EXPECT_EQ(dialog.child(kProgress).send(PBM_GETRANGE, FALSE), 1000);
+    leave(dialog);
+}
+
+TEST_F(ReadTestDialogTest, LoadDrivesForgetsTheResults) {
+    chooseDrive();
+    const Window dialog = open(kShortTest);
+    press(dialog.child(kStart));
+    awaitStatus(dialog, "Short Read Test -- PASSED");
+    leave(dialog);
+    torvane().loadDrives();
+    EXPECT_EQ(driveStatus(), "Idle");
+}
+
+TEST_F(ReadTestDialogTest, FailuresSayWhereTheTechnicianLooks) {
+    chooseDriveOn(testBench("10 GiB", faults(R"({"reads": [{"firstSector": 70000}, {"firstSector": 839000}]})")));
+    const Window critical = open(kCriticalTest);
+    press(critical.child(kStart));
+    awaitStatus(critical, "Phase 1 Critical Read Test FAILED");
+    awaitDriveStatus("BAD Critical Read Test FAILED at sector 65536");
+    EXPECT_THAT(torvane().log(), ::testing::Not(::testing::Contains(::testing::Field(&LogEntry::type, "ERROR"))));
+    leave(critical);
+
+    const Window quick = open(kShortTest);
+    press(quick.child(kStart));
+    awaitStatus(quick, "Short Read Test -- FAILED Found Read Errors");
+    awaitDriveStatus("BAD Short Read Test FAILED at sector 838860");
+    EXPECT_EQ(torvane().log().back().type, "ERROR");
+    EXPECT_EQ(torvane().log().back().message, "BAD READ BLOCK AT SECTOR: [838860] for <65536> bytes");
+    leave(quick);
+}
+
+TEST_F(ReadTestDialogTest, OfFourGibibytesCriticalFails) {
+    chooseDriveOn(testBench("4 GiB"));
+    const Window dialog = open(kCriticalTest);
+    press(dialog.child(kStart));
+    awaitStatus(dialog, "Phase 1 Critical Read Test FAILED");
+    awaitDriveStatus("BAD Critical Read Test FAILED at sector 8388608");
+    leave(dialog);
+}
+
+/// Every read takes a little, so that a NIST test lasts for minutes and a Short test for seconds.
+class SlowReadTest : public ReadTestDialogTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return testBench("10 GiB",
+                         faults(R"({"slow": [{"firstSector": 0, "sectors": 20971520, "milliseconds": 100}]})"));
+    }
+};
+
+TEST_F(SlowReadTest, TerminatesAfterAQuestion) {
+    chooseDrive();
+    const Window dialog = open(kNistTest);
+    press(dialog.child(kStart));
+    awaitReads(3);
+    EXPECT_THAT(dialog.child(kStatusLabel).text(), HasSubstr("Testing ["));
+    EXPECT_THAT(driveStatus(), HasSubstr("NIST Read Test "));
+    press(dialog.child(kTerminateTest));
+    expectQuestionOver(dialog, kRunningCaption, kTerminateText, "No");
+    awaitReads(readCount() + 4);
+    press(dialog.child(kTerminateTest));
+    expectQuestionOver(dialog, kRunningCaption, kTerminateText, "Yes");
+    awaitStatus(dialog, "NIST Random Read Test User Terminated");
+    awaitDriveStatus("BAD NIST Read Test TERMINATED");
+    // No test runs any more: nothing to ask.
+    press(dialog.child(kTerminateTest));
+    EXPECT_TRUE(dialog.enabled());
+    leave(dialog);
+}
+
+TEST_F(SlowReadTest, CriticalTerminatesToo) {
+    chooseDrive();
+    const Window dialog = open(kCriticalTest);
+    press(dialog.child(kStart));
+    awaitReads(3);
+    EXPECT_EQ(dialog.child(kStatusLabel).text(), "Critical Read Test PHASE 1 STARTED");
+    press(dialog.child(kTerminateTest));
+    expectQuestionOver(dialog, kRunningCaption, kTerminateText, "Yes");
+    awaitStatus(dialog, "Phase 1 Critical Read Test User Terminated");
+    awaitDriveStatus("BAD Critical Read Test TERMINATED");
+    leave(dialog);
+}
+
+TEST_F(SlowReadTest, ShortTestHearsNoTermination) {
+    chooseDrive();
+    const Window dialog = open(kShortTest);
+    press(dialog.child(kStart));
+    awaitReads(3);
+    press(dialog.child(kTerminateTest));
+    EXPECT_TRUE(dialog.enabled()) << "a question was asked";
+    awaitStatus(dialog, "Short Read Test -- PASSED");
+    EXPECT_EQ(readCount() % 100, 0U);
+    leave(dialog);
+}
+
+TEST_F(SlowReadTest, ExitDuringATestStopsItWithoutWaiting) {
+    chooseDrive();
+    const Window dialog = open(kNistTest);
+    press(dialog.child(kStart));
+    awaitReads(3);
+    press(dialog.child(kExitTest));
+    expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "No");
+    EXPECT_TRUE(dialog.visible());
+    awaitReads(readCount() + 4);
+    press(dialog.child(kExitTest));
+    expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "Yes");
+    awaitClosed(dialog);
+    awaitDriveStatus("BAD NIST Read Test TERMINATED");
+    torvane().loadDrives();
+    EXPECT_EQ(driveStatus(), "Idle");
+}
+
+TEST_F(SlowReadTest, ShortTestGoesOnBehindTheClosedDialog) {
+    chooseDrive();
+    const Window dialog = open(kShortTest);
+    press(dialog.child(kStart));
+    awaitReads(3);
+    leave(dialog);
+    torvane().press(kLoadDrives);
+    expectStopBox("***** Load Drives *****", "Short Test is Running");
+    // It shows nothing in the next dialog, and its progress in the main window.
+    const Window next = open(kNistTest);
+    await("half of the probes are read", [&] { return torvane().control(kWideProgress).send(PBM_GETPOS) >= 50; });
+    EXPECT_EQ(next.child(kStatusLabel).text(), "Status: Idle...");
+    awaitDriveStatus("COMPLETED Short Read Test PASSED");
+    EXPECT_EQ(next.child(kStatusLabel).text(), "Status: Idle...");
+    leave(next);
+    torvane().loadDrives();
+}
+
+TEST_F(SlowReadTest, StartedTwiceBothRun) {
+    chooseDrive();
+    const Window dialog = open(kShortTest);
+    press(dialog.child(kStart));
+    press(dialog.child(kStart));
+    awaitReads(200);
+    awaitStatus(dialog, "Short Read Test -- PASSED");
+    leave(dialog);
+}
+
+TEST_F(ReadTestDialogTest, EveryWayOutAsks) {
+    chooseDrive();
+    const Window dialog = open(kCriticalTest);
+    pressKey(dialog, VK_ESCAPE);
+    expectQuestionOver(dialog, kExitCaption, kExitText, "No");
+    dialog.post(WM_CLOSE);
+    expectQuestionOver(dialog, kExitCaption, kExitText, "No");
+    EXPECT_TRUE(dialog.visible());
+    leave(dialog);
+}
+
+/// The drive answers twelve times and then no more.
+class SilentDriveTest : public ReadTestDialogTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return testBench("10 GiB", faults(R"({"stopsAnswering": {"afterRequests": 12, "milliseconds": 6000}})"));
+    }
+    void SetUp() override {
+        leaveProgramUsed();
+        ReadTestDialogTest::SetUp();
+    }
+    /// Starts a NIST test and returns when the drive is silent.
+    [[nodiscard]] Window startTest() const {
+        chooseDrive();
+        Window dialog = open(kNistTest);
+        press(dialog.child(kStart));
+        awaitReads(12);
+        return dialog;
+    }
+};
+
+TEST_F(SilentDriveTest, FailsWhenTheSystemGivesUp) {
+    const Window dialog = startTest();
+    awaitStatus(dialog, "NIST Read Test -- FAILED Found Read Errors");
+    EXPECT_THAT(driveStatus(), HasSubstr("BAD NIST Read Test FAILED at sector "));
+    leave(dialog);
+}
+
+TEST_F(SilentDriveTest, DialogMayGoWhileAReadIsInFlight) {
+    const Window dialog = startTest();
+    press(dialog.child(kExitTest));
+    expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "Yes");
+    awaitClosed(dialog);
+    EXPECT_EQ(readCount(), 12U) << "the read came to an end; nothing was shown here";
+    // The records are in use until the read comes back.
+    torvane().press(kLoadDrives);
+    expectNoBox();
+    EXPECT_EQ(torvane().driveList().rowCount(), 2);
+    await(
+        "the read has failed", [&] { return driveStatus().starts_with("BAD NIST Read Test FAILED"); },
+        std::chrono::seconds(20));
+    torvane().loadDrives();
+    EXPECT_EQ(driveStatus(), "Idle");
+}
+
+TEST_F(SilentDriveTest, ProgramMayEndWhileAReadIsInFlight) {
+    const Window dialog = startTest();
+    press(dialog.child(kExitTest));
+    expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "Yes");
+    awaitClosed(dialog);
+    torvane().press(kExit);
+    expectQuestion("***** Exiting Application *****", "You are about to EXIT TVN. Are you sure?", "Yes");
+    EXPECT_LT(program().awaitEnd(), 0xC0000000U) << program().obituary();
+}
+
+} // namespace
+} // namespace torvane::driver
