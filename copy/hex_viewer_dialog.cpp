@@ -21,16 +21,21 @@ constexpr int kOffsetColumns = 3;
 constexpr int kHexColumns = 3 * kHexBytesPerRow - 1; // the last blank need not show
 constexpr int kCharacterColumns = kHexBytesPerRow;
 
-/// A fixed-pitch font of that height with the size of its characters.
+constexpr int kColumns = kOffsetColumns + kHexColumns + kCharacterColumns;
+constexpr int kBetweenColumns = 2 * kMargin + 2 * kPaneGap;
+
+/// A fixed-pitch font with the size of its characters.
 struct FixedFont {
     UniqueFont font;
     int columnWidth;
     int rowHeight;
 };
 
-FixedFont makeFixedFont(HWND window, int height) {
-    UniqueFont font(CreateFontA(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                                CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, "Consolas"));
+/// `width` 0: as wide as the font's own design is at that height.
+FixedFont makeFixedFont(HWND window, int height, int width) {
+    UniqueFont font(CreateFontA(height, width, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                                OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN,
+                                "Consolas"));
     const HDC context = GetDC(window);
     TEXTMETRICA metrics{};
     {
@@ -41,6 +46,31 @@ FixedFont makeFixedFont(HWND window, int height) {
     return {std::move(font), metrics.tmAveCharWidth, metrics.tmHeight};
 }
 
+int panesTop(const FixedFont& font) {
+    return 2 * kMargin + font.rowHeight;
+}
+
+bool fits(const FixedFont& font, const RECT& area) {
+    return kBetweenColumns + kColumns * font.columnWidth <= area.right &&
+           panesTop(font) + kHexRows * font.rowHeight + kMargin <= area.bottom;
+}
+
+/// The largest font with which all rows stand side by side, drawn narrower where its own width is too much.
+FixedFont chooseFont(HWND window, const RECT& area) {
+    constexpr int kSmallest = 8;
+    const int width = (static_cast<int>(area.right) - kBetweenColumns) / kColumns;
+    FixedFont font{};
+    for (int height = 2 * width + 2; height >= kSmallest; --height) {
+        for (const int tried : {0, width}) {
+            font = makeFixedFont(window, height, tried);
+            if (fits(font, area)) {
+                return font;
+            }
+        }
+    }
+    return font;
+}
+
 class HexViewerDialog : public Dialog {
   public:
     explicit HexViewerDialog(DriveRecord& drive) : Dialog(IDD_HEX_VIEWER), drive_(drive), viewer_(drive) {}
@@ -49,11 +79,10 @@ class HexViewerDialog : public Dialog {
     bool onInitialise() override {
         SetWindowTextA(window(), formatText("%s -- %s", "Quick Disk View", drive_.model.c_str()).c_str());
         setUpScrollBar();
-        chooseFont();
+        useFont();
         placePanes();
         setControlText(IDC_HEX_OFFSETS, rowOffsetsText().c_str());
         showSector();
-        // No control takes the keyboard: its keys come to the dialog itself.
         SetFocus(window());
         return false;
     }
@@ -64,14 +93,24 @@ class HexViewerDialog : public Dialog {
     }
 
     std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM) override {
-        if (message == WM_VSCROLL && LOWORD(wParam) == SB_THUMBTRACK) {
-            scrollTo(HIWORD(wParam));
+        switch (message) {
+        case WM_VSCROLL:
+            if (LOWORD(wParam) == SB_THUMBTRACK) {
+                scrollTo(HIWORD(wParam));
+            }
             return 0;
-        }
-        if (message == WM_KEYDOWN) {
+        case WM_KEYDOWN:
             onKey(wParam);
+            return std::nullopt;
+        // The keyboard stays with the dialog itself: dialogs would otherwise hand it on to a control, at once or when
+        // Tab or an arrow key is pressed.
+        case WM_SETFOCUS:
+            return 0;
+        case WM_GETDLGCODE:
+            return DLGC_WANTTAB | DLGC_WANTARROWS;
+        default:
+            return std::nullopt;
         }
-        return std::nullopt;
     }
 
     HBRUSH onControlColour(HDC context) override {
@@ -89,38 +128,22 @@ class HexViewerDialog : public Dialog {
         SetScrollInfo(window(), SB_VERT, &info, TRUE);
     }
 
-    [[nodiscard]] static int widthOf(const FixedFont& font) {
-        return 2 * kMargin + 2 * kPaneGap + (kOffsetColumns + kHexColumns + kCharacterColumns) * font.columnWidth;
-    }
-    [[nodiscard]] static int panesTop(const FixedFont& font) { return 2 * kMargin + font.rowHeight; }
-    [[nodiscard]] static int heightOf(const FixedFont& font) {
-        return panesTop(font) + kHexRows * font.rowHeight + kMargin;
-    }
-
-    // The largest with which all rows fit side by side.
-    void chooseFont() {
-        constexpr int kLargest = 18;
-        constexpr int kSmallest = 8;
-        const RECT area = clientArea();
-        for (int height = kLargest; height >= kSmallest; --height) {
-            font_ = makeFixedFont(window(), height);
-            if (widthOf(font_) <= area.right && heightOf(font_) <= area.bottom) {
-                break;
-            }
-        }
+    void useFont() {
+        font_ = chooseFont(window(), clientArea());
         for (const int id : {IDC_HEX_POSITION, IDC_HEX_OFFSETS, IDC_HEX_PANE, IDC_CHARACTER_PANE}) {
             SendMessageA(control(id), WM_SETFONT, reinterpret_cast<WPARAM>(font_.font.get()), FALSE);
         }
     }
 
     void placePanes() {
-        const RECT area = clientArea();
-        placeControl(IDC_HEX_POSITION, {kMargin, kMargin, area.right - kMargin, kMargin + font_.rowHeight});
+        const int clientWidth = static_cast<int>(clientArea().right);
         // In the middle, whatever the font leaves over.
-        int left = kMargin + (static_cast<int>(area.right) - widthOf(font_)) / 2;
+        int left = kMargin + (clientWidth - kBetweenColumns - kColumns * font_.columnWidth) / 2;
+        placeControl(IDC_HEX_POSITION, {left, kMargin, clientWidth - kMargin, kMargin + font_.rowHeight});
+        const int top = panesTop(font_);
         const auto placePane = [&](int id, int columns) {
             const int right = left + columns * font_.columnWidth;
-            placeControl(id, {left, panesTop(font_), right, panesTop(font_) + kHexRows * font_.rowHeight});
+            placeControl(id, {left, top, right, top + kHexRows * font_.rowHeight});
             left = right + kPaneGap;
         };
         placePane(IDC_HEX_OFFSETS, kOffsetColumns);

@@ -45,7 +45,31 @@ class HexViewerTest : public UiTest {
     static void track(const Window& viewer, int position) {
         viewer.send(WM_VSCROLL, MAKEWPARAM(SB_THUMBTRACK, position));
     }
-    static int scrollPosition(const Window& viewer) { return GetScrollPos(viewer.handle(), SB_VERT); }
+    /// The scroll bar stands to the right of the client area.
+    static RECT scrollBar(const Window& viewer) {
+        const RECT area = viewer.clientRect();
+        return {area.right, area.top, area.right + GetSystemMetrics(SM_CXVSCROLL), area.bottom};
+    }
+    static Picture scrollBarPicture(const Window& viewer) {
+        parkMouse();
+        viewer.awaitPainted();
+        return Picture::ofScreen(scrollBar(viewer));
+    }
+    static bool same(const Picture& left, const Picture& right) {
+        for (int y = 0; y < left.height(); ++y) {
+            for (int x = 0; x < left.width(); ++x) {
+                if (left.at(x, y) != right.at(x, y)) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+    /// Where the thumb stands at position 0.
+    static POINT thumbAtTop(const Window& viewer) {
+        const RECT bar = scrollBar(viewer);
+        return {(bar.left + bar.right) / 2, bar.top + GetSystemMetrics(SM_CYVSCROLL) + 3};
+    }
     static std::string characters(const Window& viewer) { return viewer.child(kCharacterPane).text(); }
 
     [[nodiscard]] std::size_t badRows() const {
@@ -104,13 +128,14 @@ TEST_F(HexViewerTest, PanesStandSideBySideInAFixedPitchFont) {
 
 TEST_F(HexViewerTest, PageKeysStepAndLeaveTheScrollBar) {
     const Window viewer = open(1);
+    const Picture atTop = scrollBarPicture(viewer);
     pressKey(viewer, VK_NEXT);
     EXPECT_THAT(characters(viewer), StartsWith("LBA=000000000001"));
     pressKey(viewer, VK_NEXT);
     EXPECT_THAT(characters(viewer), StartsWith("LBA=000000000002"));
     pressKey(viewer, VK_PRIOR);
     EXPECT_THAT(characters(viewer), StartsWith("LBA=000000000001"));
-    EXPECT_EQ(scrollPosition(viewer), 0);
+    EXPECT_TRUE(same(scrollBarPicture(viewer), atTop)) << "the scroll bar moved";
     for (const int key : {VK_DOWN, VK_UP, VK_HOME, VK_END, VK_RETURN, VK_TAB}) {
         pressKey(viewer, static_cast<WORD>(key));
         EXPECT_THAT(characters(viewer), StartsWith("LBA=000000000001"));
@@ -122,19 +147,13 @@ TEST_F(HexViewerTest, PageKeysStepAndLeaveTheScrollBar) {
 
 TEST_F(HexViewerTest, ThumbJumpsOverTwentyTerabytes) {
     const Window viewer = open(1);
-    SCROLLINFO info{};
-    info.cbSize = sizeof(info);
-    info.fMask = SIF_ALL;
-    EXPECT_NE(GetScrollInfo(viewer.handle(), SB_VERT, &info), FALSE);
-    EXPECT_EQ(info.nMin, 0);
-    EXPECT_EQ(info.nMax, 32000);
-    EXPECT_EQ(info.nPage, 10U);
+    const Picture atTop = scrollBarPicture(viewer);
     track(viewer, 16000);
-    EXPECT_EQ(scrollPosition(viewer), 16000);
+    EXPECT_FALSE(same(scrollBarPicture(viewer), atTop)) << "the scroll bar did not follow";
     EXPECT_THAT(characters(viewer), StartsWith("LBA=019531250000"));
     track(viewer, 31991);
     EXPECT_THAT(characters(viewer), StartsWith("LBA=039051513671"));
-    EXPECT_EQ(viewer.child(kPosition).text(), "Sector 39051513671 of 0 to 39062499999    byte offset 0x122F4D160E00");
+    EXPECT_EQ(viewer.child(kPosition).text(), "Sector 39051513671 of 0 to 39062499999    byte offset 0x122F4D9E8E00");
     // The last sector.
     track(viewer, 32000);
     EXPECT_THAT(characters(viewer), StartsWith("LBA=039062499999"));
@@ -145,13 +164,24 @@ TEST_F(HexViewerTest, ThumbJumpsOverTwentyTerabytes) {
     close(viewer);
 }
 
+// The range is 0 to 32000 and the page 10, so the thumb's last position is 31991.
+TEST_F(HexViewerTest, DraggedThumbReachesFromEndToEnd) {
+    const Window viewer = open(1);
+    const POINT top = thumbAtTop(viewer);
+    const POINT bottom{top.x, scrollBar(viewer).bottom - 2};
+    drag(viewer, top, bottom);
+    EXPECT_THAT(characters(viewer), StartsWith("LBA=039051513671"));
+    close(viewer);
+}
+
 TEST_F(HexViewerTest, OtherScrollRequestsDoNothing) {
     const Window viewer = open(1);
     track(viewer, 16000);
+    const Picture inTheMiddle = scrollBarPicture(viewer);
     for (const int request : {SB_LINEDOWN, SB_LINEUP, SB_PAGEDOWN, SB_PAGEUP, SB_TOP, SB_BOTTOM, SB_THUMBPOSITION}) {
         viewer.send(WM_VSCROLL, MAKEWPARAM(request, 5));
         EXPECT_THAT(characters(viewer), StartsWith("LBA=019531250000"));
-        EXPECT_EQ(scrollPosition(viewer), 16000);
+        EXPECT_TRUE(same(scrollBarPicture(viewer), inTheMiddle));
     }
     close(viewer);
 }

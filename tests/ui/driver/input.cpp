@@ -106,6 +106,20 @@ void press(const Window& button) {
     await("the button came up again", [&] { return !isPushed(button); });
 }
 
+void drag(const Window& window, POINT from, POINT to) {
+    requireReachable(window, from);
+    moveMouse(from);
+    inject(mouseInput(MOUSEEVENTF_LEFTDOWN));
+    // A window that follows the mouse deals with one move after the other.
+    constexpr int kSteps = 10;
+    for (int step = 1; step <= kSteps; ++step) {
+        moveMouse({from.x + (to.x - from.x) * step / kSteps, from.y + (to.y - from.y) * step / kSteps});
+        Sleep(20);
+    }
+    inject(mouseInput(MOUSEEVENTF_LEFTUP));
+    window.settle();
+}
+
 void clickBlindly(POINT place) {
     moveMouse(place);
     inject(mouseInput(MOUSEEVENTF_LEFTDOWN));

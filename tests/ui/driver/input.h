@@ -15,6 +15,10 @@ void clickAt(const Window& window, POINT place, MouseButton button = MouseButton
 /// Presses a button and returns when its command has run or has opened a modal box.
 void press(const Window& button);
 
+/// Drags the mouse from one place of the screen to another, both of them in `window`, and returns when the release was
+/// dealt with.
+void drag(const Window& window, POINT from, POINT to);
+
 /// Clicks a place on the screen whatever is there, for showing that nothing happens.
 void clickBlindly(POINT place);
 
