@@ -9,7 +9,6 @@
 #include "app/command_guards.h"
 #include "app/exit_flow.h"
 #include "app/main_layout.h"
-#include "app/not_built_yet.h"
 #include "app/web_pages.h"
 #include "copy/clone_dialog.h"
 #include "copy/copy_choices.h"
