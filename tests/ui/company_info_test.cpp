@@ -184,16 +184,31 @@ TEST_F(CompanyInfoTest, WhoseFileIsGoneIsNotSaved) {
     leaveProgramUsed();
 }
 
-TEST_F(CompanyInfoTest, WithForeignLettersSurvivesARestart) {
-    const Window dialog = openDialog();
-    const std::string name = "M\xC3\xBCller & S\xC3\xB6hne \xE2\x82\xAC";
-    setText(dialog, kName, name);
-    choose(dialog, kSaveCompany);
-    expectBoxOver(dialog, "***** CONFIG FILE SAVED *****", "Config file successfully saved.");
-    close(dialog);
-    const Window again = openDialog();
-    EXPECT_EQ(again.child(kName).text(), name);
-    close(again);
+TEST(CompanyInfoAtStart, AMissingFileIsMade) {
+    const Launch launch = freshRun("CompanyInfoAtStart.Missing", pairBench());
+    const auto file = launch.program.parent_path() / "Config.db";
+    ASSERT_TRUE(std::filesystem::remove(file)) << "it is shipped";
+    const Program program(launch);
+    ASSERT_TRUE(program.mainWindow().exists());
+    EXPECT_FALSE(program.dialog());
+    EXPECT_EQ(std::filesystem::file_size(file), 768U);
+    EXPECT_EQ(TorvaneWindow(program).logList().rowCount(), 0);
+}
+
+TEST(CompanyInfoAtStart, WhatWasSavedBeforeIsThere) {
+    const Launch launch = freshRun("CompanyInfoAtStart.Saved", pairBench());
+    const std::wstring name = L"M\u00FCller & S\u00F6hne \u20AC";
+    {
+        const Program program(launch);
+        TorvaneWindow(program).command(kMenuCompany);
+        const Window dialog = program.awaitDialog();
+        SendMessageW(dialog.child(kName).handle(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name.c_str()));
+        dialog.post(WM_COMMAND, kSaveCompany);
+        program.awaitBoxOver(dialog).answer("OK");
+    }
+    const Program program(launch);
+    TorvaneWindow(program).command(kMenuCompany);
+    EXPECT_EQ(program.awaitDialog().child(kName).text(), toUtf8(name));
 }
 
 TEST(CompanyInfoAtStart, ATooShortFileIsTold) {
