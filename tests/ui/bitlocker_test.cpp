@@ -156,6 +156,7 @@ TEST_F(BitLockerTest, ADriveWithoutVolumesHasNoRows) {
     const Window dialog = openScan();
     press(dialog.child(kBeginScan));
     EXPECT_EQ(list(dialog).rowCount(), 0);
+    bringToFront(dialog);
     pressKey(dialog, VK_ESCAPE);
     await("the dialog has closed", [&] { return !dialog.exists(); });
 }
