@@ -49,6 +49,18 @@ TEST_F(CommandGuardsTest, ActiveDriveIsHandedOver) {
     EXPECT_EQ(requireActiveDrive(state_, "unused"), &first_);
 }
 
+TEST_F(CommandGuardsTest, ADriveOfUnknownSizeEndsAnImageWithoutAWord) {
+    second_.sizeBytes = -1;
+    view_.addDriveRow(first_);
+    view_.addDriveRow(second_);
+    view_.tick(second_);
+    EXPECT_EQ(requireDriveToImage(state_), nullptr);
+    EXPECT_EQ(requireDriveToImageForensically(state_), nullptr);
+    view_.tick(first_);
+    EXPECT_EQ(requireDriveToImage(state_), nullptr);
+    EXPECT_EQ(requireDriveToImageForensically(state_), nullptr);
+}
+
 TEST_F(CommandGuardsTest, NoTickedDriveIsSaid) {
     view_.addDriveRow(first_);
     user_.expectStop("***** ERROR Choose Drive To Clone *****", "You must choose one drive to clone");

@@ -1,6 +1,5 @@
 #include "tests/ui/copy_ui_test.h"
 
-#include "tests/ui/driver/input.h"
 #include "tests/ui/driver/shell_dialogs.h"
 #include "workbench/devices/pattern.h"
 
@@ -20,53 +19,7 @@ std::string sourceDrive(const std::string& more) {
            more + "}";
 }
 
-/// The button of that word in a dialog; no window when it has none.
-Window buttonOf(const Window& dialog, const std::string& word) {
-    for (const Window& child : dialog.children()) {
-        if (child.className() == "Button" && withoutAccessKey(child.text()) == word) {
-            return child;
-        }
-    }
-    return {};
-}
-
 } // namespace
-
-void CopyDialogWindow::start() const {
-    press(startButton());
-}
-
-void CopyDialogWindow::terminate() const {
-    press(terminateButton());
-}
-
-void CopyDialogWindow::exit() const {
-    press(exitButton());
-}
-
-void CopyDialogWindow::leave() const {
-    exit();
-    await("the dialog has closed", [this] { return !window_.exists(); });
-}
-
-void CopyDialogWindow::awaitStatus(const std::string& text) const {
-    try {
-        await(
-            "the status line is '" + text + "'", [&] { return status() == text; }, kJobPatience);
-    } catch (const Failure& failure) {
-        throw Failure(std::string(failure.what()) + "; it is '" + status() + "'");
-    }
-}
-
-void CopyDialogWindow::awaitStatusStart(const std::string& start) const {
-    await(
-        "the status line begins with '" + start + "'", [&] { return status().starts_with(start); }, kJobPatience);
-}
-
-void CopyDialogWindow::tickDestination(const std::string& model) const {
-    const ListView list = destinations();
-    list.setTicked(list.rowWith(0, model), true);
-}
 
 BenchFolder CopyUiTest::copyBench() {
     BenchFolder folder;
@@ -152,13 +105,7 @@ CopyDialogWindow CopyUiTest::openImageToDrive(const fs::path& image) const {
 }
 
 void CopyUiTest::answerWarning(const std::string& word) const {
-    std::optional<Window> warning;
-    await("the warning has opened", [&] {
-        warning = program().dialog();
-        return warning && buttonOf(*warning, word).visible();
-    });
-    press(buttonOf(*warning, word));
-    await("the warning has closed", [&] { return !warning->visible(); });
+    driver::answerWarning(program(), word);
 }
 
 void CopyUiTest::startOnto(const CopyDialogWindow& dialog, const std::string& destination) const {

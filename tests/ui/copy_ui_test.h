@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/ui/copy_dialog_window.h"
 #include "tests/ui/ui_test.h"
 
 #include <cstdint>
@@ -9,53 +10,6 @@
 namespace torvane::driver {
 
 inline constexpr std::size_t kMebibyte = 1048576;
-
-/// A copy dialog's buttons and what else its users find in it; ids are written down here once more so that a
-/// renumbering is noticed.
-struct CopyDialogIds {
-    int start;
-    int terminate;
-    int exit;
-};
-inline constexpr CopyDialogIds kCloneIds{1012, 1013, 1014};
-inline constexpr CopyDialogIds kImageIds{1017, 1018, 1019};
-inline constexpr CopyDialogIds kForensicIds{1026, 1027, 1028};
-inline constexpr CopyDialogIds kImageToDriveIds{1023, 1024, 1025};
-inline constexpr int kReverseClone = 1016;
-inline constexpr int kCopyStatus = 1080;
-inline constexpr int kImagingText = 1083;
-inline constexpr int kFolderText = 1084;
-inline constexpr int kImagePathText = 1085;
-inline constexpr int kSourceList = 6003;
-inline constexpr int kDestinationList = 6004;
-
-/// An open copy dialog.
-class CopyDialogWindow {
-  public:
-    CopyDialogWindow(const Window& window, const CopyDialogIds& ids) : window_(window), ids_(ids) {}
-
-    [[nodiscard]] const Window& window() const { return window_; }
-    [[nodiscard]] Window startButton() const { return window_.child(ids_.start); }
-    [[nodiscard]] Window terminateButton() const { return window_.child(ids_.terminate); }
-    [[nodiscard]] Window exitButton() const { return window_.child(ids_.exit); }
-    void start() const;
-    void terminate() const;
-    void exit() const;
-    /// Presses "Exit" and waits until the dialog has gone.
-    void leave() const;
-
-    [[nodiscard]] std::string status() const { return window_.child(kCopyStatus).text(); }
-    void awaitStatus(const std::string& text) const;
-    /// Waits until the status line has a text that begins so.
-    void awaitStatusStart(const std::string& start) const;
-
-    [[nodiscard]] ListView destinations() const { return ListView(window_.child(kDestinationList)); }
-    void tickDestination(const std::string& model) const;
-
-  private:
-    Window window_;
-    CopyDialogIds ids_;
-};
 
 /// A test of the copy commands, with the drives of its bench loaded and none ticked.
 class CopyUiTest : public UiTest {

@@ -8,7 +8,6 @@
 #include <commctrl.h>
 
 #include <array>
-#include <cctype>
 #include <map>
 
 namespace torvane::driver {
@@ -43,18 +42,6 @@ constexpr std::array<ButtonText, 17> kButtons{{
 
 /// The dials with their captions and the lamp, client pixels of the main window.
 constexpr RECT kDials{10, 140, 1164, 244};
-
-char accessKey(const std::string& text) {
-    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
-        if (text[i] == '&') {
-            if (text[i + 1] != '&') {
-                return static_cast<char>(std::toupper(static_cast<unsigned char>(text[i + 1])));
-            }
-            ++i;
-        }
-    }
-    return '\0';
-}
 
 class StartTest : public UiTest {
   protected:

@@ -3,9 +3,11 @@
 //
 //   torvane_tour <bench.exe> <bench folder> <Torvane.exe> <folder for the pictures>
 
+#include "tests/ui/copy_dialog_window.h"
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
 #include "tests/ui/driver/screen.h"
+#include "tests/ui/driver/shell_dialogs.h"
 #include "tests/ui/panel_sheet.h"
 #include "tests/ui/torvane_window.h"
 
@@ -86,6 +88,64 @@ void keepTheReport(Tour& tour) {
     throw Failure("there is no report");
 }
 
+constexpr const char* kDriveToCopy = "Fennick F128 Pocket";
+constexpr const char* kSpareDrive = "Fennick F128 Spare";
+
+void tickOnly(const Tour& tour, const std::string& model) {
+    const ListView drives = tour.torvane.driveList();
+    for (int row = 0; row < drives.rowCount(); ++row) {
+        drives.setTicked(row, drives.cell(row, 0) == model);
+    }
+}
+
+// The copy dialog that is open lies under its box.
+CopyDialogWindow copyDialogUnder(const MessageBoxWindow& box, const CopyDialogIds& ids) {
+    return {Window(GetWindow(box.window().handle(), GW_OWNER)), ids};
+}
+
+void imageForensically(Tour& tour) {
+    tickOnly(tour, kDriveToCopy);
+    tour.torvane.press(kForensicImage);
+    chooseFolder(tour.program, tour.picturesFolder);
+    const CopyDialogWindow dialog(tour.program.awaitDialog(), kForensicIds);
+    dialog.start();
+    dialog.awaitStatus(" Image SUCCESSFULLY Completed");
+    (void)tour.program.awaitBoxOver(dialog.window());
+}
+
+void verifyTheImage(Tour& tour) {
+    const MessageBoxWindow question = tour.program.awaitBox();
+    const CopyDialogWindow dialog = copyDialogUnder(question, kForensicIds);
+    question.answer("Yes");
+    const MessageBoxWindow verdict = tour.program.awaitBoxOver(dialog.window());
+    if (verdict.text() != "CREATED File has been verified") {
+        throw Failure("the image is not verified: " + verdict.text());
+    }
+}
+
+void prepareAClone(Tour& tour) {
+    const MessageBoxWindow verdict = tour.program.awaitBox();
+    const CopyDialogWindow forensic = copyDialogUnder(verdict, kForensicIds);
+    verdict.answer("OK");
+    forensic.leave();
+    tour.torvane.press(kClone);
+    const CopyDialogWindow dialog(tour.program.awaitDialog(), kCloneIds);
+    dialog.tickDestination(kSpareDrive);
+    dialog.start();
+    awaitWarning(tour.program).awaitPainted();
+}
+
+void cloneTheDrive(Tour& tour) {
+    answerWarning(tour.program, "Yes");
+    const CopyDialogWindow dialog(tour.program.awaitDialog(), kCloneIds);
+    dialog.awaitStatus(" Image Completed");
+    dialog.window().awaitPainted();
+}
+
+void lookAtTheOutcome(Tour& tour) {
+    CopyDialogWindow(tour.program.awaitDialog(), kCloneIds).leave();
+}
+
 // A later command of the program joins the tour by one line here.
 constexpr Step kSteps[] = {
     {"0-tutorial.png", "the tutorial greets a new user, until it is told not to", readTheTutorial},
@@ -96,6 +156,11 @@ constexpr Step kSteps[] = {
     {"5-log.png", "the log panel tells what the scan met", openTheLog},
     {"6-report.png", "Create Report has written the first drive's report and had it opened", createAReport,
      keepTheReport},
+    {"7-forensic-image.png", "a forensic image of a drive, with its hash file, both in this folder", imageForensically},
+    {"8-verified.png", "the image was read again and has the same hash", verifyTheImage},
+    {"9-warning.png", "before a drive is overwritten its volumes are named", prepareAClone},
+    {"10-clone.png", "the drive has been cloned onto another one", cloneTheDrive},
+    {"11-copied.png", "the drive list tells how the copies ended", lookAtTheOutcome},
 };
 
 void takePicture(const Tour& tour, const Step& step) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 
 namespace torvane::driver {
 namespace {
@@ -138,6 +139,18 @@ std::string withoutAccessKey(const std::string& text) {
         plain += text[i];
     }
     return plain;
+}
+
+char accessKey(const std::string& text) {
+    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+        if (text[i] == '&') {
+            if (text[i + 1] != '&') {
+                return static_cast<char>(std::toupper(static_cast<unsigned char>(text[i + 1])));
+            }
+            ++i;
+        }
+    }
+    return '\0';
 }
 
 } // namespace torvane::driver

@@ -37,5 +37,7 @@ class MessageBoxWindow {
 
 /// The text of a button or menu item without its access key's mark.
 [[nodiscard]] std::string withoutAccessKey(const std::string& text);
+/// Its access key in upper case; 0 when it has none.
+[[nodiscard]] char accessKey(const std::string& text);
 
 } // namespace torvane::driver

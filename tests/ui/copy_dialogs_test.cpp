@@ -1,0 +1,288 @@
+#include "tests/ui/copy_ui_test.h"
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
+#include "tests/ui/driver/resource_counts.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <map>
+
+namespace torvane::driver {
+namespace {
+
+namespace fs = std::filesystem;
+
+using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
+
+enum class Kind { kClone, kImage, kForensic, kImageToDrive };
+
+struct DialogCase {
+    const char* name;
+    Kind kind;
+    SIZE client;
+    LONG trackTop;
+    std::vector<std::string> buttons; ///< from left to right
+};
+
+void PrintTo(const DialogCase& dialog, std::ostream* stream) {
+    *stream << dialog.name;
+}
+
+std::string nameOf(const ::testing::TestParamInfo<DialogCase>& info) {
+    return info.param.name;
+}
+
+const std::vector<DialogCase> kCases = {
+    {"Clone", Kind::kClone, {840, 341}, 160, {"Start Clone", "Terminate Clone", "Exit"}},
+    {"Image", Kind::kImage, {840, 179}, 10, {"Start Image", "Terminate Image", "Exit"}},
+    {"Forensic", Kind::kForensic, {840, 172}, 10, {"Start Image", "Terminate Image", "Exit"}},
+    {"ImageToDrive",
+     Kind::kImageToDrive,
+     {840, 328},
+     160,
+     {"Start Image To Drive", "Terninate Image To Drive", "Exit"}},
+};
+
+class CopyDialogsTest : public CopyUiTest, public ::testing::WithParamInterface<DialogCase> {
+  protected:
+    [[nodiscard]] CopyDialogWindow open() const {
+        switch (GetParam().kind) {
+        case Kind::kClone:
+            return openClone("SOURCE");
+        case Kind::kImage:
+            return openImage("SOURCE", program().folder());
+        case Kind::kForensic:
+            return openForensic("SOURCE", program().folder());
+        case Kind::kImageToDrive:
+            break;
+        }
+        const fs::path image = emptyFolder("image") / "disk.img";
+        writeFile(image, noise(3, 0, kMebibyte));
+        return openImageToDrive(image);
+    }
+    [[nodiscard]] static std::vector<Window> pushButtons(const CopyDialogWindow& dialog) {
+        return {dialog.startButton(), dialog.terminateButton(), dialog.exitButton()};
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(All, CopyDialogsTest, ::testing::ValuesIn(kCases), nameOf);
+
+TEST_P(CopyDialogsTest, ButtonsAreOfOneSizeAndTheirTextsFit) {
+    const CopyDialogWindow dialog = open();
+    std::vector<std::string> words;
+    const RECT first = dialog.startButton().rect();
+    for (const Window& button : pushButtons(dialog)) {
+        words.push_back(withoutAccessKey(button.text()));
+        EXPECT_EQ(width(button.rect()), width(first)) << button.describe();
+        EXPECT_EQ(height(button.rect()), height(first)) << button.describe();
+        EXPECT_EQ(button.rect().top, first.top) << button.describe();
+        const SIZE needed = idealButtonSize(button);
+        EXPECT_LE(needed.cx, width(first)) << button.describe();
+        EXPECT_LE(needed.cy, height(first)) << button.describe();
+    }
+    EXPECT_EQ(words, GetParam().buttons);
+    dialog.leave();
+}
+
+TEST_P(CopyDialogsTest, NothingOverlapsOrCoversTheTrack) {
+    const CopyDialogWindow dialog = open();
+    const RECT client = dialog.window().clientRect();
+    EXPECT_EQ(width(client), GetParam().client.cx);
+    EXPECT_EQ(height(client), GetParam().client.cy);
+    const RECT area{0, 0, width(client), height(client)};
+    const RECT track{10, GetParam().trackTop, 830, GetParam().trackTop + 81};
+    const std::vector<Window> children = dialog.window().children();
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        const RECT place = children[i].rectIn(dialog.window());
+        EXPECT_TRUE(inside(place, area)) << children[i].describe();
+        EXPECT_FALSE(overlap(place, track)) << children[i].describe();
+        for (std::size_t j = i + 1; j < children.size(); ++j) {
+            EXPECT_FALSE(overlap(children[i].rect(), children[j].rect()))
+                << children[i].describe() << " and " << children[j].describe();
+        }
+    }
+    dialog.leave();
+}
+
+TEST_P(CopyDialogsTest, EveryButtonHasAnAccessKeyOfItsOwn) {
+    const CopyDialogWindow dialog = open();
+    std::map<char, std::string> keys;
+    for (const Window& child : dialog.window().children()) {
+        const char key = accessKey(child.text());
+        if (key != '\0') {
+            EXPECT_TRUE(keys.emplace(key, child.text()).second) << keys[key] << " and " << child.text();
+        } else {
+            EXPECT_NE(child.className(), "Button") << child.describe();
+        }
+    }
+    dialog.leave();
+}
+
+TEST_P(CopyDialogsTest, HasTheDialogColourAndATrack) {
+    const CopyDialogWindow dialog = open();
+    dialog.window().awaitPainted();
+    parkMouse();
+    const RECT client = dialog.window().clientRect();
+    const Picture edge = Picture::ofScreen({client.left, client.top, client.left + 8, client.bottom});
+    EXPECT_EQ(toText(edge.commonest()), toText(RGB(0xDA, 0xDF, 0xEA)));
+    EXPECT_EQ(edge.count(RGB(0xDA, 0xDF, 0xEA)), edge.width() * edge.height());
+    const LONG top = client.top + GetParam().trackTop;
+    const Picture track = Picture::ofScreen({client.left + 10, top, client.left + 830, top + 81});
+    EXPECT_LT(track.count(RGB(0xDA, 0xDF, 0xEA)), track.width() * track.height() / 4);
+    dialog.leave();
+}
+
+TEST_P(CopyDialogsTest, EscapeLeavesAndEnterStartsNothing) {
+    const CopyDialogWindow dialog = open();
+    bringToFront(dialog.window());
+    if (GetParam().kind == Kind::kClone || GetParam().kind == Kind::kImageToDrive) {
+        pressKey(dialog.window(), VK_RETURN);
+        EXPECT_TRUE(dialog.window().enabled()) << "a box has opened";
+        EXPECT_EQ(focused(dialog.window()).id(), kDestinationList);
+    }
+    EXPECT_EQ(dialog.status(), "");
+    pressKey(dialog.window(), VK_ESCAPE);
+    await("the dialog has closed", [&] { return !dialog.window().exists(); });
+}
+
+TEST_P(CopyDialogsTest, OpeningAndLeavingLeaksNothing) {
+    const auto round = [this] { open().leave(); };
+    constexpr int kWarmUp = 3;
+    for (int i = 0; i < kWarmUp; ++i) {
+        round();
+    }
+    const ResourceCounts before = countResources(program().processId());
+    constexpr int kRounds = 12;
+    for (int i = 0; i < kRounds; ++i) {
+        round();
+    }
+    const ResourceCounts after = countResources(program().processId());
+    constexpr int kSlack = 6;
+    EXPECT_LE(after.kernelHandles, before.kernelHandles + kSlack) << before << " became " << after;
+    EXPECT_LE(after.gdiObjects, before.gdiObjects + kSlack) << before << " became " << after;
+    EXPECT_LE(after.windows, before.windows) << before << " became " << after;
+}
+
+class CopyTabOrderTest : public CopyUiTest {};
+
+TEST_F(CopyTabOrderTest, TabGoesThroughTheCloneDialogFromTheDestinations) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    bringToFront(dialog.window());
+    std::vector<int> visited;
+    constexpr std::size_t kTooMany = 12;
+    do {
+        visited.push_back(focused(dialog.window()).id());
+        pressKey(dialog.window(), VK_TAB);
+    } while (focused(dialog.window()).id() != kDestinationList && visited.size() < kTooMany);
+    EXPECT_THAT(visited, ElementsAre(kDestinationList, kReverseClone, kCloneIds.start, kCloneIds.terminate,
+                                     kCloneIds.exit, kSourceList));
+    dialog.leave();
+}
+
+/// Jobs that end badly, and what they leave in the process.
+class CopyFaultsTest : public CopyUiTest {};
+
+TEST_F(CopyFaultsTest, TheEleventhUnreadableBlockEndsTheCloneWithAnExplosion) {
+    // Twelve blocks of which the first eleven cannot be read, onto a drive without content of its own.
+    useBench(copyBench()
+                 .drive("1-source", R"({"number": 1, "bus": "nvme", "size": "400 MiB", "road": "nvme-query",
+        "backing": {"pattern": "zero"}, "identity": {"product": "SOURCE", "revision": "1", "serial": "SRC-1"},
+        "faults": {"reads": [{"firstSector": 0, "sectors": 720896}]}})")
+                 .drive("2-target", R"({"number": 2, "bus": "nvme", "size": "512 MiB", "road": "nvme-query",
+        "identity": {"product": "TARGET", "revision": "1", "serial": "TGT-2"}})"));
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatus(" User Terminated Image");
+    EXPECT_EQ(driveStatus("TARGET"), "BAD not completed, 11 unreadable blocks");
+    int rows = 0;
+    for (const LogEntry& entry : torvane().log()) {
+        rows += entry.message.starts_with("BAD READ BLOCK AT SECTOR: [") ? 1 : 0;
+    }
+    EXPECT_EQ(rows, 11);
+    EXPECT_EQ(torvane().log().back().message, "BAD READ BLOCK AT SECTOR: [655360]");
+    EXPECT_EQ(program().benchLog({"target=drive:2", "request=write"}).size(), 11U);
+    EXPECT_TRUE(content(2, 320 * kMebibyte, 32 * kMebibyte) == unreadable(32 * kMebibyte));
+    // The window lives while the explosion repeats.
+    dialog.window().send(WM_NULL);
+    dialog.leave();
+}
+
+TEST_F(CopyFaultsTest, AVanishedSourceIsMarkedToTheEnd) {
+    useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 0, "milliseconds": 2000}]})"));
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatus(" Status: Idle");
+    program().unplug(1);
+    dialog.awaitStatus(" Image Completed");
+    EXPECT_TRUE(driveStatus("TARGET").starts_with("BAD ")) << driveStatus("TARGET");
+    EXPECT_TRUE(content(2, 64 * kMebibyte, 6 * kMebibyte) == unreadable(6 * kMebibyte));
+    dialog.leave();
+}
+
+TEST_F(CopyFaultsTest, AVanishedDestinationIsCountedToTheEnd) {
+    useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 70000, "milliseconds": 4000}]})"));
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatusStart(" Status: 00:00:");
+    const int rows = torvane().logList().rowCount();
+    program().unplug(2);
+    dialog.awaitStatus(" Image Completed");
+    EXPECT_EQ(driveStatus("TARGET"), "BAD 2 failed writes");
+    EXPECT_EQ(torvane().logList().rowCount(), rows) << "failed writes are counted, nothing more";
+    dialog.leave();
+}
+
+TEST_F(CopyFaultsTest, AProgramThatIsKilledLeavesAPartialImageAndStartsAgain) {
+    useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 70000, "milliseconds": 60000}]})"));
+    const fs::path folder = emptyFolder("killed");
+    const CopyDialogWindow dialog = openImage("SOURCE", folder);
+    dialog.start();
+    dialog.awaitStatusStart(" Status: 00:00:");
+    program().kill();
+    (void)program().awaitEnd();
+    expectEnd();
+    EXPECT_EQ(readFile(onlyFile(folder, ".img")).size(), 32 * kMebibyte);
+    const fs::path runFolder = program().folder().parent_path();
+    const Program again({workbenchFolder() / "bench.exe", runFolder / "bench", runFolder / "program" / "Torvane.exe"});
+    const TorvaneWindow window(again);
+    window.loadDrives();
+    EXPECT_EQ(window.driveList().rowCount(), 4);
+}
+
+TEST_F(CopyFaultsTest, JobsLoseNoHandle) {
+    // A small source: what is counted is jobs.
+    useBench(copyBench().drive("1-source", R"({"number": 1, "bus": "nvme", "size": "2 MiB", "road": "nvme-query",
+        "backing": {"pattern": "noise", "seed": 7},
+        "identity": {"product": "SOURCE", "revision": "1", "serial": "SRC-1"}})"));
+    const fs::path folder = emptyFolder("many");
+    const CopyDialogWindow dialog = openForensic("SOURCE", folder);
+    const auto round = [&] {
+        dialog.start();
+        program().awaitBoxOver(dialog.window()).answer("Yes");
+        program().awaitBoxOver(dialog.window()).answer("OK");
+    };
+    for (int i = 0; i < 3; ++i) {
+        round();
+    }
+    const auto lowest = [&] {
+        int handles = countResources(program().processId()).kernelHandles;
+        (void)waitUntil(
+            [&] {
+                handles = std::min(handles, countResources(program().processId()).kernelHandles);
+                return false;
+            },
+            std::chrono::seconds(1));
+        return handles;
+    };
+    const int before = lowest();
+    for (int i = 0; i < 12; ++i) {
+        round();
+    }
+    EXPECT_LE(lowest(), before + 4);
+    dialog.leave();
+}
+
+} // namespace
+} // namespace torvane::driver

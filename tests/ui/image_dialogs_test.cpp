@@ -1,0 +1,357 @@
+#include "tests/ui/copy_ui_test.h"
+#include "tests/ui/driver/input.h"
+#include "tests/ui/driver/shell_dialogs.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <fstream>
+#include <regex>
+
+namespace torvane::driver {
+namespace {
+
+namespace fs = std::filesystem;
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+constexpr std::size_t kSourceSize = 70 * kMebibyte;
+
+/// What the plain and the forensic image have in common.
+struct ImageCommand {
+    const char* name;
+    int button;
+    CopyDialogIds ids;
+    const char* title;
+    const char* completed;
+};
+
+void PrintTo(const ImageCommand& command, std::ostream* stream) {
+    *stream << command.name;
+}
+
+constexpr ImageCommand kImageCommand{"Image", kDriveToImage, kImageIds, "Drive to Image Clone",
+                                     " Image  SUCCESSFULLY Completed"};
+constexpr ImageCommand kForensicCommand{"Forensic", kForensicImage, kForensicIds, "Drive to Forensic Image",
+                                        " Image SUCCESSFULLY Completed"};
+
+class ImageTest : public CopyUiTest {
+  protected:
+    [[nodiscard]] CopyDialogWindow open(const ImageCommand& command, const fs::path& folder) const {
+        return command.button == kForensicImage ? openForensic("SOURCE", folder) : openImage("SOURCE", folder);
+    }
+    void answerVerify(const CopyDialogWindow& dialog, const std::string& answer) const {
+        expectBoxOver(dialog, "****** VERIFY HASH ******", "Would you like to Verify the Image HASH?", BoxIcon::kNone,
+                      answer);
+    }
+    /// Answers the forensic job's question, when this is one.
+    void finish(const ImageCommand& command, const CopyDialogWindow& dialog) const {
+        if (command.button == kForensicImage) {
+            answerVerify(dialog, "No");
+        }
+    }
+    static BenchFolder slowBench(int milliseconds) {
+        return copyBenchWithFaults(R"({"slow": [{"firstSector": 0, "sectors": 143360, "milliseconds": )" +
+                                   std::to_string(milliseconds) + "}]}");
+    }
+    /// The number in the name of the folder's one image.
+    static std::string imageNumber(const fs::path& folder) {
+        const std::string name = onlyFile(folder, ".img").filename().string();
+        std::smatch match;
+        return std::regex_match(name, match, std::regex(R"(SOURCE\.(\d+)\.img)")) ? match[1].str() : "in " + name;
+    }
+};
+
+class EitherImageTest : public ImageTest, public ::testing::WithParamInterface<ImageCommand> {};
+
+std::string nameOf(const ::testing::TestParamInfo<ImageCommand>& info) {
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EitherImageTest, ::testing::Values(kImageCommand, kForensicCommand), nameOf);
+
+TEST_P(EitherImageTest, ACancelledFolderIsToldAndNothingOpens) {
+    tickOnly("SOURCE");
+    torvane().press(GetParam().button);
+    EXPECT_FALSE(torvane().window().enabled());
+    cancelFolder(program());
+    expectStopBox("*** ERROR ***", "Please choose a destination folder.");
+    expectNoBox();
+}
+
+TEST_P(EitherImageTest, ShowsDriveAndFolder) {
+    const fs::path folder = emptyFolder("shown");
+    const CopyDialogWindow dialog = open(GetParam(), folder);
+    EXPECT_EQ(dialog.window().text(), GetParam().title);
+    EXPECT_EQ(dialog.window().child(kImagingText).text(), " Imaging: SOURCE");
+    EXPECT_THAT(dialog.window().child(kFolderText).text(), ::testing::EndsWith("\\shown"));
+    EXPECT_EQ(dialog.status(), "");
+    dialog.leave();
+    EXPECT_TRUE(fs::is_empty(folder)) << "nothing is made before the start";
+}
+
+TEST_P(EitherImageTest, HoldsTheDrivesBytes) {
+    useBench(copyBench());
+    const fs::path folder = emptyFolder("images");
+    const CopyDialogWindow dialog = open(GetParam(), folder);
+    dialog.start();
+    dialog.awaitStatus(GetParam().completed);
+    finish(GetParam(), dialog);
+    awaitDriveStatus("SOURCE", "COMPLETED");
+    EXPECT_TRUE(readFile(onlyFile(folder, ".img")) == noise(7, 0, kSourceSize));
+    dialog.leave();
+}
+
+TEST_P(EitherImageTest, ASecondImageGetsTheNextNumber) {
+    useBench(copyBench());
+    const fs::path counter = program().folder() / "FileCounter.txt";
+    writeFile(counter, std::string("\x28\x00\x00\x00", 4)); // 40
+    for (const char* number : {"41", "42"}) {
+        const fs::path folder = emptyFolder(number);
+        const CopyDialogWindow dialog = open(GetParam(), folder);
+        dialog.start();
+        dialog.awaitStatus(GetParam().completed);
+        finish(GetParam(), dialog);
+        EXPECT_EQ(imageNumber(folder), number);
+        dialog.leave();
+    }
+    EXPECT_EQ(readFile(counter), std::string("\x2A\x00\x00\x00", 4));
+}
+
+TEST_P(EitherImageTest, WithoutACounterItBeginsAtARandomNumberThatIsKept) {
+    useBench(copyBench());
+    fs::remove(program().folder() / "FileCounter.txt");
+    const fs::path folder = emptyFolder("first");
+    const CopyDialogWindow dialog = open(GetParam(), folder);
+    dialog.start();
+    dialog.awaitStatus(GetParam().completed);
+    finish(GetParam(), dialog);
+    const int number = std::stoi(imageNumber(folder));
+    const std::string counter = readFile(program().folder() / "FileCounter.txt");
+    ASSERT_EQ(counter.size(), 4U);
+    EXPECT_EQ(static_cast<unsigned char>(counter[0]) + 256 * static_cast<unsigned char>(counter[1]), number);
+    dialog.leave();
+}
+
+TEST_P(EitherImageTest, AnImageThatCannotBeCreatedIsTold) {
+    const fs::path folder = emptyFolder("gone");
+    const CopyDialogWindow dialog = open(GetParam(), folder);
+    fs::remove_all(folder);
+    dialog.start();
+    dialog.awaitStatus("Could not CREATE DESTINATION image");
+    EXPECT_EQ(driveStatus("SOURCE"), "Idle");
+    dialog.leave();
+}
+
+TEST_P(EitherImageTest, TooLittleSpaceIsTold) {
+    // The images' folder lies on Z:, which has this much room as far as the program is told.
+    useBench(copyBench().drive("4-volume", R"({"number": 4, "bus": "nvme", "size": "8 GiB", "road": "nvme-query",
+        "identity": {"product": "ROOM", "revision": "1", "serial": "R-4"},
+        "volumes": [{"letter": "Z", "freeSpace": 62914560,
+                     "extents": [{"offset": "1 MiB", "length": "4 GiB"}]}]})"));
+    const fs::path folder = emptyFolder("full");
+    tickOnly("SOURCE");
+    torvane().press(GetParam().button);
+    chooseFolder(program(), folder);
+    std::string name = folder.string();
+    std::replace(name.begin(), name.end(), '/', '\\');
+    expectBox("****** NOT ENOUGH SPACE ******",
+              "IMAGE Drive is [73400320 bytes]. This is [10485760 bytes] greater than the total FREE SPACE of "
+              "[62914560 bytes] on Destination Volume [" +
+                  name + "]. Imaging Cancelled",
+              BoxIcon::kExclamation, "OK");
+    expectNoBox();
+}
+
+TEST_P(EitherImageTest, ExactlyEnoughSpaceIsEnough) {
+    useBench(copyBench().drive("4-volume", R"({"number": 4, "bus": "nvme", "size": "8 GiB", "road": "nvme-query",
+        "identity": {"product": "ROOM", "revision": "1", "serial": "R-4"},
+        "volumes": [{"letter": "Z", "freeSpace": 73400320,
+                     "extents": [{"offset": "1 MiB", "length": "4 GiB"}]}]})"));
+    const CopyDialogWindow dialog = open(GetParam(), emptyFolder("exact"));
+    EXPECT_EQ(dialog.window().text(), GetParam().title);
+    dialog.leave();
+}
+
+TEST_P(EitherImageTest, CannotBeLeftWhileItRuns) {
+    useBench(slowBench(1500));
+    const CopyDialogWindow dialog = open(GetParam(), emptyFolder("held"));
+    dialog.start();
+    dialog.awaitStatus(" Status: Idle");
+    dialog.exit();
+    expectBoxOver(dialog, "***** ERROR TERMINATE BEFORE EXIT *****", "Terminate Image before Exiting", BoxIcon::kNone,
+                  "OK");
+    dialog.awaitStatus(GetParam().completed);
+    finish(GetParam(), dialog);
+    dialog.leave();
+}
+
+TEST_P(EitherImageTest, UnreadableBlocksAreMarked) {
+    useBench(copyBenchWithFaults(R"({"reads": [{"firstSector": 3}]})"));
+    const fs::path folder = emptyFolder("marked");
+    const CopyDialogWindow dialog = open(GetParam(), folder);
+    dialog.start();
+    dialog.awaitStatus(GetParam().completed);
+    finish(GetParam(), dialog);
+    awaitDriveStatus("SOURCE", "BAD 1 unreadable block");
+    const std::string image = readFile(onlyFile(folder, ".img"));
+    EXPECT_TRUE(image == unreadable(32 * kMebibyte) + noise(7, 32 * kMebibyte, 38 * kMebibyte));
+    EXPECT_EQ(torvane().log().back().message, "BAD READ BLOCK AT SECTOR: [0]");
+    dialog.leave();
+}
+
+TEST_F(ImageTest, TerminateLeavesAPartialImage) {
+    useBench(slowBench(1500));
+    const fs::path folder = emptyFolder("partial");
+    const CopyDialogWindow dialog = open(kImageCommand, folder);
+    dialog.start();
+    dialog.awaitStatusStart(" Status: 00:00:");
+    dialog.terminate();
+    dialog.awaitStatus(" Image Terminated -- Not Completed");
+    EXPECT_EQ(driveStatus("SOURCE"), "BAD not completed");
+    dialog.leave();
+    const std::string image = readFile(onlyFile(folder, ".img"));
+    EXPECT_GE(image.size(), 32 * kMebibyte);
+    EXPECT_LT(image.size(), kSourceSize);
+    EXPECT_TRUE(image == noise(7, 0, image.size()));
+}
+
+// --- forensic image alone
+// ---------------------------------------------------------------------------------------------
+
+/// The hash file's text with date and time blotted out.
+std::string withoutTime(const std::string& text) {
+    return std::regex_replace(text, std::regex(R"(\d\d[/:]\d\d[/:]\d\d(\d\d)?)"), "#");
+}
+
+constexpr const char* kTerminateCaption = "****** FORENSIC IMAGE RUNNING ******";
+constexpr const char* kTerminateText =
+    "You are about to EXIT Forensic Image and terminate the current image. Is that what you wish to do?";
+
+class ForensicTest : public ImageTest {
+  protected:
+    [[nodiscard]] CopyDialogWindow openIt(const fs::path& folder) const { return open(kForensicCommand, folder); }
+};
+
+TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
+    useBench(copyBench());
+    writeFile(program().folder() / "FileCounter.txt", std::string("\x28\x00\x00\x00", 4));
+    const fs::path folder = emptyFolder("forensic");
+    const CopyDialogWindow dialog = openIt(folder);
+    dialog.start();
+    dialog.awaitStatus(" Image SUCCESSFULLY Completed");
+    // MD5 of the source's noise, as md5sum gives it.
+    EXPECT_EQ(withoutTime(readFile(folder / "MD5-HASH--SOURCE.41.txt")),
+              "KVL Data MD5 HASH\nDate:\t\t\t#\nTime:\t\t\t#\nDrive Model:\t[SOURCE]\nSerial Number:\t[SRC-1]\n"
+              "Total Sectors:\t[143360]\nHASH:\t\t\t1B A6 95 A0 6A 5E F7 58 08 7B 79 04 98 06 38 8B ");
+    answerVerify(dialog, "Yes");
+    expectBoxOver(dialog, "****** VERIFY SUCCEEDED ******", "CREATED File has been verified", BoxIcon::kNone, "OK");
+    EXPECT_EQ(driveStatus("SOURCE"), "COMPLETED, verified");
+    dialog.leave();
+}
+
+TEST_F(ForensicTest, WithoutVerificationTheHashFileStays) {
+    const fs::path folder = emptyFolder("unverified");
+    const CopyDialogWindow dialog = openIt(folder);
+    dialog.start();
+    answerVerify(dialog, "No");
+    awaitDriveStatus("SOURCE", "COMPLETED");
+    dialog.leave();
+    EXPECT_THAT(readFile(onlyFile(folder, ".txt")), StartsWith("KVL Data MD5 HASH\n"));
+}
+
+TEST_F(ForensicTest, AnImageWithMarkersIsVerifiedToo) {
+    useBench(copyBenchWithFaults(R"({"reads": [{"firstSector": 70000}]})"));
+    const CopyDialogWindow dialog = openIt(emptyFolder("markers"));
+    dialog.start();
+    answerVerify(dialog, "Yes");
+    expectBoxOver(dialog, "****** VERIFY SUCCEEDED ******", "CREATED File has been verified", BoxIcon::kNone, "OK");
+    EXPECT_EQ(driveStatus("SOURCE"), "BAD 1 unreadable block, verified");
+    dialog.leave();
+}
+
+TEST_F(ForensicTest, AnImageThatWasChangedIsNotVerified) {
+    const fs::path folder = emptyFolder("changed");
+    const CopyDialogWindow dialog = openIt(folder);
+    dialog.start();
+    (void)program().awaitBoxOver(dialog.window());
+    {
+        std::fstream image(onlyFile(folder, ".img"), std::ios::in | std::ios::out | std::ios::binary);
+        image.seekp(5 * kMebibyte);
+        image.put('x').put('y');
+    }
+    answerVerify(dialog, "Yes");
+    expectBoxOver(dialog, "****** VERIFY FAILED ******", "CREATED File has NOT been verified", BoxIcon::kNone, "OK");
+    EXPECT_EQ(driveStatus("SOURCE"), "BAD not verified");
+    dialog.leave();
+}
+
+TEST_F(ForensicTest, AnImageThatIsGoneCannotBeVerified) {
+    const fs::path folder = emptyFolder("removed");
+    const CopyDialogWindow dialog = openIt(folder);
+    dialog.start();
+    (void)program().awaitBoxOver(dialog.window());
+    fs::remove(onlyFile(folder, ".img"));
+    answerVerify(dialog, "Yes");
+    dialog.awaitStatus("Could not open image for VERIFICATION");
+    dialog.leave();
+}
+
+TEST_F(ForensicTest, AnImageThatIsCutHalfwayCannotBeRead) {
+    const fs::path folder = emptyFolder("cut");
+    const CopyDialogWindow dialog = openIt(folder);
+    dialog.start();
+    (void)program().awaitBoxOver(dialog.window());
+    fs::resize_file(onlyFile(folder, ".img"), 10 * kMebibyte);
+    answerVerify(dialog, "Yes");
+    // What is left is read whole: it is another image.
+    expectBoxOver(dialog, "****** VERIFY FAILED ******", "CREATED File has NOT been verified", BoxIcon::kNone, "OK");
+    dialog.leave();
+}
+
+TEST_F(ForensicTest, AHashFileThatCannotBeCreatedIsLoggedAndTheImageStays) {
+    useBench(copyBench());
+    writeFile(program().folder() / "FileCounter.txt", std::string("\x28\x00\x00\x00", 4));
+    const fs::path folder = emptyFolder("no-hash-file");
+    // A folder of that name is in the way.
+    fs::create_directory(folder / "MD5-HASH--SOURCE.41.txt");
+    const CopyDialogWindow dialog = openIt(folder);
+    dialog.start();
+    answerVerify(dialog, "No");
+    const LogEntry last = torvane().log().back();
+    EXPECT_EQ(last.type, "ERROR");
+    EXPECT_THAT(last.message,
+                ::testing::MatchesRegex("Could not CREATE HASH file for .*MD5-HASH--SOURCE.41.txt.*Exiting."));
+    EXPECT_TRUE(readFile(folder / "SOURCE.41.img") == noise(7, 0, kSourceSize));
+    dialog.leave();
+}
+
+TEST_F(ForensicTest, TerminateAsksFirst) {
+    useBench(slowBench(2500));
+    const fs::path folder = emptyFolder("asked");
+    const CopyDialogWindow dialog = openIt(folder);
+    dialog.terminate();
+    dialog.window().settle();
+    EXPECT_TRUE(dialog.window().enabled()) << "nothing runs yet, and it asks";
+    dialog.start();
+    dialog.awaitStatus(" Status: Idle");
+    await("the job runs", [&] { return !onlyFile(folder, ".img").empty(); });
+    dialog.terminate();
+    expectBoxOver(dialog, kTerminateCaption, kTerminateText, BoxIcon::kNone, "No");
+    dialog.awaitStatusStart(" Image Status: 00:00:");
+    dialog.terminate();
+    expectBoxOver(dialog, kTerminateCaption, kTerminateText, BoxIcon::kNone, "Yes");
+    dialog.awaitStatus(" Image Terminated -- Not Completed");
+    dialog.window().settle();
+    EXPECT_TRUE(dialog.window().enabled()) << "a terminated image is not verified";
+    for (const auto& file : fs::directory_iterator(folder)) {
+        EXPECT_EQ(file.path().extension(), ".img") << "a terminated image has no hash file";
+    }
+    dialog.leave();
+}
+
+} // namespace
+} // namespace torvane::driver

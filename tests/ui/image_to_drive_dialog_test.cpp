@@ -1,0 +1,176 @@
+#include "tests/ui/copy_ui_test.h"
+#include "tests/ui/driver/shell_dialogs.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace torvane::driver {
+namespace {
+
+namespace fs = std::filesystem;
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+constexpr const char* kDestinationCaption = "***** ERROR Destination Drive *****";
+constexpr const char* kCompleted = " Image To Drive SUCCESSFULLY Completed";
+
+class ImageToDriveDialogTest : public CopyUiTest {
+  protected:
+    /// A bench whose "TARGET" takes time for each of its blocks.
+    static BenchFolder slowTargetBench(int milliseconds) {
+        return copyBench().drive("2-target", R"({"number": 2, "bus": "nvme", "size": "80 MiB", "road": "nvme-query",
+            "identity": {"product": "TARGET", "revision": "1", "serial": "TGT-2"},
+            "faults": {"slow": [{"firstSector": 0, "sectors": 163840, "milliseconds": )" +
+                                                 std::to_string(milliseconds) + "}]}}");
+    }
+    /// An image of that size, noise of seed 3.
+    [[nodiscard]] fs::path makeImage(std::size_t size) const {
+        const fs::path image = emptyFolder("image") / "disk.img";
+        writeFile(image, noise(3, 0, size));
+        return image;
+    }
+    [[nodiscard]] static std::string nativePath(fs::path path) { return path.make_preferred().string(); }
+};
+
+TEST_F(ImageToDriveDialogTest, ACancelledFileOpensNothing) {
+    torvane().press(kImageToDrive);
+    cancelFile(program());
+    expectNoBox();
+    EXPECT_TRUE(torvane().window().enabled());
+}
+
+TEST_F(ImageToDriveDialogTest, ShowsTheImageAndEveryDriveButTheSystems) {
+    const fs::path image = makeImage(kMebibyte);
+    const CopyDialogWindow dialog = openImageToDrive(image);
+    EXPECT_EQ(dialog.window().text(), "Image To Drive");
+    EXPECT_EQ(dialog.window().child(kImagePathText).text(), nativePath(image));
+    EXPECT_EQ(withoutAccessKey(dialog.terminateButton().text()), "Terninate Image To Drive");
+    const ListView destinations = dialog.destinations();
+    ASSERT_EQ(destinations.rowCount(), 3);
+    EXPECT_THAT(destinations.row(0), ElementsAre("SOURCE", "SRC-1", "0.07 GB"));
+    EXPECT_THAT(destinations.row(1), ElementsAre("TARGET", "TGT-2", "0.08 GB"));
+    EXPECT_THAT(destinations.row(2), ElementsAre("SMALL", "SML-3", "0.04 GB"));
+    dialog.leave();
+}
+
+TEST_F(ImageToDriveDialogTest, WantsExactlyOneDestination) {
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(kMebibyte));
+    dialog.start();
+    expectBoxOver(dialog, kDestinationCaption, "You must choose one drive as your DESTINATION", BoxIcon::kStop, "OK");
+    dialog.tickDestination("TARGET");
+    dialog.tickDestination("SMALL");
+    dialog.start();
+    expectBoxOver(dialog, kDestinationCaption, "You must choose only one drive as your DESTINATION", BoxIcon::kStop,
+                  "OK");
+    dialog.leave();
+}
+
+TEST_F(ImageToDriveDialogTest, ADeclinedWarningStartsNothing) {
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(kMebibyte));
+    dialog.tickDestination("SMALL");
+    dialog.start();
+    answerWarning("No");
+    expectBoxOver(dialog, "***** Function Cancelled *****", "Image to Drive has been CANCELLED", BoxIcon::kStop, "OK");
+    EXPECT_THAT(program().benchLog({"target=drive:3", "request=write"}), IsEmpty());
+    EXPECT_EQ(driveStatus("SMALL"), "Idle");
+    dialog.leave();
+}
+
+TEST_F(ImageToDriveDialogTest, ArrivesWholeOnADiskWithMountedVolumesAndLeavesTheRest) {
+    useBench(copyBench());
+    constexpr std::size_t kSize = 65 * kMebibyte;
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(kSize));
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatus(kCompleted);
+    EXPECT_TRUE(content(2, 0, kSize) == noise(3, 0, kSize));
+    EXPECT_TRUE(content(2, kSize, 15 * kMebibyte) == std::string(15 * kMebibyte, '\0'));
+    EXPECT_EQ(driveStatus("TARGET"), "COMPLETED");
+    dialog.leave();
+}
+
+constexpr const char* kTooLarge = "***** Image File Too Large *****";
+constexpr const char* kTruncate =
+    "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?";
+
+TEST_F(ImageToDriveDialogTest, ALargerImageIsCutWhenTheUserWantsIt) {
+    useBench(copyBench());
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(45 * kMebibyte));
+    startOnto(dialog, "SMALL");
+    expectBoxOver(dialog, kTooLarge, kTruncate, BoxIcon::kNone, "Yes");
+    dialog.awaitStatus(kCompleted);
+    EXPECT_TRUE(content(3, 0, 40 * kMebibyte) == noise(3, 0, 40 * kMebibyte));
+    EXPECT_EQ(driveStatus("SMALL"), "COMPLETED");
+    dialog.leave();
+}
+
+TEST_F(ImageToDriveDialogTest, ALargerImageLeavesTheDriveAloneWhenTheUserDoesNot) {
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(45 * kMebibyte));
+    startOnto(dialog, "SMALL");
+    expectBoxOver(dialog, kTooLarge, kTruncate, BoxIcon::kNone, "No");
+    EXPECT_EQ(dialog.status(), "");
+    EXPECT_THAT(program().benchLog({"target=drive:3", "request=write"}), IsEmpty());
+    EXPECT_EQ(driveStatus("SMALL"), "Idle");
+    dialog.leave();
+}
+
+TEST_F(ImageToDriveDialogTest, AnImageThatCannotBeOpenedIsToldAndLogged) {
+    const fs::path image = makeImage(kMebibyte);
+    const CopyDialogWindow dialog = openImageToDrive(image);
+    fs::remove(image);
+    startOnto(dialog, "SMALL");
+    const std::string text = "ImageToDrive: [" + nativePath(image) + "] OPEN_EXISTING FAILED";
+    expectBoxOver(dialog, "***** FATAL SYSTEM ERROR *****", text, BoxIcon::kStop, "OK");
+    const LogEntry last = torvane().log().back();
+    EXPECT_EQ(last.type, "ERROR");
+    EXPECT_EQ(last.message, text);
+    dialog.leave();
+}
+
+TEST_F(ImageToDriveDialogTest, AnImageOnTheDestinationIsRefused) {
+    // As far as the bench goes, the images' folder lies on the target's volume Z:.
+    useBench(copyBench().drive("2-target", R"({"number": 2, "bus": "nvme", "size": "80 MiB", "road": "nvme-query",
+        "identity": {"product": "TARGET", "revision": "1", "serial": "TGT-2"},
+        "volumes": [{"letter": "Z", "extents": [{"offset": "1 MiB", "length": "40 MiB"}]}]})"));
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(kMebibyte));
+    dialog.tickDestination("TARGET");
+    dialog.start();
+    expectBoxOver(dialog, "******* WARNING *******", "You cannot copy Image to Source Drive", BoxIcon::kStop, "OK");
+    expectBoxOver(dialog, "***** Function Cancelled *****", "Image to Drive has been CANCELLED", BoxIcon::kStop, "OK");
+    EXPECT_THAT(program().benchLog({"target=drive:2", "request=write"}), IsEmpty());
+    dialog.leave();
+}
+
+TEST_F(ImageToDriveDialogTest, CannotBeLeftWhileItRunsAndTerminateEndsIt) {
+    useBench(slowTargetBench(2000));
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(70 * kMebibyte));
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatusStart(" Status: 00:00:");
+    EXPECT_THAT(driveStatus("TARGET"), StartsWith("Writing image "));
+    dialog.exit();
+    expectBoxOver(dialog, "***** ERROR TERMINATE BEFORE EXIT *****", "Terminate Image To Drive before Exiting",
+                  BoxIcon::kNone, "OK");
+    dialog.terminate();
+    dialog.awaitStatus(" Image To Drive Terminated -- Not Completed");
+    EXPECT_EQ(driveStatus("TARGET"), "BAD not completed");
+    EXPECT_TRUE(content(2, 0, 32 * kMebibyte) == noise(3, 0, 32 * kMebibyte));
+    dialog.leave();
+}
+
+TEST_F(ImageToDriveDialogTest, FailedWritesAreCountedInTheDriveListAlone) {
+    useBench(copyBench().drive("2-target", R"({"number": 2, "bus": "nvme", "size": "80 MiB", "road": "nvme-query",
+        "identity": {"product": "TARGET", "revision": "1", "serial": "TGT-2"},
+        "faults": {"writes": [{"firstSector": 65536}]}})"));
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(70 * kMebibyte));
+    const int rows = torvane().logList().rowCount();
+    startOnto(dialog, "TARGET");
+    dialog.awaitStatus(kCompleted);
+    EXPECT_EQ(driveStatus("TARGET"), "BAD 1 failed write");
+    EXPECT_EQ(torvane().logList().rowCount(), rows);
+    dialog.leave();
+}
+
+} // namespace
+} // namespace torvane::driver
