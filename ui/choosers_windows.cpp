@@ -59,7 +59,7 @@ std::optional<std::string> folder(const char* title) {
     browse.ulFlags = BIF_NEWDIALOGSTYLE;
     const ItemIdList chosen(SHBrowseForFolderA(&browse));
     // The system asks for room of MAX_PATH characters; in UTF-8 one of them may take up to three bytes.
-    std::array<char, 3 * MAX_PATH> path{};
+    std::array<char, std::size_t{3} * MAX_PATH> path{};
     if (!chosen || SHGetPathFromIDListA(chosen.get(), path.data()) == FALSE) {
         return std::nullopt;
     }

@@ -6,11 +6,8 @@
 namespace torvane::driver {
 namespace {
 
-using ::testing::AnyOf;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr const char* kDestinationCaption = "***** ERROR Destination Drive *****";

@@ -14,7 +14,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using ::testing::ElementsAre;
-using ::testing::UnorderedElementsAre;
 
 enum class Kind { kClone, kImage, kForensic, kImageToDrive };
 
@@ -154,12 +153,12 @@ TEST_P(CopyDialogsTest, OpeningAndLeavingLeaksNothing) {
         round();
     }
     const ResourceCounts before = countResources(program().processId());
-    constexpr int kRounds = 12;
+    constexpr int kRounds = 8;
     for (int i = 0; i < kRounds; ++i) {
         round();
     }
     const ResourceCounts after = countResources(program().processId());
-    constexpr int kSlack = 6;
+    constexpr int kSlack = 4;
     EXPECT_LE(after.kernelHandles, before.kernelHandles + kSlack) << before << " became " << after;
     EXPECT_LE(after.gdiObjects, before.gdiObjects + kSlack) << before << " became " << after;
     EXPECT_LE(after.windows, before.windows) << before << " became " << after;
@@ -178,6 +177,71 @@ TEST_F(CopyTabOrderTest, TabGoesThroughTheCloneDialogFromTheDestinations) {
     } while (focused(dialog.window()).id() != kDestinationList && visited.size() < kTooMany);
     EXPECT_THAT(visited, ElementsAre(kDestinationList, kReverseClone, kCloneIds.start, kCloneIds.terminate,
                                      kCloneIds.exit, kSourceList));
+    dialog.leave();
+}
+
+/// What the track shows while a job runs and when it has ended, in the window itself.
+class CopyTrackTest : public CopyUiTest {
+  protected:
+    /// A place of the dialog's client area as the screen shows it.
+    static Picture shown(const CopyDialogWindow& dialog, const RECT& place) {
+        dialog.window().awaitPainted();
+        const RECT client = dialog.window().clientRect();
+        return Picture::ofScreen(
+            {client.left + place.left, client.top + place.top, client.left + place.right, client.top + place.bottom});
+    }
+    static bool same(const Picture& left, const Picture& right) {
+        for (int y = 0; y < left.height(); ++y) {
+            for (int x = 0; x < left.width(); ++x) {
+                if (left.at(x, y) != right.at(x, y)) {
+                    return false;
+                }
+            }
+        }
+        return true;
+    }
+    static constexpr RECT kStart{10, 182, 80, 240};
+    static constexpr RECT kFinish{770, 164, 830, 224};
+};
+
+TEST_F(CopyTrackTest, TheCarLeavesItsStartAndATrophyStandsAtTheFinish) {
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    parkMouse();
+    const Picture carAtStart = shown(dialog, kStart);
+    const Picture emptyFinish = shown(dialog, kFinish);
+    startOnto(dialog, "SMALL");
+    dialog.awaitStatus(" Image Completed");
+    parkMouse();
+    await("a trophy stands at the finish", [&] { return !same(shown(dialog, kFinish), emptyFinish); });
+    EXPECT_FALSE(same(shown(dialog, kStart), carAtStart)) << "the car still stands at its start";
+    dialog.leave();
+    // The next dialog begins anew.
+    const CopyDialogWindow next = openClone("SOURCE");
+    parkMouse();
+    EXPECT_TRUE(same(shown(next, kStart), carAtStart));
+    EXPECT_TRUE(same(shown(next, kFinish), emptyFinish));
+    next.leave();
+}
+
+TEST_F(CopyTrackTest, TheExplosionRepeatsUntilTheDialogIsLeft) {
+    useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 3, "milliseconds": 2500}]})"));
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    startOnto(dialog, "SMALL");
+    dialog.awaitStatus(" Status: Idle");
+    dialog.terminate();
+    dialog.awaitStatus(" User Terminated Image");
+    parkMouse();
+    const RECT client = dialog.window().clientRect();
+    const RECT around{client.left + kStart.left, client.top + kStart.top, client.left + kStart.right,
+                      client.top + kStart.bottom};
+    int changes = 0;
+    Picture last = Picture::ofScreen(around);
+    await("the explosion has changed its look many times", [&] {
+        Picture now = Picture::ofScreen(around);
+        changes += same(now, last) ? 0 : 1;
+        last = now;
+        return changes >= 12;
+    });
     dialog.leave();
 }
 
@@ -277,7 +341,7 @@ TEST_F(CopyFaultsTest, JobsLoseNoHandle) {
         return handles;
     };
     const int before = lowest();
-    for (int i = 0; i < 12; ++i) {
+    for (int i = 0; i < 8; ++i) {
         round();
     }
     EXPECT_LE(lowest(), before + 4);

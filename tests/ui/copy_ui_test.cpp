@@ -128,7 +128,7 @@ void CopyUiTest::expectBoxOver(const CopyDialogWindow& dialog, const std::string
 }
 
 fs::path CopyUiTest::emptyFolder(const std::string& name) const {
-    const fs::path folder = program().folder().parent_path() / name;
+    fs::path folder = program().folder().parent_path() / name;
     fs::remove_all(folder);
     fs::create_directories(folder);
     return folder;

@@ -13,9 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 constexpr std::size_t kSourceSize = 70 * kMebibyte;
@@ -94,19 +91,17 @@ TEST_P(EitherImageTest, ShowsDriveAndFolder) {
 }
 
 TEST_P(EitherImageTest, HoldsTheDrivesBytes) {
-    useBench(copyBench());
     const fs::path folder = emptyFolder("images");
     const CopyDialogWindow dialog = open(GetParam(), folder);
     dialog.start();
     dialog.awaitStatus(GetParam().completed);
     finish(GetParam(), dialog);
-    awaitDriveStatus("SOURCE", "COMPLETED");
+    EXPECT_EQ(driveStatus("SOURCE"), "COMPLETED");
     EXPECT_TRUE(readFile(onlyFile(folder, ".img")) == noise(7, 0, kSourceSize));
     dialog.leave();
 }
 
 TEST_P(EitherImageTest, ASecondImageGetsTheNextNumber) {
-    useBench(copyBench());
     const fs::path counter = program().folder() / "FileCounter.txt";
     writeFile(counter, std::string("\x28\x00\x00\x00", 4)); // 40
     for (const char* number : {"41", "42"}) {
@@ -122,7 +117,6 @@ TEST_P(EitherImageTest, ASecondImageGetsTheNextNumber) {
 }
 
 TEST_P(EitherImageTest, WithoutACounterItBeginsAtARandomNumberThatIsKept) {
-    useBench(copyBench());
     fs::remove(program().folder() / "FileCounter.txt");
     const fs::path folder = emptyFolder("first");
     const CopyDialogWindow dialog = open(GetParam(), folder);
@@ -237,7 +231,6 @@ class ForensicTest : public ImageTest {
 };
 
 TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
-    useBench(copyBench());
     writeFile(program().folder() / "FileCounter.txt", std::string("\x28\x00\x00\x00", 4));
     const fs::path folder = emptyFolder("forensic");
     const CopyDialogWindow dialog = openIt(folder);
@@ -313,7 +306,6 @@ TEST_F(ForensicTest, AnImageThatIsCutHalfwayCannotBeRead) {
 }
 
 TEST_F(ForensicTest, AHashFileThatCannotBeCreatedIsLoggedAndTheImageStays) {
-    useBench(copyBench());
     writeFile(program().folder() / "FileCounter.txt", std::string("\x28\x00\x00\x00", 4));
     const fs::path folder = emptyFolder("no-hash-file");
     // A folder of that name is in the way.

@@ -26,9 +26,10 @@ class ImageToDriveDialogTest : public CopyUiTest {
             "faults": {"slow": [{"firstSector": 0, "sectors": 163840, "milliseconds": )" +
                                                  std::to_string(milliseconds) + "}]}}");
     }
-    /// An image of that size, noise of seed 3.
+    /// An image of that size, noise of seed 3; each in a folder of its own, because the program keeps images open.
     [[nodiscard]] fs::path makeImage(std::size_t size) const {
-        const fs::path image = emptyFolder("image") / "disk.img";
+        static int number = 0;
+        fs::path image = emptyFolder("image-" + std::to_string(++number)) / "disk.img";
         writeFile(image, noise(3, 0, size));
         return image;
     }
