@@ -180,7 +180,7 @@ TEST_F(CopyTabOrderTest, TabGoesThroughTheCloneDialogFromTheDestinations) {
     dialog.leave();
 }
 
-/// What the track shows while a job runs and when it has ended, in the window itself.
+/// What the track shows when a job has ended, in the window itself.
 class CopyTrackTest : public CopyUiTest {
   protected:
     /// A place of the dialog's client area as the screen shows it.
@@ -221,28 +221,6 @@ TEST_F(CopyTrackTest, TheCarLeavesItsStartAndATrophyStandsAtTheFinish) {
     EXPECT_TRUE(same(shown(next, kStart), carAtStart));
     EXPECT_TRUE(same(shown(next, kFinish), emptyFinish));
     next.leave();
-}
-
-TEST_F(CopyTrackTest, TheExplosionRepeatsUntilTheDialogIsLeft) {
-    useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 3, "milliseconds": 2500}]})"));
-    const CopyDialogWindow dialog = openClone("SOURCE");
-    startOnto(dialog, "SMALL");
-    dialog.awaitStatus(" Status: Idle");
-    dialog.terminate();
-    dialog.awaitStatus(" User Terminated Image");
-    parkMouse();
-    const RECT client = dialog.window().clientRect();
-    const RECT around{client.left + kStart.left, client.top + kStart.top, client.left + kStart.right,
-                      client.top + kStart.bottom};
-    int changes = 0;
-    Picture last = Picture::ofScreen(around);
-    await("the explosion has changed its look many times", [&] {
-        Picture now = Picture::ofScreen(around);
-        changes += same(now, last) ? 0 : 1;
-        last = now;
-        return changes >= 12;
-    });
-    dialog.leave();
 }
 
 /// Jobs that end badly, and what they leave in the process.

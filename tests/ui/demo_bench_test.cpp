@@ -129,6 +129,12 @@ TEST_F(DemoBenchTest, EveryDriveShowsItsCondition) {
          "",
          {"Total Bytes Written 26,283 GB is 0.37 percent of threshold", "FAILED 003 010", kResult, kResult, kResult,
           kResult}},
+        {"Fennick F128 Spare",
+         kNvmePanel,
+         {1204 / kGigabytes, kPass, kPass, kPass, kPass, kPass},
+         "none",
+         "",
+         {"Total Bytes Written 1,204 GB is 0.02 percent of threshold", "RESULTS", kResult, kResult, kResult, kResult}},
     };
     torvane().awaitProgressHidden();
     ASSERT_EQ(torvane().driveList().rowCount(), static_cast<int>(panels.size()));
