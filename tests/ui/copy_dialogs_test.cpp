@@ -159,7 +159,9 @@ TEST_P(CopyDialogsTest, OpeningAndLeavingLeaksNothing) {
     }
     const ResourceCounts after = countResources(program().processId());
     constexpr int kSlack = 4;
-    EXPECT_LE(after.kernelHandles, before.kernelHandles + kSlack) << before << " became " << after;
+    // Wine's open-file dialog keeps a handle each time that a file is chosen in it.
+    const int choosersOwn = GetParam().kind == Kind::kImageToDrive ? kRounds : 0;
+    EXPECT_LE(after.kernelHandles, before.kernelHandles + kSlack + choosersOwn) << before << " became " << after;
     EXPECT_LE(after.gdiObjects, before.gdiObjects + kSlack) << before << " became " << after;
     EXPECT_LE(after.windows, before.windows) << before << " became " << after;
 }
