@@ -226,9 +226,9 @@ TEST_F(CopyTrackTest, TheCarLeavesItsStartAndATrophyStandsAtTheFinish) {
 }
 
 /// Jobs that end badly, and what they leave in the process.
-class CopyFaultsTest : public CopyUiTest {};
+class CopyTroubleTest : public CopyUiTest {};
 
-TEST_F(CopyFaultsTest, TheEleventhUnreadableBlockEndsTheCloneWithAnExplosion) {
+TEST_F(CopyTroubleTest, TheEleventhUnreadableBlockEndsTheCloneWithAnExplosion) {
     // Twelve blocks of which the first eleven cannot be read, onto a drive without content of its own.
     useBench(copyBench()
                  .drive("1-source", R"({"number": 1, "bus": "nvme", "size": "400 MiB", "road": "nvme-query",
@@ -253,7 +253,7 @@ TEST_F(CopyFaultsTest, TheEleventhUnreadableBlockEndsTheCloneWithAnExplosion) {
     dialog.leave();
 }
 
-TEST_F(CopyFaultsTest, AVanishedSourceIsMarkedToTheEnd) {
+TEST_F(CopyTroubleTest, AVanishedSourceIsMarkedToTheEnd) {
     useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 0, "milliseconds": 2000}]})"));
     const CopyDialogWindow dialog = openClone("SOURCE");
     startOnto(dialog, "TARGET");
@@ -265,7 +265,7 @@ TEST_F(CopyFaultsTest, AVanishedSourceIsMarkedToTheEnd) {
     dialog.leave();
 }
 
-TEST_F(CopyFaultsTest, AVanishedDestinationIsCountedToTheEnd) {
+TEST_F(CopyTroubleTest, AVanishedDestinationIsCountedToTheEnd) {
     useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 70000, "milliseconds": 4000}]})"));
     const CopyDialogWindow dialog = openClone("SOURCE");
     startOnto(dialog, "TARGET");
@@ -278,24 +278,7 @@ TEST_F(CopyFaultsTest, AVanishedDestinationIsCountedToTheEnd) {
     dialog.leave();
 }
 
-TEST_F(CopyFaultsTest, AProgramThatIsKilledLeavesAPartialImageAndStartsAgain) {
-    useBench(copyBenchWithFaults(R"({"slow": [{"firstSector": 70000, "milliseconds": 60000}]})"));
-    const fs::path folder = emptyFolder("killed");
-    const CopyDialogWindow dialog = openImage("SOURCE", folder);
-    dialog.start();
-    dialog.awaitStatusStart(" Status: 00:00:");
-    program().kill();
-    (void)program().awaitEnd();
-    expectEnd();
-    EXPECT_EQ(readFile(onlyFile(folder, ".img")).size(), 32 * kMebibyte);
-    const fs::path runFolder = program().folder().parent_path();
-    const Program again({workbenchFolder() / "bench.exe", runFolder / "bench", runFolder / "program" / "Torvane.exe"});
-    const TorvaneWindow window(again);
-    window.loadDrives();
-    EXPECT_EQ(window.driveList().rowCount(), 4);
-}
-
-TEST_F(CopyFaultsTest, JobsLoseNoHandle) {
+TEST_F(CopyTroubleTest, JobsLoseNoHandle) {
     // A small source: what is counted is jobs.
     useBench(copyBench().drive("1-source", R"({"number": 1, "bus": "nvme", "size": "2 MiB", "road": "nvme-query",
         "backing": {"pattern": "noise", "seed": 7},
