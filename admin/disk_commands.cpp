@@ -87,12 +87,12 @@ bool mayChangeDisk(const AppState& state, const DriveRecord& drive) {
         prompts::stop(kWorking, "Drive Loader is Working");
         return false;
     }
-    if (state.shortTestRunning == 1) {
+    if (state.shortTestRunning != 0) {
         prompts::stop(kWorking, "Short Test is Running");
         return false;
     }
-    // A copy that was told to stop uses its drives until its last read is done.
-    if (state.jobActive == 1 || state.copy.workerAtWork == 1) {
+    // A copy or a read test that was told to stop uses its drives until its last read is done.
+    if (state.jobActive == 1 || state.copy.workerAtWork == 1 || state.readTests.workersAtWork != 0) {
         prompts::stop(kWorking, "A Job is Working");
         return false;
     }

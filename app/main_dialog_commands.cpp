@@ -12,6 +12,7 @@
 #include "app/web_pages.h"
 #include "copy/clone_dialog.h"
 #include "copy/copy_choices.h"
+#include "copy/copy_workers.h"
 #include "copy/destination_folder.h"
 #include "copy/forensic_dialog.h"
 #include "copy/hex_viewer_dialog.h"

@@ -1,7 +1,6 @@
 #include "copy/copy_choices.h"
 
 #include "app/app_state.h"
-#include "app/event_log.h"
 #include "copy/destination_folder.h"
 #include "copy/free_space.h"
 #include "copy/volume_space.h"
@@ -72,14 +71,6 @@ bool chooseSourceImage(AppState& state) {
     }
     state.destinationFolder.assign(*image);
     state.copy.sourceImageLetter = driveLetterOf(*image);
-    return true;
-}
-
-bool lastCopyIsStillEnding(const AppState& state) {
-    if (state.copy.workerAtWork == 0) {
-        return false;
-    }
-    LogEvent("STATUS", "The last copy job has not ended yet");
     return true;
 }
 

@@ -23,8 +23,4 @@ struct DriveRecord;
 /// Asks for an image file, whose path then stands in `destinationFolder`. False, silently, when the user cancels.
 [[nodiscard]] bool chooseSourceImage(AppState& state);
 
-/// True, with a log row, while the thread of an earlier job is still at work after that job was told to stop: its last
-/// read may take long, and it uses the records of its drives until then.
-[[nodiscard]] bool lastCopyIsStillEnding(const AppState& state);
-
 } // namespace torvane

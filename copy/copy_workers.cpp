@@ -2,6 +2,7 @@
 
 #include "app/app_state.h"
 #include "app/drive_job.h"
+#include "app/event_log.h"
 #include "base/stay_awake.h"
 #include "copy/copy_jobs.h"
 #include "copy/windows_copy_system.h"
@@ -54,6 +55,14 @@ DWORD ImageToDriveWorker(AppState& state) {
 
 bool startCopyWorker(AppState& state, CopyWorker worker) {
     return startDriveJob(state, "copy job", [&state, worker] { return worker(state); });
+}
+
+bool lastCopyIsStillEnding(const AppState& state) {
+    if (state.copy.workerAtWork == 0) {
+        return false;
+    }
+    LogEvent("STATUS", "The last copy job has not ended yet");
+    return true;
 }
 
 } // namespace torvane

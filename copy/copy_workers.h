@@ -32,4 +32,8 @@ using CopyWorker = DWORD (*)(AppState& state);
 /// for a thread.
 bool startCopyWorker(AppState& state, CopyWorker worker);
 
+/// True, with a log row, while the thread of an earlier job is still at work after that job was told to stop: its last
+/// read may take long, and it uses the records of its drives until then.
+[[nodiscard]] bool lastCopyIsStillEnding(const AppState& state);
+
 } // namespace torvane

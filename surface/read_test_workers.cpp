@@ -4,6 +4,7 @@
 #include "app/event_log.h"
 #include "base/stay_awake.h"
 #include "base/worker_thread.h"
+#include "copy/copy_workers.h"
 #include "surface/read_tests.h"
 #include "surface/windows_read_test_system.h"
 
@@ -82,6 +83,11 @@ DWORD NistReadTest(AppState& state, const ReadTestStart& start) {
 }
 
 bool startReadTest(AppState& state, ReadTestKind kind, DriveRecord& drive, std::shared_ptr<ReadTestDisplay> display) {
+    // The running flag would make a copy go on that was told to stop and has not noticed yet.
+    if (kind != kShortReadTest && lastCopyIsStillEnding(state)) {
+        display->setStatus("Status: The last copy job has not ended yet");
+        return false;
+    }
     const std::int32_t run = ++state.readTests.lastRun;
     std::unique_ptr<Worker> worker(new Worker{state, {kind, drive, std::move(display), run}});
     raiseBusyWords(state, kind);

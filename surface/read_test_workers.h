@@ -28,7 +28,10 @@ DWORD CriticalReadTest(AppState& state, const ReadTestStart& start);
 DWORD NistReadTest(AppState& state, const ReadTestStart& start);
 
 /// Starts the test on a thread of its own, whose handle the state keeps. A test that is running already does not
-/// matter. False, with one "ERROR" log row, when the system has no room for a thread. On the window's thread.
+/// matter.
+///
+/// False, with one log row: when the system has no room for a thread; and for the Critical and the NIST test while a
+/// copy that was told to stop has a read in flight, which the status label tells too. On the window's thread.
 bool startReadTest(AppState& state, ReadTestKind kind, DriveRecord& drive, std::shared_ptr<ReadTestDisplay> display);
 
 /// Tells every run to stop after its current block or segment; the Short test pays no heed. On the window's thread.

@@ -1,6 +1,7 @@
 #include "copy/copy_choices.h"
 
 #include "app/app_state.h"
+#include "copy/copy_workers.h"
 #include "copy/destination_folder.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
