@@ -54,6 +54,16 @@ void avoidDoubleClick(POINT place) {
     lastTime = std::chrono::steady_clock::now();
 }
 
+/// Under Wine a box may stand below the dialog that it disables, as the system counts, while the screen shows it above:
+/// then clicks would go to the dialog. Puts the box where it is seen.
+void raiseAboveOwner(const Window& window, POINT place) {
+    HWND box = GetAncestor(window.handle(), GA_ROOT);
+    HWND above = GetAncestor(WindowFromPoint(place), GA_ROOT);
+    if (box != nullptr && above != nullptr && GetWindow(box, GW_OWNER) == above && IsWindowEnabled(above) == FALSE) {
+        SetWindowPos(box, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_ASYNCWINDOWPOS);
+    }
+}
+
 void requireReachable(const Window& window, POINT place) {
     if (!window.visible()) {
         throw Failure("cannot be clicked, is not visible: " + window.describe());
@@ -62,7 +72,11 @@ void requireReachable(const Window& window, POINT place) {
         throw Failure("cannot be clicked, is disabled: " + window.describe());
     }
     // A window that has only just appeared may not be on top yet.
-    if (!waitUntil([&] { return WindowFromPoint(place) == window.handle(); }, std::chrono::seconds(2))) {
+    const auto onTop = [&] { return WindowFromPoint(place) == window.handle(); };
+    if (!waitUntil(onTop, std::chrono::seconds(2))) {
+        raiseAboveOwner(window, place);
+    }
+    if (!waitUntil(onTop, std::chrono::seconds(2))) {
         throw Failure("cannot be clicked: " + window.describe() + " is covered by " +
                       Window(WindowFromPoint(place)).describe());
     }
