@@ -105,7 +105,12 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     if (!writeScript(script)) {
         return 0;
     }
-    state.jobActive = 1;
+    // A copy that was told to stop and has a read in flight would take the raised word for leave to go on, and would be
+    // ended by the lowered one.
+    const bool ownsBusyWord = state.copy.workerAtWork == 0;
+    if (ownsBusyWord) {
+        state.jobActive = 1;
+    }
     if (!runScript(state, script)) {
         LogEvent("ERROR", "Could not BuildDataFile for [%s]", script.resultsFileName);
         return 0;
@@ -116,7 +121,9 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     }
     state.mountStatus = mountStatusAfterScrub(results.get());
     state.view->redrawDriveList();
-    state.jobActive = 0;
+    if (ownsBusyWord) {
+        state.jobActive = 0;
+    }
     return 1;
 }
 

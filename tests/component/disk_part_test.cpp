@@ -38,6 +38,7 @@ class DiskPart : public ::testing::Test {
 
     void reset() {
         state().jobActive = 0;
+        state().copy.workerAtWork = 0;
         state().mountStatus = 0;
         state().worker.reset();
     }
@@ -291,6 +292,25 @@ TEST_F(DiskPart, AJobIsActiveWhileTheWorkerRuns) {
     EXPECT_EQ(state().jobActive, 1);
     awaitWorker();
     EXPECT_EQ(state().jobActive, 0);
+}
+
+TEST_F(DiskPart, ACopyThatWasToldToStopIsNotSetGoingAgain) {
+    openBench(R"({"delayMilliseconds": 500})", false);
+    state().copy.workerAtWork = 1; // its last read is under way
+    onEnableMounting(state());
+    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
+    }
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_EQ(state().jobActive, 0);
+}
+
+TEST_F(DiskPart, ACopyThatRunsIsNotEnded) {
+    openBench();
+    state().copy.workerAtWork = 1;
+    state().jobActive = 1;
+    EXPECT_EQ(enableMounting(state()), 1U);
+    EXPECT_EQ(state().jobActive, 1);
 }
 
 TEST_F(DiskPart, DisablingWhatIsDisabledAndAnsweringNoRunsNothing) {
