@@ -105,10 +105,9 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     if (!writeScript(script)) {
         return 0;
     }
-    // A copy that was told to stop and has a read in flight would take the raised word for leave to go on, and would be
-    // ended by the lowered one.
-    const bool ownsBusyWord = state.copy.workerAtWork == 0;
-    if (ownsBusyWord) {
+    // A copy that was told to stop and has a read in flight would take the raised word for leave to go on.
+    const bool raised = state.copy.workerAtWork == 0;
+    if (raised) {
         state.jobActive = 1;
     }
     if (!runScript(state, script)) {
@@ -121,7 +120,8 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     }
     state.mountStatus = mountStatusAfterScrub(results.get());
     state.view->redrawDriveList();
-    if (ownsBusyWord) {
+    // By now the word may be that of a copy, which would end; the copy lowers it itself.
+    if (raised && state.copy.workerAtWork == 0) {
         state.jobActive = 0;
     }
     return 1;

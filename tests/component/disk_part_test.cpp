@@ -313,6 +313,17 @@ TEST_F(DiskPart, ACopyThatRunsIsNotEnded) {
     EXPECT_EQ(state().jobActive, 1);
 }
 
+TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
+    openBench(R"({"delayMilliseconds": 500})");
+    onDisableMounting(state());
+    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
+    }
+    state().copy.workerAtWork = 1;
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_EQ(state().mountStatus, 1000);
+    EXPECT_EQ(state().jobActive, 1);
+}
+
 TEST_F(DiskPart, DisablingWhatIsDisabledAndAnsweringNoRunsNothing) {
     openBench("{}", false);
     user_.expectAsk("***** MOUNTING DISABLED -- REBOOT *****", kAlreadyDisabled, false);
