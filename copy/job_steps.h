@@ -90,7 +90,7 @@ class JobProgress {
 
 /// What a job that reads a drive does about the limit of unreadable blocks.
 struct BadBlockRule {
-    const DriveRecord* source = nullptr; ///< null: there is no limit
+    DriveRecord* source = nullptr; ///< null: there is no limit
     int explosionMilliseconds = 0;
 };
 

@@ -131,16 +131,17 @@ class ReadTestDialog : public Dialog {
     }
 
     bool mayLeave() {
-        if (state_.jobActive != 1) {
-            return prompts::ask("****** EXIT READ TEST ******",
-                                "You are about to exit Read Test, is that your intent?");
+        const bool leaves =
+            state_.jobActive == 1
+                ? prompts::ask("****** TEST CURRENTLY RUNNING ******",
+                               "Your test is still running. Do you wish to terminate the test and exit?")
+                : prompts::ask("****** EXIT READ TEST ******", "You are about to exit Read Test, is that your intent?");
+        if (leaves) {
+            // Also when no job runs: of two runs the first to end clears the flag, and the other may have a read in
+            // flight. It must not take the next job's flag for its own.
+            stopReadTests(state_);
         }
-        if (!prompts::ask("****** TEST CURRENTLY RUNNING ******",
-                          "Your test is still running. Do you wish to terminate the test and exit?")) {
-            return false;
-        }
-        stopReadTests(state_);
-        return true;
+        return leaves;
     }
 
     AppState& state_;

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
+
 namespace torvane::driver {
 namespace {
 
@@ -330,6 +332,38 @@ TEST_F(SlowReadTest, StartedTwiceBothRun) {
     awaitReads(200);
     awaitStatus(dialog, "Short Read Test -- PASSED");
     leave(dialog);
+}
+
+/// Every read takes a little; one block of a Critical test takes long, and the next is bad. Both places are ones that a
+/// NIST test of this drive does not visit.
+class OverlappingReadTests : public ReadTestDialogTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return testBench("10 GiB", faults(R"({"reads": [{"firstSector": 139000}],
+            "slow": [{"firstSector": 78000, "milliseconds": 5000},
+                     {"firstSector": 0, "sectors": 20971520, "milliseconds": 30}]})"));
+    }
+};
+
+TEST_F(OverlappingReadTests, ARunThatOutlivesItsDialogLeavesTheNextTestAlone) {
+    chooseDrive();
+    const Window critical = open(kCriticalTest);
+    press(critical.child(kStart));
+    awaitReads(1);
+    press(critical.child(kStart));
+    // The first run fails and clears the flag that both share; the second is then within its long read.
+    awaitStatus(critical, "Phase 1 Critical Read Test FAILED");
+    leave(critical);
+    const Window nist = open(kNistTest);
+    press(nist.child(kStart));
+    awaitReads(readCount() + 25); // the long read is over
+    EXPECT_THAT(nist.child(kStatusLabel).text(), HasSubstr("Testing ["));
+    EXPECT_EQ(program().benchLog({"target=drive:1", "request=read", "result=ERROR_CRC"}).size(), 1U)
+        << "the second run went on";
+    press(nist.child(kExitTest));
+    expectQuestionOver(nist, kRunningCaption, kTerminateAndExitText, "Yes");
+    awaitClosed(nist);
+    awaitDriveStatus("BAD NIST Read Test TERMINATED");
 }
 
 TEST_F(ReadTestDialogTest, EveryWayOutAsks) {
