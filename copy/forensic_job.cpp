@@ -127,12 +127,10 @@ std::uint32_t runForensicImage(const CopyJob& job) {
     image.file = job.system.createImage(name.path);
     if (!image.file) {
         job.display.setStatus("Could not CREATE DESTINATION image");
-        showNotStarted(job, source);
         return 0;
     }
     const std::optional<ImagedDrive> imaged = imageDrive(job, source, name, std::move(image));
     if (!imaged) {
-        showNotStarted(job, source);
         return 0;
     }
     if (imaged->complete && job.system.ask("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {

@@ -150,10 +150,6 @@ void showSuccess(const CopyJob& job, std::string_view status, std::int32_t carX)
     job.display.setStatus(status);
 }
 
-void showNotStarted(const CopyJob& job, const DriveRecord& drive) {
-    job.system.setDriveStatus(drive, driveOutcomeText("not started", {}));
-}
-
 void reportNoMemory(const CopyJob& job) {
     job.system.log("ERROR", "Could not ALLOCATE copy buffers");
 }

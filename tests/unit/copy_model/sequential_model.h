@@ -285,7 +285,6 @@ class SequentialModel {
         std::optional<World::OpenFile> image = world_.createImage(name);
         if (!image) {
             status("Could not CREATE DESTINATION image");
-            driveStatus(world_.source, outcome("not started"));
             return 0;
         }
         split(static_cast<std::uint64_t>(world_.source.sizeBytes));
@@ -352,7 +351,6 @@ class SequentialModel {
         std::optional<World::OpenFile> image = world_.createImage(name);
         if (!image) {
             status("Could not CREATE DESTINATION image");
-            driveStatus(world_.source, outcome("not started"));
             return 0;
         }
         const auto closeImage = [&] {
@@ -366,7 +364,6 @@ class SequentialModel {
         status(" Status: Idle");
         if (!beginHashing()) {
             closeImage();
-            driveStatus(world_.source, outcome("not started"));
             return 0;
         }
         repaint();
@@ -532,7 +529,6 @@ class SequentialModel {
             const std::string line = text("ImageToDrive: [%s] OPEN_EXISTING FAILED", World::kSourceImage);
             log(line);
             stopBox("***** FATAL SYSTEM ERROR *****", line);
-            driveStatus(world_.destination, outcome("not started"));
             return 0;
         }
         std::uint64_t bytes = world_.files[World::kSourceImage].size();
