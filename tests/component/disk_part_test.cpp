@@ -1,6 +1,7 @@
 #include "admin/disk_part.h"
 
 #include "app/app_state.h"
+#include "tests/component/import_patched.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scripted_prompts.h"
 #include "tests/component/test_bench.h"
@@ -13,12 +14,18 @@
 #include <string_view>
 #include <vector>
 
+extern "C" {
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the linker's name
+extern decltype(&CreateThread) __imp_CreateThread;
+}
+
 namespace torvane {
 namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using testing::ImportPatched;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::Pair;
@@ -292,6 +299,23 @@ TEST_F(DiskPart, AJobIsActiveWhileTheWorkerRuns) {
     EXPECT_EQ(state().jobActive, 1);
     awaitWorker();
     EXPECT_EQ(state().jobActive, 0);
+}
+
+TEST_F(DiskPart, AWorkerThatCannotBeStartedIsLoggedAndLeavesNothingInProgress) {
+    openBench();
+    {
+        const ImportPatched patched(
+            __imp_CreateThread,
+            +[](LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE, LPVOID, DWORD, LPDWORD) -> HANDLE {
+                SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+                return nullptr;
+            });
+        onDisableMounting(state());
+    }
+    EXPECT_EQ(state().mountStatus, 1001) << "what the check told";
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_THAT(view_.timers(), IsEmpty());
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could not start the change of Drive Mounting"));
 }
 
 TEST_F(DiskPart, ACopyThatWasToldToStopIsNotSetGoingAgain) {
