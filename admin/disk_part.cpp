@@ -120,8 +120,8 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     }
     state.mountStatus = mountStatusAfterScrub(results.get());
     state.view->redrawDriveList();
-    // By now the word may be that of a copy, which would end; the copy lowers it itself.
-    if (raised && state.copy.workerAtWork == 0) {
+    // By now the word may be that of a copy or a read test, which would end; they lower it themselves.
+    if (raised && state.copy.workerAtWork == 0 && !hasJobRun(state.readTests)) {
         state.jobActive = 0;
     }
     return 1;

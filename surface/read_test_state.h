@@ -15,7 +15,16 @@ struct ReadTestState {
     std::atomic<std::int32_t> workersAtWork{0};
     std::atomic<std::int32_t> lastRun{0};     ///< number of the run that was started last; they count from 1
     std::atomic<std::int32_t> lastStopped{0}; ///< all runs up to this number were told to stop, for good
+
+    // Critical and NIST tests, which the job-running flag stops.
+    std::atomic<std::int32_t> jobRunsAtWork{0}; ///< how many of the runs at work are of these
+    std::atomic<std::int32_t> lastJobRun{0};    ///< number of the last of these
 };
+
+/// True while a Critical or NIST test is at work that nobody has told to stop: the job-running flag is its own.
+[[nodiscard]] inline bool hasJobRun(const ReadTestState& tests) {
+    return tests.jobRunsAtWork != 0 && tests.lastJobRun > tests.lastStopped;
+}
 
 /// Whether one run of a test goes on. It is stopped by the job-running flag, and stays stopped when another job raises
 /// that flag before the run has noticed.

@@ -44,11 +44,13 @@ DWORD runWorker(AppState& state, const ReadTestStart& start) {
 }
 
 // Before the thread runs, so that a scan or another job finds the words however late it starts.
-void raiseBusyWords(AppState& state, ReadTestKind kind) {
+void raiseBusyWords(AppState& state, ReadTestKind kind, std::int32_t run) {
     ++state.readTests.workersAtWork;
     if (kind == kShortReadTest) {
         ++state.shortTestRunning;
     } else {
+        ++state.readTests.jobRunsAtWork;
+        state.readTests.lastJobRun = run;
         state.jobActive = 1;
     }
 }
@@ -57,6 +59,8 @@ void raiseBusyWords(AppState& state, ReadTestKind kind) {
 void lowerBusyWords(AppState& state, ReadTestKind kind) {
     if (kind == kShortReadTest) {
         --state.shortTestRunning;
+    } else {
+        --state.readTests.jobRunsAtWork;
     }
     --state.readTests.workersAtWork;
 }
@@ -90,7 +94,7 @@ bool startReadTest(AppState& state, ReadTestKind kind, DriveRecord& drive, std::
     }
     const std::int32_t run = ++state.readTests.lastRun;
     std::unique_ptr<Worker> worker(new Worker{state, {kind, drive, std::move(display), run}});
-    raiseBusyWords(state, kind);
+    raiseBusyWords(state, kind, run);
     state.worker = startThread(readTestThread, worker.get());
     if (!state.worker) {
         lowerBusyWords(state, kind);

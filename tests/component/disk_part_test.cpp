@@ -46,6 +46,9 @@ class DiskPart : public ::testing::Test {
     void reset() {
         state().jobActive = 0;
         state().copy.workerAtWork = 0;
+        state().readTests.jobRunsAtWork = 0;
+        state().readTests.lastJobRun = 0;
+        state().readTests.lastStopped = 0;
         state().mountStatus = 0;
         state().worker.reset();
     }
@@ -346,6 +349,26 @@ TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().mountStatus, 1000);
     EXPECT_EQ(state().jobActive, 1);
+}
+
+TEST_F(DiskPart, AReadTestThatHasBegunMeanwhileIsNotEnded) {
+    openBench(R"({"delayMilliseconds": 500})");
+    onDisableMounting(state());
+    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
+    }
+    state().readTests.jobRunsAtWork = 1;
+    state().readTests.lastJobRun = 1;
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_EQ(state().jobActive, 1);
+}
+
+TEST_F(DiskPart, AReadTestThatWasToldToStopDoesNotKeepTheFlagRaised) {
+    openBench();
+    state().readTests.jobRunsAtWork = 1; // its last read is under way
+    state().readTests.lastJobRun = 1;
+    state().readTests.lastStopped = 1;
+    EXPECT_EQ(enableMounting(state()), 1U);
+    EXPECT_EQ(state().jobActive, 0);
 }
 
 TEST_F(DiskPart, DisablingWhatIsDisabledAndAnsweringNoRunsNothing) {

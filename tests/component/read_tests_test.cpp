@@ -174,9 +174,12 @@ TEST_F(StoppedReadTests, CriticalEndsAfterTheBlockInFlight) {
     DriveRecord& drive = openSlow();
     const UniqueHandle thread = start(kCriticalReadTest);
     EXPECT_EQ(state().jobActive, 1);
+    EXPECT_TRUE(hasJobRun(state().readTests));
     awaitReads(5);
     stopReadTests(state());
+    EXPECT_FALSE(hasJobRun(state().readTests));
     EXPECT_EQ(awaitEnd(thread), 1U);
+    EXPECT_EQ(state().readTests.jobRunsAtWork, 0);
     EXPECT_THAT(reads(), SizeIs(6));
     EXPECT_EQ(drive.criticalTestResult, 1003);
     EXPECT_EQ(display_->lastStatus(), "Phase 1 Critical Read Test User Terminated");
@@ -236,6 +239,7 @@ TEST_F(StoppedReadTests, ShortPaysNoHeed) {
     DriveRecord& drive = openDrive("30 GiB", faults(R"({"slow": [{"firstSector": 0, "milliseconds": 500}]})"));
     const UniqueHandle thread = start(kShortReadTest);
     EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(hasJobRun(state().readTests)) << "the job-running flag is none of its business";
     Sleep(200); // in its first, slow read
     stopReadTests(state());
     EXPECT_EQ(drive.shortTestResult, 1002) << "a test that runs reads as passed";
