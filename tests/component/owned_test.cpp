@@ -1,5 +1,7 @@
 #include "ui/owned.h"
 
+#include "tests/component/canvas.h"
+
 #include <gtest/gtest.h>
 
 namespace torvane {
@@ -35,14 +37,21 @@ TEST(OwnedTest, SelectedObjectGivesTheOldOneBack) {
 }
 
 TEST(OwnedTest, GdiObjectsAreDeleted) {
-    const DWORD before = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-    for (int i = 0; i < 50; ++i) {
+    const auto use = [] {
         const UniqueBrush brush(CreateSolidBrush(RGB(1, 2, 3)));
         const UniqueFont font(
             CreateFontA(18, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0, 0, 0, ""));
-        ASSERT_TRUE(brush && font);
+        const UniqueBitmap bitmap(CreateBitmap(8, 8, 1, 32, nullptr));
+        const UniqueMemoryDc context(CreateCompatibleDC(nullptr));
+        EXPECT_TRUE(brush && font && bitmap && context);
+        return testing::gdiObjectCount();
+    };
+    use(); // what the system makes for itself at the first use
+    const int before = testing::gdiObjectCount();
+    for (int i = 0; i < 50; ++i) {
+        ASSERT_GE(use(), before + 4) << "the count sees what is there";
     }
-    EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), before + 3);
+    EXPECT_LE(testing::gdiObjectCount(), before + 3);
 }
 
 } // namespace
