@@ -1,8 +1,8 @@
 #include "app/app_state.h"
 #include "app/main_dialog.h"
 #include "app/main_window_view.h"
+#include "app/start_up.h"
 #include "resources/resource_ids.h"
-#include "ui/prompts.h"
 
 #include <winsock2.h>
 
@@ -11,36 +11,21 @@
 #include <commctrl.h>
 
 #include <array>
+#include <string>
 
 namespace torvane {
 
 namespace {
 
-/// Windows Sockets, started for a scope.
-class SocketsSession {
-  public:
-    SocketsSession() {
-        WSADATA data{};
-        started_ = WSAStartup(MAKEWORD(2, 2), &data) == 0;
-    }
-    ~SocketsSession() {
-        if (started_) {
-            WSACleanup();
-        }
-    }
-    SocketsSession(const SocketsSession&) = delete;
-    SocketsSession& operator=(const SocketsSession&) = delete;
+bool startSockets() {
+    WSADATA data{};
+    return WSAStartup(MAKEWORD(2, 2), &data) == 0;
+}
 
-    [[nodiscard]] explicit operator bool() const { return started_; }
-
-  private:
-    bool started_ = false;
-};
-
-std::array<char, 256> loadText(int id) {
+std::string loadText(int id) {
     std::array<char, 256> text{};
     LoadStringA(GetModuleHandleA(nullptr), static_cast<UINT>(id), text.data(), static_cast<int>(text.size()));
-    return text;
+    return text.data();
 }
 
 void initialiseControls() {
@@ -55,12 +40,7 @@ MainWindowView& mainWindowView() {
     return view;
 }
 
-void run() {
-    const SocketsSession sockets;
-    if (!sockets) {
-        prompts::warn("Torvane", loadText(IDS_SOCKETS_FAILED).data());
-        return;
-    }
+void runMainDialog() {
     initialiseControls();
     appState().view = &mainWindowView();
     MainDialog(appState(), mainWindowView()).runModal(nullptr);
@@ -71,6 +51,9 @@ void run() {
 } // namespace torvane
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-    torvane::run();
+    torvane::runProgram({.startSockets = torvane::startSockets,
+                         .endSockets = [] { WSACleanup(); },
+                         .socketsFailedText = [] { return torvane::loadText(IDS_SOCKETS_FAILED); },
+                         .runMainDialog = torvane::runMainDialog});
     return 0;
 }
