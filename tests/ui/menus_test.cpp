@@ -1,4 +1,5 @@
 #include "tests/ui/driver/input.h"
+#include "tests/ui/driver/shell_dialogs.h"
 #include "tests/ui/driver/shipped_menu.h"
 #include "tests/ui/ui_test.h"
 
@@ -69,27 +70,27 @@ class WebPageTest : public UiTest {
 
 constexpr const char* kWorkOrderPage = "wp-content//uploads//2014//10//data-recovery-work-order.pdf";
 
-TEST_F(WebPageTest, DataServicesButton) {
+TEST_F(WebPageTest, DataServicesButtonOpensTheAboutPage) {
     expectPage("about-page.php", [this] { torvane().press(kDataServices); });
 }
 
-TEST_F(WebPageTest, DataServicesCommand) {
+TEST_F(WebPageTest, DataServicesCommandOpensTheAboutPage) {
     expectPage("about-page.php", [this] { torvane().command(kMenuDataServices); });
 }
 
-TEST_F(WebPageTest, WorkOrderButtonKeepsTheDoubledSlashes) {
+TEST_F(WebPageTest, WorkOrderButtonOpensTheDocumentWithItsDoubledSlashes) {
     expectPage(kWorkOrderPage, [this] { torvane().press(kWorkOrder); });
 }
 
-TEST_F(WebPageTest, WorkOrderCommand) {
+TEST_F(WebPageTest, WorkOrderCommandOpensTheSameDocument) {
     expectPage(kWorkOrderPage, [this] { torvane().command(kMenuWorkOrder); });
 }
 
-TEST_F(WebPageTest, SuggestionsCommand) {
+TEST_F(WebPageTest, SuggestionsCommandOpensTheSuggestionPage) {
     expectPage("suggestion-page.php", [this] { torvane().command(kMenuSuggestions); });
 }
 
-TEST_F(WebPageTest, HelpIsChosenFromTheMenuBar) {
+TEST_F(WebPageTest, HelpOfTheMenuBarOpensTheDocumentation) {
     bringToFront(program().mainWindow());
     expectPage("documentation-page.php", [this] {
         // The bar's items are the space, the popup and Help.
@@ -132,19 +133,14 @@ TEST_F(MenuTest, LoadDrivesCommandLoads) {
 /// Commands of "Extended Functions": what each does is tested with its dialog, that it is reached is tested here.
 class ExtendedFunctionsMenuTest : public UiTest {
   protected:
-    /// Runs `choose` and expects that the command of that name opens its window, or says in the log what became of it.
-    template <typename Choose>
-    void expectReached(const std::string& name, Choose choose) {
-        const int rows = torvane().logList().rowCount();
-        choose();
-        await("'" + name + "' answers",
-              [&] { return program().dialog().has_value() || torvane().logList().rowCount() > rows; });
-        if (const auto opened = program().dialog()) {
-            opened->post(WM_CLOSE);
-            await("the window closes", [&] { return !opened->visible(); });
-        } else {
-            EXPECT_THAT(torvane().log().back().message, ::testing::StartsWith(name));
-        }
+    /// Expects the dialog with that caption in front of the main window, and closes it.
+    void expectDialog(const std::string& caption) const {
+        const Window dialog = program().awaitDialog();
+        EXPECT_EQ(dialog.text(), caption);
+        EXPECT_FALSE(torvane().window().enabled());
+        dialog.post(WM_CLOSE);
+        await("the dialog has closed", [&] { return !dialog.visible(); });
+        expectNoBox();
     }
 
     /// Chooses the popup's item that is so many steps above its end.
@@ -161,14 +157,31 @@ class ExtendedFunctionsMenuTest : public UiTest {
     }
 };
 
-TEST_F(ExtendedFunctionsMenuTest, CompanyInformation) {
-    expectReached("Company Information", [this] { torvane().command(kMenuCompany); });
-    expectReached("Company Information", [this] { chooseFromPopup(0); });
+TEST_F(ExtendedFunctionsMenuTest, CompanyInformationOpensItsDialog) {
+    torvane().command(kMenuCompany);
+    expectDialog("Configure Company Information");
+    chooseFromPopup(0);
+    expectDialog("Configure Company Information");
 }
 
-TEST_F(ExtendedFunctionsMenuTest, CreateTechPortableUsb) {
-    expectReached("Create Tech Portable USB", [this] { torvane().command(kMenuPortable); });
-    expectReached("Create Tech Portable USB", [this] { chooseFromPopup(1); });
+TEST_F(ExtendedFunctionsMenuTest, CreateTechPortableUsbAsksForAFolder) {
+    torvane().command(kMenuPortable);
+    cancelFolder(program());
+    expectStopBox("*** ERROR ***", "Please choose a destination folder.");
+    chooseFromPopup(1);
+    cancelFolder(program());
+    expectStopBox("*** ERROR ***", "Please choose a destination folder.");
+    expectNoBox();
+}
+
+TEST_F(ExtendedFunctionsMenuTest, DetectBitlockerOpensTheScanOfTheActiveDrive) {
+    torvane().loadDrives();
+    torvane().awaitProgressHidden();
+    torvane().driveList().click(0);
+    torvane().command(kMenuBitLocker);
+    expectDialog("Bitlocker Scan");
+    chooseFromPopup(2);
+    expectDialog("Bitlocker Scan");
 }
 
 TEST_F(MenuTest, ExitCommandAsks) {
