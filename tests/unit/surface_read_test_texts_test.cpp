@@ -24,7 +24,7 @@ TEST(ReadTestTexts, BoxWithoutAnActiveDrive) {
               "Load Drives, and click on drive to make ACTIVE for NIST Read Test");
 }
 
-TEST(ReadTestTexts, OutcomeLine) {
+TEST(ReadTestTexts, OutcomeLineSaysPassedUnlessThereWereReadErrors) {
     EXPECT_EQ(readTestOutcomeLine("NIST Read Test", 0), "NIST Read Test -- PASSED");
     EXPECT_EQ(readTestOutcomeLine("NIST Read Test", 1), "NIST Read Test -- FAILED Found Read Errors");
 }

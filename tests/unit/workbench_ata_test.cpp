@@ -89,7 +89,7 @@ TEST(WorkbenchAta, LargeSectorsAndLargeDrives) {
     EXPECT_EQ(loadLe32(block, kWord * 117), 2048U); // words
 }
 
-TEST(WorkbenchAta, SecurityStates) {
+TEST(WorkbenchAta, EverySecurityStateHasItsBitsInTheIdentifyData) {
     const std::array<std::pair<const char*, unsigned>, 5> states = {
         {{"unsupported", 0}, {"disabled", 1}, {"enabled", 3}, {"locked", 7}, {"frozen", 9}}};
     for (const auto& [name, expected] : states) {
