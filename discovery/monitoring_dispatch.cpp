@@ -2,7 +2,6 @@
 
 #include "discovery/drive_record.h"
 #include "health/smart_type.h"
-#include "monitoring/health_log.h"
 #include "monitoring/nvme_health.h"
 #include "monitoring/smart_report.h"
 
@@ -11,10 +10,11 @@
 namespace torvane {
 
 int dispatchMonitoring(DriveRecord& record) {
-    markNvmeHealthUnread(record);
     if (const int result = ReadNvmeHealth(record); result != 0) {
         return result;
     }
+    // The type's text is formatted before and after the pass on purpose, though nobody reads it: the last formatting's
+    // result is the dispatch's.
     std::array<char, 1024> smartTypeName{};
     SmartTypeText(record, smartTypeName);
     SmartParseSsdCounters(record);

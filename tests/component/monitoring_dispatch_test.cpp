@@ -48,7 +48,7 @@ TEST_F(MonitoringDispatch, AnNvmeDriveIsReadByTheStorageQuery) {
         "nvme": {"health": {"percentageUsed": 12, "availableSpare": 99}}})");
     ASSERT_TRUE(record);
     record->smartText = kSolidStateReport;
-    EXPECT_NE(dispatchMonitoring(*record), 0);
+    EXPECT_EQ(dispatchMonitoring(*record), 1);
     EXPECT_EQ(record->nvme.percentageUsed, 12);
     EXPECT_EQ(record->nvme.availableSpare, 99);
     EXPECT_EQ(record->smartType, 1002);
@@ -61,7 +61,7 @@ TEST_F(MonitoringDispatch, AUsbDriveIsReadThroughItsBridge) {
         R"({"number": 0, "bus": "usb", "size": "1 MiB", "road": "usb-bridge",
         "nvme": {"model": "NVME IN A BOX", "health": {"percentageUsed": 7}}})");
     ASSERT_TRUE(record);
-    EXPECT_NE(dispatchMonitoring(*record), 0);
+    EXPECT_EQ(dispatchMonitoring(*record), 1);
     EXPECT_EQ(record->nvme.percentageUsed, 7);
     EXPECT_EQ(record->smartType, 1002);
 }
@@ -71,7 +71,7 @@ TEST_F(MonitoringDispatch, ADirectDriveIsReadThroughTheRaidDriver) {
         R"({"number": 0, "bus": "raid", "size": "1 MiB", "road": "raid-miniport",
         "nvme": {"model": "NVME BEHIND RAID", "health": {"percentageUsed": 8}}})");
     ASSERT_TRUE(record);
-    EXPECT_NE(dispatchMonitoring(*record), 0);
+    EXPECT_EQ(dispatchMonitoring(*record), 1);
     EXPECT_EQ(record->nvme.percentageUsed, 8);
     EXPECT_EQ(record->smartType, 1002);
 }
@@ -81,7 +81,7 @@ TEST_F(MonitoringDispatch, ADirectDriveThatTheRaidDriverDoesNotKnowIsReadByTheSt
         R"({"number": 0, "bus": "raid", "size": "1 MiB", "road": "nvme-query",
         "nvme": {"health": {"percentageUsed": 9}}})");
     ASSERT_TRUE(record);
-    EXPECT_NE(dispatchMonitoring(*record), 0);
+    EXPECT_EQ(dispatchMonitoring(*record), 1);
     EXPECT_EQ(record->nvme.percentageUsed, 9);
 }
 
