@@ -85,10 +85,11 @@ stop_wine() {
     wineserver -k 2>/dev/null || true
 }
 
-# alone_here: ends the script when another ./torvane or ./check is at work in this folder; they share the Windows folder
-# and would end each other's programs. Holds descriptor 8, which no program that outlives the script may inherit.
+# alone_here: ends the script when another ./torvane, ./check or ./measure is at work in this folder; they share the
+# Windows folder and would end each other's programs. Holds descriptor 8, which no program that outlives the script may
+# inherit.
 alone_here() {
     mkdir -p "$BUILD"
     exec 8>"$BUILD/.at-work"
-    flock -n 8 || die "another ./torvane or ./check is at work in this folder"
+    flock -n 8 || die "another ./torvane, ./check or ./measure is at work in this folder"
 }
