@@ -3,8 +3,9 @@
 //   torvane_copy_benchmark.exe BENCH forward|reverse|image|forensic|verified
 //
 // Clones copy drive 1 onto drive 2; images are made of drive 1 in the current folder. "verified" is a forensic image
-// with its verification. Prints one line: seconds, peak working set in MiB, what the drive's "Status" cell said last.
-// The destination is not cleaned by diskpart first, because the peers do nothing of the kind either.
+// with its verification, which prints its two digests. The last line printed: seconds, peak working set in MiB, what
+// the drive's "Status" cell said last. The destination is not cleaned by diskpart first, because the peers do nothing
+// of the kind either.
 
 #include "app/app_state.h"
 #include "copy/copy_jobs.h"
