@@ -1,6 +1,6 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/shell_dialogs.h"
-#include "tests/ui/driver/shipped_menu.h"
+#include "tests/ui/driver/shipped_resources.h"
 #include "tests/ui/ui_test.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,5 @@
 #include "tests/ui/driver/input.h"
+#include "tests/ui/health_bench.h"
 #include "tests/ui/ui_test.h"
 
 #include <gmock/gmock.h>
@@ -139,6 +140,26 @@ TEST_F(ReportCommandTest, PrintsTheCompanyThatWasSaved) {
     torvane().press(kCreateReport);
     expectCompleted("ReportNW5K00123417.pdf");
     EXPECT_EQ(count(bytesOf(path), "/WinAnsiEncoding"), 1) << "the company's name does";
+}
+
+class UnreadableDriveReportTest : public ReportCommandTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override { return healthBench(); }
+};
+
+TEST_F(UnreadableDriveReportTest, IsRefusedAsUnsupported) {
+    choose("UNREADABLE");
+    const std::size_t rows = torvane().log().size();
+    for (const int command : {static_cast<int>(kCreateReport), static_cast<int>(kMenuCreateReport)}) {
+        torvane().command(command);
+        expectStopBox("****** UNSUPPORTED DEVICE ******", "Unsupported Device for Report");
+    }
+    expectNoBox();
+    EXPECT_EQ(torvane().log().size(), rows);
+    EXPECT_THAT(opened(), IsEmpty());
+    for (const auto& file : std::filesystem::directory_iterator(program().folder())) {
+        EXPECT_NE(file.path().extension(), ".pdf") << file.path();
+    }
 }
 
 /// Serial numbers that are made to do harm.

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace torvane::driver {
+
+// What the program's file in the shippable folder carries.
+
+/// One item of a menu as the program's file carries it. (A running program's menus are its own: other processes may
+/// choose from them but not read them.)
+struct MenuItem {
+    int id = 0; ///< 0: separator; -1: popup
+    std::string text;
+    std::vector<MenuItem> items; ///< of a popup
+};
+
+/// The main menu's items, from the program in the shippable folder.
+[[nodiscard]] std::vector<MenuItem> shippedMainMenu();
+
+/// An entry of the string table of the program in the shippable folder.
+[[nodiscard]] std::string shippedString(unsigned id);
+
+/// The manifest by which the system starts that program, without its comments.
+[[nodiscard]] std::string shippedManifest();
+
+/// The program's version resource.
+struct ShippedVersion {
+    std::string file;    ///< the numbers, "1.2.0.0"
+    std::string product; ///< the numbers
+    std::string fileText;
+    std::string productText;
+    std::string productName;
+    std::string description;
+    std::string originalFileName;
+};
+[[nodiscard]] ShippedVersion shippedVersion();
+
+/// The widths of the pictures in the program's first icon, which the system shows for the file.
+[[nodiscard]] std::vector<int> shippedIconWidths();
+
+} // namespace torvane::driver

@@ -1,0 +1,51 @@
+#include "tests/ui/driver/shipped_resources.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace torvane::driver {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::UnorderedElementsAre;
+
+// What the system reads in the program's file before it runs a line of it.
+
+TEST(ShippedManifestTest, AsksForAnAdministrator) {
+    EXPECT_THAT(shippedManifest(), HasSubstr(R"(<requestedExecutionLevel level="requireAdministrator" uiAccess="false"/>)"));
+}
+
+TEST(ShippedManifestTest, TakesTheCommonControlsOfVersionSix) {
+    EXPECT_THAT(shippedManifest(),
+                HasSubstr(R"(<assemblyIdentity type="win32" name="Microsoft.Windows.Common-Controls" version="6.0.0.0")"));
+}
+
+TEST(ShippedManifestTest, HasUtf8AsItsCodePage) {
+    EXPECT_THAT(shippedManifest(),
+                HasSubstr(R"(<activeCodePage xmlns="http://schemas.microsoft.com/SMI/2019/WindowsSettings">UTF-8<)"));
+}
+
+TEST(ShippedManifestTest, LetsTheSystemScaleItsDrawing) {
+    EXPECT_THAT(shippedManifest(),
+                HasSubstr(R"(<gdiScaling xmlns="http://schemas.microsoft.com/SMI/2017/WindowsSettings">true<)"));
+    EXPECT_THAT(shippedManifest(), Not(HasSubstr("dpiAware"))) << "the system scales nothing for a program that does";
+}
+
+TEST(ShippedVersionTest, NamesTheProgramAndItsVersion) {
+    const ShippedVersion version = shippedVersion();
+    EXPECT_EQ(version.file, "1.2.0.0");
+    EXPECT_EQ(version.product, "1.2.0.0");
+    EXPECT_EQ(version.fileText, "1.2.0.0");
+    EXPECT_EQ(version.productText, "1.2");
+    EXPECT_EQ(version.productName, "Torvane");
+    EXPECT_EQ(version.description, "Torvane: examine, rescue and prepare drives");
+    EXPECT_EQ(version.originalFileName, "Torvane.exe");
+}
+
+TEST(ShippedIconTest, HasAPictureForEveryPlaceThatShowsIt) {
+    EXPECT_THAT(shippedIconWidths(), UnorderedElementsAre(16, 20, 24, 32, 48, 64, 256));
+}
+
+} // namespace
+} // namespace torvane::driver
