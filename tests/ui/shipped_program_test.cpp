@@ -13,12 +13,14 @@ using ::testing::UnorderedElementsAre;
 // What the system reads in the program's file before it runs a line of it.
 
 TEST(ShippedManifestTest, AsksForAnAdministrator) {
-    EXPECT_THAT(shippedManifest(), HasSubstr(R"(<requestedExecutionLevel level="requireAdministrator" uiAccess="false"/>)"));
+    EXPECT_THAT(shippedManifest(),
+                HasSubstr(R"(<requestedExecutionLevel level="requireAdministrator" uiAccess="false"/>)"));
 }
 
 TEST(ShippedManifestTest, TakesTheCommonControlsOfVersionSix) {
-    EXPECT_THAT(shippedManifest(),
-                HasSubstr(R"(<assemblyIdentity type="win32" name="Microsoft.Windows.Common-Controls" version="6.0.0.0")"));
+    EXPECT_THAT(
+        shippedManifest(),
+        HasSubstr(R"(<assemblyIdentity type="win32" name="Microsoft.Windows.Common-Controls" version="6.0.0.0")"));
 }
 
 TEST(ShippedManifestTest, HasUtf8AsItsCodePage) {
@@ -44,7 +46,7 @@ TEST(ShippedVersionTest, NamesTheProgramAndItsVersion) {
 }
 
 TEST(ShippedIconTest, HasAPictureForEveryPlaceThatShowsIt) {
-    EXPECT_THAT(shippedIconWidths(), UnorderedElementsAre(16, 20, 24, 32, 48, 64, 256));
+    EXPECT_THAT(shippedIconWidths(), UnorderedElementsAre(16, 24, 32, 48, 64, 256));
 }
 
 } // namespace

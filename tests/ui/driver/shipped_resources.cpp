@@ -45,8 +45,8 @@ class ShippedProgram {
     [[nodiscard]] HMODULE module() const { return module_; }
 
     /// The resource's bytes; throws when there is none.
-    [[nodiscard]] std::string bytes(const wchar_t* name, const wchar_t* type) const {
-        const HRSRC found = FindResourceW(module_, name, type);
+    [[nodiscard]] std::string bytes(const char* name, const char* type) const {
+        const HRSRC found = FindResourceA(module_, name, type);
         const HGLOBAL loaded = found == nullptr ? nullptr : LoadResource(module_, found);
         const auto* const data = static_cast<const char*>(loaded == nullptr ? nullptr : LockResource(loaded));
         if (data == nullptr) {
@@ -91,13 +91,15 @@ std::string versionText(const std::vector<char>& info, const std::wstring& name)
     return toUtf8(static_cast<const wchar_t*>(versionValue(info, L"\\StringFileInfo\\040904B0\\" + name)));
 }
 
-std::string versionNumbers(DWORD high, DWORD low) { // NOLINT(bugprone-easily-swappable-parameters): as the system has it
+std::string versionNumbers(DWORD high,
+                           DWORD low) { // NOLINT(bugprone-easily-swappable-parameters): as the system has it
     return std::to_string(HIWORD(high)) + "." + std::to_string(LOWORD(high)) + "." + std::to_string(HIWORD(low)) + "." +
            std::to_string(LOWORD(low));
 }
 
-BOOL CALLBACK takeFirstName(HMODULE, const wchar_t*, wchar_t* name, LONG_PTR first) {
-    *reinterpret_cast<const wchar_t**>(first) = name; // NOLINT(performance-no-int-to-ptr): the caller's own
+// NOLINTNEXTLINE(readability-non-const-parameter): the system's own signature
+BOOL CALLBACK takeFirstName(HMODULE, const char*, char* name, LONG_PTR first) {
+    *reinterpret_cast<const char**>(first) = name; // NOLINT(performance-no-int-to-ptr): the caller's own
     return FALSE;
 }
 
@@ -141,8 +143,8 @@ ShippedVersion shippedVersion() {
 
 std::vector<int> shippedIconWidths() {
     const ShippedProgram program;
-    const wchar_t* name = nullptr;
-    EnumResourceNamesW(program.module(), RT_GROUP_ICON, takeFirstName, reinterpret_cast<LONG_PTR>(&name));
+    const char* name = nullptr;
+    EnumResourceNamesA(program.module(), RT_GROUP_ICON, takeFirstName, reinterpret_cast<LONG_PTR>(&name));
     // A header of 6 bytes with the count in its last word, then 14 bytes for each picture: the width first, with 0 for
     // 256, the size in bytes at 8, the picture's own resource at 12 (GRPICONDIR).
     const std::string group = program.bytes(name, RT_GROUP_ICON);
@@ -155,7 +157,7 @@ std::vector<int> shippedIconWidths() {
     for (std::size_t i = 0; i < number(4, 2); ++i) {
         const std::size_t at = 6 + i * 14;
         const auto id = static_cast<WORD>(number(at + 12, 2));
-        if (program.bytes(MAKEINTRESOURCEW(id), RT_ICON).size() != number(at + 8, 4)) {
+        if (program.bytes(MAKEINTRESOURCEA(id), RT_ICON).size() != number(at + 8, 4)) {
             throw Failure("a picture of the shipped program's icon is not whole");
         }
         const int width = static_cast<int>(number(at, 1));
