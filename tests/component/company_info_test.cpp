@@ -16,8 +16,9 @@
 #include <string>
 
 extern "C" {
-extern decltype(&ReadFile) __imp_ReadFile;   // NOLINT: the linker's names
-extern decltype(&WriteFile) __imp_WriteFile; // NOLINT
+extern decltype(&CreateFileA) __imp_CreateFileA; // NOLINT: the linker's names
+extern decltype(&ReadFile) __imp_ReadFile;       // NOLINT
+extern decltype(&WriteFile) __imp_WriteFile;     // NOLINT
 }
 
 namespace torvane::testing {
@@ -51,6 +52,30 @@ BOOL WINAPI writeABit(HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
     *written = 300;
     return TRUE;
 }
+
+// Windows opens no read-only file for writing, whoever asks; Wine does for root, as the host's own system does.
+HANDLE WINAPI createUnlessReadOnly(LPCSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                                   DWORD disposition, DWORD flags, HANDLE model) {
+    const DWORD attributes = GetFileAttributesA(name);
+    const bool readOnly = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (readOnly && ((access & GENERIC_WRITE) != 0 || disposition == CREATE_ALWAYS)) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return INVALID_HANDLE_VALUE;
+    }
+    return CreateFileW(fs::path(name).c_str(), access, share, security, disposition, flags, model);
+}
+
+/// Makes the file read-only for a scope.
+class ReadOnly {
+  public:
+    ReadOnly() { EXPECT_TRUE(SetFileAttributesA(kFile, FILE_ATTRIBUTE_READONLY)); }
+    ~ReadOnly() { SetFileAttributesA(kFile, FILE_ATTRIBUTE_NORMAL); }
+    ReadOnly(const ReadOnly&) = delete;
+    ReadOnly& operator=(const ReadOnly&) = delete;
+
+  private:
+    ImportPatched<decltype(&CreateFileA)> asWindowsDoes_{__imp_CreateFileA, &createUnlessReadOnly};
+};
 
 std::string bytesOf(const CompanyInfo& info) {
     return {reinterpret_cast<const char*>(&info), sizeof(info)};
@@ -169,6 +194,17 @@ TEST_F(CompanyInfoFile, ThatCannotBeOpenedNorMadeIsTold) {
     EXPECT_EQ(readFile(kFile), record("a", "b", "c"));
 }
 
+TEST_F(CompanyInfoFile, ThatIsReadOnlyIsToldAndLeavesTheDefaults) {
+    writeFile(kFile, record("a", "b", "c"));
+    const ReadOnly readOnly;
+    user_.expectStop("***** ERROR ON CONFIG FILE CREATE *****",
+                     "Could not create [Config.db] config file. Using default");
+    EXPECT_EQ(LoadCompanyInfo(info_), 0);
+    expectLog("ERROR", "Could not WRITE config file");
+    EXPECT_EQ(bytesOf(info_), bytesOf(defaultCompanyInfo()));
+    EXPECT_EQ(readFile(kFile), record("a", "b", "c"));
+}
+
 TEST_F(CompanyInfoFile, ThatIsMadeButCannotBeWrittenIsTold) {
     for (const auto write : {&failToWrite, &writeABit}) {
         fs::remove(kFile);
@@ -257,6 +293,16 @@ TEST_F(CompanyInfoSaved, OverAFileThatCannotBeOpenedChangesNothing) {
     user_.expectStop("***** ERROR ON CONFIG FILE SAVE *****",
                      "Could not open [Config.db] config file. Config not saved");
     EXPECT_EQ(SaveCompanyInfo(info_, "new", "new", "new"), 0);
+    EXPECT_EQ(bytesOf(info_), record("old", "old", "old"));
+    EXPECT_EQ(readFile(kFile), record("old", "old", "old"));
+}
+
+TEST_F(CompanyInfoSaved, OverAReadOnlyFileChangesNothing) {
+    const ReadOnly readOnly;
+    user_.expectStop("***** ERROR ON CONFIG FILE SAVE *****",
+                     "Could not open [Config.db] config file. Config not saved");
+    EXPECT_EQ(SaveCompanyInfo(info_, "new", "new", "new"), 0);
+    expectLog("ERROR", "Could not WRITE config file");
     EXPECT_EQ(bytesOf(info_), record("old", "old", "old"));
     EXPECT_EQ(readFile(kFile), record("old", "old", "old"));
 }

@@ -29,6 +29,7 @@ extern "C" {
 HPDF_Doc __real_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT: the linker's names
 HPDF_Doc __wrap_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT
 
+extern decltype(&std::fopen) __imp_fopen;                        // NOLINT
 extern decltype(&std::fwrite) __imp_fwrite;                      // NOLINT
 extern decltype(&MultiByteToWideChar) __imp_MultiByteToWideChar; // NOLINT
 }
@@ -354,6 +355,31 @@ TEST_F(Reports, OverAFileThatAViewerHoldsAreLogged) {
     ASSERT_TRUE(viewer);
     create(kFileName);
     EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]"));
+}
+
+// A folder in which nobody may make a file; Wine lets root into each.
+decltype(&std::fopen) realOpen = nullptr;
+
+std::FILE* openNothingForWriting(const char* name, const char* mode) {
+    if (std::string(mode).find('w') != std::string::npos) {
+        errno = EACCES;
+        return nullptr;
+    }
+    return realOpen(name, mode);
+}
+
+TEST_F(Reports, InAReadOnlyFolderAreLogged) {
+    drive_.smartType = kSmartTypeStandard;
+    realOpen = __imp_fopen;
+    ::testing::internal::CaptureStdout();
+    {
+        const ImportPatched readOnly(__imp_fopen, &openNothingForWriting);
+        create(kFileName);
+    }
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]"));
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "ERROR: error_no=1017, detail_no=13\n")
+        << "HPDF_FILE_OPEN_ERROR, EACCES";
+    EXPECT_FALSE(fs::exists(kFileName));
 }
 
 // A disk with room for so many bytes. Without `honest`, the writer is told that all is well, as it is when the bytes
