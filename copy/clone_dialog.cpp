@@ -1,21 +1,14 @@
 #include "copy/clone_dialog.h"
 
-#include "admin/destruction_warning_dialog.h"
 #include "app/app_state.h"
-#include "copy/copy_choices.h"
-#include "copy/copy_dialog.h"
-#include "copy/drive_rows_view.h"
+#include "copy/copy_to_drive_dialog.h"
 #include "resources/resource_ids.h"
-#include "ui/prompts.h"
 
 namespace torvane {
 
 namespace {
 
-constexpr const char* kTitle = "Drive to Drive Clone";
-
 constexpr RECT kSourcePlace{10, 26, 405, 72};
-constexpr RECT kDestinationPlace{420, 26, 830, 152};
 
 constexpr ControlPlace kPlaces[] = {
     {IDC_COPY_SOURCE_LABEL, {10, 8, 405, 24}},   {IDC_REVERSE_CLONE, {10, 84, 405, 104}},
@@ -26,7 +19,7 @@ constexpr ControlPlace kPlaces[] = {
 
 constexpr CopyDialogLook kLook{
     .templateId = IDD_CLONE,
-    .title = kTitle,
+    .title = "Drive to Drive Clone",
     .clientSize = {840, 341},
     .places = kPlaces,
     .scene = TrackScene::kClone,
@@ -34,21 +27,16 @@ constexpr CopyDialogLook kLook{
     .terminateFirst = "Terminate Clone before Exiting",
 };
 
-class CloneDialog : public CopyDialog {
+class CloneDialog : public CopyToDriveDialog {
   public:
-    CloneDialog(AppState& state, DriveRecord& source) : CopyDialog(state, kLook), source_(source) {}
+    CloneDialog(AppState& state, DriveRecord& source) : CopyToDriveDialog(state, kLook), source_(source) {}
 
   protected:
     bool onInitialise() override {
         CopyDialog::onInitialise();
         sources_.create(window(), IDC_COPY_SOURCE_LIST, IDC_COPY_SOURCE_LABEL, kSourcePlace, false);
         sources_.addRow(source_);
-        destinations_.create(window(), IDC_COPY_DESTINATION_LIST, IDC_COPY_DESTINATION_LABEL, kDestinationPlace, true);
-        for (DriveRecord* const drive : destinationCandidates(state(), &source_)) {
-            destinations_.addRow(*drive);
-        }
-        SetFocus(destinations_.window());
-        return false;
+        return listDestinations(&source_);
     }
 
     bool onCommand(int id) override {
@@ -65,16 +53,8 @@ class CloneDialog : public CopyDialog {
         if (isBusy()) {
             return;
         }
-        DriveRecord* const chosen = requireDestination(destinations_.tickedDrives());
-        if (chosen == nullptr) {
-            return;
-        }
-        state().copy.destination = chosen;
-        state().copy.warningCaption.assign(kTitle);
         state().copy.sourceImageLetter = 0;
-        if (!confirmDestruction(state(), window())) {
-            state().copy.destination = nullptr;
-            prompts::stop("***** Function Cancelled *****", "Clone could not be started");
+        if (!chooseDestination("Clone could not be started")) {
             return;
         }
         const bool reverse = IsDlgButtonChecked(window(), IDC_REVERSE_CLONE) == BST_CHECKED;
@@ -84,7 +64,6 @@ class CloneDialog : public CopyDialog {
 
     DriveRecord& source_;
     DriveRowsView sources_;
-    DriveRowsView destinations_;
 };
 
 } // namespace

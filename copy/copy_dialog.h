@@ -36,6 +36,7 @@ class CopyDialog : public Dialog {
         : Dialog(look.templateId), state_(state), look_(look), background_(CreateSolidBrush(kBackground)) {}
 
     [[nodiscard]] AppState& state() const { return state_; }
+    [[nodiscard]] const CopyDialogLook& look() const { return look_; }
 
     /// True while a job runs, or while the last one has not ended yet.
     [[nodiscard]] bool isBusy() const;

@@ -1,20 +1,12 @@
 #include "copy/image_to_drive_dialog.h"
 
-#include "admin/destruction_warning_dialog.h"
 #include "app/app_state.h"
-#include "copy/copy_choices.h"
-#include "copy/copy_dialog.h"
-#include "copy/drive_rows_view.h"
+#include "copy/copy_to_drive_dialog.h"
 #include "resources/resource_ids.h"
-#include "ui/prompts.h"
 
 namespace torvane {
 
 namespace {
-
-constexpr const char* kTitle = "Image To Drive";
-
-constexpr RECT kDestinationPlace{420, 26, 830, 152};
 
 constexpr ControlPlace kPlaces[] = {
     {IDC_COPY_SOURCE_LABEL, {10, 8, 405, 24}},       {IDC_COPY_IMAGE_PATH, {10, 26, 405, 150}},
@@ -25,7 +17,7 @@ constexpr ControlPlace kPlaces[] = {
 
 constexpr CopyDialogLook kLook{
     .templateId = IDD_IMAGE_TO_DRIVE,
-    .title = kTitle,
+    .title = "Image To Drive",
     .clientSize = {840, 328},
     .places = kPlaces,
     .scene = TrackScene::kImageToDrive,
@@ -33,20 +25,15 @@ constexpr CopyDialogLook kLook{
     .terminateFirst = "Terminate Image To Drive before Exiting",
 };
 
-class ImageToDriveDialog : public CopyDialog {
+class ImageToDriveDialog : public CopyToDriveDialog {
   public:
-    explicit ImageToDriveDialog(AppState& state) : CopyDialog(state, kLook) {}
+    explicit ImageToDriveDialog(AppState& state) : CopyToDriveDialog(state, kLook) {}
 
   protected:
     bool onInitialise() override {
         CopyDialog::onInitialise();
         setControlText(IDC_COPY_IMAGE_PATH, state().destinationFolder.c_str());
-        destinations_.create(window(), IDC_COPY_DESTINATION_LIST, IDC_COPY_DESTINATION_LABEL, kDestinationPlace, true);
-        for (DriveRecord* const drive : destinationCandidates(state(), nullptr)) {
-            destinations_.addRow(*drive);
-        }
-        SetFocus(destinations_.window());
-        return false;
+        return listDestinations(nullptr);
     }
 
     bool onCommand(int id) override {
@@ -62,24 +49,10 @@ class ImageToDriveDialog : public CopyDialog {
 
   private:
     void onStart() {
-        if (isBusy()) {
-            return;
+        if (!isBusy() && chooseDestination("Image to Drive has been CANCELLED")) {
+            startJob(ImageToDriveWorker);
         }
-        DriveRecord* const chosen = requireDestination(destinations_.tickedDrives());
-        if (chosen == nullptr) {
-            return;
-        }
-        state().copy.destination = chosen;
-        state().copy.warningCaption.assign(kTitle);
-        if (!confirmDestruction(state(), window())) {
-            state().copy.destination = nullptr;
-            prompts::stop("***** Function Cancelled *****", "Image to Drive has been CANCELLED");
-            return;
-        }
-        startJob(ImageToDriveWorker);
     }
-
-    DriveRowsView destinations_;
 };
 
 } // namespace
