@@ -6,6 +6,7 @@
 
 #include <cinttypes>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -15,7 +16,7 @@ namespace {
 /// Room behind a loaded text, all zero: the text's terminator and more.
 constexpr std::uint64_t kZeroTail = 1024;
 
-/// The one handle of this process that a child may inherit.
+/// A file that a child may inherit.
 UniqueFile createInheritableFile(const char* fileName) {
     // The length stays zero: the system looks at the descriptor and the inherit flag alone.
     SECURITY_ATTRIBUTES inheritable{};
@@ -43,6 +44,25 @@ UniqueHandle startHidden(const char* commandLine, HANDLE output) {
     const UniqueHandle mainThread{child.hThread};
     ResumeThread(mainThread.get());
     return UniqueHandle{child.hProcess};
+}
+
+/// A command at work and the file that takes its output; either may be missing.
+struct RunningCommand {
+    UniqueFile output;
+    UniqueHandle process;
+};
+
+/// Only the child of this command inherits its output file: one that is started at the same moment by another thread
+/// does not, and so cannot keep the file open.
+RunningCommand startInto(const char* outputFileName, const char* commandLine) {
+    static std::mutex oneAtATime;
+    const std::scoped_lock lock(oneAtATime);
+    RunningCommand command{.output = createInheritableFile(outputFileName), .process = {}};
+    if (command.output) {
+        command.process = startHidden(commandLine, command.output.get());
+        SetHandleInformation(command.output.get(), HANDLE_FLAG_INHERIT, 0);
+    }
+    return command;
 }
 
 /// Opens for reading while nobody can write. A tool's console, which shares the tool's output, may outlive the tool for
@@ -81,17 +101,16 @@ void GlobalFreeDeleter::operator()(char* block) const {
 }
 
 int PARSE_BuildDataFile(AppState& /*context*/, const char* outputFileName, const char* commandLine) {
-    const UniqueFile output = createInheritableFile(outputFileName);
-    if (!output) {
+    const RunningCommand command = startInto(outputFileName, commandLine);
+    if (!command.output) {
         LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CREATE_ALWAYS FAILED", outputFileName);
         return 0;
     }
-    const UniqueHandle process = startHidden(commandLine, output.get());
-    if (!process) {
+    if (!command.process) {
         LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CreateProcess FAILED", outputFileName);
         return 0;
     }
-    waitForEnd(process.get());
+    waitForEnd(command.process.get());
     return 1;
 }
 

@@ -223,6 +223,22 @@ TEST_F(CommandRunner, LetsTheChildInheritNothingButItsOutput) {
     EXPECT_EQ(WaitForSingleObject(inheritable.get(), 0), WAIT_OBJECT_0);
 }
 
+TEST_F(CommandRunner, ChildrenStartedLaterDoNotInheritTheOutputOfOneThatRuns) {
+    seenFiles.clear();
+    const testing::ImportPatched watchedFiles(__imp_CreateFileA, &watchedCreateFile);
+    realCreateFile = watchedFiles.original();
+    const testing::ImportPatched watchedProcesses(__imp_CreateProcessA, &watchedCreateProcess);
+    realCreateProcess = watchedProcesses.original();
+    std::thread runner([this] { EXPECT_EQ(run("out:first sleep:1500"), 1); });
+    while (!std::filesystem::exists("output.txt") || std::filesystem::file_size("output.txt") == 0) {
+        Sleep(5);
+    }
+    DWORD flags = HANDLE_FLAG_INHERIT;
+    EXPECT_TRUE(GetHandleInformation(seenFiles.front().result, &flags));
+    EXPECT_EQ(flags & HANDLE_FLAG_INHERIT, 0U);
+    runner.join();
+}
+
 TEST_F(CommandRunner, TheOutputCanBeReadWhileTheChildRuns) {
     std::thread runner([this] { EXPECT_EQ(run("out:first sleep:1500 out:last"), 1); });
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
