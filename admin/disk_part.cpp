@@ -67,6 +67,23 @@ bool writeWhole(const char* fileName, std::string_view text) {
     return file && std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() && std::fflush(file.get()) == 0;
 }
 
+/// Writes a script that changes a disk, and keeps everybody from writing to it as long as the result lives: another
+/// Torvane in the same folder writes scripts of the same names. Null when the file does not hold `text` then.
+UniqueFile writeGuarded(const char* fileName, std::string_view text) {
+    if (!writeWhole(fileName, text)) {
+        return {};
+    }
+    UniqueFile file{
+        CreateFileA(fileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    std::string held(text.size() + 1, '\0');
+    DWORD count = 0;
+    if (!file || !ReadFile(file.get(), held.data(), static_cast<DWORD>(held.size()), &count, nullptr) ||
+        std::string_view(held).substr(0, count) != text) {
+        return {};
+    }
+    return file;
+}
+
 bool writeScript(const DiskPartScript& script) {
     if (writeWhole(script.fileName, script.text)) {
         return true;
@@ -105,8 +122,9 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     if (!writeScript(script)) {
         return 0;
     }
-    // A copy that was told to stop and has a read in flight would take the raised word for leave to go on.
-    const bool raised = state.copy.workerAtWork == 0;
+    // While drives are loaded the word is the scan's. A copy that was told to stop and has a read in flight would take
+    // the raised word for leave to go on.
+    const bool raised = state.scan.driveLoaderWorking == 0 && state.copy.workerAtWork == 0;
     if (raised) {
         state.jobActive = 1;
     }
@@ -120,8 +138,8 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     }
     state.mountStatus = mountStatusAfterScrub(results.get());
     state.view->redrawDriveList();
-    // By now the word may be that of a copy or a read test, which would end; they lower it themselves.
-    if (raised && state.copy.workerAtWork == 0 && !hasJobRun(state.readTests)) {
+    // By now the word may be that of a scan, a copy or a read test, which would end; they lower it themselves.
+    if (raised && state.scan.driveLoaderWorking == 0 && state.copy.workerAtWork == 0 && !hasJobRun(state.readTests)) {
         state.jobActive = 0;
     }
     return 1;
@@ -185,8 +203,9 @@ std::string readOnlyResultsFileName(const ReadOnlyChange& change, const DriveRec
 /// None when the script could not be written.
 std::optional<ReadOnlyAnswer> runReadOnlyChange(AppState& state, DriveRecord& drive, const ReadOnlyChange& change) {
     constexpr const char* kScriptFileName = "ScriptReadOnly.txt";
-    if (!writeWhole(kScriptFileName,
-                    formatText("select disk %d\nattributes disk %s readonly\n", drive.driveNumber, change.verb))) {
+    const UniqueFile script = writeGuarded(
+        kScriptFileName, formatText("select disk %d\nattributes disk %s readonly\n", drive.driveNumber, change.verb));
+    if (!script) {
         LogEvent("ERROR", "Could not create DISKPART [%s] script. %s", kScriptFileName, change.failure);
         return std::nullopt;
     }
@@ -243,18 +262,19 @@ int DP_CleanDisk(AppState& state) {
     if (drive.recordKind == kRecordKindImageFile) {
         return reportUncleaned(drive);
     }
-    if (!writeWhole(kScriptFileName, formatText("select disk %d\nclean\n", drive.driveNumber))) {
+    const UniqueFile script = writeGuarded(kScriptFileName, formatText("select disk %d\nclean\n", drive.driveNumber));
+    if (!script) {
         LogEvent("ERROR", "Could not create diskpart script file %s", kScriptFileName);
         return 0;
     }
-    // Unchecked: the results tell what came of it.
-    static_cast<void>(PARSE_BuildDataFile(state, kResultsFileName, "diskpart /s DPCleanDiskScript.txt"));
+    const bool ran = PARSE_BuildDataFile(state, kResultsFileName, "diskpart /s DPCleanDiskScript.txt") != 0;
     const LoadedText results = PARSE_LoadFileIntoBuffer(state, kResultsFileName);
     if (!results) {
         LogEvent("ERROR", "Could nore LOAD [%s] to TEST for CLEAR", kResultsFileName);
         return 0;
     }
-    if (!reportsCleanedDisk(results.get())) {
+    // Without a run the results are those of an earlier one.
+    if (!ran || !reportsCleanedDisk(results.get())) {
         return reportUncleaned(drive);
     }
     return 1;

@@ -1,5 +1,8 @@
 #include "admin/disk_part.h"
 #include "tests/component/copy_bench.h"
+#include "ui/owned.h"
+
+#include <thread>
 
 namespace torvane {
 namespace {
@@ -155,6 +158,36 @@ TEST_F(DiskPartChanges, ACleanWithoutDiskPartIsLogged) {
     openDisk("", R"({"missing": true})");
     EXPECT_EQ(DP_CleanDisk(state()), 0);
     EXPECT_EQ(events().back(), "ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]");
+}
+
+TEST_F(DiskPartChanges, TheResultsOfAnEarlierCleanAreNotTakenForThisOnes) {
+    openDisk();
+    testing::writeFile("DISKPART Clean Results.txt", "DiskPart succeeded in cleaning the disk.\r\n");
+    // Somebody reads the old results in a program that lets nobody write.
+    const UniqueFile reader(CreateFileA("DISKPART Clean Results.txt", GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_TRUE(reader);
+    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    EXPECT_EQ(events().back(), "ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]");
+}
+
+TEST_F(DiskPartChanges, NobodyChangesTheScriptWhileDiskPartRuns) {
+    openDisk("", R"({"delayMilliseconds": 1000})");
+    const auto openForWriting = [] {
+        return UniqueFile(CreateFileA("DPCleanDiskScript.txt", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    };
+    int cleaned = 0;
+    std::thread cleaning([&] { cleaned = DP_CleanDisk(state()); });
+    while (bench_.log("request=start").empty()) {
+        Sleep(5);
+    }
+    EXPECT_FALSE(openForWriting());
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
+    cleaning.join();
+    EXPECT_EQ(cleaned, 1);
+    EXPECT_TRUE(openForWriting());
 }
 
 TEST_F(DiskPartChanges, AnImageFileIsNeverCleaned) {

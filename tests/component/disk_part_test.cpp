@@ -46,6 +46,7 @@ class DiskPart : public ::testing::Test {
     void reset() {
         state().jobActive = 0;
         state().copy.workerAtWork = 0;
+        state().scan.driveLoaderWorking = 0;
         state().readTests.jobRunsAtWork = 0;
         state().readTests.lastJobRun = 0;
         state().readTests.lastStopped = 0;
@@ -330,6 +331,24 @@ TEST_F(DiskPart, ACopyThatWasToldToStopIsNotSetGoingAgain) {
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().jobActive, 0);
+}
+
+TEST_F(DiskPart, AScanStaysAJobThatRuns) {
+    openBench();
+    state().scan.driveLoaderWorking = 1;
+    state().jobActive = 1;
+    EXPECT_EQ(enableMounting(state()), 1U);
+    EXPECT_EQ(state().jobActive, 1);
+}
+
+TEST_F(DiskPart, AScanThatHasBegunMeanwhileStaysAJobThatRuns) {
+    openBench(R"({"delayMilliseconds": 500})");
+    onDisableMounting(state());
+    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
+    }
+    state().scan.driveLoaderWorking = 1;
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_EQ(state().jobActive, 1);
 }
 
 TEST_F(DiskPart, ACopyThatRunsIsNotEnded) {
