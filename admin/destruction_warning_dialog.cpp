@@ -3,7 +3,9 @@
 #include "admin/destruction_warning.h"
 #include "admin/volume_identity.h"
 #include "app/app_state.h"
+#include "discovery/disk_identity.h"
 #include "discovery/drive_volumes.h"
+#include "discovery/volume_map.h"
 #include "resources/resource_ids.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
@@ -110,11 +112,22 @@ bool confirmDestruction(AppState& state, HWND owner) {
     if (destination == nullptr) {
         return false;
     }
+    // Letters may have been given and moved since the drives were loaded.
+    EnumerateVolumes(state);
     if (readsSourceImageFrom(state, *destination)) {
         prompts::stop("******* WARNING *******", "You cannot copy Image to Source Drive");
         return false;
     }
-    return DestructionWarningDialog(state).runModal(owner) == 1;
+    if (DestructionWarningDialog(state).runModal(owner) != 1) {
+        return false;
+    }
+    if (!isStillTheProbedDisk(*destination)) {
+        prompts::stop("***** DRIVE HAS CHANGED *****",
+                      "The DESTINATION is not the drive that was loaded any more, or it does not answer. Nothing was "
+                      "written. Load the drives again");
+        return false;
+    }
+    return true;
 }
 
 } // namespace torvane

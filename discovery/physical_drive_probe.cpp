@@ -5,6 +5,7 @@
 #include "discovery/ata_identify.h"
 #include "discovery/bus_type.h"
 #include "discovery/device_request.h"
+#include "discovery/disk_identity.h"
 #include "discovery/storage_descriptor.h"
 
 #include <windows.h>
@@ -19,8 +20,6 @@ namespace torvane {
 
 namespace {
 
-// DISK_GEOMETRY_EX: 24 bytes of DISK_GEOMETRY, the 64-bit size, and the first byte of what may follow.
-constexpr std::size_t kGeometryBytes = 33;
 // STORAGE_PROPERTY_QUERY: property id, query type, and its padded first byte of additional parameters.
 constexpr std::size_t kDeviceQueryBytes = 12;
 constexpr std::size_t kDeviceDescriptorBytes = 551;
@@ -34,13 +33,11 @@ std::string drivePath(int driveNumber) {
 }
 
 bool readGeometry(DriveRecord& record) {
-    std::array<std::uint8_t, kGeometryBytes> answer{};
-    const auto geometry = requestFromDevice(record.handle, IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, {}, answer);
-    if (!geometry) {
-        return false;
+    const auto geometry = readDiskGeometry(record.handle);
+    if (geometry) {
+        applyDiskGeometry(record, *geometry);
     }
-    applyDiskGeometry(record, parseDiskGeometry(*geometry));
-    return true;
+    return geometry.has_value();
 }
 
 /// `query` and `answer` are zero-filled; the query type stays PropertyStandardQuery.

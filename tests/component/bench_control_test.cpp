@@ -93,6 +93,14 @@ TEST_F(BenchControlTest, GeometryFitsAnOddBuffer) {
     EXPECT_EQ(loadLe64(out_, 0), 500107862016U);
 }
 
+TEST_F(BenchControlTest, TellsTheDisksNumber) {
+    ASSERT_EQ(ask("PhysicalDrive5", IOCTL_STORAGE_GET_DEVICE_NUMBER, {}, sizeof(STORAGE_DEVICE_NUMBER)), 0U);
+    EXPECT_EQ(count_, 12U);
+    EXPECT_EQ(loadLe32(out_, 0), static_cast<std::uint32_t>(FILE_DEVICE_DISK));
+    EXPECT_EQ(loadLe32(out_, 4), 5U);
+    EXPECT_EQ(loadLe32(out_, 8), 0U) << "the whole disk";
+}
+
 TEST_F(BenchControlTest, DeviceDescriptorCarriesTheIdentity) {
     ASSERT_EQ(ask("PhysicalDrive0", IOCTL_STORAGE_QUERY_PROPERTY, propertyQuery(0), 551), 0U);
     EXPECT_EQ(loadLe32(out_, 12), 0U); // no vendor

@@ -18,6 +18,18 @@ Window buttonOf(const Window& dialog, const std::string& word) {
     return {};
 }
 
+/// A job that has told its outcome still has its last steps to do, and until then its dialog refuses to be left.
+/// True when it did so, and the refusal is answered.
+bool dismissRefusal(const Window& dialog) {
+    for (const Window& window : topLevelWindows(dialog.processId())) {
+        if (window.text() == "***** ERROR TERMINATE BEFORE EXIT *****" && MessageBoxWindow::isOne(window)) {
+            MessageBoxWindow(window).answer("OK");
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 void CopyDialogWindow::start() const {
@@ -34,7 +46,12 @@ void CopyDialogWindow::exit() const {
 
 void CopyDialogWindow::leave() const {
     exit();
-    await("the dialog has closed", [this] { return !window_.exists(); });
+    await("the dialog has closed", [this] {
+        if (window_.exists() && dismissRefusal(window_)) {
+            exit();
+        }
+        return !window_.exists();
+    });
 }
 
 void CopyDialogWindow::awaitStatus(const std::string& text) const {

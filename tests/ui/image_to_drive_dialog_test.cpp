@@ -88,7 +88,7 @@ TEST_F(ImageToDriveDialogTest, ArrivesWholeOnADiskWithMountedVolumesAndLeavesThe
     dialog.awaitStatus(kCompleted);
     EXPECT_TRUE(content(2, 0, kSize) == noise(3, 0, kSize));
     EXPECT_TRUE(content(2, kSize, 15 * kMebibyte) == std::string(15 * kMebibyte, '\0'));
-    EXPECT_EQ(driveStatus("TARGET"), "COMPLETED");
+    awaitDriveStatus("TARGET", "COMPLETED");
     dialog.leave();
 }
 
@@ -103,7 +103,7 @@ TEST_F(ImageToDriveDialogTest, ALargerImageIsCutWhenTheUserWantsIt) {
     expectBoxOver(dialog, kTooLarge, kTruncate, BoxIcon::kNone, "Yes");
     dialog.awaitStatus(kCompleted);
     EXPECT_TRUE(content(3, 0, 40 * kMebibyte) == noise(3, 0, 40 * kMebibyte));
-    EXPECT_EQ(driveStatus("SMALL"), "COMPLETED");
+    awaitDriveStatus("SMALL", "COMPLETED");
     dialog.leave();
 }
 
@@ -144,6 +144,24 @@ TEST_F(ImageToDriveDialogTest, AnImageOnTheDestinationIsRefused) {
     dialog.leave();
 }
 
+TEST_F(ImageToDriveDialogTest, AnImageOnAVolumeMountedSinceTheDrivesWereLoadedIsRefusedToo) {
+    restart(copyBench().drive("2-target", R"({"number": 2, "bus": "nvme", "size": "80 MiB", "road": "nvme-query",
+        "identity": {"product": "TARGET", "revision": "1", "serial": "TGT-2"},
+        "volumes": [{"letter": "Z", "extents": [{"offset": "1 MiB", "length": "40 MiB"}]}]})"));
+    const fs::path state = program().folder().parent_path() / "bench" / "state.json";
+    writeFile(state, R"({"cleaned": [2]})");
+    torvane().loadDrives();
+    leaveProgramUsed();
+    const CopyDialogWindow dialog = openImageToDrive(makeImage(kMebibyte));
+    writeFile(state, "{}");
+    program().unplug(3); // the bench looks at its state again
+    dialog.tickDestination("TARGET");
+    dialog.start();
+    expectBoxOver(dialog, "******* WARNING *******", "You cannot copy Image to Source Drive", BoxIcon::kStop, "OK");
+    expectBoxOver(dialog, "***** Function Cancelled *****", "Image to Drive has been CANCELLED", BoxIcon::kStop, "OK");
+    dialog.leave();
+}
+
 TEST_F(ImageToDriveDialogTest, CannotBeLeftWhileItRunsAndTerminateEndsIt) {
     useBench(slowTargetBench(2000));
     const CopyDialogWindow dialog = openImageToDrive(makeImage(70 * kMebibyte));
@@ -155,7 +173,7 @@ TEST_F(ImageToDriveDialogTest, CannotBeLeftWhileItRunsAndTerminateEndsIt) {
                   BoxIcon::kNone, "OK");
     dialog.terminate();
     dialog.awaitStatus(" Image To Drive Terminated -- Not Completed");
-    EXPECT_EQ(driveStatus("TARGET"), "BAD not completed");
+    awaitDriveStatus("TARGET", "BAD not completed");
     EXPECT_TRUE(content(2, 0, 32 * kMebibyte) == noise(3, 0, 32 * kMebibyte));
     dialog.leave();
 }
@@ -168,7 +186,7 @@ TEST_F(ImageToDriveDialogTest, FailedWritesAreCountedInTheDriveListAlone) {
     const int rows = torvane().logList().rowCount();
     startOnto(dialog, "TARGET");
     dialog.awaitStatus(kCompleted);
-    EXPECT_EQ(driveStatus("TARGET"), "BAD 1 failed write");
+    awaitDriveStatus("TARGET", "BAD 1 failed write");
     EXPECT_EQ(torvane().logList().rowCount(), rows);
     dialog.leave();
 }

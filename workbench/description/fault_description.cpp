@@ -10,10 +10,11 @@
 namespace torvane::bench {
 namespace {
 
-constexpr std::array<std::string_view, 16> kRequestNames = {
+constexpr std::array<std::string_view, 17> kRequestNames = {
     "IOCTL_DISK_GET_DRIVE_GEOMETRY",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX",
     "IOCTL_DISK_GET_LENGTH_INFO",
+    "IOCTL_STORAGE_GET_DEVICE_NUMBER",
     "IOCTL_STORAGE_QUERY_PROPERTY",
     "IOCTL_SCSI_GET_ADDRESS",
     "IOCTL_SCSI_MINIPORT",

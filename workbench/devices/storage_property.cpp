@@ -61,6 +61,14 @@ Bytes driveGeometryEx(const DriveDescription& drive) {
     return bytes;
 }
 
+Bytes deviceNumber(const DriveDescription& drive) {
+    constexpr std::uint32_t kDiskDevice = 7; // FILE_DEVICE_DISK, <winioctl.h>
+    Bytes bytes(12);
+    storeLe<std::uint32_t>(bytes, 0, kDiskDevice);
+    storeLe<std::uint32_t>(bytes, 4, drive.number);
+    return bytes;
+}
+
 Bytes deviceDescriptor(const DriveDescription& drive) {
     Bytes bytes(kDescriptorHeader);
     placeText(bytes, kVendorOffsetAt, drive.identity.vendor);

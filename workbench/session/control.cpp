@@ -25,6 +25,7 @@ constexpr std::array kNames = {
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY, "IOCTL_DISK_GET_DRIVE_GEOMETRY"},
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX"},
     NamedCode{IOCTL_DISK_GET_LENGTH_INFO, "IOCTL_DISK_GET_LENGTH_INFO"},
+    NamedCode{IOCTL_STORAGE_GET_DEVICE_NUMBER, "IOCTL_STORAGE_GET_DEVICE_NUMBER"},
     NamedCode{IOCTL_STORAGE_QUERY_PROPERTY, "IOCTL_STORAGE_QUERY_PROPERTY"},
     NamedCode{IOCTL_SCSI_GET_ADDRESS, "IOCTL_SCSI_GET_ADDRESS"},
     NamedCode{IOCTL_SCSI_MINIPORT, "IOCTL_SCSI_MINIPORT"},
@@ -51,6 +52,8 @@ ControlResult driveRequest(BenchDrive& drive, const ControlRequest& request, Log
         storeLe<std::uint64_t>(length, 0, description.size);
         return giveWhole(request, length);
     }
+    case IOCTL_STORAGE_GET_DEVICE_NUMBER:
+        return giveWhole(request, deviceNumber(description));
     case IOCTL_STORAGE_QUERY_PROPERTY:
         return queryProperty(drive, request, line);
     case SMART_GET_VERSION:

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "discovery/drive_record.h"
+#include "discovery/storage_descriptor.h"
+
+#include <optional>
+
+namespace torvane {
+
+/// Size and sector size as the device tells them now (IOCTL_DISK_GET_DRIVE_GEOMETRY_EX). None when it does not answer.
+[[nodiscard]] std::optional<DiskGeometry> readDiskGeometry(NativeHandle device);
+
+/// True while the record's handle reaches the disk that was probed: it answers, and both its number
+/// (IOCTL_STORAGE_GET_DEVICE_NUMBER), by which diskpart selects it, and its size are what the record holds. A disk that
+/// was unplugged does not answer, even when another has got its number. An image file is always what it was.
+[[nodiscard]] bool isStillTheProbedDisk(const DriveRecord& drive);
+
+} // namespace torvane
