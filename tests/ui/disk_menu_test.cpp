@@ -243,7 +243,7 @@ TEST_F(DiskMenuTest, WindowStaysUsableWhileDiskPartWorks) {
     restart(layOutBench().bench(R"({"tools": {"diskpart": {"delayMilliseconds": 2500}}})"));
     torvane().loadDrives();
     chooseFor(1, kSetKey);
-    EXPECT_EQ(status(1), "Setting read-only");
+    await("diskpart is at work", [&] { return status(1) == "Setting read-only"; });
     // A second change meanwhile is refused, and so is a scan.
     chooseFor(2, kClearKey);
     expectStopBox("***** Working *****", "A Job is Working");

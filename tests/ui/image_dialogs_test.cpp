@@ -96,7 +96,7 @@ TEST_P(EitherImageTest, HoldsTheDrivesBytes) {
     dialog.start();
     dialog.awaitStatus(GetParam().completed);
     finish(GetParam(), dialog);
-    EXPECT_EQ(driveStatus("SOURCE"), "COMPLETED");
+    awaitDriveStatus("SOURCE", "COMPLETED");
     EXPECT_TRUE(readFile(onlyFile(folder, ".img")) == noise(7, 0, kSourceSize));
     dialog.leave();
 }
@@ -206,7 +206,7 @@ TEST_F(ImageTest, TerminateLeavesAPartialImage) {
     dialog.awaitStatusStart(" Status: 00:00:");
     dialog.terminate();
     dialog.awaitStatus(" Image Terminated -- Not Completed");
-    EXPECT_EQ(driveStatus("SOURCE"), "BAD not completed");
+    awaitDriveStatus("SOURCE", "BAD not completed");
     dialog.leave();
     const std::string image = readFile(onlyFile(folder, ".img"));
     EXPECT_GE(image.size(), 32 * kMebibyte);
@@ -220,6 +220,16 @@ TEST_F(ImageTest, TerminateLeavesAPartialImage) {
 /// The hash file's text with date and time blotted out.
 std::string withoutTime(const std::string& text) {
     return std::regex_replace(text, std::regex(R"(\d\d[/:]\d\d[/:]\d\d(\d\d)?)"), "#");
+}
+
+/// Appends zero bytes that take no room.
+void lengthen(const fs::path& path, std::int64_t size) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    LARGE_INTEGER end{};
+    end.QuadPart = size;
+    EXPECT_TRUE(SetFilePointerEx(file, end, nullptr, FILE_BEGIN) && SetEndOfFile(file));
+    CloseHandle(file);
 }
 
 constexpr const char* kTerminateCaption = "****** FORENSIC IMAGE RUNNING ******";
@@ -237,13 +247,15 @@ TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
     const CopyDialogWindow dialog = openIt(folder);
     dialog.start();
     dialog.awaitStatus(" Image SUCCESSFULLY Completed");
+    // The question comes when the hash file has been written.
+    (void)program().awaitBoxOver(dialog.window());
     // MD5 of the source's noise, as md5sum gives it.
     EXPECT_EQ(withoutTime(readFile(folder / "MD5-HASH--SOURCE.41.txt")),
               "KVL Data MD5 HASH\nDate:\t\t\t#\nTime:\t\t\t#\nDrive Model:\t[SOURCE]\nSerial Number:\t[SRC-1]\n"
               "Total Sectors:\t[143360]\nHASH:\t\t\t1B A6 95 A0 6A 5E F7 58 08 7B 79 04 98 06 38 8B ");
     answerVerify(dialog, "Yes");
     expectBoxOver(dialog, "****** VERIFY SUCCEEDED ******", "CREATED File has been verified", BoxIcon::kNone, "OK");
-    EXPECT_EQ(driveStatus("SOURCE"), "COMPLETED, verified");
+    awaitDriveStatus("SOURCE", "COMPLETED, verified");
     dialog.leave();
 }
 
@@ -263,7 +275,7 @@ TEST_F(ForensicTest, AnImageWithMarkersIsVerifiedToo) {
     dialog.start();
     answerVerify(dialog, "Yes");
     expectBoxOver(dialog, "****** VERIFY SUCCEEDED ******", "CREATED File has been verified", BoxIcon::kNone, "OK");
-    EXPECT_EQ(driveStatus("SOURCE"), "BAD 1 unreadable block, verified");
+    awaitDriveStatus("SOURCE", "BAD 1 unreadable block, verified");
     dialog.leave();
 }
 
@@ -279,7 +291,7 @@ TEST_F(ForensicTest, AnImageThatWasChangedIsNotVerified) {
     }
     answerVerify(dialog, "Yes");
     expectBoxOver(dialog, "****** VERIFY FAILED ******", "CREATED File has NOT been verified", BoxIcon::kNone, "OK");
-    EXPECT_EQ(driveStatus("SOURCE"), "BAD not verified");
+    awaitDriveStatus("SOURCE", "BAD not verified");
     dialog.leave();
 }
 
@@ -303,6 +315,25 @@ TEST_F(ForensicTest, AnImageThatIsCutHalfwayCannotBeRead) {
     answerVerify(dialog, "Yes");
     // What is left is read whole: it is another image.
     expectBoxOver(dialog, "****** VERIFY FAILED ******", "CREATED File has NOT been verified", BoxIcon::kNone, "OK");
+    dialog.leave();
+}
+
+TEST_F(ForensicTest, ATerminatedVerificationAsksFirstAndComparesWhatWasRead) {
+    const fs::path folder = emptyFolder("stopped");
+    const CopyDialogWindow dialog = openIt(folder);
+    dialog.start();
+    (void)program().awaitBoxOver(dialog.window());
+    // So much to read that the verification surely still runs when it is terminated.
+    lengthen(onlyFile(folder, ".img"), 64 * 1024 * std::int64_t{kMebibyte});
+    answerVerify(dialog, "Yes");
+    dialog.awaitStatusStart(" Status: ");
+    dialog.exit();
+    expectBoxOver(dialog, "***** ERROR TERMINATE BEFORE EXIT *****", "Terminate Image before Exiting", BoxIcon::kNone,
+                  "OK");
+    dialog.terminate();
+    expectBoxOver(dialog, kTerminateCaption, kTerminateText, BoxIcon::kNone, "Yes");
+    expectBoxOver(dialog, "****** VERIFY FAILED ******", "CREATED File has NOT been verified", BoxIcon::kNone, "OK");
+    awaitDriveStatus("SOURCE", "BAD not verified");
     dialog.leave();
 }
 
