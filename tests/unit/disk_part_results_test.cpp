@@ -99,5 +99,13 @@ TEST(DiskPartScrub, WithoutTheLineBelowTheStatusIsUndetermined) {
     EXPECT_EQ(mountStatusAfterScrub("DiskPart successfully scrubbed the mount point settings.\r\n\r\n"), 1002);
 }
 
+TEST(DiskPartClean, SucceededWhereTheReportSaysSo) {
+    EXPECT_TRUE(reportsCleanedDisk("\r\nDisk 2 is now the selected disk.\r\n\r\n"
+                                   "DiskPart succeeded in cleaning the disk.\r\n"));
+    EXPECT_FALSE(reportsCleanedDisk("\r\nDisk 2 is now the selected disk.\r\n\r\n"
+                                    "Virtual Disk Service error:\r\nThe media is write protected.\r\n"));
+    EXPECT_FALSE(reportsCleanedDisk(""));
+}
+
 } // namespace
 } // namespace torvane

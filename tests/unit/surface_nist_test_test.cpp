@@ -137,6 +137,19 @@ TEST(ProbeNistSegment, FailsAtTheFirstFailedReadOfEitherRun) {
     }
 }
 
+TEST(ProbeNistSegment, FailsAtAWholeBlockAsAtTheRest) {
+    for (std::size_t failing = 1; failing <= 6; ++failing) {
+        ScriptedReadTest test(100 * kGibibyte);
+        test.readFails = [&](const ReadRequest&) { return test.reads.size() == failing; };
+        ReadTestJob job = test.makeJob(kNistReadTest);
+        SegmentBuffer buffer(test);
+        EXPECT_FALSE(ProbeNistSegment(job, buffer, {0, 20 * (2 * 65536 + 10)}));
+        EXPECT_THAT(test.reads, SizeIs(failing));
+        EXPECT_EQ(test.reads.back().length, failing % 3 == 0 ? 5120 : kBlock);
+        EXPECT_THAT(test.logRows, SizeIs(1));
+    }
+}
+
 TEST(ProbeNistSegment, WithoutMemoryFails) {
     ScriptedReadTest test(100 * kGibibyte);
     test.mostMemory = kBlock - 1;

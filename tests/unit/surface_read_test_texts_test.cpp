@@ -24,6 +24,11 @@ TEST(ReadTestTexts, BoxWithoutAnActiveDrive) {
               "Load Drives, and click on drive to make ACTIVE for NIST Read Test");
 }
 
+TEST(ReadTestTexts, AnotherKindHasNoName) {
+    EXPECT_STREQ(readTestName(kNistReadTest), "NIST Read Test");
+    EXPECT_STREQ(readTestName(static_cast<ReadTestKind>(4003)), "");
+}
+
 TEST(ReadTestTexts, OutcomeLineSaysPassedUnlessThereWereReadErrors) {
     EXPECT_EQ(readTestOutcomeLine("NIST Read Test", 0), "NIST Read Test -- PASSED");
     EXPECT_EQ(readTestOutcomeLine("NIST Read Test", 1), "NIST Read Test -- FAILED Found Read Errors");
