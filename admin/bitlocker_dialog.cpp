@@ -2,6 +2,7 @@
 
 #include "admin/bitlocker_scan.h"
 #include "app/app_state.h"
+#include "base/colours.h"
 #include "base/format.h"
 #include "resources/resource_ids.h"
 #include "ui/dialog.h"
@@ -10,9 +11,6 @@
 namespace torvane {
 
 namespace {
-
-constexpr COLORREF kBackground = RGB(218, 223, 234);
-constexpr COLORREF kListBackground = RGB(136, 196, 236);
 
 // Pixels of the client area. A whole recovery password fits into the "Key" column.
 constexpr SIZE kClientSize{800, 330};
@@ -62,7 +60,7 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
     }
 
     HBRUSH onControlColour(HDC context) override {
-        SetBkColor(context, kBackground);
+        SetBkColor(context, kDialogBackground);
         return background_.get();
     }
 
@@ -124,7 +122,7 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
     void onExit() { end(0); }
 
     AppState& state_;
-    UniqueBrush background_{CreateSolidBrush(kBackground)};
+    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     ListView list_;
 };
 

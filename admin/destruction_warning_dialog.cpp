@@ -3,6 +3,7 @@
 #include "admin/destruction_warning.h"
 #include "admin/volume_identity.h"
 #include "app/app_state.h"
+#include "base/colours.h"
 #include "discovery/disk_identity.h"
 #include "discovery/drive_volumes.h"
 #include "discovery/volume_map.h"
@@ -17,8 +18,6 @@ namespace torvane {
 
 namespace {
 
-constexpr COLORREF kBackground = RGB(218, 223, 234);
-constexpr COLORREF kListBackground = RGB(136, 196, 236);
 constexpr COLORREF kWarningColour = RGB(147, 19, 15);
 
 // Pixels of the client area.
@@ -59,7 +58,7 @@ class DestructionWarningDialog : public Dialog {
     }
 
     HBRUSH onControlColour(HDC context) override {
-        SetBkColor(context, kBackground);
+        SetBkColor(context, kDialogBackground);
         if (WindowFromDC(context) == control(IDC_WARNING_TEXT)) {
             SetTextColor(context, kWarningColour);
         }
@@ -96,7 +95,7 @@ class DestructionWarningDialog : public Dialog {
     void onNo() { end(0); }
 
     const AppState& state_;
-    UniqueBrush background_{CreateSolidBrush(kBackground)};
+    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     UniqueFont boldFont_;
     ListView list_;
 };

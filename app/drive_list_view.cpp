@@ -2,6 +2,7 @@
 
 #include "app/list_cells.h"
 #include "app/main_layout.h"
+#include "base/colours.h"
 #include "discovery/drive_record.h"
 #include "resources/resource_ids.h"
 

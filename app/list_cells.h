@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/colours.h"
 #include "discovery/drive_record.h"
 
 #include <cstdint>
@@ -7,16 +8,6 @@
 #include <string_view>
 
 namespace torvane {
-
-/// A colour as GDI keeps it: 0x00BBGGRR.
-using ColourCode = std::uint32_t;
-
-[[nodiscard]] constexpr ColourCode colour(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
-    return static_cast<ColourCode>(red) | static_cast<ColourCode>(green) << 8 | static_cast<ColourCode>(blue) << 16;
-}
-
-/// Background of both lists.
-inline constexpr ColourCode kListBackground = colour(136, 196, 236);
 
 /// The drive list's columns.
 enum DriveColumn : int {

@@ -4,6 +4,7 @@
 #include "app/app_state.h"
 #include "app/main_layout.h"
 #include "app/main_window_view.h"
+#include "base/colours.h"
 #include "health/health_message_view.h"
 #include "health/health_panel_view.h"
 #include "resources/resource_ids.h"
@@ -20,8 +21,6 @@
 namespace torvane {
 
 namespace {
-
-constexpr COLORREF kDialogBackground = RGB(0xDA, 0xDF, 0xEA);
 
 RECT toRect(const PixelRect& rect) {
     return {rect.left, rect.top, rect.right, rect.bottom};

@@ -85,7 +85,7 @@ bool CopyDialog::onPaint() {
 }
 
 HBRUSH CopyDialog::onControlColour(HDC context) {
-    SetBkColor(context, kBackground);
+    SetBkColor(context, kDialogBackground);
     return background_.get();
 }
 

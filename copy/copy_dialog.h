@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/colours.h"
 #include "copy/copy_workers.h"
 #include "copy/race_track_view.h"
 #include "ui/dialog.h"
@@ -28,12 +29,9 @@ struct CopyDialogLook {
 /// A copy job's dialog: race track, status line, and what "Terminate" and "Exit" do in all of them. A job's dialog
 /// states its commands and how it starts.
 class CopyDialog : public Dialog {
-  public:
-    static constexpr COLORREF kBackground = 0xEADFDA;
-
   protected:
     CopyDialog(AppState& state, const CopyDialogLook& look)
-        : Dialog(look.templateId), state_(state), look_(look), background_(CreateSolidBrush(kBackground)) {}
+        : Dialog(look.templateId), state_(state), look_(look), background_(CreateSolidBrush(kDialogBackground)) {}
 
     [[nodiscard]] AppState& state() const { return state_; }
     [[nodiscard]] const CopyDialogLook& look() const { return look_; }

@@ -1,6 +1,7 @@
 #include "copy/drive_rows_view.h"
 
 #include "app/list_cells.h"
+#include "base/colours.h"
 #include "discovery/drive_record.h"
 
 namespace torvane {

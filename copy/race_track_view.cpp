@@ -1,5 +1,6 @@
 #include "copy/race_track_view.h"
 
+#include "base/colours.h"
 #include "ui/back_buffer.h"
 #include "ui/pictures.h"
 
@@ -10,8 +11,6 @@
 namespace torvane {
 
 namespace {
-
-constexpr COLORREF kDialogColour = 0xEADFDA; // 0x00bbggrr
 
 void drawTrack(const RaceTrack& track, const BackBuffer& buffer) {
     Gdiplus::Graphics graphics(buffer.context());
@@ -40,7 +39,7 @@ void paintRaceTrack(HWND dialog, HDC paintContext, TrackScene scene, const CopyJ
     if (!buffer.isUsable()) {
         return;
     }
-    buffer.fill(kDialogColour);
+    buffer.fill(kDialogBackground);
     drawTrack(layOutRaceTrack(scene, state), buffer);
     buffer.show();
 }

@@ -1,6 +1,7 @@
 #include "health/health_panel_view.h"
 
 #include "app/app_state.h"
+#include "base/colours.h"
 #include "health/panel_model.h"
 #include "resources/resource_ids.h"
 #include "ui/back_buffer.h"
@@ -17,8 +18,6 @@
 namespace torvane {
 
 namespace {
-
-constexpr COLORREF kBackground = RGB(kPanelBackground[0], kPanelBackground[1], kPanelBackground[2]);
 
 constexpr int kCaptionFontHeight = 20;
 constexpr int kCaptionFontWeight = 100;
@@ -98,7 +97,7 @@ void PaintHealthPanel(const AppState& state, HWND window, HDC context) {
     if (!buffer.isUsable()) {
         return;
     }
-    buffer.fill(kBackground);
+    buffer.fill(kDialogBackground);
     drawPictures(panel, buffer.context());
     drawCaptions(panel, buffer.context());
     buffer.show();

@@ -16,9 +16,6 @@ namespace torvane {
 
 struct DriveRecord;
 
-/// The panel's background, 8 bits each of red, green and blue.
-inline constexpr std::array<std::uint8_t, 3> kPanelBackground{218, 223, 234};
-
 inline constexpr std::size_t kDialCount = 6;
 inline constexpr PanelPoint kLampPosition{1064, 140};
 

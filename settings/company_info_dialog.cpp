@@ -1,5 +1,6 @@
 #include "settings/company_info_dialog.h"
 
+#include "base/colours.h"
 #include "resources/resource_ids.h"
 #include "settings/company_info_file.h"
 #include "ui/dialog.h"
@@ -9,8 +10,6 @@
 namespace torvane {
 
 namespace {
-
-constexpr COLORREF kBackground = RGB(218, 223, 234);
 
 /// A text with its label. Labels are placed in pixels.
 struct LabelledText {
@@ -53,7 +52,7 @@ class CompanyInfoDialog : public Dialog {
 
     HBRUSH onControlColour(HDC context) override {
         SetTextColor(context, RGB(0, 0, 0));
-        SetBkColor(context, kBackground);
+        SetBkColor(context, kDialogBackground);
         return background_.get();
     }
 
@@ -111,7 +110,7 @@ class CompanyInfoDialog : public Dialog {
     void onExit() { end(1); }
 
     CompanyInfo& info_;
-    UniqueBrush background_{CreateSolidBrush(kBackground)};
+    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };
 
 } // namespace

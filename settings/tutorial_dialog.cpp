@@ -1,5 +1,6 @@
 #include "settings/tutorial_dialog.h"
 
+#include "base/colours.h"
 #include "resources/resource_ids.h"
 #include "settings/tutorial.h"
 #include "ui/dialog.h"
@@ -48,13 +49,11 @@ class TutorialDialog : public Dialog {
     }
 
     HBRUSH onControlColour(HDC context) override {
-        SetBkColor(context, kBackground);
+        SetBkColor(context, kDialogBackground);
         return background_.get();
     }
 
   private:
-    static constexpr COLORREF kBackground = RGB(218, 223, 234);
-
     void placeControls() {
         const RECT area = clientArea();
         const LONG top = area.bottom - kMargin - kButtonHeight;
@@ -82,7 +81,7 @@ class TutorialDialog : public Dialog {
     void onClose() { end(0); }
 
     ResourceImage picture_{IDR_TUTORIAL_PICTURE};
-    UniqueBrush background_{CreateSolidBrush(kBackground)};
+    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "app/app_state.h"
 #include "app/command_guards.h"
+#include "base/colours.h"
 #include "base/format.h"
 #include "resources/resource_ids.h"
 #include "surface/read_test_texts.h"
@@ -17,8 +18,6 @@
 namespace torvane {
 
 namespace {
-
-constexpr COLORREF kBackground = RGB(218, 223, 234);
 
 // Pixels.
 constexpr int kMargin = 10;
@@ -90,7 +89,7 @@ class ReadTestDialog : public Dialog {
     }
 
     HBRUSH onControlColour(HDC context) override {
-        SetBkColor(context, kBackground);
+        SetBkColor(context, kDialogBackground);
         return background_.get();
     }
 
@@ -146,7 +145,7 @@ class ReadTestDialog : public Dialog {
 
     AppState& state_;
     DriveRecord& drive_;
-    UniqueBrush background_{CreateSolidBrush(kBackground)};
+    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     std::shared_ptr<DialogDisplay> display_ = std::make_shared<DialogDisplay>();
 };
 
