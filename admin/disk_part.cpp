@@ -5,12 +5,12 @@
 #include "app/event_log.h"
 #include "base/file_name_part.h"
 #include "base/format.h"
+#include "base/stdio_file.h"
 #include "base/worker_thread.h"
 #include "monitoring/command_runner.h"
 #include "ui/prompts.h"
 
 #include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -57,20 +57,10 @@ constexpr ReadOnlyChange kSetReadOnly{"set", "Enable", "ENABLING READ ONLY"};
 // Spelled so on purpose.
 constexpr ReadOnlyChange kClearReadOnly{"clear", "Disable", "DISBLING READ ONLY"};
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-bool writeWhole(const char* fileName, std::string_view text) {
-    // Binary, so that lines end in a bare line feed.
-    const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(fileName, "wb+"));
-    return file && std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() && std::fflush(file.get()) == 0;
-}
-
 /// Writes a script that changes a disk, and keeps everybody from writing to it as long as the result lives: another
 /// Torvane in the same folder writes scripts of the same names. Null when the file does not hold `text` then.
 UniqueFile writeGuarded(const char* fileName, std::string_view text) {
-    if (!writeWhole(fileName, text)) {
+    if (!writeWholeFile(fileName, text)) {
         return {};
     }
     UniqueFile file{
@@ -85,7 +75,7 @@ UniqueFile writeGuarded(const char* fileName, std::string_view text) {
 }
 
 bool writeScript(const DiskPartScript& script) {
-    if (writeWhole(script.fileName, script.text)) {
+    if (writeWholeFile(script.fileName, script.text)) {
         return true;
     }
     // The text speaks of the read-only attribute whatever the script is for.

@@ -1,7 +1,7 @@
 #include "copy/image_number.h"
 
+#include "base/stdio_file.h"
 #include "copy/image_names.h"
-#include "settings/stdio_file.h"
 
 #include <cstdlib>
 #include <ctime>

@@ -3,9 +3,9 @@
 #include "admin/disk_part.h"
 #include "app/app_state.h"
 #include "app/event_log.h"
+#include "base/stdio_file.h"
 #include "copy/block_io.h"
 #include "copy/md5_hasher.h"
-#include "settings/stdio_file.h"
 #include "ui/prompts.h"
 
 #include <windows.h>
@@ -85,9 +85,7 @@ std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path)
 }
 
 bool WindowsCopySystem::writeTextFile(const std::string& path, std::string_view text) {
-    // Binary, so that lines end in a bare line feed.
-    const StdioFile file = openStdioFile(path.c_str(), "wb+");
-    return file && std::fwrite(text.data(), 1, text.size(), file.get()) == text.size() && std::fflush(file.get()) == 0;
+    return writeWholeFile(path.c_str(), text);
 }
 
 std::unique_ptr<BlockHasher> WindowsCopySystem::makeHasher(HasherFailure& failure) {

@@ -2,10 +2,10 @@
 
 #include "app/event_log.h"
 #include "base/bytes.h"
+#include "base/stdio_file.h"
 #include "reports/png_check.h"
 #include "reports/report_page.h"
 #include "reports/windows_1252.h"
-#include "settings/stdio_file.h"
 
 #include <windows.h>
 

@@ -3,6 +3,7 @@
 #include "base/colours.h"
 #include "resources/resource_ids.h"
 #include "settings/company_info_file.h"
+#include "ui/control_text.h"
 #include "ui/dialog.h"
 
 #include <string>
@@ -96,11 +97,7 @@ class CompanyInfoDialog : public Dialog {
                      SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     }
 
-    [[nodiscard]] std::string typedText(int id) const {
-        std::string text(static_cast<std::size_t>(GetWindowTextLengthA(control(id))) + 1, '\0');
-        text.resize(static_cast<std::size_t>(GetWindowTextA(control(id), text.data(), static_cast<int>(text.size()))));
-        return text;
-    }
+    [[nodiscard]] std::string typedText(int id) const { return controlText(control(id)); }
 
     void onSave() {
         SaveCompanyInfo(info_, typedText(IDC_COMPANY_NAME), typedText(IDC_COMPANY_ADDRESS),

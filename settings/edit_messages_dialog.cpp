@@ -4,6 +4,7 @@
 #include "app/event_log.h"
 #include "resources/resource_ids.h"
 #include "settings/messages.h"
+#include "ui/control_text.h"
 #include "ui/dialog.h"
 #include "ui/edit_text.h"
 #include "ui/prompts.h"
@@ -89,12 +90,7 @@ class EditMessagesDialog : public Dialog {
         shownText_ = typedText();
     }
 
-    [[nodiscard]] std::string typedText() const {
-        std::string text(static_cast<std::size_t>(GetWindowTextLengthA(textControl())) + 1, '\0');
-        text.resize(
-            static_cast<std::size_t>(GetWindowTextA(textControl(), text.data(), static_cast<int>(text.size()))));
-        return text;
-    }
+    [[nodiscard]] std::string typedText() const { return controlText(textControl()); }
 
     /// Moves what was typed into the message it was typed for.
     void takeText() {

@@ -1,6 +1,7 @@
 #include "settings/message_file.h"
 
-#include "settings/stdio_file.h"
+#include "base/stdio_file.h"
+
 
 namespace torvane {
 

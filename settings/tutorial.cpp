@@ -1,7 +1,7 @@
 #include "settings/tutorial.h"
 
 #include "base/bytes.h"
-#include "settings/stdio_file.h"
+#include "base/stdio_file.h"
 
 #include <array>
 
