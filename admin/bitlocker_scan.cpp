@@ -4,8 +4,8 @@
 #include "app/app_state.h"
 #include "app/event_log.h"
 #include "base/format.h"
+#include "base/owned_handle.h"
 #include "monitoring/command_runner.h"
-#include "ui/owned.h"
 
 #include <algorithm>
 #include <array>

@@ -3,6 +3,7 @@
 #include "admin/mount_status.h"
 #include "app/main_view.h"
 #include "base/fixed_text.h"
+#include "base/owned_handle.h"
 #include "copy/copy_job_state.h"
 #include "discovery/scan_state.h"
 #include "monitoring/smart_scan_state.h"
@@ -10,7 +11,6 @@
 #include "settings/company_info.h"
 #include "settings/message_table.h"
 #include "surface/read_test_state.h"
-#include "ui/owned.h"
 
 #include <array>
 #include <atomic>

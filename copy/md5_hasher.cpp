@@ -1,6 +1,6 @@
 #include "copy/md5_hasher.h"
 
-#include "ui/owned.h"
+#include "base/owned_handle.h"
 
 #include <windows.h>
 

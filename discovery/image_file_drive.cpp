@@ -1,6 +1,6 @@
 #include "discovery/image_file_drive.h"
 
-#include "ui/owned.h"
+#include "base/owned_handle.h"
 
 #include <cstddef>
 #include <string>

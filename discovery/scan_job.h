@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/owned.h"
+#include "base/owned_handle.h"
 
 #include <cstdint>
 #include <functional>

@@ -2,9 +2,9 @@
 
 #include "app/app_state.h"
 #include "base/format.h"
+#include "base/owned_handle.h"
 #include "discovery/device_request.h"
 #include "discovery/volume_table.h"
-#include "ui/owned.h"
 
 #include <winioctl.h>
 

@@ -1,8 +1,8 @@
 #include "monitoring/command_runner.h"
 
 #include "app/event_log.h"
-#include "monitoring/whole_file.h"
-#include "ui/owned.h"
+#include "base/owned_handle.h"
+#include "base/whole_file.h"
 
 #include <cinttypes>
 #include <cstdint>
@@ -95,10 +95,6 @@ LoadedText logUnreadable(const char* fileName) {
 }
 
 } // namespace
-
-void GlobalFreeDeleter::operator()(char* block) const {
-    GlobalFree(block);
-}
 
 int PARSE_BuildDataFile(AppState& /*context*/, const char* outputFileName, const char* commandLine) {
     const RunningCommand command = startInto(outputFileName, commandLine);

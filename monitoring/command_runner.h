@@ -1,19 +1,10 @@
 #pragma once
 
-#include <cstddef>
-#include <memory>
+#include "base/whole_file.h"
 
 namespace torvane {
 
 struct AppState;
-
-/// Releases a block of GlobalAlloc.
-struct GlobalFreeDeleter {
-    void operator()(char* block) const;
-};
-
-/// A file's bytes with at least 1024 zero bytes behind them, hence always NUL-terminated.
-using LoadedText = std::unique_ptr<char[], GlobalFreeDeleter>;
 
 /// Runs `commandLine` hidden, with its standard output and standard error captured to `outputFileName` (created anew in
 /// the current directory), and waits for its end without a time-out. The program is found by CreateProcess's usual
@@ -23,9 +14,9 @@ using LoadedText = std::unique_ptr<char[], GlobalFreeDeleter>;
 /// created or the program not started, after one "ERROR" log row. A failed start leaves the output file behind, empty.
 int PARSE_BuildDataFile(AppState& context, const char* outputFileName, const char* commandLine);
 
-/// Loads the whole file into one block; waits up to five seconds for a writer to close it. Returns null after one
-/// "ERROR" log row when the file cannot be opened, does not fit into memory, is 4 GiB or larger, or is read short. An
-/// empty file gives an empty text.
+/// Loads the whole file into one block, with at least 1024 zero bytes behind it; waits up to five seconds for a writer
+/// to close it. Returns null after one "ERROR" log row when the file cannot be opened, does not fit into memory, is
+/// 4 GiB or larger, or is read short. An empty file gives an empty text.
 LoadedText PARSE_LoadFileIntoBuffer(AppState& context, const char* fileName);
 
 } // namespace torvane

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "monitoring/command_runner.h"
+#include "base/whole_file.h"
 
 #include <cstddef>
 #include <cstdint>

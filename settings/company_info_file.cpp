@@ -2,7 +2,7 @@
 
 #include "app/event_log.h"
 #include "base/format.h"
-#include "ui/owned.h"
+#include "base/owned_handle.h"
 #include "ui/prompts.h"
 
 #include <windows.h>

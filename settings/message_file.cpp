@@ -2,7 +2,6 @@
 
 #include "base/stdio_file.h"
 
-
 namespace torvane {
 
 std::optional<MessageTable> readMessageFile(const char* fileName) {

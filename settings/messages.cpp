@@ -2,8 +2,8 @@
 
 #include "app/app_state.h"
 #include "app/event_log.h"
+#include "base/owned_handle.h"
 #include "settings/message_file.h"
-#include "ui/owned.h"
 
 #include <windows.h>
 

@@ -2,8 +2,8 @@
 
 #include "app/app_state.h"
 #include "app/event_log.h"
+#include "base/whole_file.h"
 #include "base/worker_thread.h"
-#include "monitoring/whole_file.h"
 #include "settings/portable_files.h"
 #include "ui/prompts.h"
 

@@ -31,8 +31,8 @@ WINDOWS_HEADERS = re.compile(
 )
 CONTROL_HEADERS = re.compile(r"^(commctrl|windowsx|prsht|richedit)\.h$", re.I)
 
-# What of ui/ a logic file may use: owners of handles, the boxes and the choosers. All else in ui/ is a window.
-UI_FOR_LOGIC = {"ui/owned.h", "ui/prompts.h", "ui/choosers.h"}
+# What of ui/ a logic file may use: the boxes and the choosers. All else in ui/ is a window.
+UI_FOR_LOGIC = {"ui/prompts.h", "ui/choosers.h"}
 # Named like a view, but only the interface that jobs talk to; it shows no control.
 VIEW_INTERFACES = {"app/main_view.h"}
 

@@ -1,4 +1,4 @@
-#include "monitoring/whole_file.h"
+#include "base/whole_file.h"
 
 namespace torvane {
 

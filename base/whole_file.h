@@ -1,13 +1,20 @@
 #pragma once
 
-#include "monitoring/command_runner.h"
-
 #include <windows.h>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace torvane {
+
+/// Releases a block of GlobalAlloc.
+struct GlobalFreeDeleter {
+    void operator()(char* block) const { GlobalFree(block); }
+};
+
+/// A block that holds a whole file, with zero bytes behind the file's own.
+using LoadedText = std::unique_ptr<char[], GlobalFreeDeleter>;
 
 /// The file's size in bytes; nothing when the system knows no size: not a plain file.
 [[nodiscard]] std::optional<std::uint64_t> sizeOfFile(HANDLE file);
