@@ -87,7 +87,7 @@ bool mayChangeDisk(const AppState& state, const DriveRecord& drive) {
         prompts::stop(kWorking, "Drive Loader is Working");
         return false;
     }
-    if (state.shortTestRunning != 0) {
+    if (state.shortTestsAtWork != 0) {
         prompts::stop(kWorking, "Short Test is Running");
         return false;
     }

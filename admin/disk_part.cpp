@@ -129,7 +129,8 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     state.mountStatus = mountStatusAfterScrub(results.get());
     state.view->redrawDriveList();
     // By now the word may be that of a scan, a copy or a read test, which would end; they lower it themselves.
-    if (raised && state.scan.driveLoaderWorking == 0 && state.copy.workerAtWork == 0 && !hasJobRun(state.readTests)) {
+    if (raised && state.scan.driveLoaderWorking == 0 && state.copy.workerAtWork == 0 &&
+        !readTestHoldsJobFlag(state.readTests)) {
         state.jobActive = 0;
     }
     return 1;

@@ -23,9 +23,8 @@ namespace torvane {
 /// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event
 /// log. Words that a worker and the window's thread share are atomics; the rest belongs to the window's thread.
 struct AppState {
-    std::atomic<std::int32_t> jobActive{0}; ///< 1 while a long job runs; cleared to ask it to stop
-    std::atomic<std::int32_t> shortTestRunning{
-        0}; ///< number of Short tests at work: 0, or 1 unless one was started twice
+    std::atomic<std::int32_t> jobActive{0};         ///< 1 while a long job runs; cleared to ask it to stop
+    std::atomic<std::int32_t> shortTestsAtWork{0};  ///< 0, or 1 unless one was started twice
     std::atomic<std::int32_t> activeDriveChosen{0}; ///< 1 once a drive was selected in the drive list
     std::atomic<std::int32_t> logPanelOpen{0};
     std::atomic<std::int32_t> readTestKind{0}; ///< a ReadTestKind: which read test the test dialog runs

@@ -77,7 +77,7 @@ class HexViewerDialog : public Dialog {
 
   protected:
     bool onInitialise() override {
-        SetWindowTextA(window(), formatText("%s -- %s", "Quick Disk View", drive_.model.c_str()).c_str());
+        SetWindowTextA(window(), formatText("Quick Disk View -- %s", drive_.model.c_str()).c_str());
         setUpScrollBar();
         useFont();
         placePanes();

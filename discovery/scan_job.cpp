@@ -97,7 +97,7 @@ void LoadDrives(AppState& state) {
         prompts::stop("***** Working *****", "Drive Loader is Working");
         return;
     }
-    if (state.shortTestRunning != 0) {
+    if (state.shortTestsAtWork != 0) {
         prompts::stop("***** Load Drives *****", "Short Test is Running");
         return;
     }

@@ -2,6 +2,7 @@
 
 #include "base/format.h"
 #include "discovery/drive_record.h"
+#include "health/counter_levels.h"
 
 #include <algorithm>
 
@@ -9,37 +10,10 @@ namespace torvane {
 
 namespace {
 
-constexpr std::int32_t kHoursPerYear = 8760;
-
 bool reportsNothing(const DriveRecord& record) {
     const std::array counters{record.reallocatedEvents, record.pendingSectors, record.offlineUncorrectable,
                               record.reportedUncorrect, record.powerOnHours,   record.reallocatedSectors};
     return std::all_of(counters.begin(), counters.end(), [](std::int32_t counter) { return counter == kNotReported; });
-}
-
-std::uint32_t ageLevel(std::int32_t hours) {
-    if (hours < 3 * kHoursPerYear) {
-        return 0;
-    }
-    return hours < 5 * kHoursPerYear ? 1 : 2;
-}
-
-std::uint32_t remapLevel(std::int32_t sectors) {
-    if (sectors <= 0) {
-        return 0;
-    }
-    // A first moved sector weighs more than a first error of any other kind.
-    return sectors < 50 ? 2 : 3;
-}
-
-std::uint32_t errorLevel(std::int32_t errors) {
-    if (errors <= 0) {
-        return 0;
-    }
-    if (errors < 5) {
-        return 1;
-    }
-    return errors < 10 ? 2 : 3;
 }
 
 } // namespace

@@ -1,6 +1,25 @@
 #include "reports/report_icons.h"
 
+#include "health/counter_levels.h"
+
 namespace torvane {
+
+namespace {
+
+ReportIcon iconOfLevel(std::uint32_t level) {
+    switch (level) {
+    case 0:
+        return ReportIcon::kGreen;
+    case 1:
+        return ReportIcon::kBlue;
+    case 2:
+        return ReportIcon::kYellow;
+    default:
+        return ReportIcon::kRed;
+    }
+}
+
+} // namespace
 
 const char* reportIconFile(ReportIcon icon) {
     switch (icon) {
@@ -17,29 +36,18 @@ const char* reportIconFile(ReportIcon icon) {
 }
 
 ReportIcon powerOnHoursIcon(std::int32_t hours) {
-    constexpr std::int32_t kHoursPerYear = 8760;
-    if (hours < 3 * kHoursPerYear) {
-        return ReportIcon::kGreen;
-    }
-    return hours < 5 * kHoursPerYear ? ReportIcon::kBlue : ReportIcon::kYellow;
+    return iconOfLevel(ageLevel(hours));
 }
 
+// A negative count, which only a malformed report holds, is red on paper; the lamp, which shows the largest counter,
+// passes over it.
+
 ReportIcon reallocatedSectorsIcon(std::int32_t sectors) {
-    if (sectors == 0) {
-        return ReportIcon::kGreen;
-    }
-    // A negative count is one that has outgrown 31 bits.
-    return sectors > 0 && sectors < 50 ? ReportIcon::kYellow : ReportIcon::kRed;
+    return sectors < 0 ? ReportIcon::kRed : iconOfLevel(remapLevel(sectors));
 }
 
 ReportIcon errorCountIcon(std::int32_t count) {
-    if (count < 0 || count >= 10) {
-        return ReportIcon::kRed;
-    }
-    if (count == 0) {
-        return ReportIcon::kGreen;
-    }
-    return count < 5 ? ReportIcon::kBlue : ReportIcon::kYellow;
+    return count < 0 ? ReportIcon::kRed : iconOfLevel(errorLevel(count));
 }
 
 ReportIcon dataWrittenIcon(std::int64_t gigabytes) {

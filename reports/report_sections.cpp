@@ -2,6 +2,7 @@
 
 #include "base/format.h"
 #include "discovery/drive_record.h"
+#include "health/counter_levels.h"
 
 #include <cinttypes>
 
@@ -38,10 +39,10 @@ ReportSection powerOnHours(std::int32_t hours) {
     if (hours == kNotReported) {
         return absent(kTitle);
     }
-    return {
-        kTitle,
-        formatText("09 = The number of Powered On Hours this device has been in use = [%.02f] years", hours / 8760.0),
-        "It is recommended to replace the drive if this value exceeds 5 years", powerOnHoursIcon(hours)};
+    return {kTitle,
+            formatText("09 = The number of Powered On Hours this device has been in use = [%.02f] years",
+                       hours / double{kHoursPerYear}),
+            "It is recommended to replace the drive if this value exceeds 5 years", powerOnHoursIcon(hours)};
 }
 
 ReportSection reallocatedSectors(std::int32_t sectors) {

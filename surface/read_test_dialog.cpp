@@ -37,8 +37,8 @@ class DialogDisplay : public ReadTestDisplay {
 
     // Sent to another thread's window, which may go meanwhile: then the message is not delivered.
     void setStatus(std::string_view text) override {
-        const std::string terminated(text);
-        send(status_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(terminated.c_str()));
+        const std::string ownText(text); // ends in a NUL
+        send(status_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(ownText.c_str()));
     }
     void startProgress(int maximum) override {
         setProgress(0);

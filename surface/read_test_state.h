@@ -22,7 +22,7 @@ struct ReadTestState {
 };
 
 /// True while a Critical or NIST test is at work that nobody has told to stop: the job-running flag is its own.
-[[nodiscard]] inline bool hasJobRun(const ReadTestState& tests) {
+[[nodiscard]] inline bool readTestHoldsJobFlag(const ReadTestState& tests) {
     return tests.jobRunsAtWork != 0 && tests.lastJobRun > tests.lastStopped;
 }
 

@@ -37,8 +37,7 @@ std::string noDriveForReadTestText(ReadTestKind kind) {
 }
 
 std::string readTestOutcomeLine(const std::string& testName, int failureCount) {
-    return failureCount == 0 ? formatText("%s -- PASSED", testName.c_str())
-                             : formatText("%s -- %s", testName.c_str(), "FAILED Found Read Errors");
+    return testName + (failureCount == 0 ? " -- PASSED" : " -- FAILED Found Read Errors");
 }
 
 std::string readTestDriveStatus(const std::string& testName, const ReadTestEnding& ending) {

@@ -47,7 +47,7 @@ DWORD runWorker(AppState& state, const ReadTestStart& start) {
 void raiseBusyWords(AppState& state, ReadTestKind kind, std::int32_t run) {
     ++state.readTests.workersAtWork;
     if (kind == kShortReadTest) {
-        ++state.shortTestRunning;
+        ++state.shortTestsAtWork;
     } else {
         ++state.readTests.jobRunsAtWork;
         state.readTests.lastJobRun = run;
@@ -58,7 +58,7 @@ void raiseBusyWords(AppState& state, ReadTestKind kind, std::int32_t run) {
 // The drive's record may go as soon as this is done.
 void lowerBusyWords(AppState& state, ReadTestKind kind) {
     if (kind == kShortReadTest) {
-        --state.shortTestRunning;
+        --state.shortTestsAtWork;
     } else {
         --state.readTests.jobRunsAtWork;
     }

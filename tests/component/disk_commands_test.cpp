@@ -21,7 +21,7 @@ class DiskCommands : public testing::CopyBench {
     ~DiskCommands() override {
         resetVolumes();
         state().scan.driveLoaderWorking = 0;
-        state().shortTestRunning = 0;
+        state().shortTestsAtWork = 0;
         state().copy.workerAtWork = 0;
     }
 
@@ -202,7 +202,7 @@ TEST_F(DiskCommands, NothingIsChangedWhileTheLoaderWorks) {
 
 TEST_F(DiskCommands, NothingIsChangedWhileTheShortTestRuns) {
     const DriveRecord& disk = openDisk();
-    state().shortTestRunning = 1;
+    state().shortTestsAtWork = 1;
     expectRefusal(disk, "***** Working *****", "Short Test is Running");
 }
 

@@ -80,7 +80,7 @@ class ReadTestBench : public ::testing::Test {
   protected:
     ReadTestBench() {
         state().jobActive = 0;
-        state().shortTestRunning = 0;
+        state().shortTestsAtWork = 0;
         state().activeDrive = nullptr;
         state().activeDriveChosen = 0;
     }

@@ -174,10 +174,10 @@ TEST_F(StoppedReadTests, CriticalEndsAfterTheBlockInFlight) {
     DriveRecord& drive = openSlow();
     const UniqueHandle thread = start(kCriticalReadTest);
     EXPECT_EQ(state().jobActive, 1);
-    EXPECT_TRUE(hasJobRun(state().readTests));
+    EXPECT_TRUE(readTestHoldsJobFlag(state().readTests));
     awaitReads(5);
     stopReadTests(state());
-    EXPECT_FALSE(hasJobRun(state().readTests));
+    EXPECT_FALSE(readTestHoldsJobFlag(state().readTests));
     EXPECT_EQ(awaitEnd(thread), 1U);
     EXPECT_EQ(state().readTests.jobRunsAtWork, 0);
     EXPECT_THAT(reads(), SizeIs(6));
@@ -227,10 +227,10 @@ TEST_F(StoppedReadTests, StartedTwiceBothRun) {
     DriveRecord& drive = openDrive("30 GiB", faults(R"({"slow": [{"firstSector": 0, "milliseconds": 700}]})"));
     const UniqueHandle first = start(kShortReadTest);
     const UniqueHandle second = start(kShortReadTest);
-    EXPECT_EQ(state().shortTestRunning, 2);
+    EXPECT_EQ(state().shortTestsAtWork, 2);
     EXPECT_EQ(awaitEnd(first), 1U);
     EXPECT_EQ(awaitEnd(second), 1U);
-    EXPECT_EQ(state().shortTestRunning, 0);
+    EXPECT_EQ(state().shortTestsAtWork, 0);
     EXPECT_THAT(reads(), SizeIs(200));
     EXPECT_EQ(drive.shortTestResult, 1002);
 }
@@ -239,7 +239,7 @@ TEST_F(StoppedReadTests, ShortPaysNoHeed) {
     DriveRecord& drive = openDrive("30 GiB", faults(R"({"slow": [{"firstSector": 0, "milliseconds": 500}]})"));
     const UniqueHandle thread = start(kShortReadTest);
     EXPECT_EQ(state().jobActive, 0);
-    EXPECT_FALSE(hasJobRun(state().readTests)) << "the job-running flag is none of its business";
+    EXPECT_FALSE(readTestHoldsJobFlag(state().readTests)) << "the job-running flag is none of its business";
     Sleep(200); // in its first, slow read
     stopReadTests(state());
     EXPECT_EQ(drive.shortTestResult, 1002) << "a test that runs reads as passed";
@@ -283,7 +283,7 @@ TEST_F(StoppedReadTests, WithoutRoomForAThreadNothingStaysRaised) {
     for (const ReadTestKind kind : {kShortReadTest, kCriticalReadTest, kNistReadTest}) {
         EXPECT_FALSE(startReadTest(state(), kind, *record_, display_));
         EXPECT_EQ(state().jobActive, 0);
-        EXPECT_EQ(state().shortTestRunning, 0);
+        EXPECT_EQ(state().shortTestsAtWork, 0);
         EXPECT_EQ(state().readTests.workersAtWork, 0);
     }
     EXPECT_THAT(events(), Each("ERROR: Could not start the read test"));

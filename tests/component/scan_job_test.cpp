@@ -68,7 +68,7 @@ class ScanJob : public ::testing::Test {
 
     static void reset() {
         state().jobActive = 0;
-        state().shortTestRunning = 0;
+        state().shortTestsAtWork = 0;
         state().activeDriveChosen = 0;
         state().activeDrive = nullptr;
         state().scan.driveLoaderWorking = 0;
@@ -122,7 +122,7 @@ class ScanJob : public ::testing::Test {
 TEST_F(ScanJob, LoadDrivesWhileAJobRunsDoesNothingAndShowsNothing) {
     state().jobActive = 1;
     state().scan.driveLoaderWorking = 1;
-    state().shortTestRunning = 1;
+    state().shortTestsAtWork = 1;
     state().activeDriveChosen = 1;
     LoadDrives(state());
     EXPECT_THAT(view_.calls(), IsEmpty());
@@ -142,7 +142,7 @@ TEST_F(ScanJob, LoadDrivesWhileAStoppedCopyStillReadsDoesNothingAndKeepsItsRecor
 
 TEST_F(ScanJob, LoadDrivesWhileTheLoaderWorksSaysSo) {
     state().scan.driveLoaderWorking = 1;
-    state().shortTestRunning = 1;
+    state().shortTestsAtWork = 1;
     user_.expectStop("***** Working *****", "Drive Loader is Working");
     LoadDrives(state());
     EXPECT_THAT(view_.calls(), IsEmpty());
@@ -153,7 +153,7 @@ TEST_F(ScanJob, LoadDrivesDuringTheShortTestSaysSoAndLeavesTheListAsItWas) {
     view_.addDriveRow(listed);
     state().activeDrive = &listed;
     state().activeDriveChosen = 1;
-    state().shortTestRunning = 1;
+    state().shortTestsAtWork = 1;
     user_.expectStop("***** Load Drives *****", "Short Test is Running");
     LoadDrives(state());
     EXPECT_THAT(view_.driveRows(), ElementsAre(&listed));
