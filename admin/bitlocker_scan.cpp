@@ -83,7 +83,7 @@ int appendTo(HANDLE file, const BitLockerVolumeEntry& entry) {
     return 1;
 }
 
-// Without a "SUCCESS" row, on purpose.
+// Without a "SUCCESS" row: that row speaks of an update, and this file is new.
 int createWith(const BitLockerVolumeEntry& entry) {
     const UniqueFile file = openKeyFile(CREATE_ALWAYS);
     if (!file) {
@@ -123,7 +123,7 @@ void BL_ScanActiveDrive(AppState& state, BitLockerRows& rows) {
             continue;
         }
         rows.setRow(row, name.c_str(), bitLockerStatusText(check->finding), bitLockerKeyText(*check));
-        // The next volume takes the row of one that printed nothing, on purpose.
+        // One that printed nothing has no finding to show: the next volume takes its row.
         if (check->finding != BitLockerFinding::kNoOutput) {
             keepEntry(*drive, check->entry);
             ++row;

@@ -28,6 +28,7 @@ void BL_ScanActiveDrive(AppState& state, BitLockerRows& rows);
 
 /// Checks every volume of the volume table, adds to the entries of the drives concerned and appends each recovery
 /// password to "BITLOCKER.db". Every run appends again. An eleventh volume's password is appended but not kept.
+/// One of the program's named operations; no command calls it.
 void BL_SaveRecoveryKeys(AppState& state);
 
 /// Appends the record to "BITLOCKER.db" in the current folder, which is created when absent. Returns 1; 0 after one

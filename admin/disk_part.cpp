@@ -42,7 +42,7 @@ DiskPartScript mountingDisable() {
 }
 
 DiskPartScript mountingEnable() {
-    // The file name is spelled so on purpose.
+    // Misspelt, and kept: users know the script that stays in their folder by this name.
     return {"EnbleMountScript.txt", "automount enable\nautomount scrub\n", kMountResultsFileName};
 }
 
@@ -54,7 +54,7 @@ struct ReadOnlyChange {
 };
 
 constexpr ReadOnlyChange kSetReadOnly{"set", "Enable", "ENABLING READ ONLY"};
-// Spelled so on purpose.
+// Misspelt, and kept: users search their logs for the row as it is.
 constexpr ReadOnlyChange kClearReadOnly{"clear", "Disable", "DISBLING READ ONLY"};
 
 /// Writes a script that changes a disk, and keeps everybody from writing to it as long as the result lives: another
@@ -157,6 +157,7 @@ void showEnableOutcome(std::int32_t mountStatus) {
     if (mountStatus == kMountingEnabled) {
         prompts::inform("****** ENABLED ******", "Drive Mounting has been ENABLED");
     } else {
+        // The odd blanks are kept: scripts that answer the box know its text.
         prompts::inform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
     }
 }
@@ -207,6 +208,7 @@ std::optional<ReadOnlyAnswer> runReadOnlyChange(AppState& state, DriveRecord& dr
 }
 
 int reportUncleaned(const DriveRecord& drive) {
+    // "nore" here and below is kept: users search their logs for the rows as they are.
     LogEvent("ERROR", "Could nore VERIFY partition CLEAR for [%s]", drive.devicePath.c_str());
     return 0;
 }

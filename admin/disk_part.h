@@ -22,12 +22,13 @@ int DP_TestReadOnly(AppState& state, DriveRecord& drive);
 std::int32_t DP_GetMountStatus(AppState& state);
 
 /// Sets or clears the drive's read-only attribute, refreshes `drive.readOnly` as DP_TestReadOnly does and returns it; 0
-/// when the script could not be written. Waits for diskpart on the calling thread.
+/// when the script could not be written. Waits for diskpart on the calling thread. Two of the program's named
+/// operations; no command calls them.
 std::int32_t DP_SetReadOnly(AppState& state, DriveRecord& drive);
 std::int32_t DP_ClearReadOnly(AppState& state, DriveRecord& drive);
 
-/// What these two do. True when diskpart tells afterwards that the attribute is as wanted; never for an image file, for
-/// which diskpart is not asked.
+/// What these two do, for the commands. True when diskpart tells afterwards that the attribute is as wanted; never for
+/// an image file, for which diskpart is not asked.
 bool changeReadOnly(AppState& state, DriveRecord& drive, bool wanted);
 
 /// Wipes the partition table of the state's destination drive (`copy.destination`), so that the system lets go of its

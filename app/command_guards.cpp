@@ -51,7 +51,7 @@ DriveRecord* requireDriveToClone(const AppState& state) {
 }
 
 DriveRecord* requireDriveToImage(const AppState& state) {
-    // The caption and the second text speak of cloning on purpose: the two commands share them.
+    // The caption and the second text speak of cloning: the two commands share them.
     return requireOneToImage(state,
                              {"***** ERROR Choose Drive To Clone *****", "You must choose at least one drive to image",
                               "You may only choose one drive to clone"});

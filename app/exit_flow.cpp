@@ -38,7 +38,7 @@ void offerEnabledMounting(AppState& state) {
         return;
     }
     startEnableMounting(state);
-    // Asked at once on purpose: the thread just started is not waited for.
+    // Asked at once: the window's thread never waits for a worker, so a change still under way counts as none.
     if (mountingIsStillDisabled(state)) {
         prompts::stop("***** DRIVE MOUNTING STILL DISABLED *****",
                       "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags");

@@ -165,7 +165,7 @@ class HexViewerDialog : public Dialog {
         showSector();
     }
 
-    // The scroll bar stays where it is, on purpose.
+    // The scroll bar stays where it is: it is for jumps, and one of its steps is many sectors of a drive.
     void onKey(WPARAM key) {
         if ((key == VK_PRIOR && viewer_.toPrevious()) || (key == VK_NEXT && viewer_.toNext())) {
             showSector();

@@ -46,7 +46,7 @@ StorageDeviceTexts parseStorageDeviceDescriptor(ByteView descriptor) {
 }
 
 BusVersion parseStorageAdapterDescriptor(ByteView descriptor) {
-    // The odd offsets are on purpose: the descriptor is read as if it were packed.
+    // Read as if the descriptor were packed, and kept: records compare with those of earlier scans.
     return {.major = loadLe16(descriptor, 25), .minor = loadLe16(descriptor, 27)};
 }
 

@@ -33,8 +33,8 @@ std::vector<VolumeExtent> readVolumeExtents(char letter) {
     return answer ? parseVolumeDiskExtents(*answer) : std::vector<VolumeExtent>();
 }
 
-// The disk number is the position in the drive table on purpose: the right drive is marked when the drives are numbered
-// from 0 without gaps. A position that the table does not have is skipped.
+// The disk number serves as the position in the drive table, which is the right one while the drives are numbered from
+// 0 without gaps; kept so. A position that the table does not have is skipped.
 void markSystemDrives(ScanState& scan, std::span<const VolumeExtent> extents) {
     for (const VolumeExtent& extent : extents) {
         if (extent.diskNumber < static_cast<std::uint32_t>(scan.driveCount)) {

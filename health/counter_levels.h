@@ -4,8 +4,8 @@
 
 namespace torvane {
 
-// How bad one counter of a drive is: 0 sound, 1 early wear, 2 wearing out, 3 failing. A negative counter, "not reported"
-// among them, is level 0.
+// How bad one counter of a drive is: 0 sound, 1 early wear, 2 wearing out, 3 failing. A negative counter, "not
+// reported" among them, is level 0.
 
 inline constexpr std::int32_t kHoursPerYear = 8760;
 

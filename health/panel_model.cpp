@@ -39,7 +39,7 @@ Gauges standardGauges(const DriveRecord& record) {
 }
 
 Gauges ssdGauges(const SsdCounters& counters) {
-    // The hours' scale is far larger than a standard drive's on purpose: hours alone do not wear flash out.
+    // The hours' scale is far larger than a standard drive's: hours alone do not wear flash out.
     return {{{"POH", counters.powerOnHours, 2000000.0},
              {"Moved Errors", counters.reallocatedSectors, 100.0},
              {"Slow Sectors", counters.remapEvents, 100.0},

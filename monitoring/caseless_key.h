@@ -15,7 +15,7 @@ class CaselessKey {
     explicit CaselessKey(std::string_view key);
 
     /// True when the key starts at a position below the line's length minus the key's.
-    // Stops one short on purpose: callers' keys are never the last thing on a line.
+    // Stops one short, and kept: callers' keys are never the last thing on a line.
     [[nodiscard]] bool isWithin(std::string_view line) const;
 
   private:

@@ -113,6 +113,7 @@ int PARSE_BuildDataFile(AppState& /*context*/, const char* outputFileName, const
 LoadedText PARSE_LoadFileIntoBuffer(AppState& /*context*/, const char* fileName) {
     const UniqueFile file = openFinishedFile(fileName);
     if (!file) {
+        // Misspelt, and kept: users search their logs for the row as it is.
         LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: [%s] OPEN_WXISTING FAILED", fileName);
         return nullptr;
     }

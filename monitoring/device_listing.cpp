@@ -68,7 +68,7 @@ void readListedDevice(const char* line, ListedDevice& device) {
 }
 
 std::string reportCommandLine(const ListedDevice& device) {
-    // -T is given twice on purpose: the tool then goes on after more errors than after one.
+    // -T is given twice: the tool then goes on after more errors than after one.
     return formatText("smartctl.exe %s -s on -x -T verypermissive -T verypermissive", device.commandPart.c_str());
 }
 

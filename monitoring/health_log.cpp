@@ -46,7 +46,7 @@ void deriveEndurance(NvmeHealth& health) {
     // Unsigned, so that an absurd counter wraps around 64 bits.
     const std::uint64_t bytes = static_cast<std::uint64_t>(health.dataUnitsWritten) * kBytesPerDataUnit;
     health.gigabytesWritten = bytes / 1024 / 1024 / 1024;
-    // One rated endurance for every drive, on purpose.
+    // One rated endurance for every drive: the log does not tell what its maker promised.
     health.enduranceFraction = static_cast<double>(health.gigabytesWritten) / 1024.0 / kRatedEnduranceTerabytes;
 }
 

@@ -52,7 +52,7 @@ std::int32_t parsePowerOnHours(ReportReader& report) {
         return hours != nullptr ? leadingInt32(hours) : kNotReported;
     }
     if (report.find("Power_On_Minutes")) {
-        // Taken as it stands, on purpose: the tool itself turns a drive's minutes into "10h+15m".
+        // Taken as it stands: the tool itself turns a drive's minutes into "10h+15m".
         const char* const minutes = report.word(kRawValueWord);
         return minutes != nullptr ? leadingInt32(minutes) : kNotReported;
     }
@@ -80,7 +80,7 @@ struct ErrorCounter {
 
 constexpr std::array<ErrorCounter, 5> kErrorCounters{{
     {&DriveRecord::reallocatedSectors, "Reallocated_Sector_Ct", "Reallocate_NAND_Blk_Cnt", "Reallocated Sector Count"},
-    // The label is that of another counter, on purpose.
+    // The label is that of another counter, and kept: users know the log row by it.
     {&DriveRecord::reportedUncorrect, "Reported_Uncorrect", nullptr, "Reallocated Event Count"},
     {&DriveRecord::reallocatedEvents, "Reallocated_Event_Count", nullptr, "Reallocated Event Count"},
     {&DriveRecord::pendingSectors, "Current_Pending_Sector", "Current_Pending_ECC_Cnt", "Current Pending Sector Count"},

@@ -25,7 +25,7 @@ int LoadSsdAttributeDatabase(SsdAttributeDatabase& database) {
     const std::optional<std::uint64_t> size = sizeOfFile(file.get());
     LoadedText records = size && *size <= MAXDWORD ? allocateZeroed(*size + 1) : nullptr;
     if (!records || !readWholeFile(file.get(), *size, records.get())) {
-        // The row names another function, on purpose.
+        // The row names the loader of texts, and is kept: one search of a log finds both.
         LogEvent("ERROR", "PARSE_LoadFileIntoBuffer: Could not READ [%s] for processing", kFileName);
         return 0;
     }

@@ -32,14 +32,15 @@ int PARSE_GetLine(int lineIndex, const char* text, std::span<char> lineOut);
 
 /// Case-insensitive (ASCII) substring test. Returns 1 when `needle` starts at a position below
 /// strlen(haystack) - strlen(needle).
-// Stops one short on purpose: callers' keys are never the last thing on a line.
+// Stops one short, and kept: callers' keys are never the last thing on a line.
 int PARSE_LineContains(const char* haystack, const char* needle);
 
 /// The index of the first line that contains `key`, left in `lineOut`; -1 when none does. What does not fit into
 /// `lineOut` is not searched. The text is walked once.
 int PARSE_FindLine(const char* text, std::span<char> lineOut, const char* key);
 
-/// The same, starting at the line after `afterIndex`; an index below -1 finds nothing.
+/// The same, starting at the line after `afterIndex`; an index below -1 finds nothing. One of the program's named
+/// operations; no command calls it: a LineCursor goes on where it stopped.
 int PARSE_FindNextLine(const char* text, int afterIndex, std::span<char> lineOut, const char* key);
 
 /// Copies word `wordIndex` (from 0) of `line` into `wordOut`. Returns 1 if the line has that many words, else 0 with

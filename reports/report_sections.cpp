@@ -10,7 +10,7 @@ namespace torvane {
 
 namespace {
 
-// Every misspelling and odd blank in these texts is deliberate.
+// Every misspelling and odd blank in these texts is kept: reports are compared with those already filed.
 
 // NVMe Base Specification, SMART / Health Information log, byte 0: Critical Warning.
 enum CriticalWarning : std::uint8_t {

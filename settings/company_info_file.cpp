@@ -70,7 +70,7 @@ int SaveCompanyInfo(CompanyInfo& info, std::string_view name, std::string_view a
     if (writeRecord(file.get(), info) == 0) {
         return 0;
     }
-    // The stop icon, the same as the errors', on purpose.
+    // With the errors' stop icon, and kept: users know the box by it.
     prompts::stop("***** CONFIG FILE SAVED *****", "Config file successfully saved.");
     LogEvent("SUCCESS", "Config file SAVED");
     return 1;

@@ -5,7 +5,7 @@
 namespace torvane {
 
 std::optional<MessageTable> readMessageFile(const char* fileName) {
-    // Update mode on purpose: a table that could not be edited later is refused at once.
+    // Update mode: a table that could not be edited later is refused at once.
     const StdioFile file = openStdioFile(fileName, "rb+");
     if (!file) {
         return std::nullopt;

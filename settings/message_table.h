@@ -60,7 +60,8 @@ void setMessageText(MessageRecord& record, std::string_view text);
 /// How many records stand before the end of the table.
 [[nodiscard]] std::size_t messageCount(std::span<const MessageRecord> table);
 
-/// The first record with this number; null when the end of the table comes first.
+/// The first record with this number; null when the end of the table comes first. As FindMessageByText, one of the
+/// program's named operations that no command calls.
 [[nodiscard]] const MessageRecord* FindMessageById(std::span<const MessageRecord> table, std::uint32_t id);
 
 /// The first record that serves this health level; null when the end of the table comes first.

@@ -84,7 +84,7 @@ std::uint32_t runCriticalTest(ReadTestJob& job) {
     job.display.setStatus("Critical Read Test PHASE 1 STARTED");
     job.drive.criticalTestResult = kReadTestPassed;
     showDrivePercent(job, 0, kAllBlocks);
-    // Fixed ranges on purpose: on a drive that is smaller the first runs into the end and fails there.
+    // Fixed ranges, so that results compare between drives: on a smaller one the first fails at its end.
     const BlockRange first{
         .blockBytes = kBlockBytes, .blockCount = kFirstPhaseBlocks, .startByte = 0, .blocksBefore = 0};
     const BlockRange last{.blockBytes = kBlockBytes,

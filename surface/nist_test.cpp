@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::uint64_t kBlockBytes = 0x2000000; // 32 MiB
 
-/// So many sectors of 512 bytes make a block. On a drive with larger sectors the blocks of a run leave gaps on purpose.
+/// So many sectors of 512 bytes make a block. On a drive with larger sectors the blocks of a run leave gaps; kept:
+/// earlier results compare.
 constexpr std::uint64_t kBlockSectors = 65536;
 
 /// One of the two runs: whole blocks, then the rest in one read.
@@ -44,7 +45,7 @@ Sampling sampleSegments(ReadTestJob& job, std::uint64_t segmentSectors) {
         const auto start = static_cast<std::int64_t>(static_cast<std::uint64_t>(i) * segmentSectors);
         job.display.setStatus(formatText("Testing [%" PRId64 "]", start));
         if (!ProbeNistSegment(job, buffer, {start, segmentSectors})) {
-            // The segment's first sector on purpose, whichever read failed.
+            // The segment's first sector, whichever read failed: it names the segment, as in the status line before.
             job.display.setStatus(formatText("NIST Read FAILED at Sector [%" PRId64 "]", start));
             return Sampling::kFailed;
         }

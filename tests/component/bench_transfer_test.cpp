@@ -267,8 +267,7 @@ TEST_F(BenchTransferTest, AModuleLoadedLaterIsOnTheBenchToo) {
     EXPECT_TRUE(drive);
 }
 
-// --- faults
-// -----------------------------------------------------------------------------------------------------------
+// --- faults --------------------------------------------------------------------------------------------------------
 
 class BenchFaultTest : public BenchTransferTest {
   protected:

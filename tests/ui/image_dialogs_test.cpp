@@ -214,8 +214,7 @@ TEST_F(ImageTest, TerminateLeavesAPartialImage) {
     EXPECT_TRUE(image == noise(7, 0, image.size()));
 }
 
-// --- forensic image alone
-// ---------------------------------------------------------------------------------------------
+// --- forensic image alone ------------------------------------------------------------------------------------------
 
 /// The hash file's text with date and time blotted out.
 std::string withoutTime(const std::string& text) {

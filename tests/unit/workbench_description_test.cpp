@@ -265,8 +265,7 @@ TEST(WorkbenchState, SurvivesAsText) {
     }
 }
 
-// --- folders
-// ----------------------------------------------------------------------------------------------------------
+// --- folders -------------------------------------------------------------------------------------------------------
 
 TEST(WorkbenchFolder, TheDemonstrationBenchIsValidAndVaried) {
     const BenchReading reading = readBenchFolder(TORVANE_DEMO_BENCH);

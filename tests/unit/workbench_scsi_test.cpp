@@ -130,8 +130,7 @@ TEST(WorkbenchScsi, OnlyTranslatingDrivesPassAtaThrough) {
               kInvalidOperationCode);
 }
 
-// --- NVMe
-// -------------------------------------------------------------------------------------------------------------
+// --- NVMe ----------------------------------------------------------------------------------------------------------
 
 class Bridge {
   public:
@@ -222,8 +221,7 @@ TEST(WorkbenchNvme, WhatIsRefusedGivesNothing) {
     EXPECT_EQ(nvmeCommandName(0x0C), "nvme:0x0c");
 }
 
-// --- descriptors and content
-// ------------------------------------------------------------------------------------------
+// --- descriptors and content ---------------------------------------------------------------------------------------
 
 TEST(WorkbenchDescriptor, AbsentTextsHaveNoOffset) {
     const Bytes bytes = deviceDescriptor(drive(R"("identity": {"product": "P", "serial": ""})"));

@@ -129,8 +129,7 @@ Pages extendedErrors(const SmartDescription& smart) {
     return pages;
 }
 
-// --- self-test logs
-// ---------------------------------------------------------------------------------------------------
+// --- self-test logs ------------------------------------------------------------------------------------------------
 
 constexpr std::size_t kSelfTestEntries = 21;
 constexpr std::size_t kExtendedSelfTestPerPage = 19;

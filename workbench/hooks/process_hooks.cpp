@@ -169,8 +169,7 @@ BOOL WINAPI createProcessA(LPCSTR application, LPSTR commandLine, LPSECURITY_ATT
     });
 }
 
-// --- functions that bring new modules or new addresses into the process
-// -----------------------------------------------
+// --- functions that bring new modules or new addresses into the process --------------------------------------------
 
 // Loading may have brought modules with imports that still lead to the real functions.
 HMODULE patched(HMODULE module) {
