@@ -1,6 +1,6 @@
 #pragma once
 
-#include "admin/bitlocker_entry.h"
+#include "discovery/bitlocker_entry.h"
 
 #include <span>
 

@@ -4,6 +4,7 @@
 #include "app/main_layout.h"
 #include "base/colours.h"
 #include "discovery/drive_record.h"
+#include "discovery/drive_texts.h"
 #include "resources/resource_ids.h"
 
 namespace torvane {

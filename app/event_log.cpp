@@ -2,22 +2,11 @@
 
 #include "app/app_state.h"
 #include "app/log_row.h"
-
-#include <windows.h>
+#include "base/local_moment.h"
 
 #include <cstdarg>
 
 namespace torvane {
-
-namespace {
-
-LocalMoment localNow() {
-    SYSTEMTIME now{};
-    GetLocalTime(&now);
-    return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond};
-}
-
-} // namespace
 
 void LogEvent(const char* category, const char* format, ...) {
     va_list arguments;

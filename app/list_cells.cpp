@@ -1,9 +1,6 @@
 #include "app/list_cells.h"
 
-#include "base/format.h"
-
 #include <array>
-#include <cinttypes>
 
 namespace torvane {
 
@@ -58,17 +55,6 @@ std::string interfaceText(DriveRecord& record) {
         return record.busCode == kBusCodeUsb ? "SATA USB" : "SATA";
     }
     return std::string(kInterfaceNames[static_cast<std::size_t>(record.busCode - kBusCodeUsb)]);
-}
-
-std::string sizeSectorsText(const DriveRecord& record) {
-    if (record.bytesPerSector <= 0) {
-        return std::string(kNotAvailable);
-    }
-    return formatText("%" PRId64, record.sizeBytes / record.bytesPerSector);
-}
-
-std::string sizeGigabytesText(const DriveRecord& record) {
-    return formatText("%.02f", record.sizeGigabytes);
 }
 
 CellPaint driveCellPaint(int column, std::string_view text) {

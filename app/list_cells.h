@@ -26,12 +26,6 @@ enum LogColumn : int { kLogColumnType, kLogColumnDate, kLogColumnTime, kLogColum
 /// its bus text first. Empty for a bus code outside the list.
 [[nodiscard]] std::string interfaceText(DriveRecord& record);
 
-/// The drive's size in its own sectors, whatever their size; "Not Available" when the sector size is not known.
-[[nodiscard]] std::string sizeSectorsText(const DriveRecord& record);
-
-/// The drive's size in units of 2^30 bytes, two decimals.
-[[nodiscard]] std::string sizeGigabytesText(const DriveRecord& record);
-
 struct CellPaint {
     ColourCode text;
     ColourCode background;

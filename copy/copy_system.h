@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/log_row.h"
+#include "base/local_moment.h"
 #include "copy/block_hasher.h"
 #include "copy/image_file.h"
 #include "copy/image_number.h"

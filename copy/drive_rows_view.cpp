@@ -1,8 +1,8 @@
 #include "copy/drive_rows_view.h"
 
-#include "app/list_cells.h"
 #include "base/colours.h"
 #include "discovery/drive_record.h"
+#include "discovery/drive_texts.h"
 
 namespace torvane {
 

@@ -20,10 +20,6 @@ void addCount(std::string& text, std::uint64_t count, std::string_view one, std:
 
 } // namespace
 
-std::string driveProgressText(std::string_view activity, std::int32_t percent) {
-    return std::string(activity).append(formatText(" %d%%", percent));
-}
-
 std::string driveOutcomeText(std::string_view ending, const JobLosses& losses) {
     std::string faults(ending);
     addCount(faults, losses.unreadableBlocks, "unreadable block", "unreadable blocks");

@@ -12,9 +12,6 @@ struct JobLosses {
     std::uint64_t failedWrites = 0;     ///< blocks that could not be written whole
 };
 
-/// The "Status" cell of a drive while a job runs: "Cloning 37%".
-[[nodiscard]] std::string driveProgressText(std::string_view activity, std::int32_t percent);
-
 /// The "Status" cell of a drive after a job: "COMPLETED" when everything arrived, else "BAD" with what went wrong and
 /// how often. `ending` is empty for a job that went through to its end, otherwise says how it ended: "terminated".
 [[nodiscard]] std::string driveOutcomeText(std::string_view ending, const JobLosses& losses);

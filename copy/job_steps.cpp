@@ -1,6 +1,7 @@
 #include "copy/job_steps.h"
 
 #include "base/format.h"
+#include "discovery/drive_texts.h"
 
 #include <algorithm>
 #include <atomic>

@@ -97,9 +97,7 @@ std::int64_t WindowsCopySystem::tick() {
 }
 
 LocalMoment WindowsCopySystem::now() {
-    SYSTEMTIME now{};
-    GetLocalTime(&now);
-    return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond};
+    return localNow();
 }
 
 void WindowsCopySystem::log(const char* category, const std::string& text) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "admin/bitlocker_entry.h"
 #include "base/fixed_text.h"
 #include "base/shared_word.h"
-#include "health/smart_type.h"
+#include "discovery/bitlocker_entry.h"
+#include "discovery/smart_type.h"
 
 #include <array>
 #include <atomic>

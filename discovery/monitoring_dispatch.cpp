@@ -1,7 +1,7 @@
 #include "discovery/monitoring_dispatch.h"
 
 #include "discovery/drive_record.h"
-#include "health/smart_type.h"
+#include "discovery/smart_type.h"
 #include "monitoring/nvme_health.h"
 #include "monitoring/smart_report.h"
 

@@ -1,20 +1,18 @@
 #include "reports/report_writers.h"
 
 #include "app/app_state.h"
+#include "base/local_moment.h"
 #include "discovery/drive_record.h"
 #include "reports/pdf_page.h"
 #include "reports/report_page.h"
-
-#include <windows.h>
 
 namespace torvane {
 
 namespace {
 
 ReportDate today() {
-    SYSTEMTIME now{};
-    GetLocalTime(&now);
-    return {now.wYear, now.wMonth, now.wDay};
+    const LocalMoment now = localNow();
+    return {now.year, now.month, now.day};
 }
 
 int writeReport(const AppState& state, ReportPage (*compose)(const ReportFacts&)) {

@@ -1,7 +1,7 @@
 #include "surface/read_test_job.h"
 
 #include "base/format.h"
-#include "copy/drive_status.h"
+#include "discovery/drive_texts.h"
 #include "surface/read_test_texts.h"
 
 #include <cinttypes>

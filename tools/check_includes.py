@@ -5,7 +5,7 @@ Every #include "..." names a file from the repository root, and:
   - no file includes its way back to itself;
   - a file of the pure library never reaches a Windows header;
   - a logic file (neither *_dialog.cpp nor *_view.cpp) never reaches a dialog, a control or <commctrl.h>;
-  - ui/ knows no drive and no job;
+  - folders include each other as FOLDERS and UPWARD say, and all that these allow is in use;
   - only app/ includes the main dialog;
   - the product never includes the workbench or a test.
 
@@ -24,7 +24,36 @@ ROOT = Path(__file__).resolve().parent.parent
 QUOTED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.M)
 ANGLED = re.compile(r"^\s*#\s*include\s*<([^>]+)>", re.M)
 
-PRODUCT = {"base", "app", "discovery", "monitoring", "health", "copy", "surface", "admin", "reports", "settings", "ui"}
+# The product's folders from the bottom up, each with those below it that it includes.
+FOLDERS = {
+    "base": set(),
+    "ui": {"base"},
+    "discovery": {"base", "ui"},
+    "monitoring": {"base", "discovery"},
+    "settings": {"base", "ui"},
+    "health": {"base", "ui", "discovery", "settings"},
+    "admin": {"base", "ui", "discovery", "monitoring"},
+    "copy": {"base", "ui", "discovery", "admin"},
+    "surface": {"base", "ui", "discovery", "copy"},
+    "reports": {"base", "ui", "discovery", "monitoring", "settings", "health"},
+    "app": {"base", "ui", "discovery", "monitoring", "settings", "health", "admin", "copy", "surface", "reports"},
+}
+
+# The headers that folders further down include all the same: a circle of folders each, so each has its reason.
+UPWARD = {
+    # The one state record: it gathers every folder's share, and every command takes it.
+    "app/app_state.h": {"discovery", "monitoring", "settings", "health", "admin", "copy", "surface", "reports"},
+    # Any code may log; the rows go to the main window, which the state names.
+    "app/event_log.h": {"discovery", "monitoring", "settings", "admin", "copy", "surface", "reports"},
+    # The state's own questions and threads, asked and started by commands that other folders own.
+    "app/command_guards.h": {"surface", "reports"},
+    "app/drive_job.h": {"admin", "copy"},
+    # A scan asks for everything that its records hold.
+    "admin/disk_part.h": {"discovery"},
+    "monitoring/nvme_health.h": {"discovery"},
+    "monitoring/smart_report.h": {"discovery"},
+    "monitoring/smart_scan.h": {"discovery"},
+}
 WINDOWS_HEADERS = re.compile(
     r"^(windows|windowsx|windef|winbase|winuser|winioctl|ntdd\w+|commctrl|commdlg|shellapi|shlobj|objbase|gdiplus|wincrypt)\.h$",
     re.I,
@@ -142,12 +171,34 @@ def check_logic(graph, logic):
 def check_folders(graph):
     for name, includes in sorted(graph.quoted.items()):
         for included in includes:
-            if folder(name) == "ui" and folder(included) not in {"ui", "base", "resources"}:
-                yield f"ui/ knows no drive and no job, but {name} includes {included}"
             if included == "app/main_dialog.h" and folder(name) not in {"app", "tests"}:
                 yield f"only app/ includes the main dialog, but {name} does"
-            if folder(name) in PRODUCT and folder(included) in {"workbench", "tests", "benchmarks"}:
+            if folder(name) in FOLDERS and folder(included) in {"workbench", "tests", "benchmarks"}:
                 yield f"the product never includes {folder(included)}/, but {name} includes {included}"
+
+
+def check_layers(graph):
+    """The includes between the product's folders against FOLDERS and UPWARD, and those against the includes."""
+    order = list(FOLDERS)
+    for upper, lowers in FOLDERS.items():
+        for lower in lowers:
+            if lower not in order[: order.index(upper)]:
+                yield f"FOLDERS: {lower}/ does not stand below {upper}/"
+    unused = {(upper, lower) for upper, lowers in FOLDERS.items() for lower in lowers}
+    unused |= {(name, header) for header, names in UPWARD.items() for name in names}
+    for name, includes in sorted(graph.quoted.items()):
+        for included in includes:
+            of, to = folder(name), folder(included)
+            if of not in FOLDERS or to not in FOLDERS or of == to:
+                continue
+            if to in FOLDERS[of]:
+                unused.discard((of, to))
+            elif of in UPWARD.get(included, ()):
+                unused.discard((of, included))
+            else:
+                yield f"{of}/ may not include {to}/, but {name} includes {included}"
+    for of, what in sorted(unused):
+        yield f"no file of {of}/ includes {what}: its entry can go"
 
 
 def main():
@@ -159,7 +210,7 @@ def main():
     logic = library_sources(windows, "torvane_logic") | pure
     faults = graph.faults
     faults += [f"circle: {cycle}" for cycle in graph.cycles()]
-    faults += [*check_pure(graph, pure), *check_logic(graph, logic), *check_folders(graph)]
+    faults += [*check_pure(graph, pure), *check_logic(graph, logic), *check_folders(graph), *check_layers(graph)]
     for fault in faults:
         print(fault)
     if not faults:

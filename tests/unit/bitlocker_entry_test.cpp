@@ -1,4 +1,4 @@
-#include "admin/bitlocker_entry.h"
+#include "discovery/bitlocker_entry.h"
 
 #include "discovery/drive_record.h"
 

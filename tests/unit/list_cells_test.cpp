@@ -1,4 +1,5 @@
 #include "app/list_cells.h"
+#include "discovery/drive_texts.h"
 
 #include <gtest/gtest.h>
 

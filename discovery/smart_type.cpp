@@ -1,4 +1,4 @@
-#include "health/smart_type.h"
+#include "discovery/smart_type.h"
 
 #include "discovery/drive_record.h"
 
