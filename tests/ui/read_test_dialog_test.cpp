@@ -203,6 +203,7 @@ TEST_F(ReadTestDialogTest, LoadDrivesForgetsTheResults) {
     const Window dialog = open(kShortTest);
     press(dialog.child(kStart));
     awaitStatus(dialog, "Short Read Test -- PASSED");
+    awaitDriveStatus("COMPLETED Short Read Test PASSED");
     leave(dialog);
     torvane().loadDrives();
     EXPECT_EQ(driveStatus(), "Idle");
