@@ -23,6 +23,9 @@ constexpr std::string_view kExplosionD = "explosion-d.png";
 constexpr int kPrizeRise = 18;
 constexpr int kPrizeShift = 10;
 
+// So does the explosion.
+constexpr int kExplosionRise = 10;
+
 /// A vehicle's place on the track.
 struct Place {
     int x;
@@ -56,14 +59,15 @@ Sprite groundOf(TrackScene scene, bool reverse) {
 }
 
 std::vector<Sprite> explosion(Place car, bool lastFrameAlone) {
-    const Sprite wreck{kExplosionD, car.x + 20, car.y};
     if (lastFrameAlone) {
-        return {wreck};
+        // Lower than as the last frame of the sequence, on purpose.
+        return {{kExplosionD, car.x + 20, car.y}};
     }
-    return {{kExplosionA, car.x + 40, car.y - 10},
-            {kExplosionB, car.x + 30, car.y - 10},
-            {kExplosionC, car.x + 25, car.y - 10},
-            wreck};
+    const int y = car.y - kExplosionRise;
+    return {{kExplosionA, car.x + 40, y},
+            {kExplosionB, car.x + 30, y},
+            {kExplosionC, car.x + 25, y},
+            {kExplosionD, car.x + 20, y}};
 }
 
 Sprite prize(TrackScene scene, bool reverse, Place car) {

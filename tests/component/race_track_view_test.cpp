@@ -143,7 +143,7 @@ TEST_F(RaceTrackView, PlaysTheExplosionInFourFramesAtEveryPaint) {
                                      {L"explosion-a.png", 350, 172},
                                      {L"explosion-b.png", 340, 172},
                                      {L"explosion-c.png", 335, 172},
-                                     {L"explosion-d.png", 330, 182}};
+                                     {L"explosion-d.png", 330, 172}};
     for (int repaint = 0; repaint < 2; ++repaint) {
         const Pauses seen = paintInFrames(TrackScene::kClone);
         EXPECT_EQ(seen.milliseconds, (std::vector<DWORD>{100, 100, 100}));
@@ -187,7 +187,7 @@ TEST_F(RaceTrackView, DoesWithoutPicturesThatAreMissingOrDamaged) {
     EXPECT_EQ(seen.milliseconds, (std::vector<DWORD>{100, 100, 100}));
     EXPECT_TRUE(
         canvas_.pixels() ==
-        composed({{L"explosion-a.png", 350, 172}, {L"explosion-c.png", 335, 172}, {L"explosion-d.png", 330, 182}}));
+        composed({{L"explosion-a.png", 350, 172}, {L"explosion-c.png", 335, 172}, {L"explosion-d.png", 330, 172}}));
 }
 
 TEST_F(RaceTrackView, DrawsNothingButItsColourWithoutAnyPicture) {

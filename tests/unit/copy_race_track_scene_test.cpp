@@ -109,7 +109,7 @@ TEST(RaceTrackScene, FailedJobExplodesInFourFramesInEveryDialog) {
         job.state.failed = 1;
         EXPECT_THAT(layOutRaceTrack(scene, job.state).figures,
                     ElementsAre(Sprite{"explosion-a.png", 340, 172}, Sprite{"explosion-b.png", 330, 172},
-                                Sprite{"explosion-c.png", 325, 172}, Sprite{"explosion-d.png", 320, 182}));
+                                Sprite{"explosion-c.png", 325, 172}, Sprite{"explosion-d.png", 320, 172}));
     }
 }
 
