@@ -8,7 +8,7 @@ namespace torvane {
 namespace {
 
 constexpr std::string_view kUnreadableMarker = "KVL<->UNREADABLE";
-static_assert(kUnreadableMarker.size() == 16);
+static_assert(kUnreadableMarker.size() == kUnreadableMarkerSize);
 
 constexpr std::int32_t kUsualBytesPerSector = 512;
 

@@ -56,6 +56,9 @@ class BlockOrder {
     bool reverse_;
 };
 
+/// Bytes of the text that an unreadable block is filled with.
+inline constexpr std::size_t kUnreadableMarkerSize = 16;
+
 /// Overwrites an unreadable block with "KVL<->UNREADABLE", over and over. A last (length mod 16) bytes stay as they
 /// are.
 void fillWithUnreadableMarker(std::span<std::byte> block);

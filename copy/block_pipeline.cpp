@@ -7,13 +7,6 @@
 
 namespace torvane {
 
-namespace {
-
-/// What the unreadable marker does not reach at a block's end.
-constexpr std::size_t kMarkerSize = 16;
-
-} // namespace
-
 void BlockPipeline::FreeMemory::operator()(std::byte* memory) const {
     std::free(memory);
 }
@@ -66,7 +59,8 @@ FetchOutcome BlockPipeline::fetch(std::uint64_t index) {
     const std::span<std::byte> bytes = buffer(index, extent.length);
     // The block before is complete by now: either it was read whole, or the job is done with it.
     const std::span<std::byte> before = buffer(index + kBuffers - 1, extent.length);
-    const std::size_t tail = extent.length % kMarkerSize;
+    // The unreadable marker, should this block need it, will not reach its tail.
+    const std::size_t tail = extent.length % kUnreadableMarkerSize;
     std::copy(before.end() - static_cast<std::ptrdiff_t>(tail), before.end(),
               bytes.end() - static_cast<std::ptrdiff_t>(tail));
     return source_.fetch(extent, bytes);

@@ -37,8 +37,7 @@ struct Block {
 ///  - blocks come in job order, each when the job takes it;
 ///  - after a failed seek a block holds what the block before it held, and what a failed read leaves alone is left of
 ///    the block before it, too (before the first block: zero bytes);
-///  - after a failed read nothing more is read until the job takes the next block, so that a failing drive is not
-///  pushed
+///  - after a failed read nothing more is read until the job takes the next block: a failing drive is never pushed
 ///    further than the job will use;
 ///  - blocks that were read ahead and never taken have left no trace.
 ///
