@@ -4,8 +4,8 @@
 
 namespace torvane {
 
-/// A number that one thread writes while others read it, as a field of a record that can be copied. A copy takes the
-/// number of that moment.
+/// A number that threads share, as a field of a record that can be copied. A copy takes the number of that moment;
+/// what is added is never lost, whoever else adds.
 template <typename Number>
 class SharedWord {
   public:
@@ -24,6 +24,10 @@ class SharedWord {
     }
     SharedWord& operator+=(Number value) {
         value_ += value;
+        return *this;
+    }
+    SharedWord& operator++() {
+        ++value_;
         return *this;
     }
     operator Number() const { return value_.load(); } // NOLINT(google-explicit-constructor): likewise

@@ -4,20 +4,14 @@
 #include "discovery/drive_texts.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cinttypes>
 
 namespace torvane {
 
 namespace {
 
-// The hex viewer counts on the same drive while a job that was told to stop deals with its last read.
-std::atomic_ref<std::uint64_t> sharedBadReadCount(DriveRecord& drive) {
-    return std::atomic_ref(drive.badReadCount);
-}
-
 bool stopsForBadBlocks(const CopyJob& job, const BadBlockRule& rule) {
-    if (rule.source == nullptr || sharedBadReadCount(*rule.source) < kBadBlockLimit) {
+    if (rule.source == nullptr || rule.source->badReadCount < kBadBlockLimit) {
         return false;
     }
     job.state.failed = 1;
@@ -47,7 +41,7 @@ void showIdle(const CopyJob& job) {
 }
 
 std::string countBadRead(DriveRecord& drive, std::uint64_t offset) {
-    ++sharedBadReadCount(drive);
+    ++drive.badReadCount;
     return formatText("BAD READ BLOCK AT SECTOR: [%" PRId64 "]", sectorOfOffset(offset, drive.bytesPerSector));
 }
 

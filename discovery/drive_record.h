@@ -134,8 +134,12 @@ struct DriveRecord {
     std::int32_t identifyDriveNumber = 0; ///< selects the drive head in the ATA identify request
     std::int32_t listPosition = 0;        ///< row in the drive list
 
-    std::int64_t sizeSectors = 0;      ///< units of 512 bytes, whatever the sector size
-    std::uint64_t badReadCount = 0;    ///< unreadable blocks of the current copy job
+    std::int64_t sizeSectors = 0; ///< units of 512 bytes, whatever the sector size
+
+    /// Unreadable blocks of the current copy job. The hex viewer counts on the same drive while a job that was told to
+    /// stop deals with its last read.
+    SharedWord<std::uint64_t> badReadCount = 0;
+
     std::uint64_t writeErrorCount = 0; ///< failed block writes
     std::int64_t sizeBytes = 0;
     double sizeGigabytes = 0.0; ///< units of 2^30 bytes
