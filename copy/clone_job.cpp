@@ -57,6 +57,8 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
     BlockPipeline blocks(sourceBlocks, cloneOrder(job, source, destination, way));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
+        showNotStarted(job, source);
+        showNotStarted(job, destination);
         return 0;
     }
     showIdle(job);

@@ -34,10 +34,16 @@ struct CopyJob {
 /// Writes the hash file beside the image numbered `number`. One "ERROR" log row when it cannot be created.
 void WriteHashFile(const CopyJob& job, const DriveRecord& source, const Md5Digest& digest, std::int32_t number);
 
+/// How an imaging pass went, for its drive's "Status" cell.
+struct ImagingAccount {
+    bool whole = false; ///< every block of the drive is in the image, the remainder too
+    JobLosses losses;
+};
+
 /// Reads the image anew and compares its digest with `digest`, the imaging pass's. Returns 1 when a comparison was made
-/// and shown, 0 when it could not be made: once the verification has begun, the running flag then stays set. `imaging`
-/// are the losses of the imaging pass.
+/// and shown, 0 when it could not be made: once the verification has begun, the running flag then stays set. The
+/// drive's "Status" cell tells the verdict, and with it what the imaging pass was short of.
 int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
-                    const JobLosses& imaging);
+                    const ImagingAccount& imaging);
 
 } // namespace torvane

@@ -71,9 +71,9 @@ std::string imagingOutcome(RunEnd end, const ForensicImage& image) {
 
 /// What an imaging pass leaves for the verification.
 struct ImagedDrive {
-    bool complete = false; ///< every full block was moved
+    bool mayBeVerified = false; ///< every full block was moved
     Md5Digest digest{};
-    JobLosses losses;
+    ImagingAccount account;
 };
 
 /// The imaging pass from the prepared image on. None when the job has to end at once.
@@ -111,8 +111,9 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     job.display.repaintTrack(kImageTrack);
     image.file.reset();
     job.running = 0;
-    return ImagedDrive{
-        .complete = movedFullBlocks(end), .digest = digest.value_or(Md5Digest{}), .losses = image.losses};
+    return ImagedDrive{.mayBeVerified = movedFullBlocks(end),
+                       .digest = digest.value_or(Md5Digest{}),
+                       .account = {.whole = end == RunEnd::kWhole, .losses = image.losses}};
 }
 
 } // namespace
@@ -127,14 +128,17 @@ std::uint32_t runForensicImage(const CopyJob& job) {
     image.file = job.system.createImage(name.path);
     if (!image.file) {
         job.display.setStatus("Could not CREATE DESTINATION image");
+        showNotStarted(job, source);
         return 0;
     }
     const std::optional<ImagedDrive> imaged = imageDrive(job, source, name, std::move(image));
     if (!imaged) {
+        showNotStarted(job, source);
         return 0;
     }
-    if (imaged->complete && job.system.ask("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
-        VerifyImageHash(job, name.path, imaged->digest, imaged->losses);
+    if (imaged->mayBeVerified &&
+        job.system.ask("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
+        VerifyImageHash(job, name.path, imaged->digest, imaged->account);
     }
     return 1;
 }

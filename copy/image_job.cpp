@@ -12,12 +12,14 @@ std::uint32_t runImageToFile(const CopyJob& job) {
     const std::unique_ptr<ImageFile> image = job.system.createImage(name.path);
     if (!image) {
         job.display.setStatus("Could not CREATE DESTINATION image");
+        showNotStarted(job, source);
         return 0;
     }
     DriveBlocks sourceBlocks(job.system, source);
     BlockPipeline blocks(sourceBlocks, BlockOrder::forward(driveBytes(source), job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
+        showNotStarted(job, source);
         return 0;
     }
     JobProgress progress(job, blocks.order(),

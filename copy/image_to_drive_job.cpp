@@ -38,6 +38,7 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
 
     std::unique_ptr<ImageFile> opened = openSourceImage(job);
     if (!opened) {
+        showNotStarted(job, destination);
         return 0;
     }
     // But for a failed read the image stays open, and so protected against writing, until the program ends.
@@ -50,6 +51,7 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
     BlockPipeline blocks(sourceBlocks, BlockOrder::forward(*bytes, job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
+        showNotStarted(job, destination);
         return 0;
     }
     showIdle(job);

@@ -130,7 +130,7 @@ RunEnd moveBlocks(const CopyJob& job, BlockPipeline& blocks, JobProgress& progre
 }
 
 std::string runOutcomeText(RunEnd end, const JobLosses& losses) {
-    return driveOutcomeText(end == RunEnd::kWhole ? "" : "not completed", losses);
+    return driveOutcomeText(end == RunEnd::kWhole ? "" : kNotCompleted, losses);
 }
 
 void showFailure(const CopyJob& job, std::string_view status, int explosionMilliseconds) {
@@ -143,6 +143,10 @@ void showSuccess(const CopyJob& job, std::string_view status, std::int32_t carX)
     job.state.carX = carX;
     job.state.succeeded = 1;
     job.display.setStatus(status);
+}
+
+void showNotStarted(const CopyJob& job, const DriveRecord& drive) {
+    job.system.setDriveStatus(drive, driveOutcomeText("not started", {}));
 }
 
 void reportNoMemory(const CopyJob& job) {

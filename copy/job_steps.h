@@ -117,8 +117,14 @@ void showFailure(const CopyJob& job, std::string_view status, int explosionMilli
 /// Marks the job as completed, the vehicle at its finish.
 void showSuccess(const CopyJob& job, std::string_view status, std::int32_t carX);
 
+/// How a run that did not move every block ended, in the "Status" cell's words.
+inline constexpr std::string_view kNotCompleted = "not completed";
+
 /// The "Status" cell's account of how a run over the blocks ended.
 [[nodiscard]] std::string runOutcomeText(RunEnd end, const JobLosses& losses);
+
+/// The drive's "Status" cell of a job that ended before its first block: what an earlier job left there is not its own.
+void showNotStarted(const CopyJob& job, const DriveRecord& drive);
 
 /// One log row.
 void reportNoMemory(const CopyJob& job);

@@ -17,8 +17,20 @@ void showVerdict(const CopyJob& job, const Md5Digest& imaged, const Md5Digest& v
     }
 }
 
-std::string verdictForDrive(bool equal, const JobLosses& imaging) {
-    return equal ? driveOutcomeText("", imaging) + ", verified" : driveOutcomeText("not verified", imaging);
+/// `trouble` says what went wrong with the verification, and is empty when nothing did.
+std::string imagingOutcome(const ImagingAccount& imaging, std::string_view trouble) {
+    std::string ending(imaging.whole ? "" : kNotCompleted);
+    ending.append(ending.empty() || trouble.empty() ? "" : ", ").append(trouble);
+    return driveOutcomeText(ending, imaging.losses);
+}
+
+// An image that is verified and yet not whole is no success.
+std::string verdictForDrive(bool equal, const ImagingAccount& imaging) {
+    return equal ? imagingOutcome(imaging, "") + ", verified" : imagingOutcome(imaging, "not verified");
+}
+
+void showNoVerification(const CopyJob& job, const ImagingAccount& imaging) {
+    job.system.setDriveStatus(*job.state.imageSource, imagingOutcome(imaging, "verification failed"));
 }
 
 /// Digest of the image as far as it is read before somebody asks to stop. None, and the user was told, when it could
@@ -54,22 +66,25 @@ std::optional<Md5Digest> digestOfImage(const CopyJob& job, BlockPipeline& blocks
 } // namespace
 
 int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
-                    const JobLosses& imaging) {
+                    const ImagingAccount& imaging) {
     std::unique_ptr<ImageFile> image = job.system.reopenImage(imageName);
     if (!image) {
         job.display.setStatus("Could not open image for VERIFICATION");
+        showNoVerification(job, imaging);
         return 0;
     }
     job.state.succeeded = 0;
     if (!image->rewind()) {
         // An image that cannot be rewound stays open.
         job.state.openImages.push_back(std::move(image));
+        showNoVerification(job, imaging);
         return 0;
     }
     ImageBlocks imageBlocks(*image);
     BlockPipeline blocks(imageBlocks, BlockOrder::forward(image->size(), job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
+        showNoVerification(job, imaging);
         return 0;
     }
     JobProgress progress(
@@ -81,7 +96,7 @@ int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5D
     const std::optional<Md5Digest> verified = digestOfImage(job, blocks, progress);
     if (!verified) {
         // The running flag stays set on purpose: the dialog cannot be left before "Terminate Image".
-        progress.setDriveStatus(driveOutcomeText("verification failed", imaging));
+        showNoVerification(job, imaging);
         return 0;
     }
     image.reset();

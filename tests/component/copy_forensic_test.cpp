@@ -45,6 +45,16 @@ class Forensic : public testing::CopyBench {
         writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
     }
 
+    /// Of three full blocks and a remainder: the stop falls between the last full block's own test and the remainder.
+    void stopBeforeTheRemainder() {
+        display_.onStatus = [&](std::string_view text) {
+            if (text.find("%66") != std::string_view::npos) {
+                state().jobActive = 0;
+                display_.onStatus = {};
+            }
+        };
+    }
+
     static constexpr const char* kImage = "Model X.41.img";
     static constexpr const char* kHashFile = "MD5-HASH--Model X.41.txt";
 
@@ -100,6 +110,33 @@ TEST_F(Forensic, WithUnreadableBlocksIsVerifiedToo) {
     EXPECT_EQ(lastDriveStatus(*source_), "BAD 1 unreadable block, verified");
 }
 
+TEST_F(Forensic, StoppedBeforeItsRemainderIsNotCompletedHoweverItIsVerified) {
+    openDrive(3 * kBlock + 512);
+    stopBeforeTheRemainder();
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [&] { EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed"); });
+    user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_TRUE(readFile(kImage) == noise(0, 0, 3 * kBlock));
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, verified");
+}
+
+TEST_F(Forensic, StoppedBeforeItsRemainderAndChangedIsBoth) {
+    openDrive(3 * kBlock + 512);
+    stopBeforeTheRemainder();
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [] { std::filesystem::resize_file(kImage, kBlock); });
+    user_.expectInform("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, not verified");
+}
+
+TEST_F(Forensic, StoppedBeforeItsRemainderAndDeletedIsBoth) {
+    openDrive(3 * kBlock + 512);
+    stopBeforeTheRemainder();
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [] { std::filesystem::remove(kImage); });
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, verification failed");
+}
+
 TEST_F(Forensic, AnImageThatWasChangedIsNotVerified) {
     openDrive(3 * kBlock);
     user_.expectAsk(kVerify, kVerifyQuestion, true, [] {
@@ -142,6 +179,7 @@ TEST_F(Forensic, AnImageThatWasDeletedCannotBeOpened) {
     EXPECT_EQ(display_.lastStatus(), "Could not open image for VERIFICATION");
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_EQ(state().copy.succeeded, 1);
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
 }
 
 TEST_F(Forensic, AVerificationThatIsTerminatedComparesWhatItRead) {
@@ -208,6 +246,7 @@ TEST_F(Forensic, ThatCannotBeCreatedEndsAtOnce) {
     std::filesystem::create_directory(kImage);
     EXPECT_EQ(run(runForensicImage), 0U);
     EXPECT_THAT(display_.statuses(), ElementsAre("Could not CREATE DESTINATION image"));
+    EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
 }
 
 TEST_F(Forensic, WithoutAProviderEndsAtOnce) {
@@ -226,6 +265,7 @@ TEST_F(Forensic, WithoutAProviderEndsAtOnce) {
     EXPECT_EQ(run(runForensicImage), 0U);
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_EQ(readFile(kImage), "");
+    EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
     EXPECT_EQ(testing::openHandleCount(), handles);
 }
 
@@ -279,6 +319,7 @@ TEST_F(Forensic, AnImageThatCannotBeRewoundStaysOpen) {
     EXPECT_FALSE(DeleteFileA(kImage)) << "in use";
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_EQ(state().copy.succeeded, 0);
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
 }
 
 TEST_F(Forensic, LeavesNoHandleBehind) {

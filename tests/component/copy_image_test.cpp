@@ -139,6 +139,7 @@ TEST_F(Image, ThatCannotBeCreatedChangesNoFlag) {
     std::filesystem::create_directory(kImage);
     EXPECT_EQ(run(runImageToFile), 0U);
     EXPECT_THAT(display_.statuses(), ElementsAre("Could not CREATE DESTINATION image"));
+    EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_THAT(bench_.log("request=read"), IsEmpty());
     EXPECT_EQ(readFile("FileCounter.txt"), std::string("\x29\0\0\0", 4)) << "the counter has moved on all the same";
@@ -187,6 +188,7 @@ TEST_F(Image, WithoutMemoryForTheBuffersIsLogged) {
     openDrive(kBlock);
     EXPECT_EQ(run(runImageToFile, std::size_t{1} << 62), 0U);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not ALLOCATE copy buffers"));
+    EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
     EXPECT_EQ(state().jobActive, 0);
 }
 

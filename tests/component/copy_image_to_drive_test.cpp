@@ -70,6 +70,7 @@ TEST_F(ImageToDrive, AnImageThatCannotBeOpenedIsToldAndLogged) {
     user_.expectStop("***** FATAL SYSTEM ERROR *****", text);
     EXPECT_EQ(run(runImageToDrive), 0U);
     EXPECT_THAT(events(), ElementsAre("ERROR: " + text));
+    EXPECT_THAT(view_.driveStatuses(*destination_), ElementsAre("BAD not started"));
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "nothing was cleaned";
 }

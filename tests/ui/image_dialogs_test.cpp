@@ -132,12 +132,19 @@ TEST_P(EitherImageTest, WithoutACounterItBeginsAtARandomNumberThatIsKept) {
 
 TEST_P(EitherImageTest, AnImageThatCannotBeCreatedIsTold) {
     const fs::path folder = emptyFolder("gone");
+    {
+        const CopyDialogWindow earlier = open(GetParam(), folder);
+        earlier.start();
+        earlier.awaitStatus(GetParam().completed);
+        finish(GetParam(), earlier);
+        earlier.leave();
+        EXPECT_EQ(driveStatus("SOURCE"), "COMPLETED");
+    }
     const CopyDialogWindow dialog = open(GetParam(), folder);
     fs::remove_all(folder);
-    const std::string before = driveStatus("SOURCE");
     dialog.start();
     dialog.awaitStatus("Could not CREATE DESTINATION image");
-    EXPECT_EQ(driveStatus("SOURCE"), before);
+    awaitDriveStatus("SOURCE", "BAD not started"); // no longer the earlier image's word
     dialog.leave();
 }
 
@@ -302,10 +309,11 @@ TEST_F(ForensicTest, AnImageThatIsGoneCannotBeVerified) {
     fs::remove(onlyFile(folder, ".img"));
     answerVerify(dialog, "Yes");
     dialog.awaitStatus("Could not open image for VERIFICATION");
+    awaitDriveStatus("SOURCE", "BAD verification failed");
     dialog.leave();
 }
 
-TEST_F(ForensicTest, AnImageThatIsCutHalfwayCannotBeRead) {
+TEST_F(ForensicTest, AnImageThatWasCutHalfwayIsNotVerified) {
     const fs::path folder = emptyFolder("cut");
     const CopyDialogWindow dialog = openIt(folder);
     dialog.start();

@@ -150,6 +150,13 @@ TEST(CopyEngine, StopsCleanlyWhileItReadsAhead) {
     }
 }
 
+/// What a drive's "Status" cell was set to; empty for other events and for cells that tell a percentage or a count.
+std::string driveCellWithoutNumber(const std::string& event) {
+    const std::size_t begin = event.find('[');
+    const bool told = event.starts_with("drive ") && event.find_first_of("0123456789", begin) > event.rfind(']');
+    return told ? event.substr(begin, event.rfind(']') - begin + 1) : "";
+}
+
 // The scripts must reach what they are meant to test.
 TEST(CopyEngine, TheScriptsCoverEveryEnding) {
     std::set<std::string> endings;
@@ -164,6 +171,8 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                 endings.insert(event.substr(0, end + 1));
             } else if (event.starts_with("timer ")) {
                 endings.insert(event.substr(0, 9));
+            } else if (const std::string cell = driveCellWithoutNumber(event); !cell.empty()) {
+                endings.insert("drive " + cell);
             }
         }
     }
@@ -172,6 +181,17 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "ask [****** VERIFY HASH ******] [Would you like to Verify the Image HASH?]",
                   "ask [***** Image File Too Large *****] [Image File is LARGER than DESTINATION drive. Do you "
                   "want to truncate file and continue?]",
+                  "drive [BAD not completed, not verified]",
+                  "drive [BAD not completed, verification failed]",
+                  "drive [BAD not completed, verified]",
+                  "drive [BAD not completed]",
+                  "drive [BAD not hashed]",
+                  "drive [BAD not started]",
+                  "drive [BAD not verified]",
+                  "drive [BAD verification failed]",
+                  "drive [COMPLETED, verified]",
+                  "drive [COMPLETED]",
+                  "drive [Cleaning disk]",
                   "inform [****** VERIFY FAILED ******] [CREATED File has NOT been verified]",
                   "inform [****** VERIFY SUCCEEDED ******] [CREATED File has been verified]",
                   "status [ Beginning Verification]",

@@ -186,6 +186,13 @@ class ScriptMaker {
         if (script_.stopAt == StopAt::kWrite && chance(3)) {
             script_.stopNumber = eleventhBadRead();
         }
+        // In the narrow gap between the last full block's own test and the remainder: the clock is looked at once
+        // before the first block and once after each.
+        const auto fullBlocks = static_cast<std::uint64_t>(script_.sourceBytes) / script_.blockSize;
+        if (script_.job == ScriptedJob::kForensicImage && fullBlocks > 0 && chance(4)) {
+            script_.stopAt = StopAt::kTick;
+            script_.stopNumber = fullBlocks;
+        }
         // A block is written and hashed at the same time: whether its failed write is shown before or after a stop
         // during its hashing is nobody's promise.
         if (script_.stopAt == StopAt::kHash && script_.writes.contains(script_.stopNumber)) {

@@ -285,6 +285,7 @@ class SequentialModel {
         std::optional<World::OpenFile> image = world_.createImage(name);
         if (!image) {
             status("Could not CREATE DESTINATION image");
+            driveStatus(world_.source, outcome("not started"));
             return 0;
         }
         split(static_cast<std::uint64_t>(world_.source.sizeBytes));
@@ -351,6 +352,7 @@ class SequentialModel {
         std::optional<World::OpenFile> image = world_.createImage(name);
         if (!image) {
             status("Could not CREATE DESTINATION image");
+            driveStatus(world_.source, outcome("not started"));
             return 0;
         }
         const auto closeImage = [&] {
@@ -364,6 +366,7 @@ class SequentialModel {
         status(" Status: Idle");
         if (!beginHashing()) {
             closeImage();
+            driveStatus(world_.source, outcome("not started"));
             return 0;
         }
         repaint();
@@ -416,7 +419,8 @@ class SequentialModel {
                 hashFile(imaged, number);
             }
         }
-        driveStatus(world_.source, outcome(!whole(k) ? "not completed" : hashFailed ? "not hashed" : ""));
+        imagedWhole_ = whole(k);
+        driveStatus(world_.source, outcome(!imagedWhole_ ? "not completed" : hashFailed ? "not hashed" : ""));
         repaintImageTrack();
         closeImage();
         words_.running = 0;
@@ -451,14 +455,21 @@ class SequentialModel {
                     d[14], d[15]);
     }
 
+    /// The imaging pass's outcome with a word of its verification.
+    std::string imagingOutcome(const std::string& trouble) const {
+        return outcome(imagedWhole_ ? trouble : trouble.empty() ? "not completed" : "not completed, " + trouble);
+    }
+
     int verify(const std::string& name, const Md5Digest& imaged) {
         std::optional<World::OpenFile> image = world_.openImage(name);
         if (!image) {
             status("Could not open image for VERIFICATION");
+            driveStatus(world_.source, imagingOutcome("verification failed"));
             return 0;
         }
         words_.succeeded = 0;
         if (world_.script.imageCannotBeRewound) {
+            driveStatus(world_.source, imagingOutcome("verification failed"));
             return 0; // the file stays open
         }
         split(world_.files[name].size());
@@ -467,7 +478,7 @@ class SequentialModel {
         status(" Beginning Verification");
         const auto failed = [&] {
             world_.close(*image);
-            driveStatus(world_.source, outcome("verification failed"));
+            driveStatus(world_.source, imagingOutcome("verification failed"));
             return 0; // running stays as it is
         };
         if (!beginHashing()) {
@@ -509,7 +520,8 @@ class SequentialModel {
         words_.running = 0;
         words_.succeeded = 1;
         repaintImageTrack();
-        driveStatus(world_.source, imaged == verified ? outcome("") + ", verified" : outcome("not verified"));
+        driveStatus(world_.source,
+                    imaged == verified ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
         world_.see("print " + hashLine("Match HASH:", imaged));
         world_.see("print " + hashLine("Gen   HASH:", verified));
         if (imaged == verified) {
@@ -529,6 +541,7 @@ class SequentialModel {
             const std::string line = text("ImageToDrive: [%s] OPEN_EXISTING FAILED", World::kSourceImage);
             log(line);
             stopBox("***** FATAL SYSTEM ERROR *****", line);
+            driveStatus(world_.destination, outcome("not started"));
             return 0;
         }
         std::uint64_t bytes = world_.files[World::kSourceImage].size();
@@ -597,6 +610,7 @@ class SequentialModel {
     std::uint64_t unreadable_ = 0;
     std::uint64_t failedWrites_ = 0;
     bool remainderMoved_ = false;
+    bool imagedWhole_ = false;
     ScriptedDigest digest_;
 };
 
