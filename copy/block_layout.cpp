@@ -1,5 +1,7 @@
 #include "copy/block_layout.h"
 
+#include "discovery/sector_size.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -9,8 +11,6 @@ namespace {
 
 constexpr std::string_view kUnreadableMarker = "KVL<->UNREADABLE";
 static_assert(kUnreadableMarker.size() == kUnreadableMarkerSize);
-
-constexpr std::int32_t kUsualBytesPerSector = 512;
 
 } // namespace
 
@@ -35,7 +35,11 @@ void fillWithUnreadableMarker(std::span<std::byte> block) {
 }
 
 std::int64_t sectorOfOffset(std::uint64_t offset, std::int32_t bytesPerSector) {
-    return static_cast<std::int64_t>(offset) / (bytesPerSector == 0 ? kUsualBytesPerSector : bytesPerSector);
+    // A division of signed numbers: a negative sector size is divided by as it was told.
+    if (bytesPerSector == -1) {
+        return static_cast<std::int64_t>(0 - offset); // what would overflow wraps around
+    }
+    return static_cast<std::int64_t>(offset) / (bytesPerSector == 0 ? kUsualSectorSize : bytesPerSector);
 }
 
 } // namespace torvane

@@ -1,6 +1,7 @@
 #include "copy/hex_panes.h"
 
 #include "base/format.h"
+#include "discovery/sector_size.h"
 
 #include <algorithm>
 #include <cinttypes>
@@ -9,7 +10,7 @@ namespace torvane {
 
 namespace {
 
-/// No drive has larger sectors; a larger number is not believed.
+/// No drive has larger sectors; no more memory than this is taken for one.
 constexpr std::int32_t kLargestSector = 1048576;
 
 char shownCharacter(std::byte byte) {
@@ -65,10 +66,10 @@ std::uint64_t sectorAtScrollPosition(std::uint64_t sectors, int position) {
 }
 
 std::size_t hexReadBytes(std::int32_t bytesPerSector) {
-    if (bytesPerSector <= 0 || bytesPerSector > kLargestSector) {
+    if (bytesPerSector > kLargestSector) {
         return kHexViewBytes;
     }
-    const auto sector = static_cast<std::size_t>(bytesPerSector);
+    const auto sector = static_cast<std::size_t>(usableSectorSize(bytesPerSector));
     return (kHexViewBytes + sector - 1) / sector * sector;
 }
 

@@ -1,23 +1,14 @@
 #include "copy/hex_viewer.h"
 
 #include "copy/block_io.h"
+#include "discovery/sector_size.h"
 
 #include <algorithm>
 
 namespace torvane {
 
-namespace {
-
-constexpr std::int32_t kUsualSectorSize = 512;
-
-std::uint64_t sectorBytesOf(const DriveRecord& drive) {
-    return static_cast<std::uint64_t>(drive.bytesPerSector > 0 ? drive.bytesPerSector : kUsualSectorSize);
-}
-
-} // namespace
-
 HexViewer::HexViewer(DriveRecord& drive)
-    : drive_(drive), sectorBytes_(sectorBytesOf(drive)),
+    : drive_(drive), sectorBytes_(sectorSizeOf(drive)),
       // Not the record's count, which is in units of 512 bytes whatever the sector size.
       sectors_(static_cast<std::uint64_t>(std::max<std::int64_t>(drive.sizeBytes, 0)) / sectorBytes_),
       buffer_(hexReadBytes(drive.bytesPerSector)) {}

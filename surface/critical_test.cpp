@@ -1,5 +1,7 @@
 #include "surface/read_tests.h"
 
+#include "discovery/sector_size.h"
+
 #include <array>
 #include <string_view>
 

@@ -2,21 +2,12 @@
 
 #include "base/format.h"
 #include "discovery/drive_texts.h"
+#include "discovery/sector_size.h"
 #include "surface/read_test_texts.h"
 
 #include <cinttypes>
 
 namespace torvane {
-
-namespace {
-
-constexpr std::uint64_t kUsualSectorSize = 512;
-
-} // namespace
-
-std::uint64_t sectorSizeOf(const DriveRecord& drive) {
-    return drive.bytesPerSector > 0 ? static_cast<std::uint64_t>(drive.bytesPerSector) : kUsualSectorSize;
-}
 
 std::uint64_t sectorsOf(const DriveRecord& drive) {
     return static_cast<std::uint64_t>(drive.sizeBytes) / sectorSizeOf(drive);

@@ -24,8 +24,6 @@ struct ReadTestJob {
     std::int32_t shownPercent = -1;           ///< in the drive list
 };
 
-/// The drive's bytes per sector; 512 when it did not tell.
-[[nodiscard]] std::uint64_t sectorSizeOf(const DriveRecord& drive);
 /// The drive's size in its own sectors.
 [[nodiscard]] std::uint64_t sectorsOf(const DriveRecord& drive);
 

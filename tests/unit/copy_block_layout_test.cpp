@@ -109,6 +109,11 @@ TEST(SectorOfOffset, DividesByTheSectorSize) {
     EXPECT_EQ(sectorOfOffset(1024, -512), -2);
 }
 
+TEST(SectorOfOffset, OfTheLeastNumberDoesNotOverflow) {
+    EXPECT_EQ(sectorOfOffset(1ULL << 63, -1), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(sectorOfOffset(1024, -1), -1024);
+}
+
 TEST(SectorOfOffset, TakesAnUnknownSectorSizeAsTheUsualOne) {
     EXPECT_EQ(sectorOfOffset(1024, 0), 2);
 }
