@@ -7,6 +7,9 @@
 #include "copy/copy_jobs.h"
 #include "copy/windows_copy_system.h"
 
+#include <string>
+#include <utility>
+
 namespace torvane {
 
 namespace {
@@ -19,7 +22,7 @@ class NoDisplay : public JobDisplay {
     void startExplosionTimer(int) override {}
 };
 
-DWORD runJob(AppState& state, std::uint32_t (*run)(const CopyJob&)) {
+DWORD runJob(AppState& state, const std::string& path, std::uint32_t (*run)(const CopyJob&)) {
     const StayAwake awake;
     WindowsCopySystem system(state);
     NoDisplay noDisplay;
@@ -28,33 +31,35 @@ DWORD runJob(AppState& state, std::uint32_t (*run)(const CopyJob&)) {
                 .running = state.jobActive,
                 .system = system,
                 .display = display != nullptr ? *display : noDisplay,
-                .destinationPath = std::string(state.destinationFolder.view())});
+                .destinationPath = path});
 }
 
 } // namespace
 
-DWORD ForwardClone(AppState& state) {
-    return runJob(state, runForwardClone);
+DWORD ForwardClone(AppState& state, const std::string& path) {
+    return runJob(state, path, runForwardClone);
 }
 
-DWORD ReverseClone(AppState& state) {
-    return runJob(state, runReverseClone);
+DWORD ReverseClone(AppState& state, const std::string& path) {
+    return runJob(state, path, runReverseClone);
 }
 
-DWORD ImageToFileWorker(AppState& state) {
-    return runJob(state, runImageToFile);
+DWORD ImageToFileWorker(AppState& state, const std::string& path) {
+    return runJob(state, path, runImageToFile);
 }
 
-DWORD ForensicImageWorker(AppState& state) {
-    return runJob(state, runForensicImage);
+DWORD ForensicImageWorker(AppState& state, const std::string& path) {
+    return runJob(state, path, runForensicImage);
 }
 
-DWORD ImageToDriveWorker(AppState& state) {
-    return runJob(state, runImageToDrive);
+DWORD ImageToDriveWorker(AppState& state, const std::string& path) {
+    return runJob(state, path, runImageToDrive);
 }
 
 bool startCopyWorker(AppState& state, CopyWorker worker) {
-    return startDriveJob(state, "copy job", [&state, worker] { return worker(state); });
+    // The job works with the path of its start: the folder itself belongs to the window's thread.
+    std::string path(state.destinationFolder.view());
+    return startDriveJob(state, "copy job", [&state, worker, path = std::move(path)] { return worker(state, path); });
 }
 
 bool lastCopyIsStillEnding(const AppState& state) {

@@ -94,7 +94,7 @@ TEST_F(Clone, WithThirtyTwoMebibyteBlocksAsTheProgramRunsIt) {
     constexpr std::size_t kMebibyte = 1048576;
     openDrives(100 * kMebibyte, 101 * kMebibyte, R"({"reads": [{"firstSector": 65537}]})",
                R"(, "volumes": [{"letter": "K", "extents": [{"offset": "1 MiB", "length": "90 MiB"}]}])");
-    EXPECT_EQ(ForwardClone(state()), 1U);
+    EXPECT_EQ(ForwardClone(state(), path()), 1U);
     EXPECT_TRUE(arrived(0, 32 * kMebibyte));
     EXPECT_EQ(content(2, 32 * kMebibyte, 32 * kMebibyte), unreadable(32 * kMebibyte));
     EXPECT_TRUE(arrived(64 * kMebibyte, 100 * kMebibyte));
@@ -132,7 +132,7 @@ TEST_F(Clone, ASmallerSourceLeavesTheRestOfTheDestination) {
 
 TEST_F(Clone, OfOneSectorIsARemainderAlone) {
     openDrives(512, 512);
-    EXPECT_EQ(ForwardClone(state()), 1U);
+    EXPECT_EQ(ForwardClone(state(), path()), 1U);
     EXPECT_TRUE(arrived(0, 512));
     EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", " Image Completed"));
     EXPECT_EQ(state().copy.succeeded, 1);
@@ -142,7 +142,7 @@ TEST_F(Clone, OfOneSectorIsARemainderAlone) {
 TEST_F(Clone, OfNothingCompletesAtOnce) {
     openDrives(512, 512);
     source_->sizeBytes = 0;
-    EXPECT_EQ(ReverseClone(state()), 1U);
+    EXPECT_EQ(ReverseClone(state(), path()), 1U);
     EXPECT_THAT(bench_.log("target=drive:1 request=read"), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " Clone SUCCESSFULLY Completed");
 }
@@ -320,15 +320,21 @@ TEST_F(Clone, ASlowReadDelaysTheEndOfATerminatedClone) {
     EXPECT_EQ(content(2, 2 * kBlock, kBlock), std::string(kBlock, '\0'));
 }
 
+TEST_F(Clone, WithoutMemoryDoesNotBegin) {
+    openDrives(kBlock, kBlock);
+    EXPECT_EQ(run(runForwardClone, kTooMuchMemory), 0U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could not ALLOCATE copy buffers"));
+    EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
+    EXPECT_THAT(view_.driveStatuses(*destination_), ElementsAre("BAD not started"));
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+}
+
 TEST_F(Clone, LeavesNoHandleBehind) {
     openDrives(5 * kBlock, 5 * kBlock, badBlocks(2));
-    run(runForwardClone); // what is made once
-    const DWORD before = testing::openHandleCount();
-    for (int i = 0; i < 3; ++i) {
+    expectNoHandleLost([this] {
         run(runForwardClone);
         run(runReverseClone);
-    }
-    EXPECT_EQ(testing::openHandleCount(), before);
+    });
 }
 
 TEST_F(Clone, AsAThreadReleasesTheDrivesLast) {
@@ -355,7 +361,7 @@ TEST_F(Clone, KeepsTheSystemAwakeAndLetsItSleepAgain) {
     const auto current = [] { return SetThreadExecutionState(ES_SYSTEM_REQUIRED); };
     std::vector<EXECUTION_STATE> during;
     display_.onStatus = [&](std::string_view) { during.push_back(current()); };
-    ForwardClone(state());
+    ForwardClone(state(), path());
     ASSERT_FALSE(during.empty());
     EXPECT_THAT(during, Each(static_cast<EXECUTION_STATE>(ES_CONTINUOUS | ES_SYSTEM_REQUIRED)));
     EXPECT_EQ(current(), static_cast<EXECUTION_STATE>(ES_CONTINUOUS));

@@ -42,8 +42,10 @@ class Forensic : public testing::CopyBench {
                         std::to_string(bytes) + R"(, "faults": )" + faults + "}");
         source_ = &drive(1);
         state().copy.imageSource = source_;
-        writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
+        restartCounter();
     }
+    /// The next image is number 41.
+    static void restartCounter() { writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4)); }
 
     /// Of three full blocks and a remainder: the stop falls between the last full block's own test and the remainder.
     void stopBeforeTheRemainder() {
@@ -93,7 +95,7 @@ TEST_F(Forensic, OfThirtyTwoMebibyteBlocksIsVerified) {
     openDrive(70 * 1048576, "{}", "zero");
     user_.expectAsk(kVerify, kVerifyQuestion, true);
     user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
-    EXPECT_EQ(ForensicImageWorker(state()), 1U);
+    EXPECT_EQ(ForensicImageWorker(state(), path()), 1U);
     EXPECT_EQ(hashLine(), "HASH:\t\t\tB8 9F DC CD D6 1D 57 B3 71 F9 61 1E EC 7D 3C EF ");
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED, verified");
 }
@@ -158,18 +160,22 @@ TEST_F(Forensic, AnImageThatWasTruncatedIsNotVerified) {
 
 TEST_F(Forensic, AnImageThatIsTruncatedWhileItIsVerifiedCannotBeRead) {
     openDrive(8 * kBlock);
-    user_.expectAsk(kVerify, kVerifyQuestion, true, [&] {
-        display_.onStatus = [](std::string_view text) {
-            if (text == " Beginning Verification") {
-                std::filesystem::resize_file(kImage, 2 * kBlock);
-            }
-        };
-    });
-    EXPECT_EQ(run(runForensicImage), 1U);
+    display_.onStatus = [](std::string_view text) {
+        if (text == " Beginning Verification") {
+            std::filesystem::resize_file(kImage, 2 * kBlock);
+        }
+    };
+    const auto imageAndVerify = [&] {
+        restartCounter();
+        user_.expectAsk(kVerify, kVerifyQuestion, true);
+        EXPECT_EQ(run(runForensicImage), 1U);
+    };
+    imageAndVerify();
     EXPECT_EQ(display_.lastStatus(), "Could not READ image for VERIFICATION");
     EXPECT_EQ(state().jobActive, 1) << "stays set on purpose";
     EXPECT_EQ(state().copy.succeeded, 0);
     EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
+    expectNoHandleLost(imageAndVerify);
 }
 
 TEST_F(Forensic, AnImageThatWasDeletedCannotBeOpened) {
@@ -211,7 +217,7 @@ TEST_F(Forensic, ATerminatedImageGetsNoHashFileAndNoQuestion) {
 
 TEST_F(Forensic, ThatCannotBeWrittenIsTerminated) {
     openDrive(8 * kBlock);
-    {
+    const auto imageWithoutThirdBlock = [&] {
         static decltype(&WriteFile) original = nullptr;
         static int blocks = 0;
         original = __imp_WriteFile;
@@ -222,13 +228,15 @@ TEST_F(Forensic, ThatCannotBeWrittenIsTerminated) {
                 return size == kBlock && ++blocks == 3 ? FALSE : original(file, bytes, size, count, overlapped);
             });
         EXPECT_EQ(run(runForensicImage), 1U);
-    }
+    };
+    imageWithoutThirdBlock();
     EXPECT_THAT(display_.statuses(), Contains("Could not WRITE to DESTINATION image"));
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
+    expectNoHandleLost(imageWithoutThirdBlock);
 }
 
 TEST_F(Forensic, AHashFileThatCannotBeCreatedIsLogged) {
@@ -251,7 +259,6 @@ TEST_F(Forensic, ThatCannotBeCreatedEndsAtOnce) {
 
 TEST_F(Forensic, WithoutAProviderEndsAtOnce) {
     openDrive(kBlock);
-    const DWORD handles = testing::openHandleCount();
     const ImportPatched patched(
         __imp_CryptAcquireContextA,
         +[](HCRYPTPROV*, LPCSTR container, LPCSTR provider, DWORD type, DWORD flags) -> BOOL {
@@ -261,12 +268,15 @@ TEST_F(Forensic, WithoutAProviderEndsAtOnce) {
             EXPECT_EQ(flags, 0xF0000000U);
             return FALSE;
         });
-    user_.expectStop(kHashError, "Could not get HANDLE to CRYPTO provider. Exiting");
-    EXPECT_EQ(run(runForensicImage), 0U);
+    const auto image = [&] {
+        user_.expectStop(kHashError, "Could not get HANDLE to CRYPTO provider. Exiting");
+        EXPECT_EQ(run(runForensicImage), 0U);
+    };
+    image();
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_EQ(readFile(kImage), "");
     EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
-    EXPECT_EQ(testing::openHandleCount(), handles);
+    expectNoHandleLost(image);
 }
 
 TEST_F(Forensic, WithoutAHashEndsAtOnce) {
@@ -277,30 +287,43 @@ TEST_F(Forensic, WithoutAHashEndsAtOnce) {
             EXPECT_EQ(key, 0U);
             return FALSE;
         });
-    user_.expectStop(kHashError, "Could not get MD5 HASH for Crypto Provider. Exiting");
-    EXPECT_EQ(run(runForensicImage), 0U);
+    const auto image = [&] {
+        user_.expectStop(kHashError, "Could not get MD5 HASH for Crypto Provider. Exiting");
+        EXPECT_EQ(run(runForensicImage), 0U);
+    };
+    image();
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not started");
+    expectNoHandleLost(image);
 }
 
 TEST_F(Forensic, DataThatCannotBeHashedTerminatesIt) {
     openDrive(5 * kBlock);
     const ImportPatched patched(
         __imp_CryptHashData, +[](HCRYPTHASH, const BYTE*, DWORD, DWORD) -> BOOL { return FALSE; });
-    user_.expectStop(kHashError, "Could not get HASH data. Exiting");
-    EXPECT_EQ(run(runForensicImage), 1U);
+    const auto image = [&] {
+        user_.expectStop(kHashError, "Could not get HASH data. Exiting");
+        EXPECT_EQ(run(runForensicImage), 1U);
+    };
+    image();
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_TRUE(readFile(kImage) == noise(0, 0, kBlock));
     EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
+    expectNoHandleLost(image);
 }
 
 TEST_F(Forensic, WithoutItsDigestGetsNoHashFile) {
     openDrive(kBlock);
     const ImportPatched patched(
         __imp_CryptGetHashParam, +[](HCRYPTHASH, DWORD, BYTE*, DWORD*, DWORD) -> BOOL { return FALSE; });
-    user_.expectAsk(kVerify, kVerifyQuestion, true);
-    user_.expectStop(kHashError, "Could not get HASH PARAM. Exiting");
-    EXPECT_EQ(run(runForensicImage), 1U);
+    const auto image = [&] {
+        user_.expectAsk(kVerify, kVerifyQuestion, true);
+        user_.expectStop(kHashError, "Could not get HASH PARAM. Exiting");
+        EXPECT_EQ(run(runForensicImage), 1U);
+    };
+    image();
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
     EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
+    expectNoHandleLost(image);
 }
 
 TEST_F(Forensic, AnImageThatCannotBeRewoundStaysOpen) {
@@ -322,6 +345,24 @@ TEST_F(Forensic, AnImageThatCannotBeRewoundStaysOpen) {
     EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
 }
 
+TEST_F(Forensic, WithoutMemoryDoesNotBegin) {
+    openDrive(kBlock);
+    EXPECT_EQ(run(runForensicImage, kTooMuchMemory), 0U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could not ALLOCATE copy buffers"));
+    EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
+}
+
+TEST_F(Forensic, VerificationWithoutMemoryHasFailed) {
+    openDrive(kBlock);
+    writeFile(kImage, noise(0, 0, kBlock));
+    const auto verify = [](const CopyJob& job) {
+        return static_cast<std::uint32_t>(VerifyImageHash(job, kImage, Md5Digest{}, {.whole = true, .losses = {}}));
+    };
+    EXPECT_EQ(run(verify, kTooMuchMemory), 0U);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could not ALLOCATE copy buffers"));
+    EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD verification failed"));
+}
+
 TEST_F(Forensic, LeavesNoHandleBehind) {
     openDrive(3 * kBlock);
     const auto imageAndVerify = [&] {
@@ -329,11 +370,7 @@ TEST_F(Forensic, LeavesNoHandleBehind) {
         user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
         run(runForensicImage);
     };
-    imageAndVerify();
-    const DWORD before = testing::openHandleCount();
-    imageAndVerify();
-    imageAndVerify();
-    EXPECT_EQ(testing::openHandleCount(), before);
+    expectNoHandleLost(imageAndVerify);
 }
 
 } // namespace

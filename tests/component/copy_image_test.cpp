@@ -9,6 +9,7 @@
 extern "C" {
 extern decltype(&WriteFile) __imp_WriteFile;
 extern decltype(&GetDiskFreeSpaceA) __imp_GetDiskFreeSpaceA;
+extern decltype(&SetThreadExecutionState) __imp_SetThreadExecutionState;
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
@@ -86,8 +87,28 @@ TEST_F(Image, HoldsTheDrivesBytesAndNothingElse) {
 TEST_F(Image, AsTheProgramRunsIt) {
     constexpr std::size_t kBytes = 40 * 1048576;
     openDrive(kBytes);
-    EXPECT_EQ(ImageToFileWorker(state()), 1U);
+    EXPECT_EQ(ImageToFileWorker(state(), path()), 1U);
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBytes));
+}
+
+TEST_F(Image, GoesToTheFolderThatItWasStartedWith) {
+    openDrive(kBlock);
+    static HANDLE folderChanged = nullptr;
+    static decltype(&SetThreadExecutionState) original = nullptr;
+    const UniqueHandle changed(CreateEventA(nullptr, TRUE, FALSE, nullptr));
+    folderChanged = changed.get();
+    original = __imp_SetThreadExecutionState;
+    // The first thing that a job's thread does.
+    const ImportPatched patched(
+        __imp_SetThreadExecutionState, +[](EXECUTION_STATE wanted) -> EXECUTION_STATE {
+            EXPECT_EQ(WaitForSingleObject(folderChanged, 60000), WAIT_OBJECT_0);
+            return original(wanted);
+        });
+    ASSERT_TRUE(startCopyWorker(state(), ImageToFileWorker));
+    state().destinationFolder.assign("another folder");
+    SetEvent(folderChanged);
+    ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
+    EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock));
 }
 
 TEST_F(Image, TakesThePlaceOfAnOldImageOfThatNumber) {
@@ -164,7 +185,7 @@ TEST_F(Image, OnAFullVolumeStaysPartialAndTheRunningFlagSet) {
 TEST_F(Image, OnAFullVolumeTheSystemMaySleepAgain) {
     openDrive(kBlock);
     const FullVolume full(0);
-    EXPECT_EQ(ImageToFileWorker(state()), 0U);
+    EXPECT_EQ(ImageToFileWorker(state(), path()), 0U);
     EXPECT_EQ(SetThreadExecutionState(ES_SYSTEM_REQUIRED), static_cast<EXECUTION_STATE>(ES_CONTINUOUS));
 }
 
@@ -186,7 +207,7 @@ TEST_F(Image, OfAnImageFileThatWasTruncatedMeanwhileKeepsTheTailOfTheMarkedBlock
 
 TEST_F(Image, WithoutMemoryForTheBuffersIsLogged) {
     openDrive(kBlock);
-    EXPECT_EQ(run(runImageToFile, std::size_t{1} << 62), 0U);
+    EXPECT_EQ(run(runImageToFile, kTooMuchMemory), 0U);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not ALLOCATE copy buffers"));
     EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
     EXPECT_EQ(state().jobActive, 0);
@@ -194,11 +215,7 @@ TEST_F(Image, WithoutMemoryForTheBuffersIsLogged) {
 
 TEST_F(Image, LeavesNoHandleBehind) {
     openDrive(3 * kBlock);
-    run(runImageToFile);
-    const DWORD before = testing::openHandleCount();
-    run(runImageToFile);
-    run(runImageToFile);
-    EXPECT_EQ(testing::openHandleCount(), before);
+    expectNoHandleLost([this] { run(runImageToFile); });
 }
 
 TEST(FreeSpaceOfFolder, AsksForTheVolumeByItsFirstTwoCharacters) {

@@ -48,7 +48,7 @@ TEST_F(ImageToDrive, OntoADiskWithMountedVolumesArrivesWhole) {
 TEST_F(ImageToDrive, AsTheProgramRunsIt) {
     constexpr std::size_t kBytes = 40 * 1048576;
     openDrive(kBytes, kBytes);
-    EXPECT_EQ(ImageToDriveWorker(state()), 1U);
+    EXPECT_EQ(ImageToDriveWorker(state(), path()), 1U);
     EXPECT_TRUE(arrived(0, kBytes));
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), SizeIs(2));
 }
