@@ -49,7 +49,6 @@ const std::vector<Mistaken> kMistakes = {
      "drives/a.json: number: stands twice in the same object"},
     {R"({"number": 1, "bus": "sata", "size": 513})",
      "drives/a.json: size: expected whole sectors of 512 bytes, got 513"},
-    {R"({"number": 1, "bus": "sata", "size": 0})", "drives/a.json: size: expected whole sectors of 512 bytes, got 0"},
     {R"({"number": 1, "bus": "sata", "size": "8 MB"})",
      R"(drives/a.json: size: expected a number of bytes or a text such as "32 MiB", got "8 MB")"},
     {R"({"number": 1, "bus": "sata", "size": 18446744073709551104})",
@@ -234,6 +233,12 @@ TEST(WorkbenchDescription, SizesAreTextsOrNumbers) {
     for (const char* wrong : {"", "MiB", "32", "32MiB", "32 mib", "-1 KiB", "1.5 KiB", "18014398509481984 KiB"}) {
         EXPECT_FALSE(sizeFromText(wrong).has_value()) << wrong;
     }
+}
+
+TEST(WorkbenchDescription, ADriveMayTellACapacityOfNoBytes) {
+    const BenchReading reading = read(R"({"number": 3, "bus": "sata", "size": 0})");
+    ASSERT_EQ(reading.error, "");
+    EXPECT_EQ(reading.bench.drives.front().size, 0U);
 }
 
 TEST(WorkbenchDescription, ErrorsHaveNames) {

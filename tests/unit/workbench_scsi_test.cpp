@@ -72,6 +72,13 @@ TEST(WorkbenchScsi, CapacityIsTold) {
     EXPECT_EQ(send(described, {0x9E, 0x11}).status, kScsiCheckCondition);
 }
 
+TEST(WorkbenchScsi, CapacityOfNothingIsNotReady) {
+    DriveDescription described = drive(R"("road": "scsi")");
+    described.size = 0;
+    EXPECT_EQ(send(described, {0x25, 0, 0, 0, 0, 0, 0, 0, 0, 0}).status, kScsiCheckCondition);
+    EXPECT_EQ(send(described, {0x9E, 0x10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 32, 0, 0}).status, kScsiCheckCondition);
+}
+
 TEST(WorkbenchScsi, SmallCommandsAreAnswered) {
     const DriveDescription described = drive(R"("road": "scsi")");
     EXPECT_EQ(send(described, {0, 0, 0, 0, 0, 0}).status, kScsiGood);

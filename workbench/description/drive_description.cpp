@@ -146,7 +146,7 @@ void readShape(ObjectReader& reader, DriveDescription& drive) {
     }
     reader.require("size");
     reader.size("size", drive.size);
-    if (reader.has("size") && (drive.size == 0 || drive.size % drive.sectorSize != 0)) {
+    if (drive.size % drive.sectorSize != 0) {
         reader.fail("size", "expected whole sectors of " + std::to_string(drive.sectorSize) + " bytes, got " +
                                 std::to_string(drive.size));
     }

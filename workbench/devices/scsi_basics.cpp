@@ -95,7 +95,15 @@ ScsiReply inquiry(const DriveDescription& drive, std::span<const std::uint8_t> c
     return checkCondition(kSenseIllegalRequest, kInvalidFieldInCdb, 0);
 }
 
+// The last block's address cannot tell of none at all.
+ScsiReply noMedium() {
+    return checkCondition(kSenseNotReady, kMediumNotPresent, 0);
+}
+
 ScsiReply readCapacity10(const DriveDescription& drive) {
+    if (drive.size == 0) {
+        return noMedium();
+    }
     ScsiReply reply;
     reply.data.resize(8);
     const std::uint64_t last = drive.size / drive.sectorSize - 1;
@@ -108,6 +116,9 @@ ScsiReply serviceActionIn(const DriveDescription& drive, std::span<const std::ui
     constexpr std::uint8_t kReadCapacity16 = 0x10;
     if ((cdb[1] & 0x1F) != kReadCapacity16) {
         return checkCondition(kSenseIllegalRequest, kInvalidFieldInCdb, 0);
+    }
+    if (drive.size == 0) {
+        return noMedium();
     }
     ScsiReply reply;
     reply.data.resize(32);

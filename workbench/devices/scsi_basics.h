@@ -6,10 +6,12 @@ namespace torvane::bench {
 
 /// Sense keys and additional sense codes (SCSI Primary Commands).
 inline constexpr std::uint8_t kSenseRecovered = 0x01;
+inline constexpr std::uint8_t kSenseNotReady = 0x02;
 inline constexpr std::uint8_t kSenseIllegalRequest = 0x05;
 inline constexpr std::uint8_t kSenseAborted = 0x0B;
 inline constexpr std::uint8_t kInvalidOperationCode = 0x20;
 inline constexpr std::uint8_t kInvalidFieldInCdb = 0x24;
+inline constexpr std::uint8_t kMediumNotPresent = 0x3A;
 
 /// CHECK CONDITION with fixed-format sense data.
 [[nodiscard]] ScsiReply checkCondition(std::uint8_t key, std::uint8_t asc, std::uint8_t ascq);
