@@ -39,6 +39,29 @@ class RaceTrackTest : public CopyUiTest {
         return pixels(look(dialog, one)) == pixels(look(dialog, other));
     }
 
+    /// True when the dialog shows a shipped picture there: each pixel of it that hides what lies behind it.
+    [[nodiscard]] bool shows(const CopyDialogWindow& dialog, const std::string& picture, LONG x, LONG y) const {
+        const std::string file = (program().folder() / picture).string();
+        const Picture onBlack = Picture::ofFile(file, RGB(0, 0, 0));
+        const Picture onWhite = Picture::ofFile(file, RGB(255, 255, 255));
+        dialog.window().awaitPainted();
+        const Picture seen = look(dialog, {x, y, x + onBlack.width(), y + onBlack.height()});
+        int solid = 0;
+        for (int row = 0; row < seen.height(); ++row) {
+            for (int column = 0; column < seen.width(); ++column) {
+                const COLORREF colour = onBlack.at(column, row);
+                if (colour != onWhite.at(column, row)) {
+                    continue;
+                }
+                ++solid;
+                if (seen.at(column, row) != colour) {
+                    return false;
+                }
+            }
+        }
+        return solid > 500;
+    }
+
     // The clone's track: where the car waits, and the empty road.
     static constexpr RECT kAtStart{10, 192, 70, 236};
     static constexpr RECT kOnTheWay{310, 192, 370, 236};
@@ -53,6 +76,33 @@ TEST_F(RaceTrackTest, LiesOnTheDialogsColourWithTheCarAtItsStart) {
     EXPECT_EQ(look(dialog, {400, 152, 410, 160}).count(kDialogColour), 80) << "above the track";
     EXPECT_EQ(look(dialog, {60, 170, 780, 230}).count(kDialogColour), 0) << "the track has no holes";
     EXPECT_FALSE(looksAlike(dialog, kAtStart, kOnTheWay)) << "no car at the start";
+    dialog.leave();
+}
+
+TEST_F(RaceTrackTest, ForensicImageIsAPoliceChaseThatEndsAtTheCourtHouse) {
+    const CopyDialogWindow dialog = openForensic("SOURCE", emptyFolder("chase"));
+    parkMouse();
+    await("the police car waits at the start", [&] { return shows(dialog, "police-1-car.png", 10, 32); });
+    EXPECT_FALSE(shows(dialog, "race-car.png", 10, 32));
+    dialog.start();
+    dialog.awaitStatus(" Image SUCCESSFULLY Completed");
+    program().awaitBoxOver(dialog.window()).answer("No");
+    parkMouse();
+    await("the court house stands at the finish", [&] { return shows(dialog, "court-house.png", 770, 14); });
+    EXPECT_FALSE(shows(dialog, "trophy.png", 770, 14));
+    EXPECT_FALSE(shows(dialog, "police-1-car.png", 10, 32));
+    dialog.leave();
+}
+
+TEST_F(RaceTrackTest, PlainImageIsARaceForTheTrophy) {
+    const CopyDialogWindow dialog = openImage("SOURCE", emptyFolder("race"));
+    parkMouse();
+    await("the race car waits at the start", [&] { return shows(dialog, "race-car.png", 10, 32); });
+    EXPECT_FALSE(shows(dialog, "police-1-car.png", 10, 32));
+    dialog.start();
+    dialog.awaitStatus(" Image  SUCCESSFULLY Completed");
+    await("the trophy stands at the finish", [&] { return shows(dialog, "trophy.png", 770, 14); });
+    EXPECT_FALSE(shows(dialog, "court-house.png", 770, 14));
     dialog.leave();
 }
 
