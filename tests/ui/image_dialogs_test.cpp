@@ -138,7 +138,7 @@ TEST_P(EitherImageTest, AnImageThatCannotBeCreatedIsTold) {
         earlier.awaitStatus(GetParam().completed);
         finish(GetParam(), earlier);
         earlier.leave();
-        EXPECT_EQ(driveStatus("SOURCE"), "COMPLETED");
+        awaitDriveStatus("SOURCE", "COMPLETED");
     }
     const CopyDialogWindow dialog = open(GetParam(), folder);
     fs::remove_all(folder);
