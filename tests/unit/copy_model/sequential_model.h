@@ -372,7 +372,7 @@ class SequentialModel {
         repaint();
         words_.running = 1;
         words_.animationBlocks = 0;
-        for (const std::uint64_t percent : {10, 30, 40, 50, 75}) {
+        for (const std::uint64_t percent : {10U, 30U, 40U, 50U, 75U}) {
             world_.chasePoints.push_back(static_cast<std::int64_t>(full_ * percent / 100));
         }
         world_.aboutToCopy();
