@@ -10,8 +10,8 @@ struct AppState;
 // which waits for PowerShell without a time-out; what it printed last stays in "BITLOCKER.txt". A volume whose command
 // or output fails is skipped: the command runner has logged why.
 //
-// A recovery password goes into the drive's record, the scan dialog's list and the two BITLOCKER files, and nowhere
-// else: no log row ever holds one.
+// A recovery password goes into the drive's record, and from there into the drive's report, into the scan dialog's list
+// and the two BITLOCKER files, and nowhere else: no log row ever holds one.
 
 /// The list of the scan dialog, rows counting from 0.
 class BitLockerRows {

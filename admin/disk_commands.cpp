@@ -92,7 +92,7 @@ bool mayChangeDisk(const AppState& state, const DriveRecord& drive) {
         return false;
     }
     // A copy or a read test that was told to stop uses its drives until its last read is done.
-    if (state.jobActive == 1 || state.copy.workerAtWork == 1 || state.readTests.workersAtWork != 0) {
+    if (state.jobActive == 1 || state.driveJobAtWork == 1 || state.readTests.workersAtWork != 0) {
         prompts::stop(kWorking, "A Job is Working");
         return false;
     }

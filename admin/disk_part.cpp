@@ -114,7 +114,7 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     }
     // While drives are loaded the word is the scan's. A copy that was told to stop and has a read in flight would take
     // the raised word for leave to go on.
-    const bool raised = state.scan.driveLoaderWorking == 0 && state.copy.workerAtWork == 0;
+    const bool raised = state.scan.driveLoaderWorking == 0 && state.driveJobAtWork == 0;
     if (raised) {
         state.jobActive = 1;
     }
@@ -129,7 +129,7 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     state.mountStatus = mountStatusAfterScrub(results.get());
     state.view->redrawDriveList();
     // By now the word may be that of a scan, a copy or a read test, which would end; they lower it themselves.
-    if (raised && state.scan.driveLoaderWorking == 0 && state.copy.workerAtWork == 0 &&
+    if (raised && state.scan.driveLoaderWorking == 0 && state.driveJobAtWork == 0 &&
         !readTestHoldsJobFlag(state.readTests)) {
         state.jobActive = 0;
     }

@@ -11,7 +11,8 @@ struct DriveRecord;
 
 // Disk administration by the system's diskpart tool. Every operation writes a small script into the current folder,
 // runs "diskpart /s <script>" with its output captured to a results file, and reads the outcome from that file. Scripts
-// and results stay on disk as a record of what was done. Each failure gives one "ERROR" log row.
+// and results stay on disk as a record of what was done. Each failure gives an "ERROR" log row, behind that of the
+// command runner when it was this that failed.
 
 /// Refreshes `drive.readOnly` (1: read-only or not known) and redraws the drive list. Returns 1 when the results were
 /// read, 0 on a failure. Waits for diskpart on the calling thread.

@@ -23,7 +23,10 @@ namespace torvane {
 /// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event
 /// log. Words that a worker and the window's thread share are atomics; the rest belongs to the window's thread.
 struct AppState {
-    std::atomic<std::int32_t> jobActive{0};         ///< 1 while a long job runs; cleared to ask it to stop
+    std::atomic<std::int32_t> jobActive{0}; ///< 1 while a long job runs; cleared to ask it to stop
+    /// 1 from the start of a copy or of a change of a disk until its thread has done its last work, which may be well
+    /// after `jobActive` was cleared: a read in flight cannot be called back. The drive records stay in use until then.
+    std::atomic<std::int32_t> driveJobAtWork{0};
     std::atomic<std::int32_t> shortTestsAtWork{0};  ///< 0, or 1 unless one was started twice
     std::atomic<std::int32_t> activeDriveChosen{0}; ///< 1 once a drive was selected in the drive list
     std::atomic<std::int32_t> logPanelOpen{0};

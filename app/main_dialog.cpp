@@ -119,6 +119,7 @@ void MainDialog::buildListViews() {
     SetWindowPos(logList_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
+// A kept step of the start: the panel frames nothing yet, and what is painted in its place needs no control.
 void MainDialog::showThenHidePanel() {
     showControl(IDC_HEALTH_PANEL, true);
     showControl(IDC_HEALTH_PANEL, false);

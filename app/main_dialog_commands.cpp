@@ -7,12 +7,12 @@
 #include "app/about_dialog.h"
 #include "app/app_state.h"
 #include "app/command_guards.h"
+#include "app/drive_job.h"
 #include "app/exit_flow.h"
 #include "app/main_layout.h"
 #include "app/web_pages.h"
 #include "copy/clone_dialog.h"
 #include "copy/copy_choices.h"
-#include "copy/copy_workers.h"
 #include "copy/destination_folder.h"
 #include "copy/forensic_dialog.h"
 #include "copy/hex_viewer_dialog.h"
@@ -131,27 +131,27 @@ void MainDialog::onNistReadTest() {
 
 void MainDialog::onDriveToDriveClone() {
     DriveRecord* const source = requireDriveToClone(state_);
-    if (source != nullptr && !lastCopyIsStillEnding(state_)) {
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_)) {
         showCloneDialog(state_, *source, window());
     }
 }
 
 void MainDialog::onDriveToImage() {
     DriveRecord* const source = requireDriveToImage(state_);
-    if (source != nullptr && !lastCopyIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
         showImageDialog(state_, window());
     }
 }
 
 void MainDialog::onImageToDrive() {
-    if (requireListedDrives(state_) && !lastCopyIsStillEnding(state_) && chooseSourceImage(state_)) {
+    if (requireListedDrives(state_) && !lastDriveJobIsStillEnding(state_) && chooseSourceImage(state_)) {
         showImageToDriveDialog(state_, window());
     }
 }
 
 void MainDialog::onCreateForensicImage() {
     DriveRecord* const source = requireDriveToImageForensically(state_);
-    if (source != nullptr && !lastCopyIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
         showForensicDialog(state_, window());
     }
 }

@@ -62,7 +62,7 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
         return 0;
     }
     showIdle(job);
-    const bool wanted = cleanDestination(job);
+    const bool wanted = cleanDestination(job, blocks.order());
     JobProgress progress(job, blocks.order(),
                          {.track = kCloneTrack,
                           .direction = way.direction,

@@ -17,7 +17,7 @@ JobDisplayView& jobDisplay() {
 } // namespace
 
 bool CopyDialog::isBusy() const {
-    return state_.jobActive == 1 || state_.copy.workerAtWork == 1;
+    return state_.jobActive == 1 || state_.driveJobAtWork == 1;
 }
 
 void CopyDialog::startJob(CopyWorker worker) {
@@ -48,7 +48,9 @@ void CopyDialog::setUpTrack() {
 }
 
 void CopyDialog::onTerminate() {
-    // The job sees it after the block in flight.
+    // Both words, and this one first: the job may raise its running flag at this very moment. It sees the end of that
+    // flag after the block in flight.
+    state_.copy.stopAsked = 1;
     if (state_.jobActive == 1) {
         state_.jobActive = 0;
     }
@@ -59,6 +61,8 @@ void CopyDialog::onExit() {
         prompts::inform("***** ERROR TERMINATE BEFORE EXIT *****", look_.terminateFirst);
         return;
     }
+    // A job that has been started and has not raised its flag yet must not run on without its dialog.
+    onTerminate();
     state_.copy.failed = 0;
     state_.copy.explosionFrame = 0;
     KillTimer(window(), kExplosionTimer);

@@ -35,9 +35,9 @@ struct CopyJobState {
     /// Forensic image: the full blocks that make 10, 30, 40, 50 and 75 percent.
     std::array<std::atomic<std::int64_t>, 5> chasePoints{};
 
-    /// 1 from a job's start until its thread has done its last work, which may be well after the running flag was
-    /// cleared: a read in flight cannot be called back. The drive records stay in use until then.
-    std::atomic<std::int32_t> workerAtWork{0};
+    /// 1 once "Terminate" or "Exit" was pressed since the job's start. A job looks when it raises its running flag:
+    /// before, there was no flag to clear.
+    std::atomic<std::int32_t> stopAsked{0};
 
     /// Set before a job is started. Null: nothing is shown.
     std::atomic<JobDisplay*> display{nullptr};

@@ -2,7 +2,6 @@
 
 #include "app/app_state.h"
 #include "app/drive_job.h"
-#include "app/event_log.h"
 #include "base/stay_awake.h"
 #include "copy/copy_jobs.h"
 #include "copy/windows_copy_system.h"
@@ -57,17 +56,10 @@ DWORD ImageToDriveWorker(AppState& state, const std::string& path) {
 }
 
 bool startCopyWorker(AppState& state, CopyWorker worker) {
+    state.copy.stopAsked = 0;
     // The job works with the path of its start: the folder itself belongs to the window's thread.
     std::string path(state.destinationFolder.view());
     return startDriveJob(state, "copy job", [&state, worker, path = std::move(path)] { return worker(state, path); });
-}
-
-bool lastCopyIsStillEnding(const AppState& state) {
-    if (state.copy.workerAtWork == 0) {
-        return false;
-    }
-    LogEvent("STATUS", "The last copy job has not ended yet");
-    return true;
 }
 
 } // namespace torvane

@@ -31,12 +31,8 @@ DWORD ImageToDriveWorker(AppState& state, const std::string& path);
 using CopyWorker = DWORD (*)(AppState& state, const std::string& path);
 
 /// Starts the job on a thread of its own, whose handle the state keeps, with what `destinationFolder` holds now. False,
-/// with nothing started, while the thread of an earlier job is still at work (`copy.workerAtWork`: its last read may
+/// with nothing started, while the thread of an earlier job is still at work (`driveJobAtWork`: its last read may
 /// take long) or when the system has no room for a thread.
 bool startCopyWorker(AppState& state, CopyWorker worker);
-
-/// True, with a log row, while the thread of an earlier job is still at work after that job was told to stop: its last
-/// read may take long, and it uses the records of its drives until then.
-[[nodiscard]] bool lastCopyIsStillEnding(const AppState& state);
 
 } // namespace torvane

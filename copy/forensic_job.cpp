@@ -93,7 +93,7 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
         return std::nullopt;
     }
     job.display.repaint();
-    job.running = 1;
+    raiseRunning(job);
     beginAnimation(job.state, blocks.order().fullBlocks());
 
     const RunEnd end = fillImage(job, source, blocks, progress, image);

@@ -9,7 +9,7 @@ std::uint32_t runImageToFile(const CopyJob& job) {
     source.badReadCount = 0;
 
     const ImageFileName name = job.system.nextImageName(job.destinationPath, source);
-    const std::unique_ptr<ImageFile> image = job.system.createImage(name.path);
+    std::unique_ptr<ImageFile> image = job.system.createImage(name.path);
     if (!image) {
         job.display.setStatus("Could not CREATE DESTINATION image");
         showNotStarted(job, source);
@@ -38,6 +38,7 @@ std::uint32_t runImageToFile(const CopyJob& job) {
 
     progress.setDriveStatus(runOutcomeText(end, losses));
     if (end == RunEnd::kGaveUp) {
+        image.reset();
         // The running flag stays set on purpose: the dialog cannot be left before "Terminate Image".
         job.display.setStatus("Could not WRITE to DESTINATION image");
         return 0;
@@ -47,6 +48,7 @@ std::uint32_t runImageToFile(const CopyJob& job) {
     } else {
         showFailure(job, " Image Terminated -- Not Completed", kExplosionMilliseconds);
     }
+    image.reset();
     job.running = 0;
     job.display.repaintTrack(kImageTrack);
     return 1;

@@ -55,7 +55,7 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         return 0;
     }
     showIdle(job);
-    const bool wanted = cleanDestination(job);
+    const bool wanted = cleanDestination(job, blocks.order());
     JobProgress progress(
         job, blocks.order(),
         {.track = kCloneTrack, .label = " Status", .activity = "Writing image", .drives = {&destination}});

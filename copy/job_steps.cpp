@@ -34,8 +34,15 @@ void clearJobFlags(CopyJobState& state, std::int32_t carX, std::int32_t carY) {
     state.succeeded = 0;
 }
 
-void showIdle(const CopyJob& job) {
+void raiseRunning(const CopyJob& job) {
     job.running = 1;
+    if (job.state.stopAsked == 1) {
+        job.running = 0;
+    }
+}
+
+void showIdle(const CopyJob& job) {
+    raiseRunning(job);
     job.display.setStatus(" Status: Idle");
     job.display.repaint();
 }
@@ -56,7 +63,10 @@ void settleDriveBlock(const CopyJob& job, DriveRecord& source, const Block& bloc
     }
 }
 
-bool cleanDestination(const CopyJob& job) {
+bool cleanDestination(const CopyJob& job, const BlockOrder& order) {
+    if (job.running == 0 || order.count() == 0) {
+        return job.running == 1;
+    }
     job.system.setDriveStatus(*job.state.destination, "Cleaning disk");
     job.system.cleanDestination();
     return job.running == 1;

@@ -45,6 +45,9 @@ class ImageBlocks : public BlockSource {
 /// Clears the flags of the job before and puts the vehicle at its start.
 void clearJobFlags(CopyJobState& state, std::int32_t carX, std::int32_t carY);
 
+/// Raises the running flag; not for a job that was asked to stop since its start.
+void raiseRunning(const CopyJob& job);
+
 /// Raises the running flag and shows that the job has begun.
 void showIdle(const CopyJob& job);
 
@@ -56,8 +59,9 @@ void showIdle(const CopyJob& job);
 void settleDriveBlock(const CopyJob& job, DriveRecord& source, const Block& block, JobLosses& losses);
 
 /// Wipes the destination's partition table before the first block: the system refuses raw writes inside a mounted
-/// volume. A failure leaves its log row and the job goes on. False when the job was asked to stop meanwhile.
-[[nodiscard]] bool cleanDestination(const CopyJob& job);
+/// volume. Where there is no block to write, nothing is wiped. A failure leaves its log row and the job goes on. False
+/// when the job was asked to stop before or meanwhile.
+[[nodiscard]] bool cleanDestination(const CopyJob& job, const BlockOrder& order);
 
 /// How a job shows its progress.
 struct ProgressLook {

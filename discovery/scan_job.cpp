@@ -90,7 +90,7 @@ void startScanWorker(AppState& state) {
 
 void LoadDrives(AppState& state) {
     // A copy that was told to stop uses its drives' records until its last read is done.
-    if (state.jobActive == 1 || state.copy.workerAtWork == 1) {
+    if (state.jobActive == 1 || state.driveJobAtWork == 1) {
         return;
     }
     if (state.scan.driveLoaderWorking == 1) {

@@ -14,8 +14,9 @@ inline constexpr int kMaxDrives = 20;
 
 /// The scan's share of the application state.
 ///
-/// The tables are written by the scan worker alone, while `driveLoaderWorking` is 1; everybody else reads them when no
-/// scan runs. The window's thread fills the volumes anew before a drive is overwritten, when no job runs at all.
+/// The tables are written by the scan worker, while `driveLoaderWorking` is 1; everybody else reads them when no scan
+/// runs. When no job runs at all, the window's thread empties them for the next scan, and fills the volumes anew before
+/// a drive is overwritten.
 struct ScanState {
     std::atomic<std::int32_t> driveLoaderWorking{0}; ///< 1 from Load Drives until the worker's end
     std::atomic<std::int32_t> stage{0};              ///< 0 to 5; 4 is never used

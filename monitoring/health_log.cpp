@@ -15,7 +15,7 @@ constexpr std::size_t kPercentageUsedAt = 5;
 constexpr std::size_t kDataUnitsReadAt = 32;
 constexpr std::size_t kDataUnitsWrittenAt = 48;
 constexpr std::size_t kPowerOnHoursAt = 128;
-constexpr std::size_t kErrorLogEntriesAt = 160;
+constexpr std::size_t kErrorLogEntriesAt = 160; // the standard calls these media and data integrity errors
 
 // NVMe Base Specification, figure "Identify Controller Data Structure": ASCII, padded with blanks.
 constexpr std::size_t kSerialNumberAt = 4;

@@ -1,10 +1,10 @@
 #include "surface/read_test_workers.h"
 
 #include "app/app_state.h"
+#include "app/drive_job.h"
 #include "app/event_log.h"
 #include "base/stay_awake.h"
 #include "base/worker_thread.h"
-#include "copy/copy_workers.h"
 #include "surface/read_tests.h"
 #include "surface/windows_read_test_system.h"
 
@@ -88,8 +88,8 @@ DWORD NistReadTest(AppState& state, const ReadTestStart& start) {
 
 bool startReadTest(AppState& state, ReadTestKind kind, DriveRecord& drive, std::shared_ptr<ReadTestDisplay> display) {
     // The running flag would make a copy go on that was told to stop and has not noticed yet.
-    if (kind != kShortReadTest && lastCopyIsStillEnding(state)) {
-        display->setStatus("Status: The last copy job has not ended yet");
+    if (kind != kShortReadTest && lastDriveJobIsStillEnding(state)) {
+        display->setStatus("Status: The last job on a drive has not ended yet");
         return false;
     }
     const std::int32_t run = ++state.readTests.lastRun;

@@ -67,7 +67,8 @@ class Dialog {
 
     /// WM_INITDIALOG. Returns false when the dialog has set the keyboard focus itself.
     virtual bool onInitialise() { return true; }
-    /// WM_COMMAND of a menu item, or of a control that was clicked.
+    /// WM_COMMAND of a menu item, of an accelerator, of a control that was clicked, or of a list of choices in which
+    /// another one was selected (CBN_SELCHANGE has the accelerators' code, 1).
     virtual bool onCommand(int) { return false; }
     /// WM_COMMAND of an edit control whose text has changed (EN_CHANGE).
     virtual void onTextChange(int) {}

@@ -97,6 +97,7 @@ class CopyBench : public ::testing::Test {
     ~CopyBench() override {
         state().copy.openImages.clear();
         state().copy.display = nullptr;
+        state().copy.stopAsked = 0;
         state().copy.source = nullptr;
         state().copy.destination = nullptr;
         state().copy.imageSource = nullptr;

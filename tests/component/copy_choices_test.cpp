@@ -1,7 +1,7 @@
 #include "copy/copy_choices.h"
 
 #include "app/app_state.h"
-#include "copy/copy_workers.h"
+#include "app/drive_job.h"
 #include "copy/destination_folder.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
@@ -28,7 +28,7 @@ class CopyChoices : public ::testing::Test {
         state().destinationFolder.clear();
         state().copy.imageSource = nullptr;
         state().copy.sourceImageLetter = 0;
-        state().copy.workerAtWork = 0;
+        state().driveJobAtWork = 0;
         for (DriveRecordPtr& drive : state().scan.drives) {
             drive.reset();
         }
@@ -170,12 +170,12 @@ TEST_F(CopyChoices, ACancelledSourceImageForgetsTheLastOne) {
 }
 
 TEST_F(CopyChoices, NothingStartsWhileTheLastJobsThreadIsAtWork) {
-    EXPECT_FALSE(lastCopyIsStillEnding(state()));
+    EXPECT_FALSE(lastDriveJobIsStillEnding(state()));
     EXPECT_THAT(view_.logRows(), IsEmpty());
-    state().copy.workerAtWork = 1;
-    EXPECT_TRUE(lastCopyIsStillEnding(state()));
+    state().driveJobAtWork = 1;
+    EXPECT_TRUE(lastDriveJobIsStillEnding(state()));
     ASSERT_EQ(view_.logRows().size(), 1U);
-    EXPECT_EQ(view_.logRows().front().message, "The last copy job has not ended yet");
+    EXPECT_EQ(view_.logRows().front().message, "The last job on a drive has not ended yet");
 }
 
 } // namespace

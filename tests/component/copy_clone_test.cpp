@@ -1,5 +1,7 @@
 #include "tests/component/copy_bench.h"
 
+#include <thread>
+
 namespace torvane {
 namespace {
 
@@ -9,6 +11,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::noise;
+using ::testing::Not;
 using ::testing::SizeIs;
 using testing::unreadable;
 
@@ -296,12 +299,49 @@ TEST_F(Clone, TerminateStopsItAfterTheBlockInFlight) {
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed");
 }
 
-TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
+TEST_F(Clone, TerminateBeforeTheDiskIsCleanedTouchesNothing) {
     openDrives(3 * kBlock, 3 * kBlock);
     display_.onStatus = [&](std::string_view) { state().jobActive = 0; };
     EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
+}
+
+TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
+    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": 500}}})");
+    openDrives(3 * kBlock, 3 * kBlock);
+    std::thread user([this] {
+        while (bench_.log("request=start").empty()) {
+            Sleep(5);
+        }
+        state().jobActive = 0;
+    });
+    EXPECT_EQ(run(runForwardClone), 1U);
+    user.join();
+    EXPECT_THAT(bench_.log("request=diskpart"), Not(IsEmpty()));
+    EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
+    EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
+}
+
+TEST_F(Clone, AskedToStopBeforeItsFlagWasRaisedItTouchesNothing) {
+    openDrives(3 * kBlock, 3 * kBlock);
+    for (const auto job : {runForwardClone, runReverseClone}) {
+        state().copy.stopAsked = 1;
+        EXPECT_EQ(run(job), 1U);
+        EXPECT_EQ(state().jobActive, 0);
+    }
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed");
+}
+
+TEST_F(Clone, AStopThatWasAskedOfAnEarlierJobDoesNotStopTheNext) {
+    openDrives(3 * kBlock, 3 * kBlock);
+    state().copy.stopAsked = 1;
+    ASSERT_TRUE(startCopyWorker(state(), ForwardClone));
+    ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
+    EXPECT_TRUE(arrived(0, 3 * kBlock));
 }
 
 TEST_F(Clone, ASlowReadDelaysTheEndOfATerminatedClone) {
@@ -344,7 +384,7 @@ TEST_F(Clone, AsAThreadReleasesTheDrivesLast) {
     ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
     ASSERT_TRUE(GetExitCodeThread(state().worker.get(), &exitCode));
     EXPECT_EQ(exitCode, 1U);
-    EXPECT_EQ(state().copy.workerAtWork, 0);
+    EXPECT_EQ(state().driveJobAtWork, 0);
     EXPECT_TRUE(arrived(0, 3 * kBlock));
 }
 

@@ -260,12 +260,24 @@ TEST_F(CopyFaults, DriveOfNoBytesHasTheDigestOfNothing) {
     expectIdle();
 }
 
+TEST_F(CopyFaults, SourceOfNoBytesLeavesTheDestinationAsItIs) {
+    addSource(0);
+    addDestination(3 * kBlock);
+    openDrives();
+    EXPECT_EQ(run(runForwardClone), 1U);
+    EXPECT_EQ(run(runReverseClone), 1U);
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
+    expectIdle();
+}
+
 TEST_F(CopyFaults, DestinationOfNoBytesTakesNothing) {
     addSource(3 * kBlock);
     addDestination(0);
     openDrives();
     EXPECT_EQ(run(runForwardClone), 1U);
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "a disk that gets nothing is not wiped";
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
     expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });

@@ -197,7 +197,18 @@ TEST_F(ImageToDrive, AnEmptyImageCompletesAtOnce) {
     openDrive(0, kBlock);
     EXPECT_EQ(run(runImageToDrive), 1U);
     EXPECT_THAT(bench_.log("request=write"), IsEmpty());
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "a disk that gets nothing is not wiped";
     EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", " Image To Drive SUCCESSFULLY Completed"));
+}
+
+TEST_F(ImageToDrive, AskedToStopBeforeItsFlagWasRaisedItTouchesNothing) {
+    openDrive(3 * kBlock, 3 * kBlock);
+    state().copy.stopAsked = 1;
+    EXPECT_EQ(run(runImageToDrive), 1U);
+    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_THAT(bench_.log("request=write"), IsEmpty());
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    EXPECT_EQ(display_.lastStatus(), " Image To Drive Terminated -- Not Completed");
 }
 
 } // namespace

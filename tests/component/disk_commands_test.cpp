@@ -22,7 +22,7 @@ class DiskCommands : public testing::CopyBench {
         resetVolumes();
         state().scan.driveLoaderWorking = 0;
         state().shortTestsAtWork = 0;
-        state().copy.workerAtWork = 0;
+        state().driveJobAtWork = 0;
     }
 
     DriveRecord& openDisk(const std::string& more = "", const std::string& diskpart = "{}") {
@@ -148,10 +148,10 @@ TEST_F(DiskCommands, TheWindowsThreadDoesNotWaitForDiskPart) {
     startCleanDisk(state());
     EXPECT_LT(GetTickCount() - before, 1000U);
     EXPECT_EQ(state().jobActive, 1);
-    EXPECT_EQ(state().copy.workerAtWork, 1);
+    EXPECT_EQ(state().driveJobAtWork, 1);
     awaitWorker();
     EXPECT_EQ(state().jobActive, 0);
-    EXPECT_EQ(state().copy.workerAtWork, 0);
+    EXPECT_EQ(state().driveJobAtWork, 0);
     EXPECT_EQ(lastDriveStatus(disk), "COMPLETED disk cleaned");
 }
 
@@ -178,7 +178,7 @@ TEST_F(DiskCommands, AThreadThatCannotBeStartedChangesNothing) {
         startSetReadOnly(state(), disk);
     }
     EXPECT_EQ(state().jobActive, 0);
-    EXPECT_EQ(state().copy.workerAtWork, 0);
+    EXPECT_EQ(state().driveJobAtWork, 0);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not start the change of the disk"));
     EXPECT_THAT(changes(), IsEmpty());
 }
@@ -214,7 +214,7 @@ TEST_F(DiskCommands, NothingIsChangedWhileAJobRuns) {
 
 TEST_F(DiskCommands, NothingIsChangedUntilAStoppedCopyHasEnded) {
     const DriveRecord& disk = openDisk();
-    state().copy.workerAtWork = 1;
+    state().driveJobAtWork = 1;
     expectRefusal(disk, "***** Working *****", "A Job is Working");
 }
 

@@ -45,7 +45,7 @@ class DiskPart : public ::testing::Test {
 
     void reset() {
         state().jobActive = 0;
-        state().copy.workerAtWork = 0;
+        state().driveJobAtWork = 0;
         state().scan.driveLoaderWorking = 0;
         state().readTests.jobRunsAtWork = 0;
         state().readTests.lastJobRun = 0;
@@ -324,7 +324,7 @@ TEST_F(DiskPart, AWorkerThatCannotBeStartedIsLoggedAndLeavesNothingInProgress) {
 
 TEST_F(DiskPart, ACopyThatWasToldToStopIsNotSetGoingAgain) {
     openBench(R"({"delayMilliseconds": 500})", false);
-    state().copy.workerAtWork = 1; // its last read is under way
+    state().driveJobAtWork = 1; // its last read is under way
     onEnableMounting(state());
     while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
     }
@@ -353,7 +353,7 @@ TEST_F(DiskPart, AScanThatHasBegunMeanwhileStaysAJobThatRuns) {
 
 TEST_F(DiskPart, ACopyThatRunsIsNotEnded) {
     openBench();
-    state().copy.workerAtWork = 1;
+    state().driveJobAtWork = 1;
     state().jobActive = 1;
     EXPECT_EQ(enableMounting(state()), 1U);
     EXPECT_EQ(state().jobActive, 1);
@@ -364,7 +364,7 @@ TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
     onDisableMounting(state());
     while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
     }
-    state().copy.workerAtWork = 1;
+    state().driveJobAtWork = 1;
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().mountStatus, 1000);
     EXPECT_EQ(state().jobActive, 1);

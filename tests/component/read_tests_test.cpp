@@ -259,18 +259,18 @@ TEST_F(StoppedReadTests, ALoadOfDrivesSaysThatTheShortTestRuns) {
 
 TEST_F(StoppedReadTests, ACopyThatIsStillEndingIsNotMadeToGoOn) {
     DriveRecord& drive = openDrive("30 GiB");
-    state().copy.workerAtWork = 1; // told to stop, its last read is in flight
+    state().driveJobAtWork = 1; // told to stop, its last read is in flight
     for (const ReadTestKind kind : {kCriticalReadTest, kNistReadTest}) {
         EXPECT_FALSE(startReadTest(state(), kind, drive, display_));
         EXPECT_EQ(state().jobActive, 0);
         EXPECT_EQ(state().readTests.workersAtWork, 0);
-        EXPECT_EQ(display_->lastStatus(), "Status: The last copy job has not ended yet");
+        EXPECT_EQ(display_->lastStatus(), "Status: The last job on a drive has not ended yet");
     }
     EXPECT_THAT(events(), SizeIs(2));
     // The Short test has nothing to do with the flag.
     run(kShortReadTest);
     EXPECT_EQ(drive.shortTestResult, 1002);
-    state().copy.workerAtWork = 0;
+    state().driveJobAtWork = 0;
 }
 
 TEST_F(StoppedReadTests, WithoutRoomForAThreadNothingStaysRaised) {

@@ -132,9 +132,9 @@ TEST_F(ScanJob, LoadDrivesWhileAJobRunsDoesNothingAndShowsNothing) {
 
 TEST_F(ScanJob, LoadDrivesWhileAStoppedCopyStillReadsDoesNothingAndKeepsItsRecords) {
     state().scan.drives[0] = DriveRecordPtr(new DriveRecord);
-    state().copy.workerAtWork = 1;
+    state().driveJobAtWork = 1;
     LoadDrives(state());
-    state().copy.workerAtWork = 0;
+    state().driveJobAtWork = 0;
     EXPECT_NE(state().scan.drives[0], nullptr);
     EXPECT_THAT(view_.calls(), IsEmpty());
     EXPECT_THAT(user_.shown(), IsEmpty());

@@ -238,7 +238,7 @@ TEST_F(SlowCloneTest, CanBeLeftWhileTheLastReadIsUnderWayAndNothingElseStartsMea
 
     torvane().press(kClone);
     expectNoBox();
-    EXPECT_EQ(torvane().log().back().message, "The last copy job has not ended yet");
+    EXPECT_EQ(torvane().log().back().message, "The last job on a drive has not ended yet");
     torvane().press(kLoadDrives);
     EXPECT_EQ(torvane().driveList().rowCount(), 4) << "the records of the drives are still in use";
 

@@ -52,7 +52,7 @@ struct DriveFaults {
     std::optional<std::uint32_t> vanishAfterRequests;
 };
 
-/// Requests that a fault may name, besides those written "ioctl:0x...".
+/// Requests that a fault may name; one written "ioctl:0x..." always is.
 [[nodiscard]] bool isKnownRequestName(const std::string& name);
 
 } // namespace torvane::bench

@@ -181,8 +181,10 @@ class SequentialModel {
     [[nodiscard]] bool whole(std::uint64_t k) const { return k == full_ && (remainder_ == 0 || remainderMoved_); }
 
     bool clean() {
-        driveStatus(world_.destination, "Cleaning disk");
-        world_.see("clean");
+        if (words_.running == 1 && (full_ > 0 || remainder_ > 0)) {
+            driveStatus(world_.destination, "Cleaning disk");
+            world_.see("clean");
+        }
         return words_.running == 1;
     }
 
