@@ -136,8 +136,8 @@ struct DriveRecord {
 
     std::int64_t sizeSectors = 0; ///< units of 512 bytes, whatever the sector size
 
-    /// Unreadable blocks since the last copy job from this drive began: the job's, and sectors that the hex viewer could
-    /// not read. Both may count at once, while a job that was told to stop deals with its last read.
+    /// Unreadable blocks since the last copy job from this drive began: the job's, and sectors that the hex viewer
+    /// could not read. Both may count at once, while a job that was told to stop deals with its last read.
     SharedWord<std::uint64_t> badReadCount = 0;
 
     std::uint64_t writeErrorCount = 0; ///< failed block writes
