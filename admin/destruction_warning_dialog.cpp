@@ -112,7 +112,7 @@ bool confirmDestruction(AppState& state, HWND owner) {
         return false;
     }
     // Letters may have been given and moved since the drives were loaded.
-    EnumerateVolumes(state);
+    refreshVolumes(state);
     if (readsSourceImageFrom(state, *destination)) {
         prompts::stop("******* WARNING *******", "You cannot copy Image to Source Drive");
         return false;

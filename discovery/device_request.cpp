@@ -13,6 +13,12 @@ NativeHandle openDevice(const char* path, std::uint32_t flagsAndAttributes) {
     return device == INVALID_HANDLE_VALUE ? nullptr : device;
 }
 
+NativeHandle openDeviceForQuery(const char* path) {
+    const HANDLE device = CreateFileA(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr);
+    return device == INVALID_HANDLE_VALUE ? nullptr : device;
+}
+
 std::optional<ByteView> requestFromDevice(NativeHandle device, std::uint32_t controlCode, ByteView input,
                                           std::span<std::uint8_t> output) {
     // DeviceIoControl only reads its input, although it asks for a pointer to something that may change.

@@ -11,7 +11,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace torvane {
@@ -23,14 +25,31 @@ constexpr char kLastLetter = 'Z';
 constexpr char kSystemLetter = 'C';
 constexpr std::size_t kExtentsAnswerBytes = 4096;
 
+std::string volumePath(char letter) {
+    return formatText("\\\\.\\%c:", letter);
+}
+
 std::vector<VolumeExtent> readVolumeExtents(char letter) {
-    const UniqueHandle volume(openDevice(formatText("\\\\.\\%c:", letter).c_str(), FILE_ATTRIBUTE_NORMAL));
+    const UniqueHandle volume(openDevice(volumePath(letter).c_str(), FILE_ATTRIBUTE_NORMAL));
     if (!volume) {
         return {};
     }
     std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
     const auto answer = requestFromDevice(volume.get(), IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
     return answer ? parseVolumeDiskExtents(*answer) : std::vector<VolumeExtent>();
+}
+
+/// A volume's extents, none for a letter that does not exist. Nothing when the volume is there and does not tell.
+std::optional<std::vector<VolumeExtent>> askVolume(char letter) {
+    const UniqueHandle volume(openDeviceForQuery(volumePath(letter).c_str()));
+    if (!volume) {
+        const DWORD error = GetLastError();
+        const bool absent = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+        return absent ? std::optional(std::vector<VolumeExtent>()) : std::nullopt;
+    }
+    std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
+    const auto answer = requestFromDevice(volume.get(), IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
+    return answer ? std::optional(parseVolumeDiskExtents(*answer)) : std::nullopt;
 }
 
 // The disk number serves as the position in the drive table, which is the right one while the drives are numbered from
@@ -53,6 +72,18 @@ void EnumerateVolumes(AppState& state) {
             markSystemDrives(state.scan, extents);
         }
         appendVolume(state.scan.volumes, letter, extents);
+    }
+}
+
+void refreshVolumes(AppState& state) {
+    const VolumeTable before = state.scan.volumes;
+    resetVolumeTable(state.scan.volumes);
+    for (char letter = kFirstLetter; letter <= kLastLetter; ++letter) {
+        if (const auto extents = askVolume(letter)) {
+            appendVolume(state.scan.volumes, letter, *extents);
+        } else {
+            keepVolume(state.scan.volumes, before, letter);
+        }
     }
 }
 

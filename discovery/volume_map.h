@@ -8,4 +8,8 @@ struct AppState;
 /// drives. Letters that do not exist, cannot be opened or have no extents are skipped silently.
 void EnumerateVolumes(AppState& state);
 
+/// Brings the table up to date: letters that were given, moved and taken since. A volume is not mounted for it, and one
+/// that is there but does not tell its extents now keeps those that the table had.
+void refreshVolumes(AppState& state);
+
 } // namespace torvane

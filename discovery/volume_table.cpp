@@ -26,4 +26,13 @@ void appendVolume(VolumeTable& table, char letter, std::span<const VolumeExtent>
     }
 }
 
+void keepVolume(VolumeTable& table, const VolumeTable& before, char letter) {
+    for (int i = 0; i < before.count; ++i) {
+        const VolumeRecord& record = before.records[static_cast<std::size_t>(i)];
+        if (record.driveLetter == letter && static_cast<std::size_t>(table.count) < table.records.size()) {
+            table.records[static_cast<std::size_t>(table.count++)] = record;
+        }
+    }
+}
+
 } // namespace torvane

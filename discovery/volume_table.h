@@ -13,4 +13,7 @@ void resetVolumeTable(VolumeTable& table);
 /// Appends one record for each extent of the volume `letter`, as far as the table has room.
 void appendVolume(VolumeTable& table, char letter, std::span<const VolumeExtent> extents);
 
+/// Appends what `before` holds of the volume `letter`, as far as the table has room.
+void keepVolume(VolumeTable& table, const VolumeTable& before, char letter);
+
 } // namespace torvane

@@ -192,6 +192,32 @@ TEST_F(VolumeMap, ExtentsBeyondFiftyAreDroppedAndCIsStillMarked) {
     EXPECT_EQ(drive(0).systemDrive, 1);
 }
 
+TEST_F(VolumeMap, RefreshingFindsNewLettersAndDropsThoseThatAreGone) {
+    addDrive(0, R"([{"letter": "K", "extents": [{"offset": "1 MiB", "length": "1 MiB"}]}])");
+    bench_.open();
+    state().scan.volumes.records[0] = {.driveLetter = 'G', .diskNumber = 7};
+    state().scan.volumes.count = 1;
+    refreshVolumes(state());
+    ASSERT_EQ(volumes().count, 1);
+    EXPECT_EQ(volume(0).driveLetter, 'K');
+    EXPECT_EQ(volume(0).diskNumber, 0);
+}
+
+TEST_F(VolumeMap, RefreshingKeepsAVolumeThatDoesNotTellNow) {
+    addDrive(0, R"([{"letter": "K", "extents": [{"offset": "1 MiB", "length": "1 MiB"}],
+                     "faults": {"extents": "ERROR_IO_DEVICE"}},
+                    {"letter": "L", "extents": [{"offset": "4 MiB", "length": "1 MiB"}],
+                     "faults": {"open": "ERROR_ACCESS_DENIED"}}])");
+    bench_.open();
+    state().scan.volumes.records[0] = {.driveLetter = 'K', .diskNumber = 0};
+    state().scan.volumes.records[1] = {.driveLetter = 'L', .diskNumber = 0};
+    state().scan.volumes.count = 2;
+    refreshVolumes(state());
+    ASSERT_EQ(volumes().count, 2);
+    EXPECT_EQ(volume(0).driveLetter, 'K');
+    EXPECT_EQ(volume(1).driveLetter, 'L');
+}
+
 TEST_F(VolumeMap, EnumeratingAgainReplacesTheTable) {
     addDrive(0, kSystemVolume);
     enumerate();

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <vector>
@@ -108,6 +109,37 @@ TEST(VolumeTable, ExtentsBeyondFiftyAreDropped) {
     EXPECT_EQ(table.records[29].driveLetter, 'C');
     EXPECT_EQ(table.records[30].driveLetter, 'D');
     EXPECT_EQ(table.records[49].driveLetter, 'D');
+}
+
+constexpr std::array kTwoExtents{VolumeExtent{.diskNumber = 2, .startingOffset = 1024, .length = 4096},
+                                 VolumeExtent{.diskNumber = 3, .startingOffset = 0, .length = 512}};
+
+TEST(VolumeTable, KeepsAVolumeWithAllItsExtentsAndNoOther) {
+    VolumeTable before;
+    appendVolume(before, 'D', kTwoExtents);
+    appendVolume(before, 'E', kTwoExtents);
+    VolumeTable table;
+    resetVolumeTable(table);
+    keepVolume(table, before, 'E');
+    keepVolume(table, before, 'F');
+    ASSERT_EQ(table.count, 2);
+    EXPECT_EQ(table.records[0].driveLetter, 'E');
+    EXPECT_EQ(table.records[0].diskNumber, 2);
+    EXPECT_EQ(table.records[0].startingOffset, 1024);
+    EXPECT_EQ(table.records[0].extentLength, 4096);
+    EXPECT_EQ(table.records[1].diskNumber, 3);
+    EXPECT_EQ(table.records[2].driveLetter, -1);
+}
+
+TEST(VolumeTable, KeepsNoMoreThanItHasRoomFor) {
+    VolumeTable before;
+    appendVolume(before, 'D', kTwoExtents);
+    VolumeTable table;
+    resetVolumeTable(table);
+    for (int i = 0; i < 26; ++i) {
+        keepVolume(table, before, 'D');
+    }
+    EXPECT_EQ(table.count, 50);
 }
 
 } // namespace
