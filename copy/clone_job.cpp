@@ -61,8 +61,7 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
         showNotStarted(job, destination);
         return 0;
     }
-    showIdle(job);
-    const bool wanted = cleanDestination(job, blocks.order());
+    const bool wanted = showIdle(job) && cleanDestination(job, blocks.order());
     JobProgress progress(job, blocks.order(),
                          {.track = kCloneTrack,
                           .direction = way.direction,

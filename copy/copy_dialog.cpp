@@ -61,7 +61,7 @@ void CopyDialog::onExit() {
         prompts::inform("***** ERROR TERMINATE BEFORE EXIT *****", look_.terminateFirst);
         return;
     }
-    // A job that has been started and has not raised its flag yet must not run on without its dialog.
+    // A job that was started and has not raised its flag yet must not begin without its dialog.
     onTerminate();
     state_.copy.failed = 0;
     state_.copy.explosionFrame = 0;

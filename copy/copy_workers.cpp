@@ -56,7 +56,10 @@ DWORD ImageToDriveWorker(AppState& state, const std::string& path) {
 }
 
 bool startCopyWorker(AppState& state, CopyWorker worker) {
-    state.copy.stopAsked = 0;
+    // Not what was asked of a job that is still at work, which this one does not replace.
+    if (state.driveJobAtWork == 0) {
+        state.copy.stopAsked = 0;
+    }
     // The job works with the path of its start: the folder itself belongs to the window's thread.
     std::string path(state.destinationFolder.view());
     return startDriveJob(state, "copy job", [&state, worker, path = std::move(path)] { return worker(state, path); });

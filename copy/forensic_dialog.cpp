@@ -54,7 +54,7 @@ class ForensicDialog : public CopyDialog {
     void onStart() { startJob(ForensicImageWorker); }
 
     void onTerminateForensic() {
-        if (state().jobActive == 0 || prompts::ask("****** FORENSIC IMAGE RUNNING ******",
+        if (state().jobActive == 1 && prompts::ask("****** FORENSIC IMAGE RUNNING ******",
                                                    "You are about to EXIT Forensic Image and terminate the current "
                                                    "image. Is that what you wish to do?")) {
             onTerminate();

@@ -93,10 +93,10 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
         return std::nullopt;
     }
     job.display.repaint();
-    raiseRunning(job);
+    const bool wanted = raiseRunning(job);
     beginAnimation(job.state, blocks.order().fullBlocks());
 
-    const RunEnd end = fillImage(job, source, blocks, progress, image);
+    const RunEnd end = wanted ? fillImage(job, source, blocks, progress, image) : RunEnd::kLeftEarly;
     if (movedFullBlocks(end)) {
         showSuccess(job, " Image SUCCESSFULLY Completed", kTrackFinishX);
     } else {

@@ -24,7 +24,7 @@ std::uint32_t runImageToFile(const CopyJob& job) {
     }
     JobProgress progress(job, blocks.order(),
                          {.track = kImageTrack, .label = " Status", .activity = "Imaging", .drives = {&source}});
-    showIdle(job);
+    const bool wanted = showIdle(job);
 
     JobLosses losses;
     const auto copyBlock = [&](const Block& block) {
@@ -34,7 +34,7 @@ std::uint32_t runImageToFile(const CopyJob& job) {
         return written;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
-    const RunEnd end = moveBlocks(job, blocks, progress, rule, copyBlock);
+    const RunEnd end = wanted ? moveBlocks(job, blocks, progress, rule, copyBlock) : RunEnd::kLeftEarly;
 
     progress.setDriveStatus(runOutcomeText(end, losses));
     if (end == RunEnd::kGaveUp) {

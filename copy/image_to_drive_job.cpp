@@ -54,8 +54,7 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         showNotStarted(job, destination);
         return 0;
     }
-    showIdle(job);
-    const bool wanted = cleanDestination(job, blocks.order());
+    const bool wanted = showIdle(job) && cleanDestination(job, blocks.order());
     JobProgress progress(
         job, blocks.order(),
         {.track = kCloneTrack, .label = " Status", .activity = "Writing image", .drives = {&destination}});

@@ -34,17 +34,20 @@ void clearJobFlags(CopyJobState& state, std::int32_t carX, std::int32_t carY) {
     state.succeeded = 0;
 }
 
-void raiseRunning(const CopyJob& job) {
+bool raiseRunning(const CopyJob& job) {
     job.running = 1;
     if (job.state.stopAsked == 1) {
         job.running = 0;
+        return false;
     }
+    return true;
 }
 
-void showIdle(const CopyJob& job) {
-    raiseRunning(job);
+bool showIdle(const CopyJob& job) {
+    const bool wanted = raiseRunning(job);
     job.display.setStatus(" Status: Idle");
     job.display.repaint();
+    return wanted;
 }
 
 std::string countBadRead(DriveRecord& drive, std::uint64_t offset) {

@@ -45,11 +45,12 @@ class ImageBlocks : public BlockSource {
 /// Clears the flags of the job before and puts the vehicle at its start.
 void clearJobFlags(CopyJobState& state, std::int32_t carX, std::int32_t carY);
 
-/// Raises the running flag; not for a job that was asked to stop since its start.
-void raiseRunning(const CopyJob& job);
+/// Raises the running flag. False, and the flag stays down, for a job that was asked to stop since its start: it moves
+/// no block.
+[[nodiscard]] bool raiseRunning(const CopyJob& job);
 
-/// Raises the running flag and shows that the job has begun.
-void showIdle(const CopyJob& job);
+/// Raises the running flag, with the same result, and shows that the job has begun.
+[[nodiscard]] bool showIdle(const CopyJob& job);
 
 /// Adds the loss of a block to the drive's bad-read count. Returns the text of its log row.
 [[nodiscard]] std::string countBadRead(DriveRecord& drive, std::uint64_t offset);

@@ -143,7 +143,7 @@ class CopyBench : public ::testing::Test {
         constexpr int kRounds = 4;
         constexpr int kAttempts = 8;
         again();
-        DWORD before = lowestHandleCount(0);
+        DWORD before = lowestHandleCount(0, 10);
         for (int attempt = 0; attempt < kAttempts; ++attempt) {
             for (int round = 0; round < kRounds; ++round) {
                 again();
@@ -189,17 +189,6 @@ class CopyBench : public ::testing::Test {
     RecordingDisplay display_;
 
   private:
-    /// The least number of handles within a moment that ends as soon as there are no more than `enough`: what a thread
-    /// had is closed shortly after its end.
-    static DWORD lowestHandleCount(DWORD enough) {
-        DWORD lowest = openHandleCount();
-        for (int look = 0; look < 10 && lowest > enough; ++look) {
-            Sleep(5);
-            lowest = std::min(lowest, openHandleCount());
-        }
-        return lowest;
-    }
-
     bool opened_ = false;
     std::vector<DriveRecordPtr> drives_; // closed before the bench
 };

@@ -215,6 +215,16 @@ TEST_F(Forensic, ATerminatedImageGetsNoHashFileAndNoQuestion) {
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
 }
 
+TEST_F(Forensic, AskedToStopBeforeItsFlagWasRaisedGetsNoHashFileAndNoQuestion) {
+    openDrive(1024);
+    state().copy.stopAsked = 1;
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(readFile(kImage), "");
+    EXPECT_FALSE(std::filesystem::exists(kHashFile));
+    EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed");
+}
+
 TEST_F(Forensic, ThatCannotBeWrittenIsTerminated) {
     openDrive(8 * kBlock);
     const auto imageWithoutThirdBlock = [&] {

@@ -1,6 +1,8 @@
 #include "copy/job_steps.h"
 
 #include "discovery/drive_record.h"
+#include "tests/unit/copy_model/script.h"
+#include "tests/unit/copy_model/scripted_system.h"
 
 #include <gtest/gtest.h>
 
@@ -22,6 +24,21 @@ TEST(BadReads, AreAllCountedWhenTwoThreadsCountOnOneDrive) {
     count();
     other.join();
     EXPECT_EQ(drive.badReadCount, 2 * kReads);
+}
+
+TEST(RunningFlag, StaysDownForAJobThatWasAskedToStopSinceItsStart) {
+    testing::World world(testing::ScriptMaker(1).make());
+    testing::ScriptedSystem system(world);
+    const CopyJob job{.state = system.state,
+                      .running = world.words.running,
+                      .system = system,
+                      .display = system,
+                      .destinationPath = {}};
+    EXPECT_TRUE(raiseRunning(job));
+    EXPECT_EQ(job.running, 1);
+    job.state.stopAsked = 1;
+    EXPECT_FALSE(raiseRunning(job));
+    EXPECT_EQ(job.running, 0);
 }
 
 } // namespace
