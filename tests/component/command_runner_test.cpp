@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <string>
@@ -229,13 +230,22 @@ TEST_F(CommandRunner, ChildrenStartedLaterDoNotInheritTheOutputOfOneThatRuns) {
     realCreateFile = watchedFiles.original();
     const testing::ImportPatched watchedProcesses(__imp_CreateProcessA, &watchedCreateProcess);
     realCreateProcess = watchedProcesses.original();
-    std::thread runner([this] { EXPECT_EQ(run("out:first sleep:1500"), 1); });
-    while (!std::filesystem::exists("output.txt") || std::filesystem::file_size("output.txt") == 0) {
+    std::atomic<bool> ended = false;
+    std::thread runner([&] {
+        EXPECT_EQ(run("out:first sleep:3000"), 1);
+        ended = true;
+    });
+    bool inheritable = true;
+    while (inheritable && !ended) {
+        std::error_code none;
+        DWORD flags = HANDLE_FLAG_INHERIT;
+        if (std::filesystem::exists("output.txt", none) && std::filesystem::file_size("output.txt", none) == 5) {
+            GetHandleInformation(seenFiles.front().result, &flags);
+        }
+        inheritable = (flags & HANDLE_FLAG_INHERIT) != 0;
         Sleep(5);
     }
-    DWORD flags = HANDLE_FLAG_INHERIT;
-    EXPECT_TRUE(GetHandleInformation(seenFiles.front().result, &flags));
-    EXPECT_EQ(flags & HANDLE_FLAG_INHERIT, 0U);
+    EXPECT_FALSE(inheritable) << "while the child ran";
     runner.join();
 }
 
@@ -305,7 +315,7 @@ TEST_F(CommandRunner, LeavesNoHandleOpen) {
     for (int i = 0; i < 5; ++i) {
         once();
     }
-    EXPECT_EQ(testing::openHandleCount(), before);
+    EXPECT_LE(testing::lowestHandleCount(before), before);
 }
 
 TEST_F(CommandRunner, KeepsWhatAChildPrintedThatDiedOrHungUp) {
@@ -464,7 +474,7 @@ TEST_F(CommandRunner, LeavesNoHandleOpenWhenTheBlockOrTheReadFails) {
     for (int i = 0; i < 5; ++i) {
         failAll();
     }
-    EXPECT_EQ(testing::openHandleCount(), before);
+    EXPECT_LE(testing::lowestHandleCount(before), before);
 }
 
 } // namespace

@@ -309,7 +309,7 @@ TEST_F(Clone, TerminateBeforeTheDiskIsCleanedTouchesNothing) {
 }
 
 TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
-    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": 500}}})");
+    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": 3000}}})");
     openDrives(3 * kBlock, 3 * kBlock);
     std::thread user([this] {
         while (bench_.log("request=start").empty()) {

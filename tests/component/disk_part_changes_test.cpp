@@ -173,7 +173,7 @@ TEST_F(DiskPartChanges, TheResultsOfAnEarlierCleanAreNotTakenForThisOnes) {
 }
 
 TEST_F(DiskPartChanges, NobodyChangesTheScriptWhileDiskPartRuns) {
-    openDisk("", R"({"delayMilliseconds": 1000})");
+    openDisk("", R"({"delayMilliseconds": 3000})");
     const auto openForWriting = [] {
         return UniqueFile(CreateFileA("DPCleanDiskScript.txt", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));

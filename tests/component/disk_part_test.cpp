@@ -285,7 +285,7 @@ TEST_F(DiskPart, EnablingGoesOnWithoutAQuestionWhenTheStatusCheckFails) {
 }
 
 TEST_F(DiskPart, DisablingIsInProgressUntilTheWorkersResult) {
-    openBench(R"({"delayMilliseconds": 500})");
+    openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
     EXPECT_EQ(state().mountStatus, 1003);
     onMountTimer(state(), 3001);
@@ -296,7 +296,7 @@ TEST_F(DiskPart, DisablingIsInProgressUntilTheWorkersResult) {
 }
 
 TEST_F(DiskPart, AJobIsActiveWhileTheWorkerRuns) {
-    openBench(R"({"delayMilliseconds": 500})");
+    openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
     while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
     }
@@ -323,7 +323,7 @@ TEST_F(DiskPart, AWorkerThatCannotBeStartedIsLoggedAndLeavesNothingInProgress) {
 }
 
 TEST_F(DiskPart, ACopyThatWasToldToStopIsNotSetGoingAgain) {
-    openBench(R"({"delayMilliseconds": 500})", false);
+    openBench(R"({"delayMilliseconds": 1500})", false);
     state().driveJobAtWork = 1; // its last read is under way
     onEnableMounting(state());
     while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
@@ -342,7 +342,7 @@ TEST_F(DiskPart, AScanStaysAJobThatRuns) {
 }
 
 TEST_F(DiskPart, AScanThatHasBegunMeanwhileStaysAJobThatRuns) {
-    openBench(R"({"delayMilliseconds": 500})");
+    openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
     while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
     }
@@ -360,7 +360,7 @@ TEST_F(DiskPart, ACopyThatRunsIsNotEnded) {
 }
 
 TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
-    openBench(R"({"delayMilliseconds": 500})");
+    openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
     while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
     }
@@ -371,7 +371,7 @@ TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
 }
 
 TEST_F(DiskPart, AReadTestThatHasBegunMeanwhileIsNotEnded) {
-    openBench(R"({"delayMilliseconds": 500})");
+    openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
     while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
     }
@@ -508,7 +508,7 @@ TEST_F(DiskPart, EnablingRunsTheScriptAndReports) {
 }
 
 TEST_F(DiskPart, TheFirstTickOfEnablingReportsWhateverTheCheckLeft) {
-    openBench(R"({"delayMilliseconds": 500})", false);
+    openBench(R"({"delayMilliseconds": 1500})", false);
     onEnableMounting(state());
     EXPECT_EQ(state().mountStatus, 1000); // never "in progress"
     user_.expectInform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
