@@ -21,11 +21,18 @@ Window buttonOf(const Window& dialog, const std::string& word) {
 /// A job that has told its outcome still has its last steps to do, and until then its dialog refuses to be left.
 /// True when it did so, and the refusal is answered.
 bool dismissRefusal(const Window& dialog) {
-    for (const Window& window : topLevelWindows(dialog.processId())) {
-        if (window.text() == "***** ERROR TERMINATE BEFORE EXIT *****" && MessageBoxWindow::isOne(window)) {
-            MessageBoxWindow(window).answer("OK");
-            return true;
+    if (dialog.enabled()) {
+        return false; // no box stands over it
+    }
+    try {
+        for (const Window& window : topLevelWindows(dialog.processId())) {
+            if (window.text() == "***** ERROR TERMINATE BEFORE EXIT *****" && MessageBoxWindow::isOne(window)) {
+                MessageBoxWindow(window).answer("OK");
+                return true;
+            }
         }
+    } catch (const Failure&) {
+        // A window went away while it was looked at: the dialog's, as it should, or one that the next look leaves out.
     }
     return false;
 }

@@ -148,12 +148,12 @@ TEST_P(CopyDialogsTest, EscapeLeavesAndEnterStartsNothing) {
 
 TEST_P(CopyDialogsTest, OpeningAndLeavingLeaksNothing) {
     const auto round = [this] { open().leave(); };
-    constexpr int kWarmUp = 3;
+    constexpr int kWarmUp = 2;
     for (int i = 0; i < kWarmUp; ++i) {
         round();
     }
     const ResourceCounts before = countResources(program().processId());
-    constexpr int kRounds = 8;
+    constexpr int kRounds = 6;
     for (int i = 0; i < kRounds; ++i) {
         round();
     }

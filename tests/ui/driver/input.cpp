@@ -22,6 +22,16 @@ INPUT mouseInput(DWORD flags) {
     return input;
 }
 
+/// A button's change at that place, whatever the system has made of the mouse since it was moved there: a window that
+/// opens under it may draw it back.
+INPUT mouseInputAt(POINT place, DWORD flags) {
+    constexpr LONG kWholeScreen = 65535; // of absolute coordinates
+    INPUT input = mouseInput(flags | MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE);
+    input.mi.dx = MulDiv(place.x, kWholeScreen, GetSystemMetrics(SM_CXSCREEN));
+    input.mi.dy = MulDiv(place.y, kWholeScreen, GetSystemMetrics(SM_CYSCREEN));
+    return input;
+}
+
 INPUT keyInput(WORD key, bool up) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
@@ -101,8 +111,8 @@ void clickAt(const Window& window, POINT place, MouseButton button) {
     requireReachable(window, place);
     moveMouse(place);
     avoidDoubleClick(place);
-    inject(mouseInput(left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN));
-    inject(mouseInput(left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP));
+    inject(mouseInputAt(place, left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN));
+    inject(mouseInputAt(place, left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP));
     window.settle();
 }
 
@@ -110,9 +120,9 @@ void press(const Window& button) {
     const POINT place = centre(button.rect());
     requireReachable(button, place);
     moveMouse(place);
-    inject(mouseInput(MOUSEEVENTF_LEFTDOWN));
+    inject(mouseInputAt(place, MOUSEEVENTF_LEFTDOWN));
     const bool pushed = waitUntil([&] { return isPushed(button); });
-    inject(mouseInput(MOUSEEVENTF_LEFTUP));
+    inject(mouseInputAt(place, MOUSEEVENTF_LEFTUP));
     if (!pushed) {
         throw Failure("does not go down when it is pressed: " + button.describe());
     }
