@@ -6,6 +6,7 @@
 #include "base/file_name_part.h"
 #include "base/format.h"
 #include "base/stdio_file.h"
+#include "base/whole_file.h"
 #include "base/worker_thread.h"
 #include "monitoring/command_runner.h"
 #include "ui/prompts.h"
@@ -65,10 +66,9 @@ UniqueFile writeGuarded(const char* fileName, std::string_view text) {
     }
     UniqueFile file{
         CreateFileA(fileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
-    std::string held(text.size() + 1, '\0');
-    DWORD count = 0;
-    if (!file || !ReadFile(file.get(), held.data(), static_cast<DWORD>(held.size()), &count, nullptr) ||
-        std::string_view(held).substr(0, count) != text) {
+    std::string held(text.size(), '\0');
+    if (!file || sizeOfFile(file.get()) != text.size() || !readWholeFile(file.get(), held.size(), held.data()) ||
+        held != text) {
         return {};
     }
     return file;
@@ -107,6 +107,11 @@ LoadedText queryDiskPart(AppState& state, const DiskPartScript& script) {
     return loadResults(state, script);
 }
 
+/// While drives are loaded, or a job on a drive is at work, `jobActive` is theirs to raise and to lower.
+bool othersHoldJobFlag(const AppState& state) {
+    return state.scan.driveLoaderWorking != 0 || state.driveJobAtWork != 0;
+}
+
 // A failure leaves the status and `jobActive` as they are: a disable request then stays "in progress".
 DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     if (!writeScript(script)) {
@@ -114,7 +119,7 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     }
     // While drives are loaded the word is the scan's. A copy that was told to stop and has a read in flight would take
     // the raised word for leave to go on.
-    const bool raised = state.scan.driveLoaderWorking == 0 && state.driveJobAtWork == 0;
+    const bool raised = !othersHoldJobFlag(state);
     if (raised) {
         state.jobActive = 1;
     }
@@ -129,8 +134,7 @@ DWORD changeMounting(AppState& state, const DiskPartScript& script) {
     state.mountStatus = mountStatusAfterScrub(results.get());
     state.view->redrawDriveList();
     // By now the word may be that of a scan, a copy or a read test, which would end; they lower it themselves.
-    if (raised && state.scan.driveLoaderWorking == 0 && state.driveJobAtWork == 0 &&
-        !readTestHoldsJobFlag(state.readTests)) {
+    if (raised && !othersHoldJobFlag(state) && !readTestHoldsJobFlag(state.readTests)) {
         state.jobActive = 0;
     }
     return 1;

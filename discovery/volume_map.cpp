@@ -29,14 +29,19 @@ std::string volumePath(char letter) {
     return formatText("\\\\.\\%c:", letter);
 }
 
+/// Nothing when the volume does not tell.
+std::optional<std::vector<VolumeExtent>> requestExtents(HANDLE volume) {
+    std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
+    const auto answer = requestFromDevice(volume, IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
+    return answer ? std::optional(parseVolumeDiskExtents(*answer)) : std::nullopt;
+}
+
 std::vector<VolumeExtent> readVolumeExtents(char letter) {
     const UniqueHandle volume(openDevice(volumePath(letter).c_str(), FILE_ATTRIBUTE_NORMAL));
     if (!volume) {
         return {};
     }
-    std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
-    const auto answer = requestFromDevice(volume.get(), IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
-    return answer ? parseVolumeDiskExtents(*answer) : std::vector<VolumeExtent>();
+    return requestExtents(volume.get()).value_or(std::vector<VolumeExtent>());
 }
 
 /// A volume's extents, none for a letter that does not exist. Nothing when the volume is there and does not tell.
@@ -47,9 +52,7 @@ std::optional<std::vector<VolumeExtent>> askVolume(char letter) {
         const bool absent = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
         return absent ? std::optional(std::vector<VolumeExtent>()) : std::nullopt;
     }
-    std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
-    const auto answer = requestFromDevice(volume.get(), IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
-    return answer ? std::optional(parseVolumeDiskExtents(*answer)) : std::nullopt;
+    return requestExtents(volume.get());
 }
 
 // The disk number serves as the position in the drive table, which is the right one while the drives are numbered from

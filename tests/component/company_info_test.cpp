@@ -89,6 +89,15 @@ class CompanyInfoFile : public ::testing::Test {
         EXPECT_EQ(rows[0].category, category);
         EXPECT_EQ(rows[0].message, message);
     }
+    /// Loading finds a file that it can neither open nor make anew: that is told, the defaults hold, the file stays.
+    void expectToldAndLeftAlone(const std::string& file) {
+        user_.expectStop("***** ERROR ON CONFIG FILE CREATE *****",
+                         "Could not create [Config.db] config file. Using default");
+        EXPECT_EQ(LoadCompanyInfo(info_), 0);
+        expectLog("ERROR", "Could not WRITE config file");
+        EXPECT_EQ(bytesOf(info_), bytesOf(defaultCompanyInfo()));
+        EXPECT_EQ(readFile(kFile), file);
+    }
     void expectReadError() {
         user_.expectStop("***** ERROR ON CONFIG FILE READ *****", "Could not read data from config file");
     }
@@ -186,23 +195,13 @@ TEST_F(CompanyInfoFile, ThatCannotBeOpenedNorMadeIsTold) {
     writeFile(kFile, record("a", "b", "c"));
     const UniqueFile held = holdOpen();
     ASSERT_TRUE(held);
-    user_.expectStop("***** ERROR ON CONFIG FILE CREATE *****",
-                     "Could not create [Config.db] config file. Using default");
-    EXPECT_EQ(LoadCompanyInfo(info_), 0);
-    expectLog("ERROR", "Could not WRITE config file");
-    EXPECT_EQ(bytesOf(info_), bytesOf(defaultCompanyInfo()));
-    EXPECT_EQ(readFile(kFile), record("a", "b", "c"));
+    expectToldAndLeftAlone(record("a", "b", "c"));
 }
 
 TEST_F(CompanyInfoFile, ThatIsReadOnlyIsToldAndLeavesTheDefaults) {
     writeFile(kFile, record("a", "b", "c"));
     const ReadOnly readOnly;
-    user_.expectStop("***** ERROR ON CONFIG FILE CREATE *****",
-                     "Could not create [Config.db] config file. Using default");
-    EXPECT_EQ(LoadCompanyInfo(info_), 0);
-    expectLog("ERROR", "Could not WRITE config file");
-    EXPECT_EQ(bytesOf(info_), bytesOf(defaultCompanyInfo()));
-    EXPECT_EQ(readFile(kFile), record("a", "b", "c"));
+    expectToldAndLeftAlone(record("a", "b", "c"));
 }
 
 TEST_F(CompanyInfoFile, ThatIsMadeButCannotBeWrittenIsTold) {

@@ -78,6 +78,12 @@ class DiskPart : public ::testing::Test {
     }
     [[nodiscard]] std::vector<std::string> diskpartRuns() { return bench_.log("request=start"); }
 
+    /// Waits until the change of mounting that was started runs diskpart, behind the question for the state; or has
+    /// ended.
+    void awaitSecondRun() {
+        while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
+        }
+    }
     /// Waits for the thread whose handle the state keeps; its exit code.
     static DWORD awaitWorker() {
         DWORD exitCode = STILL_ACTIVE;
@@ -298,8 +304,7 @@ TEST_F(DiskPart, DisablingIsInProgressUntilTheWorkersResult) {
 TEST_F(DiskPart, AJobIsActiveWhileTheWorkerRuns) {
     openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
-    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
-    }
+    awaitSecondRun();
     EXPECT_EQ(state().jobActive, 1);
     awaitWorker();
     EXPECT_EQ(state().jobActive, 0);
@@ -326,8 +331,7 @@ TEST_F(DiskPart, ACopyThatWasToldToStopIsNotSetGoingAgain) {
     openBench(R"({"delayMilliseconds": 1500})", false);
     state().driveJobAtWork = 1; // its last read is under way
     onEnableMounting(state());
-    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
-    }
+    awaitSecondRun();
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().jobActive, 0);
@@ -344,8 +348,7 @@ TEST_F(DiskPart, AScanStaysAJobThatRuns) {
 TEST_F(DiskPart, AScanThatHasBegunMeanwhileStaysAJobThatRuns) {
     openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
-    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
-    }
+    awaitSecondRun();
     state().scan.driveLoaderWorking = 1;
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().jobActive, 1);
@@ -362,8 +365,7 @@ TEST_F(DiskPart, ACopyThatRunsIsNotEnded) {
 TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
     openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
-    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
-    }
+    awaitSecondRun();
     state().driveJobAtWork = 1;
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().mountStatus, 1000);
@@ -373,8 +375,7 @@ TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
 TEST_F(DiskPart, AReadTestThatHasBegunMeanwhileIsNotEnded) {
     openBench(R"({"delayMilliseconds": 1500})");
     onDisableMounting(state());
-    while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
-    }
+    awaitSecondRun();
     state().readTests.jobRunsAtWork = 1;
     state().readTests.lastJobRun = 1;
     EXPECT_EQ(awaitWorker(), 1U);
