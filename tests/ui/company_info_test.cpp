@@ -1,6 +1,7 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
 #include "tests/ui/driver/text.h"
+#include "tests/ui/expect_soon.h"
 #include "tests/ui/ui_test.h"
 
 #include <gmock/gmock.h>
@@ -110,10 +111,12 @@ TEST_F(CompanyInfoTest, IsInTheProgramsColours) {
     const Window dialog = openDialog();
     parkMouse();
     dialog.awaitPainted();
-    const Picture picture = Picture::ofScreen(dialog.clientRect());
-    EXPECT_EQ(toText(picture.at(4, 4)), toText(RGB(218, 223, 234)));
-    const Picture label = Picture::ofScreen(dialog.child(8000).rect());
-    EXPECT_EQ(toText(label.commonest()), toText(RGB(218, 223, 234)));
+    expectSoon([&] {
+        const Picture picture = Picture::ofScreen(dialog.clientRect());
+        EXPECT_EQ(toText(picture.at(4, 4)), toText(RGB(218, 223, 234)));
+        const Picture label = Picture::ofScreen(dialog.child(8000).rect());
+        EXPECT_EQ(toText(label.commonest()), toText(RGB(218, 223, 234)));
+    });
     close(dialog);
 }
 

@@ -1,5 +1,6 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
+#include "tests/ui/expect_soon.h"
 #include "tests/ui/ui_test.h"
 
 #include <gmock/gmock.h>
@@ -165,8 +166,9 @@ TEST_F(DiskMenuTest, WarningNamesTheDriveAndItsVolumes) {
     EXPECT_THAT(list.row(0), ElementsAre("PHYSICAL", "001 - Tarn N16 TN16-1", "DESTINATION"));
     EXPECT_THAT(list.row(1), ElementsAre("VOLUME", "K:\\ - Rescue - 1A2B-3C4D", "RELATED VOLUME"));
     EXPECT_THAT(list.row(2), ElementsAre("VOLUME", "L:\\ -  - 0000-0001", "RELATED VOLUME"));
-    EXPECT_EQ(Picture::ofScreen(warning.clientRect()).at(4, 4), RGB(218, 223, 234));
     warning.awaitPainted();
+    expectSoon(
+        [&] { EXPECT_EQ(toText(Picture::ofScreen(warning.clientRect()).at(4, 4)), toText(RGB(218, 223, 234))); });
     press(warning.child(IDNO));
     expectNoBox();
     EXPECT_THAT(changes(), IsEmpty());

@@ -1,5 +1,6 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
+#include "tests/ui/expect_soon.h"
 #include "tests/ui/health_bench.h"
 #include "tests/ui/health_panel_reader.h"
 #include "tests/ui/torvane_window.h"
@@ -24,14 +25,13 @@ class HealthMessageTest : public ::testing::Test {
         torvane().loadDrives();
     }
 
-    /// Makes the drive the active one and finds its message written.
+    /// Makes the drive the active one.
     void pick(const std::string& model) {
         const ListView list = torvane().driveList();
         list.click(list.rowWith(0, model));
         parkMouse();
         torvane().window().awaitPainted();
         message_ = torvane().control(kHealthMessage);
-        written_ = writtenArea();
     }
 
     /// Starts the program with other bytes in its first message, that for sound drives, and picks one.
@@ -90,17 +90,19 @@ class HealthMessageTest : public ::testing::Test {
     static constexpr std::streamoff kTextOffset = 8;
     std::unique_ptr<Program> program_;
     Window message_;
-    RECT written_{};
 };
 
 TEST_F(HealthMessageTest, EveryShippedOneStandsOnOneLineInLargeLetters) {
     start(freshRun("HealthMessageTest", healthBench()));
     for (const char* model : {"SOUND", "AGEING", "WEARING", "FAILING"}) {
         pick(model);
-        EXPECT_GT(width(written_), 400) << message_.text();
-        EXPECT_LT(written_.right, width(message_.rect()) - 30) << message_.text() << " may be cut";
-        EXPECT_LE(height(written_), 18) << message_.text();
-        EXPECT_GE(written_.top, 2) << "letters touch the captions";
+        expectSoon([&] {
+            const RECT written = writtenArea();
+            EXPECT_GT(width(written), 400) << message_.text();
+            EXPECT_LT(written.right, width(message_.rect()) - 30) << message_.text() << " may be cut";
+            EXPECT_LE(height(written), 18) << message_.text();
+            EXPECT_GE(written.top, 2) << "letters touch the captions";
+        });
     }
 }
 
@@ -114,15 +116,19 @@ std::string words(int count) {
 
 TEST_F(HealthMessageTest, ALongOneTakesTwoLinesAndShowsWhole) {
     showMessage(words(30));
-    EXPECT_GT(height(written_), 18);
-    EXPECT_LE(written_.bottom, height(message_.rect()));
+    expectSoon([&] {
+        EXPECT_GT(height(writtenArea()), 18);
+        EXPECT_LE(writtenArea().bottom, height(message_.rect()));
+    });
     EXPECT_EQ(tip(), "");
 }
 
 TEST_F(HealthMessageTest, OneWithItsOwnLinesKeepsThem) {
     showMessage("First line\r\nSecond line");
-    EXPECT_GT(height(written_), 18);
-    EXPECT_LT(written_.right, 150);
+    expectSoon([&] {
+        EXPECT_GT(height(writtenArea()), 18);
+        EXPECT_LT(writtenArea().right, 150);
+    });
 }
 
 TEST_F(HealthMessageTest, OneOfAnUnknownColourHasNoLamp) {
@@ -138,8 +144,10 @@ TEST_F(HealthMessageTest, WithoutOneForTheLevelThereIsNoLamp) {
 TEST_F(HealthMessageTest, WhatDoesNotFitIsToldByATip) {
     const std::string text = words(90);
     showMessage(text);
-    EXPECT_GT(height(written_), 18);
-    EXPECT_GT(written_.right, width(message_.rect()) - 150) << "both lines are used";
+    expectSoon([&] {
+        EXPECT_GT(height(writtenArea()), 18);
+        EXPECT_GT(writtenArea().right, width(message_.rect()) - 150) << "both lines are used";
+    });
     EXPECT_EQ(tip(), text);
 }
 

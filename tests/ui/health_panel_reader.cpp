@@ -2,6 +2,7 @@
 
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
+#include "tests/ui/expect_soon.h"
 
 #include <gtest/gtest.h>
 
@@ -176,6 +177,15 @@ class PanelReader {
     std::filesystem::path artwork_;
 };
 
+void expectShown(const PanelReader& panel, const ExpectedPanel& expected) {
+    for (std::size_t i = 0; i < kDialCount; ++i) {
+        const int dial = static_cast<int>(i);
+        panel.expectDial(dial, i == 0 ? expected.layout.firstDial : expected.layout.otherDials, expected.needles[i]);
+        panel.expectCaption(dial, expected.needles[i] ? expected.layout.captions[i] : "");
+    }
+    EXPECT_EQ(panel.lamp(), expected.lamp);
+}
+
 } // namespace
 
 std::ostream& operator<<(std::ostream& stream, const ExpectedPanel& expected) {
@@ -186,16 +196,13 @@ void expectPanel(const TorvaneWindow& torvane, const ExpectedPanel& expected) {
     SCOPED_TRACE(expected.model);
     parkMouse();
     torvane.window().awaitPainted();
-    const PanelReader panel(torvane, packageFolder());
+    expectSoon([&] { expectShown(PanelReader(torvane, packageFolder()), expected); });
     for (std::size_t i = 0; i < kDialCount; ++i) {
         const int dial = static_cast<int>(i);
-        panel.expectDial(dial, i == 0 ? expected.layout.firstDial : expected.layout.otherDials, expected.needles[i]);
-        panel.expectCaption(dial, expected.needles[i] ? expected.layout.captions[i] : "");
         const Window value = torvane.control(kFirstValueText + dial);
         EXPECT_EQ(value.text(), expected.valueTexts[i]) << "under dial " << dial;
         EXPECT_EQ(value.visible(), !expected.valueTexts[i].empty()) << "under dial " << dial;
     }
-    EXPECT_EQ(panel.lamp(), expected.lamp);
     const Window message = torvane.control(kHealthMessage);
     EXPECT_EQ(message.text().substr(0, std::max<std::size_t>(expected.message.size(), 1)), expected.message);
     EXPECT_EQ(message.visible(), !expected.message.empty());

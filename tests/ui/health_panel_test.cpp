@@ -120,13 +120,15 @@ TEST_F(HealthPanelTest, RepaintingNeverShowsAnEmptyPanel) {
     const Window window = torvane().window();
     const RECT area = window.clientRect();
     const RECT hub{area.left + 430, area.top + 194, area.left + 431, area.top + 195};
+    const auto shown = [&] { return distance(Picture::ofScreen(hub).at(0, 0), RGB(0, 0, 0)) <= 90; };
+    await("the needle's hub is there", shown);
     int looks = 0;
     int gone = 0;
     for (int repaint = 0; repaint < 60; ++repaint) {
         InvalidateRect(window.handle(), nullptr, TRUE);
         for (int i = 0; i < 20; ++i) {
             ++looks;
-            gone += distance(Picture::ofScreen(hub).at(0, 0), RGB(0, 0, 0)) > 90 ? 1 : 0;
+            gone += shown() ? 0 : 1;
         }
     }
     EXPECT_EQ(gone, 0) << "times of " << looks << " the needle's hub was not there";

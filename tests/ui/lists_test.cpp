@@ -1,5 +1,6 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
+#include "tests/ui/expect_soon.h"
 #include "tests/ui/ui_test.h"
 
 #include <commctrl.h>
@@ -47,11 +48,14 @@ class ListTest : public UiTest {
     static void expectPaint(const ListView& list, int row, int column, const Paint& paint) {
         const std::string where =
             "row " + std::to_string(row) + " '" + list.cell(row, column) + "', column " + std::to_string(column);
-        const Picture picture = pictureOf(list, row, column);
-        EXPECT_EQ(toText(picture.commonest()), toText(paint.background)) << where;
-        if (!list.cell(row, column).empty()) {
-            EXPECT_EQ(toText(strokeColour(picture, paint.background)), toText(paint.text)) << where;
-        }
+        const bool written = !list.cell(row, column).empty();
+        expectSoon([&] {
+            const Picture picture = pictureOf(list, row, column);
+            EXPECT_EQ(toText(picture.commonest()), toText(paint.background)) << where;
+            if (written) {
+                EXPECT_EQ(toText(strokeColour(picture, paint.background)), toText(paint.text)) << where;
+            }
+        });
     }
 
     void loadOnce() const {

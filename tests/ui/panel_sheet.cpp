@@ -30,8 +30,8 @@ Picture drivePicture(const TorvaneWindow& torvane, int row) {
     list.click(row);
     parkMouse();
     torvane.window().awaitPainted();
+    const Picture panel = Picture::atRest(panelRect(torvane.window()));
     const Picture name = Picture::ofScreen(rowRect);
-    const Picture panel = Picture::ofScreen(panelRect(torvane.window()));
     Picture both(panel.width(), name.height() + panel.height(), kBackground);
     both.draw(name, 0, 0);
     both.draw(panel, 0, name.height());

@@ -1,6 +1,7 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
 #include "tests/ui/driver/shipped_resources.h"
+#include "tests/ui/expect_soon.h"
 #include "tests/ui/ui_test.h"
 
 #include <gmock/gmock.h>
@@ -64,8 +65,10 @@ TEST_F(StartTest, WindowHasItsSizeAndLiesOnTheScreen) {
 TEST_F(StartTest, BackgroundIsTheProgramsOwn) {
     parkMouse();
     const RECT area = window().clientRect();
-    const Picture edge = Picture::ofScreen({area.left, area.top + 140, area.left + 8, area.bottom});
-    EXPECT_EQ(toText(edge.commonest()), toText(RGB(0xDA, 0xDF, 0xEA)));
+    expectSoon([&] {
+        const Picture edge = Picture::ofScreen({area.left, area.top + 140, area.left + 8, area.bottom});
+        EXPECT_EQ(toText(edge.commonest()), toText(RGB(0xDA, 0xDF, 0xEA)));
+    });
 }
 
 TEST_F(StartTest, EveryButtonShowsItsCommand) {

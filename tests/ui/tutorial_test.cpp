@@ -1,5 +1,6 @@
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
+#include "tests/ui/expect_soon.h"
 #include "tests/ui/ui_test.h"
 
 #include <fstream>
@@ -69,8 +70,10 @@ TEST_F(TutorialTest, IsFilledByItsPictureAboveTheControls) {
     tutorial.awaitPainted();
     const RECT area = tutorial.clientRect();
     EXPECT_EQ(width(area), kPictureWidth);
-    const Picture headline = Picture::ofScreen({area.left, area.top, area.right, area.top + 48});
-    EXPECT_LT(headline.count(RGB(218, 223, 234)), 100) << "the picture's dark headline is missing";
+    expectSoon([&] {
+        const Picture headline = Picture::ofScreen({area.left, area.top, area.right, area.top + 48});
+        EXPECT_LT(headline.count(RGB(218, 223, 234)), 100) << "the picture's dark headline is missing";
+    });
     for (const int control : {kPrevent, kContinue}) {
         const RECT place = tutorial.child(control).rect();
         EXPECT_TRUE(inside(place, area)) << control;

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <map>
 #include <sstream>
+#include <utility>
 
 namespace torvane::driver {
 namespace {
@@ -102,6 +103,21 @@ Picture Picture::ofScreen(const RECT& rect) {
     }
     std::transform(canvas.pixels(), canvas.pixels() + picture.pixels_.size(), picture.pixels_.begin(),
                    [](DWORD pixel) { return pixel & 0x00FFFFFF; });
+    return picture;
+}
+
+Picture Picture::atRest(const RECT& rect) {
+    constexpr std::chrono::milliseconds kStill{200};
+    Picture picture = ofScreen(rect);
+    auto since = std::chrono::steady_clock::now();
+    await("the screen has come to rest", [&] {
+        Picture now = ofScreen(rect);
+        if (now != picture) {
+            picture = std::move(now);
+            since = std::chrono::steady_clock::now();
+        }
+        return std::chrono::steady_clock::now() - since >= kStill;
+    });
     return picture;
 }
 

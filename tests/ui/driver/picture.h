@@ -12,10 +12,14 @@ class Picture {
   public:
     /// What the screen shows in a rectangle (screen pixels).
     [[nodiscard]] static Picture ofScreen(const RECT& rect);
+    /// The same as soon as it has stood still for a while: what was painted just before has arrived on the screen.
+    [[nodiscard]] static Picture atRest(const RECT& rect);
     /// A PNG file upon a colour. Throws when it cannot be read.
     [[nodiscard]] static Picture ofFile(const std::string& path, COLORREF background);
     /// An empty picture of one colour to draw on.
     Picture(int width, int height, COLORREF colour);
+
+    [[nodiscard]] bool operator==(const Picture& other) const = default;
 
     [[nodiscard]] int width() const { return width_; }
     [[nodiscard]] int height() const { return height_; }
