@@ -134,13 +134,13 @@ void drag(const Window& window, POINT from, POINT to) {
     requireReachable(window, from);
     moveMouse(from);
     inject(mouseInput(MOUSEEVENTF_LEFTDOWN));
-    // A window that follows the mouse deals with one move after the other.
+    // A window that follows the mouse deals with one move before the next comes.
     constexpr int kSteps = 10;
     for (int step = 1; step <= kSteps; ++step) {
         moveMouse({from.x + (to.x - from.x) * step / kSteps, from.y + (to.y - from.y) * step / kSteps});
-        Sleep(20);
+        window.settle();
     }
-    inject(mouseInput(MOUSEEVENTF_LEFTUP));
+    inject(mouseInputAt(to, MOUSEEVENTF_LEFTUP));
     window.settle();
 }
 
