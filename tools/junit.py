@@ -4,6 +4,8 @@
     tools/junit.py failure FILE SUITE NAME LOG    writes FILE: one failed test, with the end of LOG as its message
     tools/junit.py steps FILE TABLE               writes FILE from lines "name <tab> seconds <tab> passed|failed <tab> log"
     tools/junit.py failures FILE                  prints the failed tests of FILE, each with its message
+    tools/junit.py failed FILE                    prints the names of the failed tests of FILE, as GoogleTest's filter takes them
+    tools/junit.py second-try FILE AGAIN          a failed test of FILE that passed in AGAIN counts as passed; prints a line about each
     tools/junit.py count FILE                     prints what FILE adds to the summary; an error when it holds no test
     tools/junit.py summary FOLDER                 prints "N passed, N failed[, N skipped]" over FOLDER/*.xml
 """
@@ -64,13 +66,38 @@ def summary(paths):
     return sum(count.values())
 
 
+def full_name(case):
+    return f"{case.get('classname')}.{case.get('name')}"
+
+
+def failed_cases(root):
+    return [case for case in root.iter("testcase") if outcome(case) == "failed"]
+
+
+def failure_text(failure):
+    return (failure.text or failure.get("message") or "").strip()
+
+
 def print_failures(path):
-    for case in ET.parse(path).getroot().iter("testcase"):
-        if outcome(case) == "failed":
-            print(f"{case.get('classname')}.{case.get('name')}")
+    for case in failed_cases(ET.parse(path).getroot()):
+        print(full_name(case))
+        for failure in [*case.findall("failure"), *case.findall("error")]:
+            print("    " + failure_text(failure).replace("\n", "\n    "))
+
+
+def second_try(path, again):
+    """What went wrong at the first try stays in the file, as the test's output."""
+    tree = ET.parse(path)
+    passed = {full_name(case) for case in ET.parse(again).getroot().iter("testcase") if outcome(case) == "passed"}
+    for case in failed_cases(tree.getroot()):
+        if full_name(case) in passed:
             for failure in [*case.findall("failure"), *case.findall("error")]:
-                text = (failure.text or failure.get("message") or "").strip()
-                print("    " + text.replace("\n", "\n    "))
+                case.remove(failure)
+                ET.SubElement(case, "system-out").text = "At the first try: " + failure_text(failure)
+            print(f"unsteady: {full_name(case)} failed, and passed when it was tried once more")
+    for element in [tree.getroot(), *tree.getroot().iter("testsuite")]:
+        element.set("failures", str(len(failed_cases(element))))
+    tree.write(path, encoding="utf-8", xml_declaration=True)
 
 
 def main():
@@ -81,6 +108,10 @@ def main():
         write_steps(*rest)
     elif command == "failures":
         print_failures(*rest)
+    elif command == "failed":
+        print("\n".join(full_name(case) for case in failed_cases(ET.parse(rest[0]).getroot())))
+    elif command == "second-try":
+        second_try(*rest)
     elif command == "count":
         if summary(rest) == 0:
             sys.exit(f"{rest[0]}: no test was run")

@@ -14,6 +14,7 @@ import hashlib
 import json
 import os
 import re
+import signal
 import subprocess
 import sys
 import time
@@ -101,6 +102,8 @@ def main():
     parser.add_argument("builds", nargs="+")
     arguments = parser.parse_args()
 
+    signal.signal(signal.SIGTERM, signal.default_int_handler)
+    started = time.monotonic()
     version = subprocess.run([TIDY, "--version"], capture_output=True, check=True).stdout
     rules = version + Path(__file__).read_bytes() + b"".join(
         path.read_bytes() for path in [ROOT / ".clang-tidy", *sorted(ROOT.glob("*/.clang-tidy"))]
@@ -140,7 +143,10 @@ def main():
 
     for finding in sorted(findings):
         print(finding)
-    print(f"{len(keys)} sources: {len(work)} analysed, {known} unchanged since a clean run, {len(findings)} with findings")
+    print(
+        f"{len(keys)} sources: {len(work)} analysed in {time.monotonic() - started:.0f} s, "
+        f"{known} unchanged since a clean run, {len(findings)} with findings"
+    )
     return 1 if findings else 0
 
 
