@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <fstream>
 #include <string>
@@ -185,6 +186,19 @@ TEST_F(BenchToolsTest, ToolsMisbehaveAsDescribed) {
     EXPECT_EQ(exitCode_, 7U);
     EXPECT_EQ(run("powershell Start-Process x"), "not started");
     EXPECT_EQ(startError_, static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+}
+
+TEST_F(BenchToolsTest, ADelayLastsUntilTheBenchIsToHurry) {
+    openBench(R"({"tools": {"diskpart": {"output": "at last\r\n", "delayMilliseconds": 60000}}})", {});
+    const ULONGLONG start = GetTickCount64();
+    std::string output;
+    std::thread tool([&] { output = diskpart("automount\n"); });
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    EXPECT_TRUE(bench().logLines({"request=diskpart"}).empty()) << "it does not wait";
+    hurry();
+    tool.join();
+    EXPECT_EQ(output, "at last\r\n");
+    EXPECT_LT(GetTickCount64() - start, 60000U);
 }
 
 } // namespace

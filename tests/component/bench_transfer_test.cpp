@@ -360,6 +360,17 @@ TEST_F(BenchFaultTest, ADriveMayStopAnsweringInTheMiddle) {
     EXPECT_TRUE(open(R"(\\.\PhysicalDrive4)"));
 }
 
+TEST_F(BenchFaultTest, ABenchThatIsToHurryWaitsForNoDrive) {
+    openFaulty(R"({"slow": [{"firstSector": 0, "milliseconds": 60000}],
+                   "stopsAnswering": {"afterRequests": 1, "milliseconds": 60000}})");
+    const UniqueHandle drive = open(R"(\\.\PhysicalDrive4)");
+    hurry();
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_EQ(read(drive, 0, 512), 0U);
+    EXPECT_EQ(read(drive, 0, 512), static_cast<DWORD>(ERROR_SEM_TIMEOUT)) << "the fault itself stays";
+    EXPECT_LT(GetTickCount64() - start, 60000U);
+}
+
 TEST_F(BenchFaultTest, OpeningFailsAsDescribed) {
     openFaulty(R"({"open": {"error": "ERROR_ACCESS_DENIED", "times": 1}})");
     EXPECT_FALSE(open(R"(\\.\PhysicalDrive4)"));

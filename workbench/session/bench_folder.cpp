@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
@@ -15,6 +16,7 @@ namespace {
 constexpr const char* kStateFile = "state.json";
 constexpr const char* kNewStateFile = "state.json.new";
 constexpr const char* kLogFile = "bench.log";
+constexpr const char* kHurryFile = "hurry";
 
 // Holds the bench's mutex. One that a dead process left behind is as good as a free one: every change under it is a
 // single file operation.
@@ -122,6 +124,18 @@ void BenchFolder::log(const LogLine& line) {
     const Held held(mutex_.get());
     DWORD written = 0;
     WriteFile(log_.get(), whole.data(), static_cast<DWORD>(whole.size()), &written, nullptr);
+}
+
+void BenchFolder::wait(std::uint32_t longest) const {
+    using std::chrono::milliseconds;
+    constexpr milliseconds kBetweenLooks{20};
+    const auto now = [] { return std::chrono::steady_clock::now(); };
+    const auto end = now() + milliseconds(longest);
+    const std::wstring hurry = (folder_ / kHurryFile).wstring();
+    while (now() < end && GetFileAttributesW(hurry.c_str()) == INVALID_FILE_ATTRIBUTES) {
+        const auto left = std::chrono::ceil<milliseconds>(end - now());
+        Sleep(static_cast<DWORD>(std::clamp(left, milliseconds(0), kBetweenLooks).count()));
+    }
 }
 
 } // namespace torvane::bench

@@ -5,6 +5,7 @@
 #include "workbench/session/unique_handle.h"
 
 #include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <mutex>
@@ -31,6 +32,9 @@ class BenchFolder {
 
     /// Appends one line, with time and process in front.
     void log(const LogLine& line);
+
+    /// Waits as long (milliseconds), unless the folder holds a file "hurry" or gets one meanwhile.
+    void wait(std::uint32_t longest) const;
 
   private:
     [[nodiscard]] BenchState readState() const;

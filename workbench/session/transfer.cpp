@@ -38,14 +38,13 @@ DWORD checkPlace(BenchSession& session, const OpenDevice& device, std::uint64_t 
 }
 
 // Waits as long as the drive makes a transfer wait; the error of a drive that does not answer at all.
-std::optional<DWORD> waitForDrive(const BenchDrive& drive, std::uint64_t offset, std::uint64_t length) {
+std::optional<DWORD> waitForDrive(const BenchFolder& folder, const BenchDrive& drive, std::uint64_t offset,
+                                  std::uint64_t length) {
     if (const SilenceFault* const silence = drive.silence()) {
-        Sleep(silence->milliseconds);
+        folder.wait(silence->milliseconds);
         return silence->error;
     }
-    if (const std::uint32_t wait = drive.slownessMilliseconds(offset, length); wait > 0) {
-        Sleep(wait);
-    }
+    folder.wait(drive.slownessMilliseconds(offset, length));
     return std::nullopt;
 }
 
@@ -55,7 +54,7 @@ TransferResult readDrive(BenchSession& session, BenchDrive& drive, HANDLE handle
     if (!session.isPresent(drive) || !drive.countTransfer()) {
         return {kErrorDeviceNotConnected, 0};
     }
-    if (const std::optional<DWORD> error = waitForDrive(drive, offset, out.size())) {
+    if (const std::optional<DWORD> error = waitForDrive(session.folder(), drive, offset, out.size())) {
         return {*error, 0};
     }
     if (const std::optional<DWORD> error = drive.readFault(offset, out.size())) {
@@ -126,7 +125,7 @@ TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handl
     if (!drive.countTransfer()) {
         return {kErrorDeviceNotConnected, 0};
     }
-    if (const std::optional<DWORD> error = waitForDrive(drive, offset, data.size())) {
+    if (const std::optional<DWORD> error = waitForDrive(session.folder(), drive, offset, data.size())) {
         return {*error, 0};
     }
     if (const std::optional<DWORD> error = drive.writeFault(offset, data.size())) {

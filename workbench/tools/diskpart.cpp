@@ -53,7 +53,7 @@ void logSteps(StandIn& standIn, const DiskpartRun& run) {
 
 int runTool(StandIn& standIn) {
     const ToolDescription& tool = standIn.bench.diskpart;
-    if (obeyDescription(tool)) {
+    if (obeyDescription(standIn, tool)) {
         LogLine line("bench", "diskpart");
         standIn.folder->log(line.quoted("command-line", standIn.commandLine).result(0));
         return exitCodeOf(tool, 0);

@@ -9,7 +9,7 @@ int runTool(StandIn& standIn) {
     const ToolDescription& tool = standIn.bench.powershell;
     LogLine line("bench", "powershell");
     line.quoted("command-line", standIn.commandLine);
-    if (obeyDescription(tool)) {
+    if (obeyDescription(standIn, tool)) {
         standIn.folder->log(line.result(0));
         return exitCodeOf(tool, 0);
     }

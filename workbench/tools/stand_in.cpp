@@ -38,10 +38,8 @@ void print(DWORD standardHandle, const std::string& bytes) {
     WriteFile(GetStdHandle(standardHandle), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }
 
-bool obeyDescription(const ToolDescription& tool) {
-    if (tool.delayMilliseconds > 0) {
-        Sleep(tool.delayMilliseconds);
-    }
+bool obeyDescription(const StandIn& standIn, const ToolDescription& tool) {
+    standIn.folder->wait(tool.delayMilliseconds);
     if (tool.hasOutput) {
         print(STD_OUTPUT_HANDLE, tool.output);
     }

@@ -24,7 +24,7 @@ void print(DWORD standardHandle, const std::string& bytes);
 
 /// Does what the description orders: waits, and prints its output in place of the tool's. True when the tool has
 /// nothing left to do.
-[[nodiscard]] bool obeyDescription(const ToolDescription& tool);
+[[nodiscard]] bool obeyDescription(const StandIn& standIn, const ToolDescription& tool);
 
 /// The exit code that the description orders, else the tool's own.
 [[nodiscard]] int exitCodeOf(const ToolDescription& tool, std::uint32_t own);

@@ -14,6 +14,7 @@ namespace {
 
 constexpr const wchar_t* kProgramName = L"Torvane.exe";
 constexpr const char* kLauncherOutput = "launcher-output.txt";
+constexpr const char* kHurryFile = "hurry"; ///< in the bench folder
 /// A fresh program on a busy machine, with a simulated bench to read first.
 constexpr std::chrono::milliseconds kStartPatience{60'000};
 
@@ -256,6 +257,16 @@ void Program::unplug(int drive) const {
 
 void Program::plug(int drive) const {
     runLauncher(L"--plug", drive);
+}
+
+void Program::hurry() const {
+    if (!std::ofstream(launch_.bench / kHurryFile)) {
+        throw Failure("the bench cannot be told to hurry");
+    }
+}
+
+void Program::takeTime() const {
+    fs::remove(launch_.bench / kHurryFile);
 }
 
 void Program::kill() const {
