@@ -124,7 +124,7 @@ TEST_F(CompanyInfoTest, IsTypedSavedAndShownAgain) {
     const Window dialog = openDialog();
     bringToFront(dialog);
     // The first text has the focus, and all of it is selected.
-    EXPECT_EQ(focused(dialog), dialog.child(kName));
+    await("the first text has the focus", [&] { return focused(dialog) == dialog.child(kName); });
     for (const char key : {'A', 'C', 'M', 'E'}) {
         pressKey(dialog, static_cast<WORD>(key));
     }

@@ -12,11 +12,12 @@ namespace {
 
 constexpr std::chrono::seconds kJobPatience{60};
 
-std::string sourceDrive(const std::string& more) {
+/// `faults`: JSON, with braces.
+std::string sourceDrive(const std::string& faults) {
     return R"({"number": 1, "bus": "nvme", "size": "70 MiB", "road": "nvme-query",
         "backing": {"pattern": "noise", "seed": 7},
-        "identity": {"product": "SOURCE", "revision": "1", "serial": "SRC-1"})" +
-           more + "}";
+        "identity": {"product": "SOURCE", "revision": "1", "serial": "SRC-1"}, "faults": )" +
+           faults + "}";
 }
 
 } // namespace
@@ -27,7 +28,7 @@ BenchFolder CopyUiTest::copyBench() {
     folder.drive("0-system", R"({"number": 0, "bus": "nvme", "size": "64 MiB", "road": "nvme-query",
         "identity": {"product": "SYSTEM", "revision": "1", "serial": "SYS-0"},
         "volumes": [{"letter": "C", "extents": [{"offset": "1 MiB", "length": "60 MiB"}]}]})");
-    folder.drive("1-source", sourceDrive(""));
+    folder.drive("1-source", sourceDrive("{}"));
     folder.drive("2-target", R"({"number": 2, "bus": "nvme", "size": "80 MiB", "road": "nvme-query",
         "identity": {"product": "TARGET", "revision": "1", "serial": "TGT-2"},
         "volumes": [{"letter": "K", "label": "OLD", "extents": [{"offset": "1 MiB", "length": "40 MiB"}]},
@@ -38,7 +39,12 @@ BenchFolder CopyUiTest::copyBench() {
 }
 
 BenchFolder CopyUiTest::copyBenchWithFaults(const std::string& faults) {
-    return copyBench().drive("1-source", sourceDrive(R"(, "faults": )" + faults));
+    return copyBench().drive("1-source", sourceDrive(faults));
+}
+
+BenchFolder CopyUiTest::copyBenchHeldAt(int sector) {
+    return copyBenchWithFaults(R"({"slow": [{"firstSector": )" + std::to_string(sector) +
+                               R"(, "milliseconds": 600000}]})");
 }
 
 void CopyUiTest::SetUp() {
@@ -52,6 +58,13 @@ void CopyUiTest::SetUp() {
 void CopyUiTest::useBench(const BenchFolder& bench) {
     restart(bench);
     torvane().loadDrives();
+    leaveProgramUsed();
+}
+
+void CopyUiTest::useUntouchedBench() {
+    if (!program().benchLog({"request=write"}).empty()) {
+        useBench(layOutBench());
+    }
     leaveProgramUsed();
 }
 
@@ -78,28 +91,45 @@ void CopyUiTest::awaitDriveStatus(const std::string& model, const std::string& s
         model + " is " + status, [&] { return driveStatus(model) == status; }, kJobPatience);
 }
 
+void CopyUiTest::pressCopyCommand(int button) const {
+    const auto refusals = [this] {
+        constexpr int kMessage = 3;
+        const ListView log = torvane().logList();
+        int count = 0;
+        for (int row = 0; row < log.rowCount(); ++row) {
+            count += log.cell(row, kMessage) == "The last job on a drive has not ended yet" ? 1 : 0;
+        }
+        return count;
+    };
+    await("the last job has ended", [&] {
+        const int before = refusals();
+        torvane().press(button);
+        return refusals() == before;
+    });
+}
+
 CopyDialogWindow CopyUiTest::openClone(const std::string& source) const {
     tickOnly(source);
-    torvane().press(kClone);
+    pressCopyCommand(kClone);
     return {program().awaitDialog(), kCloneIds};
 }
 
 CopyDialogWindow CopyUiTest::openImage(const std::string& source, const fs::path& folder) const {
     tickOnly(source);
-    torvane().press(kDriveToImage);
+    pressCopyCommand(kDriveToImage);
     chooseFolder(program(), folder);
     return {program().awaitDialog(), kImageIds};
 }
 
 CopyDialogWindow CopyUiTest::openForensic(const std::string& source, const fs::path& folder) const {
     tickOnly(source);
-    torvane().press(kForensicImage);
+    pressCopyCommand(kForensicImage);
     chooseFolder(program(), folder);
     return {program().awaitDialog(), kForensicIds};
 }
 
 CopyDialogWindow CopyUiTest::openImageToDrive(const fs::path& image) const {
-    torvane().press(kImageToDrive);
+    pressCopyCommand(kImageToDrive);
     chooseFile(program(), image);
     return {program().awaitDialog(), kImageToDriveIds};
 }

@@ -22,8 +22,14 @@ class CopyUiTest : public UiTest {
     [[nodiscard]] static BenchFolder copyBench();
     /// The copy bench, but the source has these faults (JSON).
     [[nodiscard]] static BenchFolder copyBenchWithFaults(const std::string& faults);
+    /// The copy bench, but the source's block with this sector is read when the bench has been told to hurry.
+    [[nodiscard]] static BenchFolder copyBenchHeldAt(int sector);
+    /// Of a sector in the second block, in either direction.
+    static constexpr int kInSecondBlock = 70000;
     /// Starts the program anew on that bench and loads its drives.
     void useBench(const BenchFolder& bench);
+    /// Sees to it that no drive of the bench has been written to, and leaves the bench used.
+    void useUntouchedBench();
 
     /// Ticks this drive alone.
     void tickOnly(const std::string& model) const;
@@ -35,6 +41,10 @@ class CopyUiTest : public UiTest {
     [[nodiscard]] CopyDialogWindow openImage(const std::string& source, const std::filesystem::path& folder) const;
     [[nodiscard]] CopyDialogWindow openForensic(const std::string& source, const std::filesystem::path& folder) const;
     [[nodiscard]] CopyDialogWindow openImageToDrive(const std::filesystem::path& image) const;
+
+    /// Presses the button of a copy command. A job's thread ends a moment after its dialog may be left; until then the
+    /// program refuses the next command with a row in the log, and the button is pressed again.
+    void pressCopyCommand(int button) const;
 
     /// Answers the warning that a destination will be overwritten.
     void answerWarning(const std::string& word) const;

@@ -24,6 +24,7 @@ constexpr int kWarningText = 3301;
 constexpr int kWarningDrive = 3302;
 constexpr int kWarningList = 3400;
 
+constexpr const char* kWorking = "***** Working *****";
 constexpr const char* kDiskPart = "request=diskpart";
 
 /// Every test starts the program anew: what diskpart changes stays on the bench.
@@ -32,10 +33,12 @@ class DiskMenuTest : public UiTest {
     void SetUp() override {
         UiTest::SetUp();
         leaveProgramUsed();
+        program().hurry();
     }
 
     [[nodiscard]] BenchFolder layOutBench() const override {
         BenchFolder folder;
+        folder.bench(R"({"tools": {"diskpart": {"delayMilliseconds": 600000}}})");
         folder.drive("0", R"({"number": 0, "bus": "nvme", "size": "256 GiB", "road": "nvme-query",
             "identity": {"product": "Tarn N256", "serial": "TN256-0042"},
             "volumes": [{"letter": "C", "extents": [{"offset": "1 MiB", "length": "100 GiB"}]}]})");
@@ -66,6 +69,31 @@ class DiskMenuTest : public UiTest {
     void chooseFor(int row, WORD key) const {
         openMenu(row);
         choose(key);
+    }
+
+    /// The same as soon as the change before has ended, whose thread outlives its box by a moment.
+    void chooseAfterAChange(int row, WORD key) const {
+        await("the change before has ended", [&] {
+            chooseFor(row, key);
+            const MessageBoxWindow box = program().awaitBox();
+            const bool refused = box.caption() == kWorking;
+            if (refused) {
+                box.answer("OK");
+            }
+            return !refused;
+        });
+    }
+    /// Likewise; until then the button does nothing.
+    void loadAfterAChange() const {
+        const int drives = torvane().driveList().rowCount();
+        await("the drive list is emptied", [&] {
+            torvane().press(kLoadDrives);
+            return torvane().driveList().rowCount() == 0;
+        });
+        await(
+            "the drives are listed again", [&] { return torvane().driveList().rowCount() == drives; },
+            std::chrono::seconds(60));
+        torvane().awaitLoaded();
     }
 
     [[nodiscard]] std::string status(int row) const { return torvane().driveList().cell(row, 5); }
@@ -133,7 +161,7 @@ TEST_F(DiskMenuTest, SetsAndClearsTheAttribute) {
     expectOutcome("****** READ-ONLY SET ******", "Disk 001 - Tarn N16 TN16-1 is now READ-ONLY", BoxIcon::kNone);
     EXPECT_EQ(status(1), "COMPLETED read-only set");
     EXPECT_TRUE(std::filesystem::exists(program().folder() / "Enable RO Results DISK [Tarn N16] - [TN16-1].txt"));
-    chooseFor(1, kClearKey);
+    chooseAfterAChange(1, kClearKey);
     expectOutcome("****** READ-ONLY CLEARED ******", "Disk 001 - Tarn N16 TN16-1 is now WRITABLE", BoxIcon::kNone);
     EXPECT_EQ(status(1), "COMPLETED read-only cleared");
     EXPECT_THAT(changes(),
@@ -196,7 +224,7 @@ TEST_F(DiskMenuTest, ConfirmedCleaningIsDoneAndSaidSo) {
     EXPECT_EQ(status(1), "COMPLETED disk cleaned");
     EXPECT_THAT(changes(), ElementsAre(HasSubstr("script-line=\"clean")));
     EXPECT_THAT(program().benchLog({kDiskPart, "script-line=\"select disk 1"}), ::testing::Not(IsEmpty()));
-    torvane().loadDrives();
+    loadAfterAChange();
     chooseFor(1, kCleanKey);
     const Window warning = program().awaitDialog();
     EXPECT_EQ(ListView(warning.child(kWarningList)).rowCount(), 1) << "the volumes are gone";
@@ -242,15 +270,16 @@ TEST_F(DiskMenuTest, LongListScrollsUnderTheSameColumns) {
 }
 
 TEST_F(DiskMenuTest, WindowStaysUsableWhileDiskPartWorks) {
-    restart(layOutBench().bench(R"({"tools": {"diskpart": {"delayMilliseconds": 2500}}})"));
     torvane().loadDrives();
+    program().takeTime();
     chooseFor(1, kSetKey);
     await("diskpart is at work", [&] { return status(1) == "Setting read-only"; });
     // A second change meanwhile is refused, and so is a scan.
     chooseFor(2, kClearKey);
-    expectStopBox("***** Working *****", "A Job is Working");
+    expectStopBox(kWorking, "A Job is Working");
     torvane().press(kLoadDrives);
     EXPECT_EQ(torvane().driveList().rowCount(), 3);
+    program().hurry();
     const MessageBoxWindow box = program().awaitBox();
     EXPECT_EQ(box.caption(), "****** READ-ONLY SET ******");
     box.answer("OK");
@@ -259,12 +288,13 @@ TEST_F(DiskMenuTest, WindowStaysUsableWhileDiskPartWorks) {
 
 TEST_F(DiskMenuTest, NothingIsChangedWhileTheLoaderWorks) {
     // The rows come last in a scan, so the command is sent as the menu would; without a row it finds no drive.
-    restart(layOutBench().bench(R"({"tools": {"diskpart": {"delayMilliseconds": 1500}}})"));
+    program().takeTime();
     torvane().startLoading();
     for (const int id : {32820, 32821, 32822}) {
         torvane().command(id);
         expectNoBox();
     }
+    program().hurry();
     torvane().awaitLoaded();
     EXPECT_THAT(changes(), IsEmpty());
 }

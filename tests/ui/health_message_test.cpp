@@ -67,8 +67,8 @@ class HealthMessageTest : public ::testing::Test {
         return area;
     }
 
-    /// The text of the tip that shows when the mouse rests on the message; empty when none does.
-    [[nodiscard]] std::string tip() const {
+    /// The text of the tip that shows when the mouse rests on the message; empty when none does in that time.
+    [[nodiscard]] std::string tip(std::chrono::milliseconds limit) const {
         const POINT middle = centre(message_.rect());
         SetCursorPos(middle.x, middle.y);
         std::string text;
@@ -81,7 +81,7 @@ class HealthMessageTest : public ::testing::Test {
                 }
                 return !text.empty();
             },
-            std::chrono::seconds(3));
+            limit);
         return text;
     }
 
@@ -120,7 +120,7 @@ TEST_F(HealthMessageTest, ALongOneTakesTwoLinesAndShowsWhole) {
         EXPECT_GT(height(writtenArea()), 18);
         EXPECT_LE(writtenArea().bottom, height(message_.rect()));
     });
-    EXPECT_EQ(tip(), "");
+    EXPECT_EQ(tip(std::chrono::seconds(3)), "");
 }
 
 TEST_F(HealthMessageTest, OneWithItsOwnLinesKeepsThem) {
@@ -148,7 +148,7 @@ TEST_F(HealthMessageTest, WhatDoesNotFitIsToldByATip) {
         EXPECT_GT(height(writtenArea()), 18);
         EXPECT_GT(writtenArea().right, width(message_.rect()) - 150) << "both lines are used";
     });
-    EXPECT_EQ(tip(), text);
+    EXPECT_EQ(tip(kPatience), text);
 }
 
 } // namespace

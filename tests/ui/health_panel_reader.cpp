@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace torvane::driver {
 
@@ -59,6 +60,14 @@ Picture cut(const Picture& picture, const RECT& rect) {
     return part;
 }
 
+/// A dial's picture without a needle.
+const Picture& plainDial(const std::filesystem::path& file) {
+    static std::map<std::filesystem::path, Picture> loaded;
+    const auto known = loaded.find(file);
+    return known != loaded.end() ? known->second
+                                 : loaded.emplace(file, Picture::ofFile(file.string(), kBackground)).first->second;
+}
+
 /// The panel as the screen shows it, and how it is read.
 class PanelReader {
   public:
@@ -90,7 +99,7 @@ class PanelReader {
 
     /// Expects the dial without a needle, or with one that points and ends as `value` asks, and nothing else on it.
     void expectDial(int dial, const std::string& image, NeedleValue value) const {
-        const Picture plain = Picture::ofFile((artwork_ / image).string(), kBackground);
+        const Picture& plain = plainDial(artwork_ / image);
         const RECT place{kFirstDial.x + dial * kDialStep, kFirstDial.y, kFirstDial.x + dial * kDialStep + plain.width(),
                          kFirstDial.y + plain.height()};
         const Picture shown = cut(picture_, place);

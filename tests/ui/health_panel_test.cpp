@@ -1,5 +1,6 @@
 #include "tests/ui/driver/picture.h"
 #include "tests/ui/driver/resource_counts.h"
+#include "tests/ui/expect_soon.h"
 #include "tests/ui/health_bench.h"
 #include "tests/ui/health_panel_reader.h"
 #include "tests/ui/ui_test.h"
@@ -146,7 +147,7 @@ TEST_F(HealthPanelTest, TwoHundredRepaintsLeaveNoGdiObjectBehind) {
     const int before = countResources(program().processId()).gdiObjects;
     ASSERT_GT(before, 0);
     repaint(200);
-    EXPECT_EQ(countResources(program().processId()).gdiObjects, before);
+    expectSoon([&] { EXPECT_LE(countResources(program().processId()).gdiObjects, before); });
 }
 
 TEST_F(HealthPanelTest, ANewScanClearsThePanelAtOnce) {
@@ -161,9 +162,9 @@ TEST_F(HealthPanelTest, ANewScanClearsThePanelAtOnce) {
     expectPanel(torvane(), nothingChosen);
     pick("FAILING");
     ASSERT_TRUE(text(kHealthMessage).starts_with("Failing"));
-    torvane().loadDrives();
-    torvane().awaitProgressHidden();
+    torvane().startLoading();
     expectPanel(torvane(), nothingChosen);
+    leaveProgramUsed(); // in the middle of a scan
 }
 
 } // namespace

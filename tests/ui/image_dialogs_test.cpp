@@ -24,16 +24,21 @@ struct ImageCommand {
     CopyDialogIds ids;
     const char* title;
     const char* completed;
+    const char* progress; ///< how the status line begins from the first block on
 };
 
 void PrintTo(const ImageCommand& command, std::ostream* stream) {
     *stream << command.name;
 }
 
-constexpr ImageCommand kImageCommand{"Image", kDriveToImage, kImageIds, "Drive to Image Clone",
-                                     " Image  SUCCESSFULLY Completed"};
-constexpr ImageCommand kForensicCommand{"Forensic", kForensicImage, kForensicIds, "Drive to Forensic Image",
-                                        " Image SUCCESSFULLY Completed"};
+constexpr ImageCommand kImageCommand{
+    "Image", kDriveToImage, kImageIds, "Drive to Image Clone", " Image  SUCCESSFULLY Completed", " Status: 00:00:"};
+constexpr ImageCommand kForensicCommand{"Forensic",
+                                        kForensicImage,
+                                        kForensicIds,
+                                        "Drive to Forensic Image",
+                                        " Image SUCCESSFULLY Completed",
+                                        " Image Status: 00:00:"};
 
 class ImageTest : public CopyUiTest {
   protected:
@@ -49,10 +54,6 @@ class ImageTest : public CopyUiTest {
         if (command.button == kForensicImage) {
             answerVerify(dialog, "No");
         }
-    }
-    static BenchFolder slowBench(int milliseconds) {
-        return copyBenchWithFaults(R"({"slow": [{"firstSector": 0, "sectors": 143360, "milliseconds": )" +
-                                   std::to_string(milliseconds) + "}]}");
     }
     /// The number in the name of the folder's one image.
     static std::string imageNumber(const fs::path& folder) {
@@ -72,7 +73,8 @@ INSTANTIATE_TEST_SUITE_P(All, EitherImageTest, ::testing::Values(kImageCommand, 
 
 TEST_P(EitherImageTest, ACancelledFolderIsToldAndNothingOpens) {
     tickOnly("SOURCE");
-    torvane().press(GetParam().button);
+    pressCopyCommand(GetParam().button);
+    (void)awaitFolderBrowser(program());
     EXPECT_FALSE(torvane().window().enabled());
     cancelFolder(program());
     expectStopBox("*** ERROR ***", "Please choose a destination folder.");
@@ -156,7 +158,7 @@ TEST_P(EitherImageTest, TooLittleSpaceIsTold) {
                      "extents": [{"offset": "1 MiB", "length": "4 GiB"}]}]})"));
     const fs::path folder = emptyFolder("full");
     tickOnly("SOURCE");
-    torvane().press(GetParam().button);
+    pressCopyCommand(GetParam().button);
     chooseFolder(program(), folder);
     std::string name = folder.string();
     std::replace(name.begin(), name.end(), '/', '\\');
@@ -178,19 +180,6 @@ TEST_P(EitherImageTest, ExactlyEnoughSpaceIsEnough) {
     dialog.leave();
 }
 
-TEST_P(EitherImageTest, CannotBeLeftWhileItRuns) {
-    useBench(slowBench(1500));
-    const CopyDialogWindow dialog = open(GetParam(), emptyFolder("held"));
-    dialog.start();
-    dialog.awaitStatus(" Status: Idle");
-    dialog.exit();
-    expectBoxOver(dialog, "***** ERROR TERMINATE BEFORE EXIT *****", "Terminate Image before Exiting", BoxIcon::kNone,
-                  "OK");
-    dialog.awaitStatus(GetParam().completed);
-    finish(GetParam(), dialog);
-    dialog.leave();
-}
-
 TEST_P(EitherImageTest, UnreadableBlocksAreMarked) {
     useBench(copyBenchWithFaults(R"({"reads": [{"firstSector": 3}]})"));
     const fs::path folder = emptyFolder("marked");
@@ -205,19 +194,48 @@ TEST_P(EitherImageTest, UnreadableBlocksAreMarked) {
     dialog.leave();
 }
 
-TEST_F(ImageTest, TerminateLeavesAPartialImage) {
-    useBench(slowBench(1500));
+/// Images that stand in the middle, because the source's second block is held up.
+class HeldImageTest : public ImageTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override { return copyBenchHeldAt(kInSecondBlock); }
+    void SetUp() override {
+        ImageTest::SetUp();
+        program().takeTime();
+    }
+    /// Starts an image of which the first block has been copied when this returns.
+    [[nodiscard]] CopyDialogWindow startImage(const ImageCommand& command, const fs::path& folder) const {
+        const CopyDialogWindow dialog = open(command, folder);
+        dialog.start();
+        dialog.awaitStatusStart(command.progress);
+        return dialog;
+    }
+};
+
+class EitherHeldImageTest : public HeldImageTest, public ::testing::WithParamInterface<ImageCommand> {};
+
+INSTANTIATE_TEST_SUITE_P(All, EitherHeldImageTest, ::testing::Values(kImageCommand, kForensicCommand), nameOf);
+
+TEST_P(EitherHeldImageTest, CannotBeLeftWhileItRuns) {
+    const CopyDialogWindow dialog = startImage(GetParam(), emptyFolder("held"));
+    dialog.exit();
+    expectBoxOver(dialog, "***** ERROR TERMINATE BEFORE EXIT *****", "Terminate Image before Exiting", BoxIcon::kNone,
+                  "OK");
+    program().hurry();
+    dialog.awaitStatus(GetParam().completed);
+    finish(GetParam(), dialog);
+    dialog.leave();
+}
+
+TEST_F(HeldImageTest, TerminateLeavesAPartialImage) {
     const fs::path folder = emptyFolder("partial");
-    const CopyDialogWindow dialog = open(kImageCommand, folder);
-    dialog.start();
-    dialog.awaitStatusStart(" Status: 00:00:");
+    const CopyDialogWindow dialog = startImage(kImageCommand, folder);
     dialog.terminate();
+    program().hurry();
     dialog.awaitStatus(" Image Terminated -- Not Completed");
     awaitDriveStatus("SOURCE", "BAD not completed");
     dialog.leave();
     const std::string image = readFile(onlyFile(folder, ".img"));
-    EXPECT_GE(image.size(), 32 * kMebibyte);
-    EXPECT_LT(image.size(), kSourceSize);
+    EXPECT_EQ(image.size(), 64 * kMebibyte) << "the block in flight is written";
     EXPECT_TRUE(image == noise(7, 0, image.size()));
 }
 
@@ -360,28 +378,41 @@ TEST_F(ForensicTest, AHashFileThatCannotBeCreatedIsLoggedAndTheImageStays) {
     dialog.leave();
 }
 
-TEST_F(ForensicTest, TerminateAsksFirst) {
-    useBench(slowBench(2500));
-    const fs::path folder = emptyFolder("asked");
-    const CopyDialogWindow dialog = openIt(folder);
+TEST_F(ForensicTest, TerminateAsksNothingBeforeTheStart) {
+    const CopyDialogWindow dialog = openIt(emptyFolder("idle"));
     dialog.terminate();
-    dialog.window().settle();
     EXPECT_TRUE(dialog.window().enabled()) << "nothing runs yet, and it asks";
-    dialog.start();
-    dialog.awaitStatus(" Status: Idle");
-    await("the job runs", [&] { return !onlyFile(folder, ".img").empty(); });
+    dialog.leave();
+}
+
+TEST_F(HeldImageTest, AForensicImageGoesOnWhenItsTerminationIsDeclined) {
+    const fs::path folder = emptyFolder("declined");
+    const CopyDialogWindow dialog = startImage(kForensicCommand, folder);
     dialog.terminate();
     expectBoxOver(dialog, kTerminateCaption, kTerminateText, BoxIcon::kNone, "No");
-    dialog.awaitStatusStart(" Image Status: 00:00:");
+    program().hurry();
+    dialog.awaitStatus(" Image SUCCESSFULLY Completed");
+    answerVerify(dialog, "No");
+    dialog.leave();
+    EXPECT_EQ(readFile(onlyFile(folder, ".img")).size(), kSourceSize);
+}
+
+TEST_F(HeldImageTest, ATerminatedForensicImageIsNeitherVerifiedNorHashed) {
+    const fs::path folder = emptyFolder("asked");
+    const CopyDialogWindow dialog = startImage(kForensicCommand, folder);
     dialog.terminate();
     expectBoxOver(dialog, kTerminateCaption, kTerminateText, BoxIcon::kNone, "Yes");
+    program().hurry();
     dialog.awaitStatus(" Image Terminated -- Not Completed");
-    dialog.window().settle();
-    EXPECT_TRUE(dialog.window().enabled()) << "a terminated image is not verified";
+    dialog.leave();
+    // The job has ended when the next one may begin, and has asked nothing until then.
+    pressCopyCommand(kForensicImage);
+    cancelFolder(program());
+    expectStopBox("*** ERROR ***", "Please choose a destination folder.");
+    expectNoBox();
     for (const auto& file : fs::directory_iterator(folder)) {
         EXPECT_EQ(file.path().extension(), ".img") << "a terminated image has no hash file";
     }
-    dialog.leave();
 }
 
 } // namespace

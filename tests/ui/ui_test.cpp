@@ -169,6 +169,10 @@ void UiTest::expectQuestion(const std::string& caption, const std::string& text,
 }
 
 void UiTest::expectNoBox() const {
+    // The answer comes when the command that closed or opened a box has ended or waits in the next one.
+    if (program().mainWindow().exists()) {
+        program().mainWindow().send(WM_NULL);
+    }
     if (const auto open = program().dialog()) {
         ADD_FAILURE() << "a window is open: " << open->describe();
     }
