@@ -182,7 +182,9 @@ TEST_F(BenchToolsTest, ToolsMisbehaveAsDescribed) {
     openBench(R"({"tools": {"diskpart": {"output": "nothing\r\n", "exitCode": 7, "delayMilliseconds": 50},
                             "powershell": {"missing": true}}})",
               {});
+    const ULONGLONG start = GetTickCount64();
     EXPECT_EQ(diskpart("automount disable\n"), "nothing\r\n");
+    EXPECT_GE(GetTickCount64() - start, 50U);
     EXPECT_EQ(exitCode_, 7U);
     EXPECT_EQ(run("powershell Start-Process x"), "not started");
     EXPECT_EQ(startError_, static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
@@ -199,6 +201,25 @@ TEST_F(BenchToolsTest, ADelayLastsUntilTheBenchIsToHurry) {
     tool.join();
     EXPECT_EQ(output, "at last\r\n");
     EXPECT_LT(GetTickCount64() - start, 60000U);
+}
+
+TEST_F(BenchToolsTest, OnlyTheCommandsThatAreNamedAreDelayed) {
+    constexpr ULONGLONG kTooLong = 300000;
+    openBench(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::to_string(kTooLong) +
+                  R"(, "delayOnly": "slow.txt"}}})",
+              {});
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_NE(diskpart("automount\n").find("volumes enabled."), std::string::npos);
+    std::ofstream("slow.txt", std::ios::binary) << "automount disable\n";
+    std::thread slow([this] { run("diskpart /s slow.txt", "slow output.txt"); });
+    while (bench().logLines({"request=start", "slow.txt"}).empty()) {
+        Sleep(5);
+    }
+    EXPECT_TRUE(bench().logLines({"request=diskpart", "slow.txt"}).empty());
+    hurry();
+    slow.join();
+    EXPECT_EQ(bench().logLines({"request=diskpart", "slow.txt"}).size(), 1U);
+    EXPECT_LT(GetTickCount64() - start, kTooLong);
 }
 
 } // namespace

@@ -136,27 +136,6 @@ class CopyBench : public ::testing::Test {
                     .blockSize = blockSize});
     }
 
-    /// Runs the job again and again, on drives as its first run left them: no handle may be lost over it, not even in
-    /// every fourth run. What the system keeps for itself it takes in the first; and now and then, where a job starts a
-    /// program, Wine keeps one for good: then another four rounds must do without.
-    static void expectNoHandleLost(const std::function<void()>& again) {
-        constexpr int kRounds = 4;
-        constexpr int kAttempts = 8;
-        again();
-        DWORD before = lowestHandleCount(0, 10);
-        for (int attempt = 0; attempt < kAttempts; ++attempt) {
-            for (int round = 0; round < kRounds; ++round) {
-                again();
-            }
-            const DWORD after = lowestHandleCount(before);
-            if (after <= before) {
-                return;
-            }
-            before = after;
-        }
-        ADD_FAILURE() << "handles are lost again and again";
-    }
-
     /// What lies on a drive that was written, `size` bytes from `offset` on. Sparse beyond what was ever written.
     static std::string content(int number, std::uint64_t offset, std::size_t size) {
         std::string bytes(size, '\0');

@@ -309,13 +309,13 @@ TEST_F(Clone, TerminateBeforeTheDiskIsCleanedTouchesNothing) {
 }
 
 TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
-    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": 3000}}})");
+    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
+                    "}}}");
     openDrives(3 * kBlock, 3 * kBlock);
     std::thread user([this] {
-        while (bench_.log("request=start").empty()) {
-            Sleep(5);
-        }
+        EXPECT_TRUE(bench_.awaitLog("request=start"));
         state().jobActive = 0;
+        bench_.hurry();
     });
     EXPECT_EQ(run(runForwardClone), 1U);
     user.join();
@@ -348,7 +348,7 @@ TEST_F(Clone, ASlowReadDelaysTheEndOfATerminatedClone) {
     openDrives(20 * kBlock, 20 * kBlock, R"({"slow": [{"firstSector": 256, "milliseconds": 1500}]})");
     display_.onStatus = [&](std::string_view text) {
         if (text.find('%') != std::string_view::npos) {
-            Sleep(300); // reading ahead reaches the slow block
+            EXPECT_TRUE(bench_.awaitLog("target=drive:1 request=wait")) << "reading ahead reaches the slow block";
             state().jobActive = 0;
         }
     };
@@ -371,7 +371,7 @@ TEST_F(Clone, WithoutMemoryDoesNotBegin) {
 
 TEST_F(Clone, LeavesNoHandleBehind) {
     openDrives(5 * kBlock, 5 * kBlock, badBlocks(2));
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         run(runForwardClone);
         run(runReverseClone);
     });
@@ -389,9 +389,11 @@ TEST_F(Clone, AsAThreadReleasesTheDrivesLast) {
 }
 
 TEST_F(Clone, ASecondJobDoesNotStartWhileTheFirstOnesThreadIsAtWork) {
-    openDrives(3 * kBlock, 3 * kBlock, R"({"slow": [{"firstSector": 0, "milliseconds": 1000}]})");
+    openDrives(3 * kBlock, 3 * kBlock,
+               R"({"slow": [{"firstSector": 0, "milliseconds": )" + std::string(testing::kUntilToldToHurry) + "}]}");
     ASSERT_TRUE(startCopyWorker(state(), ForwardClone));
     EXPECT_FALSE(startCopyWorker(state(), ForwardClone));
+    bench_.hurry();
     ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
     EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(1));
 }

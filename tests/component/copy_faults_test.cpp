@@ -78,7 +78,7 @@ TEST_F(CopyFaults, SourceVanishesInAReverseClone) {
     EXPECT_EQ(display_.lastStatus(), " User Terminated Clone");
     EXPECT_EQ(state().copy.failed, 1);
     EXPECT_EQ(state().copy.succeeded, 0);
-    expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
     expectIdle();
 }
 
@@ -90,7 +90,7 @@ TEST_F(CopyFaults, SourceVanishesInAnImage) {
     EXPECT_THAT(events(), SizeIs(11));
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 11 unreadable blocks");
-    expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
     expectIdle();
 }
 
@@ -102,7 +102,7 @@ TEST_F(CopyFaults, SourceVanishesInAForensicImage) {
     EXPECT_FALSE(std::filesystem::exists(kHashFile)) << "a partial image has no hash";
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 11 unreadable blocks");
-    expectNoHandleLost([this] { EXPECT_EQ(run(runForensicImage), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForensicImage), 1U); });
     expectIdle();
 }
 
@@ -119,7 +119,7 @@ TEST_F(CopyFaults, SourceThatIsUnpluggedMidJobIsTheSame) {
     EXPECT_EQ(content(2, 0, 4 * kBlock), noise(7, 0, 4 * kBlock));
     EXPECT_EQ(source_->badReadCount, 11U);
     EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
-    expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
     expectIdle();
 }
 
@@ -134,7 +134,7 @@ TEST_F(CopyFaults, DestinationVanishesInAReverseClone) {
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " Clone SUCCESSFULLY Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 3 failed writes");
-    expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
     expectIdle();
 }
 
@@ -151,7 +151,7 @@ TEST_F(CopyFaults, DestinationThatIsUnpluggedMidJobIsCountedToTheEnd) {
     EXPECT_EQ(content(2, 0, 4 * kBlock), noise(7, 0, 4 * kBlock));
     EXPECT_EQ(destination_->writeErrorCount, 6U);
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 6 failed writes");
-    expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
     expectIdle();
 }
 
@@ -164,7 +164,7 @@ TEST_F(CopyFaults, DestinationVanishesInAnImageToDrive) {
     EXPECT_EQ(display_.lastStatus(), " Image To Drive SUCCESSFULLY Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 4 failed writes");
     state().copy.openImages.clear();
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         EXPECT_EQ(run(runImageToDrive), 1U);
         state().copy.openImages.clear(); // kept on purpose until the program ends
     });
@@ -184,7 +184,7 @@ TEST_F(CopyFaults, ImageCannotBeDeletedWhileItIsRead) {
     EXPECT_EQ(content(2, 0, 6 * kBlock), noise(3, 0, 6 * kBlock));
     EXPECT_THAT(state().copy.openImages, SizeIs(1)) << "kept on purpose until the program ends";
     state().copy.openImages.clear();
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         EXPECT_EQ(run(runImageToDrive), 1U);
         state().copy.openImages.clear(); // kept on purpose until the program ends
     });
@@ -201,7 +201,7 @@ TEST_F(CopyFaults, LargerImageIsCutToTheDriveAfterYes) {
     EXPECT_EQ(destination_->writeErrorCount, 0U) << "nothing is written past the end";
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
     state().copy.openImages.clear();
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         user_.expectAsk("***** Image File Too Large *****",
                         "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
                         true);
@@ -222,7 +222,7 @@ TEST_F(CopyFaults, LargerImageTouchesNothingAfterNo) {
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "the disk is not even cleaned";
     EXPECT_THAT(events(), IsEmpty());
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         user_.expectAsk("***** Image File Too Large *****",
                         "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
                         false);
@@ -240,7 +240,7 @@ TEST_F(CopyFaults, DriveOfNoBytesMakesAnEmptyImage) {
     EXPECT_EQ(readFile(kImage), "");
     EXPECT_THAT(bench_.log("target=drive:1 request=read"), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " Image  SUCCESSFULLY Completed");
-    expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
     expectIdle();
 }
 
@@ -252,7 +252,7 @@ TEST_F(CopyFaults, DriveOfNoBytesHasTheDigestOfNothing) {
     EXPECT_EQ(run(runForensicImage), 1U);
     EXPECT_THAT(readFile(kHashFile), ::testing::EndsWith("D4 1D 8C D9 8F 00 B2 04 E9 80 09 98 EC F8 42 7E "));
     EXPECT_EQ(readFile(kImage), "");
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         expectVerification(true);
         user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
         EXPECT_EQ(run(runForensicImage), 1U);
@@ -280,7 +280,7 @@ TEST_F(CopyFaults, DestinationOfNoBytesTakesNothing) {
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "a disk that gets nothing is not wiped";
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
-    expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
     expectIdle();
 }
 
@@ -291,7 +291,7 @@ TEST_F(CopyFaults, DriveOfOneSectorIsImaged) {
     user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
     EXPECT_EQ(run(runForensicImage), 1U);
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, 512));
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         expectVerification(true);
         user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
         EXPECT_EQ(run(runForensicImage), 1U);
@@ -305,7 +305,7 @@ TEST_F(CopyFaults, LargeSectorsAreImagedAndNamedAsTheDriveCountsThem) {
     EXPECT_EQ(run(runImageToFile), 1U);
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock) + unreadable(kBlock) + noise(7, 2 * kBlock, kBlock + 4096));
     EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [16]"));
-    expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
     expectIdle();
 }
 
@@ -319,7 +319,7 @@ TEST_F(CopyFaults, ImageThatEndsInsideALargeSectorLosesItsLastTransfer) {
     EXPECT_EQ(destination_->writeErrorCount, 1U);
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 1 failed write");
     state().copy.openImages.clear();
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         EXPECT_EQ(run(runImageToDrive), 1U);
         state().copy.openImages.clear(); // kept on purpose until the program ends
     });
@@ -334,7 +334,7 @@ TEST_F(CopyFaults, TenUnreadableBlocksLetAForensicImageFinish) {
     EXPECT_EQ(run(runForensicImage), 1U);
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock) + unreadable(10 * kBlock) + noise(7, 11 * kBlock, kBlock));
     EXPECT_EQ(lastDriveStatus(*source_), "BAD 10 unreadable blocks, verified");
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         expectVerification(true);
         user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
         EXPECT_EQ(run(runForensicImage), 1U);
@@ -349,7 +349,7 @@ TEST_F(CopyFaults, TheEleventhUnreadableBlockEndsAForensicImageWithoutAHash) {
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock) + unreadable(11 * kBlock));
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
     EXPECT_EQ(state().copy.failed, 1);
-    expectNoHandleLost([this] { EXPECT_EQ(run(runForensicImage), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForensicImage), 1U); });
     expectIdle();
 }
 
@@ -360,7 +360,7 @@ TEST_F(CopyFaults, UnreadableRemainderOfAnImageIsMarked) {
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, 2 * kBlock) + unreadable(1024));
     EXPECT_EQ(display_.lastStatus(), " Image  SUCCESSFULLY Completed");
     EXPECT_EQ(lastDriveStatus(*source_), "BAD 1 unreadable block");
-    expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
     expectIdle();
 }
 
@@ -372,7 +372,7 @@ TEST_F(CopyFaults, UnreadableRemainderOfAReverseCloneIsTheRangesBeginning) {
     EXPECT_EQ(content(2, 0, 1024), unreadable(1024));
     EXPECT_EQ(content(2, 1024, 2 * kBlock), noise(7, 1024, 2 * kBlock));
     EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [0]"));
-    expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
     expectIdle();
 }
 
@@ -385,7 +385,7 @@ TEST_F(CopyFaults, DestinationThatRefusesEveryWriteGetsItsCloneToTheEnd) {
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 14 failed writes");
     EXPECT_EQ(state().copy.failed, 0);
-    expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
+    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
     expectIdle();
 }
 

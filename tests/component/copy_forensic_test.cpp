@@ -83,9 +83,8 @@ TEST_F(Forensic, LeavesAnImageAndItsHashFile) {
                                             "Total Sectors:\t\\[385\\]\n"
                                             "HASH:\t\t\t81 40 F9 0B F0 E9 CC 0D 7C EE 6A 4C B1 CD 79 46 ")))
         << readFile(kHashFile);
-    EXPECT_THAT(display_.statuses(),
-                ElementsAre(" Status: Idle", HasSubstr(" Image Status: 00:00:0"), HasSubstr(" -- %33"),
-                            HasSubstr(" -- %66"), " Image SUCCESSFULLY Completed"));
+    EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", HasSubstr(" Image Status: 00:"), HasSubstr(" -- %33"),
+                                                 HasSubstr(" -- %66"), " Image SUCCESSFULLY Completed"));
     EXPECT_EQ(state().copy.animationBlocks, 3);
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
     EXPECT_EQ(state().jobActive, 0);
@@ -175,7 +174,7 @@ TEST_F(Forensic, AnImageThatIsTruncatedWhileItIsVerifiedCannotBeRead) {
     EXPECT_EQ(state().jobActive, 1) << "stays set on purpose";
     EXPECT_EQ(state().copy.succeeded, 0);
     EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
-    expectNoHandleLost(imageAndVerify);
+    testing::expectNoHandleLost(imageAndVerify);
 }
 
 TEST_F(Forensic, AnImageThatWasDeletedCannotBeOpened) {
@@ -246,7 +245,7 @@ TEST_F(Forensic, ThatCannotBeWrittenIsTerminated) {
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
-    expectNoHandleLost(imageWithoutThirdBlock);
+    testing::expectNoHandleLost(imageWithoutThirdBlock);
 }
 
 TEST_F(Forensic, AHashFileThatCannotBeCreatedIsLogged) {
@@ -286,7 +285,7 @@ TEST_F(Forensic, WithoutAProviderEndsAtOnce) {
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_EQ(readFile(kImage), "");
     EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
-    expectNoHandleLost(image);
+    testing::expectNoHandleLost(image);
 }
 
 TEST_F(Forensic, WithoutAHashEndsAtOnce) {
@@ -303,7 +302,7 @@ TEST_F(Forensic, WithoutAHashEndsAtOnce) {
     };
     image();
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not started");
-    expectNoHandleLost(image);
+    testing::expectNoHandleLost(image);
 }
 
 TEST_F(Forensic, DataThatCannotBeHashedTerminatesIt) {
@@ -318,7 +317,7 @@ TEST_F(Forensic, DataThatCannotBeHashedTerminatesIt) {
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_TRUE(readFile(kImage) == noise(0, 0, kBlock));
     EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
-    expectNoHandleLost(image);
+    testing::expectNoHandleLost(image);
 }
 
 TEST_F(Forensic, WithoutItsDigestGetsNoHashFile) {
@@ -333,7 +332,7 @@ TEST_F(Forensic, WithoutItsDigestGetsNoHashFile) {
     image();
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
     EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
-    expectNoHandleLost(image);
+    testing::expectNoHandleLost(image);
 }
 
 TEST_F(Forensic, AnImageThatCannotBeRewoundStaysOpen) {
@@ -380,7 +379,7 @@ TEST_F(Forensic, LeavesNoHandleBehind) {
         user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
         run(runForensicImage);
     };
-    expectNoHandleLost(imageAndVerify);
+    testing::expectNoHandleLost(imageAndVerify);
 }
 
 } // namespace

@@ -189,7 +189,7 @@ TEST_F(Image, OnAFullVolumeStaysPartialAndTheRunningFlagSet) {
     EXPECT_EQ(state().copy.failed, 0);
     EXPECT_THAT(display_.timers(), IsEmpty());
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         const FullVolume full(2 * kBlock + 1000);
         EXPECT_EQ(run(runImageToFile), 0U);
     });
@@ -228,7 +228,7 @@ TEST_F(Image, WithoutMemoryForTheBuffersIsLogged) {
 
 TEST_F(Image, LeavesNoHandleBehind) {
     openDrive(3 * kBlock);
-    expectNoHandleLost([this] { run(runImageToFile); });
+    testing::expectNoHandleLost([this] { run(runImageToFile); });
 }
 
 TEST(FreeSpaceOfFolder, AsksForTheVolumeByItsFirstTwoCharacters) {

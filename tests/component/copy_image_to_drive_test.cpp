@@ -142,7 +142,7 @@ TEST_F(ImageToDrive, AnImageThatEndsTooSoonEndsItWithoutMarkers) {
     EXPECT_THAT(state().copy.openImages, IsEmpty());
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed, 1 unreadable block");
-    expectNoHandleLost([this] {
+    testing::expectNoHandleLost([this] {
         const TruncatedImages truncated;
         EXPECT_EQ(run(runImageToDrive), 0U);
     });

@@ -173,18 +173,17 @@ TEST_F(DiskPartChanges, TheResultsOfAnEarlierCleanAreNotTakenForThisOnes) {
 }
 
 TEST_F(DiskPartChanges, NobodyChangesTheScriptWhileDiskPartRuns) {
-    openDisk("", R"({"delayMilliseconds": 3000})");
+    openDisk("", R"({"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) + "}");
     const auto openForWriting = [] {
         return UniqueFile(CreateFileA("DPCleanDiskScript.txt", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     };
     int cleaned = 0;
     std::thread cleaning([&] { cleaned = DP_CleanDisk(state()); });
-    while (bench_.log("request=start").empty()) {
-        Sleep(5);
-    }
+    EXPECT_TRUE(bench_.awaitLog("request=start"));
     EXPECT_FALSE(openForWriting());
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
+    bench_.hurry();
     cleaning.join();
     EXPECT_EQ(cleaned, 1);
     EXPECT_TRUE(openForWriting());

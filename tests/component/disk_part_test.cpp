@@ -2,6 +2,7 @@
 
 #include "app/app_state.h"
 #include "tests/component/import_patched.h"
+#include "tests/component/patience_gone.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scripted_prompts.h"
 #include "tests/component/test_bench.h"
@@ -39,7 +40,13 @@ constexpr const char* kMountResults = "DISKPART MountResults.txt";
 class DiskPart : public ::testing::Test {
   protected:
     DiskPart() { reset(); }
-    ~DiskPart() override { reset(); }
+    ~DiskPart() override {
+        bench_.hurry();
+        if (state().worker) {
+            awaitWorker();
+        }
+        reset();
+    }
 
     static AppState& state() { return appState(); }
 
@@ -63,6 +70,12 @@ class DiskPart : public ::testing::Test {
         bench_.open();
     }
     void openBenchPrinting(const std::string& output) { openBench(R"({"output": ")" + output + R"("})"); }
+    /// A bench whose diskpart changes no mounting before it is told to hurry; it tells the state at once.
+    void openHeldBench(bool automount = true) {
+        openBench(std::string(R"({"delayOnly": "bleMountScript", "delayMilliseconds": )") + testing::kUntilToldToHurry +
+                      "}",
+                  automount);
+    }
     void openBenchWithoutDiskPart() { openBench(R"({"missing": true})"); }
 
     /// Makes it impossible to create a file of that name.
@@ -87,7 +100,7 @@ class DiskPart : public ::testing::Test {
     /// Waits for the thread whose handle the state keeps; its exit code.
     static DWORD awaitWorker() {
         DWORD exitCode = STILL_ACTIVE;
-        EXPECT_EQ(WaitForSingleObject(state().worker.get(), 30000), WAIT_OBJECT_0);
+        EXPECT_EQ(WaitForSingleObject(state().worker.get(), 120000), WAIT_OBJECT_0);
         EXPECT_TRUE(GetExitCodeThread(state().worker.get(), &exitCode));
         return exitCode;
     }
@@ -99,7 +112,8 @@ class DiskPart : public ::testing::Test {
     DriveRecord drive_;
 };
 
-/// Lets the results file be written but not be loaded, while it lives.
+/// Lets the results file be written but not be loaded, while it lives; that it will not be let go of soon shows at
+/// once.
 class ResultsHeldOpen {
   public:
     explicit ResultsHeldOpen(const char* name)
@@ -108,6 +122,7 @@ class ResultsHeldOpen {
 
   private:
     UniqueFile file_;
+    testing::PatienceGone patienceGone_;
 };
 
 // --- the read-only attribute
@@ -291,21 +306,23 @@ TEST_F(DiskPart, EnablingGoesOnWithoutAQuestionWhenTheStatusCheckFails) {
 }
 
 TEST_F(DiskPart, DisablingIsInProgressUntilTheWorkersResult) {
-    openBench(R"({"delayMilliseconds": 1500})");
+    openHeldBench();
     onDisableMounting(state());
     EXPECT_EQ(state().mountStatus, 1003);
     onMountTimer(state(), 3001);
     EXPECT_THAT(user_.shown(), IsEmpty());
     EXPECT_THAT(view_.timers(), SizeIs(1));
+    bench_.hurry();
     awaitWorker();
     EXPECT_NE(state().mountStatus, 1003);
 }
 
 TEST_F(DiskPart, AJobIsActiveWhileTheWorkerRuns) {
-    openBench(R"({"delayMilliseconds": 1500})");
+    openHeldBench();
     onDisableMounting(state());
     awaitSecondRun();
     EXPECT_EQ(state().jobActive, 1);
+    bench_.hurry();
     awaitWorker();
     EXPECT_EQ(state().jobActive, 0);
 }
@@ -328,11 +345,12 @@ TEST_F(DiskPart, AWorkerThatCannotBeStartedIsLoggedAndLeavesNothingInProgress) {
 }
 
 TEST_F(DiskPart, ACopyThatWasToldToStopIsNotSetGoingAgain) {
-    openBench(R"({"delayMilliseconds": 1500})", false);
+    openHeldBench(false);
     state().driveJobAtWork = 1; // its last read is under way
     onEnableMounting(state());
     awaitSecondRun();
     EXPECT_EQ(state().jobActive, 0);
+    bench_.hurry();
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().jobActive, 0);
 }
@@ -346,10 +364,11 @@ TEST_F(DiskPart, AScanStaysAJobThatRuns) {
 }
 
 TEST_F(DiskPart, AScanThatHasBegunMeanwhileStaysAJobThatRuns) {
-    openBench(R"({"delayMilliseconds": 1500})");
+    openHeldBench();
     onDisableMounting(state());
     awaitSecondRun();
     state().scan.driveLoaderWorking = 1;
+    bench_.hurry();
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().jobActive, 1);
 }
@@ -363,21 +382,23 @@ TEST_F(DiskPart, ACopyThatRunsIsNotEnded) {
 }
 
 TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
-    openBench(R"({"delayMilliseconds": 1500})");
+    openHeldBench();
     onDisableMounting(state());
     awaitSecondRun();
     state().driveJobAtWork = 1;
+    bench_.hurry();
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().mountStatus, 1000);
     EXPECT_EQ(state().jobActive, 1);
 }
 
 TEST_F(DiskPart, AReadTestThatHasBegunMeanwhileIsNotEnded) {
-    openBench(R"({"delayMilliseconds": 1500})");
+    openHeldBench();
     onDisableMounting(state());
     awaitSecondRun();
     state().readTests.jobRunsAtWork = 1;
     state().readTests.lastJobRun = 1;
+    bench_.hurry();
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().jobActive, 1);
 }
@@ -509,12 +530,13 @@ TEST_F(DiskPart, EnablingRunsTheScriptAndReports) {
 }
 
 TEST_F(DiskPart, TheFirstTickOfEnablingReportsWhateverTheCheckLeft) {
-    openBench(R"({"delayMilliseconds": 1500})", false);
+    openHeldBench(false);
     onEnableMounting(state());
     EXPECT_EQ(state().mountStatus, 1000); // never "in progress"
     user_.expectInform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
     onMountTimer(state(), 3000);
     EXPECT_THAT(view_.timers(), IsEmpty());
+    bench_.hurry();
     awaitWorker();
     EXPECT_EQ(state().mountStatus, 1001);
 }

@@ -2,11 +2,27 @@
 
 #include "admin/mount_status.h"
 #include "app/app_state.h"
+#include "tests/component/import_patched.h"
+#include "tests/component/patience_gone.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/scripted_prompts.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <utility>
+
+// The import slot of the function that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+extern decltype(&std::fopen) __imp_fopen;
+}
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace torvane::testing {
 namespace {
@@ -24,6 +40,27 @@ constexpr const char* kEnabledAndScrubbedReport =
     "\r\nDiskPart successfully scrubbed the mount point settings in the system.\r\n\r\n"
     "Automatic mounting of new volumes enabled.\r\n\r\n";
 
+/// When the second question for the status may be asked. Its first step is to create the script's file.
+struct SecondStatus {
+    const AppState* state = nullptr;
+    DWORD thread = 0;
+    std::function<bool()> ready;
+};
+SecondStatus secondStatus;
+
+decltype(&std::fopen) realOpen;
+std::FILE* openWhenReady(const char* name, const char* mode) {
+    if (GetCurrentThreadId() == secondStatus.thread && secondStatus.state->worker) {
+        int patience = 24000;
+        while (!secondStatus.ready() && patience-- > 0) {
+            SleepEx(5, FALSE); // another function than the one that a test may replace
+        }
+        EXPECT_GT(patience, 0) << "the worker does not get there";
+        secondStatus.thread = 0;
+    }
+    return realOpen(name, mode);
+}
+
 class ExitFlowTest : public ::testing::Test {
   protected:
     ~ExitFlowTest() override { awaitWorker(); }
@@ -37,12 +74,21 @@ class ExitFlowTest : public ::testing::Test {
         writeFile("MountStatusScript.txt.output", statusReport);
     }
 
-    // The worker's run is over before the next answer to the status question.
-    static void letWorkerFinishBeforeTheNextStatus() { writeFile("MountStatusScript.txt.delay", "2000"); }
+    /// Runs the flow; this thread asks diskpart for the status behind the worker's start only when `ready` says so.
+    bool confirmExitAskingAgainWhen(std::function<bool()> ready) {
+        secondStatus = {&state_, GetCurrentThreadId(), std::move(ready)};
+        const ImportPatched patched(__imp_fopen, &openWhenReady);
+        realOpen = patched.original();
+        return confirmExit(state_);
+    }
+    bool confirmExitAskingAgainBehindTheWorker() {
+        return confirmExitAskingAgainWhen(
+            [this] { return WaitForSingleObject(state_.worker.get(), 0) == WAIT_OBJECT_0; });
+    }
 
     void awaitWorker() const {
         if (state_.worker) {
-            EXPECT_EQ(WaitForSingleObject(state_.worker.get(), 20000), WAIT_OBJECT_0);
+            EXPECT_EQ(WaitForSingleObject(state_.worker.get(), 120000), WAIT_OBJECT_0);
         }
     }
 
@@ -103,11 +149,9 @@ TEST_F(ExitFlowTest, AcceptedOfferThatWorksIsSilent) {
     provideDiskPart(kDisabledReport);
     writeFile("EnbleMountScript.txt.output", kEnabledAndScrubbedReport);
     user_.expectAsk(kExitCaption, kSureText, true);
-    user_.expectAsk(kMountingCaption, kMountingText, true, [] {
-        writeFile("MountStatusScript.txt.output", kEnabledReport);
-        letWorkerFinishBeforeTheNextStatus();
-    });
-    EXPECT_TRUE(confirmExit(state_));
+    user_.expectAsk(kMountingCaption, kMountingText, true,
+                    [] { writeFile("MountStatusScript.txt.output", kEnabledReport); });
+    EXPECT_TRUE(confirmExitAskingAgainBehindTheWorker());
     EXPECT_EQ(state_.mountStatus, kMountingEnabled);
     EXPECT_TRUE(state_.worker) << "the thread's handle is kept";
     EXPECT_EQ(readFile("EnbleMountScript.txt"), "automount enable\nautomount scrub\n");
@@ -116,21 +160,28 @@ TEST_F(ExitFlowTest, AcceptedOfferThatWorksIsSilent) {
 TEST_F(ExitFlowTest, AcceptedOfferThatFailsIsSaid) {
     provideDiskPart(kDisabledReport);
     user_.expectAsk(kExitCaption, kSureText, true);
-    user_.expectAsk(kMountingCaption, kMountingText, true, [] { letWorkerFinishBeforeTheNextStatus(); });
+    user_.expectAsk(kMountingCaption, kMountingText, true);
     user_.expectStop("***** DRIVE MOUNTING STILL DISABLED *****",
                      "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags");
-    EXPECT_TRUE(confirmExit(state_));
+    EXPECT_TRUE(confirmExitAskingAgainBehindTheWorker());
 }
 
 TEST_F(ExitFlowTest, CheckThatFailsOnTheWorkersFileGoesByWhatWasKnown) {
     provideDiskPart(kDisabledReport);
-    // The worker holds the results file until long after the second check.
-    writeFile("EnbleMountScript.txt.delay", "3000");
+    // The worker's diskpart holds the results file until long after the second check, which would tell otherwise.
+    writeFile("EnbleMountScript.txt.held", "");
     user_.expectAsk(kExitCaption, kSureText, true);
-    user_.expectAsk(kMountingCaption, kMountingText, true, [] { writeFile("MountStatusScript.txt.delay", "500"); });
+    std::optional<PatienceGone> atOnce; // from the second check on
+    user_.expectAsk(kMountingCaption, kMountingText, true, [&] {
+        writeFile("MountStatusScript.txt.output", kEnabledReport);
+        atOnce.emplace();
+    });
     user_.expectStop("***** DRIVE MOUNTING STILL DISABLED *****",
                      "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags");
-    EXPECT_TRUE(confirmExit(state_));
+    EXPECT_TRUE(confirmExitAskingAgainWhen([] { return std::filesystem::exists("EnbleMountScript.txt.runs"); }));
+    EXPECT_THAT(view_.messages("ERROR"), ::testing::Contains(::testing::HasSubstr("OPEN_WXISTING FAILED")));
+    atOnce.reset();
+    std::filesystem::remove("EnbleMountScript.txt.held");
 }
 
 TEST_F(ExitFlowTest, FailedStatusAsksNothingMore) {

@@ -43,7 +43,7 @@ class SavingProcess {
     void kill() { TerminateProcess(process_.get(), testing::kDied); }
 
     [[nodiscard]] int exitCode() {
-        EXPECT_EQ(WaitForSingleObject(process_.get(), 30000), WAIT_OBJECT_0);
+        EXPECT_EQ(WaitForSingleObject(process_.get(), 120000), WAIT_OBJECT_0);
         DWORD code = 0;
         GetExitCodeProcess(process_.get(), &code);
         return static_cast<int>(code);
@@ -99,7 +99,7 @@ TEST_F(MessagesCrash, AtAnyMomentOfASaveLeavesTheOldFileOrTheNewOne) {
 TEST_F(MessagesCrash, OfAProcessThatIsKilledLeavesTheOldFileOrTheNewOne) {
     for (int round = 0; round < 20; ++round) {
         SavingProcess saver("for-ever");
-        for (int patience = 2000; tableInFile() != kNewTable && patience > 0; --patience) {
+        for (int patience = 60000; tableInFile() != kNewTable && patience > 0; --patience) {
             Sleep(1);
         }
         Sleep(static_cast<DWORD>(round)); // another moment in each round

@@ -254,7 +254,7 @@ TEST_F(PortableDrive, TheWorkerCopiesIntoTheFolderThatWasChosen) {
     appState().destinationFolder.assign(at("stick"));
     ASSERT_TRUE(startPortableCopy(appState()));
     appState().destinationFolder.assign(at("another"));
-    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 30000), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
     DWORD exitCode = 99;
     GetExitCodeThread(appState().worker.get(), &exitCode);
     EXPECT_EQ(exitCode, 1U);
@@ -266,7 +266,7 @@ TEST_F(PortableDrive, TheWorkerCopiesIntoTheFolderThatWasChosen) {
 TEST_F(PortableDrive, TheWorkerEndsWithZeroOnAFailure) {
     appState().destinationFolder.assign(at("nowhere"));
     ASSERT_TRUE(startPortableCopy(appState()));
-    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 30000), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
     DWORD exitCode = 99;
     GetExitCodeThread(appState().worker.get(), &exitCode);
     EXPECT_EQ(exitCode, 0U);
@@ -281,8 +281,8 @@ TEST_F(PortableDrive, TwoCopiesMayRunAtOnce) {
     const UniqueHandle first = std::move(appState().worker);
     appState().destinationFolder.assign(at("another"));
     ASSERT_TRUE(startPortableCopy(appState()));
-    ASSERT_EQ(WaitForSingleObject(first.get(), 30000), WAIT_OBJECT_0);
-    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 30000), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(first.get(), 120000), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
     EXPECT_EQ(readFile("stick\\license.txt"), readFile("another\\license.txt"));
     EXPECT_EQ(copied().size(), 34U);
 }

@@ -123,7 +123,7 @@ class ReadTestBench : public ::testing::Test {
 
     /// No test has its thread at work any more.
     static void awaitAll() {
-        for (int i = 0; i < 3000 && state().readTests.workersAtWork != 0; ++i) {
+        for (int i = 0; i < 12000 && state().readTests.workersAtWork != 0; ++i) {
             Sleep(10);
         }
         EXPECT_EQ(state().readTests.workersAtWork, 0);

@@ -155,30 +155,35 @@ TEST_F(ReadTests, CriticalPassesAPhaseWhoseStartCannotBeReached) {
     EXPECT_EQ(drive.criticalTestResult, 1002);
 }
 
-/// The sixth block takes so long that the order to stop comes while it is read.
+/// A read of the test's drive that does not end before the bench is told to hurry; the order to stop comes meanwhile.
 class StoppedReadTests : public testing::ReadTestBench {
   protected:
-    DriveRecord& openSlow(int milliseconds = 1500) {
-        return openDrive("30 GiB", faults(R"({"slow": [{"firstSector": 327680, "milliseconds": )" +
-                                          std::to_string(milliseconds) + "}]}"));
+    ~StoppedReadTests() override { bench_.hurry(); }
+
+    /// Reads that touch the sectors are held.
+    DriveRecord& openHeld(const std::string& size, int firstSector, int sectors = 1) {
+        return openDrive(size, faults(R"({"slow": [{"firstSector": )" + std::to_string(firstSector) +
+                                      R"(, "sectors": )" + std::to_string(sectors) + R"(, "milliseconds": )" +
+                                      testing::kUntilToldToHurry + "}]}"));
     }
-    void awaitReads(std::size_t count) {
-        for (int i = 0; i < 1000 && reads().size() < count; ++i) {
-            Sleep(10);
-        }
-        Sleep(100); // the next one has begun
+    /// The Critical test is held in its sixth block.
+    DriveRecord& openHeldInSixthBlock() { return openHeld("30 GiB", 327680); }
+    void awaitHeldRead() { ASSERT_TRUE(bench_.awaitLog("target=drive:1 request=wait")); }
+    DWORD hurryAndAwaitEnd(const UniqueHandle& thread) {
+        bench_.hurry();
+        return awaitEnd(thread);
     }
 };
 
 TEST_F(StoppedReadTests, CriticalEndsAfterTheBlockInFlight) {
-    DriveRecord& drive = openSlow();
+    DriveRecord& drive = openHeldInSixthBlock();
     const UniqueHandle thread = start(kCriticalReadTest);
     EXPECT_EQ(state().jobActive, 1);
     EXPECT_TRUE(readTestHoldsJobFlag(state().readTests));
-    awaitReads(5);
+    awaitHeldRead();
     stopReadTests(state());
     EXPECT_FALSE(readTestHoldsJobFlag(state().readTests));
-    EXPECT_EQ(awaitEnd(thread), 1U);
+    EXPECT_EQ(hurryAndAwaitEnd(thread), 1U);
     EXPECT_EQ(state().readTests.jobRunsAtWork, 0);
     EXPECT_THAT(reads(), SizeIs(6));
     EXPECT_EQ(drive.criticalTestResult, 1003);
@@ -187,48 +192,48 @@ TEST_F(StoppedReadTests, CriticalEndsAfterTheBlockInFlight) {
 }
 
 TEST_F(StoppedReadTests, ALoadOfDrivesWaitsForTheReadInFlight) {
-    DriveRecord& drive = openSlow();
+    DriveRecord& drive = openHeldInSixthBlock();
     const UniqueHandle thread = start(kCriticalReadTest);
-    awaitReads(5);
+    awaitHeldRead();
     stopReadTests(state());
     // The records must stay: the run still uses one.
     LoadDrives(state());
     EXPECT_EQ(state().scan.driveLoaderWorking, 0);
     EXPECT_EQ(state().jobActive, 0);
-    awaitEnd(thread);
+    hurryAndAwaitEnd(thread);
     EXPECT_EQ(drive.criticalTestResult, 1003);
 }
 
 TEST_F(StoppedReadTests, AnotherJobsFlagDoesNotReviveARunAndIsNotCleared) {
-    DriveRecord& drive = openSlow();
+    DriveRecord& drive = openHeldInSixthBlock();
     const UniqueHandle thread = start(kCriticalReadTest);
-    awaitReads(5);
+    awaitHeldRead();
     stopReadTests(state());
     state().jobActive = 1; // another job begins
-    awaitEnd(thread);
+    hurryAndAwaitEnd(thread);
     EXPECT_THAT(reads(), SizeIs(6));
     EXPECT_EQ(drive.criticalTestResult, 1003);
     EXPECT_EQ(state().jobActive, 1);
 }
 
 TEST_F(StoppedReadTests, TheDialogMayGoFirst) {
-    openSlow();
+    openHeldInSixthBlock();
     const std::weak_ptr<ReadTestDisplay> display = display_;
     const UniqueHandle thread = start(kCriticalReadTest);
-    awaitReads(5);
+    awaitHeldRead();
     stopReadTests(state());
     display_.reset();
     EXPECT_FALSE(display.expired()) << "the run still shows its progress there";
-    awaitEnd(thread);
+    hurryAndAwaitEnd(thread);
     EXPECT_TRUE(display.expired());
 }
 
 TEST_F(StoppedReadTests, StartedTwiceBothRun) {
-    DriveRecord& drive = openDrive("30 GiB", faults(R"({"slow": [{"firstSector": 0, "milliseconds": 700}]})"));
+    DriveRecord& drive = openHeld("30 GiB", 0);
     const UniqueHandle first = start(kShortReadTest);
     const UniqueHandle second = start(kShortReadTest);
     EXPECT_EQ(state().shortTestsAtWork, 2);
-    EXPECT_EQ(awaitEnd(first), 1U);
+    EXPECT_EQ(hurryAndAwaitEnd(first), 1U);
     EXPECT_EQ(awaitEnd(second), 1U);
     EXPECT_EQ(state().shortTestsAtWork, 0);
     EXPECT_THAT(reads(), SizeIs(200));
@@ -236,24 +241,24 @@ TEST_F(StoppedReadTests, StartedTwiceBothRun) {
 }
 
 TEST_F(StoppedReadTests, ShortPaysNoHeed) {
-    DriveRecord& drive = openDrive("30 GiB", faults(R"({"slow": [{"firstSector": 0, "milliseconds": 500}]})"));
+    DriveRecord& drive = openHeld("30 GiB", 0);
     const UniqueHandle thread = start(kShortReadTest);
     EXPECT_EQ(state().jobActive, 0);
     EXPECT_FALSE(readTestHoldsJobFlag(state().readTests)) << "the job-running flag is none of its business";
-    Sleep(200); // in its first, slow read
+    awaitHeldRead();
     stopReadTests(state());
     EXPECT_EQ(drive.shortTestResult, 1002) << "a test that runs reads as passed";
-    awaitEnd(thread);
+    hurryAndAwaitEnd(thread);
     EXPECT_THAT(reads(), SizeIs(100));
     EXPECT_EQ(drive.shortTestResult, 1002);
 }
 
 TEST_F(StoppedReadTests, ALoadOfDrivesSaysThatTheShortTestRuns) {
-    openDrive("30 GiB", faults(R"({"slow": [{"firstSector": 0, "milliseconds": 500}]})"));
+    openHeld("30 GiB", 0);
     const UniqueHandle thread = start(kShortReadTest);
     user_.expectStop("***** Load Drives *****", "Short Test is Running");
     LoadDrives(state());
-    awaitEnd(thread);
+    hurryAndAwaitEnd(thread);
     EXPECT_EQ(state().scan.driveLoaderWorking, 0);
 }
 
@@ -408,12 +413,11 @@ TEST_F(ReadTests, NistFailsWhenTheDriveVanishes) {
 }
 
 TEST_F(StoppedReadTests, NistEndsAfterTheSegmentInFlight) {
-    DriveRecord& drive =
-        openDrive("20 GiB", faults(R"({"slow": [{"firstSector": 125703, "sectors": 41901, "milliseconds": 600}]})"));
+    DriveRecord& drive = openHeld("20 GiB", 125703, 41901);
     const UniqueHandle thread = start(kNistReadTest);
-    awaitReads(6); // segment 3 has begun
+    awaitHeldRead(); // segment 3 has begun
     stopReadTests(state());
-    EXPECT_EQ(awaitEnd(thread), 1U);
+    EXPECT_EQ(hurryAndAwaitEnd(thread), 1U);
     EXPECT_THAT(reads(), SizeIs(8)) << "both runs of the segment are read";
     EXPECT_EQ(drive.nistTestResult, 1003);
     EXPECT_EQ(display_->lastStatus(), "NIST Random Read Test User Terminated");

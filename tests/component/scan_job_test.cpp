@@ -35,7 +35,7 @@ using ::testing::SizeIs;
 using namespace std::chrono_literals;
 
 bool waitFor(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + 30s;
+    const auto deadline = std::chrono::steady_clock::now() + 120s;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
             return false;
@@ -84,9 +84,24 @@ class ScanJob : public ::testing::Test {
                         (more.empty() ? "" : ", " + more) + "}");
     }
 
+    void describeHeldDiskpart() {
+        bench_.describe(std::string(R"({"tools": {"diskpart": {"delayMilliseconds": )") + testing::kUntilToldToHurry +
+                        "}}}");
+    }
+
+    /// Presses Load Drives, which starts a scan, and waits until the scan's progress is shown: by then its thread knows
+    /// the scan from a later one.
+    void loadDrives() {
+        LoadDrives(state());
+        ++scans_;
+        ASSERT_TRUE(waitFor([this] {
+            const auto calls = view_.calls();
+            return std::count(calls.begin(), calls.end(), "show progress 0..5") == scans_;
+        }));
+    }
     /// Presses Load Drives and waits until both threads are done with the window.
     void loadDrivesAndWait() {
-        LoadDrives(state());
+        loadDrives();
         awaitScan();
         awaitProgressEnd();
     }
@@ -94,10 +109,7 @@ class ScanJob : public ::testing::Test {
         ASSERT_TRUE(waitFor([] { return state().scan.driveLoaderWorking == 0; }));
     }
     void awaitProgressEnd() {
-        ASSERT_TRUE(waitFor([this] {
-            const auto calls = view_.calls();
-            return std::find(calls.begin(), calls.end(), "hide progress") != calls.end();
-        }));
+        ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
     }
 
     [[nodiscard]] std::vector<std::string> callsStartingWith(const std::vector<std::string>& beginnings) const {
@@ -115,6 +127,7 @@ class ScanJob : public ::testing::Test {
     StageNotingView view_;
     testing::ViewInstalled installed_{appState(), view_};
     testing::ScriptedPrompts user_;
+    int scans_ = 0;
 };
 
 // --- guards
@@ -163,10 +176,11 @@ TEST_F(ScanJob, LoadDrivesDuringTheShortTestSaysSoAndLeavesTheListAsItWas) {
 
 TEST_F(ScanJob, ASecondPressDuringTheScanDoesNothingAndShowsNothing) {
     addDrive(0, "nvme");
-    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": 500}}})");
+    describeHeldDiskpart();
     bench_.open();
+    loadDrives();
     LoadDrives(state());
-    LoadDrives(state());
+    bench_.hurry();
     awaitScan();
     awaitProgressEnd();
     EXPECT_THAT(view_.messages("STATUS"),
@@ -175,13 +189,14 @@ TEST_F(ScanJob, ASecondPressDuringTheScanDoesNothingAndShowsNothing) {
 
 TEST_F(ScanJob, TerminatingDuringTheScanDoesNotStopItAndTheLoaderStillCountsAsWorking) {
     addDrive(0, "nvme");
-    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": 500}}})");
+    describeHeldDiskpart();
     bench_.open();
-    LoadDrives(state());
-    ASSERT_TRUE(waitFor([] { return state().scan.stage == 2; }));
+    loadDrives();
+    EXPECT_TRUE(waitFor([] { return state().scan.stage == 2; }));
     state().jobActive = 0;
     user_.expectStop("***** Working *****", "Drive Loader is Working");
     LoadDrives(state());
+    bench_.hurry();
     awaitScan();
     awaitProgressEnd();
     EXPECT_TRUE(view_.hasLog("STATUS", "Drive Scan Completed: [1] Drives Found"));
@@ -197,14 +212,14 @@ TEST_F(ScanJob, LoadDrivesForgetsTheActiveDriveAndTheListBeforeTheScanBegins) {
     state().activeDriveChosen = 1;
     state().copy.source = state().copy.destination = state().copy.imageSource = state().activeDrive.load();
 
-    LoadDrives(state());
+    loadDrives();
     EXPECT_EQ(state().activeDrive.load(), nullptr);
     EXPECT_EQ(state().activeDriveChosen, 0);
     EXPECT_EQ(state().copy.source.load(), nullptr);
     EXPECT_EQ(state().copy.destination.load(), nullptr);
     EXPECT_EQ(state().copy.imageSource.load(), nullptr);
     awaitScan();
-    ASSERT_TRUE(waitFor([this] { return !view_.progressVisible() && state().scan.stage == 5; }));
+    awaitProgressEnd();
     EXPECT_THAT(callsStartingWith({"clear", "delete", "log STATUS", "add drive"}),
                 ElementsAre("clear health panel", "delete drives", "log STATUS: Beginning Drive Scan", HasSubstr("add"),
                             "log STATUS: Drive Scan Completed: [1] Drives Found", "clear health panel", "delete drives",
@@ -222,10 +237,10 @@ TEST_F(ScanJob, ANewScanClosesTheHandlesOfTheLastOne) {
     };
     loadDrivesAndWait();
     EXPECT_EQ(handlesOpen(), 1U);
-    LoadDrives(state());
+    loadDrives();
     awaitScan();
     EXPECT_EQ(handlesOpen(), 1U);
-    ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
+    awaitProgressEnd();
 }
 
 TEST_F(ScanJob, ANewScanLetsGoOfDrivesThatAreGone) {
@@ -237,13 +252,13 @@ TEST_F(ScanJob, ANewScanLetsGoOfDrivesThatAreGone) {
     ASSERT_EQ(state().scan.driveCount, 3);
     bench_.unplug(1);
     bench_.unplug(2);
-    LoadDrives(state());
+    loadDrives();
     awaitScan();
     EXPECT_EQ(state().scan.driveCount, 1);
     EXPECT_EQ(state().scan.drives[2], nullptr);
     EXPECT_EQ(bench_.log("target=drive:2 request=close").size(),
               bench_.log("target=drive:2 request=open result=ok").size());
-    ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
+    awaitProgressEnd();
 }
 
 TEST_F(ScanJob, FiftyScansLeaveAsManyHandlesAsOne) {
@@ -253,7 +268,7 @@ TEST_F(ScanJob, FiftyScansLeaveAsManyHandlesAsOne) {
     bench_.describe(R"({"tools": {"diskpart": {"missing": true}}})");
     bench_.open();
     const auto scan = [this] {
-        LoadDrives(state());
+        loadDrives();
         awaitScan();
     };
     scan();
@@ -262,9 +277,9 @@ TEST_F(ScanJob, FiftyScansLeaveAsManyHandlesAsOne) {
         scan();
     }
     // Threads of the last scans that are about to end may hold one or two; a handle left by each scan makes fifty.
-    EXPECT_LT(testing::openHandleCount(), before + 10);
+    EXPECT_LT(testing::lowestHandleCount(before + 9), before + 10);
     EXPECT_EQ(state().scan.driveCount, 2);
-    ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
+    awaitProgressEnd();
 }
 
 TEST_F(ScanJob, ScansWithAllToolsLeaveNoHandles) {
@@ -272,14 +287,7 @@ TEST_F(ScanJob, ScansWithAllToolsLeaveNoHandles) {
     addDrive(1, "nvme", R"("road": "nvme-query")");
     testing::TestBench::provideSmartctl();
     bench_.open();
-    runDriveScan(state());
-    const DWORD before = testing::openHandleCount();
-    constexpr int kScans = 3;
-    for (int i = 0; i < kScans; ++i) {
-        runDriveScan(state());
-    }
-    // Wine now and then keeps one for good, of a program that was started.
-    EXPECT_LT(testing::lowestHandleCount(before), before + kScans);
+    testing::expectNoHandleLost([] { runDriveScan(state()); });
 }
 
 // --- the scan
@@ -471,12 +479,15 @@ TEST_F(ScanJob, EveryDriveGetsItsMonitoringDataItsReadOnlyStateAndItsVolumes) {
 
 TEST_F(ScanJob, TheStageIsNeverFour) {
     addDrive(0, "nvme");
+    describeHeldDiskpart(); // it is asked for a drive's state in the second stage
     bench_.open();
     std::atomic<bool> done{false};
     std::set<int> seen;
     std::thread watcher([&] {
         while (!done) {
-            seen.insert(state().scan.stage);
+            if (seen.insert(state().scan.stage).second && seen.contains(2)) {
+                bench_.hurry();
+            }
         }
     });
     runDriveScan(state());
@@ -564,7 +575,7 @@ TEST_F(ScanJob, TheBarMovesFromThreeToFiveInARealScan) {
 
 TEST_F(ScanJob, TheStageOfAFastWorkerIsNotOverwritten) {
     bench_.open();
-    LoadDrives(state());
+    loadDrives();
     awaitScan();
     EXPECT_EQ(state().scan.stage, 5);
     awaitProgressEnd();
@@ -576,7 +587,7 @@ TEST(SystemScanClock, CountsWholeSecondsWhileItSleeps) {
     const std::int64_t before = clock.seconds();
     clock.sleep(1100);
     EXPECT_GE(clock.seconds(), before + 1);
-    EXPECT_LE(clock.seconds(), before + 5);
+    EXPECT_LE(clock.seconds(), before + 60);
 }
 
 } // namespace

@@ -25,7 +25,7 @@ class ScratchFolder {
         std::filesystem::current_path(previous_);
         std::error_code error;
         // A child's console may hold the child's output for a moment longer than the child.
-        for (int patience = 200; std::filesystem::remove_all(path_, error), error && patience > 0; --patience) {
+        for (int patience = 3000; std::filesystem::remove_all(path_, error), error && patience > 0; --patience) {
             Sleep(10);
         }
         EXPECT_FALSE(error) << "still open: something in " << path_ << " (" << error.message() << ")";

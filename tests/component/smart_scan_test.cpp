@@ -3,6 +3,7 @@
 #include "app/app_state.h"
 #include "monitoring/smart_report.h"
 #include "tests/component/import_patched.h"
+#include "tests/component/patience_gone.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/test_bench.h"
@@ -307,6 +308,7 @@ UniqueFile keepOpenForWriting(const char* name) {
 
 TEST_F(SmartScan, FailsWhenTheListingCannotBeLoaded) {
     const UniqueFile writer = keepOpenForWriting("Drive Data File.txt");
+    const testing::PatienceGone atOnce;
     EXPECT_EQ(scan(), 0);
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_LoadFileIntoBuffer: [Drive Data File.txt] OPEN_WXISTING FAILED",
                                    "INVALID: Could not load [Drive Data File.txt]"));
@@ -344,7 +346,7 @@ TEST_F(SmartScan, ReadsAListingOfFiftyMegabytesInTime) {
     listingIs(listing);
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(scan(), 1);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20)) << "a tool prints it meanwhile";
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60)) << "a tool prints it meanwhile";
     EXPECT_EQ(appState().smart.deviceLineCount, kLines);
     EXPECT_THAT(commands(), ElementsAre("smartctl.exe --scan"));
 }
@@ -363,7 +365,7 @@ TEST_F(SmartScan, ReadsAReportOfFiftyMegabytesInTime) {
     const auto record = probedRecord();
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
     EXPECT_EQ(record->model.view(), "Chatty");
     EXPECT_EQ(record->reallocatedSectors, 3);
 }

@@ -16,6 +16,9 @@
 
 namespace torvane::testing {
 
+/// As a drive's slowness or a tool's delay: until the test tells the bench to hurry. Milliseconds.
+inline constexpr const char* kUntilToldToHurry = "120000";
+
 /// A bench of the test's own in a folder of its own, which is also the current folder. Describe it, then open it; it
 /// ends with the scope.
 ///
@@ -49,6 +52,19 @@ class TestBench {
 
     /// The drive vanishes, for every process on the bench.
     void unplug(int drive) { ASSERT_TRUE(bench_.unplug(drive)); }
+
+    /// From now on nothing on the bench takes its time; what waits goes on.
+    void hurry() const { writeFile((benchFolder() / "hurry").string(), ""); }
+
+    /// Waits until the log has so many lines that `log` finds; false when they do not come.
+    [[nodiscard]] bool awaitLog(const std::string& fields, std::size_t lines = 1) const {
+        constexpr int kPauseMilliseconds = 5;
+        int patience = 60000 / kPauseMilliseconds;
+        while (log(fields).size() < lines && patience-- > 0) {
+            Sleep(kPauseMilliseconds);
+        }
+        return log(fields).size() >= lines;
+    }
 
     /// The log's lines that have every one of the blank-separated `fields`, oldest first. A field that ends in ':' or
     /// '=' stands for all that begin so.

@@ -14,6 +14,7 @@ void readTool(ObjectReader& reader, ToolDescription& tool) {
     tool.hasExitCode = reader.has("exitCode");
     reader.number("exitCode", tool.exitCode);
     reader.number("delayMilliseconds", tool.delayMilliseconds);
+    reader.text("delayOnly", tool.delayOnly);
 }
 
 void readBenchFile(const DescriptionFile& source, BenchDescription& bench, Mistake& mistake) {

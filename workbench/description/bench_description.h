@@ -19,6 +19,7 @@ struct ToolDescription {
     bool hasExitCode = false; ///< end with `exitCode` whatever happened
     std::uint32_t exitCode = 0;
     std::uint32_t delayMilliseconds = 0;
+    std::string delayOnly; ///< bytes; only command lines that contain it are delayed
 };
 
 /// A whole bench, validated.

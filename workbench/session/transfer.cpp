@@ -37,14 +37,19 @@ DWORD checkPlace(BenchSession& session, const OpenDevice& device, std::uint64_t 
     return 0;
 }
 
-// Waits as long as the drive makes a transfer wait; the error of a drive that does not answer at all.
-std::optional<DWORD> waitForDrive(const BenchFolder& folder, const BenchDrive& drive, std::uint64_t offset,
+// Waits as long as the drive makes a transfer wait; the error of a drive that does not answer at all. That a slow
+// transfer waits is logged, so that others can tell that it is under way.
+std::optional<DWORD> waitForDrive(BenchFolder& folder, const BenchDrive& drive, std::uint64_t offset,
                                   std::uint64_t length) {
     if (const SilenceFault* const silence = drive.silence()) {
         folder.wait(silence->milliseconds);
         return silence->error;
     }
-    folder.wait(drive.slownessMilliseconds(offset, length));
+    if (const std::uint32_t slowness = drive.slownessMilliseconds(offset, length); slowness > 0) {
+        LogLine line("drive:" + std::to_string(drive.description().number), "wait");
+        folder.log(line.number("offset", offset).number("length", length).result(0));
+        folder.wait(slowness);
+    }
     return std::nullopt;
 }
 

@@ -39,7 +39,9 @@ void print(DWORD standardHandle, const std::string& bytes) {
 }
 
 bool obeyDescription(const StandIn& standIn, const ToolDescription& tool) {
-    standIn.folder->wait(tool.delayMilliseconds);
+    if (standIn.commandLine.find(tool.delayOnly) != std::string::npos) {
+        standIn.folder->wait(tool.delayMilliseconds);
+    }
     if (tool.hasOutput) {
         print(STD_OUTPUT_HANDLE, tool.output);
     }

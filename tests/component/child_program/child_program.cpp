@@ -9,6 +9,7 @@
 //     window      writes how it was started: the console window, the start-up flags and the show-window word
 //     set:HANDLE  sets the event behind the handle value, if this process has such a handle
 //     sleep:MS    waits
+//     until:FILE  waits until there is such a file, at most a minute
 //     hang-up     closes its standard output and error
 //     die         is ended at once, as by a fault
 //     exit:N      ends with exit code N, which is 0 otherwise
@@ -65,6 +66,13 @@ void setEvent(const std::string& handleValue) {
     SetEvent(reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(std::stoull(handleValue))));
 }
 
+void waitForFile(const char* name) {
+    const ULONGLONG end = GetTickCount64() + 60000;
+    while (GetFileAttributesA(name) == INVALID_FILE_ATTRIBUTES && GetTickCount64() < end) {
+        Sleep(5);
+    }
+}
+
 /// The text behind "name:", or null when the argument is another one.
 const char* valueOf(std::string_view argument, std::string_view name) {
     return argument.starts_with(name) ? argument.data() + name.size() : nullptr;
@@ -88,6 +96,8 @@ int main(int count, char** arguments) {
             setEvent(handle);
         } else if (const char* const milliseconds = valueOf(argument, "sleep:")) {
             Sleep(static_cast<DWORD>(std::stoul(milliseconds)));
+        } else if (const char* const file = valueOf(argument, "until:")) {
+            waitForFile(file);
         } else if (const char* const code = valueOf(argument, "exit:")) {
             exitCode = std::stoi(code);
         } else if (argument == "crlf") {

@@ -1,5 +1,5 @@
-// "diskpart /s SCRIPT": waits as many milliseconds as SCRIPT.delay says, then prints what SCRIPT.output holds. Either
-// file may be missing.
+// "diskpart /s SCRIPT": makes the file SCRIPT.runs, waits while there is a file SCRIPT.held, and prints what
+// SCRIPT.output holds, if there is such a file.
 #include <windows.h>
 
 #include <fstream>
@@ -20,8 +20,9 @@ int main(int count, char** arguments) {
         return 1;
     }
     const std::string script = arguments[2];
-    if (const std::string delay = readFile(script + ".delay"); !delay.empty()) {
-        Sleep(static_cast<DWORD>(std::stoul(delay)));
+    std::ofstream(script + ".runs");
+    while (GetFileAttributesA((script + ".held").c_str()) != INVALID_FILE_ATTRIBUTES) {
+        Sleep(5);
     }
     const std::string output = readFile(script + ".output");
     DWORD written = 0;
