@@ -52,7 +52,6 @@ void CopyUiTest::SetUp() {
     if (torvane().driveList().rowCount() == 0) {
         torvane().loadDrives();
     }
-    untickAll();
 }
 
 void CopyUiTest::useBench(const BenchFolder& bench) {
@@ -68,17 +67,13 @@ void CopyUiTest::useUntouchedBench() {
     leaveProgramUsed();
 }
 
-void CopyUiTest::untickAll() const {
-    const ListView drives = torvane().driveList();
-    for (int row = 0; row < drives.rowCount(); ++row) {
-        drives.setTicked(row, false);
-    }
-}
-
+// A box is not clicked twice for nothing: clicks at one place must lie a second apart.
 void CopyUiTest::tickOnly(const std::string& model) const {
-    untickAll();
     const ListView drives = torvane().driveList();
-    drives.setTicked(drives.rowWith(0, model), true);
+    const int wanted = drives.rowWith(0, model);
+    for (int row = 0; row < drives.rowCount(); ++row) {
+        drives.setTicked(row, row == wanted);
+    }
 }
 
 std::string CopyUiTest::driveStatus(const std::string& model) const {

@@ -11,7 +11,7 @@ namespace torvane::driver {
 
 inline constexpr std::size_t kMebibyte = 1048576;
 
-/// A test of the copy commands, with the drives of its bench loaded and none ticked.
+/// A test of the copy commands, with the drives of its bench loaded.
 class CopyUiTest : public UiTest {
   protected:
     /// Drive 0 "SYSTEM" holds C:. Drive 1 "SOURCE" holds 70 MiB of noise, seed 7. Drive 2 "TARGET" of 80 MiB has two
@@ -33,7 +33,6 @@ class CopyUiTest : public UiTest {
 
     /// Ticks this drive alone.
     void tickOnly(const std::string& model) const;
-    void untickAll() const;
     [[nodiscard]] std::string driveStatus(const std::string& model) const;
     void awaitDriveStatus(const std::string& model, const std::string& status) const;
 
