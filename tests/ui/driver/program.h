@@ -55,7 +55,8 @@ class Program {
     void unplug(int drive) const;
     void plug(int drive) const;
 
-    /// From now on nothing on the bench takes its time, however long a delay was described: lets go what a test has held.
+    /// From now on nothing on the bench takes its time, however long a delay was described: lets go what a test has
+    /// held.
     void hurry() const;
     /// Delays last again as described.
     void takeTime() const;
