@@ -19,6 +19,11 @@ constexpr int kHealthMessage = 1053;
 /// The health message in its place under the dials. Each test starts the program itself, some with another message.
 class HealthMessageTest : public ::testing::Test {
   protected:
+    /// Two parts of the tests may run at the same time.
+    static std::string ownFolder() {
+        return std::string("HealthMessageTest.") + ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    }
+
     /// Starts the program and loads the drives.
     void start(const Launch& launch) {
         program_ = std::make_unique<Program>(launch);
@@ -36,7 +41,7 @@ class HealthMessageTest : public ::testing::Test {
 
     /// Starts the program with other bytes in its first message, that for sound drives, and picks one.
     void showWith(std::streamoff offset, const std::string& bytes) {
-        const Launch launch = freshRun("HealthMessageTest", soundDriveBench());
+        const Launch launch = freshRun(ownFolder(), soundDriveBench());
         std::fstream file(launch.program.parent_path() / "Message.db", std::ios::in | std::ios::out | std::ios::binary);
         file.seekp(offset);
         file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -93,7 +98,7 @@ class HealthMessageTest : public ::testing::Test {
 };
 
 TEST_F(HealthMessageTest, EveryShippedOneStandsOnOneLineInLargeLetters) {
-    start(freshRun("HealthMessageTest", healthBench()));
+    start(freshRun(ownFolder(), healthBench()));
     for (const char* model : {"SOUND", "AGEING", "WEARING", "FAILING"}) {
         pick(model);
         expectSoon([&] {

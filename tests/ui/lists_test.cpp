@@ -67,13 +67,13 @@ class ListTest : public UiTest {
 
     [[nodiscard]] bool someDriveIsActive() const {
         torvane().press(kQuickDiskView);
-        const auto box = program().dialog();
-        const bool refused = box && box->text() == "***** NO ACTIVE DRIVE *****";
+        const Window opened = program().awaitDialog();
+        const bool refused = opened.text() == "***** NO ACTIVE DRIVE *****";
         if (refused) {
-            MessageBoxWindow(*box).answer("OK");
-        } else if (box) {
-            box->post(WM_CLOSE);
-            await("the dialog closes", [&] { return !box->visible(); });
+            MessageBoxWindow(opened).answer("OK");
+        } else {
+            opened.post(WM_CLOSE);
+            await("the viewer closes", [&] { return !opened.visible(); });
         }
         return !refused;
     }

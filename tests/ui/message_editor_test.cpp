@@ -68,6 +68,7 @@ class MessageEditorTest : public UiTest {
 
 TEST_F(MessageEditorTest, StandsInTheSystemMenuUnderAbout) {
     bringToFront(torvane().window());
+    parkMouse();
     pressKey(torvane().window(), VK_SPACE, VK_MENU);
     pressKey(torvane().window(), VK_UP);
     pressKey(torvane().window(), VK_RETURN);
@@ -152,7 +153,7 @@ TEST_F(MessageEditorTest, AFileThatCannotBeWrittenIsToldAndChangesNothing) {
 
 class MessageEditorDuringJobTest : public UiTest {
   protected:
-    [[nodiscard]] BenchFolder layOutBench() const override { return slowBench(1000); }
+    [[nodiscard]] BenchFolder layOutBench() const override { return heldBench(); }
 
     /// How far the letters of the system menu's last item are from black. (Another process can look at the menu but
     /// not ask it for its items' states.)
@@ -199,6 +200,7 @@ class MessageEditorDuringJobTest : public UiTest {
     void chooseLastSystemMenuItem() const {
         const Window window = torvane().window();
         bringToFront(window);
+        parkMouse();
         pressKey(window, VK_SPACE, VK_MENU);
         pressKey(window, VK_UP);
         pressKey(window, VK_RETURN);
@@ -213,8 +215,8 @@ TEST_F(MessageEditorDuringJobTest, IsNotOffered) {
     expectNoBox();
     // Nor does the command itself open it, however it comes.
     torvane().window().post(WM_SYSCOMMAND, kEditMessages);
-    torvane().window().settle();
     expectNoBox();
+    program().hurry();
     torvane().awaitLoaded();
     EXPECT_LT(lastSystemMenuItemPaleness(), kPale) << "after the job";
     chooseLastSystemMenuItem();

@@ -115,6 +115,7 @@ class PortableDriveTest : public UiTest {
     void chooseCommand() const {
         const Window window = program().mainWindow();
         bringToFront(window);
+        parkMouse();
         // The bar's items are the space, the popup and Help; the command is the popup's second one.
         for (const int key : {VK_F10, VK_RIGHT, VK_RETURN, VK_DOWN, VK_RETURN}) {
             pressKey(window, static_cast<WORD>(key));

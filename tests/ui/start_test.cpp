@@ -182,6 +182,7 @@ TEST_F(StartTest, StartLogsNothing) {
 
 TEST_F(StartTest, AboutBoxOpensFromTheSystemMenuAndCloses) {
     bringToFront(window());
+    parkMouse();
     // "About" is the system menu's last item but one.
     pressKey(window(), VK_SPACE, VK_MENU);
     pressKey(window(), VK_UP);

@@ -26,7 +26,15 @@ constexpr const char* kStillText = "Drive Mounting STILL DISABLED. Reboot Comput
 
 class TerminateTest : public UiTest {
   protected:
-    [[nodiscard]] BenchFolder layOutBench() const override { return slowBench(1000); }
+    [[nodiscard]] BenchFolder layOutBench() const override { return heldBench(); }
+    void SetUp() override {
+        UiTest::SetUp();
+        program().takeTime();
+    }
+    void letJobEnd() const {
+        program().hurry();
+        torvane().awaitLoaded();
+    }
 };
 
 TEST_F(TerminateTest, IsSilentWithoutAJob) {
@@ -43,7 +51,7 @@ TEST_F(TerminateTest, NoLeavesTheJobRunning) {
     expectQuestion(kTerminateCaption, kTerminateText, "No");
     torvane().press(kLoadDrives);
     expectNoBox();
-    torvane().awaitLoaded();
+    letJobEnd();
 }
 
 TEST_F(TerminateTest, YesEndsTheJobAndTheCommandIsSilentAgain) {
@@ -52,14 +60,14 @@ TEST_F(TerminateTest, YesEndsTheJobAndTheCommandIsSilentAgain) {
     expectQuestion(kTerminateCaption, kTerminateText, "Yes");
     torvane().press(kTerminate);
     expectNoBox();
-    torvane().awaitLoaded();
+    letJobEnd();
 }
 
 TEST_F(TerminateTest, MenuCommandAsksToo) {
     torvane().startLoading();
     torvane().command(kMenuTerminate);
     expectQuestion(kTerminateCaption, kTerminateText, "No");
-    torvane().awaitLoaded();
+    letJobEnd();
 }
 
 /// The program ends in these tests, unless it is told to stay.
@@ -104,30 +112,33 @@ TEST_F(ExitTest, YesEndsAfterAScan) {
 }
 
 TEST_F(ExitTest, WhileAJobRunsNoStays) {
-    restart(slowBench(800));
+    restart(heldBench());
     torvane().startLoading();
     torvane().press(kExit);
     expectQuestion(kExitCaption, kJobText, "No");
     // The job was not touched.
     torvane().press(kTerminate);
     expectQuestion(kTerminateCaption, kTerminateText, "No");
+    program().hurry();
     torvane().awaitLoaded();
     EXPECT_EQ(torvane().driveList().rowCount(), 2);
 }
 
 TEST_F(ExitTest, WhileAJobRunsYesEnds) {
-    restart(slowBench(800));
+    restart(heldBench());
     torvane().startLoading();
     torvane().press(kExit);
     expectQuestion(kExitCaption, kJobText, "Yes");
+    program().hurry(); // diskpart, which is asked for the mounting status
     expectEndOfProgram();
 }
 
 TEST_F(ExitTest, WhileAJobRunsYesStillOffersMounting) {
-    restart(pairBench().bench(R"({"automount": false, "tools": {"diskpart": {"delayMilliseconds": 800}}})"));
+    restart(pairBench().bench(R"({"automount": false, "tools": {"diskpart": {"delayMilliseconds": 600000}}})"));
     torvane().startLoading();
     torvane().press(kExit);
     expectQuestion(kExitCaption, kJobText, "Yes");
+    program().hurry(); // diskpart, which is asked for the mounting status
     expectQuestion(kMountingCaption, kMountingText, "No");
     expectEndOfProgram();
 }

@@ -3,6 +3,20 @@
 #include "tests/ui/driver/input.h"
 
 namespace torvane::driver {
+namespace {
+
+/// A scan that has logged its end still has its last step to do, and until then the next one is refused. True when it
+/// was refused, and the refusal is answered.
+bool dismissLoaderStillWorking(const Program& program) {
+    const auto box = program.dialog();
+    if (!box || box->text() != "***** Working *****") {
+        return false;
+    }
+    program.awaitBox().answer("OK");
+    return true;
+}
+
+} // namespace
 
 std::vector<LogEntry> TorvaneWindow::log() const {
     const ListView list = logList();
@@ -36,11 +50,16 @@ int TorvaneWindow::countLog(const std::string& messageStart) const {
 void TorvaneWindow::startLoading() const {
     const int started = countLog("Beginning Drive Scan");
     press(kLoadDrives);
-    await("the drive scan begins", [&] { return countLog("Beginning Drive Scan") > started || !program_->running(); });
+    await("the drive scan begins", [&] {
+        if (dismissLoaderStillWorking(*program_)) {
+            press(kLoadDrives);
+        }
+        return countLog("Beginning Drive Scan") > started || !program_->running();
+    });
 }
 
 void TorvaneWindow::awaitLoaded() const {
-    constexpr std::chrono::seconds kScanPatience{60};
+    constexpr std::chrono::seconds kScanPatience{120};
     const auto ended = [this] { return countLog("Drive Scan Completed") == countLog("Beginning Drive Scan"); };
     await(
         "the drive scan ends", [&] { return !program_->running() || ended(); }, kScanPatience);

@@ -172,7 +172,7 @@ void takePicture(const Tour& tour, const Step& step) {
         const RECT front = dialog->rect();
         UnionRect(&shown, &shown, &front);
     }
-    Picture::ofScreen(shown).save(tour.picturesFolder + "/" + step.picture);
+    Picture::atRest(shown).save(tour.picturesFolder + "/" + step.picture);
     std::printf("    %-20s %s\n", step.picture, step.description);
     std::fflush(stdout);
 }

@@ -94,6 +94,7 @@ TEST_F(TutorialTest, TickedAwayItNeverComesBack) {
     ASSERT_TRUE(again.mainWindow().exists()) << again.obituary();
     again.mainWindow().settle();
     EXPECT_FALSE(again.dialog()) << again.dialog()->describe();
+    EXPECT_TRUE(again.mainWindow().enabled()) << "the tutorial is about to open";
     EXPECT_EQ(flag(), kHidden);
 }
 
@@ -116,7 +117,7 @@ TEST_F(TutorialTest, EnterContinues) {
     const Program program(launch_);
     const Window tutorial = program.awaitDialog();
     bringToFront(tutorial);
-    EXPECT_EQ(focused(tutorial).id(), kContinue);
+    expectSoon([&] { EXPECT_EQ(focused(tutorial).id(), kContinue); });
     pressKey(tutorial, VK_RETURN);
     awaitClosed(program, tutorial);
 }

@@ -9,8 +9,8 @@
 
 namespace torvane::driver {
 
-/// A test with the shipped program in front of it. The program is started for the first test of a suite and serves the
-/// next ones too, as long as it runs and has no box open; it is gone at the suite's end.
+/// A test with the shipped program in front of it. The program is started when a test of the suite first asks for it
+/// and serves the next ones too, as long as it runs and has no box open; it is gone at the suite's end.
 ///
 /// A failed test leaves a picture of the screen and the list of open windows. A test that takes too long loses its
 /// program, so that it fails instead of stopping the run.
@@ -30,6 +30,7 @@ class UiTest : public ::testing::Test {
     /// This test ends the program itself; its absence is no fault.
     void expectEnd() { endExpected_ = true; }
 
+    /// The program; started now if there is none.
     [[nodiscard]] Program& program() const;
     [[nodiscard]] TorvaneWindow torvane() const { return TorvaneWindow(program()); }
 
@@ -37,7 +38,7 @@ class UiTest : public ::testing::Test {
     void expectBox(const std::string& caption, const std::string& text, BoxIcon icon, const std::string& answer) const;
     void expectStopBox(const std::string& caption, const std::string& text) const;
     void expectQuestion(const std::string& caption, const std::string& text, const std::string& answer) const;
-    /// Expects that no box and no dialog is open.
+    /// Expects that no box and no dialog is open or about to open when the window has dealt with all input so far.
     void expectNoBox() const;
 
   private:
@@ -52,6 +53,9 @@ class UiTest : public ::testing::Test {
 
 /// The pair's bench whose diskpart takes so long for each request; a scan asks it once for each drive.
 [[nodiscard]] BenchFolder slowBench(int milliseconds);
+
+/// The pair's bench whose diskpart works for longer than any test: a scan runs until the bench is told to hurry.
+[[nodiscard]] BenchFolder heldBench();
 
 /// Watches the test programs: pictures of failures. To be called once, before the tests run.
 void prepareUiTests();

@@ -51,15 +51,17 @@ void moveMouse(POINT place) {
           [place] { return pointsAt(place) || (SetCursorPos(place.x, place.y), false); });
 }
 
-/// Two clicks at one place are two clicks: waits until the second can no longer be taken for half of a double click.
-void avoidDoubleClick(POINT place) {
+/// Two clicks at one place are two clicks: the second comes when it can no longer be taken for half of a double click.
+void injectClick(POINT place, DWORD down, DWORD up) {
     static POINT lastPlace{-1, -1};
     static std::chrono::steady_clock::time_point lastTime;
-    const std::chrono::milliseconds doubleClickTime(GetDoubleClickTime());
+    constexpr std::chrono::milliseconds kMargin{100};
     if (std::abs(place.x - lastPlace.x) <= GetSystemMetrics(SM_CXDOUBLECLK) &&
         std::abs(place.y - lastPlace.y) <= GetSystemMetrics(SM_CYDOUBLECLK)) {
-        std::this_thread::sleep_until(lastTime + doubleClickTime * 2);
+        std::this_thread::sleep_until(lastTime + std::chrono::milliseconds(GetDoubleClickTime()) + kMargin);
     }
+    inject(mouseInputAt(place, down));
+    inject(mouseInputAt(place, up));
     lastPlace = place;
     lastTime = std::chrono::steady_clock::now();
 }
@@ -75,21 +77,28 @@ void raiseAboveOwner(const Window& window, POINT place) {
 }
 
 void requireReachable(const Window& window, POINT place) {
-    if (!window.visible()) {
+    // What a command shows or frees when it ends may still be hidden or disabled.
+    if (!waitUntil([&] { return window.visible() || !window.exists(); }) || !window.exists()) {
         throw Failure("cannot be clicked, is not visible: " + window.describe());
     }
-    if (!window.enabled()) {
+    if (!waitUntil([&] { return window.enabled() || !window.exists(); }) || !window.exists()) {
         throw Failure("cannot be clicked, is disabled: " + window.describe());
     }
     // A window that has only just appeared may not be on top yet.
     const auto onTop = [&] { return WindowFromPoint(place) == window.handle(); };
-    if (!waitUntil(onTop, std::chrono::seconds(2))) {
+    if (!waitUntil(onTop, std::chrono::milliseconds(500))) {
         raiseAboveOwner(window, place);
     }
-    if (!waitUntil(onTop, std::chrono::seconds(2))) {
+    if (!waitUntil(onTop)) {
         throw Failure("cannot be clicked: " + window.describe() + " is covered by " +
                       Window(WindowFromPoint(place)).describe());
     }
+}
+
+/// True when keys go to the thread that `window` belongs to.
+bool hasKeyboard(const Window& window) {
+    return GetWindowThreadProcessId(GetForegroundWindow(), nullptr) ==
+           GetWindowThreadProcessId(window.handle(), nullptr);
 }
 
 /// False too for a button that went away together with its box.
@@ -110,9 +119,8 @@ void clickAt(const Window& window, POINT place, MouseButton button) {
     const bool left = button == MouseButton::kLeft;
     requireReachable(window, place);
     moveMouse(place);
-    avoidDoubleClick(place);
-    inject(mouseInputAt(place, left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN));
-    inject(mouseInputAt(place, left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP));
+    injectClick(place, left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN,
+                left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP);
     window.settle();
 }
 
@@ -159,6 +167,8 @@ void parkMouse() {
 }
 
 void pressKey(const Window& window, WORD key, WORD modifier) {
+    // A key goes to nobody while the keyboard passes from one window to the next.
+    await("the keyboard is the program's", [&] { return hasKeyboard(window); });
     if (modifier != 0) {
         inject(keyInput(modifier, false));
     }

@@ -97,8 +97,7 @@ BoxIcon MessageBoxWindow::icon() const {
             parkMouse();
             // The box is drawn a moment after it has appeared.
             BoxIcon icon = BoxIcon::kUnknown;
-            (void)waitUntil([&] { return (icon = recognise(Picture::ofScreen(child.rect()))) != BoxIcon::kUnknown; },
-                            std::chrono::seconds(2));
+            (void)waitUntil([&] { return (icon = recognise(Picture::ofScreen(child.rect()))) != BoxIcon::kUnknown; });
             return icon;
         }
     }

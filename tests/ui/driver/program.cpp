@@ -94,9 +94,18 @@ void Program::start() {
     await(
         "the program has started", [&] { return findProcess() || launcherEnded(); }, kStartPatience);
     if (process_ == nullptr) {
-        throw Failure("the launcher ended without the program: " + launcherOutput());
+        adoptEndedProgram();
     }
     awaitMainWindow();
+}
+
+// A program may end before anybody saw it: then the launcher has ended with its exit code and had nothing to complain
+// of.
+void Program::adoptEndedProgram() {
+    if (!launcherOutput().empty()) {
+        throw Failure("the launcher ended without the program: " + launcherOutput());
+    }
+    DuplicateHandle(GetCurrentProcess(), launcher_, GetCurrentProcess(), &process_, 0, FALSE, DUPLICATE_SAME_ACCESS);
 }
 
 void Program::startLauncher() {

@@ -68,6 +68,7 @@ class Program {
     void start();
     void close();
     void startLauncher();
+    void adoptEndedProgram();
     void awaitMainWindow();
     void runLauncher(const std::wstring& option, int drive) const;
     [[nodiscard]] bool findProcess();

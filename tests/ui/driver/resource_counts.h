@@ -11,6 +11,8 @@ struct ResourceCounts {
     int kernelHandles = 0; ///< files, threads, processes, events ...
     int gdiObjects = 0;    ///< pens, brushes, fonts, bitmaps, device contexts ...
     int windows = 0;       ///< with all children, visible or not
+
+    [[nodiscard]] bool operator==(const ResourceCounts& other) const = default;
 };
 
 std::ostream& operator<<(std::ostream& stream, const ResourceCounts& counts);

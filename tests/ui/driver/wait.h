@@ -14,7 +14,7 @@ class Failure : public std::runtime_error {
 };
 
 /// How long anything that happens at once on an idle machine may take on a busy one.
-inline constexpr std::chrono::milliseconds kPatience{15'000};
+inline constexpr std::chrono::milliseconds kPatience{30'000};
 
 /// True as soon as `condition()` holds, false when it never did within `limit`.
 template <typename Condition>
