@@ -135,11 +135,24 @@ void Program::startLauncher() {
 
 void Program::awaitMainWindow() {
     await(
-        "a window of the program is there", [&] { return findMainWindow() || dialog() || !running(); }, kStartPatience);
+        "a window of the program is there", [&] { return findMainWindow() || dialog() || !starting(); },
+        kStartPatience);
     // A dialog may have come up together with the main window.
     if (findMainWindow()) {
         mainWindow_.awaitPainted();
     }
+}
+
+// The launcher starts the program again when the system has lost it on its way; what was seen first has ended then.
+bool Program::starting() {
+    if (running()) {
+        return true;
+    }
+    if (WaitForSingleObject(launcher_, 0) == WAIT_OBJECT_0) {
+        return false;
+    }
+    (void)findProcess();
+    return true;
 }
 
 bool Program::findMainWindow() {
@@ -160,7 +173,11 @@ bool Program::findProcess() {
     PROCESSENTRY32W entry{};
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(snapshot, &entry); more != FALSE; more = Process32NextW(snapshot, &entry)) {
-        if (entry.th32ParentProcessID == launcherId_ && lstrcmpiW(entry.szExeFile, kProgramName) == 0) {
+        if (entry.th32ParentProcessID == launcherId_ && entry.th32ProcessID != processId_ &&
+            lstrcmpiW(entry.szExeFile, kProgramName) == 0) {
+            if (process_ != nullptr) {
+                CloseHandle(process_);
+            }
             processId_ = entry.th32ProcessID;
             process_ = OpenProcess(SYNCHRONIZE | PROCESS_QUERY_INFORMATION, FALSE, processId_);
             break;

@@ -72,6 +72,7 @@ class Program {
     void awaitMainWindow();
     void runLauncher(const std::wstring& option, int drive) const;
     [[nodiscard]] bool findProcess();
+    [[nodiscard]] bool starting();
     [[nodiscard]] bool findMainWindow();
     [[nodiscard]] std::string launcherOutput() const;
 
