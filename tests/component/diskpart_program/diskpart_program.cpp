@@ -20,7 +20,7 @@ int main(int count, char** arguments) {
         return 1;
     }
     const std::string script = arguments[2];
-    std::ofstream(script + ".runs");
+    const std::ofstream runs(script + ".runs");
     while (GetFileAttributesA((script + ".held").c_str()) != INVALID_FILE_ATTRIBUTES) {
         Sleep(5);
     }
