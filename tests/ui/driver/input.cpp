@@ -101,16 +101,20 @@ bool hasKeyboard(const Window& window) {
            GetWindowThreadProcessId(window.handle(), nullptr);
 }
 
-/// False too for a button that went away together with its box.
+/// False too for a button that went away together with its box. It is asked in short turns: a question that is under
+/// way when the button goes gets no answer as long as its thread is busy with the command.
 bool isPushed(const Window& button) {
-    try {
-        return (button.send(BM_GETSTATE) & BST_PUSHED) != 0;
-    } catch (const Failure&) {
-        if (button.exists()) {
-            throw;
-        }
-        return false;
+    constexpr UINT kTurnMilliseconds = 300;
+    DWORD_PTR state = 0;
+    bool answered = false;
+    const auto settled = waitUntil([&] {
+        answered = SendMessageTimeoutW(button.handle(), BM_GETSTATE, 0, 0, SMTO_NORMAL, kTurnMilliseconds, &state) != 0;
+        return answered || !button.exists();
+    });
+    if (!settled) {
+        throw Failure("does not answer: " + button.describe());
     }
+    return answered && (state & BST_PUSHED) != 0;
 }
 
 } // namespace
