@@ -1,4 +1,4 @@
-#include "workbench/hooks/child_process.h"
+#include "workbench/hooks/start_again.h"
 
 #include <gtest/gtest.h>
 

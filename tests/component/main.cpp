@@ -1,5 +1,5 @@
 #include "tests/component/import_patched.h"
-#include "workbench/hooks/child_process.h"
+#include "workbench/hooks/start_again.h"
 
 #include <gmock/gmock.h>
 

@@ -2,6 +2,7 @@
 #include "workbench/hooks/child_process.h"
 #include "workbench/hooks/hook_functions.h"
 #include "workbench/hooks/hooks.h"
+#include "workbench/hooks/start_again.h"
 #include "workbench/session/win32_text.h"
 
 #include <array>

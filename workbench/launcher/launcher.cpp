@@ -1,5 +1,6 @@
 #include "workbench/description/bench_files.h"
 #include "workbench/hooks/child_process.h"
+#include "workbench/hooks/start_again.h"
 #include "workbench/session/bench_folder.h"
 #include "workbench/session/unique_handle.h"
 #include "workbench/session/win32_text.h"

@@ -1,6 +1,8 @@
 #include "tests/ui/driver/program.h"
 
+#include "base/owned_handle.h"
 #include "tests/ui/driver/text.h"
+#include "workbench/hooks/start_again.h"
 
 #include <tlhelp32.h>
 
@@ -30,10 +32,27 @@ HANDLE makeJob() {
     return job;
 }
 
-HANDLE createInheritableFile(const fs::path& path) {
+/// Starts a program without a window of its own. Throws when it cannot be started.
+PROCESS_INFORMATION startProcess(std::wstring commandLine, STARTUPINFOW startup, DWORD flags, BOOL inherit,
+                                 const wchar_t* folder) {
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    const DWORD error = bench::startAgainWhenLost([&]() -> DWORD {
+        return CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, inherit, CREATE_NO_WINDOW | flags, nullptr,
+                              folder, &startup, &process) != FALSE
+                   ? 0
+                   : GetLastError();
+    });
+    if (error != 0) {
+        throw Failure("error " + std::to_string(error) + ", cannot start " + toUtf8(commandLine));
+    }
+    return process;
+}
+
+UniqueFile createInheritableFile(const fs::path& path) {
     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
-    return CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable, CREATE_ALWAYS,
-                       FILE_ATTRIBUTE_NORMAL, nullptr);
+    return UniqueFile(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable,
+                                  CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 /// The dialogs' furniture: menus and the like are top-level windows as well.
@@ -109,23 +128,15 @@ void Program::adoptEndedProgram() {
 }
 
 void Program::startLauncher() {
-    std::wstring commandLine = L"\"" + launch_.launcher.wstring() + L"\" \"" + launch_.bench.wstring() + L"\" \"" +
-                               launch_.program.wstring() + L"\"";
-    const HANDLE output = createInheritableFile(folder() / kLauncherOutput);
+    const std::wstring commandLine = L"\"" + launch_.launcher.wstring() + L"\" \"" + launch_.bench.wstring() +
+                                     L"\" \"" + launch_.program.wstring() + L"\"";
+    const UniqueFile output = createInheritableFile(folder() / kLauncherOutput);
     STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = output;
-    startup.hStdError = output;
-    PROCESS_INFORMATION process{};
+    startup.hStdOutput = output.get();
+    startup.hStdError = output.get();
     // Suspended, so that it is in the job before it can start anything itself.
-    const BOOL created =
-        CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED | CREATE_NO_WINDOW,
-                       nullptr, folder().c_str(), &startup, &process);
-    CloseHandle(output);
-    if (created == FALSE) {
-        throw Failure("cannot start " + launch_.launcher.string());
-    }
+    const PROCESS_INFORMATION process = startProcess(commandLine, startup, CREATE_SUSPENDED, TRUE, folder().c_str());
     launcher_ = process.hProcess;
     launcherId_ = process.dwProcessId;
     AssignProcessToJobObject(job_, process.hProcess);
@@ -258,15 +269,9 @@ MessageBoxWindow Program::awaitBoxOver(const Window& dialog) const {
 }
 
 void Program::runLauncher(const std::wstring& option, int drive) const {
-    std::wstring commandLine = L"\"" + launch_.launcher.wstring() + L"\" " + option + L" \"" + launch_.bench.wstring() +
-                               L"\" " + std::to_wstring(drive);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr,
-                       &startup, &process) == FALSE) {
-        throw Failure("cannot start " + launch_.launcher.string());
-    }
+    const std::wstring commandLine = L"\"" + launch_.launcher.wstring() + L"\" " + option + L" \"" +
+                                     launch_.bench.wstring() + L"\" " + std::to_wstring(drive);
+    const PROCESS_INFORMATION process = startProcess(commandLine, {}, 0, FALSE, nullptr);
     CloseHandle(process.hThread);
     WaitForSingleObject(process.hProcess, 30'000);
     DWORD code = 0;
