@@ -109,7 +109,8 @@ def main():
     elif command == "failures":
         print_failures(*rest)
     elif command == "failed":
-        print("\n".join(full_name(case) for case in failed_cases(ET.parse(rest[0]).getroot())))
+        for case in failed_cases(ET.parse(rest[0]).getroot()):
+            print(full_name(case))
     elif command == "second-try":
         second_try(*rest)
     elif command == "count":

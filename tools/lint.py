@@ -24,6 +24,21 @@ ROOT = Path(__file__).resolve().parent.parent
 CACHE = ROOT / "build" / "lint-cache"
 TIDY = "clang-tidy"
 TIMEOUT_SECONDS = 600
+running = set()
+
+
+def run_tidy(command):
+    """Its exit status and what it printed."""
+    with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, cwd=ROOT) as tidy:
+        running.add(tidy)
+        try:
+            output, errors = tidy.communicate(timeout=TIMEOUT_SECONDS)
+        except subprocess.TimeoutExpired:
+            tidy.kill()
+            raise
+        finally:
+            running.discard(tidy)
+    return tidy.returncode, output.strip() or errors.strip()
 
 
 def ours(path):
@@ -88,12 +103,10 @@ class Build:
         """The findings as text; empty when there are none."""
         command = [TIDY, "--quiet", f"-p={self.folder}", *(f"--extra-arg={argument}" for argument in self.extra), source]
         try:
-            run = subprocess.run(command, capture_output=True, text=True, cwd=ROOT, timeout=TIMEOUT_SECONDS)
+            status, text = run_tidy(command)
         except subprocess.TimeoutExpired:
             return f"{source}: no end after {TIMEOUT_SECONDS} s"
-        if run.returncode == 0:
-            return ""
-        return run.stdout.strip() or run.stderr.strip()
+        return text if status != 0 else ""
 
 
 def main():
@@ -125,15 +138,17 @@ def main():
 
     findings = []
     with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
-        runs = {pool.submit(build.analyse, source): source for source, build in work.items()}
         try:
+            runs = {pool.submit(build.analyse, source): source for source, build in work.items()}
             for run in concurrent.futures.as_completed(runs):
                 if run.result():
                     findings.append(run.result())
                 else:
                     (CACHE / keys[runs[run]]).touch()
         except KeyboardInterrupt:
-            pool.shutdown(cancel_futures=True)
+            pool.shutdown(wait=False, cancel_futures=True)
+            for tidy in list(running):
+                tidy.kill()
             sys.exit("interrupted")
 
     # Results that no run has asked for during a month are dropped.

@@ -5,9 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -31,6 +35,16 @@ class BenchTest : public ::testing::Test {
 
     /// From now on nothing on the bench takes its time.
     void hurry() const { write("hurry", ""); }
+
+    /// Waits for a line of the log with every one of these texts; false when none comes.
+    [[nodiscard]] bool awaitLog(std::initializer_list<std::string_view> texts) const {
+        constexpr int kPauseMilliseconds = 5;
+        int patience = 60000 / kPauseMilliseconds;
+        while (bench_.logLines(texts).empty() && patience-- > 0) {
+            Sleep(kPauseMilliseconds);
+        }
+        return patience > 0;
+    }
 
     [[nodiscard]] std::filesystem::path benchFolder() const { return scratch_.path() / "bench"; }
     [[nodiscard]] const std::filesystem::path& scratchFolder() const { return scratch_.path(); }

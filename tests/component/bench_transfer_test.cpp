@@ -344,9 +344,7 @@ TEST_F(BenchFaultTest, ASlowTransferIsLoggedBeforeItWaits) {
     const UniqueHandle drive = open(R"(\\.\PhysicalDrive4)");
     const ULONGLONG start = GetTickCount64();
     std::thread looking([this] {
-        while (bench().logLines("target=drive:4 request=wait offset=512 length=512 result=ok").empty()) {
-            Sleep(5);
-        }
+        EXPECT_TRUE(awaitLog({"target=drive:4 request=wait offset=512 length=512 result=ok"}));
         EXPECT_TRUE(bench().logLines("request=read").empty()) << "the read has not ended";
         hurry();
     });

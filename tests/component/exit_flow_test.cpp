@@ -79,7 +79,9 @@ class ExitFlowTest : public ::testing::Test {
         secondStatus = {&state_, GetCurrentThreadId(), std::move(ready)};
         const ImportPatched patched(__imp_fopen, &openWhenReady);
         realOpen = patched.original();
-        return confirmExit(state_);
+        const bool leaving = confirmExit(state_);
+        EXPECT_EQ(secondStatus.thread, 0U) << "the status was not asked for a second time";
+        return leaving;
     }
     bool confirmExitAskingAgainBehindTheWorker() {
         return confirmExitAskingAgainWhen(

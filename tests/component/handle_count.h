@@ -37,7 +37,7 @@ inline void expectNoHandleLost(const std::function<void()>& again) {
     constexpr int kRounds = 4;
     constexpr int kAttempts = 8;
     again();
-    DWORD before = lowestHandleCount(0, 10);
+    DWORD before = lowestHandleCount(0, 80);
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         for (int round = 0; round < kRounds; ++round) {
             again();

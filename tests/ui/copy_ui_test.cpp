@@ -67,7 +67,7 @@ void CopyUiTest::useUntouchedBench() {
     leaveProgramUsed();
 }
 
-// A box is not clicked twice for nothing: clicks at one place must lie a second apart.
+// A box is not clicked twice for nothing: clicks at one place must lie a double click apart.
 void CopyUiTest::tickOnly(const std::string& model) const {
     const ListView drives = torvane().driveList();
     const int wanted = drives.rowWith(0, model);
