@@ -138,10 +138,12 @@ TEST_F(RaceTrackTest, FiveHundredRepaintsLeaveNoGdiObjectBehind) {
     const ResourceCounts before = countResources(program().processId());
     ASSERT_GT(before.gdiObjects, 0);
     repaint(500);
+    // A leak in every hundredth repaint would show; the system's own caches may still take a few.
+    constexpr int kSlack = 4;
     expectSoon([&] {
         const ResourceCounts after = countResources(program().processId());
-        EXPECT_EQ(after.gdiObjects, before.gdiObjects);
-        EXPECT_LE(after.kernelHandles, before.kernelHandles);
+        EXPECT_LE(after.gdiObjects, before.gdiObjects + kSlack) << before << " became " << after;
+        EXPECT_LE(after.kernelHandles, before.kernelHandles + kSlack) << before << " became " << after;
     });
     dialog.leave();
 }
