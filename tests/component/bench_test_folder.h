@@ -1,11 +1,10 @@
 #pragma once
 
 #include "tests/component/scratch_folder.h"
+#include "tests/ui/driver/wait.h"
 #include "workbench/bench_client.h"
 
 #include <gtest/gtest.h>
-
-#include <windows.h>
 
 #include <filesystem>
 #include <fstream>
@@ -38,12 +37,7 @@ class BenchTest : public ::testing::Test {
 
     /// Waits for a line of the log with every one of these texts; false when none comes.
     [[nodiscard]] bool awaitLog(std::initializer_list<std::string_view> texts) const {
-        constexpr int kPauseMilliseconds = 5;
-        int patience = 60000 / kPauseMilliseconds;
-        while (bench_.logLines(texts).empty() && patience-- > 0) {
-            Sleep(kPauseMilliseconds);
-        }
-        return patience > 0;
+        return driver::waitUntil([&] { return !bench_.logLines(texts).empty(); });
     }
 
     [[nodiscard]] std::filesystem::path benchFolder() const { return scratch_.path() / "bench"; }

@@ -3,6 +3,7 @@
 #include "tests/component/handle_count.h"
 #include "tests/component/package_folder.h"
 #include "tests/component/scratch_folder.h"
+#include "tests/ui/driver/wait.h"
 #include "workbench/bench_client.h"
 
 #include <gtest/gtest.h>
@@ -58,12 +59,7 @@ class TestBench {
 
     /// Waits until the log has so many lines that `log` finds; false when they do not come.
     [[nodiscard]] bool awaitLog(const std::string& fields, std::size_t lines = 1) const {
-        constexpr int kPauseMilliseconds = 5;
-        int patience = 60000 / kPauseMilliseconds;
-        while (log(fields).size() < lines && patience-- > 0) {
-            Sleep(kPauseMilliseconds);
-        }
-        return log(fields).size() >= lines;
+        return driver::waitUntil([&] { return log(fields).size() >= lines; });
     }
 
     /// The log's lines that have every one of the blank-separated `fields`, oldest first. A field that ends in ':' or

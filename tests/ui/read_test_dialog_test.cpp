@@ -254,15 +254,11 @@ class SlowReadTest : public ReadTestDialogTest {
 };
 
 /// A Short test reads three of its hundred places, and goes on when the bench is told to hurry.
-class HeldShortTest : public ReadTestDialogTest {
+class HeldShortTest : public SlowReadTest {
   protected:
     [[nodiscard]] BenchFolder layOutBench() const override {
         return testBench("10 GiB",
                          faults(R"({"slow": [{"firstSector": 629145, "sectors": 20342375, "milliseconds": 600000}]})"));
-    }
-    void SetUp() override {
-        ReadTestDialogTest::SetUp();
-        program().takeTime();
     }
 };
 
