@@ -1,10 +1,10 @@
 #include "admin/bitlocker_dialog.h"
 
 #include "admin/bitlocker_scan.h"
-#include "app/app_state.h"
 #include "base/colours.h"
 #include "base/format.h"
 #include "resources/resource_ids.h"
+#include "state/app_state.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
 

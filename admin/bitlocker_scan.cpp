@@ -1,11 +1,11 @@
 #include "admin/bitlocker_scan.h"
 
 #include "admin/bitlocker_output.h"
-#include "app/app_state.h"
-#include "app/event_log.h"
 #include "base/format.h"
 #include "base/owned_handle.h"
 #include "monitoring/command_runner.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "discovery/bitlocker_entry.h"
+#include "records/bitlocker_entry.h"
 
 namespace torvane {
 

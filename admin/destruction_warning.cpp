@@ -1,8 +1,8 @@
 #include "admin/destruction_warning.h"
 
 #include "base/format.h"
-#include "discovery/drive_record.h"
 #include "discovery/drive_volumes.h"
+#include "records/drive_record.h"
 
 namespace torvane {
 

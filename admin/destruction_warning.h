@@ -1,6 +1,6 @@
 #pragma once
 
-#include "discovery/volume_record.h"
+#include "records/volume_record.h"
 
 #include <cstdint>
 #include <functional>

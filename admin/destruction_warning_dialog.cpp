@@ -2,12 +2,12 @@
 
 #include "admin/destruction_warning.h"
 #include "admin/volume_identity.h"
-#include "app/app_state.h"
 #include "base/colours.h"
 #include "discovery/disk_identity.h"
 #include "discovery/drive_volumes.h"
 #include "discovery/volume_map.h"
 #include "resources/resource_ids.h"
+#include "state/app_state.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
 #include "ui/prompts.h"
@@ -30,11 +30,12 @@ constexpr RECT kNoPlace{370, 250, 460, 276};
 
 class DestructionWarningDialog : public Dialog {
   public:
-    explicit DestructionWarningDialog(const AppState& state) : Dialog(IDD_DESTRUCTION_WARNING), state_(state) {}
+    DestructionWarningDialog(const VolumeTable& volumes, const Destruction& destruction)
+        : Dialog(IDD_DESTRUCTION_WARNING), volumes_(volumes), destruction_(destruction) {}
 
   protected:
     bool onInitialise() override {
-        SetWindowTextA(window(), state_.copy.warningCaption.c_str());
+        SetWindowTextA(window(), destruction_.caption);
         createFonts();
         sizeClientArea(kClientSize);
         centreOnOwner();
@@ -80,8 +81,7 @@ class DestructionWarningDialog : public Dialog {
         list_.addColumn("Type", 100);
         list_.addColumn("Model/Volume", 230);
         list_.addColumn("Relation", 120);
-        const std::vector<WarningRow> rows =
-            warningRows(*state_.copy.destination, state_.scan.volumes, readVolumeIdentity);
+        const std::vector<WarningRow> rows = warningRows(destruction_.drive, volumes_, readVolumeIdentity);
         for (const WarningRow& row : rows) {
             const int position = list_.appendRow(row.type.c_str(), 0);
             list_.setCell(position, 1, row.name.c_str());
@@ -94,33 +94,26 @@ class DestructionWarningDialog : public Dialog {
     void onYes() { end(1); }
     void onNo() { end(0); }
 
-    const AppState& state_;
+    const VolumeTable& volumes_;
+    const Destruction& destruction_;
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     UniqueFont boldFont_;
     ListView list_;
 };
 
-bool readsSourceImageFrom(const AppState& state, const DriveRecord& destination) {
-    return holdsVolume(destination, state.scan.volumes, state.copy.sourceImageLetter);
-}
-
 } // namespace
 
-bool confirmDestruction(AppState& state, HWND owner) {
-    const DriveRecord* const destination = state.copy.destination;
-    if (destination == nullptr) {
-        return false;
-    }
+bool confirmDestruction(AppState& state, const Destruction& destruction, HWND owner) {
     // Letters may have been given and moved since the drives were loaded.
     refreshVolumes(state);
-    if (readsSourceImageFrom(state, *destination)) {
+    if (holdsVolume(destruction.drive, state.scan.volumes, destruction.sourceImageLetter)) {
         prompts::stop("******* WARNING *******", "You cannot copy Image to Source Drive");
         return false;
     }
-    if (DestructionWarningDialog(state).runModal(owner) != 1) {
+    if (DestructionWarningDialog(state.scan.volumes, destruction).runModal(owner) != 1) {
         return false;
     }
-    if (!isStillTheProbedDisk(*destination)) {
+    if (!isStillTheProbedDisk(destruction.drive)) {
         prompts::stop("***** DRIVE HAS CHANGED *****",
                       "The DESTINATION is not the drive that was loaded any more, or it does not answer. Nothing was "
                       "written. Load the drives again");

@@ -1,11 +1,11 @@
 #include "admin/disk_commands.h"
 
 #include "admin/disk_part.h"
-#include "app/app_state.h"
-#include "app/drive_job.h"
-#include "app/event_log.h"
 #include "base/format.h"
 #include "discovery/drive_volumes.h"
+#include "state/app_state.h"
+#include "state/drive_job.h"
+#include "state/event_log.h"
 #include "ui/prompts.h"
 
 #include <functional>
@@ -122,8 +122,8 @@ void startClearReadOnly(AppState& state, DriveRecord& drive) {
     startChange(state, [&] { return clearReadOnly(state, drive); });
 }
 
-void startCleanDisk(AppState& state) {
-    startChange(state, [&] { return cleanDisk(state); });
+void startCleanDisk(AppState& state, DriveRecord& drive) {
+    startChange(state, [&] { return cleanDisk(state, drive); });
 }
 
 DWORD setReadOnly(AppState& state, DriveRecord& drive) {
@@ -136,12 +136,9 @@ DWORD clearReadOnly(AppState& state, DriveRecord& drive) {
     return reportOutcome(state, drive, kClearTexts, changeReadOnly(state, drive, false));
 }
 
-DWORD cleanDisk(AppState& state) {
-    const DriveRecord& drive = *state.copy.destination;
+DWORD cleanDisk(AppState& state, DriveRecord& drive) {
     state.view->setDriveStatus(drive, kCleanTexts.activity);
-    const bool cleaned = DP_CleanDisk(state) == 1;
-    state.copy.destination = nullptr;
-    return reportOutcome(state, drive, kCleanTexts, cleaned);
+    return reportOutcome(state, drive, kCleanTexts, DP_CleanDisk(state, drive) == 1);
 }
 
 } // namespace torvane

@@ -21,14 +21,14 @@ struct DriveRecord;
 void startSetReadOnly(AppState& state, DriveRecord& drive);
 void startClearReadOnly(AppState& state, DriveRecord& drive);
 
-/// "Clean Disk...", once the user has confirmed it: cleans the state's destination drive, which is none afterwards.
-void startCleanDisk(AppState& state);
+/// "Clean Disk...", once the user has confirmed it.
+void startCleanDisk(AppState& state, DriveRecord& drive);
 
 // What their threads run, on the calling thread. `jobActive` is cleared before the box is shown. They return the
 // thread's exit code: 1 when the change was made, else 0.
 
 DWORD setReadOnly(AppState& state, DriveRecord& drive);
 DWORD clearReadOnly(AppState& state, DriveRecord& drive);
-DWORD cleanDisk(AppState& state);
+DWORD cleanDisk(AppState& state, DriveRecord& drive);
 
 } // namespace torvane

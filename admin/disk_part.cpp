@@ -1,14 +1,14 @@
 #include "admin/disk_part.h"
 
 #include "admin/disk_part_results.h"
-#include "app/app_state.h"
-#include "app/event_log.h"
 #include "base/file_name_part.h"
 #include "base/format.h"
 #include "base/stdio_file.h"
 #include "base/whole_file.h"
 #include "base/worker_thread.h"
 #include "monitoring/command_runner.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
 #include "ui/prompts.h"
 
 #include <cstdio>
@@ -251,10 +251,9 @@ bool changeReadOnly(AppState& state, DriveRecord& drive, bool wanted) {
     return answer && (wanted ? answer->readOnly : answer->writable);
 }
 
-int DP_CleanDisk(AppState& state) {
+int DP_CleanDisk(AppState& state, const DriveRecord& drive) {
     constexpr const char* kScriptFileName = "DPCleanDiskScript.txt";
     constexpr const char* kResultsFileName = "DISKPART Clean Results.txt";
-    const DriveRecord& drive = *state.copy.destination;
     // An image file stands for no disk of the system: its number 0 is another disk's.
     if (drive.recordKind == kRecordKindImageFile) {
         return reportUncleaned(drive);

@@ -32,10 +32,9 @@ std::int32_t DP_ClearReadOnly(AppState& state, DriveRecord& drive);
 /// an image file, for which diskpart is not asked.
 bool changeReadOnly(AppState& state, DriveRecord& drive, bool wanted);
 
-/// Wipes the partition table of the state's destination drive (`copy.destination`), so that the system lets go of its
-/// volumes and takes raw writes. Returns 1 when diskpart reported success; otherwise 0, after one "ERROR" log row.
-/// Waits for diskpart on the calling thread.
-int DP_CleanDisk(AppState& state);
+/// Wipes the drive's partition table, so that the system lets go of its volumes and takes raw writes. Returns 1 when
+/// diskpart reported success; otherwise 0, after one "ERROR" log row. Waits for diskpart on the calling thread.
+int DP_CleanDisk(AppState& state, const DriveRecord& drive);
 
 /// Thread procedures; the argument is the AppState. Exit code 1 after a normal end, 0 after a failure.
 DWORD WINAPI DP_DisableMountingWorker(void* state);

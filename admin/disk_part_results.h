@@ -1,6 +1,6 @@
 #pragma once
 
-#include "admin/mount_status.h"
+#include "state/mount_status.h"
 
 namespace torvane {
 

@@ -14,6 +14,29 @@ OVERLAPPED placeAt(std::uint64_t offset) {
     return place;
 }
 
+constexpr DWORD kNoSuchDevice = 433; // ERROR_NO_SUCH_DEVICE, which not every winerror.h has
+
+/// What the system answers for a device that was unplugged or removed (Win32 system error codes).
+bool tellsThatDeviceIsGone(DWORD error) {
+    switch (error) {
+    case ERROR_DEV_NOT_EXIST:
+    case kNoSuchDevice:
+    case ERROR_DEVICE_NOT_CONNECTED:
+    case ERROR_DEVICE_REMOVED:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Leaves the thread's last error as it is.
+TransferOutcome outcomeOf(BOOL done, bool whole) {
+    if (done != FALSE) {
+        return whole ? TransferOutcome::kWhole : TransferOutcome::kFailed;
+    }
+    return tellsThatDeviceIsGone(GetLastError()) ? TransferOutcome::kGone : TransferOutcome::kFailed;
+}
+
 } // namespace
 
 bool canReach(void* handle, std::uint64_t offset) {
@@ -23,18 +46,20 @@ bool canReach(void* handle, std::uint64_t offset) {
     return low != INVALID_SET_FILE_POINTER;
 }
 
-bool readWholeAt(void* handle, std::uint64_t offset, std::span<std::byte> bytes) {
+TransferOutcome readAt(void* handle, std::uint64_t offset, std::span<std::byte> bytes) {
     const auto length = static_cast<DWORD>(bytes.size());
     OVERLAPPED place = placeAt(offset);
     DWORD count = 0;
-    return ReadFile(handle, bytes.data(), length, &count, &place) != FALSE && count == length;
+    const BOOL done = ReadFile(handle, bytes.data(), length, &count, &place);
+    return outcomeOf(done, count == length);
 }
 
-bool writeWholeAt(void* handle, std::uint64_t offset, std::span<const std::byte> bytes) {
+TransferOutcome writeAt(void* handle, std::uint64_t offset, std::span<const std::byte> bytes) {
     const auto length = static_cast<DWORD>(bytes.size());
     OVERLAPPED place = placeAt(offset);
     DWORD count = 0;
-    return WriteFile(handle, bytes.data(), length, &count, &place) != FALSE && count == length;
+    const BOOL done = WriteFile(handle, bytes.data(), length, &count, &place);
+    return outcomeOf(done, count == length);
 }
 
 } // namespace torvane

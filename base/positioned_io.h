@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/transfer_outcome.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -13,8 +15,9 @@ namespace torvane {
 /// Moves the file pointer, to learn whether the place can be reached at all.
 [[nodiscard]] bool canReach(void* handle, std::uint64_t offset);
 
-/// True when the whole span was transferred. `GetLastError` tells why not; after a short transfer it tells nothing.
-[[nodiscard]] bool readWholeAt(void* handle, std::uint64_t offset, std::span<std::byte> bytes);
-[[nodiscard]] bool writeWholeAt(void* handle, std::uint64_t offset, std::span<const std::byte> bytes);
+/// Moves the whole span: whole, failed or gone. Whether the place can be reached is not asked. After a failure
+/// `GetLastError` tells why; after a short transfer it tells nothing.
+[[nodiscard]] TransferOutcome readAt(void* handle, std::uint64_t offset, std::span<std::byte> bytes);
+[[nodiscard]] TransferOutcome writeAt(void* handle, std::uint64_t offset, std::span<const std::byte> bytes);
 
 } // namespace torvane

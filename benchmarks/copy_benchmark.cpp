@@ -7,10 +7,10 @@
 // the drive's "Status" cell said last. The destination is not cleaned by diskpart first, because the peers do nothing
 // of the kind either.
 
-#include "app/app_state.h"
-#include "copy/copy_jobs.h"
-#include "copy/windows_copy_system.h"
+#include "copy/engine/windows_copy_system.h"
+#include "copy/jobs/copy_jobs.h"
 #include "discovery/physical_drive_probe.h"
+#include "state/app_state.h"
 #include "ui/prompts.h"
 #include "workbench/bench_client.h"
 

@@ -1,7 +1,7 @@
 #include "discovery/ata_identify.h"
 
 #include "discovery/device_text.h"
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <algorithm>
 #include <span>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/bytes.h"
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <cstdint>
 #include <optional>

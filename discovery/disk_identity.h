@@ -1,7 +1,7 @@
 #pragma once
 
-#include "discovery/drive_record.h"
 #include "discovery/storage_descriptor.h"
+#include "records/drive_record.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
 #include "discovery/drive_volumes.h"
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,12 +1,12 @@
 #include "discovery/physical_drive_probe.h"
 
-#include "app/event_log.h"
 #include "base/format.h"
 #include "discovery/ata_identify.h"
 #include "discovery/bus_type.h"
 #include "discovery/device_request.h"
 #include "discovery/disk_identity.h"
 #include "discovery/storage_descriptor.h"
+#include "state/event_log.h"
 
 #include <windows.h>
 #include <winioctl.h>

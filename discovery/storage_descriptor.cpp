@@ -2,7 +2,7 @@
 
 #include "discovery/bus_type.h"
 #include "discovery/device_text.h"
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <algorithm>
 #include <cstddef>

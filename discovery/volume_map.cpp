@@ -1,10 +1,10 @@
 #include "discovery/volume_map.h"
 
-#include "app/app_state.h"
 #include "base/format.h"
 #include "base/owned_handle.h"
 #include "discovery/device_request.h"
 #include "discovery/volume_table.h"
+#include "state/app_state.h"
 
 #include <winioctl.h>
 

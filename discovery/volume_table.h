@@ -1,7 +1,7 @@
 #pragma once
 
 #include "discovery/volume_extents.h"
-#include "discovery/volume_record.h"
+#include "records/volume_record.h"
 
 #include <span>
 

@@ -1,8 +1,8 @@
 #include "health/grading.h"
 
 #include "base/format.h"
-#include "discovery/drive_record.h"
 #include "health/counter_levels.h"
+#include "records/drive_record.h"
 
 #include <algorithm>
 

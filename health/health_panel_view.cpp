@@ -1,9 +1,9 @@
 #include "health/health_panel_view.h"
 
-#include "app/app_state.h"
 #include "base/colours.h"
 #include "health/panel_model.h"
 #include "resources/resource_ids.h"
+#include "state/app_state.h"
 #include "ui/back_buffer.h"
 #include "ui/control_text.h"
 #include "ui/owned.h"

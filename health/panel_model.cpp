@@ -1,6 +1,6 @@
 #include "health/panel_model.h"
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 namespace torvane {
 

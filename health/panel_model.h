@@ -2,7 +2,7 @@
 
 #include "health/grading.h"
 #include "health/needle.h"
-#include "settings/message_table.h"
+#include "records/message_table.h"
 
 #include <array>
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include "monitoring/command_runner.h"
 
-#include "app/event_log.h"
 #include "base/owned_handle.h"
 #include "base/whole_file.h"
+#include "state/event_log.h"
 
 #include <cinttypes>
 #include <cstdint>

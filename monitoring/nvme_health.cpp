@@ -4,11 +4,11 @@
 #include "base/format.h"
 #include "base/owned_handle.h"
 #include "discovery/device_request.h"
-#include "discovery/drive_record.h"
 #include "monitoring/health_log.h"
 #include "monitoring/nvme_raid_driver.h"
 #include "monitoring/nvme_storage_query.h"
 #include "monitoring/nvme_usb_bridge.h"
+#include "records/drive_record.h"
 
 #include <windows.h>
 

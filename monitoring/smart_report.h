@@ -1,6 +1,6 @@
 #pragma once
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <cstdint>
 #include <vector>

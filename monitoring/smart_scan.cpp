@@ -1,12 +1,12 @@
 #include "monitoring/smart_scan.h"
 
-#include "app/app_state.h"
-#include "app/event_log.h"
 #include "base/format.h"
 #include "monitoring/command_runner.h"
 #include "monitoring/device_listing.h"
 #include "monitoring/smart_report.h"
 #include "monitoring/text_scanners.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
 
 #include <array>
 #include <string>

@@ -1,8 +1,8 @@
 #include "monitoring/ssd_attribute_database.h"
 
-#include "app/event_log.h"
 #include "base/owned_handle.h"
 #include "base/whole_file.h"
+#include "state/event_log.h"
 
 #include <optional>
 #include <utility>

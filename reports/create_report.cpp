@@ -1,11 +1,11 @@
 #include "reports/create_report.h"
 
-#include "app/app_state.h"
-#include "app/command_guards.h"
 #include "base/format.h"
 #include "monitoring/command_runner.h"
 #include "reports/report_file_name.h"
 #include "reports/report_writers.h"
+#include "state/app_state.h"
+#include "state/command_guards.h"
 #include "ui/prompts.h"
 
 namespace torvane {

@@ -1,11 +1,11 @@
 #include "reports/pdf_page.h"
 
-#include "app/event_log.h"
 #include "base/bytes.h"
 #include "base/stdio_file.h"
 #include "reports/png_check.h"
 #include "reports/report_page.h"
 #include "reports/windows_1252.h"
+#include "state/event_log.h"
 
 #include <windows.h>
 

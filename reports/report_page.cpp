@@ -1,9 +1,9 @@
 #include "reports/report_page.h"
 
 #include "base/format.h"
-#include "discovery/drive_record.h"
+#include "records/company_info.h"
+#include "records/drive_record.h"
 #include "reports/report_sections.h"
-#include "settings/company_info.h"
 
 #include <algorithm>
 #include <cstddef>

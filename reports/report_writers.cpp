@@ -1,10 +1,10 @@
 #include "reports/report_writers.h"
 
-#include "app/app_state.h"
 #include "base/local_moment.h"
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 #include "reports/pdf_page.h"
 #include "reports/report_page.h"
+#include "state/app_state.h"
 
 namespace torvane {
 

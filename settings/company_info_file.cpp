@@ -1,8 +1,8 @@
 #include "settings/company_info_file.h"
 
-#include "app/event_log.h"
 #include "base/format.h"
 #include "base/owned_handle.h"
+#include "state/event_log.h"
 #include "ui/prompts.h"
 
 #include <windows.h>

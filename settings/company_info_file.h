@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/company_info.h"
+#include "records/company_info.h"
 
 #include <string_view>
 

@@ -1,9 +1,9 @@
 #include "settings/edit_messages_dialog.h"
 
-#include "app/app_state.h"
-#include "app/event_log.h"
 #include "resources/resource_ids.h"
 #include "settings/messages.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
 #include "ui/edit_text.h"

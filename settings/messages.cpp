@@ -1,9 +1,9 @@
 #include "settings/messages.h"
 
-#include "app/app_state.h"
-#include "app/event_log.h"
 #include "base/owned_handle.h"
 #include "settings/message_file.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
 
 #include <windows.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "settings/message_table.h"
+#include "records/message_table.h"
 
 namespace torvane {
 

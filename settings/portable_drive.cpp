@@ -1,10 +1,10 @@
 #include "settings/portable_drive.h"
 
-#include "app/app_state.h"
-#include "app/event_log.h"
 #include "base/whole_file.h"
 #include "base/worker_thread.h"
 #include "settings/portable_files.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
 #include "ui/prompts.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "surface/read_tests.h"
 
-#include "discovery/sector_size.h"
+#include "records/sector_size.h"
 
 #include <array>
 #include <string_view>

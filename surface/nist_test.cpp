@@ -1,7 +1,7 @@
 #include "surface/read_tests.h"
 
 #include "base/format.h"
-#include "discovery/sector_size.h"
+#include "records/sector_size.h"
 
 #include <algorithm>
 #include <cinttypes>

@@ -1,10 +1,10 @@
 #include "surface/read_test_dialog.h"
 
-#include "app/app_state.h"
-#include "app/command_guards.h"
 #include "base/colours.h"
 #include "base/format.h"
 #include "resources/resource_ids.h"
+#include "state/app_state.h"
+#include "state/command_guards.h"
 #include "surface/read_test_texts.h"
 #include "surface/read_test_workers.h"
 #include "ui/dialog.h"

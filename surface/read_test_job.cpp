@@ -1,8 +1,8 @@
 #include "surface/read_test_job.h"
 
 #include "base/format.h"
-#include "discovery/drive_texts.h"
-#include "discovery/sector_size.h"
+#include "records/drive_texts.h"
+#include "records/sector_size.h"
 #include "surface/read_test_texts.h"
 
 #include <cinttypes>

@@ -1,7 +1,7 @@
 #include "surface/read_test_texts.h"
 
 #include "base/format.h"
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <cinttypes>
 

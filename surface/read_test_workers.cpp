@@ -1,10 +1,10 @@
 #include "surface/read_test_workers.h"
 
-#include "app/app_state.h"
-#include "app/drive_job.h"
-#include "app/event_log.h"
 #include "base/stay_awake.h"
 #include "base/worker_thread.h"
+#include "state/app_state.h"
+#include "state/drive_job.h"
+#include "state/event_log.h"
 #include "surface/read_tests.h"
 #include "surface/windows_read_test_system.h"
 

@@ -1,8 +1,8 @@
 #include "surface/windows_read_test_system.h"
 
-#include "app/app_state.h"
-#include "app/event_log.h"
 #include "base/positioned_io.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
 
 #include <windows.h>
 
@@ -25,7 +25,7 @@ bool WindowsReadTestSystem::seek(const DriveRecord& drive, std::uint64_t offset)
 }
 
 bool WindowsReadTestSystem::read(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) {
-    return readWholeAt(drive.handle, offset, bytes);
+    return readAt(drive.handle, offset, bytes) == TransferOutcome::kWhole;
 }
 
 ReadBuffer WindowsReadTestSystem::allocate(std::size_t size) {

@@ -6,7 +6,7 @@ Every #include "..." names a file from the repository root, and:
   - a file of the pure library never reaches a Windows header;
   - a logic file (neither *_dialog.cpp nor *_view.cpp) never reaches a dialog, a control or <commctrl.h>;
   - folders include each other as FOLDERS and UPWARD say, and all that these allow is in use;
-  - only app/ includes the main dialog;
+  - only window/ includes the main dialog;
   - the product never includes the workbench or a test.
 
 Which files belong to which library is read from the compile commands of the two builds.
@@ -24,35 +24,31 @@ ROOT = Path(__file__).resolve().parent.parent
 QUOTED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.M)
 ANGLED = re.compile(r"^\s*#\s*include\s*<([^>]+)>", re.M)
 
-# The product's folders from the bottom up, each with those below it that it includes.
+# The product's floors from the bottom up, each with those below it that it includes.
 FOLDERS = {
     "base": set(),
     "ui": {"base"},
-    "discovery": {"base", "ui"},
-    "monitoring": {"base", "discovery"},
-    "settings": {"base", "ui"},
-    "health": {"base", "ui", "discovery", "settings"},
-    "admin": {"base", "ui", "discovery", "monitoring"},
-    "copy": {"base", "ui", "discovery", "admin"},
-    "surface": {"base", "ui", "discovery"},
-    "reports": {"base", "ui", "discovery", "monitoring", "settings", "health"},
-    "app": {"base", "ui", "discovery", "monitoring", "settings", "health", "admin", "copy", "surface", "reports"},
+    "records": {"base"},
+    "jobs": set(),
+    "state": {"base", "ui", "records", "jobs"},
+    "discovery": {"base", "records", "state"},
+    "monitoring": {"base", "records", "state", "discovery"},
+    "settings": {"base", "ui", "records", "state"},
+    "health": {"base", "ui", "records", "state"},
+    "admin": {"base", "ui", "records", "state", "discovery", "monitoring"},
+    "scan": {"base", "ui", "records", "state", "discovery", "monitoring", "admin"},
+    "surface": {"base", "ui", "records", "state"},
+    "copy": {"base", "ui", "records", "state", "discovery", "admin"},
+    "hex": {"base", "ui", "records", "copy"},
+    "reports": {"base", "ui", "records", "state", "monitoring", "health"},
+    "window": {"base", "ui", "records", "state", "monitoring", "settings", "health", "admin", "scan", "surface", "copy",
+               "hex", "reports"},
 }
 
-# The headers that folders further down include all the same: a circle of folders each, so each has its reason.
+# The headers that folders further down include all the same, each with its reason. Three are many.
 UPWARD = {
-    # The one state record: it gathers every folder's share, and every command takes it.
-    "app/app_state.h": {"discovery", "monitoring", "settings", "health", "admin", "copy", "surface", "reports"},
-    # Any code may log; the rows go to the main window, which the state names.
-    "app/event_log.h": {"discovery", "monitoring", "settings", "admin", "copy", "surface", "reports"},
-    # The state's own questions and threads, asked and started by commands that other folders own.
-    "app/command_guards.h": {"surface", "reports"},
-    "app/drive_job.h": {"admin", "copy", "surface"},
-    # A scan asks for everything that its records hold.
-    "admin/disk_part.h": {"discovery"},
-    "monitoring/nvme_health.h": {"discovery"},
-    "monitoring/smart_report.h": {"discovery"},
-    "monitoring/smart_scan.h": {"discovery"},
+    "copy/jobs/copy_job_state.h": {"state"},
+    "surface/read_test_state.h": {"state"},
 }
 WINDOWS_HEADERS = re.compile(
     r"^(windows|windowsx|windef|winbase|winuser|winioctl|ntdd\w+|commctrl|commdlg|shellapi|shlobj|objbase|gdiplus|wincrypt)\.h$",
@@ -63,7 +59,7 @@ CONTROL_HEADERS = re.compile(r"^(commctrl|windowsx|prsht|richedit)\.h$", re.I)
 # What of ui/ a logic file may use: the boxes and the choosers. All else in ui/ is a window.
 UI_FOR_LOGIC = {"ui/prompts.h", "ui/choosers.h"}
 # Named like a view, but only the interface that jobs talk to; it shows no control.
-VIEW_INTERFACES = {"app/main_view.h"}
+VIEW_INTERFACES = {"state/main_view.h"}
 
 
 def source_files():
@@ -171,8 +167,8 @@ def check_logic(graph, logic):
 def check_folders(graph):
     for name, includes in sorted(graph.quoted.items()):
         for included in includes:
-            if included == "app/main_dialog.h" and folder(name) not in {"app", "tests"}:
-                yield f"only app/ includes the main dialog, but {name} does"
+            if included == "window/main_dialog.h" and folder(name) not in {"window", "tests"}:
+                yield f"only window/ includes the main dialog, but {name} does"
             if folder(name) in FOLDERS and folder(included) in {"workbench", "tests", "benchmarks"}:
                 yield f"the product never includes {folder(included)}/, but {name} includes {included}"
 

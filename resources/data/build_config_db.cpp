@@ -2,7 +2,7 @@
 //
 //     build_config_db TARGET
 
-#include "settings/company_info.h"
+#include "records/company_info.h"
 
 #include <cstdio>
 #include <fstream>

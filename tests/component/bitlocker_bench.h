@@ -1,9 +1,9 @@
 #pragma once
 
 #include "admin/bitlocker_scan.h"
-#include "app/app_state.h"
 #include "discovery/physical_drive_probe.h"
 #include "discovery/volume_map.h"
+#include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
 

@@ -1,6 +1,6 @@
-#include "app/command_guards.h"
+#include "state/command_guards.h"
 
-#include "app/app_state.h"
+#include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scripted_prompts.h"
 

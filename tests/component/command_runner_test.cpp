@@ -1,6 +1,6 @@
 #include "monitoring/command_runner.h"
 
-#include "app/app_state.h"
+#include "state/app_state.h"
 #include "tests/component/handle_count.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/patience_gone.h"

@@ -1,6 +1,6 @@
 #include "settings/company_info_file.h"
 
-#include "app/app_state.h"
+#include "state/app_state.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"

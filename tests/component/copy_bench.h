@@ -1,10 +1,10 @@
 #pragma once
 
-#include "app/app_state.h"
-#include "copy/copy_jobs.h"
-#include "copy/copy_workers.h"
-#include "copy/windows_copy_system.h"
+#include "copy/engine/windows_copy_system.h"
+#include "copy/jobs/copy_jobs.h"
+#include "copy/jobs/copy_workers.h"
 #include "discovery/physical_drive_probe.h"
+#include "state/app_state.h"
 #include "tests/component/handle_count.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scripted_prompts.h"

@@ -1,5 +1,5 @@
-#include "copy/block_io.h"
-#include "copy/md5_hasher.h"
+#include "copy/engine/block_io.h"
+#include "copy/engine/md5_hasher.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
 

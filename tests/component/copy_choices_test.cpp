@@ -1,8 +1,8 @@
-#include "copy/copy_choices.h"
+#include "copy/dialogs/copy_choices.h"
 
-#include "app/app_state.h"
-#include "app/drive_job.h"
-#include "copy/destination_folder.h"
+#include "copy/dialogs/destination_folder.h"
+#include "state/app_state.h"
+#include "state/drive_job.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/scripted_choosers.h"

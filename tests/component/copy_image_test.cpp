@@ -1,4 +1,4 @@
-#include "copy/volume_space.h"
+#include "copy/dialogs/volume_space.h"
 #include "discovery/image_file_drive.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"

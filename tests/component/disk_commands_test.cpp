@@ -31,7 +31,6 @@ class DiskCommands : public testing::CopyBench {
             R"({"number": 3, "bus": "nvme", "identity": {"product": "Tarn N16", "serial": "S1"}, "size": "16 MiB")" +
             more + "}");
         DriveRecord& disk = drive(3);
-        state().copy.destination = &disk;
         state().jobActive = 0;
         return disk;
     }
@@ -106,11 +105,9 @@ TEST_F(DiskCommands, AnAttributeThatCannotBeClearedIsSaid) {
 TEST_F(DiskCommands, CleaningSaysThatItIsDone) {
     DriveRecord& disk = openDisk();
     state().jobActive = 1;
-    user_.expectInform("****** DISK CLEANED ******", "Disk 003 - Tarn N16 S1 has been CLEANED", [] {
-        EXPECT_EQ(state().jobActive, 0);
-        EXPECT_EQ(state().copy.destination, nullptr);
-    });
-    EXPECT_EQ(cleanDisk(state()), 1U);
+    user_.expectInform("****** DISK CLEANED ******", "Disk 003 - Tarn N16 S1 has been CLEANED",
+                       [] { EXPECT_EQ(state().jobActive, 0); });
+    EXPECT_EQ(cleanDisk(state(), disk), 1U);
     EXPECT_THAT(view_.driveStatuses(disk), ElementsAre("Cleaning disk", "COMPLETED disk cleaned"));
     EXPECT_THAT(events(), ElementsAre("SUCCESS: Disk 003 - Tarn N16 S1 has been CLEANED"));
 }
@@ -118,18 +115,17 @@ TEST_F(DiskCommands, CleaningSaysThatItIsDone) {
 TEST_F(DiskCommands, AReadOnlyDiskIsNotCleanedAndThatIsSaid) {
     DriveRecord& disk = openDisk(kReadOnly);
     user_.expectStop("****** DISK NOT CLEANED ******", "Disk 003 - Tarn N16 S1 has NOT been CLEANED");
-    EXPECT_EQ(cleanDisk(state()), 0U);
+    EXPECT_EQ(cleanDisk(state(), disk), 0U);
     EXPECT_EQ(lastDriveStatus(disk), "BAD disk not cleaned");
     EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]",
                                       "FAILURE: Disk 003 - Tarn N16 S1 has NOT been CLEANED"));
-    EXPECT_EQ(state().copy.destination, nullptr);
     EXPECT_EQ(state().jobActive, 0);
 }
 
 TEST_F(DiskCommands, WithoutDiskPartNothingIsCleanedAndThatIsSaid) {
-    openDisk("", kSilent);
+    DriveRecord& disk = openDisk("", kSilent);
     user_.expectStop("****** DISK NOT CLEANED ******", "Disk 003 - Tarn N16 S1 has NOT been CLEANED");
-    EXPECT_EQ(cleanDisk(state()), 0U);
+    EXPECT_EQ(cleanDisk(state(), disk), 0U);
 }
 
 TEST_F(DiskCommands, ADevicesTextsAreNoFormats) {
@@ -137,14 +133,14 @@ TEST_F(DiskCommands, ADevicesTextsAreNoFormats) {
     disk.model.assign("100%s");
     disk.serialNumber.assign("%n%n");
     user_.expectInform("****** DISK CLEANED ******", "Disk 003 - 100%s %n%n has been CLEANED");
-    EXPECT_EQ(cleanDisk(state()), 1U);
+    EXPECT_EQ(cleanDisk(state(), disk), 1U);
     EXPECT_THAT(events(), ElementsAre("SUCCESS: Disk 003 - 100%s %n%n has been CLEANED"));
 }
 
 TEST_F(DiskCommands, TheWindowsThreadDoesNotWaitForDiskPart) {
     DriveRecord& disk = openDisk("", R"({"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) + "}");
     user_.expectInform("****** DISK CLEANED ******", "Disk 003 - Tarn N16 S1 has been CLEANED");
-    startCleanDisk(state());
+    startCleanDisk(state(), disk);
     EXPECT_EQ(state().jobActive, 1);
     EXPECT_EQ(state().driveJobAtWork, 1);
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());

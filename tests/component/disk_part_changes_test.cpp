@@ -22,7 +22,6 @@ class DiskPartChanges : public testing::CopyBench {
             R"({"number": 3, "bus": "nvme", "identity": {"product": "Model 100%%s", "serial": "S1"}, "size": "16 MiB")" +
             more + "}");
         DriveRecord& disk = drive(3);
-        state().copy.destination = &disk;
         return disk;
     }
 
@@ -123,7 +122,7 @@ TEST_F(DiskPartChanges, CleanLetsRawWritesThrough) {
         return WriteFile(disk.handle, sector.data(), 512, &written, nullptr);
     };
     EXPECT_FALSE(writeSector());
-    EXPECT_EQ(DP_CleanDisk(state()), 1);
+    EXPECT_EQ(DP_CleanDisk(state(), disk), 1);
     EXPECT_TRUE(writeSector());
     EXPECT_EQ(readFile("DPCleanDiskScript.txt"), "select disk 3\nclean\n");
     EXPECT_THAT(readFile("DISKPART Clean Results.txt"), HasSubstr("succeeded"));
@@ -133,53 +132,53 @@ TEST_F(DiskPartChanges, CleanLetsRawWritesThrough) {
 }
 
 TEST_F(DiskPartChanges, ACleanScriptThatCannotBeWrittenIsLogged) {
-    openDisk();
+    DriveRecord& disk = openDisk();
     std::filesystem::create_directory("DPCleanDiskScript.txt");
-    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not create diskpart script file DPCleanDiskScript.txt"));
 }
 
 TEST_F(DiskPartChanges, CleanResultsThatCannotBeLoadedAreLogged) {
-    openDisk();
+    DriveRecord& disk = openDisk();
     std::filesystem::create_directory("DISKPART Clean Results.txt");
-    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
     const std::vector<std::string> rows = events();
     ASSERT_FALSE(rows.empty());
     EXPECT_EQ(rows.back(), "ERROR: Could nore LOAD [DISKPART Clean Results.txt] to TEST for CLEAR");
 }
 
 TEST_F(DiskPartChanges, ACleanThatDoesNotSucceedIsLogged) {
-    openDisk(kReadOnly);
-    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    DriveRecord& disk = openDisk(kReadOnly);
+    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]"));
 }
 
 TEST_F(DiskPartChanges, ACleanWithoutDiskPartIsLogged) {
-    openDisk("", R"({"missing": true})");
-    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    DriveRecord& disk = openDisk("", R"({"missing": true})");
+    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
     EXPECT_EQ(events().back(), "ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]");
 }
 
 TEST_F(DiskPartChanges, TheResultsOfAnEarlierCleanAreNotTakenForThisOnes) {
-    openDisk();
+    DriveRecord& disk = openDisk();
     testing::writeFile("DISKPART Clean Results.txt", "DiskPart succeeded in cleaning the disk.\r\n");
     // Somebody reads the old results in a program that lets nobody write.
     const UniqueFile reader(CreateFileA("DISKPART Clean Results.txt", GENERIC_READ, FILE_SHARE_READ, nullptr,
                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     ASSERT_TRUE(reader);
-    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_EQ(events().back(), "ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]");
 }
 
 TEST_F(DiskPartChanges, NobodyChangesTheScriptWhileDiskPartRuns) {
-    openDisk("", R"({"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) + "}");
+    DriveRecord& disk = openDisk("", R"({"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) + "}");
     const auto openForWriting = [] {
         return UniqueFile(CreateFileA("DPCleanDiskScript.txt", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     };
     int cleaned = 0;
-    std::thread cleaning([&] { cleaned = DP_CleanDisk(state()); });
+    std::thread cleaning([&] { cleaned = DP_CleanDisk(state(), disk); });
     EXPECT_TRUE(bench_.awaitLog("request=start"));
     EXPECT_FALSE(openForWriting());
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
@@ -193,7 +192,7 @@ TEST_F(DiskPartChanges, AnImageFileIsNeverCleaned) {
     DriveRecord& disk = openDisk();
     disk.recordKind = kRecordKindImageFile;
     disk.driveNumber = 0;
-    EXPECT_EQ(DP_CleanDisk(state()), 0);
+    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_THAT(events(), SizeIs(1));
 }

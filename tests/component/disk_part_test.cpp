@@ -1,6 +1,6 @@
 #include "admin/disk_part.h"
 
-#include "app/app_state.h"
+#include "state/app_state.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/patience_gone.h"
 #include "tests/component/recording_main_view.h"

@@ -1,6 +1,6 @@
-#include "app/event_log.h"
+#include "state/event_log.h"
 
-#include "app/app_state.h"
+#include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 
 #include <gtest/gtest.h>

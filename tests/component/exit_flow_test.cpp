@@ -1,7 +1,7 @@
-#include "app/exit_flow.h"
+#include "window/exit_flow.h"
 
-#include "admin/mount_status.h"
-#include "app/app_state.h"
+#include "state/app_state.h"
+#include "state/mount_status.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/patience_gone.h"
 #include "tests/component/recording_main_view.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/app_state.h"
 #include "health/health_panel_view.h"
 #include "resources/resource_ids.h"
+#include "state/app_state.h"
 #include "tests/component/canvas.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/unit/health_test_drives.h"

@@ -1,4 +1,4 @@
-#include "copy/hex_viewer.h"
+#include "hex/hex_viewer.h"
 #include "tests/component/copy_bench.h"
 
 namespace torvane {

@@ -1,6 +1,6 @@
 #include "discovery/image_file_drive.h"
 
-#include "app/app_state.h"
+#include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "ui/owned.h"

@@ -1,6 +1,6 @@
-#include "app/app_state.h"
 #include "settings/message_file.h"
 #include "settings/messages.h"
+#include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/saving_program/message_tables.h"
 #include "tests/component/scratch_folder.h"

@@ -1,7 +1,7 @@
 #include "settings/messages.h"
 
-#include "app/app_state.h"
 #include "settings/message_file.h"
+#include "state/app_state.h"
 #include "tests/component/package_folder.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"

@@ -1,11 +1,11 @@
 #include "monitoring/nvme_health.h"
 
-#include "app/app_state.h"
 #include "base/bytes.h"
-#include "discovery/drive_record.h"
 #include "monitoring/nvme_raid_driver.h"
 #include "monitoring/nvme_storage_query.h"
 #include "monitoring/nvme_usb_bridge.h"
+#include "records/drive_record.h"
+#include "state/app_state.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"

@@ -1,7 +1,7 @@
 #include "settings/portable_drive.h"
 
-#include "app/app_state.h"
 #include "settings/portable_files.h"
+#include "state/app_state.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"

@@ -1,7 +1,7 @@
 #include "discovery/physical_drive_probe.h"
 
-#include "app/app_state.h"
-#include "discovery/smart_type.h"
+#include "records/smart_type.h"
+#include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
 #include "ui/owned.h"

@@ -1,7 +1,7 @@
-#include "copy/race_track_view.h"
+#include "copy/dialogs/race_track_view.h"
 
-#include "copy/copy_job_state.h"
-#include "copy/track.h"
+#include "copy/jobs/copy_job_state.h"
+#include "copy/jobs/track.h"
 #include "tests/component/canvas.h"
 #include "tests/component/handle_count.h"
 #include "tests/component/import_patched.h"

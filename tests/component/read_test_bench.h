@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/app_state.h"
 #include "base/shared_word.h"
 #include "discovery/physical_drive_probe.h"
+#include "state/app_state.h"
 #include "surface/read_test_workers.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scripted_prompts.h"

@@ -1,4 +1,4 @@
-#include "discovery/scan_job.h"
+#include "scan/scan_job.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/read_test_bench.h"
 #include "tests/unit/surface_scripted_system.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/app_state.h"
-#include "app/main_view.h"
+#include "state/app_state.h"
+#include "state/main_view.h"
 
 #include <algorithm>
 #include <map>

@@ -1,7 +1,7 @@
 #include "reports/create_report.h"
 
-#include "app/app_state.h"
 #include "reports/pdf_page.h"
+#include "state/app_state.h"
 #include "tests/component/handle_count.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/package_folder.h"

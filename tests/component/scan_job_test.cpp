@@ -1,7 +1,7 @@
-#include "discovery/scan_job.h"
+#include "scan/scan_job.h"
 
-#include "app/app_state.h"
 #include "monitoring/smart_scan.h"
+#include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/scripted_prompts.h"
 #include "tests/component/test_bench.h"

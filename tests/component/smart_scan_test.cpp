@@ -1,7 +1,7 @@
 #include "monitoring/smart_scan.h"
 
-#include "app/app_state.h"
 #include "monitoring/smart_report.h"
+#include "state/app_state.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/patience_gone.h"
 #include "tests/component/recording_main_view.h"

@@ -1,4 +1,4 @@
-#include "app/start_up.h"
+#include "window/start_up.h"
 
 #include "tests/component/scripted_prompts.h"
 

@@ -1,7 +1,7 @@
 #include "discovery/volume_map.h"
 
-#include "app/app_state.h"
 #include "discovery/physical_drive_probe.h"
+#include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
 

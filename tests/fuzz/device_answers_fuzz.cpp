@@ -1,9 +1,9 @@
 #include "discovery/ata_identify.h"
 #include "discovery/device_text.h"
-#include "discovery/drive_record.h"
 #include "discovery/storage_descriptor.h"
 #include "discovery/volume_extents.h"
 #include "discovery/volume_table.h"
+#include "records/drive_record.h"
 #include "tests/fuzz/fuzz_input.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "discovery/ata_identify.h"
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "discovery/bitlocker_entry.h"
+#include "records/bitlocker_entry.h"
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <gtest/gtest.h>
 

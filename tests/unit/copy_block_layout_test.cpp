@@ -1,4 +1,4 @@
-#include "copy/block_layout.h"
+#include "copy/engine/block_layout.h"
 
 #include <gtest/gtest.h>
 

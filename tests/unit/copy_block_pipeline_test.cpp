@@ -1,6 +1,6 @@
-#include "copy/block_pipeline.h"
+#include "copy/engine/block_pipeline.h"
 
-#include "copy/hash_thread.h"
+#include "copy/engine/hash_thread.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "copy/hex_panes.h"
+#include "hex/hex_panes.h"
 
 #include <gtest/gtest.h>
 

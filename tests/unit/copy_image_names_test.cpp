@@ -1,7 +1,7 @@
-#include "copy/drive_status.h"
-#include "copy/image_names.h"
-#include "copy/image_number.h"
-#include "discovery/drive_texts.h"
+#include "copy/jobs/drive_status.h"
+#include "copy/jobs/image_names.h"
+#include "copy/jobs/image_number.h"
+#include "records/drive_texts.h"
 
 #include <gtest/gtest.h>
 

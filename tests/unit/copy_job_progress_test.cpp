@@ -1,7 +1,7 @@
-#include "copy/job_progress.h"
+#include "copy/jobs/job_progress.h"
 
-#include "copy/free_space.h"
-#include "copy/track.h"
+#include "copy/dialogs/free_space.h"
+#include "copy/jobs/track.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "copy/job_steps.h"
+#include "copy/jobs/job_steps.h"
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 #include "tests/unit/copy_model/script.h"
 #include "tests/unit/copy_model/scripted_system.h"
 

@@ -1,6 +1,6 @@
-#include "copy/copy_job_state.h"
-#include "copy/race_track_scene.h"
-#include "copy/track.h"
+#include "copy/dialogs/race_track_scene.h"
+#include "copy/jobs/copy_job_state.h"
+#include "copy/jobs/track.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "admin/destruction_warning.h"
 
-#include "discovery/drive_record.h"
 #include "discovery/drive_volumes.h"
 #include "discovery/volume_table.h"
+#include "records/drive_record.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

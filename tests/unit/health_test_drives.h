@@ -1,7 +1,7 @@
 #pragma once
 
-#include "discovery/drive_record.h"
-#include "settings/message_table.h"
+#include "records/drive_record.h"
+#include "records/message_table.h"
 
 namespace torvane {
 

@@ -1,5 +1,5 @@
-#include "app/list_cells.h"
-#include "discovery/drive_texts.h"
+#include "records/drive_texts.h"
+#include "window/list_cells.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "app/log_row.h"
+#include "state/log_row.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "app/main_layout.h"
+#include "window/main_layout.h"
 
 #include "resources/resource_ids.h"
 

@@ -1,6 +1,6 @@
 #include "reports/report_sections.h"
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 #include "tests/unit/reports_test_drives.h"
 
 #include <gtest/gtest.h>

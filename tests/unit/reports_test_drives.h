@@ -1,8 +1,8 @@
 #pragma once
 
-#include "discovery/drive_record.h"
+#include "records/company_info.h"
+#include "records/drive_record.h"
 #include "reports/report_page.h"
-#include "settings/company_info.h"
 
 namespace torvane::testing {
 

@@ -1,4 +1,4 @@
-#include "discovery/sector_size.h"
+#include "records/sector_size.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "settings/company_info.h"
+#include "records/company_info.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "settings/message_table.h"
+#include "records/message_table.h"
 
 #include "settings/message_file.h"
 

@@ -1,6 +1,6 @@
-#include "discovery/smart_type.h"
+#include "records/smart_type.h"
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <gtest/gtest.h>
 

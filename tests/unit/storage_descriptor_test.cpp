@@ -1,6 +1,6 @@
 #include "discovery/storage_descriptor.h"
 
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 
 #include <gtest/gtest.h>
 

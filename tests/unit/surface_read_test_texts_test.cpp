@@ -1,4 +1,4 @@
-#include "discovery/drive_record.h"
+#include "records/drive_record.h"
 #include "surface/read_test_texts.h"
 
 #include <gtest/gtest.h>

@@ -4,8 +4,8 @@
 //     front
 //                               of and behind every system call of the save that changes a file, and within its writing
 //     saving_program for-ever   saves the new table and the old one, over and over, until it is ended from outside
-#include "app/app_state.h"
 #include "settings/messages.h"
+#include "state/app_state.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/saving_program/message_tables.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "copy/copy_jobs.h"
-#include "copy/image_names.h"
+#include "copy/jobs/copy_jobs.h"
+#include "copy/jobs/image_names.h"
 #include "tests/unit/copy_model/world.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/local_moment.h"
-#include "copy/block_hasher.h"
-#include "discovery/drive_record.h"
+#include "copy/engine/block_hasher.h"
+#include "records/drive_record.h"
 #include "tests/unit/copy_model/script.h"
 
 #include <algorithm>

@@ -1,0 +1,77 @@
+#include "copy/dialogs/clone_dialog.h"
+
+#include "copy/dialogs/copy_to_drive_dialog.h"
+#include "resources/resource_ids.h"
+#include "state/app_state.h"
+
+namespace torvane {
+
+namespace {
+
+constexpr RECT kSourcePlace{10, 26, 405, 72};
+
+constexpr ControlPlace kPlaces[] = {
+    {IDC_COPY_SOURCE_LABEL, {10, 8, 405, 24}},   {IDC_REVERSE_CLONE, {10, 84, 405, 104}},
+    {IDC_REVERSE_HINT, {28, 106, 405, 150}},     {IDC_COPY_DESTINATION_LABEL, {420, 8, 830, 24}},
+    {IDC_COPY_STATUS, {10, 252, 830, 274}},      {IDC_START_CLONE, {10, 296, 180, 324}},
+    {IDC_TERMINATE_CLONE, {190, 296, 360, 324}}, {IDC_EXIT_CLONE, {660, 296, 830, 324}},
+};
+
+constexpr CopyDialogLook kLook{
+    .templateId = IDD_CLONE,
+    .title = "Drive to Drive Clone",
+    .clientSize = {840, 341},
+    .places = kPlaces,
+    .scene = TrackScene::kClone,
+    .carY = kCloneCarY,
+    .terminateFirst = "Terminate Clone before Exiting",
+};
+
+class CloneDialog : public CopyToDriveDialog {
+  public:
+    CloneDialog(AppState& state, DriveRecord& source) : CopyToDriveDialog(state, kLook), source_(source) {}
+
+  protected:
+    bool onInitialise() override {
+        CopyDialog::onInitialise();
+        sources_.create(window(), IDC_COPY_SOURCE_LIST, IDC_COPY_SOURCE_LABEL, kSourcePlace, false);
+        sources_.addRow(source_);
+        return listDestinations(&source_);
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<CloneDialog> kRoutes[] = {
+            {IDC_START_CLONE, &CloneDialog::onStart}, {IDC_TERMINATE_CLONE, &CloneDialog::onTerminate},
+            {IDC_EXIT_CLONE, &CloneDialog::onExit},   {IDCANCEL, &CloneDialog::onExit},
+            {IDOK, &CloneDialog::onNothing},
+        };
+        return route(*this, kRoutes, id);
+    }
+
+  private:
+    void onStart() {
+        if (isBusy()) {
+            return;
+        }
+        state().copy.sourceImageLetter = 0;
+        if (!chooseDestination("Clone could not be started")) {
+            return;
+        }
+        const bool reverse = IsDlgButtonChecked(window(), IDC_REVERSE_CLONE) == BST_CHECKED;
+        state().copy.reverse = reverse ? 1 : 0;
+        startJob(reverse ? ReverseClone : ForwardClone);
+    }
+
+    DriveRecord& source_;
+    DriveRowsView sources_;
+};
+
+} // namespace
+
+void showCloneDialog(AppState& state, DriveRecord& source, HWND owner) {
+    state.copy.source = &source;
+    state.copy.destination = nullptr;
+    CloneDialog(state, source).runModal(owner);
+}
+
+} // namespace torvane

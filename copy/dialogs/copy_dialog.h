@@ -1,0 +1,62 @@
+#pragma once
+
+#include "base/colours.h"
+#include "copy/dialogs/race_track_view.h"
+#include "copy/jobs/copy_workers.h"
+#include "ui/dialog.h"
+
+#include <span>
+
+namespace torvane {
+
+/// A control's place, pixels of the dialog's client area.
+struct ControlPlace {
+    int id;
+    RECT place;
+};
+
+/// What tells the copy dialogs apart, apart from what they ask before they start.
+struct CopyDialogLook {
+    int templateId;
+    const char* title;
+    SIZE clientSize; ///< pixels, because the race track is drawn in pixels
+    std::span<const ControlPlace> places;
+    TrackScene scene;
+    std::int32_t carY;
+    const char* terminateFirst; ///< why it cannot be left while its job runs
+};
+
+/// A copy job's dialog: race track, status line, and what "Terminate" and "Exit" do in all of them. A job's dialog
+/// states its commands and how it starts.
+class CopyDialog : public Dialog {
+  protected:
+    CopyDialog(AppState& state, const CopyDialogLook& look)
+        : Dialog(look.templateId), state_(state), look_(look), background_(CreateSolidBrush(kDialogBackground)) {}
+
+    [[nodiscard]] AppState& state() const { return state_; }
+    [[nodiscard]] const CopyDialogLook& look() const { return look_; }
+
+    /// True while a job runs, or while the last one has not ended yet.
+    [[nodiscard]] bool isBusy() const;
+    void startJob(CopyWorker worker);
+
+    void onTerminate();
+    void onExit();
+    void onNothing() {}
+
+    bool onInitialise() override;
+    bool onTimer(int id) override;
+    bool onPaint() override;
+    HBRUSH onControlColour(HDC context) override;
+    void onDestroy() override;
+    std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    void setUpTrack();
+
+    AppState& state_;
+    const CopyDialogLook& look_;
+    UniqueBrush background_;
+};
+
+} // namespace torvane

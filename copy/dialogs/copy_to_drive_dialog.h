@@ -1,0 +1,26 @@
+#pragma once
+
+#include "copy/dialogs/copy_dialog.h"
+#include "copy/dialogs/drive_rows_view.h"
+
+namespace torvane {
+
+/// A dialog of a job that writes to a drive: the list of destinations, and what is asked before one is overwritten.
+class CopyToDriveDialog : public CopyDialog {
+  protected:
+    using CopyDialog::CopyDialog;
+
+    /// Lists every drive that may be written to, without `source` (nullptr when the source is no drive), and gives the
+    /// list the focus. Returns false: the dialog manager must not move it.
+    bool listDestinations(const DriveRecord* source);
+
+    /// The one ticked destination, after the technician has agreed to its destruction: it stands in the copy state
+    /// then. False with the reason told when there is no such drive, or when the answer was no (the box then says
+    /// `cancelled`).
+    bool chooseDestination(const char* cancelled);
+
+  private:
+    DriveRowsView destinations_;
+};
+
+} // namespace torvane

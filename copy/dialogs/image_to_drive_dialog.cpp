@@ -1,0 +1,64 @@
+#include "copy/dialogs/image_to_drive_dialog.h"
+
+#include "copy/dialogs/copy_to_drive_dialog.h"
+#include "resources/resource_ids.h"
+#include "state/app_state.h"
+
+namespace torvane {
+
+namespace {
+
+constexpr ControlPlace kPlaces[] = {
+    {IDC_COPY_SOURCE_LABEL, {10, 8, 405, 24}},       {IDC_COPY_IMAGE_PATH, {10, 26, 405, 150}},
+    {IDC_COPY_DESTINATION_LABEL, {420, 8, 830, 24}}, {IDC_COPY_STATUS, {10, 249, 830, 271}},
+    {IDC_START_IMAGE_TO_DRIVE, {10, 288, 180, 316}}, {IDC_TERMINATE_IMAGE_TO_DRIVE, {190, 288, 360, 316}},
+    {IDC_EXIT_IMAGE_TO_DRIVE, {660, 288, 830, 316}},
+};
+
+constexpr CopyDialogLook kLook{
+    .templateId = IDD_IMAGE_TO_DRIVE,
+    .title = "Image To Drive",
+    .clientSize = {840, 328},
+    .places = kPlaces,
+    .scene = TrackScene::kImageToDrive,
+    .carY = kCloneCarY,
+    .terminateFirst = "Terminate Image To Drive before Exiting",
+};
+
+class ImageToDriveDialog : public CopyToDriveDialog {
+  public:
+    explicit ImageToDriveDialog(AppState& state) : CopyToDriveDialog(state, kLook) {}
+
+  protected:
+    bool onInitialise() override {
+        CopyDialog::onInitialise();
+        setControlText(IDC_COPY_IMAGE_PATH, state().destinationFolder.c_str());
+        return listDestinations(nullptr);
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<ImageToDriveDialog> kRoutes[] = {
+            {IDC_START_IMAGE_TO_DRIVE, &ImageToDriveDialog::onStart},
+            {IDC_TERMINATE_IMAGE_TO_DRIVE, &ImageToDriveDialog::onTerminate},
+            {IDC_EXIT_IMAGE_TO_DRIVE, &ImageToDriveDialog::onExit},
+            {IDCANCEL, &ImageToDriveDialog::onExit},
+            {IDOK, &ImageToDriveDialog::onNothing},
+        };
+        return route(*this, kRoutes, id);
+    }
+
+  private:
+    void onStart() {
+        if (!isBusy() && chooseDestination("Image to Drive has been CANCELLED")) {
+            startJob(ImageToDriveWorker);
+        }
+    }
+};
+
+} // namespace
+
+void showImageToDriveDialog(AppState& state, HWND owner) {
+    ImageToDriveDialog(state).runModal(owner);
+}
+
+} // namespace torvane

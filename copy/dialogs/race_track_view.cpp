@@ -1,0 +1,47 @@
+#include "copy/dialogs/race_track_view.h"
+
+#include "base/colours.h"
+#include "ui/back_buffer.h"
+#include "ui/pictures.h"
+
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+namespace torvane {
+
+namespace {
+
+void drawTrack(const RaceTrack& track, const BackBuffer& buffer) {
+    Gdiplus::Graphics graphics(buffer.context());
+    Pictures pictures;
+    for (const std::string_view name : track.pictures) {
+        pictures.load(name);
+    }
+    pictures.draw(graphics, track.ground.picture, track.ground.x, track.ground.y);
+    for (std::size_t i = 0; i < track.figures.size(); ++i) {
+        if (i > 0) {
+            graphics.Flush(Gdiplus::FlushIntentionSync);
+            buffer.show();
+            Sleep(kExplosionFrameMilliseconds);
+        }
+        const Sprite& figure = track.figures[i];
+        pictures.draw(graphics, figure.picture, figure.x, figure.y);
+    }
+}
+
+} // namespace
+
+void paintRaceTrack(HWND dialog, HDC paintContext, TrackScene scene, const CopyJobState& state) {
+    RECT area{};
+    GetClientRect(dialog, &area);
+    const BackBuffer buffer(paintContext, area);
+    if (!buffer.isUsable()) {
+        return;
+    }
+    buffer.fill(kDialogBackground);
+    drawTrack(layOutRaceTrack(scene, state), buffer);
+    buffer.show();
+}
+
+} // namespace torvane

@@ -1,0 +1,45 @@
+#include "copy/engine/block_layout.h"
+
+#include "records/sector_size.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace torvane {
+
+namespace {
+
+constexpr std::string_view kUnreadableMarker = "KVL<->UNREADABLE";
+static_assert(kUnreadableMarker.size() == kUnreadableMarkerSize);
+
+} // namespace
+
+BlockSplit SplitIntoBlocks(std::uint64_t byteCount, std::size_t blockSize) {
+    return {.fullBlocks = byteCount / blockSize, .remainder = byteCount % blockSize};
+}
+
+BlockExtent BlockOrder::extent(std::uint64_t index) const {
+    if (index == split_.fullBlocks) {
+        const std::uint64_t offset = reverse_ ? 0 : split_.fullBlocks * blockSize_;
+        return {.offset = offset, .length = static_cast<std::size_t>(split_.remainder)};
+    }
+    const std::uint64_t offset = reverse_ ? byteCount_ - (index + 1) * blockSize_ : index * blockSize_;
+    return {.offset = offset, .length = blockSize_};
+}
+
+void fillWithUnreadableMarker(std::span<std::byte> block) {
+    const auto marker = std::as_bytes(std::span(kUnreadableMarker));
+    for (; block.size() >= marker.size(); block = block.subspan(marker.size())) {
+        std::copy(marker.begin(), marker.end(), block.begin());
+    }
+}
+
+std::int64_t sectorOfOffset(std::uint64_t offset, std::int32_t bytesPerSector) {
+    // A division of signed numbers: a negative sector size is divided by as it was told.
+    if (bytesPerSector == -1) {
+        return static_cast<std::int64_t>(0 - offset); // what would overflow wraps around
+    }
+    return static_cast<std::int64_t>(offset) / (bytesPerSector == 0 ? kUsualSectorSize : bytesPerSector);
+}
+
+} // namespace torvane

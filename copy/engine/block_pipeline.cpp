@@ -1,0 +1,100 @@
+#include "copy/engine/block_pipeline.h"
+
+#include "copy/engine/job_thread.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace torvane {
+
+void BlockPipeline::FreeMemory::operator()(std::byte* memory) const {
+    std::free(memory);
+}
+
+BlockPipeline::BlockPipeline(BlockSource& source, const BlockOrder& order)
+    : source_(source), order_(order),
+      buffers_(static_cast<std::byte*>(std::calloc(kBuffers, std::max<std::size_t>(order.blockSize(), 1)))) {}
+
+BlockPipeline::~BlockPipeline() {
+    stop();
+}
+
+void BlockPipeline::start() {
+    reader_ = startJobThread([this] { readAhead(); });
+}
+
+Block BlockPipeline::take() {
+    const std::uint64_t index = next_++;
+    const BlockExtent extent = order_.extent(index);
+    const std::span<std::byte> bytes = buffer(index, extent.length);
+    const FetchOutcome outcome = await(index);
+    if (outcome == FetchOutcome::kSeekFailed) {
+        const std::span<std::byte> before = buffer(index + kBuffers - 1, extent.length);
+        std::copy(before.begin(), before.end(), bytes.begin());
+    }
+    return {.extent = extent, .bytes = bytes, .outcome = outcome};
+}
+
+void BlockPipeline::stop() {
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+    }
+    changed_.notify_all();
+    if (reader_.joinable()) {
+        reader_.join();
+    }
+}
+
+std::span<std::byte> BlockPipeline::buffer(std::uint64_t index, std::size_t length) const {
+    return {buffers_.get() + (index % kBuffers) * order_.blockSize(), length};
+}
+
+bool BlockPipeline::mayFetch(std::uint64_t index) const {
+    return index <= current_ + kBlocksAhead && (lastWhole_ || index == current_);
+}
+
+FetchOutcome BlockPipeline::fetch(std::uint64_t index) {
+    const BlockExtent extent = order_.extent(index);
+    const std::span<std::byte> bytes = buffer(index, extent.length);
+    // The block before is complete by now: either it was read whole, or the job is done with it.
+    const std::span<std::byte> before = buffer(index + kBuffers - 1, extent.length);
+    // The unreadable marker, should this block need it, will not reach its tail.
+    const std::size_t tail = extent.length % kUnreadableMarkerSize;
+    std::copy(before.end() - static_cast<std::ptrdiff_t>(tail), before.end(),
+              bytes.end() - static_cast<std::ptrdiff_t>(tail));
+    return source_.fetch(extent, bytes);
+}
+
+void BlockPipeline::readAhead() {
+    for (std::uint64_t index = 0; index < order_.count(); ++index) {
+        {
+            std::unique_lock lock(mutex_);
+            changed_.wait(lock, [&] { return stopping_ || mayFetch(index); });
+            if (stopping_) {
+                return;
+            }
+        }
+        const FetchOutcome outcome = fetch(index);
+        {
+            const std::lock_guard lock(mutex_);
+            outcomes_[index % kBuffers] = outcome;
+            lastWhole_ = outcome == FetchOutcome::kWhole;
+            fetched_ = index + 1;
+        }
+        changed_.notify_all();
+    }
+}
+
+FetchOutcome BlockPipeline::await(std::uint64_t index) {
+    if (!reader_.joinable()) {
+        return fetch(index);
+    }
+    std::unique_lock lock(mutex_);
+    current_ = index;
+    changed_.notify_all();
+    changed_.wait(lock, [&] { return fetched_ > index; });
+    return outcomes_[index % kBuffers];
+}
+
+} // namespace torvane

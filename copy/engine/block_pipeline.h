@@ -1,0 +1,98 @@
+#pragma once
+
+#include "copy/engine/block_layout.h"
+#include "copy/engine/copy_system.h"
+
+#include <array>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <thread>
+
+namespace torvane {
+
+/// Where the blocks of a job come from.
+class BlockSource {
+  public:
+    virtual ~BlockSource() = default;
+
+    /// Reads one block. Called for the blocks in job order, one at a time, from the reader thread; whatever the outcome
+    /// calls for (counting, logging, marking) is left to the job.
+    [[nodiscard]] virtual FetchOutcome fetch(const BlockExtent& extent, std::span<std::byte> bytes) = 0;
+};
+
+/// One block in the job's hands, until it takes the next one.
+struct Block {
+    BlockExtent extent;
+    std::span<std::byte> bytes;
+    FetchOutcome outcome = FetchOutcome::kWhole;
+};
+
+/// Reads a job's blocks ahead of it, so that reading goes on while the job writes and hashes.
+///
+/// The job sees what it would see with a single buffer that it reads into block by block:
+///  - blocks come in job order, each when the job takes it;
+///  - after a failed seek a block holds what the block before it held, and what a failed read leaves alone is left of
+///    the block before it, too (before the first block: zero bytes);
+///  - after a failed read nothing more is read until the job takes the next block: a failing drive is never pushed
+///    further than the job will use;
+///  - blocks that were read ahead and never taken have left no trace.
+///
+/// A thread reads, at most two blocks ahead of the one in the job's hands. Where the system has no room for a thread,
+/// each block is read when it is taken. Memory: four blocks.
+class BlockPipeline {
+  public:
+    /// The source must outlive the pipeline.
+    BlockPipeline(BlockSource& source, const BlockOrder& order);
+    ~BlockPipeline();
+    BlockPipeline(const BlockPipeline&) = delete;
+    BlockPipeline& operator=(const BlockPipeline&) = delete;
+
+    /// False when there was no memory for the buffers: then nothing may be taken.
+    [[nodiscard]] bool hasBuffers() const { return buffers_ != nullptr; }
+
+    [[nodiscard]] const BlockOrder& order() const { return order_; }
+
+    /// Begins to read.
+    void start();
+
+    /// The next block; waits until it was read. Call it at most `order().count()` times.
+    [[nodiscard]] Block take();
+
+    /// Nothing more will be taken: waits for the read in flight, and drops what was read ahead.
+    void stop();
+
+  private:
+    /// One in the job's hands, two ahead of it, and the one before it, whose bytes a failed seek delivers again.
+    static constexpr std::uint64_t kBuffers = 4;
+    static constexpr std::uint64_t kBlocksAhead = 2;
+
+    struct FreeMemory {
+        void operator()(std::byte* memory) const;
+    };
+
+    [[nodiscard]] std::span<std::byte> buffer(std::uint64_t index, std::size_t length) const;
+    [[nodiscard]] bool mayFetch(std::uint64_t index) const;
+    [[nodiscard]] FetchOutcome fetch(std::uint64_t index);
+    void readAhead();
+    [[nodiscard]] FetchOutcome await(std::uint64_t index);
+
+    BlockSource& source_;
+    const BlockOrder order_;
+    std::unique_ptr<std::byte[], FreeMemory> buffers_;
+    std::thread reader_;
+    std::uint64_t next_ = 0; ///< the block that the job will take next; the job's thread alone uses it
+
+    std::mutex mutex_; ///< for everything below
+    std::condition_variable changed_;
+    std::array<FetchOutcome, kBuffers> outcomes_{}; ///< of the blocks that the buffers hold
+    std::uint64_t fetched_ = 0;                     ///< blocks read so far
+    std::uint64_t current_ = 0;                     ///< the block in the job's hands, or awaited by it
+    bool lastWhole_ = true;                         ///< the last block read was read whole
+    bool stopping_ = false;
+};
+
+} // namespace torvane

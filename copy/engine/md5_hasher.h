@@ -1,0 +1,12 @@
+#pragma once
+
+#include "copy/engine/copy_system.h"
+
+#include <memory>
+
+namespace torvane {
+
+/// An MD5 digest by CryptoAPI. Null, with the reason in `failure`, when the system has no provider or no hash.
+[[nodiscard]] std::unique_ptr<BlockHasher> makeMd5Hasher(HasherFailure& failure);
+
+} // namespace torvane

@@ -1,0 +1,129 @@
+#include "copy/engine/windows_copy_system.h"
+
+#include "admin/disk_part.h"
+#include "base/stdio_file.h"
+#include "copy/engine/block_io.h"
+#include "copy/engine/md5_hasher.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
+#include "ui/prompts.h"
+
+#include <windows.h>
+
+#include <cstdio>
+
+namespace torvane {
+
+namespace {
+
+class WindowsImageFile : public ImageFile {
+  public:
+    explicit WindowsImageFile(UniqueFile file) : file_(std::move(file)) {}
+
+    bool read(std::span<std::byte> bytes) override {
+        const auto length = static_cast<DWORD>(bytes.size());
+        DWORD count = 0;
+        return ReadFile(file_.get(), bytes.data(), length, &count, nullptr) && count == length;
+    }
+
+    bool write(std::span<const std::byte> bytes) override {
+        const auto length = static_cast<DWORD>(bytes.size());
+        DWORD count = 0;
+        return WriteFile(file_.get(), bytes.data(), length, &count, nullptr) && count == length;
+    }
+
+    bool rewind() override { return SetFilePointer(file_.get(), 0, nullptr, FILE_BEGIN) != INVALID_SET_FILE_POINTER; }
+
+    std::uint64_t size() override {
+        LARGE_INTEGER size{};
+        return GetFileSizeEx(file_.get(), &size) ? static_cast<std::uint64_t>(size.QuadPart) : 0;
+    }
+
+  private:
+    UniqueFile file_;
+};
+
+std::unique_ptr<ImageFile> openFile(const std::string& path, DWORD access, DWORD share, DWORD disposition) {
+    UniqueFile file(CreateFileA(path.c_str(), access, share, nullptr, disposition, 0, nullptr));
+    return file ? std::make_unique<WindowsImageFile>(std::move(file)) : nullptr;
+}
+
+std::unique_ptr<ImageFile> openOwnImage(const std::string& path, DWORD disposition) {
+    return openFile(path, GENERIC_READ | GENERIC_WRITE | FILE_WRITE_ATTRIBUTES | FILE_READ_ATTRIBUTES,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE, disposition);
+}
+
+} // namespace
+
+FetchOutcome WindowsCopySystem::fetch(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) {
+    return fetchBlock(drive, bytes, offset);
+}
+
+bool WindowsCopySystem::write(DriveRecord& drive, std::uint64_t offset, std::span<const std::byte> bytes) {
+    return WriteBlock(drive, bytes, offset);
+}
+
+void WindowsCopySystem::cleanDestination() {
+    // A failure has left its log row; the writes that it makes fail are counted.
+    static_cast<void>(DP_CleanDisk(state_, *state_.copy.destination));
+}
+
+ImageFileName WindowsCopySystem::nextImageName(std::string_view folder, const DriveRecord& source) {
+    return MakeImageFileName(folder, source);
+}
+
+std::unique_ptr<ImageFile> WindowsCopySystem::createImage(const std::string& path) {
+    return openOwnImage(path, CREATE_ALWAYS);
+}
+
+std::unique_ptr<ImageFile> WindowsCopySystem::reopenImage(const std::string& path) {
+    return openOwnImage(path, OPEN_EXISTING);
+}
+
+std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path) {
+    return openFile(path, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, OPEN_EXISTING);
+}
+
+bool WindowsCopySystem::writeTextFile(const std::string& path, std::string_view text) {
+    return writeWholeFile(path.c_str(), text);
+}
+
+std::unique_ptr<BlockHasher> WindowsCopySystem::makeHasher(HasherFailure& failure) {
+    return makeMd5Hasher(failure);
+}
+
+std::int64_t WindowsCopySystem::tick() {
+    return static_cast<std::int64_t>(GetTickCount64());
+}
+
+LocalMoment WindowsCopySystem::now() {
+    return localNow();
+}
+
+void WindowsCopySystem::log(const char* category, const std::string& text) {
+    LogEvent(category, "%s", text.c_str());
+}
+
+void WindowsCopySystem::print(const std::string& line) {
+    std::fputs(line.c_str(), stdout);
+}
+
+void WindowsCopySystem::stop(const char* caption, const char* text) {
+    prompts::stop(caption, text);
+}
+
+void WindowsCopySystem::inform(const char* caption, const char* text) {
+    prompts::inform(caption, text);
+}
+
+bool WindowsCopySystem::ask(const char* caption, const char* text) {
+    return prompts::ask(caption, text);
+}
+
+void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
+    if (state_.view != nullptr) {
+        state_.view->setDriveStatus(drive, text);
+    }
+}
+
+} // namespace torvane

@@ -1,0 +1,106 @@
+#include "copy/jobs/copy_jobs.h"
+#include "copy/jobs/job_steps.h"
+
+#include <algorithm>
+
+namespace torvane {
+
+namespace {
+
+/// What tells the two directions apart.
+struct CloneWay {
+    CopyDirection direction;
+    std::int32_t startX;
+    std::int32_t finishX;
+    int badBlockExplosionMilliseconds;
+    const char* terminated;
+    const char* completed;
+    bool idleBeforeLastRepaint; ///< the running flag falls before the track is painted for the last time
+};
+
+constexpr CloneWay kForwardWay{
+    .direction = CopyDirection::kForward,
+    .startX = kTrackStartX,
+    .finishX = kTrackFinishX,
+    .badBlockExplosionMilliseconds = kExplosionMilliseconds,
+    // A forward clone speaks of an image, a reverse one of a clone; both on purpose.
+    .terminated = " User Terminated Image",
+    .completed = " Image Completed",
+    .idleBeforeLastRepaint = true,
+};
+
+constexpr CloneWay kReverseWay{
+    .direction = CopyDirection::kReverse,
+    .startX = kTrackFinishX,
+    .finishX = kTrackStartX,
+    .badBlockExplosionMilliseconds = 500,
+    .terminated = " User Terminated Clone",
+    .completed = " Clone SUCCESSFULLY Completed",
+    .idleBeforeLastRepaint = false,
+};
+
+BlockOrder cloneOrder(const CopyJob& job, const DriveRecord& source, const DriveRecord& destination,
+                      const CloneWay& way) {
+    // A smaller destination is neither refused nor reported: the clone ends where it ends.
+    const std::uint64_t bytes = std::min(driveBytes(source), driveBytes(destination));
+    return way.direction == CopyDirection::kForward ? BlockOrder::forward(bytes, job.blockSize)
+                                                    : BlockOrder::reverse(bytes, job.blockSize);
+}
+
+std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
+    DriveRecord& source = *job.state.source;
+    DriveRecord& destination = *job.state.destination;
+    clearJobFlags(job.state, way.startX, kCloneCarY);
+    source.badReadCount = 0;
+
+    DriveBlocks sourceBlocks(job.system, source);
+    BlockPipeline blocks(sourceBlocks, cloneOrder(job, source, destination, way));
+    if (!blocks.hasBuffers()) {
+        reportNoMemory(job);
+        showNotStarted(job, source);
+        showNotStarted(job, destination);
+        return 0;
+    }
+    const bool wanted = showIdle(job) && cleanDestination(job, blocks.order());
+    JobProgress progress(job, blocks.order(),
+                         {.track = kCloneTrack,
+                          .direction = way.direction,
+                          .label = " Status",
+                          .activity = "Cloning",
+                          .drives = {&source, &destination}});
+
+    JobLosses losses;
+    const auto copyBlock = [&](const Block& block) {
+        settleDriveBlock(job, source, block, losses);
+        // A failed write is counted, nothing more: the clone goes on.
+        losses.failedWrites += job.system.write(destination, block.extent.offset, block.bytes) ? 0 : 1;
+        return true;
+    };
+    const BadBlockRule rule{.source = &source, .explosionMilliseconds = way.badBlockExplosionMilliseconds};
+    const RunEnd end = wanted ? moveBlocks(job, blocks, progress, rule, copyBlock) : RunEnd::kLeftEarly;
+
+    if (movedFullBlocks(end)) {
+        showSuccess(job, way.completed, way.finishX);
+    } else {
+        showFailure(job, way.terminated, kExplosionMilliseconds);
+    }
+    progress.setDriveStatus(runOutcomeText(end, losses));
+    if (way.idleBeforeLastRepaint) {
+        job.running = 0;
+    }
+    job.display.repaintTrack(kCloneTrack);
+    job.running = 0;
+    return 1;
+}
+
+} // namespace
+
+std::uint32_t runForwardClone(const CopyJob& job) {
+    return runClone(job, kForwardWay);
+}
+
+std::uint32_t runReverseClone(const CopyJob& job) {
+    return runClone(job, kReverseWay);
+}
+
+} // namespace torvane

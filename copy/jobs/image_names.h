@@ -1,0 +1,25 @@
+#pragma once
+
+#include "base/local_moment.h"
+#include "copy/engine/block_hasher.h"
+#include "records/drive_record.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+/// "<folder>\<model>.<number>.img". The model stands as the drive reports it.
+[[nodiscard]] std::string imageFileName(std::string_view folder, std::string_view model, std::int32_t number);
+
+/// "<folder>\MD5-HASH--<model>.<number>.txt"
+[[nodiscard]] std::string hashFileName(std::string_view folder, std::string_view model, std::int32_t number);
+
+/// The hash file's bytes. Lines end in a bare line feed; the last has none.
+[[nodiscard]] std::string hashFileText(const DriveRecord& source, const Md5Digest& digest, const LocalMoment& moment);
+
+/// The line that compares digests on the standard output: `title` is "Match HASH" or "Gen   HASH".
+[[nodiscard]] std::string digestLine(std::string_view title, const Md5Digest& digest);
+
+} // namespace torvane

@@ -1,0 +1,111 @@
+#include "copy/jobs/copy_jobs.h"
+#include "copy/jobs/hash_errors.h"
+#include "copy/jobs/image_names.h"
+#include "copy/jobs/job_steps.h"
+
+namespace torvane {
+
+namespace {
+
+void showVerdict(const CopyJob& job, const Md5Digest& imaged, const Md5Digest& verified) {
+    job.system.print(digestLine("Match HASH", imaged));
+    job.system.print(digestLine("Gen   HASH", verified));
+    if (imaged == verified) {
+        job.system.inform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+    } else {
+        job.system.inform("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
+    }
+}
+
+/// `trouble` says what went wrong with the verification, and is empty when nothing did.
+std::string imagingOutcome(const ImagingAccount& imaging, std::string_view trouble) {
+    std::string ending(imaging.whole ? "" : kNotCompleted);
+    ending.append(ending.empty() || trouble.empty() ? "" : ", ").append(trouble);
+    return driveOutcomeText(ending, imaging.losses);
+}
+
+// An image that is verified and yet not whole is no success.
+std::string verdictForDrive(bool equal, const ImagingAccount& imaging) {
+    return equal ? imagingOutcome(imaging, "") + ", verified" : imagingOutcome(imaging, "not verified");
+}
+
+void showNoVerification(const CopyJob& job, const ImagingAccount& imaging) {
+    job.system.setDriveStatus(*job.state.imageSource, imagingOutcome(imaging, "verification failed"));
+}
+
+/// Digest of the image as far as it is read before somebody asks to stop. None, and the user was told, when it could
+/// not be made.
+std::optional<Md5Digest> digestOfImage(const CopyJob& job, BlockPipeline& blocks, JobProgress& progress) {
+    const std::unique_ptr<BlockHasher> hasher = makeHasherOrTell(job);
+    if (!hasher) {
+        return std::nullopt;
+    }
+    std::uint64_t done = 0;
+    const auto hashBlock = [&](const Block& block) {
+        if (block.outcome != FetchOutcome::kWhole) {
+            job.display.setStatus("Could not READ image for VERIFICATION");
+            return false;
+        }
+        if (!hasher->add(block.bytes)) {
+            showHashError(job, kNoHashData);
+            return false;
+        }
+        return true;
+    };
+    if (moveBlocks(job, blocks, progress, {}, hashBlock, [&] { ++done; }) == RunEnd::kGaveUp) {
+        return std::nullopt;
+    }
+    progress.update(done);
+    const std::optional<Md5Digest> digest = hasher->digest();
+    if (!digest) {
+        showHashError(job, kNoHashParam);
+    }
+    return digest;
+}
+
+} // namespace
+
+int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
+                    const ImagingAccount& imaging) {
+    std::unique_ptr<ImageFile> image = job.system.reopenImage(imageName);
+    if (!image) {
+        job.display.setStatus("Could not open image for VERIFICATION");
+        showNoVerification(job, imaging);
+        return 0;
+    }
+    job.state.succeeded = 0;
+    if (!image->rewind()) {
+        // An image that cannot be rewound stays open.
+        job.state.openImages.push_back(std::move(image));
+        showNoVerification(job, imaging);
+        return 0;
+    }
+    ImageBlocks imageBlocks(*image);
+    BlockPipeline blocks(imageBlocks, BlockOrder::forward(image->size(), job.blockSize));
+    if (!blocks.hasBuffers()) {
+        reportNoMemory(job);
+        showNoVerification(job, imaging);
+        return 0;
+    }
+    JobProgress progress(
+        job, blocks.order(),
+        {.track = kImageTrack, .label = " Status", .activity = "Verifying", .drives = {job.state.imageSource}});
+    job.running = 1;
+    job.display.setStatus(" Beginning Verification");
+
+    const std::optional<Md5Digest> verified = digestOfImage(job, blocks, progress);
+    if (!verified) {
+        // The running flag stays set on purpose: the dialog cannot be left before "Terminate Image".
+        showNoVerification(job, imaging);
+        return 0;
+    }
+    image.reset();
+    job.running = 0;
+    job.state.succeeded = 1;
+    job.display.repaintTrack(kImageTrack);
+    progress.setDriveStatus(verdictForDrive(*verified == digest, imaging));
+    showVerdict(job, digest, *verified);
+    return 1;
+}
+
+} // namespace torvane

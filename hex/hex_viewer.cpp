@@ -1,0 +1,40 @@
+#include "hex/hex_viewer.h"
+
+#include "copy/engine/block_io.h"
+#include "records/sector_size.h"
+
+#include <algorithm>
+
+namespace torvane {
+
+HexViewer::HexViewer(DriveRecord& drive)
+    : drive_(drive), sectorBytes_(sectorSizeOf(drive)),
+      // Not the record's count, which is in units of 512 bytes whatever the sector size.
+      sectors_(static_cast<std::uint64_t>(std::max<std::int64_t>(drive.sizeBytes, 0)) / sectorBytes_),
+      buffer_(hexReadBytes(drive.bytesPerSector)) {}
+
+bool HexViewer::toPrevious() {
+    if (sector_ == 0) {
+        return false;
+    }
+    --sector_;
+    return true;
+}
+
+bool HexViewer::toNext() {
+    if (sector_ + 1 >= sectors_) {
+        return false;
+    }
+    ++sector_;
+    return true;
+}
+
+void HexViewer::toScrollPosition(int position) {
+    sector_ = sectorAtScrollPosition(sectors_, position);
+}
+
+void HexViewer::read() {
+    ReadBlock(drive_, buffer_, sector_ * sectorBytes_);
+}
+
+} // namespace torvane

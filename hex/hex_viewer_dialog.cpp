@@ -1,0 +1,189 @@
+#include "hex/hex_viewer_dialog.h"
+
+#include "base/format.h"
+#include "hex/hex_viewer.h"
+#include "resources/resource_ids.h"
+#include "ui/dialog.h"
+
+namespace torvane {
+
+namespace {
+
+constexpr COLORREF kBackground = RGB(255, 255, 255);
+constexpr int kScrollPage = 10;
+
+// Pixels.
+constexpr int kMargin = 8;
+constexpr int kPaneGap = 12;
+
+// Characters of one row.
+constexpr int kOffsetColumns = 3;
+constexpr int kHexColumns = 3 * kHexBytesPerRow - 1; // the last blank need not show
+constexpr int kCharacterColumns = kHexBytesPerRow;
+
+constexpr int kColumns = kOffsetColumns + kHexColumns + kCharacterColumns;
+constexpr int kBetweenColumns = 2 * kMargin + 2 * kPaneGap;
+
+/// A fixed-pitch font with the size of its characters.
+struct FixedFont {
+    UniqueFont font;
+    int columnWidth;
+    int rowHeight;
+};
+
+/// `width` 0: as wide as the font's own design is at that height.
+FixedFont makeFixedFont(HWND window, int height, int width) {
+    UniqueFont font(CreateFontA(height, width, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                                OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN,
+                                "Consolas"));
+    const HDC context = GetDC(window);
+    TEXTMETRICA metrics{};
+    {
+        const SelectedObject selected(context, font.get());
+        GetTextMetricsA(context, &metrics);
+    }
+    ReleaseDC(window, context);
+    return {std::move(font), metrics.tmAveCharWidth, metrics.tmHeight};
+}
+
+int panesTop(const FixedFont& font) {
+    return 2 * kMargin + font.rowHeight;
+}
+
+bool fits(const FixedFont& font, const RECT& area) {
+    return kBetweenColumns + kColumns * font.columnWidth <= area.right &&
+           panesTop(font) + kHexRows * font.rowHeight + kMargin <= area.bottom;
+}
+
+/// The largest font with which all rows stand side by side, drawn narrower where its own width is too much.
+FixedFont chooseFont(HWND window, const RECT& area) {
+    constexpr int kSmallest = 8;
+    const int width = (static_cast<int>(area.right) - kBetweenColumns) / kColumns;
+    FixedFont font{};
+    for (int height = 2 * width + 2; height >= kSmallest; --height) {
+        for (const int tried : {0, width}) {
+            font = makeFixedFont(window, height, tried);
+            if (fits(font, area)) {
+                return font;
+            }
+        }
+    }
+    return font;
+}
+
+class HexViewerDialog : public Dialog {
+  public:
+    explicit HexViewerDialog(DriveRecord& drive) : Dialog(IDD_HEX_VIEWER), drive_(drive), viewer_(drive) {}
+
+  protected:
+    bool onInitialise() override {
+        SetWindowTextA(window(), formatText("Quick Disk View -- %s", drive_.model.c_str()).c_str());
+        setUpScrollBar();
+        useFont();
+        placePanes();
+        setControlText(IDC_HEX_OFFSETS, rowOffsetsText().c_str());
+        showSector();
+        SetFocus(window());
+        return false;
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<HexViewerDialog> kRoutes[] = {{IDCANCEL, &HexViewerDialog::onClose}};
+        return route(*this, kRoutes, id);
+    }
+
+    std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM) override {
+        switch (message) {
+        case WM_VSCROLL:
+            if (LOWORD(wParam) == SB_THUMBTRACK) {
+                scrollTo(HIWORD(wParam));
+            }
+            return 0;
+        case WM_KEYDOWN:
+            onKey(wParam);
+            return std::nullopt;
+        // The keyboard stays with the dialog itself: dialogs would otherwise hand it on to a control, at once or when
+        // Tab or an arrow key is pressed.
+        case WM_SETFOCUS:
+            return 0;
+        case WM_GETDLGCODE:
+            return DLGC_WANTTAB | DLGC_WANTARROWS;
+        default:
+            return std::nullopt;
+        }
+    }
+
+    HBRUSH onControlColour(HDC context) override {
+        SetBkColor(context, kBackground);
+        return background_.get();
+    }
+
+  private:
+    void setUpScrollBar() {
+        SCROLLINFO info{};
+        info.cbSize = sizeof(info);
+        info.fMask = SIF_ALL;
+        info.nMax = kHexScrollMaximum;
+        info.nPage = kScrollPage;
+        SetScrollInfo(window(), SB_VERT, &info, TRUE);
+    }
+
+    void useFont() {
+        font_ = chooseFont(window(), clientArea());
+        for (const int id : {IDC_HEX_POSITION, IDC_HEX_OFFSETS, IDC_HEX_PANE, IDC_CHARACTER_PANE}) {
+            SendMessageA(control(id), WM_SETFONT, reinterpret_cast<WPARAM>(font_.font.get()), FALSE);
+        }
+    }
+
+    void placePanes() {
+        const int clientWidth = static_cast<int>(clientArea().right);
+        // In the middle, whatever the font leaves over.
+        int left = kMargin + (clientWidth - kBetweenColumns - kColumns * font_.columnWidth) / 2;
+        placeControl(IDC_HEX_POSITION, {left, kMargin, clientWidth - kMargin, kMargin + font_.rowHeight});
+        const int top = panesTop(font_);
+        const auto placePane = [&](int id, int columns) {
+            const int right = left + columns * font_.columnWidth;
+            placeControl(id, {left, top, right, top + kHexRows * font_.rowHeight});
+            left = right + kPaneGap;
+        };
+        placePane(IDC_HEX_OFFSETS, kOffsetColumns);
+        placePane(IDC_HEX_PANE, kHexColumns);
+        placePane(IDC_CHARACTER_PANE, kCharacterColumns);
+    }
+
+    void showSector() {
+        viewer_.read();
+        setControlText(IDC_HEX_POSITION,
+                       hexPositionText(viewer_.sector(), viewer_.sectors(), viewer_.sectorBytes()).c_str());
+        setControlText(IDC_HEX_PANE, hexPaneText(viewer_.bytes()).c_str());
+        setControlText(IDC_CHARACTER_PANE, characterPaneText(viewer_.bytes()).c_str());
+    }
+
+    void scrollTo(int position) {
+        SetScrollPos(window(), SB_VERT, position, TRUE);
+        viewer_.toScrollPosition(position);
+        showSector();
+    }
+
+    // The scroll bar stays where it is: it is for jumps, and one of its steps is many sectors of a drive.
+    void onKey(WPARAM key) {
+        if ((key == VK_PRIOR && viewer_.toPrevious()) || (key == VK_NEXT && viewer_.toNext())) {
+            showSector();
+        }
+    }
+
+    void onClose() { end(1); }
+
+    DriveRecord& drive_;
+    HexViewer viewer_;
+    FixedFont font_{};
+    UniqueBrush background_{CreateSolidBrush(kBackground)};
+};
+
+} // namespace
+
+void showHexViewer(DriveRecord& drive, HWND owner) {
+    HexViewerDialog(drive).runModal(owner);
+}
+
+} // namespace torvane

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+
+namespace torvane {
+
+/// What may be at work beside the window. The order means nothing.
+enum class JobKind : std::uint8_t {
+    kScan,
+    kClone,
+    kImage,
+    kForensicImage,
+    kImageToDrive,
+    kDiskChange, ///< read-only attribute set or cleared, disk cleaned
+    kMounting,   ///< automatic mounting enabled or disabled
+    kShortTest,
+    kCriticalTest,
+    kNistTest,
+};
+
+inline constexpr std::size_t kJobKinds = 10;
+
+/// A set of kinds.
+class JobKinds {
+  public:
+    constexpr JobKinds() = default;
+    constexpr JobKinds(std::initializer_list<JobKind> kinds) {
+        for (const JobKind kind : kinds) {
+            add(kind);
+        }
+    }
+
+    constexpr void add(JobKind kind) { bits_ |= bit(kind); }
+
+    [[nodiscard]] constexpr bool contains(JobKind kind) const { return (bits_ & bit(kind)) != 0; }
+    [[nodiscard]] constexpr bool empty() const { return bits_ == 0; }
+
+    friend constexpr JobKinds operator|(JobKinds a, JobKinds b) { return JobKinds(a.bits_ | b.bits_); }
+    friend constexpr JobKinds operator&(JobKinds a, JobKinds b) { return JobKinds(a.bits_ & b.bits_); }
+    bool operator==(const JobKinds&) const = default;
+
+  private:
+    constexpr explicit JobKinds(std::uint32_t bits) : bits_(bits) {}
+    static constexpr std::uint32_t bit(JobKind kind) { return 1U << static_cast<unsigned>(kind); }
+
+    std::uint32_t bits_ = 0;
+};
+
+} // namespace torvane

@@ -1,0 +1,141 @@
+#include "jobs/jobs.h"
+
+#include "jobs/job_rules.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace torvane {
+
+JobClaim::JobClaim(JobClaim&& other) noexcept : jobs_(std::exchange(other.jobs_, nullptr)), number_(other.number_) {}
+
+JobClaim& JobClaim::operator=(JobClaim&& other) noexcept {
+    if (this != &other) {
+        release();
+        jobs_ = std::exchange(other.jobs_, nullptr);
+        number_ = other.number_;
+    }
+    return *this;
+}
+
+JobClaim::~JobClaim() {
+    release();
+}
+
+bool JobClaim::raise() {
+    const std::lock_guard lock(jobs_->mutex_);
+    Jobs::Entry& entry = jobs_->entry(number_);
+    entry.flagUp = !entry.stopAsked;
+    return entry.flagUp;
+}
+
+void JobClaim::lower() {
+    const std::lock_guard lock(jobs_->mutex_);
+    jobs_->lower(jobs_->entry(number_));
+}
+
+bool JobClaim::isRaised() const {
+    const std::lock_guard lock(jobs_->mutex_);
+    return jobs_->entry(number_).flagUp;
+}
+
+bool JobClaim::stopAsked() const {
+    const std::lock_guard lock(jobs_->mutex_);
+    return jobs_->entry(number_).stopAsked;
+}
+
+void JobClaim::leaveRaised() {
+    const std::lock_guard lock(jobs_->mutex_);
+    jobs_->entry(number_).leavesFlagUp = true;
+}
+
+void JobClaim::release() {
+    if (jobs_ == nullptr) {
+        return;
+    }
+    const std::lock_guard lock(jobs_->mutex_);
+    Jobs::Entry& entry = jobs_->entry(number_);
+    if (entry.flagUp && entry.leavesFlagUp) {
+        jobs_->flagLeftUp_ = true;
+    } else {
+        jobs_->lower(entry);
+    }
+    std::erase_if(jobs_->entries_, [this](const Jobs::Entry& each) { return each.number == number_; });
+    jobs_ = nullptr;
+}
+
+std::optional<JobClaim> Jobs::begin(JobKind kind) {
+    const std::lock_guard lock(mutex_);
+    if (obstacleFor(kind)) {
+        return std::nullopt;
+    }
+    const JobFlag flag = ruleOf(kind).flag;
+    const bool held = !(kindsAtWork() & (kDriveJobs | kScanAlone)).empty();
+    const bool up = flag == JobFlag::kFromBegin || (flag == JobFlag::kUnlessHeld && !held);
+    entries_.push_back({.number = ++lastNumber_, .kind = kind, .flagUp = up});
+    return JobClaim(*this, lastNumber_);
+}
+
+Jobs::Obstacle Jobs::whyNot(JobKind kind) const {
+    const std::lock_guard lock(mutex_);
+    return obstacleFor(kind);
+}
+
+bool Jobs::active() const {
+    const std::lock_guard lock(mutex_);
+    return anyFlagUp();
+}
+
+JobKinds Jobs::atWork() const {
+    const std::lock_guard lock(mutex_);
+    return kindsAtWork();
+}
+
+void Jobs::askToStop() {
+    const std::lock_guard lock(mutex_);
+    flagLeftUp_ = false;
+    for (Entry& entry : entries_) {
+        entry.flagUp = false;
+        entry.stopAsked = ruleOf(entry.kind).heedsStop;
+    }
+}
+
+Jobs::Obstacle Jobs::obstacleFor(JobKind kind) const {
+    const JobRule& rule = ruleOf(kind);
+    return {.flag = rule.waitsForFlag && anyFlagUp(), .kinds = kindsAtWork() & rule.waitsFor};
+}
+
+JobKinds Jobs::kindsAtWork() const {
+    JobKinds kinds;
+    for (const Entry& entry : entries_) {
+        kinds.add(entry.kind);
+    }
+    return kinds;
+}
+
+bool Jobs::anyFlagUp() const {
+    return flagLeftUp_ || std::ranges::any_of(entries_, &Entry::flagUp);
+}
+
+Jobs::Entry& Jobs::entry(std::uint64_t number) {
+    return *std::ranges::find(entries_, number, &Entry::number);
+}
+
+void Jobs::lower(Entry& entry) {
+    if (!entry.flagUp) {
+        return; // asked to stop: whatever flag is up by now is another's
+    }
+    entry.flagUp = false;
+    flagLeftUp_ = false;
+    if (!ruleOf(entry.kind).sharesFlag) {
+        return;
+    }
+    for (Entry& other : entries_) {
+        if (ruleOf(other.kind).sharesFlag && other.flagUp) {
+            other.flagUp = false;
+            other.stopAsked = true;
+        }
+    }
+}
+
+} // namespace torvane

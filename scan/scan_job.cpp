@@ -1,0 +1,177 @@
+#include "scan/scan_job.h"
+
+#include "admin/disk_part.h"
+#include "base/worker_thread.h"
+#include "discovery/physical_drive_probe.h"
+#include "discovery/volume_map.h"
+#include "monitoring/smart_scan.h"
+#include "scan/monitoring_dispatch.h"
+#include "state/app_state.h"
+#include "state/event_log.h"
+#include "ui/prompts.h"
+
+#include <string_view>
+
+namespace torvane {
+
+namespace {
+
+enum ScanStage : std::int32_t {
+    kStageStarting = 0,
+    kStageDriveDevices = 1,
+    kStagePhysicalDevices = 2,
+    kStageLogicalDevices = 3,
+    kStageComplete = 5, // 4 is never used
+};
+
+constexpr std::int64_t kProgressSeconds = 60;
+constexpr std::uint32_t kProgressPollMilliseconds = 10;
+constexpr std::uint32_t kProgressLingerMilliseconds = 2000;
+
+void enterStage(AppState& state, ScanStage stage, std::string_view status) {
+    state.scan.stage = stage;
+    state.view->setScanStatus(status);
+}
+
+void readMonitoringData(AppState& state, DriveRecord& record, int driveNumber) {
+    SmartParseDrive(state, record, driveNumber);
+    dispatchMonitoring(record);
+    DP_TestReadOnly(state, record);
+}
+
+// The table stays compact: a slot that received nothing takes the next number's drive.
+void probeAllDrives(AppState& state) {
+    for (int driveNumber = 0; driveNumber < kMaxDrives; ++driveNumber) {
+        DriveRecordPtr& slot = state.scan.drives[static_cast<std::size_t>(state.scan.driveCount)];
+        slot = ProbePhysicalDrive(state, driveNumber);
+        if (slot) {
+            readMonitoringData(state, *slot, driveNumber);
+            ++state.scan.driveCount;
+        }
+    }
+}
+
+void listDrives(AppState& state) {
+    for (int i = 0; i < state.scan.driveCount; ++i) {
+        state.view->addDriveRow(*state.scan.drives[static_cast<std::size_t>(i)]);
+    }
+}
+
+void forgetLastScan(AppState& state) {
+    state.activeDrive = nullptr;
+    state.activeDriveChosen = 0;
+    state.view->clearHealthPanel();
+    state.view->deleteDriveRows();
+    state.copy.source = nullptr;
+    state.copy.destination = nullptr;
+    state.copy.imageSource = nullptr;
+    // Nobody points at the records any more.
+    state.scan.driveCount = 0;
+    for (DriveRecordPtr& record : state.scan.drives) {
+        record.reset();
+    }
+}
+
+// Both words are raised before the worker runs, so that a second press finds them however late the thread starts.
+void raiseBusyWords(AppState& state) {
+    state.jobActive = 1;
+    state.scan.driveLoaderWorking = 1;
+}
+
+void startScanWorker(AppState& state) {
+    if (!startThread(driveScanThread, &state)) {
+        state.scan.driveLoaderWorking = 0;
+        state.jobActive = 0;
+        LogEvent("ERROR", "Could not start the drive scan");
+    }
+}
+
+} // namespace
+
+void LoadDrives(AppState& state) {
+    // A copy that was told to stop uses its drives' records until its last read is done.
+    if (state.jobActive == 1 || state.driveJobAtWork == 1) {
+        return;
+    }
+    if (state.scan.driveLoaderWorking == 1) {
+        prompts::stop("***** Working *****", "Drive Loader is Working");
+        return;
+    }
+    if (state.shortTestsAtWork != 0) {
+        prompts::stop("***** Load Drives *****", "Short Test is Running");
+        return;
+    }
+    // Likewise a read test that was told to stop.
+    if (state.readTests.workersAtWork != 0) {
+        return;
+    }
+    raiseBusyWords(state);
+    // Before either thread, lest the stage of a fast worker be overwritten.
+    state.scan.stage = kStageStarting;
+    ++state.scan.scanNumber;
+    startThread(scanProgressThread, &state);
+    forgetLastScan(state);
+    startScanWorker(state);
+}
+
+DWORD runDriveScan(AppState& state) {
+    state.jobActive = 1;
+    state.scan.driveCount = 0;
+    LogEvent("STATUS", "Beginning Drive Scan");
+    enterStage(state, kStageDriveDevices, "Loading Drive Devices");
+    SmartScanDevices(state);
+    enterStage(state, kStagePhysicalDevices, "Loading Physical Devices");
+    probeAllDrives(state);
+    enterStage(state, kStageLogicalDevices, "Loading Logical Devices");
+    EnumerateVolumes(state);
+    listDrives(state);
+    state.jobActive = 0;
+    enterStage(state, kStageComplete, "Scan Complete");
+    LogEvent("STATUS", "Drive Scan Completed: [%d] Drives Found", static_cast<int>(state.scan.driveCount));
+    state.scan.driveLoaderWorking = 0;
+    return 1;
+}
+
+ScanClock systemScanClock() {
+    return {.seconds = [] { return static_cast<std::int64_t>(GetTickCount64() / 1000); },
+            .sleep = [](std::uint32_t milliseconds) { Sleep(milliseconds); }};
+}
+
+DWORD runScanProgress(AppState& state, const ScanClock& clock) {
+    const std::int32_t scanNumber = state.scan.scanNumber;
+    const auto superseded = [&] { return state.scan.scanNumber != scanNumber; };
+    state.view->showScanProgress(kStageComplete);
+
+    std::int64_t shownSecond = clock.seconds();
+    const std::int64_t deadline = shownSecond + kProgressSeconds;
+    while (!superseded()) {
+        const std::int64_t now = clock.seconds();
+        if (now != shownSecond) {
+            shownSecond = now;
+            const std::int32_t stage = state.scan.stage;
+            state.view->setScanProgress(stage);
+            if (stage == kStageComplete) {
+                break;
+            }
+        }
+        if (now >= deadline) {
+            break;
+        }
+        clock.sleep(kProgressPollMilliseconds);
+    }
+    clock.sleep(kProgressLingerMilliseconds);
+    if (!superseded()) {
+        state.view->hideScanProgress();
+    }
+    return 1;
+}
+
+DWORD WINAPI driveScanThread(void* state) {
+    return runDriveScan(*static_cast<AppState*>(state));
+}
+
+DWORD WINAPI scanProgressThread(void* state) {
+    return runScanProgress(*static_cast<AppState*>(state), systemScanClock());
+}
+
+} // namespace torvane

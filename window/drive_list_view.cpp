@@ -1,0 +1,95 @@
+#include "window/drive_list_view.h"
+
+#include "base/colours.h"
+#include "records/drive_record.h"
+#include "records/drive_texts.h"
+#include "resources/resource_ids.h"
+#include "window/list_cells.h"
+#include "window/main_layout.h"
+
+namespace torvane {
+
+bool DriveListView::create(HWND parent) {
+    const RECT place{kDriveListPlace.left, kDriveListPlace.top, kDriveListPlace.right, kDriveListPlace.bottom};
+    if (!list_.create(parent, IDC_DRIVE_LIST, place, WS_VISIBLE | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
+                      LVS_EX_GRIDLINES | LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT, kListBackground)) {
+        return false;
+    }
+    list_.addColumn("Model", 250);
+    list_.addColumn("Serial Number", 150);
+    list_.addColumn("Size Sectors", 90);
+    list_.addColumn("Size GB", 85);
+    list_.addColumn("Interface", 120);
+    list_.addColumn("Status", 460);
+    return true;
+}
+
+void DriveListView::addRow(DriveRecord& record) {
+    record.listPosition = list_.rowCount();
+    const int row = list_.appendRow(record.model.c_str(), reinterpret_cast<LPARAM>(&record));
+    list_.setCell(row, kDriveColumnSerialNumber, record.serialNumber.c_str());
+    list_.setCell(row, kDriveColumnSizeSectors, sizeSectorsText(record).c_str());
+    list_.setCell(row, kDriveColumnSizeGigabytes, sizeGigabytesText(record).c_str());
+    list_.setCell(row, kDriveColumnStatus, "Idle");
+    list_.setCell(row, kDriveColumnInterface, interfaceText(record).c_str());
+}
+
+void DriveListView::setStatus(const DriveRecord& drive, const std::string& text) {
+    for (int row = 0; row < list_.rowCount(); ++row) {
+        if (record(row) == &drive) {
+            list_.setCell(row, kDriveColumnStatus, text.c_str());
+        }
+    }
+}
+
+std::vector<DriveRecord*> DriveListView::tickedDrives() const {
+    std::vector<DriveRecord*> ticked;
+    for (int row = 0; row < list_.rowCount(); ++row) {
+        if (list_.isTicked(row)) {
+            ticked.push_back(record(row));
+        }
+    }
+    return ticked;
+}
+
+DriveRecord* DriveListView::newlySelected(const NMLISTVIEW& change) const {
+    if ((change.uChanged & LVIF_STATE) == 0 || change.iItem < 0) {
+        return nullptr;
+    }
+    // The tick is part of the state. Windows reports only the bits that changed, other systems the whole state: a
+    // change of the tick differs in its bits, and any other change leaves them alike.
+    const UINT tickBefore = change.uOldState & LVIS_STATEIMAGEMASK;
+    const UINT tickAfter = change.uNewState & LVIS_STATEIMAGEMASK;
+    const UINT state = change.uNewState & ~static_cast<UINT>(LVIS_STATEIMAGEMASK);
+    const bool selected = state == (LVIS_SELECTED | LVIS_FOCUSED);
+    return selected && tickBefore == tickAfter ? record(change.iItem) : nullptr;
+}
+
+DriveRecord* DriveListView::selectedDrive() const {
+    const int row = list_.selectedRow();
+    return row < 0 ? nullptr : record(row);
+}
+
+std::optional<POINT> DriveListView::menuPlace(POINT askedAt) {
+    const bool byKeyboard = askedAt.x == -1 && askedAt.y == -1;
+    const int row = byKeyboard ? list_.selectedRow() : list_.rowAt(askedAt);
+    if (row < 0) {
+        return std::nullopt;
+    }
+    if (!byKeyboard) {
+        list_.selectRow(row);
+        return askedAt;
+    }
+    list_.scrollIntoView(row);
+    const RECT place = list_.rowPlace(row);
+    return POINT{place.left, place.bottom};
+}
+
+LRESULT DriveListView::draw(NMLVCUSTOMDRAW& draw) const {
+    return drawCells(list_, draw, [](int column, const std::string& text) {
+        const CellPaint paint = driveCellPaint(column, text);
+        return CellColours{paint.text, paint.background};
+    });
+}
+
+} // namespace torvane

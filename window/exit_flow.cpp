@@ -1,0 +1,68 @@
+#include "window/exit_flow.h"
+
+#include "admin/disk_part.h"
+#include "state/app_state.h"
+#include "state/mount_status.h"
+#include "ui/prompts.h"
+
+namespace torvane {
+
+namespace {
+
+bool confirmLeaving(AppState& state) {
+    constexpr const char* kCaption = "***** Exiting Application *****";
+    if (state.jobActive != 1) {
+        return prompts::ask(kCaption, "You are about to EXIT TVN. Are you sure?");
+    }
+    if (!prompts::ask(kCaption, "Application still has a job working. Do you still want to EXIT?")) {
+        return false;
+    }
+    state.jobActive = 0;
+    return true;
+}
+
+// The thread that enables mounting writes the same results file, so this check may fail on it: then what the state
+// holds is the last known answer, or already that thread's.
+bool mountingIsStillDisabled(AppState& state) {
+    const std::int32_t status = DP_GetMountStatus(state);
+    return (status == 0 ? state.mountStatus.load() : status) == kMountingDisabled;
+}
+
+void offerEnabledMounting(AppState& state) {
+    if (DP_GetMountStatus(state) != kMountingDisabled) {
+        return;
+    }
+    if (!prompts::ask("***** MOUNTING DISABLED -- *****",
+                      "Drive Mounting DISABLED. It is recommended that you ENABLE it before EXITing. Do you wish to "
+                      "ENABLE Drive Mounting")) {
+        return;
+    }
+    startEnableMounting(state);
+    // Asked at once: the window's thread never waits for a worker, so a change still under way counts as none.
+    if (mountingIsStillDisabled(state)) {
+        prompts::stop("***** DRIVE MOUNTING STILL DISABLED *****",
+                      "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags");
+    }
+}
+
+} // namespace
+
+void terminateCurrentTask(AppState& state) {
+    if (state.jobActive != 1) {
+        return;
+    }
+    if (prompts::ask("***** STATUS TERMINATE JOB STATUS *****",
+                     "You are about to TERMINATE the current job. Is that your intent?")) {
+        state.jobActive = 0;
+    }
+}
+
+bool confirmExit(AppState& state) {
+    if (!confirmLeaving(state)) {
+        return false;
+    }
+    offerEnabledMounting(state);
+    return true;
+}
+
+} // namespace torvane

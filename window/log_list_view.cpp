@@ -1,0 +1,38 @@
+#include "window/log_list_view.h"
+
+#include "base/colours.h"
+#include "resources/resource_ids.h"
+#include "window/list_cells.h"
+#include "window/main_layout.h"
+
+namespace torvane {
+
+bool LogListView::create(HWND parent, int closedClientHeight) {
+    const PixelRect place = logListPlace(closedClientHeight);
+    if (!list_.create(parent, IDC_LOG_LIST, {place.left, place.top, place.right, place.bottom}, 0,
+                      LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT, kListBackground)) {
+        return false;
+    }
+    list_.addColumn("Type", 100);
+    list_.addColumn("Date", 100);
+    list_.addColumn("Time", 100);
+    list_.addColumn("Message", 850);
+    return true;
+}
+
+void LogListView::append(const LogRow& row) {
+    const int index = list_.appendRow(row.category.c_str());
+    list_.setCell(index, kLogColumnDate, row.date.c_str());
+    list_.setCell(index, kLogColumnTime, row.time.c_str());
+    list_.setCell(index, kLogColumnMessage, row.message.c_str());
+    list_.scrollIntoView(index);
+}
+
+LRESULT LogListView::draw(NMLVCUSTOMDRAW& draw) const {
+    return drawCells(list_, draw, [](int column, const std::string& text) {
+        const CellPaint paint = logCellPaint(column, text);
+        return CellColours{paint.text, paint.background};
+    });
+}
+
+} // namespace torvane

@@ -1,0 +1,59 @@
+#include "resources/resource_ids.h"
+#include "state/app_state.h"
+#include "window/main_dialog.h"
+#include "window/main_window_view.h"
+#include "window/start_up.h"
+
+#include <winsock2.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <array>
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+bool startSockets() {
+    WSADATA data{};
+    return WSAStartup(MAKEWORD(2, 2), &data) == 0;
+}
+
+std::string loadText(int id) {
+    std::array<char, 256> text{};
+    LoadStringA(GetModuleHandleA(nullptr), static_cast<UINT>(id), text.data(), static_cast<int>(text.size()));
+    return text.data();
+}
+
+void initialiseControls() {
+    INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES | ICC_PROGRESS_CLASS | ICC_STANDARD_CLASSES};
+    InitCommonControlsEx(&controls);
+}
+
+/// The window as other threads see it. Never destroyed, as the state is: a worker may still be logging while the
+/// process ends.
+MainWindowView& mainWindowView() {
+    static MainWindowView& view = *new MainWindowView;
+    return view;
+}
+
+void runMainDialog() {
+    initialiseControls();
+    appState().view = &mainWindowView();
+    MainDialog(appState(), mainWindowView()).runModal(nullptr);
+}
+
+} // namespace
+
+} // namespace torvane
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+    torvane::runProgram({.startSockets = torvane::startSockets,
+                         .endSockets = [] { WSACleanup(); },
+                         .socketsFailedText = [] { return torvane::loadText(IDS_SOCKETS_FAILED); },
+                         .runMainDialog = torvane::runMainDialog});
+    return 0;
+}

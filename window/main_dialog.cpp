@@ -1,0 +1,258 @@
+#include "window/main_dialog.h"
+
+#include "admin/disk_part.h"
+#include "base/colours.h"
+#include "health/health_message_view.h"
+#include "health/health_panel_view.h"
+#include "resources/resource_ids.h"
+#include "settings/company_info_file.h"
+#include "settings/messages.h"
+#include "settings/tutorial_dialog.h"
+#include "state/app_state.h"
+#include "ui/control_text.h"
+#include "ui/prompt_owner.h"
+#include "window/main_layout.h"
+#include "window/main_window_view.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+
+namespace torvane {
+
+namespace {
+
+RECT toRect(const PixelRect& rect) {
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
+
+HFONT createFixedPitchFont(const char* face, int weight) {
+    constexpr int kHeight = 18;
+    return CreateFontA(kHeight, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                       CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, face);
+}
+
+HICON loadIcon(int metricX, int metricY) {
+    return static_cast<HICON>(LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDI_TORVANE), IMAGE_ICON,
+                                         GetSystemMetrics(metricX), GetSystemMetrics(metricY), LR_SHARED));
+}
+
+} // namespace
+
+MainDialog::MainDialog(AppState& state, MainWindowView& view) : Dialog(IDD_MAIN), state_(state), view_(view) {}
+
+bool MainDialog::onInitialise() {
+    addSystemMenuItems();
+    setIcons();
+    gdiPlus_.start();
+    view_.attach(window());
+    prompts::setOwner(window());
+    state_.activeDriveChosen = 0;
+    state_.activeDrive = nullptr;
+    createFonts();
+    background_.reset(CreateSolidBrush(kDialogBackground));
+    SetWindowTextA(window(), "Torvane ver 1.2 June 20, 2022 7:40 AM");
+    placeWindow();
+    placeControls();
+    buildListViews();
+    if (LoadMessages(state_) == 0) {
+        end(0);
+        return false;
+    }
+    LoadCompanyInfo(state_.companyInfo);
+    showThenHidePanel();
+    ShowTutorialIfWanted(window());
+    SetFocus(driveList_.window());
+    return false;
+}
+
+void MainDialog::addSystemMenuItems() {
+    const HMENU menu = GetSystemMenu(window(), FALSE);
+    AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
+    AppendMenuA(menu, MF_STRING, IDM_ABOUT, "About");
+    AppendMenuA(menu, MF_STRING, IDM_EDIT_MESSAGES, "Edit Messages...");
+}
+
+// Before the system menu opens.
+void MainDialog::updateSystemMenu() {
+    EnableMenuItem(GetSystemMenu(window(), FALSE), IDM_EDIT_MESSAGES,
+                   MF_BYCOMMAND | (state_.jobActive == 1 ? MF_GRAYED : MF_ENABLED));
+}
+
+void MainDialog::setIcons() {
+    SendMessageA(window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(loadIcon(SM_CXICON, SM_CYICON)));
+    SendMessageA(window(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(loadIcon(SM_CXSMICON, SM_CYSMICON)));
+}
+
+void MainDialog::createFonts() {
+    headingFont_.reset(createFixedPitchFont("Comic Sans MS", FW_BOLD));
+    dataFont_.reset(createFixedPitchFont("FixedSys", FW_NORMAL));
+    SendMessageA(control(IDC_GAUGE_TEXT), WM_SETFONT, reinterpret_cast<WPARAM>(dataFont_.get()), FALSE);
+}
+
+// In the middle of the work area, with room for the log panel below.
+void MainDialog::placeWindow() {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    GetMonitorInfoA(MonitorFromWindow(window(), MONITOR_DEFAULTTOPRIMARY), &monitor);
+    const RECT& area = monitor.rcWork;
+    const int left = area.left + (area.right - area.left - kMainWindowWidth) / 2;
+    const int top = area.top + (area.bottom - area.top - kMainWindowHeightWithLog) / 2;
+    SetWindowPos(window(), nullptr, std::max<int>(left, area.left), std::max<int>(top, area.top), kMainWindowWidth,
+                 kMainWindowHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void MainDialog::placeControls() {
+    for (const PlacedControl& placed : layOutMainWindow()) {
+        placeControl(placed.id, toRect(placed.place));
+    }
+    placeControl(IDC_HEALTH_PANEL, toRect(kHealthPanelPlace));
+    logToggleTip_.attach(control(IDC_LOG_TOGGLE), "Show or hide the event log");
+    messageTip_.attach(control(IDC_HEALTH_MESSAGE), "");
+}
+
+void MainDialog::buildListViews() {
+    driveList_.create(window());
+    logList_.create(window(), clientArea().bottom);
+    // First and last in the tab order; the drive list directly behind its label, whose access key leads to it.
+    SetWindowPos(driveList_.window(), control(IDC_DRIVES_LABEL), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    SetWindowPos(logList_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+// A kept step of the start: the panel frames nothing yet, and what is painted in its place needs no control.
+void MainDialog::showThenHidePanel() {
+    showControl(IDC_HEALTH_PANEL, true);
+    showControl(IDC_HEALTH_PANEL, false);
+}
+
+void MainDialog::resizeWindow(int height) {
+    SetWindowPos(window(), nullptr, 0, 0, kMainWindowWidth, height, SWP_NOMOVE | SWP_NOZORDER);
+}
+
+void MainDialog::showScanProgress(int maximum) {
+    SendMessageA(control(IDC_SCAN_PROGRESS), PBM_SETPOS, 0, 0);
+    SendMessageA(control(IDC_SCAN_PROGRESS), PBM_SETRANGE32, 0, maximum);
+    showControl(IDC_SCAN_PROGRESS, true);
+    showControl(IDC_SCAN_STATUS, true);
+}
+
+void MainDialog::setScanProgress(int position) {
+    SendMessageA(control(IDC_SCAN_PROGRESS), PBM_SETPOS, static_cast<WPARAM>(position), 0);
+}
+
+void MainDialog::setScanStatus(const std::string& text) {
+    setControlText(IDC_SCAN_STATUS, text.c_str());
+}
+
+void MainDialog::hideScanProgress() {
+    showControl(IDC_SCAN_PROGRESS, false);
+    showControl(IDC_SCAN_STATUS, false);
+}
+
+void MainDialog::setWideProgress(int position) {
+    SendMessageA(control(IDC_WIDE_PROGRESS), PBM_SETPOS, static_cast<WPARAM>(position), 0);
+}
+
+void MainDialog::clearHealthPanel() {
+    for (int id = IDC_VALUE_TEXT_1; id <= IDC_VALUE_TEXT_6; ++id) {
+        setControlText(id, "");
+    }
+    setControlText(IDC_HEALTH_MESSAGE, "");
+    setControlText(IDC_GAUGE_TEXT, "00 00 00 00 00");
+    InvalidateRect(window(), nullptr, TRUE);
+}
+
+// A message that does not show whole is told by its tool tip.
+void MainDialog::drawItem(const DRAWITEMSTRUCT& item) {
+    if (item.CtlID != IDC_HEALTH_MESSAGE) {
+        return;
+    }
+    const auto dialogFont = reinterpret_cast<HFONT>(SendMessageA(window(), WM_GETFONT, 0, 0));
+    const bool whole = drawHealthMessage(item, background_.get(), headingFont_.get(), dialogFont);
+    messageTip_.setText(whole ? "" : controlText(item.hwndItem));
+}
+
+void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
+    DriveRecord* const drive = driveList_.newlySelected(change);
+    if (drive == nullptr) {
+        return;
+    }
+    state_.activeDrive = drive;
+    state_.activeDriveChosen = 1;
+    InvalidateRect(window(), nullptr, TRUE);
+}
+
+void MainDialog::showDriveMenu(POINT askedAt) {
+    const std::optional<POINT> place = driveList_.menuPlace(askedAt);
+    if (!place) {
+        return;
+    }
+    const UniqueMenu menu{LoadMenuA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDR_DRIVE_MENU))};
+    TrackPopupMenu(GetSubMenu(menu.get(), 0), TPM_RIGHTBUTTON, place->x, place->y, 0, window(), nullptr);
+}
+
+std::optional<LRESULT> MainDialog::onNotify(NMHDR& header) {
+    if (header.idFrom == IDC_DRIVE_LIST && header.code == LVN_ITEMCHANGED) {
+        selectActiveDrive(reinterpret_cast<NMLISTVIEW&>(header));
+        return 0;
+    }
+    if (header.idFrom == IDC_LOG_LIST && header.code == NM_CUSTOMDRAW) {
+        return logList_.draw(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
+    }
+    if (header.idFrom == IDC_DRIVE_LIST && header.code == NM_CUSTOMDRAW) {
+        return driveList_.draw(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
+    }
+    return std::nullopt;
+}
+
+bool MainDialog::onTimer(int id) {
+    onMountTimer(state_, id);
+    return true;
+}
+
+bool MainDialog::onPaint() {
+    const PaintDc paint(window());
+    PaintHealthPanel(state_, window(), paint.get());
+    return true;
+}
+
+HBRUSH MainDialog::onControlColour(HDC context) {
+    SetBkColor(context, kDialogBackground);
+    return background_.get();
+}
+
+HICON MainDialog::onQueryDragIcon() {
+    return loadIcon(SM_CXICON, SM_CYICON);
+}
+
+void MainDialog::onDestroy() {
+    view_.attach(nullptr);
+    prompts::setOwner(nullptr);
+}
+
+std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case MainWindowView::kRunTaskMessage:
+        (*reinterpret_cast<const MainWindowView::WindowTask*>(lParam))(*this);
+        return 0;
+    case WM_DRAWITEM:
+        drawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+        return TRUE;
+    case WM_CONTEXTMENU:
+        if (reinterpret_cast<HWND>(wParam) == driveList_.window()) {
+            showDriveMenu({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+            return 0;
+        }
+        return std::nullopt;
+    case WM_INITMENUPOPUP:
+        updateSystemMenu();
+        return std::nullopt;
+    case WM_ERASEBKGND:
+        // The painted panel brings its own background; erased first, it would flicker.
+        return TRUE;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace torvane

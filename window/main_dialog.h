@@ -1,0 +1,103 @@
+#pragma once
+
+#include "ui/dialog.h"
+#include "ui/gdi_plus.h"
+#include "ui/tool_tip.h"
+#include "window/drive_list_view.h"
+#include "window/log_list_view.h"
+
+#include <string>
+
+namespace torvane {
+
+struct AppState;
+class MainWindowView;
+
+/// The main window. What each command does is in main_dialog_commands.cpp, which begins with the command table; this
+/// class and main_dialog.cpp are the window itself: start, lists, panel, end.
+class MainDialog : public Dialog {
+  public:
+    /// `view` is how other threads reach this window; both records must outlive every thread that uses them.
+    MainDialog(AppState& state, MainWindowView& view);
+
+    // What the view asks of the window, on the window's thread.
+    [[nodiscard]] DriveListView& driveList() { return driveList_; }
+    [[nodiscard]] LogListView& logList() { return logList_; }
+    void showScanProgress(int maximum);
+    void setScanProgress(int position);
+    void setScanStatus(const std::string& text);
+    void hideScanProgress();
+    void setWideProgress(int position);
+    void clearHealthPanel();
+
+  protected:
+    bool onInitialise() override;
+    bool onCommand(int id) override;
+    bool onSystemCommand(WPARAM id) override;
+    std::optional<LRESULT> onNotify(NMHDR& header) override;
+    bool onTimer(int id) override;
+    bool onPaint() override;
+    HBRUSH onControlColour(HDC context) override;
+    HICON onQueryDragIcon() override;
+    void onDestroy() override;
+    std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    // Start
+    void createFonts();
+    void addSystemMenuItems();
+    void setIcons();
+    void placeWindow();
+    void placeControls();
+    void buildListViews();
+    void showThenHidePanel();
+
+    void updateSystemMenu();
+    void resizeWindow(int height);
+    void drawItem(const DRAWITEMSTRUCT& item);
+    void selectActiveDrive(const NMLISTVIEW& change);
+    void showDriveMenu(POINT askedAt);
+
+    // Commands, in the order of the command table
+    void onLoadDrives();
+    void onNothing() {}
+    void onDisableDriveMounting();
+    void onEnableDriveMounting();
+    void onCreateReport();
+    void onCriticalReadTest();
+    void onShortReadTest();
+    void onNistReadTest();
+    void onDriveToDriveClone();
+    void onDriveToImage();
+    void onImageToDrive();
+    void onCreateForensicImage();
+    void onTerminateCurrentTask();
+    void onExit();
+    void onDataWorkOrder();
+    void onSuggestions();
+    void onDataServices();
+    void onHelp();
+    void onCompanyInformation();
+    void onCreatePortable();
+    void onDetectBitLocker();
+    void onQuickDiskView();
+    void onToggleLogPanel();
+    void onSetReadOnly();
+    void onClearReadOnly();
+    void onCleanDisk();
+    void onAbout();
+    void onEditMessages();
+
+    AppState& state_;
+    MainWindowView& view_;
+    GdiPlusSession gdiPlus_;
+    UniqueBrush background_;
+    UniqueFont headingFont_;
+    UniqueFont dataFont_;
+    ToolTip logToggleTip_;
+    ToolTip messageTip_;
+    DriveListView driveList_;
+    LogListView logList_;
+};
+
+} // namespace torvane

@@ -1,0 +1,253 @@
+#include "window/main_dialog.h"
+
+#include "admin/bitlocker_dialog.h"
+#include "admin/destruction_warning_dialog.h"
+#include "admin/disk_commands.h"
+#include "admin/disk_part.h"
+#include "copy/dialogs/clone_dialog.h"
+#include "copy/dialogs/copy_choices.h"
+#include "copy/dialogs/destination_folder.h"
+#include "copy/dialogs/forensic_dialog.h"
+#include "copy/dialogs/image_dialog.h"
+#include "copy/dialogs/image_to_drive_dialog.h"
+#include "hex/hex_viewer_dialog.h"
+#include "reports/create_report.h"
+#include "resources/resource_ids.h"
+#include "scan/scan_job.h"
+#include "settings/company_info_dialog.h"
+#include "settings/edit_messages_dialog.h"
+#include "settings/portable_drive.h"
+#include "state/app_state.h"
+#include "state/command_guards.h"
+#include "state/drive_job.h"
+#include "surface/read_test_dialog.h"
+#include "ui/prompts.h"
+#include "window/about_dialog.h"
+#include "window/exit_flow.h"
+#include "window/main_layout.h"
+#include "window/web_pages.h"
+
+namespace torvane {
+
+bool MainDialog::onCommand(int id) {
+    // What each button and menu item does. Some commands are in no menu; they are routed all the same.
+    static constexpr CommandRoute<MainDialog> kRoutes[] = {
+        {IDM_EXIT, &MainDialog::onExit},
+        {IDM_LOAD_DRIVES, &MainDialog::onLoadDrives},
+        {IDM_UNUSED_32773, &MainDialog::onNothing},
+        {IDM_UNUSED_32804, &MainDialog::onNothing},
+        {IDM_DISABLE_MOUNTING, &MainDialog::onDisableDriveMounting},
+        {IDC_DISABLE_MOUNTING, &MainDialog::onDisableDriveMounting},
+        {IDM_ENABLE_MOUNTING, &MainDialog::onEnableDriveMounting},
+        {IDC_ENABLE_MOUNTING, &MainDialog::onEnableDriveMounting},
+        {IDM_CREATE_REPORT, &MainDialog::onCreateReport},
+        {IDC_CREATE_REPORT, &MainDialog::onCreateReport},
+        {IDM_CRITICAL_READ_TEST, &MainDialog::onCriticalReadTest},
+        {IDC_CRITICAL_READ_TEST, &MainDialog::onCriticalReadTest},
+        {IDM_SHORT_READ_TEST, &MainDialog::onShortReadTest},
+        {IDC_SHORT_READ_TEST, &MainDialog::onShortReadTest},
+        {IDM_NIST_READ_TEST, &MainDialog::onNistReadTest},
+        {IDC_NIST_READ_TEST, &MainDialog::onNistReadTest},
+        {IDM_DRIVE_TO_DRIVE_CLONE, &MainDialog::onDriveToDriveClone},
+        {IDC_DRIVE_TO_DRIVE_CLONE, &MainDialog::onDriveToDriveClone},
+        {IDM_DRIVE_TO_IMAGE, &MainDialog::onDriveToImage},
+        {IDC_DRIVE_TO_IMAGE, &MainDialog::onDriveToImage},
+        {IDM_IMAGE_TO_DRIVE, &MainDialog::onImageToDrive},
+        {IDC_IMAGE_TO_DRIVE, &MainDialog::onImageToDrive},
+        {IDC_CREATE_FORENSIC_IMAGE, &MainDialog::onCreateForensicImage},
+        {IDM_TERMINATE_TASK, &MainDialog::onTerminateCurrentTask},
+        {IDC_TERMINATE_TASK, &MainDialog::onTerminateCurrentTask},
+        {IDC_EXIT, &MainDialog::onExit},
+        {IDM_DATA_WORK_ORDER, &MainDialog::onDataWorkOrder},
+        {IDC_DATA_WORK_ORDER, &MainDialog::onDataWorkOrder},
+        {IDM_SUGGESTIONS, &MainDialog::onSuggestions},
+        {IDM_DATA_SERVICES, &MainDialog::onDataServices},
+        {IDC_DATA_SERVICES, &MainDialog::onDataServices},
+        {IDM_HELP, &MainDialog::onHelp},
+        {IDM_COMPANY_INFORMATION, &MainDialog::onCompanyInformation},
+        {IDM_CREATE_PORTABLE, &MainDialog::onCreatePortable},
+        {IDM_DETECT_BITLOCKER, &MainDialog::onDetectBitLocker},
+        {IDC_QUICK_DISK_VIEW, &MainDialog::onQuickDiskView},
+        {IDC_LOG_TOGGLE, &MainDialog::onToggleLogPanel},
+        {IDC_LOAD_DRIVES, &MainDialog::onLoadDrives},
+
+        // The drive list's context menu.
+        {IDM_SET_READ_ONLY, &MainDialog::onSetReadOnly},
+        {IDM_CLEAR_READ_ONLY, &MainDialog::onClearReadOnly},
+        {IDM_CLEAN_DISK, &MainDialog::onCleanDisk},
+
+        // The close box, Alt+F4 and Escape leave through the same questions as "Exit Torvane"; Enter alone does
+        // nothing.
+        {IDCANCEL, &MainDialog::onExit},
+        {IDOK, &MainDialog::onNothing},
+    };
+    // A box or dialog is open above the window: its answer comes first.
+    if (IsWindowEnabled(window()) == FALSE) {
+        return true;
+    }
+    return route(*this, kRoutes, id);
+}
+
+bool MainDialog::onSystemCommand(WPARAM id) {
+    switch (id) {
+    case IDM_ABOUT:
+        onAbout();
+        return true;
+    case IDM_EDIT_MESSAGES:
+        onEditMessages();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void MainDialog::onLoadDrives() {
+    LoadDrives(state_);
+}
+
+void MainDialog::onDisableDriveMounting() {
+    onDisableMounting(state_);
+}
+
+void MainDialog::onEnableDriveMounting() {
+    onEnableMounting(state_);
+}
+
+void MainDialog::onCreateReport() {
+    CreateReport(state_);
+}
+
+void MainDialog::onCriticalReadTest() {
+    RunReadTestDialog(state_, window(), kCriticalReadTest);
+}
+
+void MainDialog::onShortReadTest() {
+    RunReadTestDialog(state_, window(), kShortReadTest);
+}
+
+void MainDialog::onNistReadTest() {
+    RunReadTestDialog(state_, window(), kNistReadTest);
+}
+
+void MainDialog::onDriveToDriveClone() {
+    DriveRecord* const source = requireDriveToClone(state_);
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_)) {
+        showCloneDialog(state_, *source, window());
+    }
+}
+
+void MainDialog::onDriveToImage() {
+    DriveRecord* const source = requireDriveToImage(state_);
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
+        showImageDialog(state_, window());
+    }
+}
+
+void MainDialog::onImageToDrive() {
+    if (requireListedDrives(state_) && !lastDriveJobIsStillEnding(state_) && chooseSourceImage(state_)) {
+        showImageToDriveDialog(state_, window());
+    }
+}
+
+void MainDialog::onCreateForensicImage() {
+    DriveRecord* const source = requireDriveToImageForensically(state_);
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
+        showForensicDialog(state_, window());
+    }
+}
+
+void MainDialog::onTerminateCurrentTask() {
+    terminateCurrentTask(state_);
+}
+
+void MainDialog::onExit() {
+    if (!confirmExit(state_)) {
+        return;
+    }
+    gdiPlus_.stop();
+    end(1);
+}
+
+void MainDialog::onDataWorkOrder() {
+    openWorkOrderDocument(state_);
+}
+
+void MainDialog::onSuggestions() {
+    openSuggestionPage(state_);
+}
+
+void MainDialog::onDataServices() {
+    openAboutPage(state_);
+}
+
+void MainDialog::onHelp() {
+    openDocumentationPage(state_);
+}
+
+void MainDialog::onCompanyInformation() {
+    configureCompanyInfo(state_.companyInfo, window());
+}
+
+void MainDialog::onCreatePortable() {
+    // The folder does not become the current one: the program's own files lie there.
+    if (ChooseDestinationFolder(state_.destinationFolder, false) != 0) {
+        startPortableCopy(state_);
+    }
+}
+
+void MainDialog::onDetectBitLocker() {
+    if (!hasActiveDrive(state_)) {
+        prompts::warn("****** CHOOSE A DRIVE ******", "Please choose a drive to check for BITLOCKER encryption.");
+        return;
+    }
+    showBitLockerScan(state_, window());
+}
+
+void MainDialog::onQuickDiskView() {
+    if (DriveRecord* const drive = requireActiveDrive(state_, "Please choose a drive to view")) {
+        showHexViewer(*drive, window());
+    }
+}
+
+void MainDialog::onToggleLogPanel() {
+    const bool open = state_.logPanelOpen == 0;
+    state_.logPanelOpen = open ? 1 : 0;
+    // At start the panel is closed and the button shows "<" all the same, as its template does.
+    setControlText(IDC_LOG_TOGGLE, open ? "<" : ">");
+    resizeWindow(open ? kMainWindowHeightWithLog : kMainWindowHeight);
+    logList_.setVisible(open);
+}
+
+void MainDialog::onSetReadOnly() {
+    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_, *drive)) {
+        startSetReadOnly(state_, *drive);
+    }
+}
+
+void MainDialog::onClearReadOnly() {
+    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_, *drive)) {
+        startClearReadOnly(state_, *drive);
+    }
+}
+
+void MainDialog::onCleanDisk() {
+    DriveRecord* const drive = driveList_.selectedDrive();
+    if (drive != nullptr && mayCleanDisk(state_, *drive) &&
+        confirmDestruction(state_, {.drive = *drive, .caption = "Clean Disk"}, window())) {
+        startCleanDisk(state_, *drive);
+    }
+}
+
+void MainDialog::onAbout() {
+    AboutDialog().runModal(window());
+}
+
+void MainDialog::onEditMessages() {
+    if (state_.jobActive == 1) {
+        return;
+    }
+    editMessages(state_, window());
+    InvalidateRect(window(), nullptr, TRUE);
+}
+
+} // namespace torvane
