@@ -38,7 +38,7 @@ void CreateReport(AppState& state) {
     if (drive == nullptr) {
         return;
     }
-    state.reportFileName.assign(reportFileName(drive->serialNumber.view()));
+    state.chosen.reportFileName.assign(reportFileName(drive->serialNumber.view()));
     const ReportWriter write = writerFor(drive->smartType);
     if (write == nullptr) {
         prompts::stop("****** UNSUPPORTED DEVICE ******", "Unsupported Device for Report");
@@ -47,9 +47,9 @@ void CreateReport(AppState& state) {
     if (write(state) == 0) {
         return;
     }
-    PARSE_BuildDataFile(state, "WorkFile.txt", openReportCommand(state.reportFileName.view()).c_str());
+    PARSE_BuildDataFile(state, "WorkFile.txt", openReportCommand(state.chosen.reportFileName.view()).c_str());
     prompts::inform("***** REPORT COMPLETED*****",
-                    formatText("Report for <%s> successfully CREATED\n", state.reportFileName.c_str()).c_str());
+                    formatText("Report for <%s> successfully CREATED\n", state.chosen.reportFileName.c_str()).c_str());
 }
 
 } // namespace torvane

@@ -17,7 +17,7 @@ ReportDate today() {
 
 int writeReport(const AppState& state, ReportPage (*compose)(const ReportFacts&)) {
     const DriveRecord& drive = *state.activeDrive;
-    return writePdfPage(compose({drive, state.companyInfo, today()}), state.reportFileName.c_str());
+    return writePdfPage(compose({drive, state.companyInfo, today()}), state.chosen.reportFileName.c_str());
 }
 
 } // namespace

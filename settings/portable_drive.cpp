@@ -85,7 +85,7 @@ DWORD WINAPI portableCopyThread(void* argument) {
 } // namespace
 
 bool startPortableCopy(AppState& state) {
-    auto folder = std::make_unique<std::string>(state.destinationFolder.view());
+    auto folder = std::make_unique<std::string>(state.chosen.destinationFolder.view());
     state.worker = startThread(portableCopyThread, folder.get());
     if (!state.worker) {
         LogEvent("ERROR", "Could not start the copy of the portable drive's files");

@@ -17,6 +17,12 @@
 
 namespace torvane {
 
+/// Names that the program goes on knowing when their command is done. The window's thread alone uses them.
+struct ChosenNames {
+    FixedText<1024> destinationFolder; ///< of an image; for an image to drive, the image's own path
+    FixedText<1024> reportFileName;
+};
+
 /// The one record of everything that lives longer than one command. Each group is declared by the folder that owns it.
 ///
 /// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event
@@ -41,8 +47,7 @@ struct AppState {
     CompanyInfo companyInfo; ///< printed on every report; the window's thread alone touches it
     MessageTable messages;   ///< the advice of "Message.db"; the window's thread alone reads and replaces it
 
-    FixedText<1024> destinationFolder; ///< of an image; for an image to drive, the image's own path
-    FixedText<1024> reportFileName;
+    ChosenNames chosen;
 
     UniqueHandle worker; ///< the last job thread that a command started
 

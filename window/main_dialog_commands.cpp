@@ -190,7 +190,7 @@ void MainDialog::onCompanyInformation() {
 
 void MainDialog::onCreatePortable() {
     // The folder does not become the current one: the program's own files lie there.
-    if (ChooseDestinationFolder(state_.destinationFolder, false) != 0) {
+    if (ChooseDestinationFolder(state_.chosen.destinationFolder, false) != 0) {
         startPortableCopy(state_);
     }
 }

@@ -50,10 +50,10 @@ DriveRecord* requireDestination(const std::vector<DriveRecord*>& ticked) {
 }
 
 bool chooseImageDestination(AppState& state, DriveRecord& drive) {
-    if (ChooseDestinationFolder(state.destinationFolder, false) == 0) {
+    if (ChooseDestinationFolder(state.chosen.destinationFolder, false) == 0) {
         return false;
     }
-    const std::string_view folder = state.destinationFolder.view();
+    const std::string_view folder = state.chosen.destinationFolder.view();
     if (const auto text = notEnoughSpaceText(drive.sizeBytes, freeSpaceOfFolder(folder), folder)) {
         prompts::warn("****** NOT ENOUGH SPACE ******", text->c_str());
         return false;
@@ -64,12 +64,12 @@ bool chooseImageDestination(AppState& state, DriveRecord& drive) {
 
 bool chooseSourceImage(AppState& state) {
     static constexpr choosers::FileKind kKinds[] = {{"(*.img) Image Files", "*.img"}, {"(*.*) All Files", "*.*"}};
-    state.destinationFolder.clear();
+    state.chosen.destinationFolder.clear();
     const std::optional<std::string> image = choosers::existingFile(kKinds);
     if (!image) {
         return false;
     }
-    state.destinationFolder.assign(*image);
+    state.chosen.destinationFolder.assign(*image);
     state.copy.sourceImageLetter = driveLetterOf(*image);
     return true;
 }

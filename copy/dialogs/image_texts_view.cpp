@@ -10,7 +10,7 @@ namespace torvane {
 void showImageTexts(HWND dialog, const AppState& state) {
     const DriveRecord& source = *state.copy.imageSource;
     SetDlgItemTextA(dialog, IDC_COPY_IMAGING, (" Imaging: " + std::string(source.model.view())).c_str());
-    SetDlgItemTextA(dialog, IDC_COPY_FOLDER, ("Into: " + std::string(state.destinationFolder.view())).c_str());
+    SetDlgItemTextA(dialog, IDC_COPY_FOLDER, ("Into: " + std::string(state.chosen.destinationFolder.view())).c_str());
 }
 
 } // namespace torvane

@@ -32,7 +32,7 @@ class ImageToDriveDialog : public CopyToDriveDialog {
   protected:
     bool onInitialise() override {
         CopyDialog::onInitialise();
-        setControlText(IDC_COPY_IMAGE_PATH, state().destinationFolder.c_str());
+        setControlText(IDC_COPY_IMAGE_PATH, state().chosen.destinationFolder.c_str());
         return listDestinations(nullptr);
     }
 

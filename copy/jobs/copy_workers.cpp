@@ -61,7 +61,7 @@ bool startCopyWorker(AppState& state, CopyWorker worker) {
         state.copy.stopAsked = 0;
     }
     // The job works with the path of its start: the folder itself belongs to the window's thread.
-    std::string path(state.destinationFolder.view());
+    std::string path(state.chosen.destinationFolder.view());
     return startDriveJob(state, "copy job", [&state, worker, path = std::move(path)] { return worker(state, path); });
 }
 

@@ -91,7 +91,7 @@ class CopyBench : public ::testing::Test {
 
     CopyBench() {
         state().copy.display = &display_;
-        state().destinationFolder.assign(std::filesystem::current_path().string());
+        state().chosen.destinationFolder.assign(std::filesystem::current_path().string());
         state().jobActive = 0;
     }
     ~CopyBench() override {
@@ -101,7 +101,7 @@ class CopyBench : public ::testing::Test {
         state().copy.source = nullptr;
         state().copy.destination = nullptr;
         state().copy.imageSource = nullptr;
-        state().destinationFolder.clear();
+        state().chosen.destinationFolder.clear();
         state().jobActive = 0;
         state().worker.reset();
     }
@@ -123,7 +123,7 @@ class CopyBench : public ::testing::Test {
     }
 
     /// An image's folder, or the image to be copied, as a job is started with it.
-    static std::string path() { return std::string(state().destinationFolder.view()); }
+    static std::string path() { return std::string(state().chosen.destinationFolder.view()); }
 
     /// Runs the job with scaled-down blocks on this thread.
     std::uint32_t run(std::uint32_t (*job)(const CopyJob&), std::size_t blockSize = kBlock) {

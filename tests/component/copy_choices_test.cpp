@@ -25,7 +25,7 @@ constexpr const char* kDestinationCaption = "***** ERROR Destination Drive *****
 class CopyChoices : public ::testing::Test {
   protected:
     ~CopyChoices() override {
-        state().destinationFolder.clear();
+        state().chosen.destinationFolder.clear();
         state().copy.imageSource = nullptr;
         state().copy.sourceImageLetter = 0;
         state().driveJobAtWork = 0;
@@ -124,7 +124,7 @@ TEST_F(CopyChoices, AnImageGoesWhereThereIsRoom) {
     choosers_.choose(here());
     EXPECT_TRUE(chooseImageDestination(state(), drive));
     EXPECT_EQ(state().copy.imageSource, &drive);
-    EXPECT_EQ(state().destinationFolder.view(), here());
+    EXPECT_EQ(state().chosen.destinationFolder.view(), here());
 }
 
 TEST_F(CopyChoices, AnImageWithoutADestinationIsNotMade) {
@@ -147,10 +147,10 @@ TEST_F(CopyChoices, AnImageOnAShareHasNoRoomAsFarAsTheSystemTells) {
 }
 
 TEST_F(CopyChoices, ASourceImageIsRememberedWithItsVolume) {
-    state().destinationFolder.assign("C:\\earlier");
+    state().chosen.destinationFolder.assign("C:\\earlier");
     choosers_.choose("e:\\images\\disk.img");
     EXPECT_TRUE(chooseSourceImage(state()));
-    EXPECT_EQ(state().destinationFolder.view(), "e:\\images\\disk.img");
+    EXPECT_EQ(state().chosen.destinationFolder.view(), "e:\\images\\disk.img");
     EXPECT_EQ(state().copy.sourceImageLetter, 'E');
     EXPECT_THAT(choosers_.shown(), ElementsAre("(*.img) Image Files|*.img;(*.*) All Files|*.*"));
 }
@@ -163,10 +163,10 @@ TEST_F(CopyChoices, ASourceImageOnAShareHasNoVolume) {
 }
 
 TEST_F(CopyChoices, ACancelledSourceImageForgetsTheLastOne) {
-    state().destinationFolder.assign("C:\\earlier.img");
+    state().chosen.destinationFolder.assign("C:\\earlier.img");
     choosers_.choose(std::nullopt);
     EXPECT_FALSE(chooseSourceImage(state()));
-    EXPECT_TRUE(state().destinationFolder.empty());
+    EXPECT_TRUE(state().chosen.destinationFolder.empty());
 }
 
 TEST_F(CopyChoices, NothingStartsWhileTheLastJobsThreadIsAtWork) {

@@ -41,7 +41,7 @@ class CopyFaults : public testing::CopyBench {
         writeFile("disk.img", noise(3, 0, imageBytes));
         destination_ = &drive(2);
         state().copy.destination = destination_;
-        state().destinationFolder.assign((std::filesystem::current_path() / "disk.img").string());
+        state().chosen.destinationFolder.assign((std::filesystem::current_path() / "disk.img").string());
     }
 
     void expectVerification(bool answer) {
@@ -408,7 +408,7 @@ TEST_F(CopyFaults, TheSystemMaySleepAgainHoweverAJobFails) {
     std::filesystem::create_directory("Model X.42.img");
     EXPECT_EQ(ForensicImageWorker(state(), path()), 0U);
     expectSleepy("a forensic image that cannot be created");
-    state().destinationFolder.assign("no.img");
+    state().chosen.destinationFolder.assign("no.img");
     user_.expectStop("***** FATAL SYSTEM ERROR *****", "ImageToDrive: [no.img] OPEN_EXISTING FAILED");
     EXPECT_EQ(ImageToDriveWorker(state(), path()), 0U);
     expectSleepy("an image that cannot be opened");

@@ -105,7 +105,7 @@ TEST_F(Image, GoesToTheFolderThatItWasStartedWith) {
             return original(wanted);
         });
     ASSERT_TRUE(startCopyWorker(state(), ImageToFileWorker));
-    state().destinationFolder.assign("another folder");
+    state().chosen.destinationFolder.assign("another folder");
     SetEvent(folderChanged);
     ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock));

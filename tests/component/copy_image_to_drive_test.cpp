@@ -23,7 +23,7 @@ class ImageToDrive : public testing::CopyBench {
         bench_.addDrive(R"({"number": 2, "bus": "nvme", "size": )" + std::to_string(driveBytes) + driveMore + "}");
         destination_ = &drive(2);
         state().copy.destination = destination_;
-        state().destinationFolder.assign((std::filesystem::current_path() / "disk.img").string());
+        state().chosen.destinationFolder.assign((std::filesystem::current_path() / "disk.img").string());
     }
 
     static bool arrived(std::size_t from, std::size_t to) {
@@ -65,7 +65,7 @@ TEST_F(ImageToDrive, KeepsTheImageOpenAndUnchangeableUntilTheProgramEnds) {
 TEST_F(ImageToDrive, AnImageThatCannotBeOpenedIsToldAndLogged) {
     openDrive(kBlock, kBlock);
     const std::string path = std::filesystem::current_path().string() + "\\100%s.img";
-    state().destinationFolder.assign(path);
+    state().chosen.destinationFolder.assign(path);
     const std::string text = "ImageToDrive: [" + path + "] OPEN_EXISTING FAILED";
     user_.expectStop("***** FATAL SYSTEM ERROR *****", text);
     EXPECT_EQ(run(runImageToDrive), 0U);

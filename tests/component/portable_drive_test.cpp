@@ -251,9 +251,9 @@ TEST_F(PortableDrive, PercentSignsInAFoldersNameAreText) {
 TEST_F(PortableDrive, TheWorkerCopiesIntoTheFolderThatWasChosen) {
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     fs::create_directory("another");
-    appState().destinationFolder.assign(at("stick"));
+    appState().chosen.destinationFolder.assign(at("stick"));
     ASSERT_TRUE(startPortableCopy(appState()));
-    appState().destinationFolder.assign(at("another"));
+    appState().chosen.destinationFolder.assign(at("another"));
     ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
     DWORD exitCode = 99;
     GetExitCodeThread(appState().worker.get(), &exitCode);
@@ -264,7 +264,7 @@ TEST_F(PortableDrive, TheWorkerCopiesIntoTheFolderThatWasChosen) {
 }
 
 TEST_F(PortableDrive, TheWorkerEndsWithZeroOnAFailure) {
-    appState().destinationFolder.assign(at("nowhere"));
+    appState().chosen.destinationFolder.assign(at("nowhere"));
     ASSERT_TRUE(startPortableCopy(appState()));
     ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
     DWORD exitCode = 99;
@@ -276,10 +276,10 @@ TEST_F(PortableDrive, TwoCopiesMayRunAtOnce) {
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     fs::create_directory("another");
-    appState().destinationFolder.assign(at("stick"));
+    appState().chosen.destinationFolder.assign(at("stick"));
     ASSERT_TRUE(startPortableCopy(appState()));
     const UniqueHandle first = std::move(appState().worker);
-    appState().destinationFolder.assign(at("another"));
+    appState().chosen.destinationFolder.assign(at("another"));
     ASSERT_TRUE(startPortableCopy(appState()));
     ASSERT_EQ(WaitForSingleObject(first.get(), 120000), WAIT_OBJECT_0);
     ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
@@ -289,7 +289,7 @@ TEST_F(PortableDrive, TwoCopiesMayRunAtOnce) {
 
 TEST_F(PortableDrive, AThreadThatCannotBeStartedIsLogged) {
     const ImportPatched patched(__imp_CreateThread, &startNoThread);
-    appState().destinationFolder.assign(at("stick"));
+    appState().chosen.destinationFolder.assign(at("stick"));
     EXPECT_FALSE(startPortableCopy(appState()));
     expectOnly("ERROR", "Could not start the copy of the portable drive's files");
 }

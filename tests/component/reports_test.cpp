@@ -69,14 +69,14 @@ class Reports : public ::testing::Test {
         appState().activeDrive = nullptr;
         appState().activeDriveChosen = 0;
         appState().companyInfo = {};
-        appState().reportFileName.clear();
+        appState().chosen.reportFileName.clear();
     }
 
     /// Creates the report, which the user is told of as `fileName`.
     void create(const std::string& fileName) {
         user_.expectInform("***** REPORT COMPLETED*****", "Report for <" + fileName + "> successfully CREATED\n");
         CreateReport(appState());
-        EXPECT_EQ(appState().reportFileName.view(), fileName);
+        EXPECT_EQ(appState().chosen.reportFileName.view(), fileName);
     }
 
     /// Creates the report and keeps its file under a name of its own, to be read back by tests/reports/read_back.py.
@@ -209,7 +209,7 @@ TEST_F(Reports, WantAnActiveDrive) {
     appState().activeDrive = nullptr;
     user_.expectStop("***** NO ACTIVE DRIVE *****", "Load Drives, and click on drive to make ACTIVE for report.");
     CreateReport(appState());
-    EXPECT_TRUE(appState().reportFileName.empty());
+    EXPECT_TRUE(appState().chosen.reportFileName.empty());
     EXPECT_THAT(opened(), IsEmpty());
     EXPECT_THAT(filesHere(), ::testing::Not(::testing::Contains(HasSubstr(".pdf"))));
 }
