@@ -40,7 +40,10 @@ DriveRecordPtr openImageFileAsDrive(std::string_view fileName) {
     record->bytesPerSector = kImageBytesPerSector;
     record->recordKind = kRecordKindImageFile;
     record->busCode = kBusCodeFile;
-    record->powerOnHours = kNotReported;
+    // Zeros, as in the rest of an image file's record: of its counters the hours alone are told as not reported.
+    record->disk.fill(0);
+    record->ssd.fill(0);
+    record->disk[Counter::kPowerOnHours] = kNotReported;
     record->sizeBytes = fileSize(file.get());
     record->sizeSectors = record->sizeBytes / kImageBytesPerSector;
     record->sizeGigabytes = static_cast<double>(record->sizeSectors) / kSectorsPerGigabyte;

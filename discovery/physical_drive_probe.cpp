@@ -76,12 +76,9 @@ void setStartingValues(DriveRecord& record, int driveNumber) {
     record.shortTestResult = kReadTestNotPerformed;
     record.criticalTestResult = kReadTestNotPerformed;
     record.nistTestResult = kReadTestNotPerformed;
-    record.powerOnHours = kNotReported;
-    record.reallocatedSectors = kNotReported;
-    record.reportedUncorrect = kNotReported;
-    record.reallocatedEvents = kNotReported;
-    record.pendingSectors = kNotReported;
-    record.offlineUncorrectable = kNotReported;
+    // Zeros, which the dials show of a drive whose report says "Solid", but not "Solid State Device": it has a flash
+    // drive's panel, and the pass that would fill these counters leaves it alone.
+    record.ssd.fill(0);
 }
 
 /// False when the bus is not supported.

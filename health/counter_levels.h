@@ -1,5 +1,9 @@
 #pragma once
 
+#include "records/counters.h"
+
+#include <algorithm>
+#include <array>
 #include <cstdint>
 
 namespace torvane {
@@ -34,6 +38,26 @@ inline constexpr std::int32_t kHoursPerYear = 8760;
         return 1;
     }
     return errors < 10 ? 2 : 3;
+}
+
+/// How a counter's value is weighed.
+struct CounterLevel {
+    Counter counter;
+    std::uint32_t (*levelOf)(std::int32_t value);
+};
+
+inline constexpr auto kCounterLevels = std::to_array<CounterLevel>({
+    {Counter::kReallocatedSectors, remapLevel},
+    {Counter::kPowerOnHours, ageLevel},
+    {Counter::kReportedUncorrectable, errorLevel},
+    {Counter::kReallocationEvents, errorLevel},
+    {Counter::kPendingSectors, errorLevel},
+    {Counter::kOfflineUncorrectable, errorLevel},
+});
+static_assert(namesEachCounterOnce(kCounterLevels), "each counter needs its weight in a drive's grade");
+
+[[nodiscard]] constexpr std::uint32_t counterLevel(Counter counter, std::int32_t value) {
+    return std::ranges::find(kCounterLevels, counter, &CounterLevel::counter)->levelOf(value);
 }
 
 } // namespace torvane

@@ -8,23 +8,17 @@
 
 namespace torvane {
 
-namespace {
-
-bool reportsNothing(const DriveRecord& record) {
-    const std::array counters{record.reallocatedEvents, record.pendingSectors, record.offlineUncorrectable,
-                              record.reportedUncorrect, record.powerOnHours,   record.reallocatedSectors};
-    return std::all_of(counters.begin(), counters.end(), [](std::int32_t counter) { return counter == kNotReported; });
-}
-
-} // namespace
-
 std::optional<std::uint32_t> healthLevel(const DriveRecord& record) {
-    if (reportsNothing(record)) {
+    constexpr Counters kNothingReported;
+    if (record.disk == kNothingReported) {
         return std::nullopt;
     }
-    const std::int32_t errors = std::max(
-        {0, record.reallocatedEvents, record.pendingSectors, record.offlineUncorrectable, record.reportedUncorrect});
-    return std::max({errorLevel(errors), ageLevel(record.powerOnHours), remapLevel(record.reallocatedSectors)});
+    // The worst counter decides: the drive is no better for the others.
+    std::uint32_t worst = 0;
+    for (const CounterLevel& level : kCounterLevels) {
+        worst = std::max(worst, level.levelOf(record.disk[level.counter]));
+    }
+    return worst;
 }
 
 const MessageRecord* GradeDrive(std::span<const MessageRecord> messages, const DriveRecord& record) {

@@ -14,7 +14,7 @@ namespace torvane {
 struct DriveRecord;
 
 /// How the counters of a drive's report add up: 0 sound, 1 early wear, 2 wearing out, 3 failing; none when the report
-/// holds none of the six counters.
+/// holds none of the counters.
 [[nodiscard]] std::optional<std::uint32_t> healthLevel(const DriveRecord& record);
 
 /// The advice message for the drive's health level; null when there is no level, or no message that serves it.

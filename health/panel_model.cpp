@@ -2,6 +2,9 @@
 
 #include "records/drive_record.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace torvane {
 
 namespace {
@@ -23,30 +26,29 @@ constexpr double kFailValue = 100.0;
 
 /// What one dial of an ATA drive tells.
 struct Gauge {
+    Counter counter;
     std::string_view caption;
-    std::int32_t counter;
     double fullScale;
 };
-using Gauges = std::array<Gauge, kDialCount>;
 
-Gauges standardGauges(const DriveRecord& record) {
-    return {{{"Power On Hours", record.powerOnHours, 60000.0},
-             {"Moved Errors", record.reallocatedSectors, 100.0},
-             {"Slow Sectors", record.reallocatedEvents, 100.0},
-             {"Pending Sectors", record.pendingSectors, 100.0},
-             {"Uncorrectable Errors", record.offlineUncorrectable, 100.0},
-             {"Reported Errors", record.reportedUncorrect, 100.0}}};
-}
+/// From left to right.
+constexpr auto kStandardGauges = std::to_array<Gauge>({
+    {Counter::kPowerOnHours, "Power On Hours", 60000.0},
+    {Counter::kReallocatedSectors, "Moved Errors", 100.0},
+    {Counter::kReallocationEvents, "Slow Sectors", 100.0},
+    {Counter::kPendingSectors, "Pending Sectors", 100.0},
+    {Counter::kOfflineUncorrectable, "Uncorrectable Errors", 100.0},
+    {Counter::kReportedUncorrectable, "Reported Errors", 100.0},
+});
+static_assert(namesEachCounterOnce(kStandardGauges), "each counter needs its dial");
+static_assert(kStandardGauges.size() == kDialCount, "each dial needs its place in the row");
 
-Gauges ssdGauges(const SsdCounters& counters) {
-    // The hours' scale is far larger than a standard drive's: hours alone do not wear flash out.
-    return {{{"POH", counters.powerOnHours, 2000000.0},
-             {"Moved Errors", counters.reallocatedSectors, 100.0},
-             {"Slow Sectors", counters.remapEvents, 100.0},
-             {"Pending Sectors", counters.pendingSectors, 100.0},
-             {"Uncorrectable Errors", counters.offlineUncorrectable, 100.0},
-             {"Reported Errors", counters.uncorrectableErrors, 100.0}}};
-}
+/// The same, but for the hours, whose scale is far larger: hours alone do not wear flash out.
+constexpr auto kSsdGauges = [] {
+    auto gauges = kStandardGauges;
+    *std::ranges::find(gauges, Counter::kPowerOnHours, &Gauge::counter) = {Counter::kPowerOnHours, "POH", 2000000.0};
+    return gauges;
+}();
 
 Dial blankDial(std::size_t index, std::string_view image) {
     const int shift = kDialStep * static_cast<int>(index);
@@ -71,10 +73,11 @@ void showValue(Dial& dial, std::string_view caption, double value) {
     dial.needleEnd = NeedleEndPoint(value, kNeedleLength, dial.pivot);
 }
 
-void showCounters(std::array<Dial, kDialCount>& dials, const Gauges& gauges) {
-    for (std::size_t i = 0; i < dials.size(); ++i) {
-        if (gauges[i].counter != kNotReported) {
-            showValue(dials[i], gauges[i].caption, gauges[i].counter / gauges[i].fullScale);
+void showCounters(std::array<Dial, kDialCount>& dials, std::span<const Gauge> gauges, const Counters& counters) {
+    for (std::size_t i = 0; i < gauges.size(); ++i) {
+        const std::int32_t value = counters[gauges[i].counter];
+        if (value != kNotReported) {
+            showValue(dials[i], gauges[i].caption, value / gauges[i].fullScale);
         }
     }
 }
@@ -85,7 +88,7 @@ PanelModel standardPanel(const DriveRecord* activeDrive, std::span<const Message
     panel.undrawnImages = {kUndrawnLabelsImage};
     const LampVerdict verdict = decideLamp(activeDrive, messages);
     if (activeDrive != nullptr && verdict.showsCounters) {
-        showCounters(panel.dials, standardGauges(*activeDrive));
+        showCounters(panel.dials, kStandardGauges, activeDrive->disk);
     }
     panel.lampImage = verdict.lampImage;
     panel.texts.healthMessage = verdict.message;
@@ -95,7 +98,7 @@ PanelModel standardPanel(const DriveRecord* activeDrive, std::span<const Message
 PanelModel ssdPanel(const DriveRecord& record) {
     PanelModel panel;
     panel.dials = blankDials(kFirstDialImage, kDialImage);
-    showCounters(panel.dials, ssdGauges(record.ssd));
+    showCounters(panel.dials, kSsdGauges, record.ssd);
     return panel;
 }
 

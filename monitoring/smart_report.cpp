@@ -71,47 +71,52 @@ void parseSecurity(ReportReader& report, DriveRecord& record) {
     }
 }
 
-struct ErrorCounter {
-    std::int32_t DriveRecord::*field;
+/// What becomes of a counter whose attribute's line has no raw value.
+enum class WithoutRawValue { kStays, kIsNotReported };
+
+/// A counter that the event log tells of when it is not zero.
+struct ErrorAttribute {
+    Counter counter;
     const char* key;
     const char* fallbackKey; ///< looked for only when the key is absent; null when there is none
     const char* label;
+    WithoutRawValue withoutRawValue = WithoutRawValue::kStays;
 };
 
-constexpr std::array<ErrorCounter, 5> kErrorCounters{{
-    {&DriveRecord::reallocatedSectors, "Reallocated_Sector_Ct", "Reallocate_NAND_Blk_Cnt", "Reallocated Sector Count"},
+/// In the order of their log rows.
+constexpr auto kErrorAttributes = std::to_array<ErrorAttribute>({
+    {Counter::kReallocatedSectors, "Reallocated_Sector_Ct", "Reallocate_NAND_Blk_Cnt", "Reallocated Sector Count"},
     // The label is that of another counter, and kept: users know the log row by it.
-    {&DriveRecord::reportedUncorrect, "Reported_Uncorrect", nullptr, "Reallocated Event Count"},
-    {&DriveRecord::reallocatedEvents, "Reallocated_Event_Count", nullptr, "Reallocated Event Count"},
-    {&DriveRecord::pendingSectors, "Current_Pending_Sector", "Current_Pending_ECC_Cnt", "Current Pending Sector Count"},
-    {&DriveRecord::offlineUncorrectable, "Offline_Uncorrectable", nullptr, "Offline Uncorrectable Errors"},
-}};
+    {Counter::kReportedUncorrectable, "Reported_Uncorrect", nullptr, "Reallocated Event Count",
+     WithoutRawValue::kIsNotReported},
+    {Counter::kReallocationEvents, "Reallocated_Event_Count", nullptr, "Reallocated Event Count"},
+    {Counter::kPendingSectors, "Current_Pending_Sector", "Current_Pending_ECC_Cnt", "Current Pending Sector Count"},
+    {Counter::kOfflineUncorrectable, "Offline_Uncorrectable", nullptr, "Offline Uncorrectable Errors"},
+});
+static_assert(namesEachCounterOnce(kErrorAttributes, {Counter::kPowerOnHours}),
+              "each counter needs its attribute in the report; the hours have a parser of their own");
 
-void parseErrorCounter(ReportReader& report, const ErrorCounter& counter, DriveRecord& record,
+void parseErrorCounter(ReportReader& report, const ErrorAttribute& attribute, DriveRecord& record,
                        std::vector<AttributeFinding>& findings) {
-    std::int32_t& value = record.*counter.field;
+    std::int32_t& value = record.disk[attribute.counter];
     const bool present =
-        report.find(counter.key) || (counter.fallbackKey != nullptr && report.find(counter.fallbackKey));
-    if (!present) {
+        report.find(attribute.key) || (attribute.fallbackKey != nullptr && report.find(attribute.fallbackKey));
+    const char* const raw = present ? report.word(kRawValueWord) : nullptr;
+    if (raw != nullptr) {
+        value = leadingInt32(raw);
+        if (value != 0) {
+            record.smartErrorFlag = kSmartErrorsFound;
+            findings.push_back({value, attribute.label});
+        }
+    } else if (!present || attribute.withoutRawValue == WithoutRawValue::kIsNotReported) {
         value = kNotReported;
-        return;
-    }
-    const char* const raw = report.word(kRawValueWord);
-    if (raw == nullptr) {
-        return;
-    }
-    value = leadingInt32(raw);
-    if (value != 0) {
-        record.smartErrorFlag = kSmartErrorsFound;
-        findings.push_back({value, counter.label});
     }
 }
 
 void parseErrorCounters(ReportReader& report, DriveRecord& record, std::vector<AttributeFinding>& findings) {
     record.smartErrorFlag = kSmartNoErrors;
-    record.reportedUncorrect = kNotReported;
-    for (const ErrorCounter& counter : kErrorCounters) {
-        parseErrorCounter(report, counter, record, findings);
+    for (const ErrorAttribute& attribute : kErrorAttributes) {
+        parseErrorCounter(report, attribute, record, findings);
     }
 }
 
@@ -150,18 +155,20 @@ void parseErrorLog(DriveRecord& record) {
 }
 
 struct SsdAttribute {
-    std::int32_t SsdCounters::*field;
+    Counter counter;
     const char* key;
 };
 
-constexpr std::array<SsdAttribute, 6> kSsdAttributes{{
-    {&SsdCounters::reallocatedSectors, "Reallocated_Sector_Ct"},
-    {&SsdCounters::powerOnHours, "Power_On_Hours"},
-    {&SsdCounters::uncorrectableErrors, "Uncorrectable_Error_Cnt"},
-    {&SsdCounters::remapEvents, "Reallocated_Event_Count"},
-    {&SsdCounters::pendingSectors, "Current_Pending_Sector"},
-    {&SsdCounters::offlineUncorrectable, "Offline_Uncorrectable"},
-}};
+constexpr auto kSsdAttributes = std::to_array<SsdAttribute>({
+    {Counter::kReallocatedSectors, "Reallocated_Sector_Ct"},
+    {Counter::kPowerOnHours, "Power_On_Hours"},
+    {Counter::kReportedUncorrectable, "Uncorrectable_Error_Cnt"},
+    {Counter::kReallocationEvents, "Reallocated_Event_Count"},
+    {Counter::kPendingSectors, "Current_Pending_Sector"},
+    {Counter::kOfflineUncorrectable, "Offline_Uncorrectable"},
+});
+static_assert(namesEachCounterOnce(kSsdAttributes),
+              "each counter needs its attribute in a solid-state device's report");
 
 void setSsdBusText(DriveRecord& record) {
     switch (record.busCode) {
@@ -190,7 +197,7 @@ int parseSmartReport(DriveRecord& record, std::vector<AttributeFinding>& finding
     }
     parseIdentityText(report, "Device Model:", record.model);
     parseIdentityText(report, "Serial Number:", record.serialNumber);
-    record.powerOnHours = parsePowerOnHours(report);
+    record.disk[Counter::kPowerOnHours] = parsePowerOnHours(report);
     parseSecurity(report, record);
     parseErrorCounters(report, record, findings);
     parseRotationRate(report, record);
@@ -220,7 +227,7 @@ int SmartParseSsdCounters(DriveRecord& record) {
     ReportReader report(record);
     for (const SsdAttribute& attribute : kSsdAttributes) {
         const char* const raw = report.find(attribute.key) ? report.word(kRawValueWord) : nullptr;
-        record.ssd.*attribute.field = raw != nullptr ? leadingInt32(raw) : kNotReported;
+        record.ssd[attribute.counter] = raw != nullptr ? leadingInt32(raw) : kNotReported;
     }
     record.smartType = kSmartTypeSsd;
     setSsdBusText(record);

@@ -3,6 +3,7 @@
 #include "base/fixed_text.h"
 #include "base/shared_word.h"
 #include "records/bitlocker_entry.h"
+#include "records/counters.h"
 #include "records/smart_type.h"
 
 #include <array>
@@ -39,20 +40,7 @@ enum ReadTestResult : std::int32_t {
     kReadTestTerminated = 1003,
 };
 
-/// A monitoring value that the drive does not report.
-inline constexpr std::int32_t kNotReported = -1;
-
 inline constexpr std::string_view kNotAvailable = "Not Available";
-
-/// Raw values of a solid-state device's attributes, from the SSD pass over the SMART report. -1: not reported.
-struct SsdCounters {
-    std::int32_t reallocatedSectors = 0;
-    std::int32_t powerOnHours = 0;
-    std::int32_t uncorrectableErrors = 0;
-    std::int32_t remapEvents = 0;
-    std::int32_t pendingSectors = 0;
-    std::int32_t offlineUncorrectable = 0;
-};
 
 /// Values of the NVMe SMART / Health Information log (NVMe Base Specification, log page 02h). -1: not read.
 struct NvmeHealth {
@@ -80,7 +68,8 @@ struct ReadTestTimes {
     SharedWord<std::int64_t> readDurationMax = 0;
 };
 
-/// One storage device found by the scan, or an image file used in a drive's place. Starts zero-filled.
+/// One storage device found by the scan, or an image file used in a drive's place. Starts zero-filled, but
+/// for its counters.
 ///
 /// The record owns its open device handle: records are held by `DriveRecordPtr`, whose deleter closes it.
 struct DriveRecord {
@@ -116,13 +105,8 @@ struct DriveRecord {
     std::int32_t driveNumber = 0; ///< N of "\\.\PhysicalDriveN"; 0 for an image file
     NvmeHealth nvme;
 
-    std::int32_t powerOnHours = 0; ///< hours; -1: not reported, as for the five counters below
-    std::int32_t reallocatedSectors = 0;
-    std::int32_t reportedUncorrect = 0;
-    std::int32_t reallocatedEvents = 0;
-    std::int32_t pendingSectors = 0;
-    std::int32_t offlineUncorrectable = 0;
-    SsdCounters ssd;
+    Counters disk; ///< what the SMART report tells of any drive
+    Counters ssd;  ///< what the pass for solid-state devices reads in it
 
     /// Distinct LBAs that the drive's error log names as uncorrectable, in the log's order.
     std::int32_t uncLbaCount = 0;

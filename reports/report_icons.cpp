@@ -35,19 +35,13 @@ const char* reportIconFile(ReportIcon icon) {
     return "report-red-32.png";
 }
 
-ReportIcon powerOnHoursIcon(std::int32_t hours) {
-    return iconOfLevel(ageLevel(hours));
-}
-
-// A negative count, which only a malformed report holds, is red on paper; the lamp, which shows the largest counter,
-// passes over it.
-
-ReportIcon reallocatedSectorsIcon(std::int32_t sectors) {
-    return sectors < 0 ? ReportIcon::kRed : iconOfLevel(remapLevel(sectors));
-}
-
-ReportIcon errorCountIcon(std::int32_t count) {
-    return count < 0 ? ReportIcon::kRed : iconOfLevel(errorLevel(count));
+ReportIcon counterIcon(Counter counter, std::int32_t value) {
+    // A negative count, which only a malformed report holds, is red on paper; the lamp, which shows the largest
+    // counter, passes over it. Hours are never red.
+    if (value < 0 && counter != Counter::kPowerOnHours) {
+        return ReportIcon::kRed;
+    }
+    return iconOfLevel(counterLevel(counter, value));
 }
 
 ReportIcon dataWrittenIcon(std::int64_t gigabytes) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "records/counters.h"
+
 #include <cstdint>
 
 namespace torvane {
@@ -12,10 +14,7 @@ enum class ReportIcon { kGreen, kBlue, kYellow, kRed };
 
 // The grade of each value that a drive reports. Values that are not reported have no icon: do not ask for them.
 
-[[nodiscard]] ReportIcon powerOnHoursIcon(std::int32_t hours);
-[[nodiscard]] ReportIcon reallocatedSectorsIcon(std::int32_t sectors);
-/// Remapping attempts, pending sectors, uncorrectable and reported errors.
-[[nodiscard]] ReportIcon errorCountIcon(std::int32_t count);
+[[nodiscard]] ReportIcon counterIcon(Counter counter, std::int32_t value);
 /// Units of 2^30 bytes.
 [[nodiscard]] ReportIcon dataWrittenIcon(std::int64_t gigabytes);
 /// Percent.

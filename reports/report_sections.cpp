@@ -4,6 +4,7 @@
 #include "health/counter_levels.h"
 #include "records/drive_record.h"
 
+#include <array>
 #include <cinttypes>
 
 namespace torvane {
@@ -34,62 +35,52 @@ ReportSection unknown(const char* title) {
     return withoutValue(title, "UNKNOWN");
 }
 
-ReportSection powerOnHours(std::int32_t hours) {
-    constexpr const char* kTitle = "Power On  Hours";
-    if (hours == kNotReported) {
-        return absent(kTitle);
-    }
-    return {kTitle,
-            formatText("09 = The number of Powered On Hours this device has been in use = [%.02f] years",
-                       hours / double{kHoursPerYear}),
-            "It is recommended to replace the drive if this value exceeds 5 years", powerOnHoursIcon(hours)};
-}
+/// What a report says of a counter.
+struct CounterText {
+    Counter counter;
+    const char* title;
+    std::string (*explain)(std::int32_t value);
+    const char* recommendation;
+};
 
-ReportSection reallocatedSectors(std::int32_t sectors) {
-    constexpr const char* kTitle = "Moved Errors";
-    if (sectors == kNotReported) {
-        return absent(kTitle);
-    }
-    return {kTitle, formatText("05 = [%d] Bad sectors have been identified and remapped.", sectors),
-            "It is recommended to replace the drive if this value exceeds 50", reallocatedSectorsIcon(sectors)};
-}
+/// From top to bottom.
+constexpr auto kCounterTexts = std::to_array<CounterText>({
+    {Counter::kPowerOnHours, "Power On  Hours",
+     [](std::int32_t hours) {
+         return formatText("09 = The number of Powered On Hours this device has been in use = [%.02f] years",
+                           hours / double{kHoursPerYear});
+     },
+     "It is recommended to replace the drive if this value exceeds 5 years"},
+    {Counter::kReallocatedSectors, "Moved Errors",
+     [](std::int32_t sectors) {
+         return formatText("05 = [%d] Bad sectors have been identified and remapped.", sectors);
+     },
+     "It is recommended to replace the drive if this value exceeds 50"},
+    {Counter::kReallocationEvents, "Slow Sectors",
+     [](std::int32_t events) { return formatText("C4 = [%d] Total Sector Remapping attempts.", events); },
+     "Excessive attempts is a sign of ongoing failure.Replace the drive if this value exceeds 10"},
+    {Counter::kPendingSectors, "Pending Sectors",
+     [](std::int32_t sectors) {
+         return formatText("C5 = [%d] Damaged sectors flagged to be remapped to the Spare area of the device.",
+                           sectors);
+     },
+     "Indicates sign of increasing failure and drive should be replaced"},
+    {Counter::kOfflineUncorrectable, "Uncorrectable Errors",
+     [](std::int32_t attempts) { return formatText("C6 = [%d] Uncorrectable Sector Read/Write attempts.", attempts); },
+     "Disk surface Defects and/or drive mechanics. Drive should be replaced"},
+    {Counter::kReportedUncorrectable, "Reported Errors",
+     [](std::int32_t errors) {
+         return formatText("BB = [%d] Total reported unrecoverable errors using hardware (ECC)", errors);
+     },
+     "Any value other than zero should flag a drive for replacement"},
+});
+static_assert(namesEachCounterOnce(kCounterTexts), "each counter needs its section in a report");
 
-ReportSection reallocationEvents(std::int32_t events) {
-    constexpr const char* kTitle = "Slow Sectors";
-    if (events == kNotReported) {
-        return absent(kTitle);
+ReportSection counterSection(const CounterText& text, std::int32_t value) {
+    if (value == kNotReported) {
+        return absent(text.title);
     }
-    return {kTitle, formatText("C4 = [%d] Total Sector Remapping attempts.", events),
-            "Excessive attempts is a sign of ongoing failure.Replace the drive if this value exceeds 10",
-            errorCountIcon(events)};
-}
-
-ReportSection pendingSectors(std::int32_t sectors) {
-    constexpr const char* kTitle = "Pending Sectors";
-    if (sectors == kNotReported) {
-        return absent(kTitle);
-    }
-    return {kTitle,
-            formatText("C5 = [%d] Damaged sectors flagged to be remapped to the Spare area of the device.", sectors),
-            "Indicates sign of increasing failure and drive should be replaced", errorCountIcon(sectors)};
-}
-
-ReportSection offlineUncorrectable(std::int32_t attempts) {
-    constexpr const char* kTitle = "Uncorrectable Errors";
-    if (attempts == kNotReported) {
-        return absent(kTitle);
-    }
-    return {kTitle, formatText("C6 = [%d] Uncorrectable Sector Read/Write attempts.", attempts),
-            "Disk surface Defects and/or drive mechanics. Drive should be replaced", errorCountIcon(attempts)};
-}
-
-ReportSection reportedErrors(std::int32_t errors) {
-    constexpr const char* kTitle = "Reported Errors";
-    if (errors == kNotReported) {
-        return absent(kTitle);
-    }
-    return {kTitle, formatText("BB = [%d] Total reported unrecoverable errors using hardware (ECC)", errors),
-            "Any value other than zero should flag a drive for replacement", errorCountIcon(errors)};
+    return {text.title, text.explain(value), text.recommendation, counterIcon(text.counter, value)};
 }
 
 ReportSection dataWritten(const NvmeHealth& health) {
@@ -168,12 +159,11 @@ ReportSection memoryBackup(std::uint8_t warnings) {
 } // namespace
 
 ReportSections ataSections(const DriveRecord& drive) {
-    return {powerOnHours(drive.powerOnHours),
-            reallocatedSectors(drive.reallocatedSectors),
-            reallocationEvents(drive.reallocatedEvents),
-            pendingSectors(drive.pendingSectors),
-            offlineUncorrectable(drive.offlineUncorrectable),
-            reportedErrors(drive.reportedUncorrect)};
+    ReportSections sections;
+    for (const CounterText& text : kCounterTexts) {
+        sections.push_back(counterSection(text, drive.disk[text.counter]));
+    }
+    return sections;
 }
 
 ReportSections nvmeSections(const DriveRecord& drive) {

@@ -2,11 +2,10 @@
 
 #include "reports/report_icons.h"
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace torvane {
 
@@ -20,8 +19,8 @@ struct ReportSection {
     std::optional<ReportIcon> icon;
 };
 
-inline constexpr std::size_t kReportSections = 6;
-using ReportSections = std::array<ReportSection, kReportSections>;
+/// From top to bottom of the page.
+using ReportSections = std::vector<ReportSection>;
 
 /// What the ATA SMART attributes tell.
 [[nodiscard]] ReportSections ataSections(const DriveRecord& drive);

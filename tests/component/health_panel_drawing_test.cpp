@@ -238,12 +238,12 @@ TEST_F(HealthPanelDrawing, LoadsTheLabelsOfAStandardPanelWithoutAReportToo) {
 
 TEST_F(HealthPanelDrawing, NeedlesEndAtTheirPixels) {
     DriveRecord drive = soundDrive();
-    drive.powerOnHours = 30000;
-    drive.reallocatedSectors = 0;
-    drive.reallocatedEvents = 19;
-    drive.pendingSectors = 20;
-    drive.offlineUncorrectable = 80;
-    drive.reportedUncorrect = 250;
+    drive.disk[Counter::kPowerOnHours] = 30000;
+    drive.disk[Counter::kReallocatedSectors] = 0;
+    drive.disk[Counter::kReallocationEvents] = 19;
+    drive.disk[Counter::kPendingSectors] = 20;
+    drive.disk[Counter::kOfflineUncorrectable] = 80;
+    drive.disk[Counter::kReportedUncorrectable] = 250;
     paintRecorded(drive);
     EXPECT_THAT(recording.lines,
                 ElementsAre(Line{70, 194, 69, 147}, Line{250, 194, 195, 194}, Line{430, 194, 384, 163},

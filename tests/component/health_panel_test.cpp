@@ -114,12 +114,12 @@ TEST_F(HealthPanel, OfAChosenRecordNeedsTheFlagToo) {
 
 TEST_F(HealthPanel, OfAStandardDrivePointsItsNeedles) {
     DriveRecord drive = soundDrive();
-    drive.powerOnHours = 30000;
-    drive.reallocatedSectors = 0;
-    drive.reallocatedEvents = 100;
-    drive.pendingSectors = 250;
-    drive.offlineUncorrectable = 50;
-    drive.reportedUncorrect = 0;
+    drive.disk[Counter::kPowerOnHours] = 30000;
+    drive.disk[Counter::kReallocatedSectors] = 0;
+    drive.disk[Counter::kReallocationEvents] = 100;
+    drive.disk[Counter::kPendingSectors] = 250;
+    drive.disk[Counter::kOfflineUncorrectable] = 50;
+    drive.disk[Counter::kReportedUncorrectable] = 0;
     paint(drive);
     expectNeedle(0, 69, 147);
     expectNeedle(1, 195, 194);
@@ -145,15 +145,15 @@ TEST_F(HealthPanel, ShowsTheLampOfEachLevel) {
     paint(drive);
     EXPECT_EQ(differences(L"engine-check-green.png", kLampX, kDialY), 0);
     EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "fine");
-    drive.powerOnHours = 26280;
+    drive.disk[Counter::kPowerOnHours] = 26280;
     paint(drive);
     EXPECT_EQ(differences(L"engine-check-blue.png", kLampX, kDialY), 0);
     EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "early wear");
-    drive.reallocatedSectors = 1;
+    drive.disk[Counter::kReallocatedSectors] = 1;
     paint(drive);
     EXPECT_EQ(differences(L"engine-check-yellow.png", kLampX, kDialY), 0);
     EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "wearing out");
-    drive.reallocatedSectors = 50;
+    drive.disk[Counter::kReallocatedSectors] = 50;
     paint(drive);
     EXPECT_EQ(differences(L"engine-check-red.png", kLampX, kDialY), 0);
     EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "failing");
@@ -161,7 +161,7 @@ TEST_F(HealthPanel, ShowsTheLampOfEachLevel) {
 
 TEST_F(HealthPanel, LeavesTheDialOfAnAbsentCounterBlank) {
     DriveRecord drive = soundDrive();
-    drive.reallocatedEvents = kNotReported;
+    drive.disk[Counter::kReallocationEvents] = kNotReported;
     paint(drive);
     EXPECT_EQ(differences(L"sw-gauge-small.png", kDialX[2], kDialY), 0);
     EXPECT_GT(differences(L"sw-gauge-small.png", kDialX[3], kDialY), 0);
@@ -186,7 +186,7 @@ TEST_F(HealthPanel, WithoutAReportHasTheWhiteLamp) {
 TEST_F(HealthPanel, OfAnSsdHasNeedlesButNoLamp) {
     DriveRecord drive = soundDrive();
     drive.smartType = kSmartTypeSsd;
-    drive.ssd.powerOnHours = 20000;
+    drive.ssd[Counter::kPowerOnHours] = 20000;
     paint(drive);
     expectNeedle(0, 15, 192);
     expectNeedle(5, 915, 194);
@@ -238,7 +238,7 @@ TEST_F(HealthPanel, OfAnUnknownDriveIsSmallDialsAlone) {
 
 TEST_F(HealthPanel, KeepsNothingOfTheDriveBefore) {
     DriveRecord failing = soundDrive();
-    failing.reallocatedSectors = 99;
+    failing.disk[Counter::kReallocatedSectors] = 99;
     paint(failing);
     DriveRecord nvme = driveWithoutValues(kSmartTypeNvme);
     nvme.nvme.criticalWarning = 0;
@@ -254,7 +254,7 @@ TEST_F(HealthPanel, KeepsNothingOfTheDriveBefore) {
 
 TEST_F(HealthPanel, DoesWithoutPicturesThatAreMissingOrDamaged) {
     DriveRecord drive = soundDrive();
-    drive.powerOnHours = 30000;
+    drive.disk[Counter::kPowerOnHours] = 30000;
     std::filesystem::remove("gauge-labels2.png");
     paint(drive);
     expectNeedle(0, 69, 147);

@@ -49,7 +49,12 @@ TEST_F(ImageFileDrive, DescribesTheFileAsADrive) {
     EXPECT_EQ(record->sizeBytes, 3 * 512 + 100);
     EXPECT_EQ(record->sizeSectors, 3);
     EXPECT_DOUBLE_EQ(record->sizeGigabytes, 3 / 2097152.0);
-    EXPECT_EQ(record->powerOnHours, -1);
+    EXPECT_EQ(record->disk[Counter::kPowerOnHours], -1);
+    for (const Counter counter :
+         {Counter::kReallocatedSectors, Counter::kReportedUncorrectable, Counter::kReallocationEvents,
+          Counter::kPendingSectors, Counter::kOfflineUncorrectable}) {
+        EXPECT_EQ(record->disk[counter], 0);
+    }
     EXPECT_EQ(record->smartType, 0);
     EXPECT_THAT(view_.logRows(), IsEmpty());
 }

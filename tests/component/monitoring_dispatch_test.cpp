@@ -1,6 +1,8 @@
 #include "scan/monitoring_dispatch.h"
 
 #include "discovery/physical_drive_probe.h"
+#include "health/panel_model.h"
+#include "monitoring/smart_report.h"
 #include "state/app_state.h"
 #include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
@@ -9,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace torvane {
 namespace {
@@ -52,8 +55,8 @@ TEST_F(MonitoringDispatch, AnNvmeDriveIsReadByTheStorageQuery) {
     EXPECT_EQ(record->nvme.percentageUsed, 12);
     EXPECT_EQ(record->nvme.availableSpare, 99);
     EXPECT_EQ(record->smartType, 1002);
-    EXPECT_EQ(record->ssd.reallocatedSectors,
-              0); // a road answered: the attribute pass never ran
+    EXPECT_EQ(record->ssd[Counter::kReallocatedSectors],
+              0); // a transport answered: the attribute pass never ran
 }
 
 TEST_F(MonitoringDispatch, AUsbDriveIsReadThroughItsBridge) {
@@ -91,8 +94,25 @@ TEST_F(MonitoringDispatch, WithoutAnNvmeRoadTheAttributesOfASolidStateDeviceAreR
     record->smartText = kSolidStateReport;
     EXPECT_EQ(dispatchMonitoring(*record), 1);
     expectNvmeUnread(*record);
-    EXPECT_EQ(record->ssd.reallocatedSectors, 11);
+    EXPECT_EQ(record->ssd[Counter::kReallocatedSectors], 11);
     EXPECT_EQ(record->smartType, 1001);
+}
+
+TEST_F(MonitoringDispatch, AFlashDriveThatThePassDoesNotTakeForOneHasItsDialsAtZero) {
+    const DriveRecordPtr record = probeOnly(R"({"number": 0, "bus": "sata", "size": "1 MiB"})");
+    ASSERT_TRUE(record);
+    record->smartText = "Rotation Rate:    Solid State Drive\r\n"
+                        "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    11\r\n";
+    record->smartLoaded = 1;
+    std::vector<AttributeFinding> findings;
+    EXPECT_EQ(parseSmartReport(*record, findings), 1);
+    EXPECT_EQ(dispatchMonitoring(*record), 1);
+    EXPECT_EQ(record->smartType, 1001);
+    const PanelModel panel = buildPanelModel(record.get(), {});
+    for (const Dial& dial : panel.dials) {
+        EXPECT_NE(dial.caption, "");
+        EXPECT_EQ(dial.needleEnd, NeedleEndPoint(0.0, 55.0, dial.pivot)) << dial.caption;
+    }
 }
 
 TEST_F(MonitoringDispatch, WithoutAnyDataTheNvmeValuesAreNotReadAndTheTypeStays) {

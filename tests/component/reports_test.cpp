@@ -138,8 +138,7 @@ TEST_F(Reports, OfAnAtaDrive) {
 
 TEST_F(Reports, OfAnAtaDriveThatReportsNothing) {
     drive_.smartType = kSmartTypeStandard;
-    drive_.powerOnHours = drive_.reallocatedSectors = drive_.reallocatedEvents = kNotReported;
-    drive_.pendingSectors = drive_.offlineUncorrectable = drive_.reportedUncorrect = kNotReported;
+    drive_.disk.fill(kNotReported);
     drive_.criticalTestResult = drive_.shortTestResult = drive_.nistTestResult = kReadTestTerminated;
     createAndKeep("ata-absent");
 }

@@ -406,7 +406,7 @@ TEST_F(ScanJob, WithoutTheMonitoringToolADriveGetsTheReportOfAnEarlierScan) {
     EXPECT_TRUE(view_.hasLog("INVALID", "Could not build [Drive Data File.txt]"));
     EXPECT_EQ(drive(0).smartLoaded, 1);
     EXPECT_EQ(drive(0).model.view(), "Earlier");
-    EXPECT_EQ(drive(0).reallocatedSectors, 7);
+    EXPECT_EQ(drive(0).disk[Counter::kReallocatedSectors], 7);
 }
 
 TEST_F(ScanJob, ASolidStateDiskKeepsItsOwnBusTextAndIsAskedForNothingOfNvme) {
@@ -421,12 +421,12 @@ TEST_F(ScanJob, ASolidStateDiskKeepsItsOwnBusTextAndIsAskedForNothingOfNvme) {
     EXPECT_EQ(drive(0).busCode, kBusCodeOwnText);
     EXPECT_EQ(drive(0).busText.view(), "SSD");
     EXPECT_EQ(drive(0).smartType, kSmartTypeSsd);
-    EXPECT_EQ(drive(0).ssd.reallocatedSectors, 1);
-    EXPECT_EQ(drive(0).ssd.powerOnHours, 4321);
-    EXPECT_EQ(drive(0).ssd.uncorrectableErrors, kNotReported);
-    EXPECT_EQ(drive(0).ssd.remapEvents, 2);
-    EXPECT_EQ(drive(0).ssd.pendingSectors, 3);
-    EXPECT_EQ(drive(0).ssd.offlineUncorrectable, 4);
+    EXPECT_EQ(drive(0).ssd[Counter::kReallocatedSectors], 1);
+    EXPECT_EQ(drive(0).ssd[Counter::kPowerOnHours], 4321);
+    EXPECT_EQ(drive(0).ssd[Counter::kReportedUncorrectable], kNotReported);
+    EXPECT_EQ(drive(0).ssd[Counter::kReallocationEvents], 2);
+    EXPECT_EQ(drive(0).ssd[Counter::kPendingSectors], 3);
+    EXPECT_EQ(drive(0).ssd[Counter::kOfflineUncorrectable], 4);
     EXPECT_EQ(drive(0).nvme.criticalWarning, -1);
     // Its report named it a bus of its own before the roads were chosen, so none was left to try.
     const std::string ours = "program=torvane_component_tests.exe "; // the tool looks for other adapters in its own way
@@ -466,8 +466,8 @@ TEST_F(ScanJob, EveryDriveGetsItsMonitoringDataItsReadOnlyStateAndItsVolumes) {
     runDriveScan(state());
     ASSERT_EQ(state().scan.driveCount, 2);
     EXPECT_EQ(drive(0).smartLoaded, 1);
-    EXPECT_EQ(drive(0).powerOnHours, 8123);
-    EXPECT_EQ(drive(0).reallocatedSectors, 7);
+    EXPECT_EQ(drive(0).disk[Counter::kPowerOnHours], 8123);
+    EXPECT_EQ(drive(0).disk[Counter::kReallocatedSectors], 7);
     EXPECT_EQ(drive(0).nvme.percentageUsed, -1);
     EXPECT_EQ(drive(0).readOnly, 0);
     EXPECT_EQ(drive(0).systemDrive, 1);

@@ -55,7 +55,6 @@ std::unique_ptr<DriveRecord> probedRecord() {
     record->serialNumber.assign("probed serial");
     record->busCode = kBusCodeDirect;
     record->smartType = kSmartTypeStandard;
-    record->pendingSectors = kNotReported;
     return record;
 }
 
@@ -201,7 +200,7 @@ TEST_F(SmartScan, WithoutTheToolAReportLeftFromAnEarlierScanIsReadAllTheSame) {
     EXPECT_EQ(record->smartLoaded, 1);
     EXPECT_EQ(record->model.view(), "Earlier");
     EXPECT_EQ(record->serialNumber.view(), "E1");
-    EXPECT_EQ(record->powerOnHours, 77);
+    EXPECT_EQ(record->disk[Counter::kPowerOnHours], 77);
     EXPECT_EQ(record->driveName.view(), "") << "no listing has named it";
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [Drive Data File.txt] CreateProcess FAILED",
                                    "INVALID: Could not build [Drive Data File.txt]"));
@@ -265,8 +264,9 @@ TEST_F(SmartScan, AToolThatDiesOrHangsUpWithinAReportLeavesTheWholeLines) {
         const auto record = probedRecord();
         EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
         EXPECT_EQ(record->model.view(), "Half");
-        EXPECT_EQ(record->reallocatedSectors, 3);
-        EXPECT_EQ(record->pendingSectors, kNotReported) << "a number without its line's end may be half a number";
+        EXPECT_EQ(record->disk[Counter::kReallocatedSectors], 3);
+        EXPECT_EQ(record->disk[Counter::kPendingSectors], kNotReported)
+            << "a number without its line's end may be half a number";
         EXPECT_EQ(readFile("PHYS1.txt"), "Device Model:     Whole\r\n") << "the next device is asked all the same";
         std::filesystem::remove(mishap);
     }
@@ -277,15 +277,12 @@ TEST_F(SmartScan, AToolThatPrintsNothingOfADeviceLeavesNothingReported) {
     EXPECT_EQ(scan(), 1);
     EXPECT_EQ(readFile("PHYS0.txt"), "");
     const auto record = probedRecord();
+    record->disk.fill(5);
     EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
     EXPECT_EQ(record->smartLoaded, 1);
     EXPECT_EQ(record->smartErrorFlag, kSmartNoErrors);
     EXPECT_EQ(record->model.view(), "probed model");
-    for (const std::int32_t counter :
-         {record->powerOnHours, record->reallocatedSectors, record->reportedUncorrect, record->reallocatedEvents,
-          record->pendingSectors, record->offlineUncorrectable}) {
-        EXPECT_EQ(counter, kNotReported);
-    }
+    EXPECT_EQ(record->disk, Counters{}) << "none is reported";
     EXPECT_THAT(log(), IsEmpty());
 }
 
@@ -367,7 +364,7 @@ TEST_F(SmartScan, ReadsAReportOfFiftyMegabytesInTime) {
     EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
     EXPECT_EQ(record->model.view(), "Chatty");
-    EXPECT_EQ(record->reallocatedSectors, 3);
+    EXPECT_EQ(record->disk[Counter::kReallocatedSectors], 3);
 }
 
 // --- SmartParseDrive
@@ -400,9 +397,11 @@ std::string monitoringFieldsOf(const DriveRecord& record) {
     text << record.smartText << '|' << record.smartLoaded << '|' << record.smartErrorFlag << '|'
          << record.securityEnabled << '|' << record.driveName.view() << '|' << record.model.view() << '|'
          << record.serialNumber.view() << '|' << record.busText.view() << '|' << record.busCode << '|'
-         << record.smartType << '|' << record.powerOnHours << '|' << record.reallocatedSectors << '|'
-         << record.reportedUncorrect << '|' << record.reallocatedEvents << '|' << record.pendingSectors << '|'
-         << record.offlineUncorrectable << '|' << record.ssd.powerOnHours << '|' << record.uncLbaCount;
+         << record.smartType << '|' << record.disk[Counter::kPowerOnHours] << '|'
+         << record.disk[Counter::kReallocatedSectors] << '|' << record.disk[Counter::kReportedUncorrectable] << '|'
+         << record.disk[Counter::kReallocationEvents] << '|' << record.disk[Counter::kPendingSectors] << '|'
+         << record.disk[Counter::kOfflineUncorrectable] << '|' << record.ssd[Counter::kPowerOnHours] << '|'
+         << record.uncLbaCount;
     for (const std::int64_t lba : record.uncLbas) {
         text << '|' << lba;
     }
@@ -416,13 +415,13 @@ TEST_F(SmartScan, AMissingReportLeavesTheRecordAlone) {
     record->busText.assign("bus before");
     record->smartErrorFlag = 1;
     record->securityEnabled = 1;
-    record->powerOnHours = 2;
-    record->reallocatedSectors = 3;
-    record->reportedUncorrect = 4;
-    record->reallocatedEvents = 5;
-    record->pendingSectors = 6;
-    record->offlineUncorrectable = 7;
-    record->ssd.powerOnHours = 8;
+    record->disk[Counter::kPowerOnHours] = 2;
+    record->disk[Counter::kReallocatedSectors] = 3;
+    record->disk[Counter::kReportedUncorrectable] = 4;
+    record->disk[Counter::kReallocationEvents] = 5;
+    record->disk[Counter::kPendingSectors] = 6;
+    record->disk[Counter::kOfflineUncorrectable] = 7;
+    record->ssd[Counter::kPowerOnHours] = 8;
     record->uncLbaCount = 2;
     record->uncLbas[1] = 9;
     const std::string before = monitoringFieldsOf(*record);
@@ -515,12 +514,12 @@ TEST_F(RealTool, AHealthyDiskIsReadWithoutAnError) {
     EXPECT_EQ(record->model.view(), "Disk 0");
     EXPECT_EQ(record->serialNumber.view(), "SN0");
     EXPECT_EQ(record->driveName.view(), "/dev/sda");
-    EXPECT_EQ(record->powerOnHours, 8123);
-    EXPECT_EQ(record->reallocatedSectors, 0);
-    EXPECT_EQ(record->reportedUncorrect, 0);
-    EXPECT_EQ(record->reallocatedEvents, 0);
-    EXPECT_EQ(record->pendingSectors, 0);
-    EXPECT_EQ(record->offlineUncorrectable, 0);
+    EXPECT_EQ(record->disk[Counter::kPowerOnHours], 8123);
+    EXPECT_EQ(record->disk[Counter::kReallocatedSectors], 0);
+    EXPECT_EQ(record->disk[Counter::kReportedUncorrectable], 0);
+    EXPECT_EQ(record->disk[Counter::kReallocationEvents], 0);
+    EXPECT_EQ(record->disk[Counter::kPendingSectors], 0);
+    EXPECT_EQ(record->disk[Counter::kOfflineUncorrectable], 0);
     EXPECT_EQ(record->smartErrorFlag, 2);
     EXPECT_EQ(record->securityEnabled, 0);
     EXPECT_EQ(record->uncLbaCount, 0);
@@ -532,18 +531,18 @@ TEST_F(RealTool, HoursOfOldDisksAreReadWhateverStandsBehindThem) {
     scan({ataDrive(0, "ata", attributes({{9, 30'000}})), ataDrive(1, "ata", attributes({{9, 45'000}})),
           // Three raw bytes of hours with minutes behind them, as several makers pack them.
           ataDrive(2, "ata", attributes({{9, (std::int64_t{42} << 32) + 8123}}))});
-    EXPECT_EQ(parse(0)->powerOnHours, 30'000);
-    EXPECT_EQ(parse(1)->powerOnHours, 45'000);
-    EXPECT_EQ(parse(2)->powerOnHours, 8123);
+    EXPECT_EQ(parse(0)->disk[Counter::kPowerOnHours], 30'000);
+    EXPECT_EQ(parse(1)->disk[Counter::kPowerOnHours], 45'000);
+    EXPECT_EQ(parse(2)->disk[Counter::kPowerOnHours], 8123);
     EXPECT_THAT(readFile("PHYS2.txt"), HasSubstr("8123 ("));
 }
 
 TEST_F(RealTool, RemappedSectorsAreReadAndLogged) {
     scan({ataDrive(0, "ata", attributes({{5, 1}})), ataDrive(1, "ata", attributes({{5, 49}})),
           ataDrive(2, "ata", attributes({{5, 50}}))});
-    EXPECT_EQ(parse(0)->reallocatedSectors, 1);
-    EXPECT_EQ(parse(1)->reallocatedSectors, 49);
-    EXPECT_EQ(parse(2)->reallocatedSectors, 50);
+    EXPECT_EQ(parse(0)->disk[Counter::kReallocatedSectors], 1);
+    EXPECT_EQ(parse(1)->disk[Counter::kReallocatedSectors], 49);
+    EXPECT_EQ(parse(2)->disk[Counter::kReallocatedSectors], 50);
     EXPECT_THAT(rowsOf(view_),
                 ElementsAre("ERROR: [Disk 0] - [SN0] Found Value [1] in SMART Attribute [Reallocated Sector Count]",
                             "ERROR: [Disk 1] - [SN1] Found Value [49] in SMART Attribute [Reallocated Sector Count]",
@@ -552,12 +551,12 @@ TEST_F(RealTool, RemappedSectorsAreReadAndLogged) {
 
 TEST_F(RealTool, PendingUncorrectableAndReportedErrorsAreRead) {
     const auto record = scanAndParse(attributes({{187, 3}, {196, 4}, {197, 5}, {198, 6}}));
-    EXPECT_EQ(record->reallocatedSectors, kNotReported);
-    EXPECT_EQ(record->reportedUncorrect, 3);
-    EXPECT_EQ(record->reallocatedEvents, 4);
-    EXPECT_EQ(record->pendingSectors, 5);
-    EXPECT_EQ(record->offlineUncorrectable, 6);
-    EXPECT_EQ(record->powerOnHours, kNotReported);
+    EXPECT_EQ(record->disk[Counter::kReallocatedSectors], kNotReported);
+    EXPECT_EQ(record->disk[Counter::kReportedUncorrectable], 3);
+    EXPECT_EQ(record->disk[Counter::kReallocationEvents], 4);
+    EXPECT_EQ(record->disk[Counter::kPendingSectors], 5);
+    EXPECT_EQ(record->disk[Counter::kOfflineUncorrectable], 6);
+    EXPECT_EQ(record->disk[Counter::kPowerOnHours], kNotReported);
     EXPECT_EQ(record->smartErrorFlag, 1);
 }
 
@@ -570,7 +569,7 @@ TEST_F(RealTool, ASolidStateDeviceIsKnownByItsRotationRate) {
 
 TEST_F(RealTool, ASolidStateDeviceBehindUsbIsNamedSo) {
     const auto record = scanAndParse(R"("rotationRate": "ssd", )" + attributes({{9, 100}}), kBusCodeUsb);
-    EXPECT_EQ(record->powerOnHours, 100);
+    EXPECT_EQ(record->disk[Counter::kPowerOnHours], 100);
     EXPECT_EQ(record->smartType, kSmartTypeSsd);
     EXPECT_EQ(record->busText.view(), "USB SSD");
     EXPECT_EQ(record->busCode, kBusCodeOwnText);
@@ -625,8 +624,8 @@ TEST_F(RealTool, AFlashDriveThatReportsNandBlocksAndPendingEcc) {
                 AllOf(HasSubstr(" Reallocate_NAND_Blk_Cnt "), HasSubstr("Current_Pending_ECC_Cnt")));
     const auto record = parse(0);
     EXPECT_EQ(record->model.view(), "CT500MX500SSD1");
-    EXPECT_EQ(record->reallocatedSectors, 6);
-    EXPECT_EQ(record->pendingSectors, 2);
+    EXPECT_EQ(record->disk[Counter::kReallocatedSectors], 6);
+    EXPECT_EQ(record->disk[Counter::kPendingSectors], 2);
     EXPECT_EQ(record->busText.view(), "SSD");
 }
 
@@ -634,17 +633,17 @@ TEST_F(RealTool, AFlashDriveThatReportsUncorrectableErrors) {
     scan({knownDrive(0, "INTEL SSDMCEAC120B3", attributes({{5, 1}, {187, 3}, {197, 4}}))});
     const auto record = parse(0);
     EXPECT_EQ(SmartParseSsdCounters(*record), 1);
-    EXPECT_EQ(record->ssd.reallocatedSectors, 1);
-    EXPECT_EQ(record->ssd.uncorrectableErrors, 3);
-    EXPECT_EQ(record->ssd.pendingSectors, 4);
-    EXPECT_EQ(record->reportedUncorrect, kNotReported) << "the maker's name is another one";
+    EXPECT_EQ(record->ssd[Counter::kReallocatedSectors], 1);
+    EXPECT_EQ(record->ssd[Counter::kReportedUncorrectable], 3);
+    EXPECT_EQ(record->ssd[Counter::kPendingSectors], 4);
+    EXPECT_EQ(record->disk[Counter::kReportedUncorrectable], kNotReported) << "the maker's name is another one";
 }
 
 // The tool divides the drive's minutes by 60 itself and prints "10h+15m": taking the number as hours is right.
 TEST_F(RealTool, ADiskThatCountsMinutes) {
     scan({knownDrive(0, "FUJITSU MHZ2320BJ", attributes({{9, 615}}))});
     EXPECT_THAT(readFile("PHYS0.txt"), AllOf(HasSubstr(" Power_On_Minutes "), HasSubstr(" 10h+15m")));
-    EXPECT_EQ(parse(0)->powerOnHours, 10);
+    EXPECT_EQ(parse(0)->disk[Counter::kPowerOnHours], 10);
 }
 
 TEST_F(RealTool, ADriveWhoseSmartReadFails) {
@@ -671,7 +670,7 @@ TEST_F(RealTool, DrivesWhoseEveryAnswerIsGarbage) {
         const auto record = parse(number, number < 3 ? kBusCodeDirect : kBusCodeUsb);
         EXPECT_EQ(result_, record->smartLoaded) << number;
         EXPECT_LE(record->uncLbaCount, 50);
-        EXPECT_GE(record->powerOnHours, kNotReported);
+        EXPECT_GE(record->disk[Counter::kPowerOnHours], kNotReported);
     }
 }
 
@@ -685,7 +684,7 @@ TEST_F(RealTool, ADriveThatIsNoAtaDevice) {
 
 TEST_F(RealTool, TheToolIsAskedThroughTheTranslationOnly) {
     scan({ataDrive(4, "sat", attributes({{9, 1}}), "usb")});
-    EXPECT_EQ(parse(4, kBusCodeUsb)->powerOnHours, 1);
+    EXPECT_EQ(parse(4, kBusCodeUsb)->disk[Counter::kPowerOnHours], 1);
     const auto started = bench_.log("request=start");
     ASSERT_EQ(started.size(), 2U);
     EXPECT_THAT(started[0], HasSubstr(R"(command-line="smartctl.exe --scan")"));

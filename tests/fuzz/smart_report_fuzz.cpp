@@ -20,7 +20,7 @@ bool isFlag(std::int32_t value) {
 }
 
 void requireSound(const DriveRecord& record, const std::vector<AttributeFinding>& findings) {
-    require(findings.size() <= 5, "one finding for each counter");
+    require(findings.size() < kCounterCount, "one finding for each counter but the hours");
     require(record.smartErrorFlag == (findings.empty() ? kSmartNoErrors : kSmartErrorsFound), "the flag tells errors");
     for (const AttributeFinding& finding : findings) {
         require(finding.value != 0, "zero is no finding");

@@ -4,27 +4,22 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
+#include <string>
 
 namespace torvane {
 namespace {
 
-struct Counter {
-    const char* name;
-    std::int32_t DriveRecord::*field;
-};
+constexpr std::array kErrorCounters{Counter::kReallocationEvents, Counter::kPendingSectors,
+                                    Counter::kOfflineUncorrectable, Counter::kReportedUncorrectable};
+constexpr std::array kAllCounters{Counter::kPowerOnHours, Counter::kReallocatedSectors,
+                                  kErrorCounters[0],      kErrorCounters[1],
+                                  kErrorCounters[2],      kErrorCounters[3]};
 
-constexpr Counter kPowerOnHours{"powerOnHours", &DriveRecord::powerOnHours};
-constexpr Counter kReallocatedSectors{"reallocatedSectors", &DriveRecord::reallocatedSectors};
-constexpr std::array kErrorCounters{
-    Counter{"reallocatedEvents", &DriveRecord::reallocatedEvents},
-    Counter{"pendingSectors", &DriveRecord::pendingSectors},
-    Counter{"offlineUncorrectable", &DriveRecord::offlineUncorrectable},
-    Counter{"reportedUncorrect", &DriveRecord::reportedUncorrect},
-};
-constexpr std::array kAllCounters{
-    kPowerOnHours, kReallocatedSectors, kErrorCounters[0], kErrorCounters[1], kErrorCounters[2], kErrorCounters[3],
-};
+std::string nameOf(Counter counter) {
+    return "counter " + std::to_string(static_cast<int>(counter));
+}
 
 constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t kSmallest = std::numeric_limits<std::int32_t>::min();
@@ -36,9 +31,9 @@ std::uint32_t levelOf(const DriveRecord& drive) {
 }
 
 /// The level of a drive that is sound but for one counter.
-std::uint32_t levelWith(const Counter& counter, std::int32_t value) {
+std::uint32_t levelWith(Counter counter, std::int32_t value) {
     DriveRecord drive = soundDrive();
-    drive.*counter.field = value;
+    drive.disk[counter] = value;
     return levelOf(drive);
 }
 
@@ -50,33 +45,33 @@ struct Step {
 TEST(HealthLevel, RisesWithTheHours) {
     for (const Step& step : {Step{0, 0}, Step{1, 0}, Step{26279, 0}, Step{26280, 1}, Step{26281, 1}, Step{43799, 1},
                              Step{43800, 2}, Step{43801, 2}, Step{kLargest, 2}}) {
-        EXPECT_EQ(levelWith(kPowerOnHours, step.value), step.level) << step.value;
+        EXPECT_EQ(levelWith(Counter::kPowerOnHours, step.value), step.level) << step.value;
     }
 }
 
 TEST(HealthLevel, RisesWithTheMovedSectors) {
     for (const Step& step :
          {Step{0, 0}, Step{1, 2}, Step{2, 2}, Step{49, 2}, Step{50, 3}, Step{51, 3}, Step{kLargest, 3}}) {
-        EXPECT_EQ(levelWith(kReallocatedSectors, step.value), step.level) << step.value;
+        EXPECT_EQ(levelWith(Counter::kReallocatedSectors, step.value), step.level) << step.value;
     }
 }
 
 TEST(HealthLevel, RisesWithEachErrorCounter) {
-    for (const Counter& counter : kErrorCounters) {
+    for (const Counter counter : kErrorCounters) {
         for (const Step& step : {Step{0, 0}, Step{1, 1}, Step{4, 1}, Step{5, 2}, Step{9, 2}, Step{10, 3}, Step{11, 3},
                                  Step{kLargest, 3}}) {
-            EXPECT_EQ(levelWith(counter, step.value), step.level) << counter.name << " " << step.value;
+            EXPECT_EQ(levelWith(counter, step.value), step.level) << nameOf(counter) << " " << step.value;
         }
     }
 }
 
 TEST(HealthLevel, TakesTheLargestErrorNotTheirSum) {
     DriveRecord drive = soundDrive();
-    drive.reportedUncorrect = 3;
-    drive.pendingSectors = 7;
+    drive.disk[Counter::kReportedUncorrectable] = 3;
+    drive.disk[Counter::kPendingSectors] = 7;
     EXPECT_EQ(levelOf(drive), 2U);
-    for (const Counter& counter : kErrorCounters) {
-        drive.*counter.field = 4;
+    for (const Counter counter : kErrorCounters) {
+        drive.disk[counter] = 4;
     }
     EXPECT_EQ(levelOf(drive), 1U);
 }
@@ -86,12 +81,12 @@ TEST(HealthLevel, IsTheWorstOfTheThree) {
         for (const std::int32_t moved : {0, 1, 50}) {
             for (const std::int32_t errors : {0, 1, 5, 10}) {
                 DriveRecord drive = soundDrive();
-                drive.powerOnHours = hours;
-                drive.reallocatedSectors = moved;
-                drive.pendingSectors = errors;
+                drive.disk[Counter::kPowerOnHours] = hours;
+                drive.disk[Counter::kReallocatedSectors] = moved;
+                drive.disk[Counter::kPendingSectors] = errors;
                 const std::uint32_t expected =
-                    std::max({levelWith(kPowerOnHours, hours), levelWith(kReallocatedSectors, moved),
-                              levelWith(kErrorCounters[1], errors)});
+                    std::max({levelWith(Counter::kPowerOnHours, hours), levelWith(Counter::kReallocatedSectors, moved),
+                              levelWith(Counter::kPendingSectors, errors)});
                 EXPECT_EQ(levelOf(drive), expected) << hours << " " << moved << " " << errors;
             }
         }
@@ -103,20 +98,20 @@ TEST(HealthLevel, IsNoneWithoutAnyCounter) {
 }
 
 TEST(HealthLevel, NeedsOneCounterOnly) {
-    for (const Counter& counter : kAllCounters) {
+    for (const Counter counter : kAllCounters) {
         DriveRecord drive = driveWithoutValues();
-        drive.*counter.field = 0;
-        EXPECT_EQ(levelOf(drive), 0U) << counter.name;
+        drive.disk[counter] = 0;
+        EXPECT_EQ(levelOf(drive), 0U) << nameOf(counter);
     }
 }
 
 TEST(HealthLevel, IsNeverRaisedByACounterThatIsAbsent) {
-    for (const Counter& counter : kAllCounters) {
-        EXPECT_EQ(levelWith(counter, kNotReported), 0U) << counter.name;
-        EXPECT_EQ(levelWith(counter, kSmallest), 0U) << counter.name;
+    for (const Counter counter : kAllCounters) {
+        EXPECT_EQ(levelWith(counter, kNotReported), 0U) << nameOf(counter);
+        EXPECT_EQ(levelWith(counter, kSmallest), 0U) << nameOf(counter);
     }
     DriveRecord drive = driveWithoutValues();
-    drive.pendingSectors = 5;
+    drive.disk[Counter::kPendingSectors] = 5;
     EXPECT_EQ(levelOf(drive), 2U);
 }
 
@@ -124,18 +119,18 @@ TEST(GradeDrive, ReturnsTheMessageOfTheLevel) {
     const MessageTable messages = fourMessages();
     DriveRecord drive = soundDrive();
     EXPECT_EQ(GradeDrive(messages, drive), &messages[0]);
-    drive.powerOnHours = 26280;
+    drive.disk[Counter::kPowerOnHours] = 26280;
     EXPECT_EQ(GradeDrive(messages, drive), &messages[1]);
-    drive.pendingSectors = 7;
+    drive.disk[Counter::kPendingSectors] = 7;
     EXPECT_EQ(GradeDrive(messages, drive), &messages[2]);
-    drive.reallocatedSectors = 50;
+    drive.disk[Counter::kReallocatedSectors] = 50;
     EXPECT_EQ(GradeDrive(messages, drive), &messages[3]);
 }
 
 TEST(GradeDrive, SevenPendingSectorsAloneGiveTheMessageOfLevelTwo) {
     const MessageTable messages = fourMessages();
     DriveRecord drive = soundDrive();
-    drive.pendingSectors = 7;
+    drive.disk[Counter::kPendingSectors] = 7;
     const MessageRecord* message = GradeDrive(messages, drive);
     ASSERT_EQ(message, &messages[2]);
     EXPECT_EQ(message->level, 2U);
@@ -169,7 +164,7 @@ TEST(Lamp, IsWhiteWithoutAnActiveDrive) {
 
 TEST(Lamp, IsWhiteWithoutAReportWhateverTheCountersSay) {
     DriveRecord drive = soundDrive();
-    drive.reallocatedSectors = 50;
+    drive.disk[Counter::kReallocatedSectors] = 50;
     drive.smartLoaded = 0;
     const LampVerdict verdict = decideLamp(&drive, fourMessages());
     EXPECT_EQ(verdict.lampImage, "engine-check-white.png");
@@ -180,7 +175,7 @@ TEST(Lamp, IsWhiteWithoutAReportWhateverTheCountersSay) {
 TEST(Lamp, HasTheMessagesColourAndText) {
     const MessageTable messages = fourMessages();
     DriveRecord drive = soundDrive();
-    drive.reallocatedSectors = 50;
+    drive.disk[Counter::kReallocatedSectors] = 50;
     const LampVerdict verdict = decideLamp(&drive, messages);
     EXPECT_EQ(verdict.lampImage, "engine-check-red.png");
     EXPECT_EQ(verdict.message, "failing");

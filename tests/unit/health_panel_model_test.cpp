@@ -96,12 +96,12 @@ TEST(NoDrivePanel, ShowsDialsAndTheWhiteLamp) {
 
 TEST(StandardPanel, ShowsEachCounterOnItsOwnDial) {
     DriveRecord drive = soundDrive();
-    drive.powerOnHours = 30000;
-    drive.reallocatedSectors = 10;
-    drive.reallocatedEvents = 20;
-    drive.pendingSectors = 30;
-    drive.offlineUncorrectable = 40;
-    drive.reportedUncorrect = 250;
+    drive.disk[Counter::kPowerOnHours] = 30000;
+    drive.disk[Counter::kReallocatedSectors] = 10;
+    drive.disk[Counter::kReallocationEvents] = 20;
+    drive.disk[Counter::kPendingSectors] = 30;
+    drive.disk[Counter::kOfflineUncorrectable] = 40;
+    drive.disk[Counter::kReportedUncorrectable] = 250;
     const PanelModel panel = buildPanelModel(&drive, fourMessages());
     EXPECT_EQ(dialImages(panel), kStandardImages);
     EXPECT_EQ(captions(panel), kStandardCaptions);
@@ -114,7 +114,7 @@ TEST(StandardPanel, ShowsEachCounterOnItsOwnDial) {
 
 TEST(StandardPanel, LeavesTheDialOfAnAbsentCounterBlank) {
     DriveRecord drive = driveWithoutValues();
-    drive.pendingSectors = 0;
+    drive.disk[Counter::kPendingSectors] = 0;
     const PanelModel panel = buildPanelModel(&drive, fourMessages());
     EXPECT_EQ(dialImages(panel), kStandardImages);
     EXPECT_EQ(captions(panel), (Names{"", "", "", "Pending Sectors", "", ""}));
@@ -162,14 +162,14 @@ TEST(StandardPanel, AloneLoadsTheLabelsThatAreNotDrawn) {
 TEST(SsdPanel, ShowsItsOwnCountersWithoutLampOrMessage) {
     DriveRecord drive = soundDrive();
     drive.smartType = kSmartTypeSsd;
-    drive.powerOnHours = 60000;
-    drive.reallocatedSectors = 99;
-    drive.ssd.powerOnHours = 20000;
-    drive.ssd.reallocatedSectors = 1;
-    drive.ssd.remapEvents = 2;
-    drive.ssd.pendingSectors = 3;
-    drive.ssd.offlineUncorrectable = 4;
-    drive.ssd.uncorrectableErrors = 5;
+    drive.disk[Counter::kPowerOnHours] = 60000;
+    drive.disk[Counter::kReallocatedSectors] = 99;
+    drive.ssd[Counter::kPowerOnHours] = 20000;
+    drive.ssd[Counter::kReallocatedSectors] = 1;
+    drive.ssd[Counter::kReallocationEvents] = 2;
+    drive.ssd[Counter::kPendingSectors] = 3;
+    drive.ssd[Counter::kOfflineUncorrectable] = 4;
+    drive.ssd[Counter::kReportedUncorrectable] = 5;
     const PanelModel panel = buildPanelModel(&drive, fourMessages());
     EXPECT_EQ(dialImages(panel), kStandardImages);
     Names expected = kStandardCaptions;
@@ -182,7 +182,7 @@ TEST(SsdPanel, ShowsItsOwnCountersWithoutLampOrMessage) {
 
 TEST(SsdPanel, LeavesTheDialOfAnAbsentCounterBlank) {
     DriveRecord drive = driveWithoutValues(kSmartTypeSsd);
-    drive.ssd.remapEvents = 100;
+    drive.ssd[Counter::kReallocationEvents] = 100;
     const PanelModel panel = buildPanelModel(&drive, fourMessages());
     EXPECT_EQ(captions(panel), (Names{"", "", "Slow Sectors", "", "", ""}));
     expectNeedles(panel, {-1, -1, 1.0, -1, -1, -1});

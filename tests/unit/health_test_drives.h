@@ -10,11 +10,6 @@ inline DriveRecord driveWithoutValues(std::int32_t smartType = kSmartTypeStandar
     DriveRecord drive;
     drive.smartType = smartType;
     drive.smartLoaded = 1;
-    for (std::int32_t* counter : {&drive.powerOnHours, &drive.reallocatedSectors, &drive.reportedUncorrect,
-                                  &drive.reallocatedEvents, &drive.pendingSectors, &drive.offlineUncorrectable}) {
-        *counter = kNotReported;
-    }
-    drive.ssd = {-1, -1, -1, -1, -1, -1};
     drive.nvme.criticalWarning = kNotReported;
     drive.nvme.availableSpare = kNotReported;
     drive.nvme.availableSpareThreshold = kNotReported;
@@ -22,11 +17,13 @@ inline DriveRecord driveWithoutValues(std::int32_t smartType = kSmartTypeStandar
     return drive;
 }
 
-/// A drive whose six counters are all reported as 0.
+/// A drive whose counters are all reported as 0.
 inline DriveRecord soundDrive() {
     DriveRecord drive;
     drive.smartType = kSmartTypeStandard;
     drive.smartLoaded = 1;
+    drive.disk.fill(0);
+    drive.ssd.fill(0);
     return drive;
 }
 

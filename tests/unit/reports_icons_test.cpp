@@ -19,34 +19,37 @@ TEST(ReportIcons, AreFilesBesideTheProgram) {
 }
 
 TEST(ReportIcons, PowerOnHoursTurnAtThreeAndFiveYears) {
-    EXPECT_EQ(powerOnHoursIcon(0), ReportIcon::kGreen);
-    EXPECT_EQ(powerOnHoursIcon(26'279), ReportIcon::kGreen);
-    EXPECT_EQ(powerOnHoursIcon(26'280), ReportIcon::kBlue);
-    EXPECT_EQ(powerOnHoursIcon(43'799), ReportIcon::kBlue);
-    EXPECT_EQ(powerOnHoursIcon(43'800), ReportIcon::kYellow);
-    EXPECT_EQ(powerOnHoursIcon(kMost), ReportIcon::kYellow) << "never red";
-    EXPECT_EQ(powerOnHoursIcon(kLeast), ReportIcon::kGreen);
+    EXPECT_EQ(counterIcon(Counter::kPowerOnHours, 0), ReportIcon::kGreen);
+    EXPECT_EQ(counterIcon(Counter::kPowerOnHours, 26'279), ReportIcon::kGreen);
+    EXPECT_EQ(counterIcon(Counter::kPowerOnHours, 26'280), ReportIcon::kBlue);
+    EXPECT_EQ(counterIcon(Counter::kPowerOnHours, 43'799), ReportIcon::kBlue);
+    EXPECT_EQ(counterIcon(Counter::kPowerOnHours, 43'800), ReportIcon::kYellow);
+    EXPECT_EQ(counterIcon(Counter::kPowerOnHours, kMost), ReportIcon::kYellow) << "never red";
+    EXPECT_EQ(counterIcon(Counter::kPowerOnHours, kLeast), ReportIcon::kGreen);
 }
 
 TEST(ReportIcons, ReallocatedSectorsTurnAtOneAndFifty) {
-    EXPECT_EQ(reallocatedSectorsIcon(0), ReportIcon::kGreen);
-    EXPECT_EQ(reallocatedSectorsIcon(1), ReportIcon::kYellow);
-    EXPECT_EQ(reallocatedSectorsIcon(49), ReportIcon::kYellow);
-    EXPECT_EQ(reallocatedSectorsIcon(50), ReportIcon::kRed);
-    EXPECT_EQ(reallocatedSectorsIcon(kMost), ReportIcon::kRed);
-    EXPECT_EQ(reallocatedSectorsIcon(-2), ReportIcon::kRed);
+    EXPECT_EQ(counterIcon(Counter::kReallocatedSectors, 0), ReportIcon::kGreen);
+    EXPECT_EQ(counterIcon(Counter::kReallocatedSectors, 1), ReportIcon::kYellow);
+    EXPECT_EQ(counterIcon(Counter::kReallocatedSectors, 49), ReportIcon::kYellow);
+    EXPECT_EQ(counterIcon(Counter::kReallocatedSectors, 50), ReportIcon::kRed);
+    EXPECT_EQ(counterIcon(Counter::kReallocatedSectors, kMost), ReportIcon::kRed);
+    EXPECT_EQ(counterIcon(Counter::kReallocatedSectors, -2), ReportIcon::kRed);
 }
 
 TEST(ReportIcons, ErrorCountsTurnAtOneFiveAndTen) {
-    EXPECT_EQ(errorCountIcon(0), ReportIcon::kGreen);
-    EXPECT_EQ(errorCountIcon(1), ReportIcon::kBlue);
-    EXPECT_EQ(errorCountIcon(4), ReportIcon::kBlue);
-    EXPECT_EQ(errorCountIcon(5), ReportIcon::kYellow);
-    EXPECT_EQ(errorCountIcon(9), ReportIcon::kYellow);
-    EXPECT_EQ(errorCountIcon(10), ReportIcon::kRed);
-    EXPECT_EQ(errorCountIcon(kMost), ReportIcon::kRed);
-    EXPECT_EQ(errorCountIcon(-2), ReportIcon::kRed);
-    EXPECT_EQ(errorCountIcon(kLeast), ReportIcon::kRed);
+    for (const Counter counter : {Counter::kReallocationEvents, Counter::kPendingSectors,
+                                  Counter::kOfflineUncorrectable, Counter::kReportedUncorrectable}) {
+        EXPECT_EQ(counterIcon(counter, 0), ReportIcon::kGreen);
+        EXPECT_EQ(counterIcon(counter, 1), ReportIcon::kBlue);
+        EXPECT_EQ(counterIcon(counter, 4), ReportIcon::kBlue);
+        EXPECT_EQ(counterIcon(counter, 5), ReportIcon::kYellow);
+        EXPECT_EQ(counterIcon(counter, 9), ReportIcon::kYellow);
+        EXPECT_EQ(counterIcon(counter, 10), ReportIcon::kRed);
+        EXPECT_EQ(counterIcon(counter, kMost), ReportIcon::kRed);
+        EXPECT_EQ(counterIcon(counter, -2), ReportIcon::kRed);
+        EXPECT_EQ(counterIcon(counter, kLeast), ReportIcon::kRed);
+    }
 }
 
 TEST(ReportIcons, DataWrittenTurnsAtSeventyAndAHundredAndFiftyThousandGigabytes) {

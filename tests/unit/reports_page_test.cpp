@@ -117,8 +117,8 @@ TEST_F(ReportPages, OfAnAtaDrive) {
 
 TEST_F(ReportPages, AnAbsentValueMovesNothingElse) {
     const Lines all = composeAtaReport(facts()).lines;
-    drive_.reallocatedEvents = kNotReported;
-    drive_.reportedUncorrect = kNotReported;
+    drive_.disk[Counter::kReallocationEvents] = kNotReported;
+    drive_.disk[Counter::kReportedUncorrectable] = kNotReported;
     Lines expected;
     for (const ReportLine& line : all) {
         if (line.yFromTop == 328 || line.yFromTop == 496) {

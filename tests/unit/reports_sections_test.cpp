@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <limits>
 
 namespace torvane {
@@ -22,6 +23,7 @@ void expectSection(const ReportSection& section, const char* title, const char* 
 
 TEST(AtaSections, ExplainEveryCounter) {
     const ReportSections sections = ataSections(testing::reportedDrive());
+    ASSERT_EQ(sections.size(), 6U);
     expectSection(sections[0], "Power On  Hours",
                   "09 = The number of Powered On Hours this device has been in use = [3.00] years",
                   "It is recommended to replace the drive if this value exceeds 5 years", ReportIcon::kBlue);
@@ -41,21 +43,20 @@ TEST(AtaSections, ExplainEveryCounter) {
 
 TEST(AtaSections, YearsHaveTwoDecimals) {
     DriveRecord drive;
-    drive.powerOnHours = 12'345;
+    drive.disk[Counter::kPowerOnHours] = 12'345;
     EXPECT_EQ(ataSections(drive)[0].explanation,
               "09 = The number of Powered On Hours this device has been in use = [1.41] years");
-    drive.powerOnHours = 0;
+    drive.disk[Counter::kPowerOnHours] = 0;
     EXPECT_EQ(ataSections(drive)[0].explanation,
               "09 = The number of Powered On Hours this device has been in use = [0.00] years");
 }
 
 TEST(AtaSections, ValuesThatAreNotReportedAreAbsent) {
-    DriveRecord drive;
-    drive.powerOnHours = drive.reallocatedSectors = drive.reallocatedEvents = kNotReported;
-    drive.pendingSectors = drive.offlineUncorrectable = drive.reportedUncorrect = kNotReported;
+    const DriveRecord drive;
     const char* const titles[] = {"Power On  Hours", "Moved Errors",         "Slow Sectors",
                                   "Pending Sectors", "Uncorrectable Errors", "Reported Errors"};
     const ReportSections sections = ataSections(drive);
+    ASSERT_EQ(sections.size(), std::size(titles));
     for (std::size_t i = 0; i < sections.size(); ++i) {
         expectSection(sections[i], titles[i], "ABSENT", "", std::nullopt);
     }
@@ -63,7 +64,7 @@ TEST(AtaSections, ValuesThatAreNotReportedAreAbsent) {
 
 TEST(AtaSections, OneValueThatIsNotReportedLeavesTheOthers) {
     DriveRecord drive = testing::reportedDrive();
-    drive.offlineUncorrectable = kNotReported;
+    drive.disk[Counter::kOfflineUncorrectable] = kNotReported;
     const ReportSections sections = ataSections(drive);
     expectSection(sections[4], "Uncorrectable Errors", "ABSENT", "", std::nullopt);
     EXPECT_EQ(sections[3].icon, Icon(ReportIcon::kRed));
@@ -72,7 +73,7 @@ TEST(AtaSections, OneValueThatIsNotReportedLeavesTheOthers) {
 
 TEST(AtaSections, OtherNegativeCountsAreShownAsTheyAre) {
     DriveRecord drive;
-    drive.pendingSectors = -2;
+    drive.disk[Counter::kPendingSectors] = -2;
     const ReportSection section = ataSections(drive)[3];
     EXPECT_EQ(section.explanation, "C5 = [-2] Damaged sectors flagged to be remapped to the Spare area of the device.");
     EXPECT_EQ(section.icon, Icon(ReportIcon::kRed));
@@ -80,6 +81,7 @@ TEST(AtaSections, OtherNegativeCountsAreShownAsTheyAre) {
 
 TEST(NvmeSections, TellThatAllIsWell) {
     const ReportSections sections = nvmeSections(testing::reportedDrive());
+    ASSERT_EQ(sections.size(), 6U);
     expectSection(sections[0], "Total Data Written to the Drive", "953 Gigabytes of data has been written to the drive",
                   "Standard Manufacturer Thresholds are between 70,000 and 150,000 Gigabytes", ReportIcon::kGreen);
     expectSection(sections[1], "Available Spare Space",
@@ -146,6 +148,7 @@ TEST(NvmeSections, WhatWasNotReadIsUnknown) {
         "Total Data Written to the Drive", "Available Spare Space", "Tempeature Threshold",
         "Non-Volatile Memory Sub-System",  "Read Only Mode Set",    "Volatile Memory Backup Device"};
     const ReportSections sections = nvmeSections(drive);
+    ASSERT_EQ(sections.size(), std::size(titles));
     for (std::size_t i = 0; i < sections.size(); ++i) {
         expectSection(sections[i], titles[i], "UNKNOWN", "", std::nullopt);
     }

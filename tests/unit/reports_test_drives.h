@@ -11,12 +11,12 @@ inline DriveRecord reportedDrive() {
     DriveRecord drive;
     drive.model.assign("WDC WD10EZEX-08WN4A0");
     drive.serialNumber.assign("WD-WCC6Y7ABCDEF");
-    drive.powerOnHours = 26'280;
-    drive.reallocatedSectors = 7;
-    drive.reallocatedEvents = 3;
-    drive.pendingSectors = 12;
-    drive.offlineUncorrectable = 6;
-    drive.reportedUncorrect = 0;
+    drive.disk[Counter::kPowerOnHours] = 26'280;
+    drive.disk[Counter::kReallocatedSectors] = 7;
+    drive.disk[Counter::kReallocationEvents] = 3;
+    drive.disk[Counter::kPendingSectors] = 12;
+    drive.disk[Counter::kOfflineUncorrectable] = 6;
+    drive.disk[Counter::kReportedUncorrectable] = 0;
     drive.nvme.criticalWarning = 0;
     drive.nvme.availableSpare = 97;
     drive.nvme.availableSpareThreshold = 10;

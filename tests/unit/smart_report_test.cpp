@@ -32,12 +32,6 @@ DriveRecord probedRecord() {
     record.busCode = kBusCodeDirect;
     record.smartType = kSmartTypeStandard;
     record.smartLoaded = 1;
-    record.powerOnHours = kNotReported;
-    record.reallocatedSectors = kNotReported;
-    record.reportedUncorrect = kNotReported;
-    record.reallocatedEvents = kNotReported;
-    record.pendingSectors = kNotReported;
-    record.offlineUncorrectable = kNotReported;
     return record;
 }
 
@@ -82,12 +76,12 @@ TEST(SmartReport, ReadsTheToolsReportOfAWornDisk) {
     EXPECT_EQ(parsed.result, 1);
     EXPECT_EQ(record.model.view(), "Tidewell TW1G Laptop Disk");
     EXPECT_EQ(record.serialNumber.view(), "TWC4118A");
-    EXPECT_EQ(record.powerOnHours, 31877);
-    EXPECT_EQ(record.reallocatedSectors, 214);
-    EXPECT_EQ(record.reportedUncorrect, 41);
-    EXPECT_EQ(record.reallocatedEvents, 19);
-    EXPECT_EQ(record.pendingSectors, 12);
-    EXPECT_EQ(record.offlineUncorrectable, 7);
+    EXPECT_EQ(record.disk[Counter::kPowerOnHours], 31877);
+    EXPECT_EQ(record.disk[Counter::kReallocatedSectors], 214);
+    EXPECT_EQ(record.disk[Counter::kReportedUncorrectable], 41);
+    EXPECT_EQ(record.disk[Counter::kReallocationEvents], 19);
+    EXPECT_EQ(record.disk[Counter::kPendingSectors], 12);
+    EXPECT_EQ(record.disk[Counter::kOfflineUncorrectable], 7);
     EXPECT_EQ(record.smartErrorFlag, kSmartErrorsFound);
     EXPECT_EQ(record.securityEnabled, 1);
     EXPECT_EQ(record.smartLoaded, 1);
@@ -108,8 +102,8 @@ TEST(SmartReport, ReadsTheToolsReportOfAWornDisk) {
 TEST(SmartReport, ReadsTheNamesThatTheToolsTablesGiveFlashDrives) {
     const Parsed parsed = parse(fixture("nand-names.txt"));
     EXPECT_EQ(parsed.result, 1);
-    EXPECT_EQ(parsed.record.reallocatedSectors, 214);
-    EXPECT_EQ(parsed.record.pendingSectors, 12);
+    EXPECT_EQ(parsed.record.disk[Counter::kReallocatedSectors], 214);
+    EXPECT_EQ(parsed.record.disk[Counter::kPendingSectors], 12);
     EXPECT_EQ(parsed.record.smartType, kSmartTypeSsd);
     EXPECT_EQ(parsed.record.busText.view(), "SSD");
     EXPECT_EQ(parsed.record.busCode, kBusCodeOwnText);
@@ -124,23 +118,23 @@ TEST(SmartReport, StopsAtAFailedSmartReadAndLeavesTheRest) {
     EXPECT_EQ(parsed.record.smartLoaded, 0);
     EXPECT_EQ(parsed.record.smartType, kSmartTypeNone);
     EXPECT_EQ(parsed.record.model.view(), "probed model");
-    EXPECT_EQ(parsed.record.reallocatedSectors, kNotReported);
+    EXPECT_EQ(parsed.record.disk[Counter::kReallocatedSectors], kNotReported);
     EXPECT_EQ(parsed.record.smartErrorFlag, 0);
     EXPECT_THAT(parsed.findings, IsEmpty());
 }
 
 TEST(SmartReport, AnEmptyReportLeavesEverythingUnreported) {
     DriveRecord record = probedRecord();
-    record.powerOnHours = 12;
-    record.pendingSectors = 3;
+    record.disk[Counter::kPowerOnHours] = 12;
+    record.disk[Counter::kPendingSectors] = 3;
     record.uncLbaCount = 1;
     record.uncLbas[0] = 99;
     const Parsed parsed = parse("", record);
     EXPECT_EQ(parsed.result, 1);
     EXPECT_EQ(parsed.record.model.view(), "probed model");
     EXPECT_EQ(parsed.record.serialNumber.view(), "probed serial");
-    EXPECT_EQ(parsed.record.powerOnHours, kNotReported);
-    EXPECT_EQ(parsed.record.pendingSectors, kNotReported);
+    EXPECT_EQ(parsed.record.disk[Counter::kPowerOnHours], kNotReported);
+    EXPECT_EQ(parsed.record.disk[Counter::kPendingSectors], kNotReported);
     EXPECT_EQ(parsed.record.uncLbaCount, 0);
     EXPECT_EQ(parsed.record.uncLbas[0], 0);
     EXPECT_EQ(parsed.record.smartErrorFlag, kSmartNoErrors);
@@ -174,7 +168,7 @@ TEST(SmartReport, CutsTextsAtTheirFields) {
 // --- Power-on hours
 
 std::int32_t hoursOf(const std::string& lines) {
-    return parse(lines).record.powerOnHours;
+    return parse(lines).record.disk[Counter::kPowerOnHours];
 }
 
 TEST(SmartReport, ReadsPowerOnHours) {
@@ -228,12 +222,10 @@ TEST(SmartReport, SecurityStaysWithoutItsLine) {
 // --- Error counters
 
 TEST(SmartReport, AnAbsentCounterIsUnreportedAndNoError) {
-    const Parsed parsed = parse(attribute("Temperature_Celsius", "31"));
-    EXPECT_EQ(parsed.record.reallocatedSectors, kNotReported);
-    EXPECT_EQ(parsed.record.reportedUncorrect, kNotReported);
-    EXPECT_EQ(parsed.record.reallocatedEvents, kNotReported);
-    EXPECT_EQ(parsed.record.pendingSectors, kNotReported);
-    EXPECT_EQ(parsed.record.offlineUncorrectable, kNotReported);
+    DriveRecord record = probedRecord();
+    record.disk.fill(77);
+    const Parsed parsed = parse(attribute("Temperature_Celsius", "31"), record);
+    EXPECT_EQ(parsed.record.disk, Counters{});
     EXPECT_EQ(parsed.record.smartErrorFlag, kSmartNoErrors);
     EXPECT_THAT(parsed.findings, IsEmpty());
 }
@@ -242,11 +234,11 @@ TEST(SmartReport, ZeroCountersAreNoError) {
     const Parsed parsed = parse(attribute("Reallocated_Sector_Ct", "0") + attribute("Reported_Uncorrect", "0") +
                                 attribute("Reallocated_Event_Count", "0") + attribute("Current_Pending_Sector", "0") +
                                 attribute("Offline_Uncorrectable", "0"));
-    EXPECT_EQ(parsed.record.reallocatedSectors, 0);
-    EXPECT_EQ(parsed.record.reportedUncorrect, 0);
-    EXPECT_EQ(parsed.record.reallocatedEvents, 0);
-    EXPECT_EQ(parsed.record.pendingSectors, 0);
-    EXPECT_EQ(parsed.record.offlineUncorrectable, 0);
+    EXPECT_EQ(parsed.record.disk[Counter::kReallocatedSectors], 0);
+    EXPECT_EQ(parsed.record.disk[Counter::kReportedUncorrectable], 0);
+    EXPECT_EQ(parsed.record.disk[Counter::kReallocationEvents], 0);
+    EXPECT_EQ(parsed.record.disk[Counter::kPendingSectors], 0);
+    EXPECT_EQ(parsed.record.disk[Counter::kOfflineUncorrectable], 0);
     EXPECT_EQ(parsed.record.smartErrorFlag, kSmartNoErrors);
     EXPECT_THAT(parsed.findings, IsEmpty());
 }
@@ -254,37 +246,37 @@ TEST(SmartReport, ZeroCountersAreNoError) {
 TEST(SmartReport, TheFallbackNameIsReadOnlyWithoutTheFirst) {
     const Parsed both = parse(attribute("Reallocated_Sector_Ct", "0") + attribute("Reallocate_NAND_Blk_Cnt", "5") +
                               attribute("Current_Pending_Sector", "0") + attribute("Current_Pending_ECC_Cnt", "6"));
-    EXPECT_EQ(both.record.reallocatedSectors, 0);
-    EXPECT_EQ(both.record.pendingSectors, 0);
+    EXPECT_EQ(both.record.disk[Counter::kReallocatedSectors], 0);
+    EXPECT_EQ(both.record.disk[Counter::kPendingSectors], 0);
     EXPECT_EQ(both.record.smartErrorFlag, kSmartNoErrors);
 
     const Parsed fallback =
         parse(attribute("Reallocate_NAND_Blk_Cnt", "5") + attribute("Current_Pending_ECC_Cnt", "6"));
-    EXPECT_EQ(fallback.record.reallocatedSectors, 5);
-    EXPECT_EQ(fallback.record.pendingSectors, 6);
+    EXPECT_EQ(fallback.record.disk[Counter::kReallocatedSectors], 5);
+    EXPECT_EQ(fallback.record.disk[Counter::kPendingSectors], 6);
     EXPECT_THAT(fallback.findings, ElementsAre(AttributeFinding{5, "Reallocated Sector Count"},
                                                AttributeFinding{6, "Current Pending Sector Count"}));
 }
 
 TEST(SmartReport, ACounterWithoutItsRawValueStaysAsItWas) {
     DriveRecord record = probedRecord();
-    record.reallocatedSectors = 77;
-    record.reportedUncorrect = 77;
-    record.pendingSectors = 77;
+    record.disk[Counter::kReallocatedSectors] = 77;
+    record.disk[Counter::kReportedUncorrectable] = 77;
+    record.disk[Counter::kPendingSectors] = 77;
     const Parsed parsed = parse("  5 Reallocated_Sector_Ct PO--CK 100 100 010\n"
                                 "187 Reported_Uncorrect -O--CK 100\n"
                                 "197 Current_Pending_Sector -O--CK 100\n" +
                                     attribute("Current_Pending_ECC_Cnt", "6"),
                                 record);
-    EXPECT_EQ(parsed.record.reallocatedSectors, 77);
-    EXPECT_EQ(parsed.record.reportedUncorrect, kNotReported) << "cleared before it is looked for";
-    EXPECT_EQ(parsed.record.pendingSectors, 77) << "the first key's line decides";
+    EXPECT_EQ(parsed.record.disk[Counter::kReallocatedSectors], 77);
+    EXPECT_EQ(parsed.record.disk[Counter::kReportedUncorrectable], kNotReported) << "cleared before it is looked for";
+    EXPECT_EQ(parsed.record.disk[Counter::kPendingSectors], 77) << "the first key's line decides";
     EXPECT_EQ(parsed.record.smartErrorFlag, kSmartNoErrors);
 }
 
 TEST(SmartReport, ARawValueBeyond32BitsIsAnErrorAllTheSame) {
     const Parsed parsed = parse(attribute("Reallocated_Sector_Ct", "4294967296"));
-    EXPECT_EQ(parsed.record.reallocatedSectors, std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(parsed.record.disk[Counter::kReallocatedSectors], std::numeric_limits<std::int32_t>::max());
     EXPECT_EQ(parsed.record.smartErrorFlag, kSmartErrorsFound);
 }
 
@@ -294,7 +286,7 @@ TEST(SmartReport, AKeyThatEndsItsLineIsNotSeen) {
 }
 
 TEST(SmartReport, KeysAreFoundInAnyCase) {
-    EXPECT_EQ(parse(attribute("REALLOCATED_SECTOR_CT", "3")).record.reallocatedSectors, 3);
+    EXPECT_EQ(parse(attribute("REALLOCATED_SECTOR_CT", "3")).record.disk[Counter::kReallocatedSectors], 3);
 }
 
 // --- Solid-state devices
@@ -352,14 +344,14 @@ TEST(SsdCounters, AreReadFromTheirAttributes) {
                        attribute("Current_Pending_Sector", "5") + attribute("Offline_Uncorrectable", "6"),
                    kBusCodeDirect);
     EXPECT_EQ(SmartParseSsdCounters(record), 1);
-    EXPECT_EQ(record.ssd.reallocatedSectors, 1);
-    EXPECT_EQ(record.ssd.powerOnHours, 2222);
-    EXPECT_EQ(record.ssd.uncorrectableErrors, 3);
-    EXPECT_EQ(record.ssd.remapEvents, 4);
-    EXPECT_EQ(record.ssd.pendingSectors, 5);
-    EXPECT_EQ(record.ssd.offlineUncorrectable, 6);
+    EXPECT_EQ(record.ssd[Counter::kReallocatedSectors], 1);
+    EXPECT_EQ(record.ssd[Counter::kPowerOnHours], 2222);
+    EXPECT_EQ(record.ssd[Counter::kReportedUncorrectable], 3);
+    EXPECT_EQ(record.ssd[Counter::kReallocationEvents], 4);
+    EXPECT_EQ(record.ssd[Counter::kPendingSectors], 5);
+    EXPECT_EQ(record.ssd[Counter::kOfflineUncorrectable], 6);
     EXPECT_EQ(record.smartType, kSmartTypeSsd);
-    EXPECT_EQ(record.reallocatedSectors, kNotReported) << "the other set is left alone";
+    EXPECT_EQ(record.disk, Counters{}) << "the other set is left alone";
 }
 
 TEST(SsdCounters, AreUnreportedWithoutAttributeOrRawValue) {
@@ -367,14 +359,9 @@ TEST(SsdCounters, AreUnreportedWithoutAttributeOrRawValue) {
         recordWith(kSolidState + "  5 Reallocated_Sector_Ct PO--CK 100\n" + attribute("Reallocate_NAND_Blk_Cnt", "5") +
                        attribute("Reported_Uncorrect", "5"),
                    kBusCodeDirect);
-    record.ssd = {9, 9, 9, 9, 9, 9};
+    record.ssd.fill(9);
     EXPECT_EQ(SmartParseSsdCounters(record), 1);
-    EXPECT_EQ(record.ssd.reallocatedSectors, kNotReported);
-    EXPECT_EQ(record.ssd.powerOnHours, kNotReported);
-    EXPECT_EQ(record.ssd.uncorrectableErrors, kNotReported);
-    EXPECT_EQ(record.ssd.remapEvents, kNotReported);
-    EXPECT_EQ(record.ssd.pendingSectors, kNotReported);
-    EXPECT_EQ(record.ssd.offlineUncorrectable, kNotReported);
+    EXPECT_EQ(record.ssd, Counters{});
 }
 
 TEST(SsdCounters, TheBusTextFollowsTheBusCode) {
@@ -393,9 +380,9 @@ TEST(SsdCounters, TheBusTextFollowsTheBusCode) {
 
 TEST(SsdCounters, ADriveThatIsNoSolidStateDeviceIsLeftAlone) {
     DriveRecord record = recordWith("Rotation Rate:    7200 rpm\n" + attribute("Power_On_Hours", "2222"), kBusCodeUsb);
-    record.ssd.powerOnHours = 9;
+    record.ssd[Counter::kPowerOnHours] = 9;
     EXPECT_EQ(SmartParseSsdCounters(record), 0);
-    EXPECT_EQ(record.ssd.powerOnHours, 9);
+    EXPECT_EQ(record.ssd[Counter::kPowerOnHours], 9);
     EXPECT_EQ(record.smartType, kSmartTypeStandard);
     EXPECT_EQ(record.busText.view(), "Serial ATA");
 
@@ -481,7 +468,7 @@ TEST(SmartReport, ParsesAHugeReportInTime) {
     EXPECT_EQ(parseSmartReport(record, findings), 1);
     EXPECT_EQ(SmartParseSsdCounters(record), 0);
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - begin;
-    EXPECT_EQ(record.offlineUncorrectable, 3);
+    EXPECT_EQ(record.disk[Counter::kOfflineUncorrectable], 3);
     EXPECT_EQ(record.uncLbaCount, 1);
     RecordProperty("milliseconds", static_cast<int>(elapsed.count() * 1000));
     EXPECT_LT(elapsed.count(), testing::kHugeTextSeconds);
