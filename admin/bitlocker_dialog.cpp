@@ -3,8 +3,9 @@
 #include "admin/bitlocker_scan.h"
 #include "base/colours.h"
 #include "base/format.h"
+#include "records/drive_record.h"
+#include "records/volume_record.h"
 #include "resources/resource_ids.h"
-#include "state/app_state.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
 
@@ -36,7 +37,8 @@ class WaitCursor {
 
 class BitLockerDialog : public Dialog, private BitLockerRows {
   public:
-    explicit BitLockerDialog(AppState& state) : Dialog(IDD_BITLOCKER_SCAN), state_(state) {}
+    BitLockerDialog(DriveRecord& drive, const VolumeTable& volumes)
+        : Dialog(IDD_BITLOCKER_SCAN), drive_(drive), volumes_(volumes) {}
 
   protected:
     bool onInitialise() override {
@@ -89,8 +91,7 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
     }
 
     void showTitle() {
-        const DriveRecord* const drive = state_.activeDrive;
-        setControlText(IDC_BITLOCKER_TITLE, formatText("Bitlocker Status %s", drive->model.c_str()).c_str());
+        setControlText(IDC_BITLOCKER_TITLE, formatText("Bitlocker Status %s", drive_.model.c_str()).c_str());
         placeControl(IDC_BITLOCKER_TITLE, {kMargin, kTitleTop, kMargin + listWidth(), kTitleTop + kTitleHeight});
     }
 
@@ -116,20 +117,21 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
 
     void onBegin() {
         const WaitCursor wait;
-        BL_ScanActiveDrive(state_, *this);
+        BL_ScanActiveDrive(&drive_, volumes_, *this);
     }
 
     void onExit() { end(0); }
 
-    AppState& state_;
+    DriveRecord& drive_;
+    const VolumeTable& volumes_;
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     ListView list_;
 };
 
 } // namespace
 
-void showBitLockerScan(AppState& state, HWND owner) {
-    BitLockerDialog(state).runModal(owner);
+void showBitLockerScan(DriveRecord& drive, const VolumeTable& volumes, HWND owner) {
+    BitLockerDialog(drive, volumes).runModal(owner);
 }
 
 } // namespace torvane

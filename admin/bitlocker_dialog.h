@@ -4,9 +4,10 @@
 
 namespace torvane {
 
-struct AppState;
+struct DriveRecord;
+struct VolumeTable;
 
-/// Shows the "Bitlocker Scan" dialog for the active drive, which must be chosen; returns when it is closed.
-void showBitLockerScan(AppState& state, HWND owner);
+/// Shows the "Bitlocker Scan" dialog for the drive; returns when it is closed.
+void showBitLockerScan(DriveRecord& drive, const VolumeTable& volumes, HWND owner);
 
 } // namespace torvane

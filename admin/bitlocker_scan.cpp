@@ -4,8 +4,9 @@
 #include "base/format.h"
 #include "base/owned_handle.h"
 #include "monitoring/command_runner.h"
-#include "state/app_state.h"
+#include "records/drive_record.h"
 #include "state/event_log.h"
+#include "state/scan_tables.h"
 
 #include <algorithm>
 #include <array>
@@ -21,13 +22,13 @@ constexpr const char* kOutputFileName = "BITLOCKER.txt";
 constexpr const char* kKeyFileName = "BITLOCKER.db";
 
 /// Asks for the volume's key protectors. Nothing when the command or its output failed.
-std::optional<BitLockerCheck> checkVolume(AppState& state, char letter, const BitLockerScratch& scratch) {
+std::optional<BitLockerCheck> checkVolume(char letter, const BitLockerScratch& scratch) {
     const std::string command =
         formatText("powershell -windowstyle hidden (Get-BitLockerVolume -MountPoint %c).KeyProtector", letter);
-    if (PARSE_BuildDataFile(state, kOutputFileName, command.c_str()) == 0) {
+    if (PARSE_BuildDataFile(kOutputFileName, command.c_str()) == 0) {
         return std::nullopt;
     }
-    const LoadedText output = PARSE_LoadFileIntoBuffer(state, kOutputFileName);
+    const LoadedText output = PARSE_LoadFileIntoBuffer(kOutputFileName);
     if (!output) {
         return std::nullopt;
     }
@@ -43,12 +44,12 @@ void keepEntry(DriveRecord& drive, const BitLockerVolumeEntry& entry) {
     }
 }
 
-std::span<const VolumeRecord> volumesOf(const AppState& state) {
-    return std::span(state.scan.volumes.records).first(static_cast<std::size_t>(state.scan.volumes.count));
+std::span<const VolumeRecord> listed(const VolumeTable& volumes) {
+    return std::span(volumes.records).first(static_cast<std::size_t>(volumes.count));
 }
 
-DriveRecord* driveWithNumber(AppState& state, std::int32_t number) {
-    const auto drives = std::span(state.scan.drives).first(static_cast<std::size_t>(state.scan.driveCount.load()));
+DriveRecord* driveWithNumber(const ScanState& scan, std::int32_t number) {
+    const auto drives = std::span(scan.drives).first(static_cast<std::size_t>(scan.driveCount.load()));
     const auto owner =
         std::ranges::find_if(drives, [number](const DriveRecordPtr& drive) { return drive->driveNumber == number; });
     return owner == drives.end() ? nullptr : owner->get();
@@ -99,8 +100,7 @@ int createWith(const BitLockerVolumeEntry& entry) {
 
 } // namespace
 
-void BL_ScanActiveDrive(AppState& state, BitLockerRows& rows) {
-    DriveRecord* const drive = state.activeDrive;
+void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLockerRows& rows) {
     if (drive == nullptr) {
         return;
     }
@@ -111,14 +111,14 @@ void BL_ScanActiveDrive(AppState& state, BitLockerRows& rows) {
     std::array<char, 8192> line{};
     std::array<char, 4096> word{};
     int row = 0;
-    for (const VolumeRecord& volume : volumesOf(state)) {
+    for (const VolumeRecord& volume : listed(volumes)) {
         if (volume.diskNumber != drive->driveNumber) {
             continue;
         }
         const auto letter = static_cast<char>(volume.driveLetter);
         const std::string name = formatText("%c:\\", letter);
         rows.setRow(row, name.c_str(), "", "");
-        const std::optional<BitLockerCheck> check = checkVolume(state, letter, {line, word});
+        const std::optional<BitLockerCheck> check = checkVolume(letter, {line, word});
         if (!check) {
             continue;
         }
@@ -131,28 +131,27 @@ void BL_ScanActiveDrive(AppState& state, BitLockerRows& rows) {
     }
 }
 
-void BL_SaveRecoveryKeys(AppState& state) {
+void BL_SaveRecoveryKeys(const ScanState& scan) {
     std::array<char, 4096> line{};
     std::array<char, 1024> word{};
-    for (const VolumeRecord& volume : volumesOf(state)) {
-        DriveRecord* const drive = driveWithNumber(state, volume.diskNumber);
+    for (const VolumeRecord& volume : listed(scan.volumes)) {
+        DriveRecord* const drive = driveWithNumber(scan, volume.diskNumber);
         if (drive == nullptr) {
             continue;
         }
         ++drive->checkedVolumeCount;
-        const std::optional<BitLockerCheck> check =
-            checkVolume(state, static_cast<char>(volume.driveLetter), {line, word});
+        const std::optional<BitLockerCheck> check = checkVolume(static_cast<char>(volume.driveLetter), {line, word});
         if (!check || check->finding == BitLockerFinding::kNoOutput) {
             continue;
         }
         keepEntry(*drive, check->entry);
         if (check->finding == BitLockerFinding::kKeyRead) {
-            BL_AppendRecord(state, check->entry);
+            BL_AppendRecord(check->entry);
         }
     }
 }
 
-int BL_AppendRecord(AppState& /*state*/, const BitLockerVolumeEntry& entry) {
+int BL_AppendRecord(const BitLockerVolumeEntry& entry) {
     const UniqueFile file = openKeyFile(OPEN_EXISTING);
     return file ? appendTo(file.get(), entry) : createWith(entry);
 }

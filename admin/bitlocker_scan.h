@@ -4,7 +4,9 @@
 
 namespace torvane {
 
-struct AppState;
+struct DriveRecord;
+struct ScanState;
+struct VolumeTable;
 
 // Detection of BitLocker volumes by the system's PowerShell module. Each volume is asked for on the calling thread,
 // which waits for PowerShell without a time-out; what it printed last stays in "BITLOCKER.txt". A volume whose command
@@ -22,17 +24,17 @@ class BitLockerRows {
     virtual void setRow(int row, const char* volume, const char* status, const char* key) = 0;
 };
 
-/// Checks every volume of the active drive, replaces the drive's entries and fills the list. Does nothing without an
-/// active drive. An eleventh volume is shown in the list but not kept.
-void BL_ScanActiveDrive(AppState& state, BitLockerRows& rows);
+/// Checks every volume of the active drive, replaces the drive's entries and fills the list. Does nothing without one
+/// (null). An eleventh volume is shown in the list but not kept.
+void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLockerRows& rows);
 
 /// Checks every volume of the volume table, adds to the entries of the drives concerned and appends each recovery
 /// password to "BITLOCKER.db". Every run appends again. An eleventh volume's password is appended but not kept.
 /// One of the program's named operations; no command calls it.
-void BL_SaveRecoveryKeys(AppState& state);
+void BL_SaveRecoveryKeys(const ScanState& scan);
 
 /// Appends the record to "BITLOCKER.db" in the current folder, which is created when absent. Returns 1; 0 after one
 /// "ERROR" log row. Only an append to an existing file gives a "SUCCESS" row.
-int BL_AppendRecord(AppState& state, const BitLockerVolumeEntry& entry);
+int BL_AppendRecord(const BitLockerVolumeEntry& entry);
 
 } // namespace torvane

@@ -105,7 +105,7 @@ class DestructionWarningDialog : public Dialog {
 
 bool confirmDestruction(AppState& state, const Destruction& destruction, HWND owner) {
     // Letters may have been given and moved since the drives were loaded.
-    refreshVolumes(state);
+    refreshVolumes(state.scan);
     if (holdsVolume(destruction.drive, state.scan.volumes, destruction.sourceImageLetter)) {
         prompts::stop("******* WARNING *******", "You cannot copy Image to Source Drive");
         return false;

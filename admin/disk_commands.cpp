@@ -2,13 +2,13 @@
 
 #include "admin/disk_part.h"
 #include "base/format.h"
-#include "discovery/drive_volumes.h"
+#include "records/drive_record.h"
 #include "state/app_state.h"
-#include "state/drive_job.h"
 #include "state/event_log.h"
+#include "state/job_thread.h"
 #include "ui/prompts.h"
 
-#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -58,11 +58,11 @@ std::string diskSentence(const DriveRecord& drive, const char* ending) {
                       ending);
 }
 
-DWORD reportOutcome(AppState& state, const DriveRecord& drive, const ChangeTexts& texts, bool done) {
+DWORD reportOutcome(AppState& state, JobClaim& claim, const DriveRecord& drive, const ChangeTexts& texts, bool done) {
     const std::string sentence = diskSentence(drive, done ? texts.done : texts.failed);
     LogEvent(done ? "SUCCESS" : "FAILURE", "%s", sentence.c_str());
     state.view->setDriveStatus(drive, done ? texts.doneStatus : texts.failedStatus);
-    state.jobActive = 0;
+    claim.lower();
     if (done) {
         prompts::inform(texts.doneCaption, sentence.c_str());
     } else {
@@ -71,74 +71,41 @@ DWORD reportOutcome(AppState& state, const DriveRecord& drive, const ChangeTexts
     return done ? 1 : 0;
 }
 
-// The busy word is raised before the thread runs, so that a second command finds it however late the thread starts.
-void startChange(AppState& state, std::function<DWORD()> change) {
-    state.jobActive = 1;
-    if (!startDriveJob(state, "change of the disk", std::move(change))) {
-        state.jobActive = 0;
+// The claim is taken before the thread runs, so that a second command finds it however late the thread starts.
+void startChange(AppState& state, DriveRecord& drive, DWORD (*change)(AppState&, JobClaim&, DriveRecord&)) {
+    if (std::optional<JobClaim> claim = state.jobs.begin(JobKind::kDiskChange)) {
+        startJobThread(std::move(*claim), "change of the disk",
+                       [&state, &drive, change](JobClaim& own) { return change(state, own, drive); });
     }
 }
 
 } // namespace
 
-bool mayChangeDisk(const AppState& state, const DriveRecord& drive) {
-    constexpr const char* kWorking = "***** Working *****";
-    if (state.scan.driveLoaderWorking == 1) {
-        prompts::stop(kWorking, "Drive Loader is Working");
-        return false;
-    }
-    if (state.shortTestsAtWork != 0) {
-        prompts::stop(kWorking, "Short Test is Running");
-        return false;
-    }
-    // A copy or a read test that was told to stop uses its drives until its last read is done.
-    if (state.jobActive == 1 || state.driveJobAtWork == 1 || state.readTests.workersAtWork != 0) {
-        prompts::stop(kWorking, "A Job is Working");
-        return false;
-    }
-    if (drive.recordKind == kRecordKindImageFile) {
-        prompts::stop("***** IMAGE FILE *****", "An image file is no disk of this computer");
-        return false;
-    }
-    return true;
-}
-
-bool mayCleanDisk(const AppState& state, const DriveRecord& drive) {
-    if (!mayChangeDisk(state, drive)) {
-        return false;
-    }
-    if (isSystemDrive(drive, state.scan.volumes)) {
-        prompts::stop("***** SYSTEM DRIVE *****", "The drive that holds Windows cannot be cleaned");
-        return false;
-    }
-    return true;
-}
-
 void startSetReadOnly(AppState& state, DriveRecord& drive) {
-    startChange(state, [&] { return setReadOnly(state, drive); });
+    startChange(state, drive, setReadOnly);
 }
 
 void startClearReadOnly(AppState& state, DriveRecord& drive) {
-    startChange(state, [&] { return clearReadOnly(state, drive); });
+    startChange(state, drive, clearReadOnly);
 }
 
 void startCleanDisk(AppState& state, DriveRecord& drive) {
-    startChange(state, [&] { return cleanDisk(state, drive); });
+    startChange(state, drive, cleanDisk);
 }
 
-DWORD setReadOnly(AppState& state, DriveRecord& drive) {
+DWORD setReadOnly(AppState& state, JobClaim& claim, DriveRecord& drive) {
     state.view->setDriveStatus(drive, kSetTexts.activity);
-    return reportOutcome(state, drive, kSetTexts, changeReadOnly(state, drive, true));
+    return reportOutcome(state, claim, drive, kSetTexts, changeReadOnly(*state.view, drive, true));
 }
 
-DWORD clearReadOnly(AppState& state, DriveRecord& drive) {
+DWORD clearReadOnly(AppState& state, JobClaim& claim, DriveRecord& drive) {
     state.view->setDriveStatus(drive, kClearTexts.activity);
-    return reportOutcome(state, drive, kClearTexts, changeReadOnly(state, drive, false));
+    return reportOutcome(state, claim, drive, kClearTexts, changeReadOnly(*state.view, drive, false));
 }
 
-DWORD cleanDisk(AppState& state, DriveRecord& drive) {
+DWORD cleanDisk(AppState& state, JobClaim& claim, DriveRecord& drive) {
     state.view->setDriveStatus(drive, kCleanTexts.activity);
-    return reportOutcome(state, drive, kCleanTexts, DP_CleanDisk(state, drive) == 1);
+    return reportOutcome(state, claim, drive, kCleanTexts, DP_CleanDisk(drive) == 1);
 }
 
 } // namespace torvane

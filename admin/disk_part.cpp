@@ -5,16 +5,17 @@
 #include "base/format.h"
 #include "base/stdio_file.h"
 #include "base/whole_file.h"
-#include "base/worker_thread.h"
 #include "monitoring/command_runner.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
+#include "state/job_thread.h"
 #include "ui/prompts.h"
 
 #include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace torvane {
 
@@ -83,69 +84,64 @@ bool writeScript(const DiskPartScript& script) {
     return false;
 }
 
-bool runScript(AppState& state, const DiskPartScript& script) {
+bool runScript(const DiskPartScript& script) {
     const std::string commandLine = formatText("diskpart /s %s", script.fileName);
-    return PARSE_BuildDataFile(state, script.resultsFileName, commandLine.c_str()) != 0;
+    return PARSE_BuildDataFile(script.resultsFileName, commandLine.c_str()) != 0;
 }
 
-LoadedText loadResults(AppState& state, const DiskPartScript& script) {
-    LoadedText results = PARSE_LoadFileIntoBuffer(state, script.resultsFileName);
+LoadedText loadResults(const DiskPartScript& script) {
+    LoadedText results = PARSE_LoadFileIntoBuffer(script.resultsFileName);
     if (!results) {
         LogEvent("ERROR", "Could not Load File [%s] into buffer", script.resultsFileName);
     }
     return results;
 }
 
-LoadedText queryDiskPart(AppState& state, const DiskPartScript& script) {
+LoadedText queryDiskPart(const DiskPartScript& script) {
     if (!writeScript(script)) {
         return nullptr;
     }
-    if (!runScript(state, script)) {
+    if (!runScript(script)) {
         LogEvent("ERROR", "Could not BuildDataFile [%s]", script.resultsFileName);
         return nullptr;
     }
-    return loadResults(state, script);
+    return loadResults(script);
 }
 
-/// While drives are loaded, or a job on a drive is at work, `jobActive` is theirs to raise and to lower.
-bool othersHoldJobFlag(const AppState& state) {
-    return state.scan.driveLoaderWorking != 0 || state.driveJobAtWork != 0;
-}
-
-// A failure leaves the status and `jobActive` as they are: a disable request then stays "in progress".
-DWORD changeMounting(AppState& state, const DiskPartScript& script) {
-    if (!writeScript(script)) {
-        return 0;
-    }
-    // While drives are loaded the word is the scan's. A copy that was told to stop and has a read in flight would take
-    // the raised word for leave to go on.
-    const bool raised = !othersHoldJobFlag(state);
-    if (raised) {
-        state.jobActive = 1;
-    }
-    if (!runScript(state, script)) {
+/// Runs the script and takes the status from its results. False leaves the status as it was: a disable request then
+/// stays "in progress".
+bool runMountingScript(AppState& state, const DiskPartScript& script) {
+    if (!runScript(script)) {
         LogEvent("ERROR", "Could not BuildDataFile for [%s]", script.resultsFileName);
-        return 0;
+        return false;
     }
-    const LoadedText results = loadResults(state, script);
+    const LoadedText results = loadResults(script);
     if (!results) {
-        return 0;
+        return false;
     }
     state.mountStatus = mountStatusAfterScrub(results.get());
     state.view->redrawDriveList();
-    // By now the word may be that of a scan, a copy or a read test, which would end; they lower it themselves.
-    if (raised && !othersHoldJobFlag(state) && !readTestHoldsJobFlag(state.readTests)) {
-        state.jobActive = 0;
+    return true;
+}
+
+DWORD changeMounting(AppState& state, JobClaim& claim, const DiskPartScript& script) {
+    if (!writeScript(script)) {
+        return 0;
     }
+    if (!runMountingScript(state, script)) {
+        // Kept: after a failed change the program goes on saying that a job runs, until somebody terminates it.
+        claim.leaveRaised();
+        return 0;
+    }
+    claim.lower();
     return 1;
 }
 
-bool startWorker(AppState& state, LPTHREAD_START_ROUTINE procedure) {
-    state.worker = startThread(procedure, &state);
-    if (!state.worker) {
-        LogEvent("ERROR", "Could not start the change of Drive Mounting");
-    }
-    return static_cast<bool>(state.worker);
+/// Several changes may be at work at once.
+bool startChange(AppState& state, DWORD (*change)(AppState&, JobClaim&)) {
+    std::optional<JobClaim> claim = state.jobs.begin(JobKind::kMounting);
+    return claim && startJobThread(std::move(*claim), "change of Drive Mounting",
+                                   [&state, change](JobClaim& own) { return change(state, own); });
 }
 
 void showDisableOutcome(std::int32_t mountStatus) {
@@ -173,9 +169,9 @@ struct ReadOnlyAnswer {
     bool writable = false;
 };
 
-ReadOnlyAnswer testReadOnly(AppState& state, DriveRecord& drive) {
+ReadOnlyAnswer testReadOnly(MainView& view, DriveRecord& drive) {
     drive.readOnly = 1;
-    const LoadedText results = queryDiskPart(state, readOnlyTest(drive.driveNumber));
+    const LoadedText results = queryDiskPart(readOnlyTest(drive.driveNumber));
     if (!results) {
         return {};
     }
@@ -184,7 +180,7 @@ ReadOnlyAnswer testReadOnly(AppState& state, DriveRecord& drive) {
     if (answer.writable) {
         drive.readOnly = 0;
     }
-    state.view->redrawDriveList();
+    view.redrawDriveList();
     return answer;
 }
 
@@ -197,7 +193,7 @@ std::string readOnlyResultsFileName(const ReadOnlyChange& change, const DriveRec
 }
 
 /// None when the script could not be written.
-std::optional<ReadOnlyAnswer> runReadOnlyChange(AppState& state, DriveRecord& drive, const ReadOnlyChange& change) {
+std::optional<ReadOnlyAnswer> runReadOnlyChange(MainView& view, DriveRecord& drive, const ReadOnlyChange& change) {
     constexpr const char* kScriptFileName = "ScriptReadOnly.txt";
     const UniqueFile script = writeGuarded(
         kScriptFileName, formatText("select disk %d\nattributes disk %s readonly\n", drive.driveNumber, change.verb));
@@ -207,8 +203,8 @@ std::optional<ReadOnlyAnswer> runReadOnlyChange(AppState& state, DriveRecord& dr
     }
     // Unchecked: the test that follows tells what came of it.
     static_cast<void>(
-        PARSE_BuildDataFile(state, readOnlyResultsFileName(change, drive).c_str(), "diskpart /s ScriptReadOnly.txt"));
-    return testReadOnly(state, drive);
+        PARSE_BuildDataFile(readOnlyResultsFileName(change, drive).c_str(), "diskpart /s ScriptReadOnly.txt"));
+    return testReadOnly(view, drive);
 }
 
 int reportUncleaned(const DriveRecord& drive) {
@@ -219,12 +215,12 @@ int reportUncleaned(const DriveRecord& drive) {
 
 } // namespace
 
-int DP_TestReadOnly(AppState& state, DriveRecord& drive) {
-    return testReadOnly(state, drive).loaded ? 1 : 0;
+int DP_TestReadOnly(MainView& view, DriveRecord& drive) {
+    return testReadOnly(view, drive).loaded ? 1 : 0;
 }
 
 std::int32_t DP_GetMountStatus(AppState& state) {
-    const LoadedText results = queryDiskPart(state, mountStatusQuery());
+    const LoadedText results = queryDiskPart(mountStatusQuery());
     if (!results) {
         return 0;
     }
@@ -234,24 +230,24 @@ std::int32_t DP_GetMountStatus(AppState& state) {
     return status;
 }
 
-std::int32_t DP_SetReadOnly(AppState& state, DriveRecord& drive) {
-    return runReadOnlyChange(state, drive, kSetReadOnly) ? drive.readOnly : 0;
+std::int32_t DP_SetReadOnly(MainView& view, DriveRecord& drive) {
+    return runReadOnlyChange(view, drive, kSetReadOnly) ? drive.readOnly : 0;
 }
 
-std::int32_t DP_ClearReadOnly(AppState& state, DriveRecord& drive) {
-    return runReadOnlyChange(state, drive, kClearReadOnly) ? drive.readOnly : 0;
+std::int32_t DP_ClearReadOnly(MainView& view, DriveRecord& drive) {
+    return runReadOnlyChange(view, drive, kClearReadOnly) ? drive.readOnly : 0;
 }
 
-bool changeReadOnly(AppState& state, DriveRecord& drive, bool wanted) {
+bool changeReadOnly(MainView& view, DriveRecord& drive, bool wanted) {
     // An image file stands for no disk of the system: its number 0 is another disk's.
     if (drive.recordKind == kRecordKindImageFile) {
         return false;
     }
-    const auto answer = runReadOnlyChange(state, drive, wanted ? kSetReadOnly : kClearReadOnly);
+    const auto answer = runReadOnlyChange(view, drive, wanted ? kSetReadOnly : kClearReadOnly);
     return answer && (wanted ? answer->readOnly : answer->writable);
 }
 
-int DP_CleanDisk(AppState& state, const DriveRecord& drive) {
+int DP_CleanDisk(const DriveRecord& drive) {
     constexpr const char* kScriptFileName = "DPCleanDiskScript.txt";
     constexpr const char* kResultsFileName = "DISKPART Clean Results.txt";
     // An image file stands for no disk of the system: its number 0 is another disk's.
@@ -263,8 +259,8 @@ int DP_CleanDisk(AppState& state, const DriveRecord& drive) {
         LogEvent("ERROR", "Could not create diskpart script file %s", kScriptFileName);
         return 0;
     }
-    const bool ran = PARSE_BuildDataFile(state, kResultsFileName, "diskpart /s DPCleanDiskScript.txt") != 0;
-    const LoadedText results = PARSE_LoadFileIntoBuffer(state, kResultsFileName);
+    const bool ran = PARSE_BuildDataFile(kResultsFileName, "diskpart /s DPCleanDiskScript.txt") != 0;
+    const LoadedText results = PARSE_LoadFileIntoBuffer(kResultsFileName);
     if (!results) {
         LogEvent("ERROR", "Could nore LOAD [%s] to TEST for CLEAR", kResultsFileName);
         return 0;
@@ -276,24 +272,16 @@ int DP_CleanDisk(AppState& state, const DriveRecord& drive) {
     return 1;
 }
 
-DWORD disableMounting(AppState& state) {
-    return changeMounting(state, mountingDisable());
+DWORD DP_DisableMountingWorker(AppState& state, JobClaim& claim) {
+    return changeMounting(state, claim, mountingDisable());
 }
 
-DWORD enableMounting(AppState& state) {
-    return changeMounting(state, mountingEnable());
-}
-
-DWORD WINAPI DP_DisableMountingWorker(void* state) {
-    return disableMounting(*static_cast<AppState*>(state));
-}
-
-DWORD WINAPI DP_EnableMountingWorker(void* state) {
-    return enableMounting(*static_cast<AppState*>(state));
+DWORD DP_EnableMountingWorker(AppState& state, JobClaim& claim) {
+    return changeMounting(state, claim, mountingEnable());
 }
 
 bool startEnableMounting(AppState& state) {
-    return startWorker(state, DP_EnableMountingWorker);
+    return startChange(state, DP_EnableMountingWorker);
 }
 
 void onDisableMounting(AppState& state) {
@@ -304,7 +292,7 @@ void onDisableMounting(AppState& state) {
         return;
     }
     const std::int32_t known = state.mountStatus.exchange(kMountingChanging);
-    if (!startWorker(state, DP_DisableMountingWorker)) {
+    if (!startChange(state, DP_DisableMountingWorker)) {
         state.mountStatus = known;
         return;
     }

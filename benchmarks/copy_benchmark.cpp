@@ -98,8 +98,8 @@ std::size_t peakWorkingSetMiB() {
 
 int run(const NamedJob& job) {
     AppState& state = appState();
-    const DriveRecordPtr source = ProbePhysicalDrive(state, 1);
-    const DriveRecordPtr destination = ProbePhysicalDrive(state, 2);
+    const DriveRecordPtr source = ProbePhysicalDrive(1);
+    const DriveRecordPtr destination = ProbePhysicalDrive(2);
     if (!source || !destination) {
         std::fprintf(stderr, "the bench has no drives 1 and 2\n");
         return 2;

@@ -1,6 +1,7 @@
 #include "discovery/image_file_drive.h"
 
 #include "base/owned_handle.h"
+#include "discovery/owned_drive_record.h"
 
 #include <cstddef>
 #include <string>
@@ -33,7 +34,7 @@ DriveRecordPtr openImageFileAsDrive(std::string_view fileName) {
     if (!file) {
         return nullptr;
     }
-    DriveRecordPtr record(new DriveRecord);
+    DriveRecordPtr record = makeOwnedDriveRecord();
     record->imageFilePath.assign(currentFolder() + "\\" + name);
     record->serialNumber.assign("FILE: S/N");
     record->model.assign(name);

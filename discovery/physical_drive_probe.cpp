@@ -5,6 +5,7 @@
 #include "discovery/bus_type.h"
 #include "discovery/device_request.h"
 #include "discovery/disk_identity.h"
+#include "discovery/owned_drive_record.h"
 #include "discovery/storage_descriptor.h"
 #include "state/event_log.h"
 
@@ -73,9 +74,6 @@ void setStartingValues(DriveRecord& record, int driveNumber) {
     record.recordKind = kRecordKindPhysicalDrive;
     record.busCode = kBusCodeDirect;
     record.smartType = kSmartTypeUnknown;
-    record.shortTestResult = kReadTestNotPerformed;
-    record.criticalTestResult = kReadTestNotPerformed;
-    record.nistTestResult = kReadTestNotPerformed;
     // Zeros, which the dials show of a drive whose report says "Solid", but not "Solid State Device": it has a flash
     // drive's panel, and the pass that would fill these counters leaves it alone.
     record.ssd.fill(0);
@@ -120,8 +118,8 @@ NativeHandle openDriveByNumber(int driveNumber) {
     return openDevice(drivePath(driveNumber).c_str(), 0);
 }
 
-DriveRecordPtr ProbePhysicalDrive([[maybe_unused]] AppState& state, int driveNumber) {
-    DriveRecordPtr record(new DriveRecord);
+DriveRecordPtr ProbePhysicalDrive(int driveNumber) {
+    DriveRecordPtr record = makeOwnedDriveRecord();
     record->devicePath.assign(drivePath(driveNumber));
     record->handle = openDriveByNumber(driveNumber);
     if (record->handle == nullptr || !readGeometry(*record)) {

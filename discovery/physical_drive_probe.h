@@ -4,8 +4,6 @@
 
 namespace torvane {
 
-struct AppState;
-
 /// Opens "\\.\PhysicalDrive<driveNumber>" for reading and writing, shared for both. Returns null on failure. The caller
 /// owns the handle: jobs that do I/O of their own open a second handle here and leave the record's alone.
 [[nodiscard]] NativeHandle openDriveByNumber(int driveNumber);
@@ -13,7 +11,7 @@ struct AppState;
 /// Builds the record of physical drive `driveNumber` (0 to 19), its device handle open. Returns null, with nothing left
 /// open, when the drive does not exist, does not tell its geometry (both silently) or sits on an unsupported bus (one
 /// "FAILURE" log row).
-[[nodiscard]] DriveRecordPtr ProbePhysicalDrive(AppState& state, int driveNumber);
+[[nodiscard]] DriveRecordPtr ProbePhysicalDrive(int driveNumber);
 
 /// Asks the drive behind the record's handle for its ATA identify block and takes model, serial number and firmware
 /// from it. Returns 1, or 0 when the request failed and the record keeps the texts it had.

@@ -4,7 +4,7 @@
 #include "base/owned_handle.h"
 #include "discovery/device_request.h"
 #include "discovery/volume_table.h"
-#include "state/app_state.h"
+#include "state/scan_tables.h"
 
 #include <winioctl.h>
 
@@ -67,25 +67,25 @@ void markSystemDrives(ScanState& scan, std::span<const VolumeExtent> extents) {
 
 } // namespace
 
-void EnumerateVolumes(AppState& state) {
-    resetVolumeTable(state.scan.volumes);
+void EnumerateVolumes(ScanState& scan) {
+    resetVolumeTable(scan.volumes);
     for (char letter = kFirstLetter; letter <= kLastLetter; ++letter) {
         const std::vector<VolumeExtent> extents = readVolumeExtents(letter);
         if (letter == kSystemLetter) {
-            markSystemDrives(state.scan, extents);
+            markSystemDrives(scan, extents);
         }
-        appendVolume(state.scan.volumes, letter, extents);
+        appendVolume(scan.volumes, letter, extents);
     }
 }
 
-void refreshVolumes(AppState& state) {
-    const VolumeTable before = state.scan.volumes;
-    resetVolumeTable(state.scan.volumes);
+void refreshVolumes(ScanState& scan) {
+    const VolumeTable before = scan.volumes;
+    resetVolumeTable(scan.volumes);
     for (char letter = kFirstLetter; letter <= kLastLetter; ++letter) {
         if (const auto extents = askVolume(letter)) {
-            appendVolume(state.scan.volumes, letter, *extents);
+            appendVolume(scan.volumes, letter, *extents);
         } else {
-            keepVolume(state.scan.volumes, before, letter);
+            keepVolume(scan.volumes, before, letter);
         }
     }
 }

@@ -2,14 +2,14 @@
 
 namespace torvane {
 
-struct AppState;
+struct ScanState;
 
 /// Refills the volume table from the drive letters C: to Z: and marks the drives that hold extents of C: as system
 /// drives. Letters that do not exist, cannot be opened or have no extents are skipped silently.
-void EnumerateVolumes(AppState& state);
+void EnumerateVolumes(ScanState& scan);
 
 /// Brings the table up to date: letters that were given, moved and taken since. A volume is not mounted for it, and one
 /// that is there but does not tell its extents now keeps those that the table had.
-void refreshVolumes(AppState& state);
+void refreshVolumes(ScanState& scan);
 
 } // namespace torvane

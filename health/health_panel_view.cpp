@@ -3,6 +3,7 @@
 #include "base/colours.h"
 #include "health/panel_model.h"
 #include "resources/resource_ids.h"
+#include "state/active_drive.h"
 #include "state/app_state.h"
 #include "ui/back_buffer.h"
 #include "ui/control_text.h"

@@ -96,7 +96,7 @@ LoadedText logUnreadable(const char* fileName) {
 
 } // namespace
 
-int PARSE_BuildDataFile(AppState& /*context*/, const char* outputFileName, const char* commandLine) {
+int PARSE_BuildDataFile(const char* outputFileName, const char* commandLine) {
     const RunningCommand command = startInto(outputFileName, commandLine);
     if (!command.output) {
         LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CREATE_ALWAYS FAILED", outputFileName);
@@ -110,7 +110,7 @@ int PARSE_BuildDataFile(AppState& /*context*/, const char* outputFileName, const
     return 1;
 }
 
-LoadedText PARSE_LoadFileIntoBuffer(AppState& /*context*/, const char* fileName) {
+LoadedText PARSE_LoadFileIntoBuffer(const char* fileName) {
     const UniqueFile file = openFinishedFile(fileName);
     if (!file) {
         // Misspelt, and kept: users search their logs for the row as it is.

@@ -4,19 +4,17 @@
 
 namespace torvane {
 
-struct AppState;
-
 /// Runs `commandLine` hidden, with its standard output and standard error captured to `outputFileName` (created anew in
 /// the current directory), and waits for its end without a time-out. The program is found by CreateProcess's usual
 /// search.
 ///
 /// Returns 1 when the program was started and ended, whatever its exit code; 0 when the output file could not be
 /// created or the program not started, after one "ERROR" log row. A failed start leaves the output file behind, empty.
-int PARSE_BuildDataFile(AppState& context, const char* outputFileName, const char* commandLine);
+int PARSE_BuildDataFile(const char* outputFileName, const char* commandLine);
 
 /// Loads the whole file into one block, with at least 1024 zero bytes behind it; waits up to five seconds for a writer
 /// to close it. Returns null after one "ERROR" log row when the file cannot be opened, does not fit into memory, is
 /// 4 GiB or larger, or is read short. An empty file gives an empty text.
-LoadedText PARSE_LoadFileIntoBuffer(AppState& context, const char* fileName);
+LoadedText PARSE_LoadFileIntoBuffer(const char* fileName);
 
 } // namespace torvane

@@ -4,7 +4,8 @@
 
 namespace torvane {
 
-/// The fields of an NVMe admin command that the health roads set (NVMe Base Specification, "Common Command Format").
+/// The fields of an NVMe admin command that the health transports set (NVMe Base Specification, "Common Command
+/// Format").
 struct NvmeCommand {
     std::uint8_t opcode = 0;
     std::uint32_t namespaceId = 0;

@@ -40,7 +40,7 @@ static_assert(offsetof(SCSI_PASS_THROUGH, SenseInfoOffset) == 32 && offsetof(SCS
 static_assert(offsetof(STORAGE_PROPERTY_QUERY, AdditionalParameters) == 8);
 static_assert(sizeof(STORAGE_PROTOCOL_SPECIFIC_DATA) == 40);
 
-/// What a road brought back.
+/// What a transport brought back.
 struct ControllerData {
     std::array<std::uint8_t, kNvmeIdentifySize> identify{};
     std::array<std::uint8_t, kNvmeHealthLogSize> healthLog{};
@@ -98,7 +98,8 @@ int readByStorageQuery(DriveRecord& record) {
     return 1;
 }
 
-/// A road that hides an NVMe controller behind another bus: the texts that the probe found are not the controller's.
+/// A transport that hides an NVMe controller behind another bus: the texts that the probe found are not the
+/// controller's.
 int takeHiddenController(DriveRecord& record, const ControllerData& data, std::string_view busText) {
     copyControllerIdentity(record, data.identify);
     CopyHealthLog(record, data.healthLog);
@@ -205,7 +206,7 @@ int readByUsbBridge(DriveRecord& record) {
     return takeHiddenController(record, data, "JMicron USB NVME");
 }
 
-int readByRoadsOf(DriveRecord& record) {
+int readByTransportsOf(DriveRecord& record) {
     switch (record.busCode) {
     case kBusCodeUsb:
         return readByUsbBridge(record);
@@ -222,7 +223,7 @@ int readByRoadsOf(DriveRecord& record) {
 
 int ReadNvmeHealth(DriveRecord& record) {
     markNvmeHealthUnread(record);
-    if (!readByRoadsOf(record)) {
+    if (!readByTransportsOf(record)) {
         return 0;
     }
     record.smartType = kSmartTypeNvme;

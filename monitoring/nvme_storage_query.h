@@ -9,7 +9,7 @@
 
 namespace torvane {
 
-// The system's own road to an NVMe controller: IOCTL_STORAGE_QUERY_PROPERTY with protocol-specific data (Win32,
+// The system's own transport to an NVMe controller: IOCTL_STORAGE_QUERY_PROPERTY with protocol-specific data (Win32,
 // "Working with NVMe drives"). One buffer is request and reply.
 
 inline constexpr std::uint32_t kIoctlStorageQueryProperty = 0x002D1400;

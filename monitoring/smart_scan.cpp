@@ -5,8 +5,8 @@
 #include "monitoring/device_listing.h"
 #include "monitoring/smart_report.h"
 #include "monitoring/text_scanners.h"
-#include "state/app_state.h"
 #include "state/event_log.h"
+#include "state/smart_scan_state.h"
 
 #include <array>
 #include <string>
@@ -25,12 +25,12 @@ std::string reportFileName(int driveNumber) {
 }
 
 /// Runs the tool and loads what it printed. Null after an "INVALID" log row.
-LoadedText printAndLoad(AppState& context, const char* fileName, const char* commandLine) {
-    if (PARSE_BuildDataFile(context, fileName, commandLine) == 0) {
+LoadedText printAndLoad(const char* fileName, const char* commandLine) {
+    if (PARSE_BuildDataFile(fileName, commandLine) == 0) {
         LogEvent("INVALID", "Could not build [%s]", fileName);
         return nullptr;
     }
-    LoadedText text = PARSE_LoadFileIntoBuffer(context, fileName);
+    LoadedText text = PARSE_LoadFileIntoBuffer(fileName);
     if (!text) {
         LogEvent("INVALID", "Could not load [%s]", fileName);
     }
@@ -38,9 +38,9 @@ LoadedText printAndLoad(AppState& context, const char* fileName, const char* com
 }
 
 /// False when the device's report could not be made, which ends the scan.
-bool makeReport(AppState& context, const ListedDevice& device, const char* listingLine) {
+bool makeReport(const ListedDevice& device, const char* listingLine) {
     const std::string fileName = reportFileName(device.driveNumber);
-    const LoadedText report = printAndLoad(context, fileName.c_str(), reportCommandLine(device).c_str());
+    const LoadedText report = printAndLoad(fileName.c_str(), reportCommandLine(device).c_str());
     if (!report) {
         return false;
     }
@@ -73,29 +73,29 @@ void logFindings(const DriveRecord& record, const std::vector<AttributeFinding>&
 
 } // namespace
 
-int SmartScanDevices(AppState& context) {
-    const LoadedText listing = printAndLoad(context, kListingFile, kListingCommand);
+int SmartScanDevices(SmartScanState& scan) {
+    const LoadedText listing = printAndLoad(kListingFile, kListingCommand);
     if (!listing) {
         return 0;
     }
-    context.smart = {};
+    scan = {};
     LineCursor cursor(listing.get());
     Line line{};
     ListedDevice device;
     while (cursor.next(line) == 1) {
         readListedDevice(line.data(), device);
-        keepName(context.smart, device);
-        if (device.driveNumber >= 0 && !makeReport(context, device, line.data())) {
+        keepName(scan, device);
+        if (device.driveNumber >= 0 && !makeReport(device, line.data())) {
             return 0;
         }
-        ++context.smart.deviceLineCount; // every line counts, used or not
+        ++scan.deviceLineCount; // every line counts, used or not
     }
     return 1;
 }
 
-int SmartParseDrive(AppState& context, DriveRecord& record, int driveNumber) {
+int SmartParseDrive(const SmartScanState& scan, DriveRecord& record, int driveNumber) {
     const std::string fileName = reportFileName(driveNumber);
-    const LoadedText text = PARSE_LoadFileIntoBuffer(context, fileName.c_str());
+    const LoadedText text = PARSE_LoadFileIntoBuffer(fileName.c_str());
     if (!text) {
         LogEvent("ERROR", "Could not load SMART [%s] File for Processing", fileName.c_str());
         return 0;
@@ -106,7 +106,7 @@ int SmartParseDrive(AppState& context, DriveRecord& record, int driveNumber) {
     if (parseSmartReport(record, findings) == 0) {
         return 0;
     }
-    copyName(context.smart, driveNumber, record);
+    copyName(scan, driveNumber, record);
     logFindings(record, findings);
     return 1;
 }

@@ -2,16 +2,16 @@
 
 namespace torvane {
 
-struct AppState;
+struct SmartScanState;
 struct DriveRecord;
 
 /// Runs "smartctl.exe --scan" into "Drive Data File.txt", then writes the full report of every listed drive into
-/// "PHYS<physical drive number>.txt", all in the current directory. Sets `context.smart`. Blocks until the tools end.
+/// "PHYS<physical drive number>.txt", all in the current directory. Sets `scan`. Blocks until the tools end.
 ///
 /// Returns 1 when every report was written; 0 after one "INVALID" log row (behind the runner's own) when the tool could
 /// not be run or a file could not be loaded: the drives behind it get no report. A report that tells of a failed SMART
 /// read logs one "INVALID" row and the scan goes on.
-int SmartScanDevices(AppState& context);
+int SmartScanDevices(SmartScanState& scan);
 
 /// Loads "PHYS<driveNumber>.txt" into the record and fills the record's monitoring fields from it. One "ERROR" log row
 /// for every error counter that is not zero.
@@ -19,6 +19,6 @@ int SmartScanDevices(AppState& context);
 /// Returns 1 when the report was read; 0 with the record unchanged, after an "ERROR" log row of its own behind the
 /// loader's, when the file cannot be loaded; 0 with `smartLoaded` 0 and SmartType "none" when the report tells of a
 /// failed SMART read.
-int SmartParseDrive(AppState& context, DriveRecord& record, int driveNumber);
+int SmartParseDrive(const SmartScanState& scan, DriveRecord& record, int driveNumber);
 
 } // namespace torvane

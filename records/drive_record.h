@@ -1,9 +1,10 @@
 #pragma once
 
 #include "base/fixed_text.h"
-#include "base/shared_word.h"
+#include "base/shared_number.h"
 #include "records/bitlocker_entry.h"
 #include "records/counters.h"
+#include "records/read_test_result.h"
 #include "records/smart_type.h"
 
 #include <array>
@@ -32,14 +33,6 @@ enum RecordKind : std::int32_t {
     kRecordKindImageFile = 1002,
 };
 
-/// Result of one read test.
-enum ReadTestResult : std::int32_t {
-    kReadTestNotPerformed = 1000,
-    kReadTestFailed = 1001,
-    kReadTestPassed = 1002,
-    kReadTestTerminated = 1003,
-};
-
 inline constexpr std::string_view kNotAvailable = "Not Available";
 
 /// Values of the NVMe SMART / Health Information log (NVMe Base Specification, log page 02h). -1: not read.
@@ -58,14 +51,14 @@ struct NvmeHealth {
 
 /// What the read tests' workers leave of the times of their reads. Milliseconds.
 struct ReadTestTimes {
-    SharedWord<std::int64_t> lastReadStart = 0; ///< clock of 32 bits, right before the last read
-    SharedWord<std::int64_t> lastReadEnd = 0;
-    SharedWord<std::int64_t> lastReadMs = 0;
-    SharedWord<std::int32_t> readDurationCount = 0; ///< timed probes of the last Short test
-    SharedWord<std::int64_t> readDurationTotal = 0;
-    SharedWord<std::int64_t> readDurationAverage = 0;
-    SharedWord<std::int64_t> readDurationMin = 0;
-    SharedWord<std::int64_t> readDurationMax = 0;
+    SharedNumber<std::int64_t> lastReadStart = 0; ///< clock of 32 bits, right before the last read
+    SharedNumber<std::int64_t> lastReadEnd = 0;
+    SharedNumber<std::int64_t> lastReadMs = 0;
+    SharedNumber<std::int32_t> readDurationCount = 0; ///< timed probes of the last Short test
+    SharedNumber<std::int64_t> readDurationTotal = 0;
+    SharedNumber<std::int64_t> readDurationAverage = 0;
+    SharedNumber<std::int64_t> readDurationMin = 0;
+    SharedNumber<std::int64_t> readDurationMax = 0;
 };
 
 /// One storage device found by the scan, or an image file used in a drive's place. Starts zero-filled, but
@@ -92,10 +85,10 @@ struct DriveRecord {
     std::int32_t systemDrive = 0; ///< 1: volume C: lies on this drive
     std::int32_t readOnly = 0;    ///< diskpart's attribute; 1: read-only or not known
 
-    /// Written by a test's worker, read by the report: a ReadTestResult code.
-    SharedWord<std::int32_t> shortTestResult = 0;
-    SharedWord<std::int32_t> criticalTestResult = 0;
-    SharedWord<std::int32_t> nistTestResult = 0;
+    // Written by a test's thread, read by the report.
+    SharedNumber<ReadTestResult> shortTestResult = ReadTestResult::kNotPerformed;
+    SharedNumber<ReadTestResult> criticalTestResult = ReadTestResult::kNotPerformed;
+    SharedNumber<ReadTestResult> nistTestResult = ReadTestResult::kNotPerformed;
     ReadTestTimes readTimes;
 
     std::int32_t busType = 0; ///< STORAGE_BUS_TYPE as the system reported it
@@ -122,7 +115,7 @@ struct DriveRecord {
 
     /// Unreadable blocks since the last copy job from this drive began: the job's, and sectors that the hex viewer
     /// could not read. Both may count at once, while a job that was told to stop deals with its last read.
-    SharedWord<std::uint64_t> badReadCount = 0;
+    SharedNumber<std::uint64_t> badReadCount = 0;
 
     std::uint64_t writeErrorCount = 0; ///< failed block writes
     std::int64_t sizeBytes = 0;
@@ -138,9 +131,16 @@ struct DriveRecord {
     BitLockerEntries bitLockerEntries{};
 };
 
-/// Closes the record's device handle and frees the record.
+/// Closes the record's device handle, if it has one, and frees the record.
 struct DriveRecordDeleter {
-    void operator()(DriveRecord* record) const;
+    void (*closeHandle)(NativeHandle) = nullptr; ///< set by who makes records of open devices (discovery/)
+
+    void operator()(DriveRecord* record) const {
+        if (record != nullptr && record->handle != nullptr && closeHandle != nullptr) {
+            closeHandle(record->handle);
+        }
+        delete record;
+    }
 };
 using DriveRecordPtr = std::unique_ptr<DriveRecord, DriveRecordDeleter>;
 

@@ -4,8 +4,8 @@
 #include "monitoring/command_runner.h"
 #include "reports/report_file_name.h"
 #include "reports/report_writers.h"
+#include "state/active_drive.h"
 #include "state/app_state.h"
-#include "state/command_guards.h"
 #include "ui/prompts.h"
 
 namespace torvane {
@@ -47,7 +47,7 @@ void CreateReport(AppState& state) {
     if (write(state) == 0) {
         return;
     }
-    PARSE_BuildDataFile(state, "WorkFile.txt", openReportCommand(state.chosen.reportFileName.view()).c_str());
+    PARSE_BuildDataFile("WorkFile.txt", openReportCommand(state.chosen.reportFileName.view()).c_str());
     prompts::inform("***** REPORT COMPLETED*****",
                     formatText("Report for <%s> successfully CREATED\n", state.chosen.reportFileName.c_str()).c_str());
 }

@@ -103,12 +103,12 @@ void writeReadTests(PageComposer& composer, const DriveRecord& drive) {
     composer.write("Read Test Results if Applicable");
     composer.setFont(12, kBlack);
     composer.moveDown(20);
-    const std::pair<const char*, std::int32_t> kTests[] = {{"Critical Test", drive.criticalTestResult},
-                                                           {"Short Test", drive.shortTestResult},
-                                                           {"NIST Test", drive.nistTestResult}};
-    for (const auto& [name, code] : kTests) {
+    const std::pair<const char*, ReadTestResult> kTests[] = {{"Critical Test", drive.criticalTestResult},
+                                                             {"Short Test", drive.shortTestResult},
+                                                             {"NIST Test", drive.nistTestResult}};
+    for (const auto& [name, result] : kTests) {
         std::string line;
-        FormatTestResult(line, name, code);
+        FormatTestResult(line, name, result);
         composer.write(line);
         composer.moveDown(20);
     }

@@ -173,19 +173,19 @@ ReportSections nvmeSections(const DriveRecord& drive) {
             readOnlyMode(warnings),  memoryBackup(warnings)};
 }
 
-void FormatTestResult(std::string& out, const char* testName, std::int32_t code) {
-    switch (code) {
-    case kReadTestFailed:
+void FormatTestResult(std::string& out, const char* testName, ReadTestResult result) {
+    switch (result) {
+    case ReadTestResult::kNotPerformed:
+        out = formatText("%s not performed", testName);
+        return;
+    case ReadTestResult::kFailed:
         out = formatText("%s FAILED", testName);
         return;
-    case kReadTestPassed:
+    case ReadTestResult::kPassed:
         out = formatText("%s PASSED", testName);
         return;
-    case kReadTestTerminated:
+    case ReadTestResult::kTerminated:
         out = formatText("%s TERMINATED", testName);
-        return;
-    default:
-        out = formatText("%s not performed", testName);
         return;
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "records/read_test_result.h"
 #include "reports/report_icons.h"
 
 #include <cstdint>
@@ -28,8 +29,7 @@ using ReportSections = std::vector<ReportSection>;
 /// What the NVMe SMART / Health Information log tells.
 [[nodiscard]] ReportSections nvmeSections(const DriveRecord& drive);
 
-/// `out` becomes the line that tells of a read test's result, a ReadTestResult code; any other code means that the test
-/// was not performed.
-void FormatTestResult(std::string& out, const char* testName, std::int32_t code);
+/// `out` becomes the line that tells of a read test's result.
+void FormatTestResult(std::string& out, const char* testName, ReadTestResult result);
 
 } // namespace torvane

@@ -5,12 +5,15 @@
 #include "discovery/physical_drive_probe.h"
 #include "discovery/volume_map.h"
 #include "monitoring/smart_scan.h"
+#include "scan/load_guard.h"
 #include "scan/monitoring_dispatch.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
-#include "ui/prompts.h"
+#include "state/job_thread.h"
 
+#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace torvane {
 
@@ -34,16 +37,16 @@ void enterStage(AppState& state, ScanStage stage, std::string_view status) {
 }
 
 void readMonitoringData(AppState& state, DriveRecord& record, int driveNumber) {
-    SmartParseDrive(state, record, driveNumber);
+    SmartParseDrive(state.smart, record, driveNumber);
     dispatchMonitoring(record);
-    DP_TestReadOnly(state, record);
+    DP_TestReadOnly(*state.view, record);
 }
 
 // The table stays compact: a slot that received nothing takes the next number's drive.
 void probeAllDrives(AppState& state) {
     for (int driveNumber = 0; driveNumber < kMaxDrives; ++driveNumber) {
         DriveRecordPtr& slot = state.scan.drives[static_cast<std::size_t>(state.scan.driveCount)];
-        slot = ProbePhysicalDrive(state, driveNumber);
+        slot = ProbePhysicalDrive(driveNumber);
         if (slot) {
             readMonitoringData(state, *slot, driveNumber);
             ++state.scan.driveCount;
@@ -72,63 +75,40 @@ void forgetLastScan(AppState& state) {
     }
 }
 
-// Both words are raised before the worker runs, so that a second press finds them however late the thread starts.
-void raiseBusyWords(AppState& state) {
-    state.jobActive = 1;
-    state.scan.driveLoaderWorking = 1;
-}
-
-void startScanWorker(AppState& state) {
-    if (!startThread(driveScanThread, &state)) {
-        state.scan.driveLoaderWorking = 0;
-        state.jobActive = 0;
-        LogEvent("ERROR", "Could not start the drive scan");
-    }
-}
-
 } // namespace
 
 void LoadDrives(AppState& state) {
-    // A copy that was told to stop uses its drives' records until its last read is done.
-    if (state.jobActive == 1 || state.driveJobAtWork == 1) {
+    if (!mayLoadDrives(state.jobs)) {
         return;
     }
-    if (state.scan.driveLoaderWorking == 1) {
-        prompts::stop("***** Working *****", "Drive Loader is Working");
+    // Before the scan's thread runs, so that a second press finds it however late the thread starts.
+    std::optional<JobClaim> claim = state.jobs.begin(JobKind::kScan);
+    if (!claim) {
         return;
     }
-    if (state.shortTestsAtWork != 0) {
-        prompts::stop("***** Load Drives *****", "Short Test is Running");
-        return;
-    }
-    // Likewise a read test that was told to stop.
-    if (state.readTests.workersAtWork != 0) {
-        return;
-    }
-    raiseBusyWords(state);
     // Before either thread, lest the stage of a fast worker be overwritten.
     state.scan.stage = kStageStarting;
     ++state.scan.scanNumber;
-    startThread(scanProgressThread, &state);
+    static_cast<void>(startThread([&state] { return runScanProgress(state, systemScanClock()); }));
     forgetLastScan(state);
-    startScanWorker(state);
+    startJobThread(std::move(*claim), "drive scan", [&state](JobClaim& own) { return runDriveScan(state, own); });
 }
 
-DWORD runDriveScan(AppState& state) {
-    state.jobActive = 1;
+DWORD runDriveScan(AppState& state, JobClaim& claim) {
+    // Again, should somebody have lowered it before this thread came to run.
+    static_cast<void>(claim.raise());
     state.scan.driveCount = 0;
     LogEvent("STATUS", "Beginning Drive Scan");
     enterStage(state, kStageDriveDevices, "Loading Drive Devices");
-    SmartScanDevices(state);
+    SmartScanDevices(state.smart);
     enterStage(state, kStagePhysicalDevices, "Loading Physical Devices");
     probeAllDrives(state);
     enterStage(state, kStageLogicalDevices, "Loading Logical Devices");
-    EnumerateVolumes(state);
+    EnumerateVolumes(state.scan);
     listDrives(state);
-    state.jobActive = 0;
+    claim.lower();
     enterStage(state, kStageComplete, "Scan Complete");
     LogEvent("STATUS", "Drive Scan Completed: [%d] Drives Found", static_cast<int>(state.scan.driveCount));
-    state.scan.driveLoaderWorking = 0;
     return 1;
 }
 
@@ -164,14 +144,6 @@ DWORD runScanProgress(AppState& state, const ScanClock& clock) {
         state.view->hideScanProgress();
     }
     return 1;
-}
-
-DWORD WINAPI driveScanThread(void* state) {
-    return runDriveScan(*static_cast<AppState*>(state));
-}
-
-DWORD WINAPI scanProgressThread(void* state) {
-    return runScanProgress(*static_cast<AppState*>(state), systemScanClock());
 }
 
 } // namespace torvane

@@ -8,14 +8,15 @@
 namespace torvane {
 
 struct AppState;
+class JobClaim;
 
 /// The "Load Drives" command, on the window's thread: guards, then forgets the last scan (its records and handles are
 /// freed here, after the list's rows are gone) and starts the scan worker and the progress thread.
 void LoadDrives(AppState& state);
 
 /// The scan itself, on the worker thread: fills the drive and volume tables and the drive list. The drive table is
-/// empty when it begins. Returns the thread's exit code, 1.
-DWORD runDriveScan(AppState& state);
+/// empty when it begins. A scan cannot be stopped. Returns the thread's exit code, 1.
+DWORD runDriveScan(AppState& state, JobClaim& claim);
 
 /// Time as the progress thread sees it.
 struct ScanClock {
@@ -29,9 +30,5 @@ struct ScanClock {
 /// Shows the scan's stage once a second, at most for a minute, and hides the bar two seconds later. A later scan's bar
 /// is left alone. Returns the thread's exit code, 1.
 DWORD runScanProgress(AppState& state, const ScanClock& clock);
-
-/// Thread procedures; the argument is the AppState.
-DWORD WINAPI driveScanThread(void* state);
-DWORD WINAPI scanProgressThread(void* state);
 
 } // namespace torvane

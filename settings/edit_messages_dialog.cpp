@@ -2,7 +2,6 @@
 
 #include "resources/resource_ids.h"
 #include "settings/messages.h"
-#include "state/app_state.h"
 #include "state/event_log.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
@@ -15,7 +14,8 @@ namespace {
 
 class EditMessagesDialog : public Dialog {
   public:
-    explicit EditMessagesDialog(AppState& state) : Dialog(IDD_EDIT_MESSAGES), state_(state), edited_(state.messages) {}
+    explicit EditMessagesDialog(MessageTable& messages)
+        : Dialog(IDD_EDIT_MESSAGES), messages_(messages), edited_(messages) {}
 
   protected:
     bool onInitialise() override {
@@ -55,7 +55,7 @@ class EditMessagesDialog : public Dialog {
 
     void onUpdate() {
         takeText();
-        if (saveMessages(state_, edited_) == 0) {
+        if (saveMessages(messages_, edited_) == 0) {
             prompts::stop("***** ERROR ON MESSAGE FILE SAVE *****",
                           "Could not write the message file. The messages in use stay as they were.");
             return;
@@ -103,7 +103,7 @@ class EditMessagesDialog : public Dialog {
         }
     }
 
-    AppState& state_;
+    MessageTable& messages_;
     MessageTable edited_;
     std::size_t shown_ = kNone; ///< the message in the text control
     std::string shownText_;     ///< the control's text when it was filled
@@ -112,8 +112,8 @@ class EditMessagesDialog : public Dialog {
 
 } // namespace
 
-void editMessages(AppState& state, HWND owner) {
-    EditMessagesDialog(state).runModal(owner);
+void editMessages(MessageTable& messages, HWND owner) {
+    EditMessagesDialog(messages).runModal(owner);
 }
 
 } // namespace torvane

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "records/message_table.h"
+
 #include <windows.h>
 
 namespace torvane {
 
-struct AppState;
-
 /// Lets the user edit the texts of the advice messages; returns when the dialog is closed.
-void editMessages(AppState& state, HWND owner);
+void editMessages(MessageTable& messages, HWND owner);
 
 } // namespace torvane

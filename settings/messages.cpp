@@ -2,7 +2,6 @@
 
 #include "base/owned_handle.h"
 #include "settings/message_file.h"
-#include "state/app_state.h"
 #include "state/event_log.h"
 
 #include <windows.h>
@@ -46,17 +45,17 @@ std::uint64_t recordsInFile(const char* fileName) {
 
 } // namespace
 
-int LoadMessages(AppState& state) {
+int LoadMessages(MessageTable& messages) {
     auto table = readMessageFile(kMessageFileName);
     if (!table) {
         LogEvent("ERROR", "Could not open [%s] for message load. Exiting", kMessageFileName);
         return 0;
     }
-    state.messages = std::move(*table);
+    messages = std::move(*table);
     return 1;
 }
 
-int saveMessages(AppState& state, MessageTable changed) {
+int saveMessages(MessageTable& messages, MessageTable changed) {
     // A table has a limit, and reading may end early: what was never loaded must not be written away.
     if (recordsInFile(kMessageFileName) > changed.size()) {
         LogEvent("ERROR", "Could not SAVE message file: [%s] holds more messages than were loaded", kMessageFileName);
@@ -66,7 +65,7 @@ int saveMessages(AppState& state, MessageTable changed) {
         LogEvent("ERROR", "Could not SAVE message file");
         return 0;
     }
-    state.messages = std::move(changed);
+    messages = std::move(changed);
     return 1;
 }
 

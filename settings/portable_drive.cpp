@@ -3,14 +3,13 @@
 #include "base/whole_file.h"
 #include "base/worker_thread.h"
 #include "settings/portable_files.h"
-#include "state/app_state.h"
 #include "state/event_log.h"
 #include "ui/prompts.h"
 
 #include <array>
 #include <cinttypes>
-#include <memory>
 #include <optional>
+#include <utility>
 
 namespace torvane {
 
@@ -77,21 +76,13 @@ bool copyFile(const std::string& source, const std::string& destination) {
     return true;
 }
 
-DWORD WINAPI portableCopyThread(void* argument) {
-    const std::unique_ptr<std::string> destinationFolder(static_cast<std::string*>(argument));
-    return CopyPortableFiles(*destinationFolder);
-}
-
 } // namespace
 
-bool startPortableCopy(AppState& state) {
-    auto folder = std::make_unique<std::string>(state.chosen.destinationFolder.view());
-    state.worker = startThread(portableCopyThread, folder.get());
-    if (!state.worker) {
+bool startPortableCopy(std::string destinationFolder) {
+    if (!startThread([folder = std::move(destinationFolder)] { return CopyPortableFiles(folder); })) {
         LogEvent("ERROR", "Could not start the copy of the portable drive's files");
         return false;
     }
-    static_cast<void>(folder.release()); // the thread's now
     return true;
 }
 

@@ -6,12 +6,9 @@
 
 namespace torvane {
 
-struct AppState;
-
-/// Starts `CopyPortableFiles` into the state's destination folder on a thread of its own, whose handle the state keeps.
-/// The thread has the folder to itself: choosing another one meanwhile does not lead its copy elsewhere. False, after
-/// one "ERROR" log row, when the system has no room for a thread.
-bool startPortableCopy(AppState& state);
+/// Starts `CopyPortableFiles` into the folder on a thread of its own. Several copies may be at work at once, and nobody
+/// waits for them. False, after one "ERROR" log row, when the system has no room for a thread.
+bool startPortableCopy(std::string destinationFolder);
 
 /// Copies every file of `kPortableFileList` from the folder of the running program into `destinationFolder`, replacing
 /// what is there, and tells the user when all are copied. Each copied file gives one "SUCCESS" log row; the first

@@ -1,5 +1,6 @@
 #include "state/app_state.h"
 
+#include <cstddef>
 #include <new>
 
 namespace torvane {

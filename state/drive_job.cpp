@@ -1,6 +1,7 @@
 #include "state/drive_job.h"
 
 #include "base/worker_thread.h"
+#include "jobs/job_rules.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
 
@@ -30,7 +31,11 @@ bool startDriveJob(AppState& state, const char* name, std::function<DWORD()> job
         return false;
     }
     std::unique_ptr<JobStart> start(new JobStart{state, std::move(job)});
-    state.worker = startThread(driveJobThread, start.get());
+    state.worker = std::shared_ptr<void>(startThread(driveJobThread, start.get()).release(), [](HANDLE thread) {
+        if (thread != nullptr) {
+            CloseHandle(thread);
+        }
+    });
     if (!state.worker) {
         state.driveJobAtWork = 0;
         LogEvent("ERROR", "Could not start the %s", name);
@@ -41,7 +46,7 @@ bool startDriveJob(AppState& state, const char* name, std::function<DWORD()> job
 }
 
 bool lastDriveJobIsStillEnding(const AppState& state) {
-    if (state.driveJobAtWork == 0) {
+    if (state.driveJobAtWork == 0 && (state.jobs.atWork() & kDriveJobs).empty()) {
         return false;
     }
     LogEvent("STATUS", "The last job on a drive has not ended yet");

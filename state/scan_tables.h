@@ -14,13 +14,12 @@ inline constexpr int kMaxDrives = 20;
 
 /// The scan's share of the application state.
 ///
-/// The tables are written by the scan worker, while `driveLoaderWorking` is 1; everybody else reads them when no scan
-/// runs. When no job runs at all, the window's thread empties them for the next scan, and fills the volumes anew before
-/// a drive is overwritten.
+/// The tables are written by the scan's thread, as long as its claim lasts; everybody else reads them when no scan is
+/// at work. When nobody is, the window's thread empties them for the next scan, and fills the volumes anew before a
+/// drive is overwritten.
 struct ScanState {
-    std::atomic<std::int32_t> driveLoaderWorking{0}; ///< 1 from Load Drives until the worker's end
-    std::atomic<std::int32_t> stage{0};              ///< 0 to 5; 4 is never used
-    std::atomic<std::int32_t> scanNumber{0};         ///< counts the scans, so that a progress thread knows its own
+    std::atomic<std::int32_t> stage{0};      ///< 0 to 5; 4 is never used
+    std::atomic<std::int32_t> scanNumber{0}; ///< counts the scans, so that a progress thread knows its own
     std::atomic<std::int32_t> driveCount{0};
     std::array<DriveRecordPtr, kMaxDrives> drives; ///< in probe order, without gaps
     VolumeTable volumes;

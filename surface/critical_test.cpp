@@ -26,65 +26,68 @@ constexpr PhaseTexts kFirstPhaseTexts{"Phase 1 Critical Read Test FAILED", "Phas
 constexpr PhaseTexts kLastPhaseTexts{"Phase 2 Critical Read Test FAILED", "Phase 2 Critical Read Test User Terminated",
                                      "PASSED Critical Read Test"};
 
-void finish(const ReadTestJob& job, std::int32_t result) {
+void finish(const ReadTestJob& job, ReadTestResult result) {
     showDriveEnding(job, result);
-    job.running.turnOff();
+    job.claim.lower();
     job.display.setProgress(0);
 }
 
 /// True when the test goes on.
 bool runPhase(ReadTestJob& job, const BlockRange& range, const PhaseTexts& texts) {
-    switch (const std::int32_t result = ReadRange(job, range)) {
-    case kReadTestFailed:
+    // A phase whose start cannot be reached counts as passed. Kept.
+    const ReadTestResult result = ReadRange(job, range).value_or(ReadTestResult::kPassed);
+    switch (result) {
+    case ReadTestResult::kFailed:
         job.display.setStatus(texts.failed);
-        finish(job, result);
-        return false;
-    case kReadTestTerminated:
+        break;
+    case ReadTestResult::kTerminated:
         job.display.setStatus(texts.terminated);
-        finish(job, result);
-        return false;
-    default:
+        break;
+    case ReadTestResult::kPassed:
+    case ReadTestResult::kNotPerformed:
         job.display.setStatus(texts.passed);
         return true;
     }
+    finish(job, result);
+    return false;
 }
 
-std::int32_t endRange(ReadTestJob& job, ReadTestResult result) {
+ReadTestResult endRange(ReadTestJob& job, ReadTestResult result) {
     job.drive.criticalTestResult = result;
     return result;
 }
 
 } // namespace
 
-std::int32_t ReadRange(ReadTestJob& job, const BlockRange& range) {
+std::optional<ReadTestResult> ReadRange(ReadTestJob& job, const BlockRange& range) {
     job.display.startProgress(range.blockCount);
     const ReadBuffer buffer = job.system.allocate(static_cast<std::size_t>(range.blockBytes));
-    if (!job.system.seek(job.drive, range.startByte)) {
-        return 0;
+    if (!job.io.canReach(job.drive, range.startByte)) {
+        return std::nullopt;
     }
     if (!buffer) {
-        return endRange(job, kReadTestFailed);
+        return endRange(job, ReadTestResult::kFailed);
     }
     const std::span<std::byte> block(buffer.get(), static_cast<std::size_t>(range.blockBytes));
     for (std::int32_t k = 0; k < range.blockCount; ++k) {
         const std::uint64_t offset = range.startByte + static_cast<std::uint64_t>(k) * range.blockBytes;
-        if (!job.system.read(job.drive, offset, block)) {
-            job.failedSector = static_cast<std::int64_t>(offset / sectorSizeOf(job.drive));
-            return endRange(job, kReadTestFailed);
+        if (const TransferOutcome outcome = job.io.read(job.drive, offset, block); outcome != TransferOutcome::kWhole) {
+            job.failedRead = {static_cast<std::int64_t>(offset / sectorSizeOf(job.drive)), outcome};
+            return endRange(job, ReadTestResult::kFailed);
         }
-        if (!job.running.isOn()) {
-            return endRange(job, kReadTestTerminated);
+        if (!job.claim.isRaised()) {
+            return endRange(job, ReadTestResult::kTerminated);
         }
         job.display.setProgress(k);
         showDrivePercent(job, static_cast<std::uint64_t>(range.blocksBefore) + static_cast<std::uint64_t>(k) + 1,
                          kAllBlocks);
     }
-    return kReadTestPassed;
+    return ReadTestResult::kPassed;
 }
 
 std::uint32_t runCriticalTest(ReadTestJob& job) {
     job.display.setStatus("Critical Read Test PHASE 1 STARTED");
-    job.drive.criticalTestResult = kReadTestPassed;
+    job.drive.criticalTestResult = ReadTestResult::kPassed;
     showDrivePercent(job, 0, kAllBlocks);
     // Fixed ranges, so that results compare between drives: on a smaller one the first fails at its end.
     const BlockRange first{
@@ -94,7 +97,7 @@ std::uint32_t runCriticalTest(ReadTestJob& job) {
                           .startByte = static_cast<std::uint64_t>(job.drive.sizeBytes) - kGibibyte,
                           .blocksBefore = kFirstPhaseBlocks};
     if (runPhase(job, first, kFirstPhaseTexts) && runPhase(job, last, kLastPhaseTexts)) {
-        finish(job, kReadTestPassed);
+        finish(job, ReadTestResult::kPassed);
     }
     return 1;
 }

@@ -30,12 +30,13 @@ Run layOutRun(const DriveRecord& drive, std::uint64_t sectors) {
 bool readRun(ReadTestJob& job, std::span<std::byte> buffer, const Run& run, std::int64_t start) {
     std::int64_t position = start;
     for (std::uint64_t block = 0; block < run.fullBlocks; ++block) {
-        if (!TimedRead(job, buffer.first(kBlockBytes), position)) {
+        if (TimedRead(job, buffer.first(kBlockBytes), position) != TransferOutcome::kWhole) {
             return false;
         }
         position += kBlockSectors;
     }
-    return run.restBytes == 0 || TimedRead(job, buffer.first(static_cast<std::size_t>(run.restBytes)), position);
+    return run.restBytes == 0 ||
+           TimedRead(job, buffer.first(static_cast<std::size_t>(run.restBytes)), position) == TransferOutcome::kWhole;
 }
 
 enum class Sampling { kWhole, kFailed, kTerminated };
@@ -50,7 +51,7 @@ Sampling sampleSegments(ReadTestJob& job, std::uint64_t segmentSectors) {
             job.display.setStatus(formatText("NIST Read FAILED at Sector [%" PRId64 "]", start));
             return Sampling::kFailed;
         }
-        if (!job.running.isOn()) {
+        if (!job.claim.isRaised()) {
             return Sampling::kTerminated;
         }
         job.display.setProgress(i);
@@ -88,7 +89,7 @@ bool ProbeNistSegment(ReadTestJob& job, SegmentBuffer& buffer, const NistSegment
 
 std::uint32_t runNistTest(ReadTestJob& job) {
     job.display.startProgress(kNistSegments);
-    job.drive.nistTestResult = kReadTestPassed;
+    job.drive.nistTestResult = ReadTestResult::kPassed;
     job.display.setStatus("NIST Read Test STARTED");
     showDrivePercent(job, 0, kNistSegments);
 
@@ -97,16 +98,16 @@ std::uint32_t runNistTest(ReadTestJob& job) {
         ShowTestOutcome(job, 0);
         break;
     case Sampling::kFailed:
-        job.drive.nistTestResult = kReadTestFailed;
+        job.drive.nistTestResult = ReadTestResult::kFailed;
         ShowTestOutcome(job, 1);
         break;
     case Sampling::kTerminated:
-        job.drive.nistTestResult = kReadTestTerminated;
+        job.drive.nistTestResult = ReadTestResult::kTerminated;
         job.display.setStatus("NIST Random Read Test User Terminated");
         break;
     }
     showDriveEnding(job, job.drive.nistTestResult);
-    job.running.turnOff();
+    job.claim.lower();
     job.display.setProgress(0);
     return 1;
 }

@@ -3,8 +3,8 @@
 #include "base/colours.h"
 #include "base/format.h"
 #include "resources/resource_ids.h"
+#include "state/active_drive.h"
 #include "state/app_state.h"
-#include "state/command_guards.h"
 #include "surface/read_test_texts.h"
 #include "surface/read_test_workers.h"
 #include "ui/dialog.h"
@@ -59,14 +59,15 @@ class DialogDisplay : public ReadTestDisplay {
 
 class ReadTestDialog : public Dialog {
   public:
-    ReadTestDialog(AppState& state, DriveRecord& drive) : Dialog(IDD_READ_TEST), state_(state), drive_(drive) {}
+    ReadTestDialog(AppState& state, ReadTestKind kind, DriveRecord& drive)
+        : Dialog(IDD_READ_TEST), state_(state), kind_(kind), drive_(drive) {}
 
   protected:
     bool onInitialise() override {
         placeControls();
         setControlText(IDC_READ_TEST_TITLE, formatText("Testing: %s", drive_.model.c_str()).c_str());
         setControlText(IDC_READ_TEST_STATUS, "Status: Idle...");
-        const char* const word = readTestCaptionWord(state_.readTestKind);
+        const char* const word = readTestCaptionWord(kind_);
         if (word == nullptr) {
             prompts::stop("****** CRITICAL SYSTEM ERROR ******", "Invalid Read Test Type");
             end(0);
@@ -114,12 +115,12 @@ class ReadTestDialog : public Dialog {
     }
 
     // Also while a test runs: each run counts and stops for itself.
-    void onStart() { startReadTest(state_, static_cast<ReadTestKind>(state_.readTestKind.load()), drive_, display_); }
+    void onStart() { startReadTest(state_, kind_, drive_, display_); }
 
     void onTerminate() {
-        if (state_.jobActive == 1 && prompts::ask("****** TEST CURRENTLY RUNNING ******",
-                                                  "Your test is still running. Do you wish to terminate the test?")) {
-            stopReadTests(state_);
+        if (state_.jobs.active() && prompts::ask("****** TEST CURRENTLY RUNNING ******",
+                                                 "Your test is still running. Do you wish to terminate the test?")) {
+            state_.jobs.askToStop();
         }
     }
 
@@ -131,19 +132,18 @@ class ReadTestDialog : public Dialog {
 
     bool mayLeave() {
         const bool leaves =
-            state_.jobActive == 1
+            state_.jobs.active()
                 ? prompts::ask("****** TEST CURRENTLY RUNNING ******",
                                "Your test is still running. Do you wish to terminate the test and exit?")
                 : prompts::ask("****** EXIT READ TEST ******", "You are about to exit Read Test, is that your intent?");
         if (leaves) {
-            // Also when no job runs: of two runs the first to end clears the flag, and the other may have a read in
-            // flight. It must not take the next job's flag for its own.
-            stopReadTests(state_);
+            state_.jobs.askToStop();
         }
         return leaves;
     }
 
     AppState& state_;
+    ReadTestKind kind_;
     DriveRecord& drive_;
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     std::shared_ptr<DialogDisplay> display_ = std::make_shared<DialogDisplay>();
@@ -156,8 +156,7 @@ void RunReadTestDialog(AppState& state, HWND owner, ReadTestKind kind) {
     if (drive == nullptr) {
         return;
     }
-    state.readTestKind = kind;
-    ReadTestDialog(state, *drive).runModal(owner);
+    ReadTestDialog(state, kind, *drive).runModal(owner);
 }
 
 } // namespace torvane

@@ -13,28 +13,36 @@ std::uint64_t sectorsOf(const DriveRecord& drive) {
     return static_cast<std::uint64_t>(drive.sizeBytes) / sectorSizeOf(drive);
 }
 
-bool TimedRead(ReadTestJob& job, std::span<std::byte> bytes, std::int64_t sector) {
-    job.failedSector = sector;
-    const std::uint64_t offset = static_cast<std::uint64_t>(sector) * sectorSizeOf(job.drive);
-    if (!job.system.seek(job.drive, offset)) {
-        return false;
-    }
+namespace {
+
+TransferOutcome readAndTime(ReadTestJob& job, std::uint64_t offset, std::span<std::byte> bytes) {
     job.system.beginFineClock();
     const std::int64_t start = job.system.milliseconds();
-    const bool whole = job.system.read(job.drive, offset, bytes);
+    const TransferOutcome outcome = job.io.read(job.drive, offset, bytes);
     const std::int64_t end = job.system.milliseconds();
     job.system.endFineClock();
     job.drive.readTimes.lastReadStart = start;
     job.drive.readTimes.lastReadEnd = end;
     // Where the clock wrapped in between, the difference is negative and its sign is dropped, wrong as the time is.
     job.drive.readTimes.lastReadMs = end >= start ? end - start : start - end;
-    if (!whole) {
+    return outcome;
+}
+
+} // namespace
+
+TransferOutcome TimedRead(ReadTestJob& job, std::span<std::byte> bytes, std::int64_t sector) {
+    const std::uint64_t offset = static_cast<std::uint64_t>(sector) * sectorSizeOf(job.drive);
+    if (!job.io.canReach(job.drive, offset)) {
+        job.failedRead = {sector, TransferOutcome::kNotReached};
+        return TransferOutcome::kNotReached;
+    }
+    const TransferOutcome outcome = readAndTime(job, offset, bytes);
+    if (outcome != TransferOutcome::kWhole) {
+        job.failedRead = {sector, outcome};
         job.system.log("ERROR", formatText("BAD READ BLOCK AT SECTOR: [%" PRId64 "] for <%d> bytes", sector,
                                            static_cast<int>(bytes.size())));
-        return false;
     }
-    job.failedSector.reset();
-    return true;
+    return outcome;
 }
 
 void showDrivePercent(ReadTestJob& job, std::uint64_t done, std::uint64_t total) {
@@ -45,8 +53,9 @@ void showDrivePercent(ReadTestJob& job, std::uint64_t done, std::uint64_t total)
     }
 }
 
-void showDriveEnding(const ReadTestJob& job, std::int32_t result) {
-    job.system.setDriveStatus(job.drive, readTestDriveStatus(readTestName(job.kind), {result, job.failedSector}));
+void showDriveEnding(const ReadTestJob& job, ReadTestResult result) {
+    const auto sector = job.failedRead ? std::optional(job.failedRead->sector) : std::nullopt;
+    job.system.setDriveStatus(job.drive, readTestDriveStatus(readTestName(job.kind), {result, sector}));
 }
 
 void ShowTestOutcome(const ReadTestJob& job, int failureCount) {

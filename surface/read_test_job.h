@@ -1,8 +1,11 @@
 #pragma once
 
+#include "base/transfer_outcome.h"
+#include "discovery/drive_io.h"
+#include "jobs/jobs.h"
+#include "records/read_test_result.h"
 #include "surface/read_test_display.h"
 #include "surface/read_test_kind.h"
-#include "surface/read_test_state.h"
 #include "surface/read_test_system.h"
 
 #include <cstddef>
@@ -12,28 +15,35 @@
 
 namespace torvane {
 
+/// The read that failed, and how.
+struct FailedRead {
+    std::int64_t sector; ///< the first of the read
+    TransferOutcome outcome;
+};
+
 /// One run of a read test, and what it works with. Its thread alone uses it.
 struct ReadTestJob {
     ReadTestKind kind;
     DriveRecord& drive;
+    DriveIo& io;
     ReadTestSystem& system;
     ReadTestDisplay& display;
-    ReadTestSwitch running; ///< the Short test neither looks at it nor turns it off
+    JobClaim& claim; ///< the Short test neither looks at it nor lowers its flag
 
-    std::optional<std::int64_t> failedSector; ///< the first sector of the read that failed
-    std::int32_t shownPercent = -1;           ///< in the drive list
+    std::optional<FailedRead> failedRead;
+    std::int32_t shownPercent = -1; ///< in the drive list
 };
 
 /// The drive's size in its own sectors.
 [[nodiscard]] std::uint64_t sectorsOf(const DriveRecord& drive);
 
 /// Reads the whole span from `sector` on, in one request, and leaves its time in the record. A failed or short read
-/// writes one "ERROR" log row; a failed move of the file pointer writes none. Both are false.
-[[nodiscard]] bool TimedRead(ReadTestJob& job, std::span<std::byte> bytes, std::int64_t sector);
+/// writes one "ERROR" log row; a place that cannot be reached writes none. The job keeps which read failed.
+[[nodiscard]] TransferOutcome TimedRead(ReadTestJob& job, std::span<std::byte> bytes, std::int64_t sector);
 
 /// The drive's "Status" cell while the test runs and at its end.
 void showDrivePercent(ReadTestJob& job, std::uint64_t done, std::uint64_t total);
-void showDriveEnding(const ReadTestJob& job, std::int32_t result);
+void showDriveEnding(const ReadTestJob& job, ReadTestResult result);
 
 /// The status label at the end of a Short or NIST test.
 void ShowTestOutcome(const ReadTestJob& job, int failureCount);

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <span>
 #include <string>
 
 namespace torvane {
@@ -17,16 +16,11 @@ struct FreeReadBuffer {
 };
 using ReadBuffer = std::unique_ptr<std::byte[], FreeReadBuffer>;
 
-/// The world around the read tests: the drive, memory, time, chance, the log and the main window. Tests are written
-/// against it, so that they run under test as they run in the program.
+/// The world around the read tests but for the drive: memory, time, chance, the log and the main window. Tests are
+/// written against it, so that they run under test as they run in the program.
 class ReadTestSystem {
   public:
     virtual ~ReadTestSystem() = default;
-
-    /// Whether the drive can be positioned there. `offset`: bytes.
-    [[nodiscard]] virtual bool seek(const DriveRecord& drive, std::uint64_t offset) = 0;
-    /// Reads from `offset` on; true when the whole span was filled.
-    [[nodiscard]] virtual bool read(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) = 0;
 
     [[nodiscard]] virtual ReadBuffer allocate(std::size_t size) = 0;
 

@@ -42,11 +42,12 @@ std::string readTestOutcomeLine(const std::string& testName, int failureCount) {
 
 std::string readTestDriveStatus(const std::string& testName, const ReadTestEnding& ending) {
     switch (ending.result) {
-    case kReadTestPassed:
+    case ReadTestResult::kPassed:
         return "COMPLETED " + testName + " PASSED";
-    case kReadTestTerminated:
+    case ReadTestResult::kTerminated:
         return "BAD " + testName + " TERMINATED";
-    default:
+    case ReadTestResult::kFailed:
+    case ReadTestResult::kNotPerformed:
         break;
     }
     const std::string failed = "BAD " + testName + " FAILED";

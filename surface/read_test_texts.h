@@ -1,5 +1,6 @@
 #pragma once
 
+#include "records/read_test_result.h"
 #include "surface/read_test_kind.h"
 
 #include <cstdint>
@@ -22,7 +23,7 @@ namespace torvane {
 
 /// How a test ended, for the drive list.
 struct ReadTestEnding {
-    std::int32_t result;                      ///< a ReadTestResult
+    ReadTestResult result;
     std::optional<std::int64_t> failedSector; ///< of a failed test: the first sector of the read that failed
 };
 

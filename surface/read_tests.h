@@ -4,14 +4,15 @@
 #include "surface/read_test_job.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace torvane {
 
 // The read tests, as they run on the calling thread. Each leaves its result in the drive's record, in the status label
 // and in the drive list, and returns the thread's exit code, which is always 1. The first failed read ends a test. The
-// job-running flag is raised by who starts the Critical and the NIST test; they clear it at their end. The Short test
-// has nothing to do with it, and cannot be stopped.
+// Critical and the NIST test look at the flag of their claim, and lower it at their end. The Short test has none, and
+// cannot be stopped.
 
 /// Reads 64 KiB at each sector that the drive's own error log names as uncorrectable, or, when it names none, at 100
 /// places spread evenly over the drive.
@@ -35,9 +36,9 @@ struct BlockRange {
     std::int32_t blocksBefore; ///< blocks of the ranges before this one, for the percent in the drive list
 };
 
-/// Reads the range block by block; neither timed nor logged. Passed, failed or terminated (a ReadTestResult; the latter
-/// two are also set in the record), or 0, which counts as passed, when the start cannot be reached.
-[[nodiscard]] std::int32_t ReadRange(ReadTestJob& job, const BlockRange& range);
+/// Reads the range block by block; neither timed nor logged. Passed, failed or terminated, of which the latter two are
+/// also set in the record; none, with nothing read, when the start cannot be reached.
+[[nodiscard]] std::optional<ReadTestResult> ReadRange(ReadTestJob& job, const BlockRange& range);
 
 /// The memory of the NIST test's reads.
 class SegmentBuffer {

@@ -18,7 +18,7 @@ using ProbeBuffer = std::array<std::byte, kProbeBytes>;
 
 void showFailedProbe(const ReadTestJob& job, std::int64_t sector) {
     job.display.setStatus(formatText("Short Test: Read FAILED at Sector [%" PRId64 "]", sector));
-    job.drive.shortTestResult = kReadTestFailed;
+    job.drive.shortTestResult = ReadTestResult::kFailed;
 }
 
 std::span<const std::int64_t> loggedSectors(const DriveRecord& drive) {
@@ -29,7 +29,7 @@ std::span<const std::int64_t> loggedSectors(const DriveRecord& drive) {
 /// The number of failures: 0 or 1.
 int probeLoggedSectors(ReadTestJob& job, ProbeBuffer& buffer) {
     for (const std::int64_t sector : loggedSectors(job.drive)) {
-        if (!TimedRead(job, buffer, sector)) {
+        if (TimedRead(job, buffer, sector) != TransferOutcome::kWhole) {
             showFailedProbe(job, sector);
             return 1;
         }
@@ -46,7 +46,8 @@ std::int64_t sectorToPrint(const DriveRecord& drive, std::int32_t probe) {
 int probeEvenly(ReadTestJob& job, ProbeBuffer& buffer, std::span<std::int64_t> durations) {
     const std::uint64_t step = sectorsOf(job.drive) / kProbes;
     for (std::int32_t probe = 0; probe < kProbes; ++probe) {
-        if (!TimedRead(job, buffer, static_cast<std::int64_t>(static_cast<std::uint64_t>(probe) * step))) {
+        const auto sector = static_cast<std::int64_t>(static_cast<std::uint64_t>(probe) * step);
+        if (TimedRead(job, buffer, sector) != TransferOutcome::kWhole) {
             showFailedProbe(job, sectorToPrint(job.drive, probe));
             return 1;
         }
@@ -78,7 +79,7 @@ void ComputeReadDurationStats(DriveRecord& drive, std::span<const std::int64_t> 
 std::uint32_t runShortTest(ReadTestJob& job) {
     job.display.setStatus("Short Read Test STARTED");
     job.display.startProgress(kProbes);
-    job.drive.shortTestResult = kReadTestPassed;
+    job.drive.shortTestResult = ReadTestResult::kPassed;
     job.drive.readTimes.readDurationTotal = 0;
     job.drive.readTimes.readDurationCount = 0;
     showDrivePercent(job, 0, kProbes);
@@ -90,7 +91,7 @@ std::uint32_t runShortTest(ReadTestJob& job) {
 
     ComputeReadDurationStats(job.drive, durations, kProbes);
     ShowTestOutcome(job, failures);
-    showDriveEnding(job, failures == 0 ? kReadTestPassed : kReadTestFailed);
+    showDriveEnding(job, failures == 0 ? ReadTestResult::kPassed : ReadTestResult::kFailed);
     job.display.setProgress(0);
     return 1;
 }

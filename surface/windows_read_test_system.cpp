@@ -1,8 +1,7 @@
 #include "surface/windows_read_test_system.h"
 
-#include "base/positioned_io.h"
-#include "state/app_state.h"
 #include "state/event_log.h"
+#include "state/main_view.h"
 
 #include <windows.h>
 
@@ -19,14 +18,6 @@ constexpr UINT kFineClockMilliseconds = 1;
 static_assert(RAND_MAX == 32767, "the NIST test's sampling is made for numbers of 15 bits");
 
 } // namespace
-
-bool WindowsReadTestSystem::seek(const DriveRecord& drive, std::uint64_t offset) {
-    return canReach(drive.handle, offset);
-}
-
-bool WindowsReadTestSystem::read(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) {
-    return readAt(drive.handle, offset, bytes) == TransferOutcome::kWhole;
-}
 
 ReadBuffer WindowsReadTestSystem::allocate(std::size_t size) {
     return ReadBuffer(static_cast<std::byte*>(std::calloc(size, 1)));
@@ -53,14 +44,14 @@ void WindowsReadTestSystem::log(const char* category, const std::string& text) {
 }
 
 void WindowsReadTestSystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
-    if (state_.view != nullptr) {
-        state_.view->setDriveStatus(drive, text);
+    if (view_ != nullptr) {
+        view_->setDriveStatus(drive, text);
     }
 }
 
 void WindowsReadTestSystem::setWideProgress(int position) {
-    if (state_.view != nullptr) {
-        state_.view->setWideProgress(position);
+    if (view_ != nullptr) {
+        view_->setWideProgress(position);
     }
 }
 

@@ -4,15 +4,14 @@
 
 namespace torvane {
 
-struct AppState;
+class MainView;
 
 /// The read tests' world as it is.
 class WindowsReadTestSystem : public ReadTestSystem {
   public:
-    explicit WindowsReadTestSystem(AppState& state) : state_(state) {}
+    /// `view`: null in tests that need no window.
+    explicit WindowsReadTestSystem(MainView* view) : view_(view) {}
 
-    bool seek(const DriveRecord& drive, std::uint64_t offset) override;
-    bool read(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) override;
     ReadBuffer allocate(std::size_t size) override;
     std::uint32_t milliseconds() override;
     void beginFineClock() override;
@@ -23,7 +22,7 @@ class WindowsReadTestSystem : public ReadTestSystem {
     void setWideProgress(int position) override;
 
   private:
-    AppState& state_;
+    MainView* view_;
 };
 
 } // namespace torvane

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Checks who includes whom.
+"""Checks who includes whom, and who names which part of the application's state.
 
 Every #include "..." names a file from the repository root, and:
   - no file includes its way back to itself;
   - a file of the pure library never reaches a Windows header;
   - a logic file (neither *_dialog.cpp nor *_view.cpp) never reaches a dialog, a control or <commctrl.h>;
   - folders include each other as FOLDERS and UPWARD say, and all that these allow is in use;
+  - a member of AppState is named only in the folders that STATE gives it to, and all of them name it;
   - only window/ includes the main dialog;
   - the product never includes the workbench or a test.
 
@@ -23,6 +24,8 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 QUOTED = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.M)
 ANGLED = re.compile(r"^\s*#\s*include\s*<([^>]+)>", re.M)
+# How a source names a member of the state: by the argument, by a member of its own, by the function.
+STATE_MEMBER = re.compile(r"\b(?:state_?|(?:state|appState)\(\))(?:\.|->)(\w+)")
 
 # The product's floors from the bottom up, each with those below it that it includes.
 FOLDERS = {
@@ -35,20 +38,38 @@ FOLDERS = {
     "monitoring": {"base", "records", "state", "discovery"},
     "settings": {"base", "ui", "records", "state"},
     "health": {"base", "ui", "records", "state"},
-    "admin": {"base", "ui", "records", "state", "discovery", "monitoring"},
-    "scan": {"base", "ui", "records", "state", "discovery", "monitoring", "admin"},
-    "surface": {"base", "ui", "records", "state"},
+    "admin": {"base", "ui", "records", "jobs", "state", "discovery", "monitoring"},
+    "scan": {"base", "ui", "records", "jobs", "state", "discovery", "monitoring", "admin"},
+    "surface": {"base", "ui", "records", "jobs", "state", "discovery"},
     "copy": {"base", "ui", "records", "state", "discovery", "admin"},
     "hex": {"base", "ui", "records", "copy"},
     "reports": {"base", "ui", "records", "state", "monitoring", "health"},
-    "window": {"base", "ui", "records", "state", "monitoring", "settings", "health", "admin", "scan", "surface", "copy",
+    "window": {"base", "ui", "records", "jobs", "state", "monitoring", "settings", "health", "admin", "scan", "surface", "copy",
                "hex", "reports"},
 }
 
 # The headers that folders further down include all the same, each with its reason. Three are many.
 UPWARD = {
     "copy/jobs/copy_job_state.h": {"state"},
-    "surface/read_test_state.h": {"state"},
+}
+
+# Every member of AppState, with the folders whose sources name it. Other folders are given what they work with.
+STATE_HEADER = "state/app_state.h"
+STATE = {
+    "activeDrive": {"state", "health", "scan", "reports", "window"},
+    "activeDriveChosen": {"state", "scan", "window"},
+    "chosen": {"copy", "reports", "window"},
+    "companyInfo": {"reports", "window"},
+    "copy": {"copy", "scan"},
+    "driveJobAtWork": {"state", "copy"},
+    "jobActive": {"copy"},
+    "jobs": {"state", "admin", "scan", "surface", "window"},
+    "messages": {"health", "window"},
+    "mountStatus": {"admin", "window"},
+    "scan": {"admin", "scan", "copy", "window"},
+    "smart": {"scan"},
+    "view": {"state", "admin", "scan", "surface", "copy", "window"},
+    "worker": {"state"},
 }
 WINDOWS_HEADERS = re.compile(
     r"^(windows|windowsx|windef|winbase|winuser|winioctl|ntdd\w+|commctrl|commdlg|shellapi|shlobj|objbase|gdiplus|wincrypt)\.h$",
@@ -197,6 +218,31 @@ def check_layers(graph):
         yield f"no file of {of}/ includes {what}: its entry can go"
 
 
+def state_members():
+    """The data members that AppState has, in order."""
+    text = re.sub(r"//.*", "", (ROOT / STATE_HEADER).read_text(encoding="utf-8"))
+    body = re.search(r"^struct AppState \{$(.*?)^\};$", text, re.M | re.S).group(1)
+    return re.findall(r"(\w+)(?:\{[^}]*\}| = [^;]*)?;", body)
+
+
+def check_state(files):
+    """The members of AppState that each folder's sources name against STATE, and the other way round."""
+    members = state_members()
+    if sorted(members) != sorted(STATE):
+        yield f"STATE lists {sorted(STATE)}, but {STATE_HEADER} has {sorted(members)}"
+    unused = {(of, member) for member, folders in STATE.items() for of in folders}
+    for name in sorted(files):
+        if folder(name) not in FOLDERS:
+            continue
+        for member in sorted(set(STATE_MEMBER.findall((ROOT / name).read_text(encoding="utf-8"))) & STATE.keys()):
+            if folder(name) in STATE[member]:
+                unused.discard((folder(name), member))
+            else:
+                yield f"{folder(name)}/ may not name state.{member}, but {name} does"
+    for of, member in sorted(unused):
+        yield f"no file of {of}/ names state.{member}: its entry can go"
+
+
 def main():
     host = Path(sys.argv[1] if len(sys.argv) > 1 else ROOT / "build/host")
     windows = Path(sys.argv[2] if len(sys.argv) > 2 else ROOT / "build/windows")
@@ -206,7 +252,8 @@ def main():
     logic = library_sources(windows, "torvane_logic") | pure
     faults = graph.faults
     faults += [f"circle: {cycle}" for cycle in graph.cycles()]
-    faults += [*check_pure(graph, pure), *check_logic(graph, logic), *check_folders(graph), *check_layers(graph)]
+    faults += [*check_pure(graph, pure), *check_logic(graph, logic), *check_folders(graph), *check_layers(graph),
+               *check_state(files)]
     for fault in faults:
         print(fault)
     if not faults:

@@ -11,13 +11,13 @@ namespace {
 
 bool confirmLeaving(AppState& state) {
     constexpr const char* kCaption = "***** Exiting Application *****";
-    if (state.jobActive != 1) {
+    if (!state.jobs.active()) {
         return prompts::ask(kCaption, "You are about to EXIT TVN. Are you sure?");
     }
     if (!prompts::ask(kCaption, "Application still has a job working. Do you still want to EXIT?")) {
         return false;
     }
-    state.jobActive = 0;
+    state.jobs.askToStop();
     return true;
 }
 
@@ -46,16 +46,6 @@ void offerEnabledMounting(AppState& state) {
 }
 
 } // namespace
-
-void terminateCurrentTask(AppState& state) {
-    if (state.jobActive != 1) {
-        return;
-    }
-    if (prompts::ask("***** STATUS TERMINATE JOB STATUS *****",
-                     "You are about to TERMINATE the current job. Is that your intent?")) {
-        state.jobActive = 0;
-    }
-}
 
 bool confirmExit(AppState& state) {
     if (!confirmLeaving(state)) {

@@ -4,9 +4,6 @@ namespace torvane {
 
 struct AppState;
 
-/// The command "Terminate Current Task": asks whether the running job shall stop; nothing when none runs.
-void terminateCurrentTask(AppState& state);
-
 /// Everything that stands between "Exit Torvane" and the end of the window: asks for confirmation, asks a running job
 /// to stop, and offers to enable automatic mounting when it is disabled. False when the user stays. Waits for diskpart
 /// on the calling thread.

@@ -55,7 +55,7 @@ bool MainDialog::onInitialise() {
     placeWindow();
     placeControls();
     buildListViews();
-    if (LoadMessages(state_) == 0) {
+    if (LoadMessages(state_.messages) == 0) {
         end(0);
         return false;
     }
@@ -76,7 +76,7 @@ void MainDialog::addSystemMenuItems() {
 // Before the system menu opens.
 void MainDialog::updateSystemMenu() {
     EnableMenuItem(GetSystemMenu(window(), FALSE), IDM_EDIT_MESSAGES,
-                   MF_BYCOMMAND | (state_.jobActive == 1 ? MF_GRAYED : MF_ENABLED));
+                   MF_BYCOMMAND | (state_.jobs.active() ? MF_GRAYED : MF_ENABLED));
 }
 
 void MainDialog::setIcons() {

@@ -98,6 +98,7 @@ class MainDialog : public Dialog {
     ToolTip messageTip_;
     DriveListView driveList_;
     LogListView logList_;
+    bool logPanelOpen_ = false;
 };
 
 } // namespace torvane

@@ -3,6 +3,7 @@
 #include "admin/bitlocker_dialog.h"
 #include "admin/destruction_warning_dialog.h"
 #include "admin/disk_commands.h"
+#include "admin/disk_guards.h"
 #include "admin/disk_part.h"
 #include "copy/dialogs/clone_dialog.h"
 #include "copy/dialogs/copy_choices.h"
@@ -17,14 +18,16 @@
 #include "settings/company_info_dialog.h"
 #include "settings/edit_messages_dialog.h"
 #include "settings/portable_drive.h"
+#include "state/active_drive.h"
 #include "state/app_state.h"
-#include "state/command_guards.h"
 #include "state/drive_job.h"
 #include "surface/read_test_dialog.h"
 #include "ui/prompts.h"
 #include "window/about_dialog.h"
+#include "window/command_guards.h"
 #include "window/exit_flow.h"
 #include "window/main_layout.h"
+#include "window/terminate_task.h"
 #include "window/web_pages.h"
 
 namespace torvane {
@@ -157,7 +160,7 @@ void MainDialog::onCreateForensicImage() {
 }
 
 void MainDialog::onTerminateCurrentTask() {
-    terminateCurrentTask(state_);
+    terminateCurrentTask(state_.jobs);
 }
 
 void MainDialog::onExit() {
@@ -169,19 +172,19 @@ void MainDialog::onExit() {
 }
 
 void MainDialog::onDataWorkOrder() {
-    openWorkOrderDocument(state_);
+    openWorkOrderDocument();
 }
 
 void MainDialog::onSuggestions() {
-    openSuggestionPage(state_);
+    openSuggestionPage();
 }
 
 void MainDialog::onDataServices() {
-    openAboutPage(state_);
+    openAboutPage();
 }
 
 void MainDialog::onHelp() {
-    openDocumentationPage(state_);
+    openDocumentationPage();
 }
 
 void MainDialog::onCompanyInformation() {
@@ -191,7 +194,7 @@ void MainDialog::onCompanyInformation() {
 void MainDialog::onCreatePortable() {
     // The folder does not become the current one: the program's own files lie there.
     if (ChooseDestinationFolder(state_.chosen.destinationFolder, false) != 0) {
-        startPortableCopy(state_);
+        startPortableCopy(std::string(state_.chosen.destinationFolder.view()));
     }
 }
 
@@ -200,7 +203,7 @@ void MainDialog::onDetectBitLocker() {
         prompts::warn("****** CHOOSE A DRIVE ******", "Please choose a drive to check for BITLOCKER encryption.");
         return;
     }
-    showBitLockerScan(state_, window());
+    showBitLockerScan(*state_.activeDrive, state_.scan.volumes, window());
 }
 
 void MainDialog::onQuickDiskView() {
@@ -210,29 +213,28 @@ void MainDialog::onQuickDiskView() {
 }
 
 void MainDialog::onToggleLogPanel() {
-    const bool open = state_.logPanelOpen == 0;
-    state_.logPanelOpen = open ? 1 : 0;
+    logPanelOpen_ = !logPanelOpen_;
     // At start the panel is closed and the button shows "<" all the same, as its template does.
-    setControlText(IDC_LOG_TOGGLE, open ? "<" : ">");
-    resizeWindow(open ? kMainWindowHeightWithLog : kMainWindowHeight);
-    logList_.setVisible(open);
+    setControlText(IDC_LOG_TOGGLE, logPanelOpen_ ? "<" : ">");
+    resizeWindow(logPanelOpen_ ? kMainWindowHeightWithLog : kMainWindowHeight);
+    logList_.setVisible(logPanelOpen_);
 }
 
 void MainDialog::onSetReadOnly() {
-    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_, *drive)) {
+    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_.jobs, *drive)) {
         startSetReadOnly(state_, *drive);
     }
 }
 
 void MainDialog::onClearReadOnly() {
-    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_, *drive)) {
+    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_.jobs, *drive)) {
         startClearReadOnly(state_, *drive);
     }
 }
 
 void MainDialog::onCleanDisk() {
     DriveRecord* const drive = driveList_.selectedDrive();
-    if (drive != nullptr && mayCleanDisk(state_, *drive) &&
+    if (drive != nullptr && mayCleanDisk(state_.jobs, state_.scan.volumes, *drive) &&
         confirmDestruction(state_, {.drive = *drive, .caption = "Clean Disk"}, window())) {
         startCleanDisk(state_, *drive);
     }
@@ -243,10 +245,10 @@ void MainDialog::onAbout() {
 }
 
 void MainDialog::onEditMessages() {
-    if (state_.jobActive == 1) {
+    if (state_.jobs.active()) {
         return;
     }
-    editMessages(state_, window());
+    editMessages(state_.messages, window());
     InvalidateRect(window(), nullptr, TRUE);
 }
 

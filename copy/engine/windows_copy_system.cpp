@@ -65,7 +65,7 @@ bool WindowsCopySystem::write(DriveRecord& drive, std::uint64_t offset, std::spa
 
 void WindowsCopySystem::cleanDestination() {
     // A failure has left its log row; the writes that it makes fail are counted.
-    static_cast<void>(DP_CleanDisk(state_, *state_.copy.destination));
+    static_cast<void>(DP_CleanDisk(*state_.copy.destination));
 }
 
 ImageFileName WindowsCopySystem::nextImageName(std::string_view folder, const DriveRecord& source) {

@@ -4,8 +4,8 @@
 #include "discovery/physical_drive_probe.h"
 #include "discovery/volume_map.h"
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -83,16 +83,16 @@ class BitLockerBench : public ::testing::Test {
         bench_.open();
         int count = 0;
         for (int number = 0; number < kMaxDrives; ++number) {
-            if (DriveRecordPtr record = ProbePhysicalDrive(state(), number)) {
+            if (DriveRecordPtr record = ProbePhysicalDrive(number)) {
                 state().scan.drives[static_cast<std::size_t>(count++)] = std::move(record);
             }
         }
         state().scan.driveCount = count;
-        EnumerateVolumes(state());
+        EnumerateVolumes(state().scan);
         state().activeDrive = &drive(0);
     }
 
-    void scan() { BL_ScanActiveDrive(state(), rows_); }
+    void scan() { BL_ScanActiveDrive(state().activeDrive, state().scan.volumes, rows_); }
 
     [[nodiscard]] std::vector<std::string> events() const {
         std::vector<std::string> texts;

@@ -1,3 +1,4 @@
+#include "base/owned_handle.h"
 #include "tests/component/bitlocker_bench.h"
 #include "tests/component/import_patched.h"
 
@@ -64,7 +65,7 @@ TEST_F(BitLockerKeys, TwoReadableVolumesAppendTwoRecordsWithTheirLetters) {
     addDrive(0, volume('D', unlocked("1-1")) + "," + volume('E', unlocked("2-2")));
     open();
     writeFile(kFile, "");
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
     EXPECT_EQ(readFile(kFile), record("1-1", 'D') + record("2-2", 'E'));
     EXPECT_EQ(drive(0).bitLockerEntryCount, 2);
     EXPECT_EQ(drive(0).checkedVolumeCount, 2);
@@ -74,7 +75,7 @@ TEST_F(BitLockerKeys, TwoReadableVolumesAppendTwoRecordsWithTheirLetters) {
 
 TEST_F(BitLockerKeys, AMissingFileIsCreatedByTheFirstAppendWithoutASuccessRow) {
     openAny();
-    EXPECT_EQ(BL_AppendRecord(state(), entryOf("1-1", 'D')), 1);
+    EXPECT_EQ(BL_AppendRecord(entryOf("1-1", 'D')), 1);
     EXPECT_EQ(readFile(kFile), record("1-1", 'D'));
     EXPECT_THAT(events(), IsEmpty());
 }
@@ -82,7 +83,7 @@ TEST_F(BitLockerKeys, AMissingFileIsCreatedByTheFirstAppendWithoutASuccessRow) {
 TEST_F(BitLockerKeys, ALockedVolumeIsKeptInTheRecordAndNotAppended) {
     addDrive(0, volume('D', kLocked) + "," + volume('E', kError) + "," + volume('F', kOff));
     open();
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
     EXPECT_FALSE(std::filesystem::exists(kFile));
     ASSERT_EQ(drive(0).bitLockerEntryCount, 2);
     EXPECT_EQ(entry(0, 0).driveLetter, 'D');
@@ -94,8 +95,8 @@ TEST_F(BitLockerKeys, ALockedVolumeIsKeptInTheRecordAndNotAppended) {
 TEST_F(BitLockerKeys, EveryRunAppendsAgainAndAddsToTheEntries) {
     addDrive(0, volume('D', unlocked("1-1")));
     open();
-    BL_SaveRecoveryKeys(state());
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
+    BL_SaveRecoveryKeys(state().scan);
     EXPECT_EQ(readFile(kFile), record("1-1", 'D') + record("1-1", 'D'));
     EXPECT_EQ(drive(0).bitLockerEntryCount, 2);
     EXPECT_EQ(drive(0).checkedVolumeCount, 2);
@@ -104,7 +105,7 @@ TEST_F(BitLockerKeys, EveryRunAppendsAgainAndAddsToTheEntries) {
 TEST_F(BitLockerKeys, WhatTheFileHoldsIsNeverRewritten) {
     openAny();
     writeFile(kFile, "seven..");
-    EXPECT_EQ(BL_AppendRecord(state(), entryOf("1-1", 'D')), 1);
+    EXPECT_EQ(BL_AppendRecord(entryOf("1-1", 'D')), 1);
     EXPECT_EQ(readFile(kFile), "seven.." + record("1-1", 'D'));
 }
 
@@ -112,7 +113,7 @@ TEST_F(BitLockerKeys, EachDriveGetsItsOwnVolumes) {
     addDrive(0, volume('D', unlocked("1-1")));
     addDrive(3, volume('E', unlocked("2-2")));
     open();
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
     EXPECT_EQ(entry(0, 0).driveLetter, 'D');
     EXPECT_EQ(entry(1, 0).driveLetter, 'E');
     EXPECT_EQ(drive(1).checkedVolumeCount, 1);
@@ -122,7 +123,7 @@ TEST_F(BitLockerKeys, AVolumeOfNoListedDriveIsNotChecked) {
     addDrive(0, volume('D', unlocked("1-1")));
     open();
     drive(0).driveNumber = 7;
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
     EXPECT_THAT(bench_.log("request=powershell"), IsEmpty());
     EXPECT_EQ(drive(0).checkedVolumeCount, 0);
 }
@@ -131,7 +132,7 @@ TEST_F(BitLockerKeys, AFailedCommandCountsTheVolumeAndGoesOn) {
     addDrive(0, volume('D', unlocked("1-1")) + "," + volume('E', unlocked("2-2")));
     describePowershell(R"({"missing": true})");
     open();
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
     EXPECT_EQ(drive(0).checkedVolumeCount, 2);
     EXPECT_EQ(drive(0).bitLockerEntryCount, 0);
     EXPECT_FALSE(std::filesystem::exists(kFile));
@@ -144,7 +145,7 @@ TEST_F(BitLockerKeys, AnEleventhPasswordIsAppendedThoughTheRecordHasNoRoom) {
     }
     addDrive(0, volumes);
     open();
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
     EXPECT_EQ(drive(0).bitLockerEntryCount, 10);
     EXPECT_EQ(readFile(kFile).size(), 11U * 261U);
 }
@@ -154,7 +155,7 @@ TEST_F(BitLockerKeys, AFailedMoveToTheEndIsLoggedAndNothingIsWritten) {
     writeFile(kFile, record("0-0", 'C'));
     {
         const ImportPatched patched(__imp_SetFilePointer, &failToMove);
-        EXPECT_EQ(BL_AppendRecord(state(), entryOf("1-1", 'D')), 0);
+        EXPECT_EQ(BL_AppendRecord(entryOf("1-1", 'D')), 0);
     }
     EXPECT_THAT(events(), ElementsAre("ERROR: SetFilePointer BITLOCKER File FAILED"));
     EXPECT_EQ(readFile(kFile), record("0-0", 'C'));
@@ -165,7 +166,7 @@ TEST_F(BitLockerKeys, AFailedOrShortWriteIsLogged) {
     for (const auto write : {&failToWrite, &writeShort}) {
         writeFile(kFile, "");
         const ImportPatched patched(__imp_WriteFile, write);
-        EXPECT_EQ(BL_AppendRecord(state(), entryOf("1-1", 'D')), 0);
+        EXPECT_EQ(BL_AppendRecord(entryOf("1-1", 'D')), 0);
     }
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not WRITE BITLOCKER file. PASSWORD NOT SAVED",
                                       "ERROR: Could not WRITE BITLOCKER file. PASSWORD NOT SAVED"));
@@ -176,7 +177,7 @@ TEST_F(BitLockerKeys, AFailedOrShortWriteIntoANewFileIsLogged) {
     for (const auto write : {&failToWrite, &writeShort}) {
         std::filesystem::remove(kFile);
         const ImportPatched patched(__imp_WriteFile, write);
-        EXPECT_EQ(BL_AppendRecord(state(), entryOf("1-1", 'D')), 0);
+        EXPECT_EQ(BL_AppendRecord(entryOf("1-1", 'D')), 0);
     }
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not SAVE BITLOCKER file", "ERROR: Could not SAVE BITLOCKER file"));
 }
@@ -185,7 +186,7 @@ TEST_F(BitLockerKeys, AFileThatCannotBeMadeIsLoggedAndThePassGoesOn) {
     addDrive(0, volume('D', unlocked("1-1")) + "," + volume('E', unlocked("2-2")));
     open();
     std::filesystem::create_directory(kFile);
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
     EXPECT_THAT(events(),
                 ElementsAre("ERROR: Could not WRITE BITLOCKER file", "ERROR: Could not WRITE BITLOCKER file"));
     EXPECT_EQ(drive(0).bitLockerEntryCount, 2);
@@ -198,7 +199,7 @@ TEST_F(BitLockerKeys, AFileThatIsInUseIsNotEmptied) {
         const UniqueFile held{CreateFileA(kFile, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                                           FILE_ATTRIBUTE_NORMAL, nullptr)};
         ASSERT_TRUE(held);
-        EXPECT_EQ(BL_AppendRecord(state(), entryOf("1-1", 'D')), 0);
+        EXPECT_EQ(BL_AppendRecord(entryOf("1-1", 'D')), 0);
     }
     EXPECT_EQ(readFile(kFile), record("0-0", 'C'));
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not WRITE BITLOCKER file"));
@@ -210,7 +211,7 @@ TEST_F(BitLockerKeys, OthersMayReadTheFileMeanwhile) {
     const UniqueFile reader{CreateFileA(kFile, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                                         FILE_ATTRIBUTE_NORMAL, nullptr)};
     ASSERT_TRUE(reader);
-    EXPECT_EQ(BL_AppendRecord(state(), entryOf("1-1", 'D')), 1);
+    EXPECT_EQ(BL_AppendRecord(entryOf("1-1", 'D')), 1);
 }
 
 TEST_F(BitLockerKeys, APasswordStandsNowhereElse) {
@@ -219,7 +220,7 @@ TEST_F(BitLockerKeys, APasswordStandsNowhereElse) {
     open();
     writeFile(kFile, "");
     scan();
-    BL_SaveRecoveryKeys(state());
+    BL_SaveRecoveryKeys(state().scan);
     ASSERT_EQ(rows_.rows(), std::vector<std::string>{std::string("D:\\|Encrypted|") + kSecret});
 
     for (const std::string& call : view_.calls()) {

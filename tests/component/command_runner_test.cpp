@@ -4,8 +4,8 @@
 #include "tests/component/handle_count.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/patience_gone.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
+#include "tests/support/recording_main_view.h"
 #include "ui/owned.h"
 
 #include <winioctl.h>
@@ -42,9 +42,9 @@ using testing::writeFile;
 class CommandRunner : public ::testing::Test {
   protected:
     int run(const std::string& arguments, const char* output = "output.txt") {
-        return PARSE_BuildDataFile(appState(), output, ("torvane_child_program.exe " + arguments).c_str());
+        return PARSE_BuildDataFile(output, ("torvane_child_program.exe " + arguments).c_str());
     }
-    LoadedText load(const char* fileName) { return PARSE_LoadFileIntoBuffer(appState(), fileName); }
+    LoadedText load(const char* fileName) { return PARSE_LoadFileIntoBuffer(fileName); }
 
     /// Everything logged so far, as "CATEGORY: message".
     [[nodiscard]] std::vector<std::string> log() const {
@@ -189,7 +189,7 @@ TEST_F(CommandRunner, StartsTheChildExactlySo) {
         realCreateFile = watchedFiles.original();
         const testing::ImportPatched watchedProcesses(__imp_CreateProcessA, &watchedCreateProcess);
         realCreateProcess = watchedProcesses.original();
-        EXPECT_EQ(PARSE_BuildDataFile(appState(), "output.txt", commandLine.c_str()), 1);
+        EXPECT_EQ(PARSE_BuildDataFile("output.txt", commandLine.c_str()), 1);
     }
     EXPECT_EQ(commandLine, "torvane_child_program.exe out:x") << "the caller's own text is left alone";
     EXPECT_FALSE(seenProcess.named);
@@ -278,7 +278,7 @@ TEST_F(CommandRunner, LogsAnOutputFileThatCannotBeCreated) {
 
 TEST_F(CommandRunner, LogsAMissingExecutableAndLeavesAnEmptyFile) {
     writeFile("output.txt", "old");
-    EXPECT_EQ(PARSE_BuildDataFile(appState(), "output.txt", "no-such-tool.exe --scan"), 0);
+    EXPECT_EQ(PARSE_BuildDataFile("output.txt", "no-such-tool.exe --scan"), 0);
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [output.txt] CreateProcess FAILED"));
     ASSERT_TRUE(std::filesystem::exists("output.txt"));
     EXPECT_EQ(std::filesystem::file_size("output.txt"), 0U);
@@ -286,8 +286,8 @@ TEST_F(CommandRunner, LogsAMissingExecutableAndLeavesAnEmptyFile) {
 
 TEST_F(CommandRunner, LogsAnExecutableThatIsNone) {
     writeFile("broken.exe", "this is no program");
-    EXPECT_EQ(PARSE_BuildDataFile(appState(), "output.txt", "broken.exe"), 0);
-    EXPECT_EQ(PARSE_BuildDataFile(appState(), "output.txt", ""), 0);
+    EXPECT_EQ(PARSE_BuildDataFile("output.txt", "broken.exe"), 0);
+    EXPECT_EQ(PARSE_BuildDataFile("output.txt", ""), 0);
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [output.txt] CreateProcess FAILED",
                                    "ERROR: PARSE_BuildDataFile: [output.txt] CreateProcess FAILED"));
 }
@@ -301,7 +301,7 @@ TEST_F(CommandRunner, FindsAToolInTheCurrentFolder) {
     char program[MAX_PATH]{};
     ASSERT_NE(SearchPathA(nullptr, "torvane_child_program.exe", nullptr, sizeof program, program, nullptr), 0U);
     std::filesystem::copy_file(program, "tool-in-this-folder.exe");
-    EXPECT_EQ(PARSE_BuildDataFile(appState(), "output.txt", "tool-in-this-folder.exe out:found"), 1);
+    EXPECT_EQ(PARSE_BuildDataFile("output.txt", "tool-in-this-folder.exe out:found"), 1);
     EXPECT_EQ(readFile("output.txt"), "found");
 }
 
@@ -309,7 +309,7 @@ TEST_F(CommandRunner, LeavesNoHandleOpen) {
     testing::expectNoHandleLost([this] {
         run("out:x");
         run("out:x", "no such folder\\output.txt");
-        PARSE_BuildDataFile(appState(), "output.txt", "no-such-tool.exe");
+        PARSE_BuildDataFile("output.txt", "no-such-tool.exe");
         load("output.txt");
         load("missing.txt");
     });

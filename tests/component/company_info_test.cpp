@@ -2,9 +2,9 @@
 
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
-#include "tests/component/scripted_prompts.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 #include "ui/owned.h"
 
 #include <gmock/gmock.h>

@@ -6,9 +6,9 @@
 #include "discovery/physical_drive_probe.h"
 #include "state/app_state.h"
 #include "tests/component/handle_count.h"
-#include "tests/component/recording_main_view.h"
-#include "tests/component/scripted_prompts.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 #include "workbench/devices/pattern.h"
 
 #include <gmock/gmock.h>
@@ -114,7 +114,7 @@ class CopyBench : public ::testing::Test {
             bench_.open();
             opened_ = true;
         }
-        DriveRecordPtr record = ProbePhysicalDrive(state(), number);
+        DriveRecordPtr record = ProbePhysicalDrive(number);
         if (!record) {
             throw std::runtime_error("the bench has no such drive"); // ends the test
         }

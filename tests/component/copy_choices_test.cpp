@@ -3,10 +3,10 @@
 #include "copy/dialogs/destination_folder.h"
 #include "state/app_state.h"
 #include "state/drive_job.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/scripted_choosers.h"
-#include "tests/component/scripted_prompts.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+#include "base/owned_handle.h"
 #include "copy/dialogs/volume_space.h"
 #include "discovery/image_file_drive.h"
 #include "tests/component/copy_bench.h"

@@ -1,3 +1,4 @@
+#include "base/owned_handle.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
 

@@ -32,7 +32,7 @@ class DiskPartChanges : public testing::CopyBench {
 
 TEST_F(DiskPartChanges, SetReadOnlySetsTheAttributeAndRefreshesTheFlag) {
     DriveRecord& disk = openDisk();
-    EXPECT_EQ(DP_SetReadOnly(state(), disk), 1);
+    EXPECT_EQ(DP_SetReadOnly(view_, disk), 1);
     EXPECT_EQ(disk.readOnly, 1);
     EXPECT_EQ(readFile("ScriptReadOnly.txt"), "select disk 3\nattributes disk set readonly\n");
     EXPECT_NE(readFile("Enable RO Results DISK [Model 100%s] - [S1].txt"), "");
@@ -43,7 +43,7 @@ TEST_F(DiskPartChanges, SetReadOnlySetsTheAttributeAndRefreshesTheFlag) {
 TEST_F(DiskPartChanges, ClearReadOnlyClearsTheAttributeAndRefreshesTheFlag) {
     DriveRecord& disk = openDisk(kReadOnly);
     disk.readOnly = 1;
-    EXPECT_EQ(DP_ClearReadOnly(state(), disk), 0);
+    EXPECT_EQ(DP_ClearReadOnly(view_, disk), 0);
     EXPECT_EQ(disk.readOnly, 0);
     EXPECT_EQ(readFile("ScriptReadOnly.txt"), "select disk 3\nattributes disk clear readonly\n");
     EXPECT_NE(readFile("Disable RO Results DISK [Model 100%s] - [S1].txt"), "");
@@ -53,8 +53,8 @@ TEST_F(DiskPartChanges, AScriptThatCannotBeWrittenChangesNothing) {
     DriveRecord& disk = openDisk();
     disk.readOnly = 1;
     std::filesystem::create_directory("ScriptReadOnly.txt");
-    EXPECT_EQ(DP_SetReadOnly(state(), disk), 0);
-    EXPECT_EQ(DP_ClearReadOnly(state(), disk), 0);
+    EXPECT_EQ(DP_SetReadOnly(view_, disk), 0);
+    EXPECT_EQ(DP_ClearReadOnly(view_, disk), 0);
     EXPECT_EQ(disk.readOnly, 1);
     EXPECT_THAT(events(),
                 ElementsAre("ERROR: Could not create DISKPART [ScriptReadOnly.txt] script. ENABLING READ ONLY",
@@ -64,16 +64,16 @@ TEST_F(DiskPartChanges, AScriptThatCannotBeWrittenChangesNothing) {
 
 TEST_F(DiskPartChanges, WithoutDiskPartTheFlagIsReadOnly) {
     DriveRecord& disk = openDisk("", R"({"missing": true})");
-    EXPECT_EQ(DP_ClearReadOnly(state(), disk), 1);
+    EXPECT_EQ(DP_ClearReadOnly(view_, disk), 1);
 }
 
 TEST_F(DiskPartChanges, ADrivesTextsCannotLeadTheResultsElsewhere) {
     DriveRecord& disk = openDisk();
     disk.model.assign("..\\..\\a*b?\"c\"");
     disk.serialNumber.assign("../<x>|y:stream\x01");
-    EXPECT_EQ(DP_SetReadOnly(state(), disk), 1);
+    EXPECT_EQ(DP_SetReadOnly(view_, disk), 1);
     EXPECT_NE(readFile("Enable RO Results DISK [.._.._a_b__c_] - [..__x__y_stream_].txt"), "");
-    EXPECT_EQ(DP_ClearReadOnly(state(), disk), 0);
+    EXPECT_EQ(DP_ClearReadOnly(view_, disk), 0);
     EXPECT_NE(readFile("Disable RO Results DISK [.._.._a_b__c_] - [..__x__y_stream_].txt"), "");
     EXPECT_THAT(events(), IsEmpty());
 }
@@ -82,7 +82,7 @@ TEST_F(DiskPartChanges, TheLongestTextsOfADriveStillMakeAFileName) {
     DriveRecord& disk = openDisk();
     disk.model.assign(std::string(255, 'm'));
     disk.serialNumber.assign(std::string(127, 's'));
-    EXPECT_EQ(DP_SetReadOnly(state(), disk), 1);
+    EXPECT_EQ(DP_SetReadOnly(view_, disk), 1);
     EXPECT_NE(readFile("Enable RO Results DISK [" + std::string(80, 'm') + "] - [" + std::string(80, 's') + "].txt"),
               "");
     EXPECT_THAT(events(), IsEmpty());
@@ -90,26 +90,26 @@ TEST_F(DiskPartChanges, TheLongestTextsOfADriveStillMakeAFileName) {
 
 TEST_F(DiskPartChanges, AChangeIsTrueOnlyWhenDiskPartTellsSo) {
     DriveRecord& disk = openDisk();
-    EXPECT_TRUE(changeReadOnly(state(), disk, true));
+    EXPECT_TRUE(changeReadOnly(view_, disk, true));
     EXPECT_EQ(disk.readOnly, 1);
-    EXPECT_TRUE(changeReadOnly(state(), disk, false));
+    EXPECT_TRUE(changeReadOnly(view_, disk, false));
     EXPECT_EQ(disk.readOnly, 0);
 }
 
 TEST_F(DiskPartChanges, AReadOnlyFlagThatIsOnlyAssumedIsNoChange) {
     DriveRecord& disk = openDisk("", R"({"output": "There is no disk selected.\r\n"})");
-    EXPECT_FALSE(changeReadOnly(state(), disk, true));
+    EXPECT_FALSE(changeReadOnly(view_, disk, true));
     EXPECT_EQ(disk.readOnly, 1);
-    EXPECT_EQ(DP_SetReadOnly(state(), disk), 1) << "read-only, or not known";
-    EXPECT_FALSE(changeReadOnly(state(), disk, false));
+    EXPECT_EQ(DP_SetReadOnly(view_, disk), 1) << "read-only, or not known";
+    EXPECT_FALSE(changeReadOnly(view_, disk, false));
 }
 
 TEST_F(DiskPartChanges, AnImageFilesAttributeIsNeverChanged) {
     DriveRecord& disk = openDisk();
     disk.recordKind = kRecordKindImageFile;
     disk.driveNumber = 0;
-    EXPECT_FALSE(changeReadOnly(state(), disk, true));
-    EXPECT_FALSE(changeReadOnly(state(), disk, false));
+    EXPECT_FALSE(changeReadOnly(view_, disk, true));
+    EXPECT_FALSE(changeReadOnly(view_, disk, false));
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
 }
 
@@ -122,7 +122,7 @@ TEST_F(DiskPartChanges, CleanLetsRawWritesThrough) {
         return WriteFile(disk.handle, sector.data(), 512, &written, nullptr);
     };
     EXPECT_FALSE(writeSector());
-    EXPECT_EQ(DP_CleanDisk(state(), disk), 1);
+    EXPECT_EQ(DP_CleanDisk(disk), 1);
     EXPECT_TRUE(writeSector());
     EXPECT_EQ(readFile("DPCleanDiskScript.txt"), "select disk 3\nclean\n");
     EXPECT_THAT(readFile("DISKPART Clean Results.txt"), HasSubstr("succeeded"));
@@ -134,14 +134,14 @@ TEST_F(DiskPartChanges, CleanLetsRawWritesThrough) {
 TEST_F(DiskPartChanges, ACleanScriptThatCannotBeWrittenIsLogged) {
     DriveRecord& disk = openDisk();
     std::filesystem::create_directory("DPCleanDiskScript.txt");
-    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
+    EXPECT_EQ(DP_CleanDisk(disk), 0);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not create diskpart script file DPCleanDiskScript.txt"));
 }
 
 TEST_F(DiskPartChanges, CleanResultsThatCannotBeLoadedAreLogged) {
     DriveRecord& disk = openDisk();
     std::filesystem::create_directory("DISKPART Clean Results.txt");
-    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
+    EXPECT_EQ(DP_CleanDisk(disk), 0);
     const std::vector<std::string> rows = events();
     ASSERT_FALSE(rows.empty());
     EXPECT_EQ(rows.back(), "ERROR: Could nore LOAD [DISKPART Clean Results.txt] to TEST for CLEAR");
@@ -149,13 +149,13 @@ TEST_F(DiskPartChanges, CleanResultsThatCannotBeLoadedAreLogged) {
 
 TEST_F(DiskPartChanges, ACleanThatDoesNotSucceedIsLogged) {
     DriveRecord& disk = openDisk(kReadOnly);
-    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
+    EXPECT_EQ(DP_CleanDisk(disk), 0);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]"));
 }
 
 TEST_F(DiskPartChanges, ACleanWithoutDiskPartIsLogged) {
     DriveRecord& disk = openDisk("", R"({"missing": true})");
-    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
+    EXPECT_EQ(DP_CleanDisk(disk), 0);
     EXPECT_EQ(events().back(), "ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]");
 }
 
@@ -166,7 +166,7 @@ TEST_F(DiskPartChanges, TheResultsOfAnEarlierCleanAreNotTakenForThisOnes) {
     const UniqueFile reader(CreateFileA("DISKPART Clean Results.txt", GENERIC_READ, FILE_SHARE_READ, nullptr,
                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     ASSERT_TRUE(reader);
-    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
+    EXPECT_EQ(DP_CleanDisk(disk), 0);
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_EQ(events().back(), "ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]");
 }
@@ -178,7 +178,7 @@ TEST_F(DiskPartChanges, NobodyChangesTheScriptWhileDiskPartRuns) {
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     };
     int cleaned = 0;
-    std::thread cleaning([&] { cleaned = DP_CleanDisk(state(), disk); });
+    std::thread cleaning([&] { cleaned = DP_CleanDisk(disk); });
     EXPECT_TRUE(bench_.awaitLog("request=start"));
     EXPECT_FALSE(openForWriting());
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
@@ -192,7 +192,7 @@ TEST_F(DiskPartChanges, AnImageFileIsNeverCleaned) {
     DriveRecord& disk = openDisk();
     disk.recordKind = kRecordKindImageFile;
     disk.driveNumber = 0;
-    EXPECT_EQ(DP_CleanDisk(state(), disk), 0);
+    EXPECT_EQ(DP_CleanDisk(disk), 0);
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_THAT(events(), SizeIs(1));
 }

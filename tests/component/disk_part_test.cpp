@@ -1,11 +1,13 @@
 #include "admin/disk_part.h"
 
+#include "base/owned_handle.h"
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/patience_gone.h"
-#include "tests/component/recording_main_view.h"
-#include "tests/component/scripted_prompts.h"
+#include "tests/component/started_threads.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,11 +16,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-extern "C" {
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the linker's name
-extern decltype(&CreateThread) __imp_CreateThread;
-}
 
 namespace torvane {
 namespace {
@@ -39,26 +36,23 @@ constexpr const char* kMountResults = "DISKPART MountResults.txt";
 
 class DiskPart : public ::testing::Test {
   protected:
-    DiskPart() { reset(); }
+    DiskPart() { state().mountStatus = 0; }
     ~DiskPart() override {
         bench_.hurry();
-        if (state().worker) {
-            awaitWorker();
-        }
-        reset();
+        testing::StartedThreads::awaitAll();
+        EXPECT_TRUE(state().jobs.atWork().empty());
+        state().jobs.askToStop(); // a failed change leaves its flag up
+        state().mountStatus = 0;
     }
 
     static AppState& state() { return appState(); }
 
-    void reset() {
-        state().jobActive = 0;
-        state().driveJobAtWork = 0;
-        state().scan.driveLoaderWorking = 0;
-        state().readTests.jobRunsAtWork = 0;
-        state().readTests.lastJobRun = 0;
-        state().readTests.lastStopped = 0;
-        state().mountStatus = 0;
-        state().worker.reset();
+    static JobClaim begin(JobKind kind) { return state().jobs.begin(kind).value(); }
+
+    /// The change of mounting on this thread.
+    static DWORD run(DWORD (*change)(AppState&, JobClaim&)) {
+        JobClaim claim = begin(JobKind::kMounting);
+        return change(state(), claim);
     }
 
     /// A bench with two drives, the second read-only, and the given tools.
@@ -94,21 +88,18 @@ class DiskPart : public ::testing::Test {
     /// Waits until the change of mounting that was started runs diskpart, behind the question for the state; or has
     /// ended.
     void awaitSecondRun() {
-        while (diskpartRuns().size() < 2 && WaitForSingleObject(state().worker.get(), 10) == WAIT_TIMEOUT) {
+        while (diskpartRuns().size() < 2 && !testing::StartedThreads::lastHasEnded()) {
+            Sleep(10);
         }
     }
-    /// Waits for the thread whose handle the state keeps; its exit code.
-    static DWORD awaitWorker() {
-        DWORD exitCode = STILL_ACTIVE;
-        EXPECT_EQ(WaitForSingleObject(state().worker.get(), 120000), WAIT_OBJECT_0);
-        EXPECT_TRUE(GetExitCodeThread(state().worker.get(), &exitCode));
-        return exitCode;
-    }
+    /// Waits for the change of mounting that was started last; its exit code.
+    static DWORD awaitWorker() { return testing::StartedThreads::awaitLast(); }
 
     testing::TestBench bench_;
     testing::RecordingMainView view_;
     testing::ViewInstalled installed_{appState(), view_};
     testing::ScriptedPrompts user_;
+    testing::StartedThreads threads_;
     DriveRecord drive_;
 };
 
@@ -130,7 +121,7 @@ class ResultsHeldOpen {
 TEST_F(DiskPart, AWritableDiskIsNotReadOnly) {
     openBench();
     drive_.driveNumber = 0;
-    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 1);
+    EXPECT_EQ(DP_TestReadOnly(view_, drive_), 1);
     EXPECT_EQ(drive_.readOnly, 0);
     EXPECT_THAT(view_.calls(), ElementsAre("redraw drives"));
 }
@@ -138,14 +129,14 @@ TEST_F(DiskPart, AWritableDiskIsNotReadOnly) {
 TEST_F(DiskPart, AReadOnlyDiskIsReadOnly) {
     openBench();
     drive_.driveNumber = 1;
-    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 1);
+    EXPECT_EQ(DP_TestReadOnly(view_, drive_), 1);
     EXPECT_EQ(drive_.readOnly, 1);
 }
 
 TEST_F(DiskPart, TheReadOnlyTestLeavesItsScriptAndResults) {
     openBench();
     drive_.driveNumber = 1;
-    DP_TestReadOnly(state(), drive_);
+    DP_TestReadOnly(view_, drive_);
     EXPECT_EQ(readFile("ReadOnlyTest.txt"), "select disk 1\nattributes disk\n");
     EXPECT_THAT(readFile(kResults), HasSubstr("Read-only"));
     EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr(R"(command-line="diskpart /s ReadOnlyTest.txt")")));
@@ -153,7 +144,7 @@ TEST_F(DiskPart, TheReadOnlyTestLeavesItsScriptAndResults) {
 
 TEST_F(DiskPart, ResultsWithoutTheReadOnlyLineLeaveTheDiskReadOnly) {
     openBenchPrinting("There is no disk selected.\\r\\n");
-    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 1);
+    EXPECT_EQ(DP_TestReadOnly(view_, drive_), 1);
     EXPECT_EQ(drive_.readOnly, 1);
     EXPECT_THAT(events(), IsEmpty());
 }
@@ -161,7 +152,7 @@ TEST_F(DiskPart, ResultsWithoutTheReadOnlyLineLeaveTheDiskReadOnly) {
 TEST_F(DiskPart, AReadOnlyScriptThatCannotBeCreatedIsLogged) {
     openBench();
     blockFile("ReadOnlyTest.txt");
-    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 0);
+    EXPECT_EQ(DP_TestReadOnly(view_, drive_), 0);
     EXPECT_EQ(drive_.readOnly, 1);
     EXPECT_THAT(events(),
                 ElementsAre("ERROR: Could not create DISKPART [ReadOnlyTest.txt] script. Setting READONLY to OFF"));
@@ -171,7 +162,7 @@ TEST_F(DiskPart, AReadOnlyScriptThatCannotBeCreatedIsLogged) {
 
 TEST_F(DiskPart, AReadOnlyTestWithoutDiskPartIsLogged) {
     openBenchWithoutDiskPart();
-    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 0);
+    EXPECT_EQ(DP_TestReadOnly(view_, drive_), 0);
     EXPECT_EQ(drive_.readOnly, 1);
     EXPECT_THAT(events(), ElementsAre(HasSubstr("CreateProcess FAILED"),
                                       "ERROR: Could not BuildDataFile [DISKPART Results.txt]"));
@@ -180,7 +171,7 @@ TEST_F(DiskPart, AReadOnlyTestWithoutDiskPartIsLogged) {
 TEST_F(DiskPart, ReadOnlyResultsThatCannotBeLoadedAreLogged) {
     openBench();
     const ResultsHeldOpen held(kResults);
-    EXPECT_EQ(DP_TestReadOnly(state(), drive_), 0);
+    EXPECT_EQ(DP_TestReadOnly(view_, drive_), 0);
     EXPECT_EQ(drive_.readOnly, 1);
     EXPECT_THAT(events(), ElementsAre(HasSubstr("OPEN_WXISTING FAILED"),
                                       "ERROR: Could not Load File [DISKPART Results.txt] into buffer"));
@@ -256,7 +247,7 @@ TEST_F(DiskPart, DisablingRunsTheScriptAndReportsAtTheNextTick) {
     EXPECT_THAT(view_.timers(), ElementsAre(Pair(3001, 500)));
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().mountStatus, 1000);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_EQ(readFile("DisableMountScript.txt"), "automount disable\nautomount scrub\n");
     EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr("MountStatusScript.txt"),
                                             HasSubstr(R"(command-line="diskpart /s DisableMountScript.txt")")));
@@ -269,9 +260,9 @@ TEST_F(DiskPart, DisablingRunsTheScriptAndReportsAtTheNextTick) {
 
 TEST_F(DiskPart, TheDriveListIsRedrawnByTheStatusCheckAndByEitherWorker) {
     openBench();
-    EXPECT_EQ(disableMounting(state()), 1U);
+    EXPECT_EQ(run(DP_DisableMountingWorker), 1U);
     EXPECT_THAT(view_.calls(), ElementsAre("redraw drives"));
-    EXPECT_EQ(enableMounting(state()), 1U);
+    EXPECT_EQ(run(DP_EnableMountingWorker), 1U);
     EXPECT_THAT(view_.calls(), ElementsAre("redraw drives", "redraw drives"));
     onDisableMounting(state());
     awaitWorker();
@@ -321,10 +312,10 @@ TEST_F(DiskPart, AJobIsActiveWhileTheWorkerRuns) {
     openHeldBench();
     onDisableMounting(state());
     awaitSecondRun();
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_TRUE(state().jobs.active());
     bench_.hurry();
     awaitWorker();
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
 }
 
 TEST_F(DiskPart, AWorkerThatCannotBeStartedIsLoggedAndLeavesNothingInProgress) {
@@ -339,77 +330,105 @@ TEST_F(DiskPart, AWorkerThatCannotBeStartedIsLoggedAndLeavesNothingInProgress) {
         onDisableMounting(state());
     }
     EXPECT_EQ(state().mountStatus, 1001) << "what the check told";
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_THAT(view_.timers(), IsEmpty());
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not start the change of Drive Mounting"));
 }
 
 TEST_F(DiskPart, ACopyThatWasToldToStopIsNotSetGoingAgain) {
     openHeldBench(false);
-    state().driveJobAtWork = 1; // its last read is under way
+    const JobClaim copy = begin(JobKind::kClone);
+    state().jobs.askToStop(); // its last read is under way
     onEnableMounting(state());
     awaitSecondRun();
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     bench_.hurry();
     EXPECT_EQ(awaitWorker(), 1U);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
+    EXPECT_FALSE(copy.isRaised());
 }
 
 TEST_F(DiskPart, AScanStaysAJobThatRuns) {
     openBench();
-    state().scan.driveLoaderWorking = 1;
-    state().jobActive = 1;
-    EXPECT_EQ(enableMounting(state()), 1U);
-    EXPECT_EQ(state().jobActive, 1);
+    const JobClaim scan = begin(JobKind::kScan);
+    EXPECT_EQ(run(DP_EnableMountingWorker), 1U);
+    EXPECT_TRUE(scan.isRaised());
 }
 
-TEST_F(DiskPart, AScanThatHasBegunMeanwhileStaysAJobThatRuns) {
+TEST_F(DiskPart, AScanThatWasTerminatedDoesNotCountAsAJobThatRunsAgain) {
     openHeldBench();
+    const JobClaim scan = begin(JobKind::kScan);
+    state().jobs.askToStop();
     onDisableMounting(state());
     awaitSecondRun();
-    state().scan.driveLoaderWorking = 1;
-    bench_.hurry();
-    EXPECT_EQ(awaitWorker(), 1U);
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_FALSE(state().jobs.active());
 }
 
 TEST_F(DiskPart, ACopyThatRunsIsNotEnded) {
     openBench();
-    state().driveJobAtWork = 1;
-    state().jobActive = 1;
-    EXPECT_EQ(enableMounting(state()), 1U);
-    EXPECT_EQ(state().jobActive, 1);
+    JobClaim copy = begin(JobKind::kClone);
+    ASSERT_TRUE(copy.raise());
+    EXPECT_EQ(run(DP_EnableMountingWorker), 1U);
+    EXPECT_TRUE(copy.isRaised());
 }
 
 TEST_F(DiskPart, ACopyThatHasBegunMeanwhileIsNotEnded) {
     openHeldBench();
     onDisableMounting(state());
     awaitSecondRun();
-    state().driveJobAtWork = 1;
+    JobClaim copy = begin(JobKind::kImage);
+    ASSERT_TRUE(copy.raise());
     bench_.hurry();
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().mountStatus, 1000);
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_TRUE(copy.isRaised());
 }
 
 TEST_F(DiskPart, AReadTestThatHasBegunMeanwhileIsNotEnded) {
     openHeldBench();
     onDisableMounting(state());
     awaitSecondRun();
-    state().readTests.jobRunsAtWork = 1;
-    state().readTests.lastJobRun = 1;
+    const JobClaim test = begin(JobKind::kCriticalTest);
     bench_.hurry();
     EXPECT_EQ(awaitWorker(), 1U);
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_TRUE(test.isRaised());
 }
 
 TEST_F(DiskPart, AReadTestThatWasToldToStopDoesNotKeepTheFlagRaised) {
     openBench();
-    state().readTests.jobRunsAtWork = 1; // its last read is under way
-    state().readTests.lastJobRun = 1;
-    state().readTests.lastStopped = 1;
-    EXPECT_EQ(enableMounting(state()), 1U);
-    EXPECT_EQ(state().jobActive, 0);
+    const JobClaim test = begin(JobKind::kCriticalTest);
+    state().jobs.askToStop(); // its last read is under way
+    EXPECT_EQ(run(DP_EnableMountingWorker), 1U);
+    EXPECT_FALSE(state().jobs.active());
+}
+
+TEST_F(DiskPart, OfTwoChangesTheFirstToEndLeavesTheOthersFlag) {
+    openHeldBench();
+    onDisableMounting(state());
+    awaitSecondRun();
+    const JobClaim other = begin(JobKind::kMounting);
+    bench_.hurry();
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_TRUE(other.isRaised());
+    EXPECT_TRUE(state().jobs.active());
+}
+
+TEST_F(DiskPart, AFlagThatAFailedChangeLeftIsLoweredByTheNextThatSucceeds) {
+    openBench();
+    {
+        const ResultsHeldOpen held(kMountResults);
+        EXPECT_EQ(run(DP_DisableMountingWorker), 0U);
+    }
+    EXPECT_TRUE(state().jobs.active());
+    EXPECT_EQ(run(DP_DisableMountingWorker), 1U);
+    EXPECT_FALSE(state().jobs.active());
+}
+
+TEST_F(DiskPart, AChangeThatFailsBesideACopyLeavesNoFlag) {
+    openBenchWithoutDiskPart();
+    const JobClaim copy = begin(JobKind::kClone);
+    EXPECT_EQ(run(DP_DisableMountingWorker), 0U);
+    EXPECT_FALSE(state().jobs.active());
 }
 
 TEST_F(DiskPart, DisablingWhatIsDisabledAndAnsweringNoRunsNothing) {
@@ -417,7 +436,7 @@ TEST_F(DiskPart, DisablingWhatIsDisabledAndAnsweringNoRunsNothing) {
     user_.expectAsk("***** MOUNTING DISABLED -- REBOOT *****", kAlreadyDisabled, false);
     onDisableMounting(state());
     EXPECT_THAT(diskpartRuns(), SizeIs(1)); // the status check alone
-    EXPECT_FALSE(state().worker);
+    EXPECT_FALSE(testing::StartedThreads::any());
     EXPECT_THAT(view_.timers(), IsEmpty());
     EXPECT_EQ(state().mountStatus, 1000);
     EXPECT_FALSE(std::filesystem::exists("DisableMountScript.txt"));
@@ -435,7 +454,7 @@ TEST_F(DiskPart, DisablingWhatIsDisabledAndAnsweringYesRunsAnyway) {
 TEST_F(DiskPart, DisablingWithAnotherOutcomeSaysSo) {
     openBenchPrinting("DiskPart successfully scrubbed the mount point settings in the system.\\r\\n\\r\\nAutomatic "
                       "mounting of new volumes enabled.\\r\\n");
-    EXPECT_EQ(disableMounting(state()), 1U);
+    EXPECT_EQ(run(DP_DisableMountingWorker), 1U);
     EXPECT_EQ(state().mountStatus, 1001);
     user_.expectInform("****** NOT DISABLED ******", "Drive Mounting has NOT been DISABLED");
     onMountTimer(state(), 3001);
@@ -443,9 +462,9 @@ TEST_F(DiskPart, DisablingWithAnotherOutcomeSaysSo) {
 
 TEST_F(DiskPart, DisablingWithoutAScrubbedLineIsNotDisabled) {
     openBenchPrinting("Access is denied.\\r\\n");
-    EXPECT_EQ(disableMounting(state()), 1U);
+    EXPECT_EQ(run(DP_DisableMountingWorker), 1U);
     EXPECT_EQ(state().mountStatus, 1002);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     user_.expectInform("****** NOT DISABLED ******", "Drive Mounting has NOT been DISABLED");
     onMountTimer(state(), 3001);
 }
@@ -456,7 +475,7 @@ TEST_F(DiskPart, ADisableScriptThatCannotBeCreatedIsLoggedAndNeverReported) {
     onDisableMounting(state());
     EXPECT_EQ(awaitWorker(), 0U);
     EXPECT_EQ(state().mountStatus, 1003);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_THAT(
         events(),
         ElementsAre("ERROR: Could not create DISKPART [DisableMountScript.txt] script. Setting READONLY to OFF"));
@@ -469,9 +488,9 @@ TEST_F(DiskPart, ADisableScriptThatCannotBeCreatedIsLoggedAndNeverReported) {
 TEST_F(DiskPart, AFailedDisableRunIsLoggedAndLeavesTheStatusAndTheJobAsTheyAre) {
     openBenchWithoutDiskPart();
     state().mountStatus = kMountingChanging;
-    EXPECT_EQ(disableMounting(state()), 0U);
+    EXPECT_EQ(run(DP_DisableMountingWorker), 0U);
     EXPECT_EQ(state().mountStatus, 1003);
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_TRUE(state().jobs.active());
     EXPECT_THAT(events(), ElementsAre(HasSubstr("CreateProcess FAILED"),
                                       "ERROR: Could not BuildDataFile for [DISKPART MountResults.txt]"));
 }
@@ -480,9 +499,9 @@ TEST_F(DiskPart, DisableResultsThatCannotBeLoadedAreLoggedAndLeaveTheStatusAndTh
     openBench();
     const ResultsHeldOpen held(kMountResults);
     state().mountStatus = kMountingChanging;
-    EXPECT_EQ(disableMounting(state()), 0U);
+    EXPECT_EQ(run(DP_DisableMountingWorker), 0U);
     EXPECT_EQ(state().mountStatus, 1003);
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_TRUE(state().jobs.active());
     EXPECT_THAT(events(), ElementsAre(HasSubstr("OPEN_WXISTING FAILED"),
                                       "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer"));
 }
@@ -519,7 +538,7 @@ TEST_F(DiskPart, EnablingRunsTheScriptAndReports) {
     EXPECT_THAT(view_.timers(), ElementsAre(Pair(3000, 500)));
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_EQ(state().mountStatus, 1001);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_EQ(readFile("EnbleMountScript.txt"), "automount enable\nautomount scrub\n");
     EXPECT_THAT(diskpartRuns(), ElementsAre(HasSubstr("MountStatusScript.txt"),
                                             HasSubstr(R"(command-line="diskpart /s EnbleMountScript.txt")")));
@@ -554,7 +573,7 @@ TEST_F(DiskPart, EnablingWhatIsEnabledAndAnsweringNoRunsNothing) {
     user_.expectAsk("***** MOUNTING ENABLED -- REBOOT *****", kAlreadyEnabled, false);
     onEnableMounting(state());
     EXPECT_THAT(diskpartRuns(), SizeIs(1));
-    EXPECT_FALSE(state().worker);
+    EXPECT_FALSE(testing::StartedThreads::any());
     EXPECT_THAT(view_.timers(), IsEmpty());
 }
 
@@ -569,7 +588,7 @@ TEST_F(DiskPart, EnablingWhatIsEnabledAndAnsweringYesRunsAnyway) {
 TEST_F(DiskPart, AnEnableScriptThatCannotBeCreatedIsLogged) {
     openBench();
     blockFile("EnbleMountScript.txt");
-    EXPECT_EQ(enableMounting(state()), 0U);
+    EXPECT_EQ(run(DP_EnableMountingWorker), 0U);
     EXPECT_THAT(events(),
                 ElementsAre("ERROR: Could not create DISKPART [EnbleMountScript.txt] script. Setting READONLY to OFF"));
 }
@@ -577,9 +596,9 @@ TEST_F(DiskPart, AnEnableScriptThatCannotBeCreatedIsLogged) {
 TEST_F(DiskPart, AFailedEnableRunIsLoggedAndLeavesTheStatusAndTheJobAsTheyAre) {
     openBenchWithoutDiskPart();
     state().mountStatus = kMountingDisabled;
-    EXPECT_EQ(enableMounting(state()), 0U);
+    EXPECT_EQ(run(DP_EnableMountingWorker), 0U);
     EXPECT_EQ(state().mountStatus, 1000);
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_TRUE(state().jobs.active());
     EXPECT_THAT(view_.calls(), Not(Contains("redraw drives")));
     EXPECT_THAT(events(), ElementsAre(HasSubstr("CreateProcess FAILED"),
                                       "ERROR: Could not BuildDataFile for [DISKPART MountResults.txt]"));
@@ -592,18 +611,18 @@ TEST_F(DiskPart, EnableResultsThatCannotBeLoadedAreLoggedAndLeaveTheStatusAndThe
     openBench();
     const ResultsHeldOpen held(kMountResults);
     state().mountStatus = kMountingDisabled;
-    EXPECT_EQ(enableMounting(state()), 0U);
+    EXPECT_EQ(run(DP_EnableMountingWorker), 0U);
     EXPECT_EQ(state().mountStatus, 1000);
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_TRUE(state().jobs.active());
     EXPECT_THAT(events(), ElementsAre(HasSubstr("OPEN_WXISTING FAILED"),
                                       "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer"));
 }
 
 TEST_F(DiskPart, EnablingWithoutAScrubbedLineIsNotEnabled) {
     openBenchPrinting("Access is denied.\\r\\n");
-    EXPECT_EQ(enableMounting(state()), 1U);
+    EXPECT_EQ(run(DP_EnableMountingWorker), 1U);
     EXPECT_EQ(state().mountStatus, 1002);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     user_.expectInform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
     onMountTimer(state(), 3000);
 }

@@ -4,9 +4,10 @@
 #include "state/mount_status.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/patience_gone.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
-#include "tests/component/scripted_prompts.h"
+#include "tests/component/started_threads.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,7 +43,6 @@ constexpr const char* kEnabledAndScrubbedReport =
 
 /// When the second question for the status may be asked. Its first step is to create the script's file.
 struct SecondStatus {
-    const AppState* state = nullptr;
     DWORD thread = 0;
     std::function<bool()> ready;
 };
@@ -50,7 +50,7 @@ SecondStatus secondStatus;
 
 decltype(&std::fopen) realOpen;
 std::FILE* openWhenReady(const char* name, const char* mode) {
-    if (GetCurrentThreadId() == secondStatus.thread && secondStatus.state->worker) {
+    if (GetCurrentThreadId() == secondStatus.thread && StartedThreads::any()) {
         int patience = 24000;
         while (!secondStatus.ready() && patience-- > 0) {
             SleepEx(5, FALSE); // another function than the one that a test may replace
@@ -63,7 +63,7 @@ std::FILE* openWhenReady(const char* name, const char* mode) {
 
 class ExitFlowTest : public ::testing::Test {
   protected:
-    ~ExitFlowTest() override { awaitWorker(); }
+    ~ExitFlowTest() override { StartedThreads::awaitAll(); }
 
     // A diskpart whose answers are files of the current folder.
     static void provideDiskPart(const char* statusReport) {
@@ -76,7 +76,7 @@ class ExitFlowTest : public ::testing::Test {
 
     /// Runs the flow; this thread asks diskpart for the status behind the worker's start only when `ready` says so.
     bool confirmExitAskingAgainWhen(std::function<bool()> ready) {
-        secondStatus = {&state_, GetCurrentThreadId(), std::move(ready)};
+        secondStatus = {GetCurrentThreadId(), std::move(ready)};
         const ImportPatched patched(__imp_fopen, &openWhenReady);
         realOpen = patched.original();
         const bool leaving = confirmExit(state_);
@@ -84,14 +84,7 @@ class ExitFlowTest : public ::testing::Test {
         return leaving;
     }
     bool confirmExitAskingAgainBehindTheWorker() {
-        return confirmExitAskingAgainWhen(
-            [this] { return WaitForSingleObject(state_.worker.get(), 0) == WAIT_OBJECT_0; });
-    }
-
-    void awaitWorker() const {
-        if (state_.worker) {
-            EXPECT_EQ(WaitForSingleObject(state_.worker.get(), 120000), WAIT_OBJECT_0);
-        }
+        return confirmExitAskingAgainWhen([] { return StartedThreads::lastHasEnded(); });
     }
 
     [[nodiscard]] static bool diskPartRan() { return std::filesystem::exists("DISKPART MountResults.txt"); }
@@ -103,6 +96,7 @@ class ExitFlowTest : public ::testing::Test {
     ViewInstalled forTheLog_{appState(), view_};
     ViewInstalled forTheFlow_{state_, view_};
     ScriptedPrompts user_;
+    StartedThreads threads_;
     // NOLINTEND(misc-non-private-member-variables-in-classes)
 };
 
@@ -118,24 +112,24 @@ TEST_F(ExitFlowTest, YesLeavesWhenMountingIsEnabled) {
     user_.expectAsk(kExitCaption, kSureText, true);
     EXPECT_TRUE(confirmExit(state_));
     EXPECT_EQ(state_.mountStatus, kMountingEnabled);
-    EXPECT_FALSE(state_.worker);
+    EXPECT_FALSE(StartedThreads::any());
 }
 
 TEST_F(ExitFlowTest, NoWithAJobLeavesTheJobRunning) {
-    state_.jobActive = 1;
+    const std::optional<JobClaim> job = state_.jobs.begin(JobKind::kNistTest);
     user_.expectAsk(kExitCaption, kJobText, false);
     EXPECT_FALSE(confirmExit(state_));
-    EXPECT_EQ(state_.jobActive, 1);
+    EXPECT_TRUE(job->isRaised());
     EXPECT_FALSE(diskPartRan());
 }
 
 TEST_F(ExitFlowTest, YesWithAJobStopsItBeforeTheMountingQuestion) {
     provideDiskPart(kDisabledReport);
-    state_.jobActive = 1;
-    user_.expectAsk(kExitCaption, kJobText, true, [this] { EXPECT_EQ(state_.jobActive, 1); });
-    user_.expectAsk(kMountingCaption, kMountingText, false, [this] { EXPECT_EQ(state_.jobActive, 0); });
+    const std::optional<JobClaim> job = state_.jobs.begin(JobKind::kNistTest);
+    user_.expectAsk(kExitCaption, kJobText, true, [&] { EXPECT_TRUE(job->isRaised()); });
+    user_.expectAsk(kMountingCaption, kMountingText, false, [&] { EXPECT_TRUE(job->stopAsked()); });
     EXPECT_TRUE(confirmExit(state_));
-    EXPECT_EQ(state_.jobActive, 0);
+    EXPECT_FALSE(state_.jobs.active());
 }
 
 TEST_F(ExitFlowTest, DecliningTheOfferStartsNothing) {
@@ -143,7 +137,7 @@ TEST_F(ExitFlowTest, DecliningTheOfferStartsNothing) {
     user_.expectAsk(kExitCaption, kSureText, true);
     user_.expectAsk(kMountingCaption, kMountingText, false);
     EXPECT_TRUE(confirmExit(state_));
-    EXPECT_FALSE(state_.worker);
+    EXPECT_FALSE(StartedThreads::any());
     EXPECT_FALSE(std::filesystem::exists("EnbleMountScript.txt"));
 }
 
@@ -155,7 +149,6 @@ TEST_F(ExitFlowTest, AcceptedOfferThatWorksIsSilent) {
                     [] { writeFile("MountStatusScript.txt.output", kEnabledReport); });
     EXPECT_TRUE(confirmExitAskingAgainBehindTheWorker());
     EXPECT_EQ(state_.mountStatus, kMountingEnabled);
-    EXPECT_TRUE(state_.worker) << "the thread's handle is kept";
     EXPECT_EQ(readFile("EnbleMountScript.txt"), "automount enable\nautomount scrub\n");
 }
 
@@ -192,27 +185,6 @@ TEST_F(ExitFlowTest, FailedStatusAsksNothingMore) {
     user_.expectAsk(kExitCaption, kSureText, true);
     EXPECT_TRUE(confirmExit(state_));
     EXPECT_EQ(view_.messages("ERROR").size(), 1U);
-}
-
-TEST(TerminateTaskTest, IsSilentWithoutAJob) {
-    AppState state;
-    const ScriptedPrompts user;
-    terminateCurrentTask(state);
-    EXPECT_TRUE(user.shown().empty());
-}
-
-TEST(TerminateTaskTest, StopsTheJobOnlyOnYes) {
-    AppState state;
-    state.jobActive = 1;
-    ScriptedPrompts user;
-    for (const bool answer : {false, true}) {
-        user.expectAsk("***** STATUS TERMINATE JOB STATUS *****",
-                       "You are about to TERMINATE the current job. Is that your intent?", answer);
-    }
-    terminateCurrentTask(state);
-    EXPECT_EQ(state.jobActive, 1);
-    terminateCurrentTask(state);
-    EXPECT_EQ(state.jobActive, 0);
 }
 
 } // namespace

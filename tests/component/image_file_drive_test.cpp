@@ -1,8 +1,8 @@
 #include "discovery/image_file_drive.h"
 
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
+#include "tests/support/recording_main_view.h"
 #include "ui/owned.h"
 
 #include <gmock/gmock.h>

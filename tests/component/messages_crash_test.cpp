@@ -1,9 +1,9 @@
 #include "settings/message_file.h"
 #include "settings/messages.h"
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/saving_program/message_tables.h"
 #include "tests/component/scratch_folder.h"
+#include "tests/support/recording_main_view.h"
 #include "ui/owned.h"
 
 #include <windows.h>
@@ -66,8 +66,8 @@ class MessagesCrash : public ::testing::Test {
 
     /// What the next start of the program finds, and whether it can save again.
     static void expectUsable() {
-        EXPECT_EQ(LoadMessages(appState()), 1);
-        EXPECT_EQ(saveMessages(appState(), tableOf(kNewTable)), 1);
+        EXPECT_EQ(LoadMessages(appState().messages), 1);
+        EXPECT_EQ(saveMessages(appState().messages, tableOf(kNewTable)), 1);
         EXPECT_EQ(tableInFile(), kNewTable);
         EXPECT_EQ(GetFileAttributesA("Message.db.new"), INVALID_FILE_ATTRIBUTES);
     }

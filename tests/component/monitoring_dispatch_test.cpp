@@ -4,8 +4,8 @@
 #include "health/panel_model.h"
 #include "monitoring/smart_report.h"
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ class MonitoringDispatch : public ::testing::Test {
     DriveRecordPtr probeOnly(const std::string& json) {
         bench_.addDrive(json);
         bench_.open();
-        return ProbePhysicalDrive(appState(), 0);
+        return ProbePhysicalDrive(0);
     }
 
     testing::TestBench bench_;

@@ -7,8 +7,8 @@
 #include "records/drive_record.h"
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
 
 #include <windows.h>
 

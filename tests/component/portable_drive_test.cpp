@@ -1,11 +1,13 @@
 #include "settings/portable_drive.h"
 
+#include "base/owned_handle.h"
 #include "settings/portable_files.h"
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
-#include "tests/component/scripted_prompts.h"
+#include "tests/component/started_threads.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -249,48 +251,35 @@ TEST_F(PortableDrive, PercentSignsInAFoldersNameAreText) {
 }
 
 TEST_F(PortableDrive, TheWorkerCopiesIntoTheFolderThatWasChosen) {
+    const testing::StartedThreads threads;
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
-    fs::create_directory("another");
-    appState().chosen.destinationFolder.assign(at("stick"));
-    ASSERT_TRUE(startPortableCopy(appState()));
-    appState().chosen.destinationFolder.assign(at("another"));
-    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
-    DWORD exitCode = 99;
-    GetExitCodeThread(appState().worker.get(), &exitCode);
-    EXPECT_EQ(exitCode, 1U);
+    ASSERT_TRUE(startPortableCopy(at("stick")));
+    EXPECT_EQ(testing::StartedThreads::awaitLast(), 1U);
     EXPECT_EQ(copied().size(), 34U);
-    EXPECT_TRUE(fs::is_empty("another"));
-    EXPECT_EQ(appState().jobActive, 0) << "the copy is no job that others wait for";
+    EXPECT_TRUE(appState().jobs.atWork().empty()) << "the copy is no job that others wait for";
 }
 
 TEST_F(PortableDrive, TheWorkerEndsWithZeroOnAFailure) {
-    appState().chosen.destinationFolder.assign(at("nowhere"));
-    ASSERT_TRUE(startPortableCopy(appState()));
-    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
-    DWORD exitCode = 99;
-    GetExitCodeThread(appState().worker.get(), &exitCode);
-    EXPECT_EQ(exitCode, 0U);
+    const testing::StartedThreads threads;
+    ASSERT_TRUE(startPortableCopy(at("nowhere")));
+    EXPECT_EQ(testing::StartedThreads::awaitLast(), 0U);
 }
 
 TEST_F(PortableDrive, TwoCopiesMayRunAtOnce) {
+    const testing::StartedThreads threads;
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     fs::create_directory("another");
-    appState().chosen.destinationFolder.assign(at("stick"));
-    ASSERT_TRUE(startPortableCopy(appState()));
-    const UniqueHandle first = std::move(appState().worker);
-    appState().chosen.destinationFolder.assign(at("another"));
-    ASSERT_TRUE(startPortableCopy(appState()));
-    ASSERT_EQ(WaitForSingleObject(first.get(), 120000), WAIT_OBJECT_0);
-    ASSERT_EQ(WaitForSingleObject(appState().worker.get(), 120000), WAIT_OBJECT_0);
+    ASSERT_TRUE(startPortableCopy(at("stick")));
+    ASSERT_TRUE(startPortableCopy(at("another")));
+    testing::StartedThreads::awaitAll();
     EXPECT_EQ(readFile("stick\\license.txt"), readFile("another\\license.txt"));
     EXPECT_EQ(copied().size(), 34U);
 }
 
 TEST_F(PortableDrive, AThreadThatCannotBeStartedIsLogged) {
     const ImportPatched patched(__imp_CreateThread, &startNoThread);
-    appState().chosen.destinationFolder.assign(at("stick"));
-    EXPECT_FALSE(startPortableCopy(appState()));
+    EXPECT_FALSE(startPortableCopy(at("stick")));
     expectOnly("ERROR", "Could not start the copy of the portable drive's files");
 }
 

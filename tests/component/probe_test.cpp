@@ -2,8 +2,8 @@
 
 #include "records/smart_type.h"
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
 #include "ui/owned.h"
 
 #include <gmock/gmock.h>
@@ -37,7 +37,7 @@ class Probe : public ::testing::Test {
             bench_.open();
             opened_ = true;
         }
-        return ProbePhysicalDrive(appState(), driveNumber);
+        return ProbePhysicalDrive(driveNumber);
     }
 
     std::vector<std::string> requests(const std::string& fields) {
@@ -166,7 +166,7 @@ TEST_F(Probe, WhenIdentifyFailsTheModelIsEmptyAndTheDescriptorsTextsStay) {
                            "identity": {"product": "P", "revision": "R1", "serial": "S1"}, "bus": ")" +
             std::string(bus) + "\"}");
         bench.open();
-        const DriveRecordPtr record = ProbePhysicalDrive(appState(), 0);
+        const DriveRecordPtr record = ProbePhysicalDrive(0);
         ASSERT_TRUE(record) << bus;
         EXPECT_EQ(record->model.view(), "") << bus;
         EXPECT_EQ(record->serialNumber.view(), "S1") << bus;
@@ -217,9 +217,9 @@ TEST_F(Probe, EveryFieldHasItsStartingValue) {
     EXPECT_EQ(record->securityEnabled, 0);
     EXPECT_EQ(record->readOnly, 0);
     EXPECT_EQ(record->bitLockerEntryCount, 0);
-    EXPECT_EQ(record->shortTestResult, 1000);
-    EXPECT_EQ(record->criticalTestResult, 1000);
-    EXPECT_EQ(record->nistTestResult, 1000);
+    EXPECT_EQ(record->shortTestResult, ReadTestResult::kNotPerformed);
+    EXPECT_EQ(record->criticalTestResult, ReadTestResult::kNotPerformed);
+    EXPECT_EQ(record->nistTestResult, ReadTestResult::kNotPerformed);
     EXPECT_EQ(record->disk[Counter::kPowerOnHours], -1);
     EXPECT_EQ(record->disk[Counter::kReallocatedSectors], -1);
     EXPECT_EQ(record->disk[Counter::kReportedUncorrectable], -1);

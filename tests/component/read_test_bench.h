@@ -1,12 +1,13 @@
 #pragma once
 
-#include "base/shared_word.h"
+#include "base/shared_number.h"
 #include "discovery/physical_drive_probe.h"
 #include "state/app_state.h"
 #include "surface/read_test_workers.h"
-#include "tests/component/recording_main_view.h"
-#include "tests/component/scripted_prompts.h"
+#include "tests/component/started_threads.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -79,14 +80,13 @@ struct LoggedRead {
 class ReadTestBench : public ::testing::Test {
   protected:
     ReadTestBench() {
-        state().jobActive = 0;
-        state().shortTestsAtWork = 0;
         state().activeDrive = nullptr;
         state().activeDriveChosen = 0;
     }
     ~ReadTestBench() override {
-        awaitAll();
-        state().jobActive = 0;
+        StartedThreads::awaitAll();
+        EXPECT_TRUE(state().jobs.atWork().empty());
+        EXPECT_FALSE(state().jobs.active());
     }
 
     static AppState& state() { return appState(); }
@@ -97,7 +97,7 @@ class ReadTestBench : public ::testing::Test {
                             "backing": {"pattern": ")" +
                         pattern + R"("}, "size": ")" + size + "\"" + more + "}");
         bench_.open();
-        record_ = ProbePhysicalDrive(state(), 1);
+        record_ = ProbePhysicalDrive(1);
         if (!record_) {
             throw std::runtime_error("the bench has no such drive"); // ends the test
         }
@@ -107,10 +107,7 @@ class ReadTestBench : public ::testing::Test {
     /// Starts the test; its thread's handle is the caller's too.
     UniqueHandle start(ReadTestKind kind) {
         EXPECT_TRUE(startReadTest(state(), kind, *record_, display_));
-        HANDLE copy = nullptr;
-        DuplicateHandle(GetCurrentProcess(), state().worker.get(), GetCurrentProcess(), &copy, 0, FALSE,
-                        DUPLICATE_SAME_ACCESS);
-        return UniqueHandle(copy);
+        return StartedThreads::last();
     }
     static DWORD awaitEnd(const UniqueHandle& thread) {
         EXPECT_EQ(WaitForSingleObject(thread.get(), kPatienceMilliseconds), WAIT_OBJECT_0);
@@ -120,14 +117,6 @@ class ReadTestBench : public ::testing::Test {
     }
     /// Runs the test to its end.
     DWORD run(ReadTestKind kind) { return awaitEnd(start(kind)); }
-
-    /// No test has its thread at work any more.
-    static void awaitAll() {
-        for (int i = 0; i < 12000 && state().readTests.workersAtWork != 0; ++i) {
-            Sleep(10);
-        }
-        EXPECT_EQ(state().readTests.workersAtWork, 0);
-    }
 
     /// Every read of drive 1, in order, failed ones included.
     [[nodiscard]] std::vector<LoggedRead> reads() const {
@@ -157,6 +146,7 @@ class ReadTestBench : public ::testing::Test {
     RecordingMainView view_;
     ViewInstalled installed_{appState(), view_};
     ScriptedPrompts user_;
+    StartedThreads threads_;
     std::shared_ptr<RecordingReadTestDisplay> display_ = std::make_shared<RecordingReadTestDisplay>();
     DriveRecordPtr record_; // closed before the bench
 

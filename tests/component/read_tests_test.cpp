@@ -3,11 +3,7 @@
 #include "tests/component/read_test_bench.h"
 #include "tests/unit/surface_scripted_system.h"
 
-// The import slot of the function that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" {
-extern decltype(&CreateThread) __imp_CreateThread;
-}
-// NOLINTEND(bugprone-reserved-identifier)
+#include <optional>
 
 namespace torvane {
 namespace {
@@ -44,13 +40,13 @@ TEST_F(ReadTests, ShortReadsAHundredProbes) {
     DriveRecord& drive = openDrive("50 GiB");
     EXPECT_EQ(run(kShortReadTest), 1U);
     EXPECT_EQ(reads(), evenProbes(104857600, 512));
-    EXPECT_EQ(drive.shortTestResult, 1002);
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kPassed);
     EXPECT_EQ(display_->lastStatus(), "Short Read Test -- PASSED");
     EXPECT_EQ(driveStatus(), "COMPLETED Short Read Test PASSED");
     EXPECT_THAT(view_.wideProgress(), SizeIs(100));
     EXPECT_EQ(view_.wideProgress().back(), 99);
     EXPECT_THAT(events(), IsEmpty());
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
 }
 
 TEST_F(ReadTests, ShortOfLargeSectorsReadsWholeSectors) {
@@ -66,7 +62,7 @@ TEST_F(ReadTests, ShortReadsTheSectorsThatTheDriveLogged) {
     run(kShortReadTest);
     EXPECT_THAT(reads(), ElementsAre(LoggedRead{90000000ULL * 512, 65536}, LoggedRead{12 * 512, 65536},
                                      LoggedRead{104857472ULL * 512, 65536}));
-    EXPECT_EQ(drive.shortTestResult, 1002);
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kPassed);
     EXPECT_EQ(drive.readTimes.readDurationCount, 0);
     EXPECT_THAT(view_.wideProgress(), IsEmpty());
 }
@@ -75,7 +71,7 @@ TEST_F(ReadTests, ShortStopsAtABadSector) {
     DriveRecord& drive = openDrive("50 GiB", faults(R"({"reads": [{"firstSector": 3145800}]})"));
     EXPECT_EQ(run(kShortReadTest), 1U);
     EXPECT_THAT(reads(), SizeIs(4));
-    EXPECT_EQ(drive.shortTestResult, 1001);
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kFailed);
     EXPECT_THAT(display_->statuses(), ElementsAre("Short Read Test STARTED", "Short Test: Read FAILED at Sector [0]",
                                                   "Short Read Test -- FAILED Found Read Errors"));
     EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [3145728] for <65536> bytes"));
@@ -86,14 +82,14 @@ TEST_F(ReadTests, ShortTakesAShortReadForAFailure) {
     DriveRecord& drive = openDrive("50 GiB", faults(R"({"shortReads": [{"firstSector": 0, "bytes": 65024}]})"));
     run(kShortReadTest);
     EXPECT_THAT(reads(), SizeIs(1));
-    EXPECT_EQ(drive.shortTestResult, 1001);
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kFailed);
 }
 
 TEST_F(ReadTests, ShortFailsSilentlyWhereTheDriveCannotBePositioned) {
     DriveRecord& drive = openDrive("50 GiB", faults(R"({"seeks": [{"firstSector": 1048576}]})"));
     run(kShortReadTest);
     EXPECT_THAT(reads(), SizeIs(1));
-    EXPECT_EQ(drive.shortTestResult, 1001);
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kFailed);
     EXPECT_THAT(events(), IsEmpty());
 }
 
@@ -120,9 +116,9 @@ TEST_F(ReadTests, CriticalReadsBothEndsBlockByBlock) {
         expected.push_back({29 * kGibibyte + k * kBlock, kBlock});
     }
     EXPECT_EQ(reads(), expected);
-    EXPECT_EQ(drive.criticalTestResult, 1002);
+    EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kPassed);
     EXPECT_EQ(display_->lastStatus(), "PASSED Critical Read Test");
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_EQ(driveStatus(), "COMPLETED Critical Read Test PASSED");
 }
 
@@ -132,9 +128,9 @@ TEST_F(ReadTests, CriticalOfFourGibibytesFailsPastTheEnd) {
     ASSERT_THAT(reads(), SizeIs(129));
     EXPECT_EQ(reads().back(), (LoggedRead{4 * kGibibyte, kBlock}));
     EXPECT_THAT(bench_.log("target=drive:1 request=read").back(), HasSubstr("result=ERROR_SECTOR_NOT_FOUND"));
-    EXPECT_EQ(drive.criticalTestResult, 1001);
+    EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(display_->lastStatus(), "Phase 1 Critical Read Test FAILED");
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_THAT(events(), IsEmpty());
 }
 
@@ -142,7 +138,7 @@ TEST_F(ReadTests, CriticalFailsInItsSecondPhase) {
     DriveRecord& drive = openDrive("30 GiB", faults(R"({"shortReads": [{"firstSector": 62914559, "bytes": 512}]})"));
     run(kCriticalReadTest);
     EXPECT_THAT(reads(), SizeIs(192)) << "the last sector is in the last block";
-    EXPECT_EQ(drive.criticalTestResult, 1001);
+    EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(display_->lastStatus(), "Phase 2 Critical Read Test FAILED");
     EXPECT_EQ(driveStatus(), "BAD Critical Read Test FAILED at sector 62849024");
 }
@@ -152,7 +148,7 @@ TEST_F(ReadTests, CriticalPassesAPhaseWhoseStartCannotBeReached) {
     run(kCriticalReadTest);
     ASSERT_THAT(reads(), SizeIs(32));
     EXPECT_EQ(reads().front(), (LoggedRead{29 * kGibibyte, kBlock}));
-    EXPECT_EQ(drive.criticalTestResult, 1002);
+    EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kPassed);
 }
 
 /// A read of the test's drive that does not end before the bench is told to hurry; the order to stop comes meanwhile.
@@ -178,15 +174,16 @@ class StoppedReadTests : public testing::ReadTestBench {
 TEST_F(StoppedReadTests, CriticalEndsAfterTheBlockInFlight) {
     DriveRecord& drive = openHeldInSixthBlock();
     const UniqueHandle thread = start(kCriticalReadTest);
-    EXPECT_EQ(state().jobActive, 1);
-    EXPECT_TRUE(readTestHoldsJobFlag(state().readTests));
+    EXPECT_TRUE(state().jobs.active());
+    EXPECT_EQ(state().jobs.atWork(), JobKinds{JobKind::kCriticalTest});
     awaitHeldRead();
-    stopReadTests(state());
-    EXPECT_FALSE(readTestHoldsJobFlag(state().readTests));
+    state().jobs.askToStop();
+    EXPECT_FALSE(state().jobs.active());
+    EXPECT_EQ(state().jobs.atWork(), JobKinds{JobKind::kCriticalTest});
     EXPECT_EQ(hurryAndAwaitEnd(thread), 1U);
-    EXPECT_EQ(state().readTests.jobRunsAtWork, 0);
+    EXPECT_TRUE(state().jobs.atWork().empty());
     EXPECT_THAT(reads(), SizeIs(6));
-    EXPECT_EQ(drive.criticalTestResult, 1003);
+    EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kTerminated);
     EXPECT_EQ(display_->lastStatus(), "Phase 1 Critical Read Test User Terminated");
     EXPECT_EQ(driveStatus(), "BAD Critical Read Test TERMINATED");
 }
@@ -195,25 +192,25 @@ TEST_F(StoppedReadTests, ALoadOfDrivesWaitsForTheReadInFlight) {
     DriveRecord& drive = openHeldInSixthBlock();
     const UniqueHandle thread = start(kCriticalReadTest);
     awaitHeldRead();
-    stopReadTests(state());
+    state().jobs.askToStop();
     // The records must stay: the run still uses one.
     LoadDrives(state());
-    EXPECT_EQ(state().scan.driveLoaderWorking, 0);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(state().jobs.atWork(), JobKinds{JobKind::kCriticalTest});
+    EXPECT_FALSE(state().jobs.active());
     hurryAndAwaitEnd(thread);
-    EXPECT_EQ(drive.criticalTestResult, 1003);
+    EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kTerminated);
 }
 
 TEST_F(StoppedReadTests, AnotherJobsFlagDoesNotReviveARunAndIsNotCleared) {
     DriveRecord& drive = openHeldInSixthBlock();
     const UniqueHandle thread = start(kCriticalReadTest);
     awaitHeldRead();
-    stopReadTests(state());
-    state().jobActive = 1; // another job begins
+    state().jobs.askToStop();
+    const std::optional<JobClaim> next = state().jobs.begin(JobKind::kNistTest);
     hurryAndAwaitEnd(thread);
     EXPECT_THAT(reads(), SizeIs(6));
-    EXPECT_EQ(drive.criticalTestResult, 1003);
-    EXPECT_EQ(state().jobActive, 1);
+    EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kTerminated);
+    EXPECT_TRUE(next->isRaised());
 }
 
 TEST_F(StoppedReadTests, TheDialogMayGoFirst) {
@@ -221,7 +218,7 @@ TEST_F(StoppedReadTests, TheDialogMayGoFirst) {
     const std::weak_ptr<ReadTestDisplay> display = display_;
     const UniqueHandle thread = start(kCriticalReadTest);
     awaitHeldRead();
-    stopReadTests(state());
+    state().jobs.askToStop();
     display_.reset();
     EXPECT_FALSE(display.expired()) << "the run still shows its progress there";
     hurryAndAwaitEnd(thread);
@@ -232,25 +229,38 @@ TEST_F(StoppedReadTests, StartedTwiceBothRun) {
     DriveRecord& drive = openHeld("30 GiB", 0);
     const UniqueHandle first = start(kShortReadTest);
     const UniqueHandle second = start(kShortReadTest);
-    EXPECT_EQ(state().shortTestsAtWork, 2);
+    EXPECT_EQ(state().jobs.atWork(), JobKinds{JobKind::kShortTest});
     EXPECT_EQ(hurryAndAwaitEnd(first), 1U);
     EXPECT_EQ(awaitEnd(second), 1U);
-    EXPECT_EQ(state().shortTestsAtWork, 0);
+    EXPECT_TRUE(state().jobs.atWork().empty());
     EXPECT_THAT(reads(), SizeIs(200));
-    EXPECT_EQ(drive.shortTestResult, 1002);
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kPassed);
+}
+
+TEST_F(StoppedReadTests, OfTwoCriticalTestsTheFirstToEndEndsTheOther) {
+    DriveRecord& drive = openHeldInSixthBlock();
+    const UniqueHandle thread = start(kCriticalReadTest);
+    awaitHeldRead();
+    {
+        std::optional<JobClaim> other = state().jobs.begin(JobKind::kCriticalTest);
+        other->lower();
+    }
+    EXPECT_FALSE(state().jobs.active());
+    hurryAndAwaitEnd(thread);
+    EXPECT_THAT(reads(), SizeIs(6));
+    EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kTerminated);
 }
 
 TEST_F(StoppedReadTests, ShortPaysNoHeed) {
     DriveRecord& drive = openHeld("30 GiB", 0);
     const UniqueHandle thread = start(kShortReadTest);
-    EXPECT_EQ(state().jobActive, 0);
-    EXPECT_FALSE(readTestHoldsJobFlag(state().readTests)) << "the job-running flag is none of its business";
+    EXPECT_FALSE(state().jobs.active());
     awaitHeldRead();
-    stopReadTests(state());
-    EXPECT_EQ(drive.shortTestResult, 1002) << "a test that runs reads as passed";
+    state().jobs.askToStop();
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kPassed) << "a test that runs reads as passed";
     hurryAndAwaitEnd(thread);
     EXPECT_THAT(reads(), SizeIs(100));
-    EXPECT_EQ(drive.shortTestResult, 1002);
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kPassed);
 }
 
 TEST_F(StoppedReadTests, ALoadOfDrivesSaysThatTheShortTestRuns) {
@@ -258,24 +268,24 @@ TEST_F(StoppedReadTests, ALoadOfDrivesSaysThatTheShortTestRuns) {
     const UniqueHandle thread = start(kShortReadTest);
     user_.expectStop("***** Load Drives *****", "Short Test is Running");
     LoadDrives(state());
+    EXPECT_EQ(state().jobs.atWork(), JobKinds{JobKind::kShortTest});
     hurryAndAwaitEnd(thread);
-    EXPECT_EQ(state().scan.driveLoaderWorking, 0);
 }
 
 TEST_F(StoppedReadTests, ACopyThatIsStillEndingIsNotMadeToGoOn) {
     DriveRecord& drive = openDrive("30 GiB");
-    state().driveJobAtWork = 1; // told to stop, its last read is in flight
+    const std::optional<JobClaim> copy = state().jobs.begin(JobKind::kClone);
+    state().jobs.askToStop(); // its last read is in flight
     for (const ReadTestKind kind : {kCriticalReadTest, kNistReadTest}) {
         EXPECT_FALSE(startReadTest(state(), kind, drive, display_));
-        EXPECT_EQ(state().jobActive, 0);
-        EXPECT_EQ(state().readTests.workersAtWork, 0);
+        EXPECT_FALSE(state().jobs.active());
+        EXPECT_EQ(state().jobs.atWork(), JobKinds{JobKind::kClone});
         EXPECT_EQ(display_->lastStatus(), "Status: The last job on a drive has not ended yet");
     }
     EXPECT_THAT(events(), SizeIs(2));
     // The Short test has nothing to do with the flag.
     run(kShortReadTest);
-    EXPECT_EQ(drive.shortTestResult, 1002);
-    state().driveJobAtWork = 0;
+    EXPECT_EQ(drive.shortTestResult, ReadTestResult::kPassed);
 }
 
 TEST_F(StoppedReadTests, WithoutRoomForAThreadNothingStaysRaised) {
@@ -287,13 +297,12 @@ TEST_F(StoppedReadTests, WithoutRoomForAThreadNothingStaysRaised) {
         });
     for (const ReadTestKind kind : {kShortReadTest, kCriticalReadTest, kNistReadTest}) {
         EXPECT_FALSE(startReadTest(state(), kind, *record_, display_));
-        EXPECT_EQ(state().jobActive, 0);
-        EXPECT_EQ(state().shortTestsAtWork, 0);
-        EXPECT_EQ(state().readTests.workersAtWork, 0);
+        EXPECT_FALSE(state().jobs.active());
+        EXPECT_TRUE(state().jobs.atWork().empty());
     }
     EXPECT_THAT(events(), Each("ERROR: Could not start the read test"));
     EXPECT_THAT(events(), SizeIs(3));
-    EXPECT_EQ(record_->nistTestResult, 1000);
+    EXPECT_EQ(record_->nistTestResult, ReadTestResult::kNotPerformed);
 }
 
 // --- NIST ---
@@ -319,9 +328,9 @@ TEST_F(ReadTests, NistReadsTwoRunsOfEachSegmentAndTheSameAgain) {
     EXPECT_EQ(run(kNistReadTest), 1U);
     const std::vector<LoggedRead> first = reads();
     EXPECT_EQ(first, nistReads(41943040, 512));
-    EXPECT_EQ(drive.nistTestResult, 1002);
+    EXPECT_EQ(drive.nistTestResult, ReadTestResult::kPassed);
     EXPECT_EQ(display_->lastStatus(), "NIST Read Test -- PASSED");
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_EQ(driveStatus(), "COMPLETED NIST Read Test PASSED");
     EXPECT_THAT(events(), IsEmpty());
 
@@ -336,7 +345,7 @@ TEST_F(ReadTests, NistOfAKnownDriveVisitsTheseSectors) {
     DriveRecord& drive = openDrive("500 GiB", faults(R"({"reads": [{"firstSector": 10475280, "sectors": 1047528}]})"));
     for (int i = 0; i < 2; ++i) {
         run(kNistReadTest);
-        EXPECT_EQ(drive.nistTestResult, 1001);
+        EXPECT_EQ(drive.nistTestResult, ReadTestResult::kFailed);
         EXPECT_EQ(display_->lastStatus(), "NIST Read Test -- FAILED Found Read Errors");
         const auto statuses = display_->statuses();
         EXPECT_EQ(statuses[statuses.size() - 2], "NIST Read FAILED at Sector [10475280]");
@@ -383,7 +392,7 @@ TEST_F(ReadTests, NistOfLargeSectorsReadsARestLongerThanABlockInOne) {
     const auto all = reads();
     ASSERT_THAT(all, SizeIs(3));
     EXPECT_THAT(all, Each(::testing::Field(&LoggedRead::length, 13094U * 4096)));
-    EXPECT_EQ(drive.nistTestResult, 1001);
+    EXPECT_EQ(drive.nistTestResult, ReadTestResult::kFailed);
     EXPECT_THAT(events().back(), HasSubstr("for <53633024> bytes"));
 }
 
@@ -391,7 +400,7 @@ TEST_F(ReadTests, NistOfADriveTooSmallReadsNothingAndPasses) {
     DriveRecord& drive = openDrive("9 MiB");
     EXPECT_EQ(run(kNistReadTest), 1U);
     EXPECT_THAT(reads(), IsEmpty());
-    EXPECT_EQ(drive.nistTestResult, 1002);
+    EXPECT_EQ(drive.nistTestResult, ReadTestResult::kPassed);
     EXPECT_EQ(display_->lastStatus(), "NIST Read Test -- PASSED");
 }
 
@@ -400,7 +409,7 @@ TEST_F(ReadTests, NistFailsWhenTheDriveStopsAnswering) {
         openDrive("20 GiB", faults(R"({"stopsAnswering": {"afterRequests": 41, "milliseconds": 400}})"));
     run(kNistReadTest);
     EXPECT_THAT(reads(), SizeIs(42));
-    EXPECT_EQ(drive.nistTestResult, 1001);
+    EXPECT_EQ(drive.nistTestResult, ReadTestResult::kFailed);
     EXPECT_GE(drive.readTimes.lastReadMs, 380);
     EXPECT_THAT(events(), SizeIs(1));
 }
@@ -408,7 +417,7 @@ TEST_F(ReadTests, NistFailsWhenTheDriveStopsAnswering) {
 TEST_F(ReadTests, NistFailsWhenTheDriveVanishes) {
     DriveRecord& drive = openDrive("20 GiB", faults(R"({"vanishAfterRequests": 10})"));
     run(kNistReadTest);
-    EXPECT_EQ(drive.nistTestResult, 1001);
+    EXPECT_EQ(drive.nistTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(display_->lastStatus(), "NIST Read Test -- FAILED Found Read Errors");
 }
 
@@ -416,12 +425,12 @@ TEST_F(StoppedReadTests, NistEndsAfterTheSegmentInFlight) {
     DriveRecord& drive = openHeld("20 GiB", 125703, 41901);
     const UniqueHandle thread = start(kNistReadTest);
     awaitHeldRead(); // segment 3 has begun
-    stopReadTests(state());
+    state().jobs.askToStop();
     EXPECT_EQ(hurryAndAwaitEnd(thread), 1U);
     EXPECT_THAT(reads(), SizeIs(8)) << "both runs of the segment are read";
-    EXPECT_EQ(drive.nistTestResult, 1003);
+    EXPECT_EQ(drive.nistTestResult, ReadTestResult::kTerminated);
     EXPECT_EQ(display_->lastStatus(), "NIST Random Read Test User Terminated");
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
 }
 
 } // namespace

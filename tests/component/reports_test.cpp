@@ -5,9 +5,9 @@
 #include "tests/component/handle_count.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/package_folder.h"
-#include "tests/component/recording_main_view.h"
-#include "tests/component/scripted_prompts.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 #include "tests/unit/reports_test_drives.h"
 #include "ui/owned.h"
 
@@ -139,7 +139,7 @@ TEST_F(Reports, OfAnAtaDrive) {
 TEST_F(Reports, OfAnAtaDriveThatReportsNothing) {
     drive_.smartType = kSmartTypeStandard;
     drive_.disk.fill(kNotReported);
-    drive_.criticalTestResult = drive_.shortTestResult = drive_.nistTestResult = kReadTestTerminated;
+    drive_.criticalTestResult = drive_.shortTestResult = drive_.nistTestResult = ReadTestResult::kTerminated;
     createAndKeep("ata-absent");
 }
 

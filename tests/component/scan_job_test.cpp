@@ -2,9 +2,9 @@
 
 #include "monitoring/smart_scan.h"
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
-#include "tests/component/scripted_prompts.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -67,11 +67,10 @@ class ScanJob : public ::testing::Test {
     static const DriveRecord& drive(std::size_t slot) { return *state().scan.drives[slot]; }
 
     static void reset() {
-        state().jobActive = 0;
-        state().shortTestsAtWork = 0;
+        EXPECT_TRUE(state().jobs.atWork().empty());
+        EXPECT_FALSE(state().jobs.active());
         state().activeDriveChosen = 0;
         state().activeDrive = nullptr;
-        state().scan.driveLoaderWorking = 0;
         state().scan.stage = 0;
         state().scan.driveCount = 0;
         for (DriveRecordPtr& record : state().scan.drives) {
@@ -105,8 +104,14 @@ class ScanJob : public ::testing::Test {
         awaitScan();
         awaitProgressEnd();
     }
+    static JobClaim begin(JobKind kind) { return state().jobs.begin(kind).value(); }
+    /// The scan on this thread.
+    static DWORD scan() {
+        JobClaim claim = begin(JobKind::kScan);
+        return runDriveScan(state(), claim);
+    }
     void awaitScan() {
-        ASSERT_TRUE(waitFor([] { return state().scan.driveLoaderWorking == 0; }));
+        ASSERT_TRUE(waitFor([] { return state().jobs.atWork().empty(); }));
     }
     void awaitProgressEnd() {
         ASSERT_TRUE(waitFor([this] { return !view_.progressVisible(); }));
@@ -133,9 +138,8 @@ class ScanJob : public ::testing::Test {
 // --- guards
 
 TEST_F(ScanJob, LoadDrivesWhileAJobRunsDoesNothingAndShowsNothing) {
-    state().jobActive = 1;
-    state().scan.driveLoaderWorking = 1;
-    state().shortTestsAtWork = 1;
+    const JobClaim shortTest = begin(JobKind::kShortTest);
+    const JobClaim job = begin(JobKind::kMounting);
     state().activeDriveChosen = 1;
     LoadDrives(state());
     EXPECT_THAT(view_.calls(), IsEmpty());
@@ -145,17 +149,16 @@ TEST_F(ScanJob, LoadDrivesWhileAJobRunsDoesNothingAndShowsNothing) {
 
 TEST_F(ScanJob, LoadDrivesWhileAStoppedCopyStillReadsDoesNothingAndKeepsItsRecords) {
     state().scan.drives[0] = DriveRecordPtr(new DriveRecord);
-    state().driveJobAtWork = 1;
+    const JobClaim copy = begin(JobKind::kClone);
     LoadDrives(state());
-    state().driveJobAtWork = 0;
     EXPECT_NE(state().scan.drives[0], nullptr);
     EXPECT_THAT(view_.calls(), IsEmpty());
     EXPECT_THAT(user_.shown(), IsEmpty());
 }
 
 TEST_F(ScanJob, LoadDrivesWhileTheLoaderWorksSaysSo) {
-    state().scan.driveLoaderWorking = 1;
-    state().shortTestsAtWork = 1;
+    const JobClaim scan = begin(JobKind::kScan);
+    state().jobs.askToStop();
     user_.expectStop("***** Working *****", "Drive Loader is Working");
     LoadDrives(state());
     EXPECT_THAT(view_.calls(), IsEmpty());
@@ -166,7 +169,7 @@ TEST_F(ScanJob, LoadDrivesDuringTheShortTestSaysSoAndLeavesTheListAsItWas) {
     view_.addDriveRow(listed);
     state().activeDrive = &listed;
     state().activeDriveChosen = 1;
-    state().shortTestsAtWork = 1;
+    const JobClaim shortTest = begin(JobKind::kShortTest);
     user_.expectStop("***** Load Drives *****", "Short Test is Running");
     LoadDrives(state());
     EXPECT_THAT(view_.driveRows(), ElementsAre(&listed));
@@ -193,7 +196,7 @@ TEST_F(ScanJob, TerminatingDuringTheScanDoesNotStopItAndTheLoaderStillCountsAsWo
     bench_.open();
     loadDrives();
     EXPECT_TRUE(waitFor([] { return state().scan.stage == 2; }));
-    state().jobActive = 0;
+    state().jobs.askToStop();
     user_.expectStop("***** Working *****", "Drive Loader is Working");
     LoadDrives(state());
     bench_.hurry();
@@ -267,14 +270,14 @@ TEST_F(ScanJob, FiftyScansLeaveAsManyHandlesAsOne) {
     addDrive(3, "usb");
     bench_.describe(R"({"tools": {"diskpart": {"missing": true}}})");
     bench_.open();
-    const auto scan = [this] {
+    const auto loadOnce = [this] {
         loadDrives();
         awaitScan();
     };
-    scan();
+    loadOnce();
     const DWORD before = testing::openHandleCount();
     for (int i = 0; i < 50; ++i) {
-        scan();
+        loadOnce();
     }
     // Threads of the last scans that are about to end may hold one or two; a handle left by each scan makes fifty.
     EXPECT_LT(testing::lowestHandleCount(before + 9), before + 10);
@@ -287,7 +290,7 @@ TEST_F(ScanJob, ScansWithAllToolsLeaveNoHandles) {
     addDrive(1, "nvme", R"("road": "nvme-query")");
     testing::TestBench::provideSmartctl();
     bench_.open();
-    testing::expectNoHandleLost([] { runDriveScan(state()); });
+    testing::expectNoHandleLost([] { scan(); });
 }
 
 // --- the scan
@@ -297,7 +300,7 @@ TEST_F(ScanJob, TheStepsComeInTheirOrder) {
     addDrive(1, "iscsi");
     addDrive(2, "usb", R"("identity": {"vendor": "SECOND"})");
     bench_.open();
-    EXPECT_EQ(runDriveScan(state()), 1U);
+    EXPECT_EQ(scan(), 1U);
     EXPECT_THAT(callsStartingWith({"log STATUS", "log DIAG", "log FAILURE", "status", "redraw", "add"}),
                 ElementsAre("log STATUS: Beginning Drive Scan", "status Loading Drive Devices",
                             "status Loading Physical Devices", "redraw drives",
@@ -306,8 +309,8 @@ TEST_F(ScanJob, TheStepsComeInTheirOrder) {
                             "status Loading Logical Devices", "add drive FIRST", "add drive SECOND",
                             "status Scan Complete", "log STATUS: Drive Scan Completed: [2] Drives Found"));
     EXPECT_THAT(view_.stages(), ElementsAre(1, 2, 3, 5));
-    EXPECT_EQ(state().jobActive, 0);
-    EXPECT_EQ(state().scan.driveLoaderWorking, 0);
+    EXPECT_FALSE(state().jobs.active());
+    EXPECT_TRUE(state().jobs.atWork().empty());
     EXPECT_EQ(state().scan.stage, 5);
 }
 
@@ -315,16 +318,15 @@ TEST_F(ScanJob, TheFlagsTellOfTheScanUntilItsEnd) {
     class FlagView : public testing::RecordingMainView {
       public:
         void setScanStatus(std::string_view text) override {
-            EXPECT_EQ(appState().jobActive, text == "Scan Complete" ? 0 : 1) << text;
-            EXPECT_EQ(appState().scan.driveLoaderWorking, 1) << text;
+            EXPECT_EQ(appState().jobs.active(), text != "Scan Complete") << text;
+            EXPECT_EQ(appState().jobs.atWork(), JobKinds{JobKind::kScan}) << text;
             RecordingMainView::setScanStatus(text);
         }
     } view;
     const testing::ViewInstalled installed(state(), view);
     bench_.open();
-    state().scan.driveLoaderWorking = 1;
-    runDriveScan(state());
-    EXPECT_EQ(state().scan.driveLoaderWorking, 0);
+    scan();
+    EXPECT_TRUE(state().jobs.atWork().empty());
     EXPECT_THAT(view.statuses(), SizeIs(4));
 }
 
@@ -334,7 +336,7 @@ TEST_F(ScanJob, AllTwentyNumbersAreProbedAroundAGapInTheNumbering) {
     addDrive(19, "usb");
     addDrive(20, "usb");
     bench_.open();
-    runDriveScan(state());
+    scan();
     ASSERT_EQ(state().scan.driveCount, 3);
     EXPECT_EQ(drive(0).driveNumber, 0);
     EXPECT_EQ(drive(1).driveNumber, 2);
@@ -354,7 +356,7 @@ TEST_F(ScanJob, WithDrivesZeroAndTwoTheTableIsCompactAndTheLastRowSaysTwo) {
     addDrive(0, "nvme");
     addDrive(2, "nvme");
     bench_.open();
-    runDriveScan(state());
+    scan();
     ASSERT_EQ(state().scan.driveCount, 2);
     EXPECT_EQ(drive(0).driveNumber, 0);
     EXPECT_EQ(drive(1).driveNumber, 2);
@@ -364,7 +366,7 @@ TEST_F(ScanJob, WithDrivesZeroAndTwoTheTableIsCompactAndTheLastRowSaysTwo) {
 
 TEST_F(ScanJob, WithoutAnyDriveTheScanCompletesWithZero) {
     bench_.open();
-    EXPECT_EQ(runDriveScan(state()), 1U);
+    EXPECT_EQ(scan(), 1U);
     EXPECT_EQ(state().scan.driveCount, 0);
     EXPECT_THAT(view_.driveRows(), IsEmpty());
     EXPECT_EQ(view_.logRows().back().message, "Drive Scan Completed: [0] Drives Found");
@@ -377,7 +379,7 @@ TEST_F(ScanJob, DrivesThatCannotBeOpenedOrDescribedAreSkipped) {
                                                     "error": "ERROR_DEVICE_NOT_CONNECTED"}]})");
     addDrive(2, "nvme");
     bench_.open();
-    runDriveScan(state());
+    scan();
     ASSERT_EQ(state().scan.driveCount, 1);
     EXPECT_EQ(drive(0).driveNumber, 2);
 }
@@ -387,7 +389,7 @@ TEST_F(ScanJob, FailingToolsAreLoggedAndTheScanGoesOn) {
     addDrive(1, "nvme");
     bench_.describe(R"({"tools": {"diskpart": {"missing": true}}})");
     bench_.open(); // and no smartctl.exe anywhere
-    EXPECT_EQ(runDriveScan(state()), 1U);
+    EXPECT_EQ(scan(), 1U);
     EXPECT_EQ(state().scan.driveCount, 2);
     EXPECT_TRUE(view_.hasLog("INVALID", "Could not build [Drive Data File.txt]"));
     EXPECT_TRUE(view_.hasLog("ERROR", "Could not load SMART [PHYS0.txt] File for Processing"));
@@ -401,7 +403,7 @@ TEST_F(ScanJob, WithoutTheMonitoringToolADriveGetsTheReportOfAnEarlierScan) {
     testing::writeFile("PHYS0.txt", "Device Model:     Earlier\r\n"
                                     "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    7\r\n");
     bench_.open(); // and no smartctl.exe anywhere
-    runDriveScan(state());
+    scan();
     ASSERT_EQ(state().scan.driveCount, 1);
     EXPECT_TRUE(view_.hasLog("INVALID", "Could not build [Drive Data File.txt]"));
     EXPECT_EQ(drive(0).smartLoaded, 1);
@@ -416,7 +418,7 @@ TEST_F(ScanJob, ASolidStateDiskKeepsItsOwnBusTextAndIsAskedForNothingOfNvme) {
                                          {"id": 197, "raw": 3}, {"id": 198, "raw": 4}]}})");
     testing::TestBench::provideSmartctl();
     bench_.open();
-    runDriveScan(state());
+    scan();
     ASSERT_EQ(state().scan.driveCount, 1);
     EXPECT_EQ(drive(0).busCode, kBusCodeOwnText);
     EXPECT_EQ(drive(0).busText.view(), "SSD");
@@ -440,7 +442,7 @@ TEST_F(ScanJob, AnNvmeDriveThatTheToolCouldNotReadIsAnNvmeDriveInTheEnd) {
     addDrive(0, "nvme", R"("road": "nvme-query", "nvme": {"health": {"percentageUsed": 3}})");
     testing::TestBench::provideSmartctl();
     bench_.open();
-    runDriveScan(state());
+    scan();
     ASSERT_EQ(state().scan.driveCount, 1);
     EXPECT_THAT(testing::readFile("PHYS0.txt"), HasSubstr("Read SMART Data failed"));
     EXPECT_THAT(view_.messages("INVALID"), ElementsAre(HasSubstr("Invalid Device found at [/dev/sda -d nvme")));
@@ -451,7 +453,7 @@ TEST_F(ScanJob, AnNvmeDriveThatTheToolCouldNotReadIsAnNvmeDriveInTheEnd) {
     // What the report alone makes of it.
     const auto record = std::make_unique<DriveRecord>();
     record->smartType = kSmartTypeStandard;
-    SmartParseDrive(state(), *record, 0);
+    SmartParseDrive(state().smart, *record, 0);
     EXPECT_EQ(record->smartType, kSmartTypeNone);
 }
 
@@ -463,7 +465,7 @@ TEST_F(ScanJob, EveryDriveGetsItsMonitoringDataItsReadOnlyStateAndItsVolumes) {
     addDrive(1, "nvme", R"("road": "nvme-query", "readOnly": true, "nvme": {"health": {"percentageUsed": 3}})");
     testing::TestBench::provideSmartctl();
     bench_.open();
-    runDriveScan(state());
+    scan();
     ASSERT_EQ(state().scan.driveCount, 2);
     EXPECT_EQ(drive(0).smartLoaded, 1);
     EXPECT_EQ(drive(0).disk[Counter::kPowerOnHours], 8123);
@@ -490,7 +492,7 @@ TEST_F(ScanJob, TheStageIsNeverFour) {
             }
         }
     });
-    runDriveScan(state());
+    scan();
     done = true;
     watcher.join();
     EXPECT_THAT(seen, IsSubsetOf({0, 1, 2, 3, 5}));

@@ -4,9 +4,9 @@
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/patience_gone.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
 #include "ui/owned.h"
 
 #include <gmock/gmock.h>
@@ -72,7 +72,7 @@ class SmartScan : public ::testing::Test {
 
     static void listingIs(const std::string& text) { writeFile("scan.out", text); }
     static void reportOf(const std::string& device, const std::string& text) { writeFile(device + ".out", text); }
-    static int scan() { return SmartScanDevices(appState()); }
+    static int scan() { return SmartScanDevices(appState().smart); }
 
     /// The tool's command lines so far, without its own path.
     static std::vector<std::string> commands() {
@@ -132,7 +132,7 @@ TEST_F(SmartScan, KeepsTheToolsNameOfEveryDrive) {
     reportOf("sdc", "Device Model:     D\r\n");
     EXPECT_EQ(scan(), 1);
     const auto record = probedRecord();
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 2), 1);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 2), 1);
     EXPECT_EQ(record->driveName.view(), "/dev/sdc");
 }
 
@@ -196,7 +196,7 @@ TEST_F(SmartScan, WithoutTheToolAReportLeftFromAnEarlierScanIsReadAllTheSame) {
     EXPECT_EQ(scan(), 0);
     EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt"));
     const auto record = probedRecord();
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 0), 1);
     EXPECT_EQ(record->smartLoaded, 1);
     EXPECT_EQ(record->model.view(), "Earlier");
     EXPECT_EQ(record->serialNumber.view(), "E1");
@@ -262,7 +262,7 @@ TEST_F(SmartScan, AToolThatDiesOrHangsUpWithinAReportLeavesTheWholeLines) {
         EXPECT_EQ(scan(), 1) << mishap;
         EXPECT_EQ(readFile("PHYS0.txt"), firstHalf) << mishap;
         const auto record = probedRecord();
-        EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
+        EXPECT_EQ(SmartParseDrive(appState().smart, *record, 0), 1);
         EXPECT_EQ(record->model.view(), "Half");
         EXPECT_EQ(record->disk[Counter::kReallocatedSectors], 3);
         EXPECT_EQ(record->disk[Counter::kPendingSectors], kNotReported)
@@ -278,7 +278,7 @@ TEST_F(SmartScan, AToolThatPrintsNothingOfADeviceLeavesNothingReported) {
     EXPECT_EQ(readFile("PHYS0.txt"), "");
     const auto record = probedRecord();
     record->disk.fill(5);
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 0), 1);
     EXPECT_EQ(record->smartLoaded, 1);
     EXPECT_EQ(record->smartErrorFlag, kSmartNoErrors);
     EXPECT_EQ(record->model.view(), "probed model");
@@ -361,7 +361,7 @@ TEST_F(SmartScan, ReadsAReportOfFiftyMegabytesInTime) {
     EXPECT_EQ(scan(), 1);
     const auto record = probedRecord();
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 1);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 0), 1);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
     EXPECT_EQ(record->model.view(), "Chatty");
     EXPECT_EQ(record->disk[Counter::kReallocatedSectors], 3);
@@ -377,7 +377,7 @@ TEST_F(SmartScan, ParsesADrivesReportAndLogsItsErrors) {
                            "197 Current_Pending_ECC_Cnt -O--CK   100   100   000    -    3\r\n"
                            "198 Offline_Uncorrectable   ----CK   100   100   000    -    4\r\n");
     const auto record = probedRecord();
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 3), 1);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 3), 1);
     EXPECT_EQ(record->smartLoaded, 1);
     EXPECT_EQ(record->smartText, readFile("PHYS3.txt")) << "is kept for later passes";
     EXPECT_EQ(record->driveName.view(), "");
@@ -425,7 +425,7 @@ TEST_F(SmartScan, AMissingReportLeavesTheRecordAlone) {
     record->uncLbaCount = 2;
     record->uncLbas[1] = 9;
     const std::string before = monitoringFieldsOf(*record);
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 11), 0);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 11), 0);
     EXPECT_EQ(monitoringFieldsOf(*record), before);
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_LoadFileIntoBuffer: [PHYS11.txt] OPEN_WXISTING FAILED",
                                    "ERROR: Could not load SMART [PHYS11.txt] File for Processing"));
@@ -434,7 +434,7 @@ TEST_F(SmartScan, AMissingReportLeavesTheRecordAlone) {
 TEST_F(SmartScan, AReportOfAFailedReadMakesADriveWithoutSmart) {
     writeFile("PHYS0.txt", "Read SMART Data failed: x\r\nDevice Model:     Other\r\n");
     const auto record = probedRecord();
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 0), 0);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 0), 0);
     EXPECT_EQ(record->smartLoaded, 0);
     EXPECT_EQ(record->smartType, kSmartTypeNone);
     EXPECT_EQ(record->smartText, readFile("PHYS0.txt"));
@@ -447,7 +447,7 @@ TEST_F(SmartScan, AReportLeftFromAnEarlierScanIsRead) {
     listingIs("/dev/sda -d ata # x\r\n");
     EXPECT_EQ(scan(), 1);
     const auto record = probedRecord();
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 1), 1);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 1), 1);
     EXPECT_EQ(record->model.view(), "Earlier");
 }
 
@@ -456,9 +456,9 @@ TEST_F(SmartScan, ADriveNumberWithoutANameHasNone) {
     writeFile("PHYS-1.txt", "Device Model:     None\r\n");
     const auto record = probedRecord();
     record->driveName.assign("old");
-    EXPECT_EQ(SmartParseDrive(appState(), *record, 99), 1);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 99), 1);
     EXPECT_EQ(record->driveName.view(), "");
-    EXPECT_EQ(SmartParseDrive(appState(), *record, -1), 1);
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, -1), 1);
     EXPECT_EQ(record->driveName.view(), "");
 }
 
@@ -488,12 +488,12 @@ class RealTool : public ::testing::Test {
             bench_.addDrive(drive);
         }
         bench_.open();
-        ASSERT_EQ(SmartScanDevices(appState()), 1);
+        ASSERT_EQ(SmartScanDevices(appState().smart), 1);
     }
     std::unique_ptr<DriveRecord> parse(int number, std::int32_t busCode = kBusCodeDirect) {
         auto record = probedRecord();
         record->busCode = busCode;
-        result_ = SmartParseDrive(appState(), *record, number);
+        result_ = SmartParseDrive(appState().smart, *record, number);
         return record;
     }
     std::unique_ptr<DriveRecord> scanAndParse(const std::string& ata, std::int32_t busCode = kBusCodeDirect) {

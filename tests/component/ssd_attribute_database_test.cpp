@@ -2,8 +2,8 @@
 
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/scratch_folder.h"
+#include "tests/support/recording_main_view.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

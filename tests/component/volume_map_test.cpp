@@ -2,8 +2,8 @@
 
 #include "discovery/physical_drive_probe.h"
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/recording_main_view.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ class VolumeMap : public ::testing::Test {
     static void probeAll() {
         int count = 0;
         for (int number = 0; number < kMaxDrives; ++number) {
-            if (DriveRecordPtr record = ProbePhysicalDrive(state(), number)) {
+            if (DriveRecordPtr record = ProbePhysicalDrive(number)) {
                 state().scan.drives[static_cast<std::size_t>(count++)] = std::move(record);
             }
         }
@@ -51,7 +51,7 @@ class VolumeMap : public ::testing::Test {
     void enumerate() {
         bench_.open();
         probeAll();
-        EnumerateVolumes(state());
+        EnumerateVolumes(state().scan);
     }
 
     testing::TestBench bench_;
@@ -87,7 +87,7 @@ TEST_F(VolumeMap, TheDiskNumberIsThePositionInTheTableEvenWhenTheNumberingHasAGa
     // Drive 1 gone from the table: position 1 now holds drive 3.
     state().scan.drives[1] = std::move(state().scan.drives[2]);
     state().scan.driveCount = 2;
-    EnumerateVolumes(state());
+    EnumerateVolumes(state().scan);
     EXPECT_EQ(drive(0).systemDrive, 0);
     EXPECT_EQ(drive(1).driveNumber, 3);
     EXPECT_EQ(drive(1).systemDrive, 1);
@@ -197,7 +197,7 @@ TEST_F(VolumeMap, RefreshingFindsNewLettersAndDropsThoseThatAreGone) {
     bench_.open();
     state().scan.volumes.records[0] = {.driveLetter = 'G', .diskNumber = 7};
     state().scan.volumes.count = 1;
-    refreshVolumes(state());
+    refreshVolumes(state().scan);
     ASSERT_EQ(volumes().count, 1);
     EXPECT_EQ(volume(0).driveLetter, 'K');
     EXPECT_EQ(volume(0).diskNumber, 0);
@@ -212,7 +212,7 @@ TEST_F(VolumeMap, RefreshingKeepsAVolumeThatDoesNotTellNow) {
     state().scan.volumes.records[0] = {.driveLetter = 'K', .diskNumber = 0};
     state().scan.volumes.records[1] = {.driveLetter = 'L', .diskNumber = 0};
     state().scan.volumes.count = 2;
-    refreshVolumes(state());
+    refreshVolumes(state().scan);
     ASSERT_EQ(volumes().count, 2);
     EXPECT_EQ(volume(0).driveLetter, 'K');
     EXPECT_EQ(volume(1).driveLetter, 'L');
@@ -221,7 +221,7 @@ TEST_F(VolumeMap, RefreshingKeepsAVolumeThatDoesNotTellNow) {
 TEST_F(VolumeMap, EnumeratingAgainReplacesTheTable) {
     addDrive(0, kSystemVolume);
     enumerate();
-    EnumerateVolumes(state());
+    EnumerateVolumes(state().scan);
     EXPECT_EQ(volumes().count, 1);
 }
 

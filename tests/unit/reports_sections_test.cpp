@@ -173,22 +173,23 @@ TEST(NvmeSections, GigabytesTake64Bits) {
     EXPECT_EQ(nvmeSections(drive)[0].icon, Icon(ReportIcon::kYellow));
 }
 
-std::string testResult(std::int32_t code) {
+std::string testResult(ReadTestResult result) {
     std::string line = "what was there before";
-    FormatTestResult(line, "Short Test", code);
+    FormatTestResult(line, "Short Test", result);
     return line;
 }
 
 TEST(TestResults, HaveFourWordings) {
-    EXPECT_EQ(testResult(kReadTestNotPerformed), "Short Test not performed");
-    EXPECT_EQ(testResult(kReadTestFailed), "Short Test FAILED");
-    EXPECT_EQ(testResult(kReadTestPassed), "Short Test PASSED");
-    EXPECT_EQ(testResult(kReadTestTerminated), "Short Test TERMINATED");
+    EXPECT_EQ(testResult(ReadTestResult::kNotPerformed), "Short Test not performed");
+    EXPECT_EQ(testResult(ReadTestResult::kFailed), "Short Test FAILED");
+    EXPECT_EQ(testResult(ReadTestResult::kPassed), "Short Test PASSED");
+    EXPECT_EQ(testResult(ReadTestResult::kTerminated), "Short Test TERMINATED");
 }
 
-TEST(TestResults, AnyOtherCodeMeansNotPerformed) {
-    for (const std::int32_t code : {0, -1, 999, 1004, std::numeric_limits<std::int32_t>::min()}) {
-        EXPECT_EQ(testResult(code), "Short Test not performed") << code;
+TEST(TestResults, OfARecordThatNoTestTouchedAreNotPerformed) {
+    const DriveRecord drive;
+    for (const ReadTestResult result : {drive.shortTestResult, drive.criticalTestResult, drive.nistTestResult}) {
+        EXPECT_EQ(testResult(result), "Short Test not performed");
     }
 }
 

@@ -22,9 +22,9 @@ inline DriveRecord reportedDrive() {
     drive.nvme.availableSpareThreshold = 10;
     drive.nvme.dataUnitsWritten = 2'000'000;
     drive.nvme.gigabytesWritten = 953;
-    drive.criticalTestResult = kReadTestPassed;
-    drive.shortTestResult = kReadTestFailed;
-    drive.nistTestResult = kReadTestNotPerformed;
+    drive.criticalTestResult = ReadTestResult::kPassed;
+    drive.shortTestResult = ReadTestResult::kFailed;
+    drive.nistTestResult = ReadTestResult::kNotPerformed;
     return drive;
 }
 

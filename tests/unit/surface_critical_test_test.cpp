@@ -31,10 +31,10 @@ TEST(CriticalReadTest, ReadsTheFirstFiveGibibytesAndTheLastOne) {
         expected.push_back({kSize - kGibibyte + k * kBlock, kBlock});
     }
     EXPECT_EQ(test.reads, expected);
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestPassed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kPassed);
     EXPECT_THAT(test.statuses, ElementsAre("Critical Read Test PHASE 1 STARTED", "Phase 1 PASSED Critical Read Test",
                                            "PASSED Critical Read Test"));
-    EXPECT_EQ(test.jobActive, 0);
+    EXPECT_FALSE(test.jobs.active());
     EXPECT_THAT(test.logRows, IsEmpty());
     EXPECT_EQ(test.driveStatuses.front(), "Critical Read Test 0%");
     EXPECT_EQ(test.driveStatuses.back(), "COMPLETED Critical Read Test PASSED");
@@ -69,9 +69,9 @@ TEST(CriticalReadTest, FailureInTheFirstPhaseEndsItAndStands) {
     test.readFails = [](const ReadRequest& read) { return read.offset == 3 * kBlock; };
     EXPECT_EQ(run(test), 1U);
     EXPECT_THAT(test.reads, SizeIs(4));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(test.statuses.back(), "Phase 1 Critical Read Test FAILED");
-    EXPECT_EQ(test.jobActive, 0);
+    EXPECT_FALSE(test.jobs.active());
     EXPECT_EQ(test.progress.back(), "0");
     EXPECT_THAT(test.logRows, IsEmpty());
     EXPECT_EQ(test.driveStatuses.back(), "BAD Critical Read Test FAILED at sector 196608");
@@ -82,10 +82,10 @@ TEST(CriticalReadTest, FailureInTheSecondPhaseSaysSo) {
     test.readFails = [](const ReadRequest& read) { return read.offset == 19 * kGibibyte + kBlock; };
     EXPECT_EQ(run(test), 1U);
     EXPECT_THAT(test.reads, SizeIs(162));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kFailed);
     EXPECT_THAT(test.statuses, ElementsAre("Critical Read Test PHASE 1 STARTED", "Phase 1 PASSED Critical Read Test",
                                            "Phase 2 Critical Read Test FAILED"));
-    EXPECT_EQ(test.jobActive, 0);
+    EXPECT_FALSE(test.jobs.active());
     EXPECT_EQ(test.driveStatuses.back(), "BAD Critical Read Test FAILED at sector 4988928");
 }
 
@@ -94,7 +94,7 @@ TEST(CriticalReadTest, OfFourGibibytesFailsWhereTheFirstPhasePassesTheEnd) {
     run(test);
     EXPECT_THAT(test.reads, SizeIs(129));
     EXPECT_EQ(test.reads.back(), (ReadRequest{4 * kGibibyte, kBlock}));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(test.statuses.back(), "Phase 1 Critical Read Test FAILED");
 }
 
@@ -102,19 +102,19 @@ TEST(CriticalReadTest, OfExactlyFiveGibibytesPasses) {
     ScriptedReadTest test(5 * kGibibyte);
     run(test);
     EXPECT_THAT(test.reads, SizeIs(192));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestPassed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kPassed);
 }
 
 TEST(CriticalReadTest, StopsAfterTheBlockInWhichItIsTold) {
     ScriptedReadTest test(20 * kGibibyte);
     test.afterRead = [&] {
         if (test.reads.size() == 5) {
-            test.jobActive = 0;
+            test.jobs.askToStop();
         }
     };
     EXPECT_EQ(run(test), 1U);
     EXPECT_THAT(test.reads, SizeIs(5));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestTerminated);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kTerminated);
     EXPECT_EQ(test.statuses.back(), "Phase 1 Critical Read Test User Terminated");
     EXPECT_EQ(test.progress.back(), "0");
     EXPECT_EQ(test.driveStatuses.back(), "BAD Critical Read Test TERMINATED");
@@ -122,19 +122,25 @@ TEST(CriticalReadTest, StopsAfterTheBlockInWhichItIsTold) {
 
 TEST(CriticalReadTest, StopsInTheSecondPhaseToo) {
     ScriptedReadTest test(20 * kGibibyte);
-    test.afterRead = [&] { test.jobActive = test.reads.size() < 161 ? 1 : 0; };
+    test.afterRead = [&] {
+        if (test.reads.size() == 161) {
+            test.jobs.askToStop();
+        }
+    };
     run(test);
     EXPECT_THAT(test.reads, SizeIs(161));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestTerminated);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kTerminated);
     EXPECT_EQ(test.statuses.back(), "Phase 2 Critical Read Test User Terminated");
 }
 
 TEST(CriticalReadTest, AFailedReadCountsMoreThanTheOrderToStop) {
     ScriptedReadTest test(20 * kGibibyte);
-    test.jobActive = 0;
-    test.readFails = [](const ReadRequest&) { return true; };
+    test.readFails = [&](const ReadRequest&) {
+        test.jobs.askToStop();
+        return true;
+    };
     run(test);
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kFailed);
 }
 
 TEST(CriticalReadTest, APhaseWhoseStartCannotBeReachedCountsAsPassed) {
@@ -142,7 +148,7 @@ TEST(CriticalReadTest, APhaseWhoseStartCannotBeReachedCountsAsPassed) {
     test.seekFails = [](std::uint64_t offset) { return offset == 0; };
     run(test);
     EXPECT_THAT(test.reads, SizeIs(32));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestPassed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kPassed);
     EXPECT_EQ(test.statuses[1], "Phase 1 PASSED Critical Read Test");
 
     ScriptedReadTest last(20 * kGibibyte);
@@ -157,7 +163,7 @@ TEST(CriticalReadTest, SecondPhaseOfADriveUnderOneGibibyteStartsBeforeIt) {
     test.seekFails = [](std::uint64_t offset) { return offset == 0; };
     run(test);
     EXPECT_THAT(test.seeks, ElementsAre(0U, static_cast<std::uint64_t>(0) - kGibibyte / 2));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kFailed);
 }
 
 TEST(CriticalReadTest, WithoutMemoryFails) {
@@ -165,38 +171,34 @@ TEST(CriticalReadTest, WithoutMemoryFails) {
     test.mostMemory = kBlock - 1;
     run(test);
     EXPECT_THAT(test.reads, IsEmpty());
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(test.driveStatuses.back(), "BAD Critical Read Test FAILED");
-    EXPECT_EQ(test.jobActive, 0);
+    EXPECT_FALSE(test.jobs.active());
 }
 
 TEST(ReadRange, LeavesARecordThatPassesAsItIs) {
     ScriptedReadTest test(20 * kGibibyte);
     ReadTestJob job = test.makeJob(kCriticalReadTest);
-    EXPECT_EQ(ReadRange(job, {.blockBytes = 512, .blockCount = 3, .startByte = 1024, .blocksBefore = 0}), 1002);
+    EXPECT_EQ(ReadRange(job, {.blockBytes = 512, .blockCount = 3, .startByte = 1024, .blocksBefore = 0}),
+              ReadTestResult::kPassed);
     EXPECT_THAT(test.reads, ElementsAre(ReadRequest{1024, 512}, ReadRequest{1536, 512}, ReadRequest{2048, 512}));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestNotPerformed);
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kNotPerformed);
     test.seekFails = [](std::uint64_t) { return true; };
-    EXPECT_EQ(ReadRange(job, {.blockBytes = 512, .blockCount = 3, .startByte = 1024, .blocksBefore = 0}), 0);
+    EXPECT_EQ(ReadRange(job, {.blockBytes = 512, .blockCount = 3, .startByte = 1024, .blocksBefore = 0}), std::nullopt);
 }
 
-TEST(ReadTestSwitch, OfAStoppedRunStaysOffAndLeavesTheNextJobAlone) {
-    std::atomic<std::int32_t> jobActive{1};
-    std::atomic<std::int32_t> lastStopped{0};
-    const ReadTestSwitch first(jobActive, lastStopped, 1);
-    const ReadTestSwitch second(jobActive, lastStopped, 2);
-    EXPECT_TRUE(first.isOn());
-    lastStopped = 1;
-    jobActive = 0;
-    EXPECT_FALSE(first.isOn());
-    EXPECT_FALSE(second.isOn());
-    jobActive = 1; // another job
-    EXPECT_FALSE(first.isOn());
-    EXPECT_TRUE(second.isOn());
-    first.turnOff();
-    EXPECT_EQ(jobActive, 1);
-    second.turnOff();
-    EXPECT_EQ(jobActive, 0);
+TEST(ReadRange, KeepsHowItsReadFailed) {
+    for (const TransferOutcome outcome : {TransferOutcome::kFailed, TransferOutcome::kGone}) {
+        ScriptedReadTest test(20 * kGibibyte);
+        test.readFails = [](const ReadRequest& read) { return read.offset == 1536; };
+        test.failure = outcome;
+        ReadTestJob job = test.makeJob(kCriticalReadTest);
+        EXPECT_EQ(ReadRange(job, {.blockBytes = 512, .blockCount = 3, .startByte = 1024, .blocksBefore = 0}),
+                  ReadTestResult::kFailed);
+        ASSERT_TRUE(job.failedRead);
+        EXPECT_EQ(job.failedRead->sector, 3);
+        EXPECT_EQ(job.failedRead->outcome, outcome);
+    }
 }
 
 } // namespace

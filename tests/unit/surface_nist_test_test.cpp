@@ -185,8 +185,8 @@ TEST(NistReadTest, SamplesTheFirstThousandOfAThousandAndOneSegments) {
         EXPECT_EQ(test.reads[2 * i + 1],
                   (ReadRequest{static_cast<std::uint64_t>(starts.second) * 512, runSectors * 512}));
     }
-    EXPECT_EQ(test.drive.nistTestResult, kReadTestPassed);
-    EXPECT_EQ(test.jobActive, 0);
+    EXPECT_EQ(test.drive.nistTestResult, ReadTestResult::kPassed);
+    EXPECT_FALSE(test.jobs.active());
     EXPECT_EQ(test.driveStatuses.front(), "NIST Read Test 0%");
     EXPECT_EQ(test.driveStatuses.back(), "COMPLETED NIST Read Test PASSED");
     EXPECT_THAT(test.driveStatuses, SizeIs(102)) << "only a new percent is shown";
@@ -226,23 +226,27 @@ TEST(NistReadTest, FailureNamesTheSegmentsFirstSectorAndEndsIt) {
     test.readFails = [&](const ReadRequest&) { return test.reads.size() == 8; };
     EXPECT_EQ(run(test), 1U);
     EXPECT_THAT(test.reads, SizeIs(8));
-    EXPECT_EQ(test.drive.nistTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.nistTestResult, ReadTestResult::kFailed);
     ASSERT_GE(test.statuses.size(), 2U);
     EXPECT_EQ(test.statuses[test.statuses.size() - 2], "NIST Read FAILED at Sector [3142584]");
     EXPECT_EQ(test.statuses.back(), "NIST Read Test -- FAILED Found Read Errors");
     const std::string sector = std::to_string(test.reads.back().offset / 512);
     EXPECT_THAT(test.logRows, ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [" + sector + "] for <26816512> bytes"));
     EXPECT_EQ(test.driveStatuses.back(), "BAD NIST Read Test FAILED at sector " + sector);
-    EXPECT_EQ(test.jobActive, 0);
+    EXPECT_FALSE(test.jobs.active());
     EXPECT_EQ(test.progress.back(), "0");
 }
 
 TEST(NistReadTest, StopsAfterTheSegmentInWhichItIsTold) {
     ScriptedReadTest test(500 * kGibibyte);
-    test.afterRead = [&] { test.jobActive = test.reads.size() < 9 ? 1 : 0; };
+    test.afterRead = [&] {
+        if (test.reads.size() == 9) {
+            test.jobs.askToStop();
+        }
+    };
     EXPECT_EQ(run(test), 1U);
     EXPECT_THAT(test.reads, SizeIs(10));
-    EXPECT_EQ(test.drive.nistTestResult, kReadTestTerminated);
+    EXPECT_EQ(test.drive.nistTestResult, ReadTestResult::kTerminated);
     EXPECT_EQ(test.statuses.back(), "NIST Random Read Test User Terminated");
     EXPECT_THAT(test.progress, Contains("3"));
     EXPECT_EQ(test.progress.back(), "0");
@@ -252,23 +256,26 @@ TEST(NistReadTest, StopsAfterTheSegmentInWhichItIsTold) {
 TEST(NistReadTest, AFailureCountsMoreThanTheOrderToStop) {
     ScriptedReadTest test(500 * kGibibyte);
     test.readFails = [&](const ReadRequest&) {
-        test.jobActive = 0;
+        test.jobs.askToStop();
         return true;
     };
     run(test);
-    EXPECT_EQ(test.drive.nistTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.nistTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(test.statuses.back(), "NIST Read Test -- FAILED Found Read Errors");
 }
 
 TEST(NistReadTest, ThatWasToldToStopLeavesTheNextJobsFlag) {
     ScriptedReadTest test(500 * kGibibyte);
+    std::optional<JobClaim> next;
     test.afterRead = [&] {
-        test.lastStopped = 1; // told to stop; the flag is another job's by now
-        test.jobActive = 1;
+        if (!next) {
+            test.jobs.askToStop();
+            next = test.jobs.begin(JobKind::kNistTest);
+        }
     };
     run(test);
-    EXPECT_EQ(test.drive.nistTestResult, kReadTestTerminated);
-    EXPECT_EQ(test.jobActive, 1);
+    EXPECT_EQ(test.drive.nistTestResult, ReadTestResult::kTerminated);
+    EXPECT_TRUE(next->isRaised());
 }
 
 TEST(NistReadTest, OfADriveTooSmallReadsNothingAndPasses) {
@@ -276,7 +283,7 @@ TEST(NistReadTest, OfADriveTooSmallReadsNothingAndPasses) {
         ScriptedReadTest test(sectors * 512);
         EXPECT_EQ(run(test), 1U);
         EXPECT_THAT(test.reads, IsEmpty());
-        EXPECT_EQ(test.drive.nistTestResult, kReadTestPassed);
+        EXPECT_EQ(test.drive.nistTestResult, ReadTestResult::kPassed);
         EXPECT_EQ(test.statuses.back(), "NIST Read Test -- PASSED");
     }
 }

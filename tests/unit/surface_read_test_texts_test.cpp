@@ -35,10 +35,12 @@ TEST(ReadTestTexts, OutcomeLineSaysPassedUnlessThereWereReadErrors) {
 }
 
 TEST(ReadTestTexts, DriveStatusBeginsWithTheWordThatColoursIt) {
-    EXPECT_EQ(readTestDriveStatus("Short Read Test", {kReadTestPassed, {}}), "COMPLETED Short Read Test PASSED");
-    EXPECT_EQ(readTestDriveStatus("NIST Read Test", {kReadTestTerminated, {}}), "BAD NIST Read Test TERMINATED");
-    EXPECT_EQ(readTestDriveStatus("NIST Read Test", {kReadTestFailed, {}}), "BAD NIST Read Test FAILED");
-    EXPECT_EQ(readTestDriveStatus("NIST Read Test", {kReadTestFailed, 39062500000}),
+    EXPECT_EQ(readTestDriveStatus("Short Read Test", {ReadTestResult::kPassed, {}}),
+              "COMPLETED Short Read Test PASSED");
+    EXPECT_EQ(readTestDriveStatus("NIST Read Test", {ReadTestResult::kTerminated, {}}),
+              "BAD NIST Read Test TERMINATED");
+    EXPECT_EQ(readTestDriveStatus("NIST Read Test", {ReadTestResult::kFailed, {}}), "BAD NIST Read Test FAILED");
+    EXPECT_EQ(readTestDriveStatus("NIST Read Test", {ReadTestResult::kFailed, 39062500000}),
               "BAD NIST Read Test FAILED at sector 39062500000");
 }
 

@@ -2,11 +2,13 @@
 
 #include "surface/read_tests.h"
 
-#include <atomic>
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -38,33 +40,36 @@ class RuntimeNumbers {
 };
 
 /// A drive and a dialog for the read tests that go by a script and keep what was asked of them.
-class ScriptedReadTest : public ReadTestSystem, public ReadTestDisplay {
+class ScriptedReadTest : public DriveIo, public ReadTestSystem, public ReadTestDisplay {
   public:
     explicit ScriptedReadTest(std::uint64_t bytes, std::int32_t sectorSize = 512) {
         drive.sizeBytes = static_cast<std::int64_t>(bytes);
         drive.bytesPerSector = sectorSize;
-        drive.shortTestResult = drive.criticalTestResult = drive.nistTestResult = kReadTestNotPerformed;
     }
 
     std::uint32_t run(ReadTestKind kind, std::uint32_t (*test)(ReadTestJob&)) {
         ReadTestJob job = makeJob(kind);
         return test(job);
     }
+    /// A job that has just begun.
     ReadTestJob makeJob(ReadTestKind kind) {
+        claim = jobs.begin(jobKindOf(kind));
         return {.kind = kind,
                 .drive = drive,
+                .io = *this,
                 .system = *this,
                 .display = *this,
-                .running = {jobActive, lastStopped, 1},
-                .failedSector = {}};
+                .claim = claim.value(),
+                .failedRead = {}};
     }
 
     DriveRecord drive;
-    std::atomic<std::int32_t> jobActive{1};
-    std::atomic<std::int32_t> lastStopped{0};
+    Jobs jobs;
+    std::optional<JobClaim> claim;
 
     // The script.
     std::function<bool(const ReadRequest&)> readFails = [](const ReadRequest&) { return false; };
+    TransferOutcome failure = TransferOutcome::kFailed; ///< how a read fails
     std::function<bool(std::uint64_t)> seekFails = [](std::uint64_t) { return false; };
     std::uint64_t mostMemory = std::numeric_limits<std::uint64_t>::max();
     std::function<void()> afterRead = [] {};
@@ -83,11 +88,11 @@ class ScriptedReadTest : public ReadTestSystem, public ReadTestDisplay {
     std::vector<std::string> driveStatuses;
     int fineClock = 0; ///< begins less ends
 
-    bool seek(const DriveRecord&, std::uint64_t offset) override {
+    bool canReach(const DriveRecord&, std::uint64_t offset) override {
         seeks.push_back(offset);
         return !seekFails(offset);
     }
-    bool read(const DriveRecord&, std::uint64_t offset, std::span<std::byte> bytes) override {
+    TransferOutcome read(const DriveRecord&, std::uint64_t offset, std::span<std::byte> bytes) override {
         reads.push_back({offset, bytes.size()});
         clock += readTakes();
         // Touched at both ends, so that a buffer that is too small shows.
@@ -98,7 +103,11 @@ class ScriptedReadTest : public ReadTestSystem, public ReadTestDisplay {
         const bool inside = offset < size && bytes.size() <= size - offset;
         const bool whole = inside && !readFails(reads.back());
         afterRead();
-        return whole;
+        return whole ? TransferOutcome::kWhole : failure;
+    }
+    TransferOutcome write(const DriveRecord&, std::uint64_t, std::span<const std::byte>) override {
+        ADD_FAILURE() << "a read test writes";
+        return TransferOutcome::kFailed;
     }
     ReadBuffer allocate(std::size_t size) override {
         allocations.push_back(size);

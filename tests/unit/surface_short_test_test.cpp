@@ -35,7 +35,7 @@ TEST(ShortReadTest, ProbesAHundredPlacesSpreadEvenly) {
     ScriptedReadTest test(1000 * kMebibyte + 512);
     EXPECT_EQ(run(test), 1U);
     EXPECT_EQ(test.reads, evenProbes(2048001, 512));
-    EXPECT_EQ(test.drive.shortTestResult, kReadTestPassed);
+    EXPECT_EQ(test.drive.shortTestResult, ReadTestResult::kPassed);
     EXPECT_THAT(test.statuses, ElementsAre("Short Read Test STARTED", "Short Read Test -- PASSED"));
     EXPECT_THAT(test.logRows, IsEmpty());
     EXPECT_EQ(test.driveStatuses.back(), "COMPLETED Short Read Test PASSED");
@@ -69,7 +69,7 @@ TEST(ShortReadTest, ReadsExactlyTheLoggedSectorsInTheLogsOrder) {
     EXPECT_EQ(run(test), 1U);
     EXPECT_THAT(test.reads, ElementsAre(ReadRequest{70000 * 512, 65536}, ReadRequest{5 * 512, 65536},
                                         ReadRequest{std::uint64_t{1234567} * 512, 65536}));
-    EXPECT_EQ(test.drive.shortTestResult, kReadTestPassed);
+    EXPECT_EQ(test.drive.shortTestResult, ReadTestResult::kPassed);
     EXPECT_THAT(test.statuses, ElementsAre("Short Read Test STARTED", "Short Read Test -- PASSED"));
 }
 
@@ -96,7 +96,7 @@ TEST(ShortReadTest, NamesTheLoggedSectorThatFailedAndStopsThere) {
     test.readFails = [](const ReadRequest& read) { return read.offset == 5 * 512; };
     EXPECT_EQ(run(test), 1U);
     EXPECT_THAT(test.reads, SizeIs(2));
-    EXPECT_EQ(test.drive.shortTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.shortTestResult, ReadTestResult::kFailed);
     EXPECT_THAT(test.statuses, ElementsAre("Short Read Test STARTED", "Short Test: Read FAILED at Sector [5]",
                                            "Short Read Test -- FAILED Found Read Errors"));
     EXPECT_THAT(test.logRows, ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [5] for <65536> bytes"));
@@ -109,7 +109,7 @@ TEST(ShortReadTest, ALoggedSectorOutsideTheDriveFails) {
     test.seekFails = [](std::uint64_t offset) { return offset > (1ULL << 63); };
     run(test);
     EXPECT_THAT(test.seeks, ElementsAre(static_cast<std::uint64_t>(-512)));
-    EXPECT_EQ(test.drive.shortTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.shortTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(test.statuses[1], "Short Test: Read FAILED at Sector [-1]");
 }
 
@@ -127,7 +127,7 @@ TEST(ShortReadTest, OnTheSamplingPathPrintsSectorZeroWhateverFailed) {
         test.readFails = [&](const ReadRequest& read) { return read.offset == sector * 512; };
         EXPECT_EQ(run(test), 1U);
         EXPECT_THAT(test.reads, SizeIs(probe + 1));
-        EXPECT_EQ(test.drive.shortTestResult, kReadTestFailed);
+        EXPECT_EQ(test.drive.shortTestResult, ReadTestResult::kFailed);
         EXPECT_THAT(test.statuses, ElementsAre("Short Read Test STARTED", "Short Test: Read FAILED at Sector [0]",
                                                "Short Read Test -- FAILED Found Read Errors"));
         // The event log and the drive list tell which sector it was.
@@ -144,7 +144,7 @@ TEST(ShortReadTest, AFailedSeekFailsTheTestWithoutALogRow) {
     test.seekFails = [](std::uint64_t offset) { return offset > 0; };
     run(test);
     EXPECT_THAT(test.reads, SizeIs(1));
-    EXPECT_EQ(test.drive.shortTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.shortTestResult, ReadTestResult::kFailed);
     EXPECT_THAT(test.logRows, IsEmpty());
     EXPECT_EQ(test.statuses.back(), "Short Read Test -- FAILED Found Read Errors");
 }
@@ -154,30 +154,35 @@ TEST(ShortReadTest, OfATinyDriveFailsAtItsEnd) {
     ScriptedReadTest test(std::uint64_t{12700} * 512);
     run(test);
     EXPECT_THAT(test.reads, SizeIs(100));
-    EXPECT_EQ(test.drive.shortTestResult, kReadTestFailed);
+    EXPECT_EQ(test.drive.shortTestResult, ReadTestResult::kFailed);
 }
 
 TEST(ShortReadTest, ReadsAsPassedWhileItRuns) {
     ScriptedReadTest test(1000 * kMebibyte);
-    std::vector<std::int32_t> results;
+    std::vector<ReadTestResult> results;
     test.afterRead = [&] { results.push_back(test.drive.shortTestResult); };
     run(test);
-    EXPECT_THAT(results, ::testing::Each(kReadTestPassed));
-    EXPECT_EQ(test.drive.criticalTestResult, kReadTestNotPerformed);
-    EXPECT_EQ(test.drive.nistTestResult, kReadTestNotPerformed);
+    EXPECT_THAT(results, ::testing::Each(ReadTestResult::kPassed));
+    EXPECT_EQ(test.drive.criticalTestResult, ReadTestResult::kNotPerformed);
+    EXPECT_EQ(test.drive.nistTestResult, ReadTestResult::kNotPerformed);
 }
 
-TEST(ShortReadTest, CannotBeStoppedAndLeavesTheJobFlagAlone) {
+TEST(ShortReadTest, CannotBeStoppedAndHasNoFlag) {
     ScriptedReadTest test(1000 * kMebibyte);
-    test.lastStopped = 1;
-    for (const std::int32_t flag : {0, 1}) {
-        test.reads.clear();
-        test.jobActive = flag;
-        run(test);
-        EXPECT_THAT(test.reads, SizeIs(100));
-        EXPECT_EQ(test.jobActive, flag);
-        EXPECT_EQ(test.drive.shortTestResult, kReadTestPassed);
-    }
+    test.afterRead = [&] {
+        EXPECT_FALSE(test.jobs.active());
+        test.jobs.askToStop();
+    };
+    run(test);
+    EXPECT_THAT(test.reads, SizeIs(100));
+    EXPECT_EQ(test.drive.shortTestResult, ReadTestResult::kPassed);
+}
+
+TEST(ShortReadTest, LeavesAnotherJobsFlagAlone) {
+    ScriptedReadTest test(1000 * kMebibyte);
+    const std::optional<JobClaim> other = test.jobs.begin(JobKind::kCriticalTest);
+    run(test);
+    EXPECT_TRUE(other->isRaised());
 }
 
 TEST(ShortReadTest, KeepsAverageLeastAndGreatestTime) {
@@ -225,7 +230,8 @@ TEST(TimedRead, DropsTheSignOfATimeOverWhichTheClockWrapped) {
     test.readTakes = [] { return 6U; };
     ReadTestJob job = test.makeJob(kShortReadTest);
     std::vector<std::byte> bytes(512);
-    EXPECT_TRUE(TimedRead(job, bytes, 0));
+    EXPECT_EQ(TimedRead(job, bytes, 0), TransferOutcome::kWhole);
+    EXPECT_FALSE(job.failedRead);
     EXPECT_EQ(test.drive.readTimes.lastReadStart, 0xFFFFFFFE);
     EXPECT_EQ(test.drive.readTimes.lastReadEnd, 4);
     EXPECT_EQ(test.drive.readTimes.lastReadMs, 0xFFFFFFFA);
@@ -237,11 +243,36 @@ TEST(TimedRead, AlsoTimesAReadThatFails) {
     test.readTakes = [] { return 8000U; };
     ReadTestJob job = test.makeJob(kNistReadTest);
     std::vector<std::byte> bytes(1024);
-    EXPECT_FALSE(TimedRead(job, bytes, 77));
+    EXPECT_EQ(TimedRead(job, bytes, 77), TransferOutcome::kFailed);
     EXPECT_EQ(test.drive.readTimes.lastReadMs, 8000);
     EXPECT_EQ(test.fineClock, 0);
     EXPECT_THAT(test.logRows, ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [77] for <1024> bytes"));
-    EXPECT_EQ(job.failedSector, 77);
+    ASSERT_TRUE(job.failedRead);
+    EXPECT_EQ(job.failedRead->sector, 77);
+    EXPECT_EQ(job.failedRead->outcome, TransferOutcome::kFailed);
+}
+
+TEST(TimedRead, KeepsThatTheDriveIsGone) {
+    ScriptedReadTest test(1000 * kMebibyte);
+    test.readFails = [](const ReadRequest&) { return true; };
+    test.failure = TransferOutcome::kGone;
+    ReadTestJob job = test.makeJob(kNistReadTest);
+    std::vector<std::byte> bytes(1024);
+    EXPECT_EQ(TimedRead(job, bytes, 77), TransferOutcome::kGone);
+    EXPECT_EQ(job.failedRead->outcome, TransferOutcome::kGone);
+    EXPECT_THAT(test.logRows, SizeIs(1));
+}
+
+TEST(TimedRead, OfAPlaceThatCannotBeReachedReadsAndTimesNothing) {
+    ScriptedReadTest test(1000 * kMebibyte);
+    test.seekFails = [](std::uint64_t) { return true; };
+    ReadTestJob job = test.makeJob(kNistReadTest);
+    std::vector<std::byte> bytes(1024);
+    EXPECT_EQ(TimedRead(job, bytes, 77), TransferOutcome::kNotReached);
+    EXPECT_EQ(job.failedRead->sector, 77);
+    EXPECT_EQ(job.failedRead->outcome, TransferOutcome::kNotReached);
+    EXPECT_THAT(test.reads, IsEmpty());
+    EXPECT_EQ(test.drive.readTimes.lastReadEnd, 0);
 }
 
 } // namespace

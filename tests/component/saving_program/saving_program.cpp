@@ -99,14 +99,14 @@ int saveAndDie() {
     realClose = close.original();
     const ImportPatched move(__imp_MoveFileExA, &moveFile);
     realMove = move.original();
-    return saveMessages(appState(), tableOf(torvane::testing::kNewTable)) == 1 ? torvane::testing::kSaved
-                                                                               : torvane::testing::kNotSaved;
+    return saveMessages(appState().messages, tableOf(torvane::testing::kNewTable)) == 1 ? torvane::testing::kSaved
+                                                                                        : torvane::testing::kNotSaved;
 }
 
 [[noreturn]] void saveForEver() {
     for (;;) {
-        saveMessages(appState(), tableOf(torvane::testing::kNewTable));
-        saveMessages(appState(), tableOf(torvane::testing::kOldTable));
+        saveMessages(appState().messages, tableOf(torvane::testing::kNewTable));
+        saveMessages(appState().messages, tableOf(torvane::testing::kOldTable));
     }
 }
 

@@ -7,26 +7,26 @@ namespace torvane {
 /// A number that threads share, as a field of a record that can be copied. A copy takes the number of that moment;
 /// what is added is never lost, whoever else adds.
 template <typename Number>
-class SharedWord {
+class SharedNumber {
   public:
-    SharedWord() = default;
-    SharedWord(Number value) : value_(value) {} // NOLINT(google-explicit-constructor): used as the number it is
-    SharedWord(const SharedWord& other) : value_(other.value_.load()) {}
-    SharedWord& operator=(const SharedWord& other) {
+    SharedNumber() = default;
+    SharedNumber(Number value) : value_(value) {} // NOLINT(google-explicit-constructor): used as the number it is
+    SharedNumber(const SharedNumber& other) : value_(other.value_.load()) {}
+    SharedNumber& operator=(const SharedNumber& other) {
         value_ = other.value_.load();
         return *this;
     }
-    ~SharedWord() = default;
+    ~SharedNumber() = default;
 
-    SharedWord& operator=(Number value) {
+    SharedNumber& operator=(Number value) {
         value_ = value;
         return *this;
     }
-    SharedWord& operator+=(Number value) {
+    SharedNumber& operator+=(Number value) {
         value_ += value;
         return *this;
     }
-    SharedWord& operator++() {
+    SharedNumber& operator++() {
         ++value_;
         return *this;
     }

@@ -1,4 +1,4 @@
-#include "state/command_guards.h"
+#include "window/command_guards.h"
 
 #include "state/app_state.h"
 #include "ui/prompts.h"
@@ -35,14 +35,6 @@ DriveRecord* requireOneToImage(const AppState& state, const TickTexts& texts) {
 }
 
 } // namespace
-
-DriveRecord* requireActiveDrive(const AppState& state, const char* text) {
-    if (!hasActiveDrive(state)) {
-        prompts::stop("***** NO ACTIVE DRIVE *****", text);
-        return nullptr;
-    }
-    return state.activeDrive;
-}
 
 DriveRecord* requireDriveToClone(const AppState& state) {
     return requireOne(state.view->tickedDrives(),

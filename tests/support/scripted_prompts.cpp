@@ -1,4 +1,4 @@
-#include "tests/component/scripted_prompts.h"
+#include "tests/support/scripted_prompts.h"
 
 #include "ui/prompts.h"
 

@@ -1,8 +1,8 @@
-#include "state/command_guards.h"
+#include "window/command_guards.h"
 
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
-#include "tests/component/scripted_prompts.h"
+#include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gtest/gtest.h>
 
@@ -11,12 +11,6 @@ namespace {
 
 class CommandGuardsTest : public ::testing::Test {
   protected:
-    void makeActive(std::int32_t smartType) {
-        first_.smartType = smartType;
-        state_.activeDrive = &first_;
-        state_.activeDriveChosen = 1;
-    }
-
     // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
     AppState state_;
     RecordingMainView view_;
@@ -27,27 +21,6 @@ class CommandGuardsTest : public ::testing::Test {
     DriveRecord second_;
     // NOLINTEND(misc-non-private-member-variables-in-classes)
 };
-
-TEST_F(CommandGuardsTest, NoActiveDriveIsSaid) {
-    user_.expectStop("***** NO ACTIVE DRIVE *****", "Please choose a drive to view");
-    EXPECT_EQ(requireActiveDrive(state_, "Please choose a drive to view"), nullptr);
-}
-
-TEST_F(CommandGuardsTest, ActiveDriveNeedsBothTheFlagAndTheRecord) {
-    state_.activeDrive = &first_;
-    user_.expectStop("***** NO ACTIVE DRIVE *****", "a");
-    EXPECT_EQ(requireActiveDrive(state_, "a"), nullptr);
-
-    state_.activeDrive = nullptr;
-    state_.activeDriveChosen = 1;
-    user_.expectStop("***** NO ACTIVE DRIVE *****", "b");
-    EXPECT_EQ(requireActiveDrive(state_, "b"), nullptr);
-}
-
-TEST_F(CommandGuardsTest, ActiveDriveIsHandedOver) {
-    makeActive(kSmartTypeStandard);
-    EXPECT_EQ(requireActiveDrive(state_, "unused"), &first_);
-}
 
 TEST_F(CommandGuardsTest, ADriveOfUnknownSizeEndsAnImageWithoutAWord) {
     second_.sizeBytes = -1;

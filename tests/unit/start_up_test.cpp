@@ -1,6 +1,6 @@
 #include "window/start_up.h"
 
-#include "tests/component/scripted_prompts.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -8,9 +8,6 @@ struct DriveRecord;
 // What must hold before a command starts. Each guard that refuses has shown its box; a refusal changes nothing. They
 // run on the window's thread.
 
-/// The active drive; null when none is chosen, after a box with `text`.
-[[nodiscard]] DriveRecord* requireActiveDrive(const AppState& state, const char* text);
-
 /// The one ticked drive to clone, to image or to image forensically; null when none or several are ticked. For an image
 /// also null, without a box, when a ticked drive's size is all ones.
 [[nodiscard]] DriveRecord* requireDriveToClone(const AppState& state);

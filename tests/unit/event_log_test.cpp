@@ -1,7 +1,9 @@
 #include "state/event_log.h"
 
+#include "base/local_moment.h"
 #include "state/app_state.h"
-#include "tests/component/recording_main_view.h"
+#include "state/log_row.h"
+#include "tests/support/recording_main_view.h"
 
 #include <gtest/gtest.h>
 
@@ -24,13 +26,16 @@ TEST(EventLogTest, DeliversTheFormattedRow) {
 TEST(EventLogTest, StampsTheLocalDateAndTime) {
     RecordingMainView view;
     const ViewInstalled installed(appState(), view);
-    SYSTEMTIME before{};
-    GetLocalTime(&before);
+    const LocalMoment before = localNow();
     LogEvent("STATUS", "now");
     const LogRow row = view.logRows().front();
     EXPECT_TRUE(std::regex_match(row.date, std::regex(R"(\d\d/\d\d/\d\d\d\d)"))) << row.date;
     EXPECT_TRUE(std::regex_match(row.time, std::regex(R"(\d\d:\d\d:\d\d)"))) << row.time;
-    EXPECT_EQ(std::stoi(row.date.substr(6)), before.wYear);
+    const LogRow then = makeLogRow("STATUS", before, "now");
+    const LogRow now = makeLogRow("STATUS", localNow(), "now");
+    const auto moment = [](const LogRow& each) { return each.date.substr(6) + each.date.substr(0, 5) + each.time; };
+    EXPECT_LE(moment(then), moment(row));
+    EXPECT_LE(moment(row), moment(now));
 }
 
 TEST(EventLogTest, OutsideTextIsNeverAFormat) {

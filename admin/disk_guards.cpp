@@ -1,0 +1,44 @@
+#include "admin/disk_guards.h"
+
+#include "discovery/drive_volumes.h"
+#include "jobs/jobs.h"
+#include "records/drive_record.h"
+#include "ui/prompts.h"
+
+namespace torvane {
+
+bool mayChangeDisk(const Jobs& jobs, const DriveRecord& drive) {
+    constexpr const char* kWorking = "***** Working *****";
+    const Jobs::Obstacle obstacle = jobs.whyNot(JobKind::kDiskChange);
+    if (obstacle.kinds.contains(JobKind::kScan)) {
+        prompts::stop(kWorking, "Drive Loader is Working");
+        return false;
+    }
+    if (obstacle.kinds.contains(JobKind::kShortTest)) {
+        prompts::stop(kWorking, "Short Test is Running");
+        return false;
+    }
+    // A copy or a read test that was told to stop uses its drives until its last read is done.
+    if (obstacle) {
+        prompts::stop(kWorking, "A Job is Working");
+        return false;
+    }
+    if (drive.recordKind == kRecordKindImageFile) {
+        prompts::stop("***** IMAGE FILE *****", "An image file is no disk of this computer");
+        return false;
+    }
+    return true;
+}
+
+bool mayCleanDisk(const Jobs& jobs, const VolumeTable& volumes, const DriveRecord& drive) {
+    if (!mayChangeDisk(jobs, drive)) {
+        return false;
+    }
+    if (isSystemDrive(drive, volumes)) {
+        prompts::stop("***** SYSTEM DRIVE *****", "The drive that holds Windows cannot be cleaned");
+        return false;
+    }
+    return true;
+}
+
+} // namespace torvane
