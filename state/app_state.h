@@ -2,11 +2,12 @@
 
 #include "base/fixed_text.h"
 #include "base/owned_handle.h"
-#include "copy/jobs/copy_job_state.h"
+#include "jobs/jobs.h"
 #include "records/company_info.h"
 #include "records/message_table.h"
 #include "state/main_view.h"
 #include "state/mount_status.h"
+#include "state/race_track_state.h"
 #include "state/scan_tables.h"
 #include "state/smart_scan_state.h"
 #include "surface/read_test_state.h"
@@ -28,6 +29,8 @@ struct ChosenNames {
 /// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event
 /// log. Words that a worker and the window's thread share are atomics; the rest belongs to the window's thread.
 struct AppState {
+    Jobs jobs; ///< who is at work
+
     std::atomic<std::int32_t> jobActive{0}; ///< 1 while a long job runs; cleared to ask it to stop
     /// 1 from the start of a copy or of a change of a disk until its thread has done its last work, which may be well
     /// after `jobActive` was cleared: a read in flight cannot be called back. The drive records stay in use until then.
@@ -41,7 +44,7 @@ struct AppState {
 
     ScanState scan;
     SmartScanState smart;
-    CopyJobState copy;
+    RaceTrackState raceTrack;
     ReadTestState readTests;
 
     CompanyInfo companyInfo; ///< printed on every report; the window's thread alone touches it
