@@ -37,6 +37,21 @@ TransferOutcome outcomeOf(BOOL done, bool whole) {
     return tellsThatDeviceIsGone(GetLastError()) ? TransferOutcome::kGone : TransferOutcome::kFailed;
 }
 
+/// `place` null: at the file pointer.
+TransferOutcome read(HANDLE handle, std::span<std::byte> bytes, OVERLAPPED* place) {
+    const auto length = static_cast<DWORD>(bytes.size());
+    DWORD count = 0;
+    const BOOL done = ReadFile(handle, bytes.data(), length, &count, place);
+    return outcomeOf(done, count == length);
+}
+
+TransferOutcome write(HANDLE handle, std::span<const std::byte> bytes, OVERLAPPED* place) {
+    const auto length = static_cast<DWORD>(bytes.size());
+    DWORD count = 0;
+    const BOOL done = WriteFile(handle, bytes.data(), length, &count, place);
+    return outcomeOf(done, count == length);
+}
+
 } // namespace
 
 bool canReach(void* handle, std::uint64_t offset) {
@@ -47,19 +62,21 @@ bool canReach(void* handle, std::uint64_t offset) {
 }
 
 TransferOutcome readAt(void* handle, std::uint64_t offset, std::span<std::byte> bytes) {
-    const auto length = static_cast<DWORD>(bytes.size());
     OVERLAPPED place = placeAt(offset);
-    DWORD count = 0;
-    const BOOL done = ReadFile(handle, bytes.data(), length, &count, &place);
-    return outcomeOf(done, count == length);
+    return read(handle, bytes, &place);
 }
 
 TransferOutcome writeAt(void* handle, std::uint64_t offset, std::span<const std::byte> bytes) {
-    const auto length = static_cast<DWORD>(bytes.size());
     OVERLAPPED place = placeAt(offset);
-    DWORD count = 0;
-    const BOOL done = WriteFile(handle, bytes.data(), length, &count, &place);
-    return outcomeOf(done, count == length);
+    return write(handle, bytes, &place);
+}
+
+TransferOutcome readNext(void* handle, std::span<std::byte> bytes) {
+    return read(handle, bytes, nullptr);
+}
+
+TransferOutcome writeNext(void* handle, std::span<const std::byte> bytes) {
+    return write(handle, bytes, nullptr);
 }
 
 } // namespace torvane

@@ -20,4 +20,8 @@ namespace torvane {
 [[nodiscard]] TransferOutcome readAt(void* handle, std::uint64_t offset, std::span<std::byte> bytes);
 [[nodiscard]] TransferOutcome writeAt(void* handle, std::uint64_t offset, std::span<const std::byte> bytes);
 
+/// The same from the file pointer on, which moves with it: for a file that one thread goes through from start to end.
+[[nodiscard]] TransferOutcome readNext(void* handle, std::span<std::byte> bytes);
+[[nodiscard]] TransferOutcome writeNext(void* handle, std::span<const std::byte> bytes);
+
 } // namespace torvane

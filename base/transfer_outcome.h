@@ -12,4 +12,9 @@ enum class TransferOutcome : std::uint8_t {
     kGone,       ///< likewise, and the device is not there any more
 };
 
+/// True when the transfer was tried and did not end whole.
+[[nodiscard]] constexpr bool hasFailed(TransferOutcome outcome) {
+    return outcome == TransferOutcome::kFailed || outcome == TransferOutcome::kGone;
+}
+
 } // namespace torvane

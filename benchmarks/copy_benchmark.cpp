@@ -7,8 +7,10 @@
 // the drive's "Status" cell said last. The destination is not cleaned by diskpart first, because the peers do nothing
 // of the kind either.
 
-#include "copy/engine/windows_copy_system.h"
-#include "copy/jobs/copy_jobs.h"
+#include "copy/engine/copy_drive_io.h"
+#include "copy/jobs/copy_job.h"
+#include "copy/jobs/start_copy.h"
+#include "copy/jobs/windows_copy_system.h"
 #include "discovery/physical_drive_probe.h"
 #include "state/app_state.h"
 #include "ui/prompts.h"
@@ -66,7 +68,7 @@ class BenchmarkSystem : public WindowsCopySystem {
   public:
     using WindowsCopySystem::WindowsCopySystem;
 
-    void cleanDestination() override {}
+    void cleanDisk(DriveRecord&) override {}
     void setDriveStatus(const DriveRecord&, const std::string& text) override { lastStatus = text; }
 
     std::string lastStatus;
@@ -82,12 +84,14 @@ class NoDisplay : public JobDisplay {
 
 struct NamedJob {
     std::string_view name;
+    CopyKind kind;
     std::uint32_t (*run)(const CopyJob&);
 };
 
 constexpr NamedJob kJobs[] = {
-    {"forward", runForwardClone},   {"reverse", runReverseClone},   {"image", runImageToFile},
-    {"forensic", runForensicImage}, {"verified", runForensicImage},
+    {"forward", CopyKind::kForwardClone, runForwardClone},    {"reverse", CopyKind::kReverseClone, runReverseClone},
+    {"image", CopyKind::kImageToFile, runImageToFile},        {"forensic", CopyKind::kForensicImage, runForensicImage},
+    {"verified", CopyKind::kForensicImage, runForensicImage},
 };
 
 std::size_t peakWorkingSetMiB() {
@@ -104,20 +108,22 @@ int run(const NamedJob& job) {
         std::fprintf(stderr, "the bench has no drives 1 and 2\n");
         return 2;
     }
-    state.copy.source = state.copy.imageSource = source.get();
-    state.copy.destination = destination.get();
-
+    const CopyOrder order{.kind = job.kind, .source = source.get(), .destination = destination.get(), .path = "."};
+    JobClaim claim = state.jobs.begin(jobKindOf(job.kind)).value(); // nobody else is at work
+    CopyDriveIo drives;
     BenchmarkSystem system(state);
     NoDisplay display;
     const auto started = std::chrono::steady_clock::now();
-    const std::uint32_t exitCode = job.run({.state = state.copy,
-                                            .running = state.jobActive,
+    const std::uint32_t exitCode = job.run({.order = order,
+                                            .claim = claim,
+                                            .track = state.raceTrack,
+                                            .drives = drives,
                                             .system = system,
                                             .display = display,
-                                            .destinationPath = "."});
+                                            .keptImages = keptImages()});
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - started;
     std::printf("%.3f %zu %s\n", elapsed.count(), peakWorkingSetMiB(), system.lastStatus.c_str());
-    return exitCode == 1 && state.copy.succeeded == 1 ? 0 : 1;
+    return exitCode == 1 && state.raceTrack.succeeded == 1 ? 0 : 1;
 }
 
 } // namespace

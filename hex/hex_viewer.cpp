@@ -1,14 +1,14 @@
 #include "hex/hex_viewer.h"
 
-#include "copy/engine/block_io.h"
 #include "records/sector_size.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace torvane {
 
-HexViewer::HexViewer(DriveRecord& drive)
-    : drive_(drive), sectorBytes_(sectorSizeOf(drive)),
+HexViewer::HexViewer(DriveRecord& drive, DriveIo& io, ErrorLog log)
+    : drive_(drive), io_(io), log_(std::move(log)), sectorBytes_(sectorSizeOf(drive)),
       // Not the record's count, which is in units of 512 bytes whatever the sector size.
       sectors_(static_cast<std::uint64_t>(std::max<std::int64_t>(drive.sizeBytes, 0)) / sectorBytes_),
       buffer_(hexReadBytes(drive.bytesPerSector)) {}
@@ -34,7 +34,7 @@ void HexViewer::toScrollPosition(int position) {
 }
 
 void HexViewer::read() {
-    ReadBlock(drive_, buffer_, sector_ * sectorBytes_);
+    ReadBlock(io_, drive_, buffer_, sector_ * sectorBytes_, log_);
 }
 
 } // namespace torvane

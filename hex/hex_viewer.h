@@ -1,5 +1,6 @@
 #pragma once
 
+#include "copy/engine/block_io.h"
 #include "hex/hex_panes.h"
 #include "records/drive_record.h"
 
@@ -13,7 +14,8 @@ namespace torvane {
 /// The hex viewer's place on a drive and the sector's first bytes there. It begins at sector 0, with nothing read.
 class HexViewer {
   public:
-    explicit HexViewer(DriveRecord& drive);
+    /// `log` gets the rows about unreadable sectors.
+    HexViewer(DriveRecord& drive, DriveIo& io, ErrorLog log);
 
     /// The current sector, in the drive's own sectors, and how many there are.
     [[nodiscard]] std::uint64_t sector() const { return sector_; }
@@ -34,6 +36,8 @@ class HexViewer {
 
   private:
     DriveRecord& drive_;
+    DriveIo& io_;
+    ErrorLog log_;
     std::uint64_t sectorBytes_;
     std::uint64_t sectors_;
     std::uint64_t sector_ = 0;

@@ -1,8 +1,10 @@
 #include "hex/hex_viewer_dialog.h"
 
 #include "base/format.h"
+#include "discovery/windows_drive_io.h"
 #include "hex/hex_viewer.h"
 #include "resources/resource_ids.h"
+#include "state/event_log.h"
 #include "ui/dialog.h"
 
 namespace torvane {
@@ -73,7 +75,8 @@ FixedFont chooseFont(HWND window, const RECT& area) {
 
 class HexViewerDialog : public Dialog {
   public:
-    explicit HexViewerDialog(DriveRecord& drive) : Dialog(IDD_HEX_VIEWER), drive_(drive), viewer_(drive) {}
+    explicit HexViewerDialog(DriveRecord& drive)
+        : Dialog(IDD_HEX_VIEWER), drive_(drive), viewer_(drive, io_, logError) {}
 
   protected:
     bool onInitialise() override {
@@ -174,7 +177,10 @@ class HexViewerDialog : public Dialog {
 
     void onClose() { end(1); }
 
+    static void logError(const std::string& text) { LogEvent("ERROR", "%s", text.c_str()); }
+
     DriveRecord& drive_;
+    WindowsDriveIo io_;
     HexViewer viewer_;
     FixedFont font_{};
     UniqueBrush background_{CreateSolidBrush(kBackground)};

@@ -29,6 +29,13 @@ bool JobClaim::raise() {
     return entry.flagUp;
 }
 
+void JobClaim::raiseAnew() {
+    const std::lock_guard lock(jobs_->mutex_);
+    Jobs::Entry& entry = jobs_->entry(number_);
+    entry.stopAsked = false;
+    entry.flagUp = true;
+}
+
 void JobClaim::lower() {
     const std::lock_guard lock(jobs_->mutex_);
     jobs_->lower(jobs_->entry(number_));

@@ -26,6 +26,10 @@ class JobClaim {
     /// Raises the flag. False, and the flag stays down, when the job was asked to stop since it began.
     [[nodiscard]] bool raise();
 
+    /// Raises the flag, and forgets that the job was asked to stop: for a second part that the user has agreed to
+    /// since.
+    void raiseAnew();
+
     /// Lowers the flag; the job may have more to do with its drives. A flag that was left up goes down with it.
     void lower();
 

@@ -65,9 +65,6 @@ void forgetLastScan(AppState& state) {
     state.activeDriveChosen = 0;
     state.view->clearHealthPanel();
     state.view->deleteDriveRows();
-    state.copy.source = nullptr;
-    state.copy.destination = nullptr;
-    state.copy.imageSource = nullptr;
     // Nobody points at the records any more.
     state.scan.driveCount = 0;
     for (DriveRecordPtr& record : state.scan.drives) {

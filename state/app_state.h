@@ -1,19 +1,17 @@
 #pragma once
 
 #include "base/fixed_text.h"
-#include "copy/jobs/copy_job_state.h"
 #include "jobs/jobs.h"
 #include "records/company_info.h"
 #include "records/message_table.h"
 #include "state/main_view.h"
 #include "state/mount_status.h"
+#include "state/race_track_state.h"
 #include "state/scan_tables.h"
 #include "state/smart_scan_state.h"
 
-#include <array>
 #include <atomic>
 #include <cstdint>
-#include <memory>
 
 namespace torvane {
 
@@ -29,26 +27,20 @@ struct ChosenNames {
 /// log. Numbers and pointers that a worker and the window's thread share are atomics; the rest belongs to the window's
 /// thread.
 struct AppState {
-    std::atomic<std::int32_t> jobActive{0}; ///< 1 while a long job runs; cleared to ask it to stop
-    /// 1 from the start of a copy or of a change of a disk until its thread has done its last work, which may be well
-    /// after `jobActive` was cleared: a read in flight cannot be called back. The drive records stay in use until then.
-    std::atomic<std::int32_t> driveJobAtWork{0};
+    Jobs jobs; ///< who is at work
+
     std::atomic<std::int32_t> activeDriveChosen{0}; ///< 1 once a drive was selected in the drive list
     std::atomic<std::int32_t> mountStatus{0};       ///< a MountStatus code; 0 before the first check
     std::atomic<DriveRecord*> activeDrive{nullptr};
 
-    Jobs jobs; ///< who is at work
-
     ScanState scan;
     SmartScanState smart;
-    CopyJobState copy;
+    RaceTrackState raceTrack;
 
     CompanyInfo companyInfo; ///< printed on every report; the window's thread alone touches it
     MessageTable messages;   ///< the advice of "Message.db"; the window's thread alone reads and replaces it
 
     ChosenNames chosen;
-
-    std::shared_ptr<void> worker; ///< the thread of the last copy
 
     /// The main window. Set once at start-up, before any other thread runs, and never cleared: before the window exists
     /// and after its end the view itself ignores every call. Null in tests that need no window.

@@ -5,6 +5,7 @@
 #include "state/app_state.h"
 #include "state/event_log.h"
 #include "state/job_thread.h"
+#include "state/last_drive_job.h"
 #include "surface/read_tests.h"
 #include "surface/windows_read_test_system.h"
 
@@ -58,8 +59,8 @@ DWORD NistReadTest(MainView* view, const ReadTestStart& start, JobClaim& claim) 
 bool startReadTest(AppState& state, ReadTestKind kind, DriveRecord& drive, std::shared_ptr<ReadTestDisplay> display) {
     std::optional<JobClaim> claim = state.jobs.begin(jobKindOf(kind));
     if (!claim) {
-        LogEvent("STATUS", "The last job on a drive has not ended yet");
-        display->setStatus("Status: The last job on a drive has not ended yet");
+        LogEvent("STATUS", "%s", kLastDriveJobStillEnding);
+        display->setStatus(std::string("Status: ") + kLastDriveJobStillEnding);
         return false;
     }
     return startJobThread(std::move(*claim), "read test",

@@ -6,7 +6,7 @@
 REPORT is gcovr's JSON. LIST holds, for each line that may stay unreached, its file and its text:
 
     # The reason, for the lines below it.
-    copy/jobs/job_steps.cpp: job.system.log("ERROR", "Could not ALLOCATE copy buffers");
+    copy/jobs/copy_steps.cpp: job.system.logError("Could not ALLOCATE copy buffers");
 
 One row is for one line; a text that stands in the file more than once needs a row for each. A row whose line is reached,
 or is no longer there, fails as well, so that the list stays true.

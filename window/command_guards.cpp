@@ -1,6 +1,9 @@
 #include "window/command_guards.h"
 
+#include "jobs/job_rules.h"
 #include "state/app_state.h"
+#include "state/event_log.h"
+#include "state/last_drive_job.h"
 #include "ui/prompts.h"
 
 #include <algorithm>
@@ -62,6 +65,14 @@ bool requireListedDrives(const AppState& state) {
     // The stray quotation mark is part of the text.
     prompts::stop("***** ERROR Listed Drives *****", "Please 'use 'Load Drives' from 'Tasks' Menu");
     return false;
+}
+
+bool lastDriveJobIsStillEnding(const Jobs& jobs) {
+    if ((jobs.atWork() & kDriveJobs).empty()) {
+        return false;
+    }
+    LogEvent("STATUS", "%s", kLastDriveJobStillEnding);
+    return true;
 }
 
 } // namespace torvane

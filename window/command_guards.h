@@ -2,6 +2,7 @@
 
 namespace torvane {
 
+class Jobs;
 struct AppState;
 struct DriveRecord;
 
@@ -16,5 +17,9 @@ struct DriveRecord;
 
 /// True when the drive list has rows.
 [[nodiscard]] bool requireListedDrives(const AppState& state);
+
+/// True, with a log row, while a copy or a change of a disk is still at work that was told to stop: its last read may
+/// take long.
+[[nodiscard]] bool lastDriveJobIsStillEnding(const Jobs& jobs);
 
 } // namespace torvane

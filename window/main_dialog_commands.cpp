@@ -11,6 +11,7 @@
 #include "copy/dialogs/forensic_dialog.h"
 #include "copy/dialogs/image_dialog.h"
 #include "copy/dialogs/image_to_drive_dialog.h"
+#include "copy/dialogs/volume_space.h"
 #include "hex/hex_viewer_dialog.h"
 #include "reports/create_report.h"
 #include "resources/resource_ids.h"
@@ -134,28 +135,33 @@ void MainDialog::onNistReadTest() {
 
 void MainDialog::onDriveToDriveClone() {
     DriveRecord* const source = requireDriveToClone(state_);
-    if (source != nullptr && !lastDriveJobIsStillEnding(state_)) {
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_.jobs)) {
         showCloneDialog(state_, *source, window());
     }
 }
 
 void MainDialog::onDriveToImage() {
     DriveRecord* const source = requireDriveToImage(state_);
-    if (source != nullptr && !lastDriveJobIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
-        showImageDialog(state_, window());
+    FixedText<1024>& folder = state_.chosen.destinationFolder;
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_.jobs) &&
+        chooseImageDestination(folder, *source, freeSpaceOfFolder)) {
+        showImageDialog(state_, *source, folder.view(), window());
     }
 }
 
 void MainDialog::onImageToDrive() {
-    if (requireListedDrives(state_) && !lastDriveJobIsStillEnding(state_) && chooseSourceImage(state_)) {
-        showImageToDriveDialog(state_, window());
+    FixedText<1024>& image = state_.chosen.destinationFolder;
+    if (requireListedDrives(state_) && !lastDriveJobIsStillEnding(state_.jobs) && chooseSourceImage(image)) {
+        showImageToDriveDialog(state_, image.view(), window());
     }
 }
 
 void MainDialog::onCreateForensicImage() {
     DriveRecord* const source = requireDriveToImageForensically(state_);
-    if (source != nullptr && !lastDriveJobIsStillEnding(state_) && chooseImageDestination(state_, *source)) {
-        showForensicDialog(state_, window());
+    FixedText<1024>& folder = state_.chosen.destinationFolder;
+    if (source != nullptr && !lastDriveJobIsStillEnding(state_.jobs) &&
+        chooseImageDestination(folder, *source, freeSpaceOfFolder)) {
+        showForensicDialog(state_, *source, folder.view(), window());
     }
 }
 

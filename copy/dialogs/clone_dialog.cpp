@@ -20,6 +20,7 @@ constexpr ControlPlace kPlaces[] = {
 constexpr CopyDialogLook kLook{
     .templateId = IDD_CLONE,
     .title = "Drive to Drive Clone",
+    .job = JobKind::kClone,
     .clientSize = {840, 341},
     .places = kPlaces,
     .scene = TrackScene::kClone,
@@ -53,13 +54,16 @@ class CloneDialog : public CopyToDriveDialog {
         if (isBusy()) {
             return;
         }
-        state().copy.sourceImageLetter = 0;
-        if (!chooseDestination("Clone could not be started")) {
+        DriveRecord* const destination = chooseDestination("Clone could not be started");
+        if (destination == nullptr) {
             return;
         }
         const bool reverse = IsDlgButtonChecked(window(), IDC_REVERSE_CLONE) == BST_CHECKED;
-        state().copy.reverse = reverse ? 1 : 0;
-        startJob(reverse ? ReverseClone : ForwardClone);
+        state().raceTrack.reverse = reverse ? 1 : 0;
+        startJob({.kind = reverse ? CopyKind::kReverseClone : CopyKind::kForwardClone,
+                  .source = &source_,
+                  .destination = destination,
+                  .path = {}});
     }
 
     DriveRecord& source_;
@@ -69,8 +73,6 @@ class CloneDialog : public CopyToDriveDialog {
 } // namespace
 
 void showCloneDialog(AppState& state, DriveRecord& source, HWND owner) {
-    state.copy.source = &source;
-    state.copy.destination = nullptr;
     CloneDialog(state, source).runModal(owner);
 }
 

@@ -1,26 +1,39 @@
 #pragma once
 
+#include "base/fixed_text.h"
+#include "records/volume_record.h"
+
+#include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace torvane {
 
-struct AppState;
 struct DriveRecord;
 
 // What the user chooses before a copy job can start. They run on the window's thread. Each that answers "no" has shown
 // its box, unless it is said that it is silent.
 
-/// The drives of the last scan that may be overwritten, in scan order: all but the one that holds C:, and but `source`.
-[[nodiscard]] std::vector<DriveRecord*> destinationCandidates(const AppState& state, const DriveRecord* source);
+/// The drives that may be overwritten, in their order: all but the one that holds C:, and but `source`.
+[[nodiscard]] std::vector<DriveRecord*> destinationCandidates(const std::vector<DriveRecord*>& drives,
+                                                              const VolumeTable& volumes, const DriveRecord* source);
 
 /// The one ticked drive of a list of destinations; null when none or several are ticked.
 [[nodiscard]] DriveRecord* requireDestination(const std::vector<DriveRecord*>& ticked);
 
-/// Chooses where the image of `drive` goes: asks for a folder, and looks whether its volume has room for the image.
-/// When both are well, folder and image source are set.
-[[nodiscard]] bool chooseImageDestination(AppState& state, DriveRecord& drive);
+/// Lets the user choose the folder that files go to. When the user cancels, `folder` stays as it was.
+[[nodiscard]] bool chooseFolder(FixedText<1024>& folder);
 
-/// Asks for an image file, whose path then stands in `destinationFolder`. False, silently, when the user cancels.
-[[nodiscard]] bool chooseSourceImage(AppState& state);
+/// Free bytes of the volume that holds a folder.
+using FreeSpace = std::int64_t (*)(std::string_view folder);
+
+/// Chooses where the image of `drive` goes: asks for the folder, and looks whether its volume has room for the image.
+[[nodiscard]] bool chooseImageDestination(FixedText<1024>& folder, const DriveRecord& drive, FreeSpace freeSpace);
+
+/// Asks for an image file. When the user cancels, silently, `image` is empty.
+[[nodiscard]] bool chooseSourceImage(FixedText<1024>& image);
+
+/// The path's drive letter in upper case; 0 for a path without one, as on a share.
+[[nodiscard]] char volumeLetterOf(std::string_view path);
 
 } // namespace torvane

@@ -1,8 +1,12 @@
 #include "copy/dialogs/copy_dialog.h"
 
 #include "copy/dialogs/job_display_view.h"
+#include "copy/jobs/copy_steps.h"
+#include "copy/jobs/start_copy.h"
 #include "state/app_state.h"
 #include "ui/prompts.h"
+
+#include <utility>
 
 namespace torvane {
 
@@ -17,13 +21,12 @@ JobDisplayView& jobDisplay() {
 } // namespace
 
 bool CopyDialog::isBusy() const {
-    return state_.jobActive == 1 || state_.driveJobAtWork == 1;
+    return static_cast<bool>(state_.jobs.whyNot(look_.job));
 }
 
-void CopyDialog::startJob(CopyWorker worker) {
-    state_.copy.display = &jobDisplay();
+void CopyDialog::startJob(CopyOrder order) {
     // When no thread can be started, the log tells it.
-    static_cast<void>(startCopyWorker(state_, worker));
+    static_cast<void>(startCopy(state_, std::move(order), jobDisplay()));
 }
 
 bool CopyDialog::onInitialise() {
@@ -39,32 +42,23 @@ bool CopyDialog::onInitialise() {
 }
 
 void CopyDialog::setUpTrack() {
-    CopyJobState& copy = state_.copy;
-    copy.carX = kTrackStartX;
-    copy.carY = look_.carY;
-    copy.failed = 0;
-    copy.explosionFrame = 0;
-    copy.succeeded = 0;
+    clearTrack(state_.raceTrack, kTrackStartX, look_.carY);
 }
 
 void CopyDialog::onTerminate() {
-    // Both words, and this one first: the job may raise its running flag at this very moment. It sees the end of that
-    // flag after the block in flight.
-    state_.copy.stopAsked = 1;
-    if (state_.jobActive == 1) {
-        state_.jobActive = 0;
-    }
+    // Also a job that has not raised its flag yet; one that runs sees it after the block in flight.
+    state_.jobs.askToStop();
 }
 
 void CopyDialog::onExit() {
-    if (state_.jobActive == 1) {
+    if (state_.jobs.active()) {
         prompts::inform("***** ERROR TERMINATE BEFORE EXIT *****", look_.terminateFirst);
         return;
     }
     // A job that was started and has not raised its flag yet must not begin without its dialog.
     onTerminate();
-    state_.copy.failed = 0;
-    state_.copy.explosionFrame = 0;
+    state_.raceTrack.failed = 0;
+    state_.raceTrack.explosionFrame = 0;
     KillTimer(window(), kExplosionTimer);
     end(1);
 }
@@ -75,8 +69,8 @@ bool CopyDialog::onTimer(int id) {
     }
     constexpr LONG kVehicleWidth = 70;
     constexpr LONG kVehicleHeight = 60;
-    const LONG left = state_.copy.carX;
-    const LONG top = state_.copy.carY;
+    const LONG left = state_.raceTrack.carX;
+    const LONG top = state_.raceTrack.carY;
     const RECT vehicle{left, top, left + kVehicleWidth, top + kVehicleHeight};
     InvalidateRect(window(), &vehicle, FALSE);
     return true;
@@ -84,7 +78,7 @@ bool CopyDialog::onTimer(int id) {
 
 bool CopyDialog::onPaint() {
     const PaintDc paint(window());
-    paintRaceTrack(window(), paint.get(), look_.scene, state_.copy);
+    paintRaceTrack(window(), paint.get(), look_.scene, state_.raceTrack);
     return true;
 }
 

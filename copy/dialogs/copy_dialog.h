@@ -2,12 +2,15 @@
 
 #include "base/colours.h"
 #include "copy/dialogs/race_track_view.h"
-#include "copy/jobs/copy_workers.h"
+#include "copy/jobs/copy_order.h"
+#include "copy/jobs/track.h"
 #include "ui/dialog.h"
 
 #include <span>
 
 namespace torvane {
+
+struct AppState;
 
 /// A control's place, pixels of the dialog's client area.
 struct ControlPlace {
@@ -19,6 +22,7 @@ struct ControlPlace {
 struct CopyDialogLook {
     int templateId;
     const char* title;
+    JobKind job;     ///< what it starts
     SIZE clientSize; ///< pixels, because the race track is drawn in pixels
     std::span<const ControlPlace> places;
     TrackScene scene;
@@ -38,7 +42,7 @@ class CopyDialog : public Dialog {
 
     /// True while a job runs, or while the last one has not ended yet.
     [[nodiscard]] bool isBusy() const;
-    void startJob(CopyWorker worker);
+    void startJob(CopyOrder order);
 
     void onTerminate();
     void onExit();

@@ -12,31 +12,36 @@ namespace {
 
 constexpr RECT kDestinationPlace{420, 26, 830, 152};
 
+std::vector<DriveRecord*> drivesOf(const ScanState& scan) {
+    std::vector<DriveRecord*> drives;
+    for (int i = 0; i < scan.driveCount; ++i) {
+        drives.push_back(scan.drives[static_cast<std::size_t>(i)].get());
+    }
+    return drives;
+}
+
 } // namespace
 
 bool CopyToDriveDialog::listDestinations(const DriveRecord* source) {
     destinations_.create(window(), IDC_COPY_DESTINATION_LIST, IDC_COPY_DESTINATION_LABEL, kDestinationPlace, true);
-    for (DriveRecord* const drive : destinationCandidates(state(), source)) {
+    for (DriveRecord* const drive : destinationCandidates(drivesOf(state().scan), state().scan.volumes, source)) {
         destinations_.addRow(*drive);
     }
     SetFocus(destinations_.window());
     return false;
 }
 
-bool CopyToDriveDialog::chooseDestination(const char* cancelled) {
+DriveRecord* CopyToDriveDialog::chooseDestination(const char* cancelled, char sourceImageLetter) {
     DriveRecord* const chosen = requireDestination(destinations_.tickedDrives());
     if (chosen == nullptr) {
-        return false;
+        return nullptr;
     }
-    state().copy.destination = chosen;
-    const Destruction destruction{
-        .drive = *chosen, .caption = look().title, .sourceImageLetter = state().copy.sourceImageLetter};
+    const Destruction destruction{.drive = *chosen, .caption = look().title, .sourceImageLetter = sourceImageLetter};
     if (!confirmDestruction(state(), destruction, window())) {
-        state().copy.destination = nullptr;
         prompts::stop("***** Function Cancelled *****", cancelled);
-        return false;
+        return nullptr;
     }
-    return true;
+    return chosen;
 }
 
 } // namespace torvane

@@ -14,10 +14,10 @@ class CopyToDriveDialog : public CopyDialog {
     /// list the focus. Returns false: the dialog manager must not move it.
     bool listDestinations(const DriveRecord* source);
 
-    /// The one ticked destination, after the technician has agreed to its destruction: it stands in the copy state
-    /// then. False with the reason told when there is no such drive, or when the answer was no (the box then says
-    /// `cancelled`).
-    bool chooseDestination(const char* cancelled);
+    /// The one ticked destination, after the technician has agreed to its destruction. Null with the reason told when
+    /// there is no such drive, or when the answer was no (the box then says `cancelled`). `sourceImageLetter`: see
+    /// `Destruction`.
+    [[nodiscard]] DriveRecord* chooseDestination(const char* cancelled, char sourceImageLetter = 0);
 
   private:
     DriveRowsView destinations_;

@@ -22,6 +22,7 @@ constexpr ControlPlace kPlaces[] = {
 constexpr CopyDialogLook kLook{
     .templateId = IDD_FORENSIC_IMAGE,
     .title = "Drive to Forensic Image",
+    .job = JobKind::kForensicImage,
     .clientSize = {840, 172},
     .places = kPlaces,
     .scene = TrackScene::kForensicImage,
@@ -31,11 +32,12 @@ constexpr CopyDialogLook kLook{
 
 class ForensicDialog : public CopyDialog {
   public:
-    explicit ForensicDialog(AppState& state) : CopyDialog(state, kLook) {}
+    ForensicDialog(AppState& state, DriveRecord& source, std::string_view folder)
+        : CopyDialog(state, kLook), source_(source), folder_(folder) {}
 
   protected:
     bool onInitialise() override {
-        showImageTexts(window(), state());
+        showImageTexts(window(), source_, folder_);
         return CopyDialog::onInitialise();
     }
 
@@ -51,21 +53,26 @@ class ForensicDialog : public CopyDialog {
     }
 
   private:
-    void onStart() { startJob(ForensicImageWorker); }
+    void onStart() {
+        startJob({.kind = CopyKind::kForensicImage, .source = &source_, .destination = nullptr, .path = folder_});
+    }
 
     void onTerminateForensic() {
-        if (state().jobActive == 1 && prompts::ask("****** FORENSIC IMAGE RUNNING ******",
-                                                   "You are about to EXIT Forensic Image and terminate the current "
-                                                   "image. Is that what you wish to do?")) {
+        if (state().jobs.active() && prompts::ask("****** FORENSIC IMAGE RUNNING ******",
+                                                  "You are about to EXIT Forensic Image and terminate the current "
+                                                  "image. Is that what you wish to do?")) {
             onTerminate();
         }
     }
+
+    DriveRecord& source_;
+    std::string folder_;
 };
 
 } // namespace
 
-void showForensicDialog(AppState& state, HWND owner) {
-    ForensicDialog(state).runModal(owner);
+void showForensicDialog(AppState& state, DriveRecord& source, std::string_view folder, HWND owner) {
+    ForensicDialog(state, source, folder).runModal(owner);
 }
 
 } // namespace torvane

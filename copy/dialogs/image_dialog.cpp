@@ -18,6 +18,7 @@ constexpr ControlPlace kPlaces[] = {
 constexpr CopyDialogLook kLook{
     .templateId = IDD_IMAGE,
     .title = "Drive to Image Clone",
+    .job = JobKind::kImage,
     .clientSize = {840, 179},
     .places = kPlaces,
     .scene = TrackScene::kImage,
@@ -27,11 +28,12 @@ constexpr CopyDialogLook kLook{
 
 class ImageDialog : public CopyDialog {
   public:
-    explicit ImageDialog(AppState& state) : CopyDialog(state, kLook) {}
+    ImageDialog(AppState& state, DriveRecord& source, std::string_view folder)
+        : CopyDialog(state, kLook), source_(source), folder_(folder) {}
 
   protected:
     bool onInitialise() override {
-        showImageTexts(window(), state());
+        showImageTexts(window(), source_, folder_);
         return CopyDialog::onInitialise();
     }
 
@@ -46,13 +48,18 @@ class ImageDialog : public CopyDialog {
 
   private:
     // Does not ask whether a job runs: after a failed write the running flag is still set, and a new image may start.
-    void onStart() { startJob(ImageToFileWorker); }
+    void onStart() {
+        startJob({.kind = CopyKind::kImageToFile, .source = &source_, .destination = nullptr, .path = folder_});
+    }
+
+    DriveRecord& source_;
+    std::string folder_;
 };
 
 } // namespace
 
-void showImageDialog(AppState& state, HWND owner) {
-    ImageDialog(state).runModal(owner);
+void showImageDialog(AppState& state, DriveRecord& source, std::string_view folder, HWND owner) {
+    ImageDialog(state, source, folder).runModal(owner);
 }
 
 } // namespace torvane

@@ -1,5 +1,6 @@
 #include "copy/dialogs/image_to_drive_dialog.h"
 
+#include "copy/dialogs/copy_choices.h"
 #include "copy/dialogs/copy_to_drive_dialog.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
@@ -18,6 +19,7 @@ constexpr ControlPlace kPlaces[] = {
 constexpr CopyDialogLook kLook{
     .templateId = IDD_IMAGE_TO_DRIVE,
     .title = "Image To Drive",
+    .job = JobKind::kImageToDrive,
     .clientSize = {840, 328},
     .places = kPlaces,
     .scene = TrackScene::kImageToDrive,
@@ -27,12 +29,12 @@ constexpr CopyDialogLook kLook{
 
 class ImageToDriveDialog : public CopyToDriveDialog {
   public:
-    explicit ImageToDriveDialog(AppState& state) : CopyToDriveDialog(state, kLook) {}
+    ImageToDriveDialog(AppState& state, std::string_view image) : CopyToDriveDialog(state, kLook), image_(image) {}
 
   protected:
     bool onInitialise() override {
         CopyDialog::onInitialise();
-        setControlText(IDC_COPY_IMAGE_PATH, state().chosen.destinationFolder.c_str());
+        setControlText(IDC_COPY_IMAGE_PATH, image_.c_str());
         return listDestinations(nullptr);
     }
 
@@ -49,16 +51,22 @@ class ImageToDriveDialog : public CopyToDriveDialog {
 
   private:
     void onStart() {
-        if (!isBusy() && chooseDestination("Image to Drive has been CANCELLED")) {
-            startJob(ImageToDriveWorker);
+        if (isBusy()) {
+            return;
+        }
+        DriveRecord* const destination = chooseDestination("Image to Drive has been CANCELLED", volumeLetterOf(image_));
+        if (destination != nullptr) {
+            startJob({.kind = CopyKind::kImageToDrive, .source = nullptr, .destination = destination, .path = image_});
         }
     }
+
+    std::string image_;
 };
 
 } // namespace
 
-void showImageToDriveDialog(AppState& state, HWND owner) {
-    ImageToDriveDialog(state).runModal(owner);
+void showImageToDriveDialog(AppState& state, std::string_view image, HWND owner) {
+    ImageToDriveDialog(state, image).runModal(owner);
 }
 
 } // namespace torvane

@@ -1,7 +1,7 @@
 #include "copy/dialogs/race_track_scene.h"
 
-#include "copy/jobs/copy_job_state.h"
 #include "copy/jobs/track.h"
+#include "state/race_track_state.h"
 
 namespace torvane {
 
@@ -80,7 +80,7 @@ Sprite vehicle(TrackScene scene, Place car) {
 
 } // namespace
 
-RaceTrack layOutRaceTrack(TrackScene scene, const CopyJobState& state) {
+RaceTrack layOutRaceTrack(TrackScene scene, const RaceTrackState& state) {
     const bool reverse = followsDirection(scene) && state.reverse != 0;
     const Place car{state.carX, state.carY};
 

@@ -5,7 +5,7 @@
 
 namespace torvane {
 
-struct CopyJobState;
+struct RaceTrackState;
 
 /// Which job dialog a race track belongs to.
 enum class TrackScene { kClone, kImage, kForensicImage, kImageToDrive };
@@ -32,6 +32,6 @@ struct RaceTrack {
 inline constexpr int kExplosionFrameMilliseconds = 100;
 
 /// The race track of a job in this state. Reads each of the state's words once.
-[[nodiscard]] RaceTrack layOutRaceTrack(TrackScene scene, const CopyJobState& state);
+[[nodiscard]] RaceTrack layOutRaceTrack(TrackScene scene, const RaceTrackState& state);
 
 } // namespace torvane

@@ -32,7 +32,7 @@ void drawTrack(const RaceTrack& track, const BackBuffer& buffer) {
 
 } // namespace
 
-void paintRaceTrack(HWND dialog, HDC paintContext, TrackScene scene, const CopyJobState& state) {
+void paintRaceTrack(HWND dialog, HDC paintContext, TrackScene scene, const RaceTrackState& state) {
     RECT area{};
     GetClientRect(dialog, &area);
     const BackBuffer buffer(paintContext, area);

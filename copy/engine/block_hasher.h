@@ -10,6 +10,9 @@ namespace torvane {
 
 using Md5Digest = std::array<std::uint8_t, 16>;
 
+/// Why there is no hasher.
+enum class HasherFailure { kNone, kNoProvider, kNoHash };
+
 /// An MD5 digest in the making. One thread at a time may use it.
 class BlockHasher {
   public:

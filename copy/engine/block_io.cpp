@@ -1,60 +1,39 @@
 #include "copy/engine/block_io.h"
 
-#include "base/positioned_io.h"
+#include "base/format.h"
 #include "copy/engine/block_layout.h"
-#include "copy/jobs/job_steps.h"
-#include "state/event_log.h"
 
-#include <windows.h>
-
-#include <cstdarg>
+#include <cinttypes>
 
 namespace torvane {
 
-FetchOutcome fetchBlock(const DriveRecord& source, std::span<std::byte> buffer, std::uint64_t offset) {
-    if (!canReach(source.handle, offset)) {
-        return FetchOutcome::kSeekFailed;
-    }
-    return readAt(source.handle, offset, buffer) == TransferOutcome::kWhole ? FetchOutcome::kWhole
-                                                                            : FetchOutcome::kReadFailed;
+std::string countBadRead(DriveRecord& drive, std::uint64_t offset) {
+    ++drive.badReadCount;
+    return formatText("BAD READ BLOCK AT SECTOR: [%" PRId64 "]", sectorOfOffset(offset, drive.bytesPerSector));
 }
 
-bool ReadBlock(DriveRecord& source, std::span<std::byte> buffer, std::uint64_t offset) {
-    const FetchOutcome outcome = fetchBlock(source, buffer, offset);
-    if (outcome == FetchOutcome::kReadFailed) {
-        LogEvent("ERROR", "%s", countBadRead(source, offset).c_str());
-        fillWithUnreadableMarker(buffer);
+void settleRead(DriveRecord& source, std::uint64_t offset, std::span<std::byte> block, TransferOutcome outcome,
+                const ErrorLog& log) {
+    if (hasFailed(outcome)) {
+        log(countBadRead(source, offset));
+        fillWithUnreadableMarker(block);
     }
-    return outcome == FetchOutcome::kWhole;
 }
 
-bool WriteBlock(DriveRecord& destination, std::span<const std::byte> buffer, std::uint64_t offset) {
-    if (!canReach(destination.handle, offset)) {
-        return false;
-    }
-    if (writeAt(destination.handle, offset, buffer) == TransferOutcome::kWhole) {
-        return true;
-    }
-    ReportWriteError("Write Error");
-    ++destination.writeErrorCount;
-    return false;
+TransferOutcome ReadBlock(DriveIo& io, DriveRecord& source, std::span<std::byte> buffer, std::uint64_t offset,
+                          const ErrorLog& log) {
+    const TransferOutcome outcome = reachAndRead(io, source, offset, buffer);
+    settleRead(source, offset, buffer, outcome, log);
+    return outcome;
 }
 
-int ReportWriteError(const char* format, ...) {
-    const DWORD error = GetLastError();
-    char* systemText = nullptr;
-    if (FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_FROM_SYSTEM,
-                       nullptr, error, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT), reinterpret_cast<char*>(&systemText),
-                       0, nullptr) == 0) {
-        return 1;
+TransferOutcome WriteBlock(DriveIo& io, DriveRecord& destination, std::span<const std::byte> buffer,
+                           std::uint64_t offset) {
+    const TransferOutcome outcome = reachAndWrite(io, destination, offset, buffer);
+    if (hasFailed(outcome)) {
+        ++destination.writeErrorCount;
     }
-    va_list arguments;
-    va_start(arguments, format);
-    // Shown to nobody on purpose.
-    static_cast<void>(formatTextV(format, arguments));
-    va_end(arguments);
-    LocalFree(systemText);
-    return 1;
+    return outcome;
 }
 
 } // namespace torvane

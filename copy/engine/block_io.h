@@ -1,32 +1,39 @@
 #pragma once
 
-#include "base/format.h"
-#include "copy/engine/copy_system.h"
+#include "base/transfer_outcome.h"
+#include "discovery/drive_io.h"
 #include "records/drive_record.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
+#include <string>
 
 namespace torvane {
 
-// Transfers between memory and the device or file that a record has open. Offsets are bytes from its start; a span is
-// shorter than 2 GiB. There is no retry and no smaller read: a block that cannot be moved whole has failed whole.
+// Blocks of a drive, and what a block that could not be moved calls for. Offsets are bytes from the drive's start; a
+// span is shorter than 2 GiB. There is no retry and no smaller read: a block that cannot be moved whole has failed
+// whole.
 
-/// Reads without a trace: neither count nor log row nor marker.
-[[nodiscard]] FetchOutcome fetchBlock(const DriveRecord& source, std::span<std::byte> buffer, std::uint64_t offset);
+/// Where the rows about unreadable blocks go: the event log, as "ERROR".
+using ErrorLog = std::function<void(const std::string& text)>;
 
-/// Fills the whole buffer from `offset` and returns true. After a failed or short read it adds 1 to the source's
-/// bad-read count, writes one "ERROR" log row with the block's first sector, fills the buffer with the unreadable
-/// marker and returns false. After a failed seek it returns false and does nothing else: the buffer keeps what it held.
-bool ReadBlock(DriveRecord& source, std::span<std::byte> buffer, std::uint64_t offset);
+/// Adds the loss of a block to the drive's bad-read count. Returns the text of its log row.
+[[nodiscard]] std::string countBadRead(DriveRecord& drive, std::uint64_t offset);
 
-/// Writes the whole buffer at `offset` and returns true. After a failed or short write it adds 1 to the destination's
-/// write-error count and returns false; after a failed seek it returns false and counts nothing.
-bool WriteBlock(DriveRecord& destination, std::span<const std::byte> buffer, std::uint64_t offset);
+/// Does what a block that could not be read whole calls for: counts it, logs its first sector and fills it with the
+/// unreadable marker. Where the place could not be reached there is nothing to do: the block keeps what it held.
+void settleRead(DriveRecord& source, std::uint64_t offset, std::span<std::byte> block, TransferOutcome outcome,
+                const ErrorLog& log);
 
-/// Makes the calling thread's last error and the caller's text into words, and keeps neither: write errors show in the
-/// count alone. Always 1.
-int ReportWriteError(const char* format, ...) TORVANE_PRINTF_LIKE(1, 2);
+/// Fills the whole buffer from `offset`, and settles what could not be read.
+TransferOutcome ReadBlock(DriveIo& io, DriveRecord& source, std::span<std::byte> buffer, std::uint64_t offset,
+                          const ErrorLog& log);
+
+/// Writes the whole buffer at `offset`. A failed or short write adds 1 to the destination's write-error count; where
+/// the place could not be reached nothing is counted.
+TransferOutcome WriteBlock(DriveIo& io, DriveRecord& destination, std::span<const std::byte> buffer,
+                           std::uint64_t offset);
 
 } // namespace torvane

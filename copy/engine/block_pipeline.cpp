@@ -1,6 +1,6 @@
 #include "copy/engine/block_pipeline.h"
 
-#include "copy/engine/job_thread.h"
+#include "copy/engine/helper_thread.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -20,15 +20,15 @@ BlockPipeline::~BlockPipeline() {
 }
 
 void BlockPipeline::start() {
-    reader_ = startJobThread([this] { readAhead(); });
+    reader_ = startHelperThread([this] { readAhead(); });
 }
 
 Block BlockPipeline::take() {
     const std::uint64_t index = next_++;
     const BlockExtent extent = order_.extent(index);
     const std::span<std::byte> bytes = buffer(index, extent.length);
-    const FetchOutcome outcome = await(index);
-    if (outcome == FetchOutcome::kSeekFailed) {
+    const TransferOutcome outcome = await(index);
+    if (outcome == TransferOutcome::kNotReached) {
         const std::span<std::byte> before = buffer(index + kBuffers - 1, extent.length);
         std::copy(before.begin(), before.end(), bytes.begin());
     }
@@ -54,7 +54,7 @@ bool BlockPipeline::mayFetch(std::uint64_t index) const {
     return index <= current_ + kBlocksAhead && (lastWhole_ || index == current_);
 }
 
-FetchOutcome BlockPipeline::fetch(std::uint64_t index) {
+TransferOutcome BlockPipeline::fetch(std::uint64_t index) {
     const BlockExtent extent = order_.extent(index);
     const std::span<std::byte> bytes = buffer(index, extent.length);
     // The block before is complete by now: either it was read whole, or the job is done with it.
@@ -75,18 +75,18 @@ void BlockPipeline::readAhead() {
                 return;
             }
         }
-        const FetchOutcome outcome = fetch(index);
+        const TransferOutcome outcome = fetch(index);
         {
             const std::lock_guard lock(mutex_);
             outcomes_[index % kBuffers] = outcome;
-            lastWhole_ = outcome == FetchOutcome::kWhole;
+            lastWhole_ = outcome == TransferOutcome::kWhole;
             fetched_ = index + 1;
         }
         changed_.notify_all();
     }
 }
 
-FetchOutcome BlockPipeline::await(std::uint64_t index) {
+TransferOutcome BlockPipeline::await(std::uint64_t index) {
     if (!reader_.joinable()) {
         return fetch(index);
     }

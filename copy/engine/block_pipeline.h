@@ -1,7 +1,7 @@
 #pragma once
 
 #include "copy/engine/block_layout.h"
-#include "copy/engine/copy_system.h"
+#include "copy/engine/block_source.h"
 
 #include <array>
 #include <condition_variable>
@@ -14,21 +14,11 @@
 
 namespace torvane {
 
-/// Where the blocks of a job come from.
-class BlockSource {
-  public:
-    virtual ~BlockSource() = default;
-
-    /// Reads one block. Called for the blocks in job order, one at a time, from the reader thread; whatever the outcome
-    /// calls for (counting, logging, marking) is left to the job.
-    [[nodiscard]] virtual FetchOutcome fetch(const BlockExtent& extent, std::span<std::byte> bytes) = 0;
-};
-
 /// One block in the job's hands, until it takes the next one.
 struct Block {
     BlockExtent extent;
     std::span<std::byte> bytes;
-    FetchOutcome outcome = FetchOutcome::kWhole;
+    TransferOutcome outcome = TransferOutcome::kWhole;
 };
 
 /// Reads a job's blocks ahead of it, so that reading goes on while the job writes and hashes.
@@ -76,9 +66,9 @@ class BlockPipeline {
 
     [[nodiscard]] std::span<std::byte> buffer(std::uint64_t index, std::size_t length) const;
     [[nodiscard]] bool mayFetch(std::uint64_t index) const;
-    [[nodiscard]] FetchOutcome fetch(std::uint64_t index);
+    [[nodiscard]] TransferOutcome fetch(std::uint64_t index);
     void readAhead();
-    [[nodiscard]] FetchOutcome await(std::uint64_t index);
+    [[nodiscard]] TransferOutcome await(std::uint64_t index);
 
     BlockSource& source_;
     const BlockOrder order_;
@@ -88,10 +78,10 @@ class BlockPipeline {
 
     std::mutex mutex_; ///< for everything below
     std::condition_variable changed_;
-    std::array<FetchOutcome, kBuffers> outcomes_{}; ///< of the blocks that the buffers hold
-    std::uint64_t fetched_ = 0;                     ///< blocks read so far
-    std::uint64_t current_ = 0;                     ///< the block in the job's hands, or awaited by it
-    bool lastWhole_ = true;                         ///< the last block read was read whole
+    std::array<TransferOutcome, kBuffers> outcomes_{}; ///< of the blocks that the buffers hold
+    std::uint64_t fetched_ = 0;                        ///< blocks read so far
+    std::uint64_t current_ = 0;                        ///< the block in the job's hands, or awaited by it
+    bool lastWhole_ = true;                            ///< the last block read was read whole
     bool stopping_ = false;
 };
 

@@ -1,10 +1,10 @@
 #include "copy/engine/hash_thread.h"
 
-#include "copy/engine/job_thread.h"
+#include "copy/engine/helper_thread.h"
 
 namespace torvane {
 
-HashThread::HashThread(BlockHasher& hasher) : hasher_(hasher), thread_(startJobThread([this] { run(); })) {}
+HashThread::HashThread(BlockHasher& hasher) : hasher_(hasher), thread_(startHelperThread([this] { run(); })) {}
 
 HashThread::~HashThread() {
     {

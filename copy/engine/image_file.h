@@ -1,8 +1,12 @@
 #pragma once
 
+#include "base/transfer_outcome.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
+#include <vector>
 
 namespace torvane {
 
@@ -11,15 +15,24 @@ class ImageFile {
   public:
     virtual ~ImageFile() = default;
 
-    /// True when the whole span was transferred.
-    [[nodiscard]] virtual bool read(std::span<std::byte> bytes) = 0;
-    [[nodiscard]] virtual bool write(std::span<const std::byte> bytes) = 0;
+    /// Moves the whole span.
+    [[nodiscard]] virtual TransferOutcome read(std::span<std::byte> bytes) = 0;
+    [[nodiscard]] virtual TransferOutcome write(std::span<const std::byte> bytes) = 0;
 
     /// Moves to the start of the file.
     [[nodiscard]] virtual bool rewind() = 0;
 
     /// Bytes; 0 when the system does not tell.
     [[nodiscard]] virtual std::uint64_t size() = 0;
+};
+
+using OpenImages = std::vector<std::unique_ptr<ImageFile>>;
+
+/// What an image file is opened for.
+enum class ImageUse : std::uint8_t {
+    kNew,    ///< a new file in any old one's place, to be written
+    kAgain,  ///< one that was just made, to be read; others may use it too
+    kSource, ///< to be read alone: nobody may write to it meanwhile
 };
 
 } // namespace torvane

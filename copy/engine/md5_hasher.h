@@ -1,6 +1,6 @@
 #pragma once
 
-#include "copy/engine/copy_system.h"
+#include "copy/engine/block_hasher.h"
 
 #include <memory>
 

@@ -1,5 +1,4 @@
-#include "copy/jobs/copy_jobs.h"
-#include "copy/jobs/job_steps.h"
+#include "copy/jobs/copy_steps.h"
 
 #include <algorithm>
 
@@ -15,7 +14,7 @@ struct CloneWay {
     int badBlockExplosionMilliseconds;
     const char* terminated;
     const char* completed;
-    bool idleBeforeLastRepaint; ///< the running flag falls before the track is painted for the last time
+    bool idleBeforeLastRepaint; ///< the flag falls before the track is painted for the last time
 };
 
 constexpr CloneWay kForwardWay{
@@ -48,13 +47,14 @@ BlockOrder cloneOrder(const CopyJob& job, const DriveRecord& source, const Drive
 }
 
 std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
-    DriveRecord& source = *job.state.source;
-    DriveRecord& destination = *job.state.destination;
-    clearJobFlags(job.state, way.startX, kCloneCarY);
+    DriveRecord& source = *job.order.source;
+    DriveRecord& destination = *job.order.destination;
+    clearTrack(job.track, way.startX, kCloneCarY);
     source.badReadCount = 0;
 
-    DriveBlocks sourceBlocks(job.system, source);
-    BlockPipeline blocks(sourceBlocks, cloneOrder(job, source, destination, way));
+    DriveSource driveSource(job.drives, source);
+    DriveSink sink(job.drives, destination);
+    BlockPipeline blocks(driveSource, cloneOrder(job, source, destination, way));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         showNotStarted(job, source);
@@ -62,18 +62,18 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
         return 0;
     }
     const bool wanted = showIdle(job) && cleanDestination(job, blocks.order());
-    JobProgress progress(job, blocks.order(),
-                         {.track = kCloneTrack,
-                          .direction = way.direction,
-                          .label = " Status",
-                          .activity = "Cloning",
-                          .drives = {&source, &destination}});
+    CopyProgress progress(job, blocks.order(),
+                          {.track = kCloneTrack,
+                           .direction = way.direction,
+                           .label = " Status",
+                           .activity = "Cloning",
+                           .drives = {&source, &destination}});
 
     JobLosses losses;
     const auto copyBlock = [&](const Block& block) {
-        settleDriveBlock(job, source, block, losses);
+        settleBlock(job, source, block, losses);
         // A failed write is counted, nothing more: the clone goes on.
-        losses.failedWrites += job.system.write(destination, block.extent.offset, block.bytes) ? 0 : 1;
+        storeBlock(sink, block, losses);
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = way.badBlockExplosionMilliseconds};
@@ -86,10 +86,10 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
     }
     progress.setDriveStatus(runOutcomeText(end, losses));
     if (way.idleBeforeLastRepaint) {
-        job.running = 0;
+        job.claim.lower();
     }
     job.display.repaintTrack(kCloneTrack);
-    job.running = 0;
+    job.claim.lower();
     return 1;
 }
 

@@ -1,8 +1,6 @@
-#include "copy/engine/hash_thread.h"
-#include "copy/jobs/copy_jobs.h"
+#include "copy/jobs/copy_steps.h"
 #include "copy/jobs/hash_errors.h"
 #include "copy/jobs/image_names.h"
-#include "copy/jobs/job_steps.h"
 
 #include <array>
 
@@ -13,55 +11,51 @@ namespace {
 /// Percent of the full blocks at which the chase changes.
 constexpr std::array<std::uint64_t, 5> kChasePercents{10, 30, 40, 50, 75};
 
-void beginAnimation(CopyJobState& state, std::uint64_t fullBlocks) {
-    state.animationBlocks = 0;
+void beginAnimation(RaceTrackState& track, std::uint64_t fullBlocks) {
+    track.animationBlocks = 0;
     for (std::size_t i = 0; i < kChasePercents.size(); ++i) {
-        state.chasePoints[i] = static_cast<std::int64_t>(fullBlocks * kChasePercents[i] / 100);
+        track.chasePoints[i] = static_cast<std::int64_t>(fullBlocks * kChasePercents[i] / 100);
     }
 }
 
 /// An image in the making: the file and the digest of what it was given.
 struct ForensicImage {
-    std::unique_ptr<ImageFile> file;
+    ImageSink file;
     std::unique_ptr<BlockHasher> hasher;
     JobLosses losses;
     bool hashFailed = false;
 };
 
+// The lowered flag ends the job, once the block's other steps have followed all the same.
 void stopWithExplosion(const CopyJob& job) {
-    job.running = 0;
+    job.claim.lower();
     job.display.startExplosionTimer(kExplosionMilliseconds);
 }
 
-// After a failure the block's other steps follow all the same; the cleared running flag then ends the job.
-void storeBlock(const CopyJob& job, ForensicImage& image, HashThread& hashThread, const Block& block) {
-    hashThread.begin(block.bytes);
-    const bool written = image.file && image.file->write(block.bytes);
-    const bool hashed = hashThread.finish();
-    if (!written) {
-        ++image.losses.failedWrites;
-        image.file.reset();
+void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, const Block& block) {
+    if (!storeBlock(sink, block, image.losses)) {
+        image.file.close();
         job.display.setStatus("Could not WRITE to DESTINATION image");
         stopWithExplosion(job);
     }
-    if (!hashed) {
+    if (!sink.hashedAll()) {
         image.hashFailed = true;
         showHashError(job, kNoHashData);
-        image.file.reset();
+        image.file.close();
         stopWithExplosion(job);
     }
 }
 
-RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks, JobProgress& progress,
+RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks, CopyProgress& progress,
                  ForensicImage& image) {
-    HashThread hashThread(*image.hasher);
+    HashingSink sink(image.file, *image.hasher);
     const auto copyBlock = [&](const Block& block) {
-        settleDriveBlock(job, source, block, image.losses);
-        storeBlock(job, image, hashThread, block);
+        settleBlock(job, source, block, image.losses);
+        storeAndHash(job, image, sink, block);
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
-    return moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.state.animationBlocks; });
+    return moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.track.animationBlocks; });
 }
 
 std::string imagingOutcome(RunEnd end, const ForensicImage& image) {
@@ -79,22 +73,22 @@ struct ImagedDrive {
 /// The imaging pass from the prepared image on. None when the job has to end at once.
 std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, const ImageFileName& name,
                                       ForensicImage image) {
-    DriveBlocks sourceBlocks(job.system, source);
-    BlockPipeline blocks(sourceBlocks, BlockOrder::forward(driveBytes(source), job.blockSize));
+    DriveSource driveSource(job.drives, source);
+    BlockPipeline blocks(driveSource, BlockOrder::forward(driveBytes(source), job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         return std::nullopt;
     }
-    JobProgress progress(job, blocks.order(),
-                         {.track = kImageTrack, .label = " Image Status", .activity = "Imaging", .drives = {&source}});
+    CopyProgress progress(job, blocks.order(),
+                          {.track = kImageTrack, .label = " Image Status", .activity = "Imaging", .drives = {&source}});
     job.display.setStatus(" Status: Idle");
     image.hasher = makeHasherOrTell(job);
     if (!image.hasher) {
         return std::nullopt;
     }
     job.display.repaint();
-    const bool wanted = raiseRunning(job);
-    beginAnimation(job.state, blocks.order().fullBlocks());
+    const bool wanted = job.claim.raise();
+    beginAnimation(job.track, blocks.order().fullBlocks());
 
     const RunEnd end = wanted ? fillImage(job, source, blocks, progress, image) : RunEnd::kLeftEarly;
     if (movedFullBlocks(end)) {
@@ -109,8 +103,8 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     }
     progress.setDriveStatus(imagingOutcome(end, image));
     job.display.repaintTrack(kImageTrack);
-    image.file.reset();
-    job.running = 0;
+    image.file.close();
+    job.claim.lower();
     return ImagedDrive{.mayBeVerified = movedFullBlocks(end),
                        .digest = digest.value_or(Md5Digest{}),
                        .account = {.whole = end == RunEnd::kWhole, .losses = image.losses}};
@@ -119,14 +113,14 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
 } // namespace
 
 std::uint32_t runForensicImage(const CopyJob& job) {
-    DriveRecord& source = *job.state.imageSource;
-    clearJobFlags(job.state, kTrackStartX, kImageCarY);
+    DriveRecord& source = *job.order.source;
+    clearTrack(job.track, kTrackStartX, kImageCarY);
     source.badReadCount = 0;
 
-    const ImageFileName name = job.system.nextImageName(job.destinationPath, source);
-    ForensicImage image;
-    image.file = job.system.createImage(name.path);
-    if (!image.file) {
+    const ImageFileName name = job.system.nextImageName(job.order.path, source);
+    ForensicImage image{
+        .file = ImageSink(job.system.openImage(name.path, ImageUse::kNew)), .hasher = nullptr, .losses = {}};
+    if (!image.file.isOpen()) {
         job.display.setStatus("Could not CREATE DESTINATION image");
         showNotStarted(job, source);
         return 0;
@@ -144,9 +138,9 @@ std::uint32_t runForensicImage(const CopyJob& job) {
 }
 
 void WriteHashFile(const CopyJob& job, const DriveRecord& source, const Md5Digest& digest, std::int32_t number) {
-    const std::string name = hashFileName(job.destinationPath, source.model.view(), number);
+    const std::string name = hashFileName(job.order.path, source.model.view(), number);
     if (!job.system.writeTextFile(name, hashFileText(source, digest, job.system.now()))) {
-        job.system.log("ERROR", "Could not CREATE HASH file for [" + name + "]. Exiting.");
+        job.system.logError("Could not CREATE HASH file for [" + name + "]. Exiting.");
     }
 }
 

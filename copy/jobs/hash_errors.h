@@ -1,6 +1,6 @@
 #pragma once
 
-#include "copy/jobs/copy_jobs.h"
+#include "copy/jobs/copy_job.h"
 
 #include <memory>
 

@@ -1,5 +1,4 @@
-#include "copy/jobs/copy_jobs.h"
-#include "copy/jobs/job_steps.h"
+#include "copy/jobs/copy_steps.h"
 
 #include <optional>
 
@@ -9,10 +8,10 @@ namespace {
 
 /// Null, and the user was told, when the image cannot be opened.
 std::unique_ptr<ImageFile> openSourceImage(const CopyJob& job) {
-    std::unique_ptr<ImageFile> image = job.system.openImage(job.destinationPath);
+    std::unique_ptr<ImageFile> image = job.system.openImage(job.order.path, ImageUse::kSource);
     if (!image) {
-        const std::string text = "ImageToDrive: [" + job.destinationPath + "] OPEN_EXISTING FAILED";
-        job.system.log("ERROR", text);
+        const std::string text = "ImageToDrive: [" + job.order.path + "] OPEN_EXISTING FAILED";
+        job.system.logError(text);
         job.system.stop("***** FATAL SYSTEM ERROR *****", text.c_str());
     }
     return image;
@@ -33,8 +32,8 @@ std::optional<std::uint64_t> bytesToCopy(const CopyJob& job, std::uint64_t image
 } // namespace
 
 std::uint32_t runImageToDrive(const CopyJob& job) {
-    DriveRecord& destination = *job.state.destination;
-    clearJobFlags(job.state, kTrackStartX, kCloneCarY);
+    DriveRecord& destination = *job.order.destination;
+    clearTrack(job.track, kTrackStartX, kCloneCarY);
 
     std::unique_ptr<ImageFile> opened = openSourceImage(job);
     if (!opened) {
@@ -42,30 +41,31 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         return 0;
     }
     // But for a failed read the image stays open, and so protected against writing, until the program ends.
-    ImageFile& image = *job.state.openImages.emplace_back(std::move(opened));
+    ImageFile& image = *job.keptImages.emplace_back(std::move(opened));
     const std::optional<std::uint64_t> bytes = bytesToCopy(job, image.size(), driveBytes(destination));
     if (!bytes) {
         return 0;
     }
-    ImageBlocks sourceBlocks(image);
-    BlockPipeline blocks(sourceBlocks, BlockOrder::forward(*bytes, job.blockSize));
+    ImageSource imageSource(image);
+    DriveSink sink(job.drives, destination);
+    BlockPipeline blocks(imageSource, BlockOrder::forward(*bytes, job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         showNotStarted(job, destination);
         return 0;
     }
     const bool wanted = showIdle(job) && cleanDestination(job, blocks.order());
-    JobProgress progress(
+    CopyProgress progress(
         job, blocks.order(),
         {.track = kCloneTrack, .label = " Status", .activity = "Writing image", .drives = {&destination}});
 
     JobLosses losses;
     const auto copyBlock = [&](const Block& block) {
-        if (block.outcome != FetchOutcome::kWhole) {
+        if (block.outcome != TransferOutcome::kWhole) {
             ++losses.unreadableBlocks;
             return false;
         }
-        losses.failedWrites += job.system.write(destination, block.extent.offset, block.bytes) ? 0 : 1;
+        storeBlock(sink, block, losses);
         return true;
     };
     // The source is a file: there is no limit of unreadable blocks, the first one ends the job.
@@ -73,9 +73,9 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
 
     progress.setDriveStatus(runOutcomeText(end, losses));
     if (end == RunEnd::kGaveUp) {
-        job.state.openImages.pop_back();
+        job.keptImages.pop_back();
         job.display.setStatus("Could not READ FROM SOURCE image. TERMINATING");
-        job.running = 0;
+        job.claim.lower();
         return 0;
     }
     if (movedFullBlocks(end)) {
@@ -83,7 +83,7 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
     } else {
         showFailure(job, " Image To Drive Terminated -- Not Completed", kExplosionMilliseconds);
     }
-    job.running = 0;
+    job.claim.lower();
     job.display.repaintTrack(kCloneTrack);
     return 1;
 }

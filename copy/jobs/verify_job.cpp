@@ -1,7 +1,6 @@
-#include "copy/jobs/copy_jobs.h"
+#include "copy/jobs/copy_steps.h"
 #include "copy/jobs/hash_errors.h"
 #include "copy/jobs/image_names.h"
-#include "copy/jobs/job_steps.h"
 
 namespace torvane {
 
@@ -30,19 +29,19 @@ std::string verdictForDrive(bool equal, const ImagingAccount& imaging) {
 }
 
 void showNoVerification(const CopyJob& job, const ImagingAccount& imaging) {
-    job.system.setDriveStatus(*job.state.imageSource, imagingOutcome(imaging, "verification failed"));
+    job.system.setDriveStatus(*job.order.source, imagingOutcome(imaging, "verification failed"));
 }
 
 /// Digest of the image as far as it is read before somebody asks to stop. None, and the user was told, when it could
 /// not be made.
-std::optional<Md5Digest> digestOfImage(const CopyJob& job, BlockPipeline& blocks, JobProgress& progress) {
+std::optional<Md5Digest> digestOfImage(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progress) {
     const std::unique_ptr<BlockHasher> hasher = makeHasherOrTell(job);
     if (!hasher) {
         return std::nullopt;
     }
     std::uint64_t done = 0;
     const auto hashBlock = [&](const Block& block) {
-        if (block.outcome != FetchOutcome::kWhole) {
+        if (block.outcome != TransferOutcome::kWhole) {
             job.display.setStatus("Could not READ image for VERIFICATION");
             return false;
         }
@@ -67,41 +66,41 @@ std::optional<Md5Digest> digestOfImage(const CopyJob& job, BlockPipeline& blocks
 
 int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
                     const ImagingAccount& imaging) {
-    std::unique_ptr<ImageFile> image = job.system.reopenImage(imageName);
+    std::unique_ptr<ImageFile> image = job.system.openImage(imageName, ImageUse::kAgain);
     if (!image) {
         job.display.setStatus("Could not open image for VERIFICATION");
         showNoVerification(job, imaging);
         return 0;
     }
-    job.state.succeeded = 0;
+    job.track.succeeded = 0;
     if (!image->rewind()) {
         // An image that cannot be rewound stays open.
-        job.state.openImages.push_back(std::move(image));
+        job.keptImages.push_back(std::move(image));
         showNoVerification(job, imaging);
         return 0;
     }
-    ImageBlocks imageBlocks(*image);
-    BlockPipeline blocks(imageBlocks, BlockOrder::forward(image->size(), job.blockSize));
+    ImageSource imageSource(*image);
+    BlockPipeline blocks(imageSource, BlockOrder::forward(image->size(), job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         showNoVerification(job, imaging);
         return 0;
     }
-    JobProgress progress(
+    CopyProgress progress(
         job, blocks.order(),
-        {.track = kImageTrack, .label = " Status", .activity = "Verifying", .drives = {job.state.imageSource}});
-    job.running = 1;
+        {.track = kImageTrack, .label = " Status", .activity = "Verifying", .drives = {job.order.source}});
+    job.claim.raiseAnew(); // the user has said yes since, whatever was asked of the imaging pass
     job.display.setStatus(" Beginning Verification");
 
     const std::optional<Md5Digest> verified = digestOfImage(job, blocks, progress);
     if (!verified) {
-        // The running flag stays set on purpose: the dialog cannot be left before "Terminate Image".
+        job.claim.leaveRaised(); // on purpose: the dialog cannot be left before "Terminate Image"
         showNoVerification(job, imaging);
         return 0;
     }
     image.reset();
-    job.running = 0;
-    job.state.succeeded = 1;
+    job.claim.lower();
+    job.track.succeeded = 1;
     job.display.repaintTrack(kImageTrack);
     progress.setDriveStatus(verdictForDrive(*verified == digest, imaging));
     showVerdict(job, digest, *verified);

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "copy/engine/windows_copy_system.h"
-#include "copy/jobs/copy_jobs.h"
-#include "copy/jobs/copy_workers.h"
+#include "copy/engine/copy_drive_io.h"
+#include "copy/jobs/copy_job.h"
+#include "copy/jobs/start_copy.h"
+#include "copy/jobs/windows_copy_system.h"
 #include "discovery/physical_drive_probe.h"
 #include "state/app_state.h"
 #include "tests/component/handle_count.h"
@@ -89,21 +90,10 @@ class CopyBench : public ::testing::Test {
     /// As a block size: more than any system gives.
     static constexpr std::size_t kTooMuchMemory = std::size_t{1} << 62;
 
-    CopyBench() {
-        state().copy.display = &display_;
-        state().chosen.destinationFolder.assign(std::filesystem::current_path().string());
-        state().jobActive = 0;
-    }
+    CopyBench() { order_.path = std::filesystem::current_path().string(); }
     ~CopyBench() override {
-        state().copy.openImages.clear();
-        state().copy.display = nullptr;
-        state().copy.stopAsked = 0;
-        state().copy.source = nullptr;
-        state().copy.destination = nullptr;
-        state().copy.imageSource = nullptr;
-        state().chosen.destinationFolder.clear();
-        state().jobActive = 0;
-        state().worker.reset();
+        keptImages().clear();
+        state().jobs.askToStop(); // a flag that was left up
     }
 
     static AppState& state() { return appState(); }
@@ -122,19 +112,41 @@ class CopyBench : public ::testing::Test {
         return *drives_.back();
     }
 
-    /// An image's folder, or the image to be copied, as a job is started with it.
-    static std::string path() { return std::string(state().chosen.destinationFolder.view()); }
+    /// Leave for any of the jobs. It ends with the result.
+    static JobClaim claim() { return state().jobs.begin(JobKind::kImage).value(); }
 
-    /// Runs the job with scaled-down blocks on this thread.
+    /// Runs the job of `order_` with scaled-down blocks on this thread.
     std::uint32_t run(std::uint32_t (*job)(const CopyJob&), std::size_t blockSize = kBlock) {
-        WindowsCopySystem system(state());
-        return job({.state = state().copy,
-                    .running = state().jobActive,
-                    .system = system,
-                    .display = display_,
-                    .destinationPath = path(),
-                    .blockSize = blockSize});
+        JobClaim own = claim();
+        return run(job, own, blockSize);
     }
+    std::uint32_t runAskedToStop(std::uint32_t (*job)(const CopyJob&)) {
+        JobClaim own = claim();
+        terminate();
+        return run(job, own, kBlock);
+    }
+
+    /// The same with the program's own blocks.
+    std::uint32_t run(DWORD (*operation)(AppState&, JobClaim&, const CopyOrder&, JobDisplay&)) {
+        JobClaim own = claim();
+        return operation(state(), own, order_, display_);
+    }
+
+    /// Starts the job of `order_` as the program does, as `kind`.
+    bool start(CopyKind kind) {
+        order_.kind = kind;
+        return startCopy(state(), order_, display_);
+    }
+    /// True once no job is at work any more.
+    static bool awaitEnd() {
+        const auto isOver = [] { return state().jobs.atWork().empty(); };
+        for (int patience = 6000; !isOver() && patience > 0; --patience) {
+            Sleep(10);
+        }
+        return isOver();
+    }
+
+    static void terminate() { state().jobs.askToStop(); }
 
     /// What lies on a drive that was written, `size` bytes from `offset` on. Sparse beyond what was ever written.
     static std::string content(int number, std::uint64_t offset, std::size_t size) {
@@ -166,8 +178,22 @@ class CopyBench : public ::testing::Test {
     ViewInstalled installed_{appState(), view_};
     ScriptedPrompts user_;
     RecordingDisplay display_;
+    CopyOrder order_{.kind = CopyKind::kForwardClone, .source = nullptr, .destination = nullptr, .path = {}};
 
   private:
+    std::uint32_t run(std::uint32_t (*job)(const CopyJob&), JobClaim& own, std::size_t blockSize) {
+        CopyDriveIo drives;
+        WindowsCopySystem system(state());
+        return job({.order = order_,
+                    .claim = own,
+                    .track = state().raceTrack,
+                    .drives = drives,
+                    .system = system,
+                    .display = display_,
+                    .keptImages = keptImages(),
+                    .blockSize = blockSize});
+    }
+
     bool opened_ = false;
     std::vector<DriveRecordPtr> drives_; // closed before the bench
 };

@@ -1,6 +1,13 @@
 #include "tests/component/copy_bench.h"
+#include "tests/component/import_patched.h"
 
 #include <thread>
+
+// The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+extern decltype(&CreateThread) __imp_CreateThread;
+}
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace torvane {
 namespace {
@@ -27,8 +34,8 @@ class Clone : public testing::CopyBench {
                         std::to_string(destinationBytes) + sectors + destinationMore + "}");
         source_ = &drive(1);
         destination_ = &drive(2);
-        state().copy.source = source_;
-        state().copy.destination = destination_;
+        order_.source = source_;
+        order_.destination = destination_;
     }
 
     /// Whether the destination holds the source's noise in [from, to).
@@ -65,7 +72,7 @@ TEST_F(Clone, ReverseOntoADiskWithMountedVolumesArrivesWhole) {
     EXPECT_EQ(run(runReverseClone), 1U);
     EXPECT_TRUE(arrived(0, 10 * kBlock + 4096));
     EXPECT_EQ(display_.lastStatus(), " Clone SUCCESSFULLY Completed");
-    EXPECT_EQ(state().copy.carX, 10);
+    EXPECT_EQ(state().raceTrack.carX, 10);
 }
 
 TEST_F(Clone, CleansTheDestinationBeforeTheFirstBlock) {
@@ -97,7 +104,7 @@ TEST_F(Clone, WithThirtyTwoMebibyteBlocksAsTheProgramRunsIt) {
     constexpr std::size_t kMebibyte = 1048576;
     openDrives(100 * kMebibyte, 101 * kMebibyte, R"({"reads": [{"firstSector": 65537}]})",
                R"(, "volumes": [{"letter": "K", "extents": [{"offset": "1 MiB", "length": "90 MiB"}]}])");
-    EXPECT_EQ(ForwardClone(state(), path()), 1U);
+    EXPECT_EQ(run(ForwardClone), 1U);
     EXPECT_TRUE(arrived(0, 32 * kMebibyte));
     EXPECT_EQ(content(2, 32 * kMebibyte, 32 * kMebibyte), unreadable(32 * kMebibyte));
     EXPECT_TRUE(arrived(64 * kMebibyte, 100 * kMebibyte));
@@ -135,17 +142,17 @@ TEST_F(Clone, ASmallerSourceLeavesTheRestOfTheDestination) {
 
 TEST_F(Clone, OfOneSectorIsARemainderAlone) {
     openDrives(512, 512);
-    EXPECT_EQ(ForwardClone(state(), path()), 1U);
+    EXPECT_EQ(run(ForwardClone), 1U);
     EXPECT_TRUE(arrived(0, 512));
     EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", " Image Completed"));
-    EXPECT_EQ(state().copy.succeeded, 1);
-    EXPECT_EQ(state().copy.carX, 760);
+    EXPECT_EQ(state().raceTrack.succeeded, 1);
+    EXPECT_EQ(state().raceTrack.carX, 760);
 }
 
 TEST_F(Clone, OfNothingCompletesAtOnce) {
     openDrives(512, 512);
     source_->sizeBytes = 0;
-    EXPECT_EQ(ReverseClone(state(), path()), 1U);
+    EXPECT_EQ(run(ReverseClone), 1U);
     EXPECT_THAT(bench_.log("target=drive:1 request=read"), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " Clone SUCCESSFULLY Completed");
 }
@@ -180,7 +187,7 @@ TEST_F(Clone, WithTenUnreadableBlocksFinishes) {
     EXPECT_EQ(source_->badReadCount, 10U);
     EXPECT_THAT(events(), SizeIs(10));
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
-    EXPECT_EQ(state().copy.failed, 0);
+    EXPECT_EQ(state().raceTrack.failed, 0);
     EXPECT_TRUE(arrived(23 * kBlock, 24 * kBlock));
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 10 unreadable blocks");
 }
@@ -193,8 +200,8 @@ TEST_F(Clone, TheEleventhUnreadableBlockStopsItAfterThatBlockWasWritten) {
     EXPECT_EQ(content(2, 21 * kBlock, kBlock), std::string(kBlock, '\0'));
     EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
     EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
-    EXPECT_EQ(state().copy.failed, 1);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(state().raceTrack.failed, 1);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed, 11 unreadable blocks");
     // The reader waits after a failed read, so nothing was asked of the drive behind the eleventh.
     EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(21));
@@ -222,8 +229,8 @@ TEST_F(Clone, TheEleventhAsTheRemainderCompletesAndFails) {
     EXPECT_EQ(run(runForwardClone), 1U);
     EXPECT_EQ(source_->badReadCount, 11U);
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
-    EXPECT_EQ(state().copy.failed, 1);
-    EXPECT_EQ(state().copy.succeeded, 1);
+    EXPECT_EQ(state().raceTrack.failed, 1);
+    EXPECT_EQ(state().raceTrack.succeeded, 1);
     EXPECT_THAT(display_.timers(), ElementsAre(750));
 }
 
@@ -288,7 +295,7 @@ TEST_F(Clone, TerminateStopsItAfterTheBlockInFlight) {
     int progress = 0;
     display_.onStatus = [&](std::string_view text) {
         if (text.find('%') != std::string_view::npos && ++progress == 4) {
-            state().jobActive = 0;
+            terminate();
         }
     };
     EXPECT_EQ(run(runForwardClone), 1U);
@@ -301,7 +308,7 @@ TEST_F(Clone, TerminateStopsItAfterTheBlockInFlight) {
 
 TEST_F(Clone, TerminateBeforeTheDiskIsCleanedTouchesNothing) {
     openDrives(3 * kBlock, 3 * kBlock);
-    display_.onStatus = [&](std::string_view) { state().jobActive = 0; };
+    display_.onStatus = [&](std::string_view) { terminate(); };
     EXPECT_EQ(run(runForwardClone), 1U);
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
@@ -314,7 +321,7 @@ TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
     openDrives(3 * kBlock, 3 * kBlock);
     std::thread user([this] {
         EXPECT_TRUE(bench_.awaitLog("request=start"));
-        state().jobActive = 0;
+        terminate();
         bench_.hurry();
     });
     EXPECT_EQ(run(runForwardClone), 1U);
@@ -327,9 +334,8 @@ TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
 TEST_F(Clone, AskedToStopBeforeItsFlagWasRaisedItTouchesNothing) {
     openDrives(3 * kBlock, 3 * kBlock);
     for (const auto job : {runForwardClone, runReverseClone}) {
-        state().copy.stopAsked = 1;
-        EXPECT_EQ(run(job), 1U);
-        EXPECT_EQ(state().jobActive, 0);
+        EXPECT_EQ(runAskedToStop(job), 1U);
+        EXPECT_FALSE(state().jobs.active());
     }
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
@@ -338,9 +344,9 @@ TEST_F(Clone, AskedToStopBeforeItsFlagWasRaisedItTouchesNothing) {
 
 TEST_F(Clone, AStopThatWasAskedOfAnEarlierJobDoesNotStopTheNext) {
     openDrives(3 * kBlock, 3 * kBlock);
-    state().copy.stopAsked = 1;
-    ASSERT_TRUE(startCopyWorker(state(), ForwardClone));
-    ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
+    EXPECT_EQ(runAskedToStop(runForwardClone), 1U);
+    ASSERT_TRUE(start(CopyKind::kForwardClone));
+    ASSERT_TRUE(awaitEnd());
     EXPECT_TRUE(arrived(0, 3 * kBlock));
 }
 
@@ -349,7 +355,7 @@ TEST_F(Clone, ASlowReadDelaysTheEndOfATerminatedClone) {
     display_.onStatus = [&](std::string_view text) {
         if (text.find('%') != std::string_view::npos) {
             EXPECT_TRUE(bench_.awaitLog("target=drive:1 request=wait")) << "reading ahead reaches the slow block";
-            state().jobActive = 0;
+            terminate();
         }
     };
     const ULONGLONG start = GetTickCount64();
@@ -379,23 +385,34 @@ TEST_F(Clone, LeavesNoHandleBehind) {
 
 TEST_F(Clone, AsAThreadReleasesTheDrivesLast) {
     openDrives(3 * kBlock, 3 * kBlock);
-    ASSERT_TRUE(startCopyWorker(state(), ForwardClone));
-    DWORD exitCode = 0;
-    ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
-    ASSERT_TRUE(GetExitCodeThread(state().worker.get(), &exitCode));
-    EXPECT_EQ(exitCode, 1U);
-    EXPECT_EQ(state().driveJobAtWork, 0);
+    ASSERT_TRUE(start(CopyKind::kForwardClone));
+    ASSERT_TRUE(awaitEnd());
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_TRUE(arrived(0, 3 * kBlock));
 }
 
 TEST_F(Clone, ASecondJobDoesNotStartWhileTheFirstOnesThreadIsAtWork) {
     openDrives(3 * kBlock, 3 * kBlock,
                R"({"slow": [{"firstSector": 0, "milliseconds": )" + std::string(testing::kUntilToldToHurry) + "}]}");
-    ASSERT_TRUE(startCopyWorker(state(), ForwardClone));
-    EXPECT_FALSE(startCopyWorker(state(), ForwardClone));
+    ASSERT_TRUE(start(CopyKind::kForwardClone));
+    EXPECT_FALSE(start(CopyKind::kForwardClone));
     bench_.hurry();
-    ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
+    ASSERT_TRUE(awaitEnd());
     EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(1));
+}
+
+TEST_F(Clone, WithoutRoomForAThreadIsLoggedAndLeavesTheDrivesToOthers) {
+    openDrives(kBlock, kBlock);
+    {
+        const testing::ImportPatched patched(
+            __imp_CreateThread,
+            +[](LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE, LPVOID, DWORD, LPDWORD) -> HANDLE {
+                return nullptr;
+            });
+        EXPECT_FALSE(start(CopyKind::kForwardClone));
+    }
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could not start the copy job"));
+    EXPECT_TRUE(state().jobs.atWork().empty());
 }
 
 TEST_F(Clone, KeepsTheSystemAwakeAndLetsItSleepAgain) {
@@ -403,7 +420,7 @@ TEST_F(Clone, KeepsTheSystemAwakeAndLetsItSleepAgain) {
     const auto current = [] { return SetThreadExecutionState(ES_SYSTEM_REQUIRED); };
     std::vector<EXECUTION_STATE> during;
     display_.onStatus = [&](std::string_view) { during.push_back(current()); };
-    ForwardClone(state(), path());
+    run(ForwardClone);
     ASSERT_FALSE(during.empty());
     EXPECT_THAT(during, Each(static_cast<EXECUTION_STATE>(ES_CONTINUOUS | ES_SYSTEM_REQUIRED)));
     EXPECT_EQ(current(), static_cast<EXECUTION_STATE>(ES_CONTINUOUS));

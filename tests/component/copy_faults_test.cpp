@@ -29,26 +29,26 @@ class CopyFaults : public testing::CopyBench {
     void openDrives() {
         source_ = &drive(1);
         destination_ = &drive(2);
-        state().copy.source = source_;
-        state().copy.destination = destination_;
+        order_.source = source_;
+        order_.destination = destination_;
     }
     void openSource() {
         source_ = &drive(1);
-        state().copy.imageSource = source_;
+        order_.source = source_;
         writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
     }
     void openImageAndDestination(std::size_t imageBytes) {
         writeFile("disk.img", noise(3, 0, imageBytes));
         destination_ = &drive(2);
-        state().copy.destination = destination_;
-        state().chosen.destinationFolder.assign((std::filesystem::current_path() / "disk.img").string());
+        order_.destination = destination_;
+        order_.path = (std::filesystem::current_path() / "disk.img").string();
     }
 
     void expectVerification(bool answer) {
         user_.expectAsk("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?", answer);
     }
 
-    static void expectIdle() { EXPECT_EQ(state().jobActive, 0); }
+    static void expectIdle() { EXPECT_FALSE(state().jobs.active()); }
 
     /// Faults that make the first sector of these blocks unreadable.
     static std::string badBlocks(int first, int count) {
@@ -76,8 +76,8 @@ TEST_F(CopyFaults, SourceVanishesInAReverseClone) {
     EXPECT_EQ(content(2, 13 * kBlock, kBlock), std::string(kBlock, '\0'));
     EXPECT_EQ(source_->badReadCount, 11U);
     EXPECT_EQ(display_.lastStatus(), " User Terminated Clone");
-    EXPECT_EQ(state().copy.failed, 1);
-    EXPECT_EQ(state().copy.succeeded, 0);
+    EXPECT_EQ(state().raceTrack.failed, 1);
+    EXPECT_EQ(state().raceTrack.succeeded, 0);
     testing::expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
     expectIdle();
 }
@@ -163,10 +163,10 @@ TEST_F(CopyFaults, DestinationVanishesInAnImageToDrive) {
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " Image To Drive SUCCESSFULLY Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 4 failed writes");
-    state().copy.openImages.clear();
+    keptImages().clear();
     testing::expectNoHandleLost([this] {
         EXPECT_EQ(run(runImageToDrive), 1U);
-        state().copy.openImages.clear(); // kept on purpose until the program ends
+        keptImages().clear(); // kept on purpose until the program ends
     });
     expectIdle();
 }
@@ -182,11 +182,11 @@ TEST_F(CopyFaults, ImageCannotBeDeletedWhileItIsRead) {
     EXPECT_EQ(run(runImageToDrive), 1U);
     EXPECT_GT(tried, 3);
     EXPECT_EQ(content(2, 0, 6 * kBlock), noise(3, 0, 6 * kBlock));
-    EXPECT_THAT(state().copy.openImages, SizeIs(1)) << "kept on purpose until the program ends";
-    state().copy.openImages.clear();
+    EXPECT_THAT(keptImages(), SizeIs(1)) << "kept on purpose until the program ends";
+    keptImages().clear();
     testing::expectNoHandleLost([this] {
         EXPECT_EQ(run(runImageToDrive), 1U);
-        state().copy.openImages.clear(); // kept on purpose until the program ends
+        keptImages().clear(); // kept on purpose until the program ends
     });
     expectIdle();
 }
@@ -200,13 +200,13 @@ TEST_F(CopyFaults, LargerImageIsCutToTheDriveAfterYes) {
     EXPECT_EQ(content(2, 0, 3 * kBlock + 512), noise(3, 0, 3 * kBlock + 512));
     EXPECT_EQ(destination_->writeErrorCount, 0U) << "nothing is written past the end";
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
-    state().copy.openImages.clear();
+    keptImages().clear();
     testing::expectNoHandleLost([this] {
         user_.expectAsk("***** Image File Too Large *****",
                         "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
                         true);
         EXPECT_EQ(run(runImageToDrive), 1U);
-        state().copy.openImages.clear(); // kept on purpose until the program ends
+        keptImages().clear(); // kept on purpose until the program ends
     });
     expectIdle();
 }
@@ -217,8 +217,8 @@ TEST_F(CopyFaults, LargerImageTouchesNothingAfterNo) {
     user_.expectAsk("***** Image File Too Large *****",
                     "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", false);
     EXPECT_EQ(run(runImageToDrive), 0U);
-    EXPECT_THAT(state().copy.openImages, SizeIs(1)) << "kept on purpose until the program ends";
-    state().copy.openImages.clear();
+    EXPECT_THAT(keptImages(), SizeIs(1)) << "kept on purpose until the program ends";
+    keptImages().clear();
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "the disk is not even cleaned";
     EXPECT_THAT(events(), IsEmpty());
@@ -227,7 +227,7 @@ TEST_F(CopyFaults, LargerImageTouchesNothingAfterNo) {
                         "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
                         false);
         EXPECT_EQ(run(runImageToDrive), 0U);
-        state().copy.openImages.clear();
+        keptImages().clear();
     });
     expectIdle();
 }
@@ -318,10 +318,10 @@ TEST_F(CopyFaults, ImageThatEndsInsideALargeSectorLosesItsLastTransfer) {
     EXPECT_EQ(content(2, 2 * kBlock, 512), std::string(512, '\0'));
     EXPECT_EQ(destination_->writeErrorCount, 1U);
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 1 failed write");
-    state().copy.openImages.clear();
+    keptImages().clear();
     testing::expectNoHandleLost([this] {
         EXPECT_EQ(run(runImageToDrive), 1U);
-        state().copy.openImages.clear(); // kept on purpose until the program ends
+        keptImages().clear(); // kept on purpose until the program ends
     });
     expectIdle();
 }
@@ -348,7 +348,7 @@ TEST_F(CopyFaults, TheEleventhUnreadableBlockEndsAForensicImageWithoutAHash) {
     EXPECT_EQ(run(runForensicImage), 1U);
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock) + unreadable(11 * kBlock));
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
-    EXPECT_EQ(state().copy.failed, 1);
+    EXPECT_EQ(state().raceTrack.failed, 1);
     testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForensicImage), 1U); });
     expectIdle();
 }
@@ -384,7 +384,7 @@ TEST_F(CopyFaults, DestinationThatRefusesEveryWriteGetsItsCloneToTheEnd) {
     EXPECT_EQ(destination_->writeErrorCount, 14U) << "there is no limit of failed writes";
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 14 failed writes");
-    EXPECT_EQ(state().copy.failed, 0);
+    EXPECT_EQ(state().raceTrack.failed, 0);
     testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
     expectIdle();
 }
@@ -393,24 +393,24 @@ TEST_F(CopyFaults, TheSystemMaySleepAgainHoweverAJobFails) {
     addSource(512, R"({"reads": [{"firstSector": 0}]})");
     addDestination(512, R"({"writes": [{"firstSector": 0}]})");
     openDrives();
-    state().copy.imageSource = source_;
+    order_.source = source_;
     writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
     const auto expectSleepy = [](const char* job) {
         EXPECT_EQ(SetThreadExecutionState(ES_SYSTEM_REQUIRED), static_cast<EXECUTION_STATE>(ES_CONTINUOUS)) << job;
     };
-    EXPECT_EQ(ForwardClone(state(), path()), 1U);
+    EXPECT_EQ(run(ForwardClone), 1U);
     expectSleepy("a clone that can neither read nor write");
-    EXPECT_EQ(ReverseClone(state(), path()), 1U);
+    EXPECT_EQ(run(ReverseClone), 1U);
     expectSleepy("a reverse clone that can neither read nor write");
     std::filesystem::create_directory(kImage);
-    EXPECT_EQ(ImageToFileWorker(state(), path()), 0U);
+    EXPECT_EQ(run(ImageToFileWorker), 0U);
     expectSleepy("an image that cannot be created");
     std::filesystem::create_directory("Model X.42.img");
-    EXPECT_EQ(ForensicImageWorker(state(), path()), 0U);
+    EXPECT_EQ(run(ForensicImageWorker), 0U);
     expectSleepy("a forensic image that cannot be created");
-    state().chosen.destinationFolder.assign("no.img");
+    order_.path = "no.img";
     user_.expectStop("***** FATAL SYSTEM ERROR *****", "ImageToDrive: [no.img] OPEN_EXISTING FAILED");
-    EXPECT_EQ(ImageToDriveWorker(state(), path()), 0U);
+    EXPECT_EQ(run(ImageToDriveWorker), 0U);
     expectSleepy("an image that cannot be opened");
 }
 

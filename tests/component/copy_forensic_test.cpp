@@ -41,7 +41,7 @@ class Forensic : public testing::CopyBench {
                             "identity": {"product": "Model X", "serial": "S1"}, "size": )" +
                         std::to_string(bytes) + R"(, "faults": )" + faults + "}");
         source_ = &drive(1);
-        state().copy.imageSource = source_;
+        order_.source = source_;
         restartCounter();
     }
     /// The next image is number 41.
@@ -51,7 +51,7 @@ class Forensic : public testing::CopyBench {
     void stopBeforeTheRemainder() {
         display_.onStatus = [&](std::string_view text) {
             if (text.find("%66") != std::string_view::npos) {
-                state().jobActive = 0;
+                terminate();
                 display_.onStatus = {};
             }
         };
@@ -85,29 +85,29 @@ TEST_F(Forensic, LeavesAnImageAndItsHashFile) {
         << readFile(kHashFile);
     EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", HasSubstr(" Image Status: 00:"), HasSubstr(" -- %33"),
                                                  HasSubstr(" -- %66"), " Image SUCCESSFULLY Completed"));
-    EXPECT_EQ(state().copy.animationBlocks, 3);
+    EXPECT_EQ(state().raceTrack.animationBlocks, 3);
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
 }
 
 TEST_F(Forensic, OfThirtyTwoMebibyteBlocksIsVerified) {
     openDrive(70 * 1048576, "{}", "zero");
     user_.expectAsk(kVerify, kVerifyQuestion, true);
     user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
-    EXPECT_EQ(ForensicImageWorker(state(), path()), 1U);
+    EXPECT_EQ(run(ForensicImageWorker), 1U);
     EXPECT_EQ(hashLine(), "HASH:\t\t\tB8 9F DC CD D6 1D 57 B3 71 F9 61 1E EC 7D 3C EF ");
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED, verified");
 }
 
 TEST_F(Forensic, WithUnreadableBlocksIsVerifiedToo) {
     openDrive(5 * kBlock, R"({"reads": [{"firstSector": 200}]})");
-    user_.expectAsk(kVerify, kVerifyQuestion, true, [&] { EXPECT_EQ(state().jobActive, 0); });
+    user_.expectAsk(kVerify, kVerifyQuestion, true, [&] { EXPECT_FALSE(state().jobs.active()); });
     user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
     EXPECT_EQ(run(runForensicImage), 1U);
     EXPECT_EQ(readFile(kImage).substr(kBlock, kBlock), unreadable(kBlock));
     EXPECT_THAT(display_.statuses(), Contains(" Beginning Verification"));
     EXPECT_EQ(display_.lastStatus(), " Status: 00:00:00 -- %100");
-    EXPECT_EQ(state().copy.succeeded, 1);
+    EXPECT_EQ(state().raceTrack.succeeded, 1);
     EXPECT_EQ(lastDriveStatus(*source_), "BAD 1 unreadable block, verified");
 }
 
@@ -171,8 +171,8 @@ TEST_F(Forensic, AnImageThatIsTruncatedWhileItIsVerifiedCannotBeRead) {
     };
     imageAndVerify();
     EXPECT_EQ(display_.lastStatus(), "Could not READ image for VERIFICATION");
-    EXPECT_EQ(state().jobActive, 1) << "stays set on purpose";
-    EXPECT_EQ(state().copy.succeeded, 0);
+    EXPECT_TRUE(state().jobs.active()) << "stays set on purpose";
+    EXPECT_EQ(state().raceTrack.succeeded, 0);
     EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
     testing::expectNoHandleLost(imageAndVerify);
 }
@@ -182,8 +182,8 @@ TEST_F(Forensic, AnImageThatWasDeletedCannotBeOpened) {
     user_.expectAsk(kVerify, kVerifyQuestion, true, [] { std::filesystem::remove(kImage); });
     EXPECT_EQ(run(runForensicImage), 1U);
     EXPECT_EQ(display_.lastStatus(), "Could not open image for VERIFICATION");
-    EXPECT_EQ(state().jobActive, 0);
-    EXPECT_EQ(state().copy.succeeded, 1);
+    EXPECT_FALSE(state().jobs.active());
+    EXPECT_EQ(state().raceTrack.succeeded, 1);
     EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
 }
 
@@ -192,20 +192,20 @@ TEST_F(Forensic, AVerificationThatIsTerminatedComparesWhatItRead) {
     user_.expectAsk(kVerify, kVerifyQuestion, true, [&] {
         display_.onStatus = [&](std::string_view text) {
             if (text.find("%12") != std::string_view::npos) {
-                state().jobActive = 0;
+                terminate();
             }
         };
     });
     user_.expectInform("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
     EXPECT_EQ(run(runForensicImage), 1U);
-    EXPECT_EQ(state().copy.succeeded, 1) << "the trophy is shown all the same";
+    EXPECT_EQ(state().raceTrack.succeeded, 1) << "the trophy is shown all the same";
 }
 
 TEST_F(Forensic, ATerminatedImageGetsNoHashFileAndNoQuestion) {
     openDrive(8 * kBlock);
     display_.onStatus = [&](std::string_view text) {
         if (text.find("%12") != std::string_view::npos) {
-            state().jobActive = 0;
+            terminate();
         }
     };
     EXPECT_EQ(run(runForensicImage), 1U);
@@ -216,8 +216,7 @@ TEST_F(Forensic, ATerminatedImageGetsNoHashFileAndNoQuestion) {
 
 TEST_F(Forensic, AskedToStopBeforeItsFlagWasRaisedGetsNoHashFileAndNoQuestion) {
     openDrive(1024);
-    state().copy.stopAsked = 1;
-    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(runAskedToStop(runForensicImage), 1U);
     EXPECT_EQ(readFile(kImage), "");
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
@@ -242,7 +241,7 @@ TEST_F(Forensic, ThatCannotBeWrittenIsTerminated) {
     EXPECT_THAT(display_.statuses(), Contains("Could not WRITE to DESTINATION image"));
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_THAT(display_.timers(), ElementsAre(750, 750));
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
     testing::expectNoHandleLost(imageWithoutThirdBlock);
@@ -282,7 +281,7 @@ TEST_F(Forensic, WithoutAProviderEndsAtOnce) {
         EXPECT_EQ(run(runForensicImage), 0U);
     };
     image();
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_EQ(readFile(kImage), "");
     EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
     testing::expectNoHandleLost(image);
@@ -347,10 +346,10 @@ TEST_F(Forensic, AnImageThatCannotBeRewoundStaysOpen) {
         const ImportPatched<decltype(&SetFilePointer)> patched(__imp_SetFilePointer, original);
         EXPECT_EQ(run(runForensicImage), 1U);
     }
-    EXPECT_THAT(state().copy.openImages, SizeIs(1));
+    EXPECT_THAT(keptImages(), SizeIs(1));
     EXPECT_FALSE(DeleteFileA(kImage)) << "in use";
-    EXPECT_EQ(state().jobActive, 0);
-    EXPECT_EQ(state().copy.succeeded, 0);
+    EXPECT_FALSE(state().jobs.active());
+    EXPECT_EQ(state().raceTrack.succeeded, 0);
     EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
 }
 

@@ -61,7 +61,7 @@ class Image : public testing::CopyBench {
                             "identity": {"product": "Model X", "serial": "S1"}, "size": )" +
                         std::to_string(bytes) + R"(, "faults": )" + faults + "}");
         source_ = &drive(1);
-        state().copy.imageSource = source_;
+        order_.source = source_;
         writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
     }
 
@@ -77,10 +77,10 @@ TEST_F(Image, HoldsTheDrivesBytesAndNothingElse) {
     EXPECT_THAT(display_.statuses(),
                 ElementsAre(" Status: Idle", HasSubstr(" -- %0"), HasSubstr(" -- %20"), HasSubstr(" -- %40"),
                             HasSubstr(" -- %60"), HasSubstr(" -- %80"), " Image  SUCCESSFULLY Completed"));
-    EXPECT_EQ(state().copy.succeeded, 1);
-    EXPECT_EQ(state().copy.carX, 760);
-    EXPECT_EQ(state().copy.carY, 32);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(state().raceTrack.succeeded, 1);
+    EXPECT_EQ(state().raceTrack.carX, 760);
+    EXPECT_EQ(state().raceTrack.carY, 32);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
     EXPECT_THAT(bench_.log("request=write"), IsEmpty());
 }
@@ -88,7 +88,7 @@ TEST_F(Image, HoldsTheDrivesBytesAndNothingElse) {
 TEST_F(Image, AsTheProgramRunsIt) {
     constexpr std::size_t kBytes = 40 * 1048576;
     openDrive(kBytes);
-    EXPECT_EQ(ImageToFileWorker(state(), path()), 1U);
+    EXPECT_EQ(run(ImageToFileWorker), 1U);
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBytes));
 }
 
@@ -105,10 +105,10 @@ TEST_F(Image, GoesToTheFolderThatItWasStartedWith) {
             EXPECT_EQ(WaitForSingleObject(folderChanged, 60000), WAIT_OBJECT_0);
             return original(wanted);
         });
-    ASSERT_TRUE(startCopyWorker(state(), ImageToFileWorker));
-    state().chosen.destinationFolder.assign("another folder");
+    ASSERT_TRUE(start(CopyKind::kImageToFile));
+    order_.path = "another folder";
     SetEvent(folderChanged);
-    ASSERT_EQ(WaitForSingleObject(state().worker.get(), 60000), WAIT_OBJECT_0);
+    ASSERT_TRUE(awaitEnd());
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock));
 }
 
@@ -148,7 +148,7 @@ TEST_F(Image, TerminateLeavesAPartialImage) {
     openDrive(20 * kBlock);
     display_.onStatus = [&](std::string_view text) {
         if (text.find("%10") != std::string_view::npos) {
-            state().jobActive = 0;
+            terminate();
         }
     };
     EXPECT_EQ(run(runImageToFile), 1U);
@@ -159,8 +159,7 @@ TEST_F(Image, TerminateLeavesAPartialImage) {
 // Of less than a block too: there the remainder alone would be skipped, and the image would count as complete.
 TEST_F(Image, AskedToStopBeforeItsFlagWasRaisedStaysEmptyAndIsTerminated) {
     openDrive(1024);
-    state().copy.stopAsked = 1;
-    EXPECT_EQ(run(runImageToFile), 1U);
+    EXPECT_EQ(runAskedToStop(runImageToFile), 1U);
     EXPECT_EQ(readFile(kImage), "");
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed");
@@ -173,7 +172,7 @@ TEST_F(Image, ThatCannotBeCreatedChangesNoFlag) {
     EXPECT_EQ(run(runImageToFile), 0U);
     EXPECT_THAT(display_.statuses(), ElementsAre("Could not CREATE DESTINATION image"));
     EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_THAT(bench_.log("request=read"), IsEmpty());
     EXPECT_EQ(readFile("FileCounter.txt"), std::string("\x29\0\0\0", 4)) << "the counter has moved on all the same";
 }
@@ -186,8 +185,8 @@ TEST_F(Image, OnAFullVolumeStaysPartialAndTheRunningFlagSet) {
     }
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, 2 * kBlock + 1000));
     EXPECT_EQ(display_.lastStatus(), "Could not WRITE to DESTINATION image");
-    EXPECT_EQ(state().jobActive, 1);
-    EXPECT_EQ(state().copy.failed, 0);
+    EXPECT_TRUE(state().jobs.active());
+    EXPECT_EQ(state().raceTrack.failed, 0);
     EXPECT_THAT(display_.timers(), IsEmpty());
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
     testing::expectNoHandleLost([this] {
@@ -199,7 +198,7 @@ TEST_F(Image, OnAFullVolumeStaysPartialAndTheRunningFlagSet) {
 TEST_F(Image, OnAFullVolumeTheSystemMaySleepAgain) {
     openDrive(kBlock);
     const FullVolume full(0);
-    EXPECT_EQ(ImageToFileWorker(state(), path()), 0U);
+    EXPECT_EQ(run(ImageToFileWorker), 0U);
     EXPECT_EQ(SetThreadExecutionState(ES_SYSTEM_REQUIRED), static_cast<EXECUTION_STATE>(ES_CONTINUOUS));
 }
 
@@ -209,7 +208,7 @@ TEST_F(Image, OfAnImageFileThatWasTruncatedMeanwhileKeepsTheTailOfTheMarkedBlock
     const DriveRecordPtr record = openImageFileAsDrive("old.img");
     ASSERT_TRUE(record);
     record->sizeBytes = 2 * kBlock + 21; // as it was when it was opened
-    state().copy.imageSource = record.get();
+    order_.source = record.get();
     writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4));
     EXPECT_EQ(run(runImageToFile), 1U);
     // Bytes 16 and 17 came with the short read, 18 to 20 are left of the block before.
@@ -224,7 +223,7 @@ TEST_F(Image, WithoutMemoryForTheBuffersIsLogged) {
     EXPECT_EQ(run(runImageToFile, kTooMuchMemory), 0U);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not ALLOCATE copy buffers"));
     EXPECT_THAT(view_.driveStatuses(*source_), ElementsAre("BAD not started"));
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
 }
 
 TEST_F(Image, LeavesNoHandleBehind) {

@@ -23,8 +23,8 @@ class ImageToDrive : public testing::CopyBench {
         writeFile("disk.img", noise(3, 0, imageBytes));
         bench_.addDrive(R"({"number": 2, "bus": "nvme", "size": )" + std::to_string(driveBytes) + driveMore + "}");
         destination_ = &drive(2);
-        state().copy.destination = destination_;
-        state().chosen.destinationFolder.assign((std::filesystem::current_path() / "disk.img").string());
+        order_.destination = destination_;
+        order_.path = (std::filesystem::current_path() / "disk.img").string();
     }
 
     static bool arrived(std::size_t from, std::size_t to) {
@@ -41,15 +41,15 @@ TEST_F(ImageToDrive, OntoADiskWithMountedVolumesArrivesWhole) {
     EXPECT_TRUE(arrived(0, 5 * kBlock + 1024));
     EXPECT_EQ(content(2, 5 * kBlock + 1024, kBlock), std::string(kBlock, '\0')) << "the rest is left as it was";
     EXPECT_EQ(display_.lastStatus(), " Image To Drive SUCCESSFULLY Completed");
-    EXPECT_EQ(state().copy.carX, 760);
-    EXPECT_EQ(state().copy.carY, 182);
+    EXPECT_EQ(state().raceTrack.carX, 760);
+    EXPECT_EQ(state().raceTrack.carY, 182);
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
 }
 
 TEST_F(ImageToDrive, AsTheProgramRunsIt) {
     constexpr std::size_t kBytes = 40 * 1048576;
     openDrive(kBytes, kBytes);
-    EXPECT_EQ(ImageToDriveWorker(state(), path()), 1U);
+    EXPECT_EQ(run(ImageToDriveWorker), 1U);
     EXPECT_TRUE(arrived(0, kBytes));
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), SizeIs(2));
 }
@@ -57,7 +57,7 @@ TEST_F(ImageToDrive, AsTheProgramRunsIt) {
 TEST_F(ImageToDrive, KeepsTheImageOpenAndUnchangeableUntilTheProgramEnds) {
     openDrive(2 * kBlock, 2 * kBlock);
     EXPECT_EQ(run(runImageToDrive), 1U);
-    EXPECT_THAT(state().copy.openImages, SizeIs(1));
+    EXPECT_THAT(keptImages(), SizeIs(1));
     EXPECT_FALSE(UniqueFile(CreateFileA("disk.img", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                         OPEN_EXISTING, 0, nullptr)));
     EXPECT_EQ(run(runImageToDrive), 1U) << "but it can be copied again";
@@ -66,13 +66,13 @@ TEST_F(ImageToDrive, KeepsTheImageOpenAndUnchangeableUntilTheProgramEnds) {
 TEST_F(ImageToDrive, AnImageThatCannotBeOpenedIsToldAndLogged) {
     openDrive(kBlock, kBlock);
     const std::string path = std::filesystem::current_path().string() + "\\100%s.img";
-    state().chosen.destinationFolder.assign(path);
+    order_.path = path;
     const std::string text = "ImageToDrive: [" + path + "] OPEN_EXISTING FAILED";
     user_.expectStop("***** FATAL SYSTEM ERROR *****", text);
     EXPECT_EQ(run(runImageToDrive), 0U);
     EXPECT_THAT(events(), ElementsAre("ERROR: " + text));
     EXPECT_THAT(view_.driveStatuses(*destination_), ElementsAre("BAD not started"));
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "nothing was cleaned";
 }
 
@@ -137,10 +137,10 @@ TEST_F(ImageToDrive, AnImageThatEndsTooSoonEndsItWithoutMarkers) {
     EXPECT_TRUE(arrived(0, 2 * kBlock));
     EXPECT_EQ(content(2, 2 * kBlock, kBlock), std::string(kBlock, '\0'));
     EXPECT_EQ(display_.lastStatus(), "Could not READ FROM SOURCE image. TERMINATING");
-    EXPECT_EQ(state().jobActive, 0);
-    EXPECT_EQ(state().copy.failed, 0);
+    EXPECT_FALSE(state().jobs.active());
+    EXPECT_EQ(state().raceTrack.failed, 0);
     EXPECT_THAT(display_.timers(), IsEmpty());
-    EXPECT_THAT(state().copy.openImages, IsEmpty());
+    EXPECT_THAT(keptImages(), IsEmpty());
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed, 1 unreadable block");
     testing::expectNoHandleLost([this] {
@@ -177,7 +177,7 @@ TEST_F(ImageToDrive, TerminateStopsItAfterTheBlockInFlight) {
     openDrive(8 * kBlock, 8 * kBlock);
     display_.onStatus = [&](std::string_view text) {
         if (text.find("%12") != std::string_view::npos) {
-            state().jobActive = 0;
+            terminate();
         }
     };
     EXPECT_EQ(run(runImageToDrive), 1U);
@@ -206,9 +206,8 @@ TEST_F(ImageToDrive, AnEmptyImageCompletesAtOnce) {
 
 TEST_F(ImageToDrive, AskedToStopBeforeItsFlagWasRaisedItTouchesNothing) {
     openDrive(3 * kBlock, 3 * kBlock);
-    state().copy.stopAsked = 1;
-    EXPECT_EQ(run(runImageToDrive), 1U);
-    EXPECT_EQ(state().jobActive, 0);
+    EXPECT_EQ(runAskedToStop(runImageToDrive), 1U);
+    EXPECT_FALSE(state().jobs.active());
     EXPECT_THAT(bench_.log("request=write"), IsEmpty());
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " Image To Drive Terminated -- Not Completed");

@@ -1,7 +1,7 @@
 #include "copy/dialogs/race_track_view.h"
 
-#include "copy/jobs/copy_job_state.h"
 #include "copy/jobs/track.h"
+#include "state/race_track_state.h"
 #include "tests/component/canvas.h"
 #include "tests/component/handle_count.h"
 #include "tests/component/import_patched.h"
@@ -101,7 +101,7 @@ class RaceTrackView : public ::testing::Test {
     testing::ScratchFolder folder_;
     GdiPlusSession gdiPlus_;
     HWND window_ = nullptr;
-    CopyJobState state_;
+    RaceTrackState state_;
     Canvas canvas_{kWidth, kHeight};
 };
 

@@ -213,14 +213,9 @@ TEST_F(ScanJob, LoadDrivesForgetsTheActiveDriveAndTheListBeforeTheScanBegins) {
     loadDrivesAndWait();
     state().activeDrive = state().scan.drives[0].get();
     state().activeDriveChosen = 1;
-    state().copy.source = state().copy.destination = state().copy.imageSource = state().activeDrive.load();
-
     loadDrives();
     EXPECT_EQ(state().activeDrive.load(), nullptr);
     EXPECT_EQ(state().activeDriveChosen, 0);
-    EXPECT_EQ(state().copy.source.load(), nullptr);
-    EXPECT_EQ(state().copy.destination.load(), nullptr);
-    EXPECT_EQ(state().copy.imageSource.load(), nullptr);
     awaitScan();
     awaitProgressEnd();
     EXPECT_THAT(callsStartingWith({"clear", "delete", "log STATUS", "add drive"}),

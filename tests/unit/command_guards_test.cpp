@@ -69,5 +69,19 @@ TEST_F(CommandGuardsTest, EmptyDriveListIsSaid) {
     EXPECT_TRUE(requireListedDrives(state_));
 }
 
+TEST_F(CommandGuardsTest, NothingStartsWhileTheLastDriveJobIsAtWork) {
+    Jobs jobs;
+    EXPECT_FALSE(lastDriveJobIsStillEnding(jobs));
+    {
+        const std::optional<JobClaim> copy = jobs.begin(JobKind::kImage);
+        jobs.askToStop();
+        EXPECT_TRUE(lastDriveJobIsStillEnding(jobs));
+    }
+    EXPECT_FALSE(lastDriveJobIsStillEnding(jobs));
+    ASSERT_EQ(view_.logRows().size(), 1U);
+    EXPECT_EQ(view_.logRows().front().category, "STATUS");
+    EXPECT_EQ(view_.logRows().front().message, "The last job on a drive has not ended yet");
+}
+
 } // namespace
 } // namespace torvane::testing

@@ -19,16 +19,16 @@ using namespace std::chrono_literals;
 /// Blocks that hold their own number; a test may hold back and fail reads.
 class NumberedBlocks : public BlockSource {
   public:
-    FetchOutcome fetch(const BlockExtent& extent, std::span<std::byte> bytes) override {
+    TransferOutcome fetch(const BlockExtent& extent, std::span<std::byte> bytes) override {
         std::unique_lock lock(mutex_);
         const std::size_t number = begun_.size();
         begun_.push_back(extent);
         changed_.notify_all();
         changed_.wait(lock, [&] { return number < allowed_; });
-        const FetchOutcome outcome = number < outcomes.size() ? outcomes[number] : FetchOutcome::kWhole;
-        if (outcome == FetchOutcome::kWhole) {
+        const TransferOutcome outcome = number < outcomes.size() ? outcomes[number] : TransferOutcome::kWhole;
+        if (outcome == TransferOutcome::kWhole) {
             std::fill(bytes.begin(), bytes.end(), static_cast<std::byte>('0' + number));
-        } else if (outcome == FetchOutcome::kReadFailed) {
+        } else if (outcome == TransferOutcome::kFailed) {
             std::fill_n(bytes.begin(), std::min(bytes.size(), partOfFailedRead), std::byte{'x'});
         }
         ++done_;
@@ -58,7 +58,7 @@ class NumberedBlocks : public BlockSource {
         return done_;
     }
 
-    std::vector<FetchOutcome> outcomes;
+    std::vector<TransferOutcome> outcomes;
     std::size_t partOfFailedRead = 0;
 
   private:
@@ -84,7 +84,7 @@ TEST(BlockPipeline, DeliversTheBlocksInOrder) {
     for (int number = 0; number < 8; ++number) {
         const Block block = blocks.take();
         EXPECT_EQ(block.extent, (BlockExtent{static_cast<std::uint64_t>(number) * 4, 4}));
-        EXPECT_EQ(block.outcome, FetchOutcome::kWhole);
+        EXPECT_EQ(block.outcome, TransferOutcome::kWhole);
         EXPECT_EQ(textOf(block), std::string(4, static_cast<char>('0' + number)));
     }
     EXPECT_EQ(textOf(blocks.take()), "888");
@@ -92,7 +92,7 @@ TEST(BlockPipeline, DeliversTheBlocksInOrder) {
 
 TEST(BlockPipeline, DeliversTheSameWithoutAThread) {
     NumberedBlocks source;
-    source.outcomes = {FetchOutcome::kWhole, FetchOutcome::kSeekFailed, FetchOutcome::kReadFailed};
+    source.outcomes = {TransferOutcome::kWhole, TransferOutcome::kNotReached, TransferOutcome::kFailed};
     source.partOfFailedRead = 2;
     BlockPipeline blocks(source, BlockOrder::forward(13, 3));
     EXPECT_EQ(textOf(blocks.take()), "000");
@@ -121,13 +121,13 @@ TEST(BlockPipeline, StaysTwoBlocksAheadAndNoMore) {
 
 TEST(BlockPipeline, WaitsAfterAFailedReadUntilTheJobTakesTheNextBlock) {
     NumberedBlocks source;
-    source.outcomes = {FetchOutcome::kWhole, FetchOutcome::kReadFailed};
+    source.outcomes = {TransferOutcome::kWhole, TransferOutcome::kFailed};
     BlockPipeline blocks(source, BlockOrder::forward(100, 4));
     blocks.start();
     ASSERT_TRUE(source.awaitBegun(2));
     static_cast<void>(blocks.take());
     const Block failed = blocks.take();
-    EXPECT_EQ(failed.outcome, FetchOutcome::kReadFailed);
+    EXPECT_EQ(failed.outcome, TransferOutcome::kFailed);
     std::this_thread::sleep_for(kForAWhile);
     EXPECT_EQ(source.begun(), 2U);
     EXPECT_EQ(textOf(blocks.take()), "2222");
@@ -135,7 +135,7 @@ TEST(BlockPipeline, WaitsAfterAFailedReadUntilTheJobTakesTheNextBlock) {
 
 TEST(BlockPipeline, AFailedSeekDeliversTheBlockBeforeAsTheJobLeftIt) {
     NumberedBlocks source;
-    source.outcomes = {FetchOutcome::kReadFailed, FetchOutcome::kSeekFailed, FetchOutcome::kSeekFailed};
+    source.outcomes = {TransferOutcome::kFailed, TransferOutcome::kNotReached, TransferOutcome::kNotReached};
     BlockPipeline blocks(source, BlockOrder::forward(11, 4));
     blocks.start();
     const Block first = blocks.take();
@@ -146,7 +146,7 @@ TEST(BlockPipeline, AFailedSeekDeliversTheBlockBeforeAsTheJobLeftIt) {
 
 TEST(BlockPipeline, BeforeTheFirstBlockThereWereZeroBytes) {
     NumberedBlocks source;
-    source.outcomes = {FetchOutcome::kSeekFailed, FetchOutcome::kReadFailed};
+    source.outcomes = {TransferOutcome::kNotReached, TransferOutcome::kFailed};
     BlockPipeline blocks(source, BlockOrder::forward(8, 4));
     blocks.start();
     EXPECT_EQ(textOf(blocks.take()), std::string(4, '\0'));
@@ -155,7 +155,7 @@ TEST(BlockPipeline, BeforeTheFirstBlockThereWereZeroBytes) {
 
 TEST(BlockPipeline, WhatAFailedReadLeavesAloneBehindTheLastMarkerIsLeftOfTheBlockBefore) {
     NumberedBlocks source;
-    source.outcomes = {FetchOutcome::kWhole, FetchOutcome::kReadFailed};
+    source.outcomes = {TransferOutcome::kWhole, TransferOutcome::kFailed};
     source.partOfFailedRead = 18;
     BlockPipeline blocks(source, BlockOrder::forward(32 + 21, 32));
     blocks.start();

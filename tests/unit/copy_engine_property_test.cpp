@@ -78,13 +78,13 @@ std::string differences(const World& world, const World& model) {
                    static_cast<std::int64_t>(model.writesBegun));
     compareNumbers("hashes", static_cast<std::int64_t>(world.hashCalls), static_cast<std::int64_t>(model.hashCalls));
     compareNumbers("image counter", world.imageNumber, model.imageNumber);
-    compareNumbers("running", world.words.running, model.words.running);
-    compareNumbers("failed", world.words.failed, model.words.failed);
-    compareNumbers("succeeded", world.words.succeeded, model.words.succeeded);
-    compareNumbers("explosion frame", world.words.explosionFrame, model.words.explosionFrame);
-    compareNumbers("car x", world.words.carX, model.words.carX);
-    compareNumbers("car y", world.words.carY, model.words.carY);
-    compareNumbers("animation blocks", world.words.animationBlocks, model.words.animationBlocks);
+    compareNumbers("running", world.flags.running, model.flags.running);
+    compareNumbers("failed", world.flags.failed, model.flags.failed);
+    compareNumbers("succeeded", world.flags.succeeded, model.flags.succeeded);
+    compareNumbers("explosion frame", world.flags.explosionFrame, model.flags.explosionFrame);
+    compareNumbers("car x", world.flags.carX, model.flags.carX);
+    compareNumbers("car y", world.flags.carY, model.flags.carY);
+    compareNumbers("animation blocks", world.flags.animationBlocks, model.flags.animationBlocks);
     return found;
 }
 

@@ -1,6 +1,6 @@
 #include "copy/dialogs/race_track_scene.h"
-#include "copy/jobs/copy_job_state.h"
 #include "copy/jobs/track.h"
+#include "state/race_track_state.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ struct Job {
         state.carX = carX;
         state.carY = carY;
     }
-    CopyJobState state;
+    RaceTrackState state;
 };
 
 TEST(RaceTrackScene, GroundOfTheTwoWayDialogsLiesBelowTheirLists) {

@@ -20,6 +20,7 @@ enum class Fault {
     kSeekFails, ///< drives only
     kFails,     ///< after `part` bytes have been moved nevertheless
     kShort,     ///< succeeds with `part` bytes
+    kGone,      ///< the device has vanished
 };
 
 struct TransferFault {
@@ -37,7 +38,8 @@ struct Script {
     std::size_t blockSize = 16;
     std::int64_t sourceBytes = 0;
     std::int64_t destinationBytes = 0; ///< of a drive
-    std::int32_t bytesPerSector = 512;
+    std::int32_t sourceSector = 512;   ///< bytes; drives move whole sectors only
+    std::int32_t destinationSector = 512;
 
     std::map<std::uint64_t, TransferFault> reads;       ///< of the source drive or the source image
     std::map<std::uint64_t, TransferFault> writes;      ///< to the destination drive or the image
@@ -71,9 +73,10 @@ class ScriptMaker {
     [[nodiscard]] Script make() {
         script_.job = static_cast<ScriptedJob>(below(5));
         script_.blockSize = pick<std::size_t>({16, 16, 32, 48, 64, 40, 7});
-        script_.bytesPerSector = pick<std::int32_t>({512, 512, 4096, 16, 1});
-        script_.sourceBytes = size();
-        script_.destinationBytes = chance(2) ? script_.sourceBytes : size();
+        script_.sourceSector = sector();
+        script_.destinationSector = chance(4) ? sector() : script_.sourceSector;
+        script_.sourceBytes = size(script_.sourceSector);
+        script_.destinationBytes = chance(2) ? script_.sourceBytes : size(script_.destinationSector);
         script_.millisecondsPerTick = pick<std::int64_t>({0, 1, 400, 1000, 7777, 100000});
         makeFaults();
         if (chance(12)) {
@@ -96,12 +99,27 @@ class ScriptMaker {
         return values[below(values.size())];
     }
 
+    // Blocks are whole sectors; now and then one is not, so that the drive refuses it.
+    std::int32_t sector() {
+        if (chance(30)) {
+            return 512;
+        }
+        std::int32_t bytes = pick<std::int32_t>({16, 16, 8, 8, 4, 2, 1});
+        while (script_.blockSize % static_cast<std::size_t>(bytes) != 0) {
+            bytes /= 2;
+        }
+        return bytes;
+    }
+
     // Around multiples of the block size: often enough blocks for eleven bad ones, now and then more than percents.
-    std::int64_t size() {
+    // Drives are whole sectors, image files are not: now and then this one is meant to be neither.
+    std::int64_t size(std::int32_t sector) {
         const auto blocks = static_cast<std::int64_t>(chance(20) ? 90 + below(200) : below(18));
         const auto block = static_cast<std::int64_t>(script_.blockSize);
         const std::int64_t extra = pick<std::int64_t>({0, 0, 1, -1, block / 2, static_cast<std::int64_t>(below(16))});
-        return std::max<std::int64_t>(blocks * block + extra, 0);
+        const std::int64_t bytes = std::max<std::int64_t>(blocks * block + extra, 0);
+        const bool odd = script_.job == ScriptedJob::kImageToDrive ? chance(2) : chance(8);
+        return odd ? bytes : bytes / sector * sector;
     }
 
     TransferFault fault(bool mayFailToSeek) {
@@ -122,7 +140,7 @@ class ScriptMaker {
         // A device that has vanished comes back with nothing.
         if (chance(12)) {
             for (std::uint64_t number = below(18); number < 20; ++number) {
-                faults[number] = {.fault = Fault::kFails, .part = 0};
+                faults[number] = {.fault = Fault::kGone, .part = 0};
             }
         }
     }
@@ -146,6 +164,7 @@ class ScriptMaker {
     }
 
     void makeRemainderTheEleventhBadBlock() {
+        script_.sourceSector = script_.destinationSector = 1;
         script_.sourceBytes = static_cast<std::int64_t>(10 * script_.blockSize + 1 + below(script_.blockSize - 1));
         script_.destinationBytes = script_.sourceBytes;
         for (std::uint64_t number = 0; number < 11; ++number) {

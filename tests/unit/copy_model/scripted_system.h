@@ -1,6 +1,6 @@
 #pragma once
 
-#include "copy/jobs/copy_jobs.h"
+#include "copy/jobs/copy_job.h"
 #include "copy/jobs/image_names.h"
 #include "tests/unit/copy_model/world.h"
 
@@ -8,77 +8,95 @@
 
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <string>
 #include <thread>
 
 namespace torvane::testing {
 
-/// Lets a scripted world stand in for the system, the dialog and the user, and watches the job's reading ahead.
-class ScriptedSystem : public CopySystem, public JobDisplay {
+/// Lets a scripted world stand in for the drives, the system, the dialog and the user, and watches the job's reading
+/// ahead.
+class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
   public:
     explicit ScriptedSystem(World& world) : world_(world) {
-        state.source = &world.source;
-        state.imageSource = &world.source;
-        state.destination = &world.destination;
+        world_.askToStop = [this] { jobs_.askToStop(); };
     }
 
     std::uint32_t run() {
-        const CopyJob job{.state = state,
-                          .running = world_.words.running,
-                          .system = *this,
-                          .display = *this,
-                          .destinationPath =
-                              world_.script.job == ScriptedJob::kImageToDrive ? World::kSourceImage : World::kFolder,
-                          .blockSize = world_.script.blockSize};
-        const std::uint32_t exitCode = runScripted(job);
-        copyWords();
-        if (world_.words.animationBlocks >= 0 && forensicBegun_) {
-            for (const auto& point : state.chasePoints) {
+        const CopyOrder order{.kind = kindOf(world_.script.job),
+                              .source = &world_.source,
+                              .destination = &world_.destination,
+                              .path = world_.script.job == ScriptedJob::kImageToDrive ? World::kSourceImage
+                                                                                      : World::kFolder};
+        std::optional<JobClaim> claim = jobs_.begin(jobKindOf(order.kind));
+        const std::uint32_t exitCode = runScripted({.order = order,
+                                                    .claim = claim.value(),
+                                                    .track = track_,
+                                                    .drives = *this,
+                                                    .system = *this,
+                                                    .display = *this,
+                                                    .keptImages = keptImages_,
+                                                    .blockSize = world_.script.blockSize});
+        claim.reset();
+        copyFlags();
+        if (world_.flags.animationBlocks >= 0 && forensicBegun_) {
+            for (const auto& point : track_.chasePoints) {
                 world_.chasePoints.push_back(point);
             }
         }
         return exitCode;
     }
 
-    CopyJobState state;
+    // --- DriveIo: the source is read, the destination written ---
+
+    bool canReach(const DriveRecord& drive, std::uint64_t offset) override {
+        if (&drive == &world_.source) {
+            expectAllowedFetch();
+            if (world_.nextReadIsNotSought()) {
+                lastFetchWhole_ = world_.readDrive(offset, {}).sought;
+                return false;
+            }
+        } else if (world_.nextWriteIsNotSought()) {
+            return world_.writeDrive(offset, {}).sought;
+        }
+        return true;
+    }
+
+    TransferOutcome read(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) override {
+        EXPECT_EQ(&drive, &world_.source);
+        fetching_ = true;
+        const TransferOutcome outcome = outcomeOf(world_.readDrive(offset, bytes), bytes.size());
+        pause(world_.script.slowReads);
+        fetching_ = false;
+        lastFetchWhole_ = outcome == TransferOutcome::kWhole;
+        return outcome;
+    }
+
+    TransferOutcome write(const DriveRecord& drive, std::uint64_t offset, std::span<const std::byte> bytes) override {
+        EXPECT_EQ(&drive, &world_.destination);
+        pause(world_.script.slowWrites);
+        return outcomeOf(world_.writeDrive(offset, bytes), bytes.size());
+    }
 
     // --- CopySystem ---
 
-    FetchOutcome fetch(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) override {
-        EXPECT_EQ(&drive, &world_.source);
-        expectAllowedFetch();
-        fetching_ = true;
-        const World::Transfer done = world_.readDrive(offset, bytes);
-        pause(world_.script.slowReads);
-        fetching_ = false;
-        const bool whole = done.sought && done.ok && done.count == bytes.size();
-        lastFetchWhole_ = whole;
-        if (whole) {
-            return FetchOutcome::kWhole;
-        }
-        return done.sought ? FetchOutcome::kReadFailed : FetchOutcome::kSeekFailed;
-    }
-
-    bool write(DriveRecord& drive, std::uint64_t offset, std::span<const std::byte> bytes) override {
+    void cleanDisk(DriveRecord& drive) override {
         EXPECT_EQ(&drive, &world_.destination);
-        pause(world_.script.slowWrites);
-        const World::Transfer done = world_.writeDrive(offset, bytes);
-        const bool whole = done.sought && done.ok && done.count == bytes.size();
-        if (done.sought && !whole) {
-            ++drive.writeErrorCount;
-        }
-        return whole;
+        see("clean");
     }
-
-    void cleanDestination() override { see("clean"); }
+    void setDriveStatus(const DriveRecord& drive, const std::string& text) override {
+        see("drive " + std::string(drive.model.view()) + " [" + text + "]");
+    }
 
     ImageFileName nextImageName(std::string_view folder, const DriveRecord& source) override {
         const std::int32_t number = world_.nextNumber();
         return {imageFileName(folder, source.model.view(), number), number};
     }
-    std::unique_ptr<ImageFile> createImage(const std::string& path) override { return file(world_.createImage(path)); }
-    std::unique_ptr<ImageFile> reopenImage(const std::string& path) override { return file(world_.openImage(path)); }
-    std::unique_ptr<ImageFile> openImage(const std::string& path) override { return file(world_.openImage(path)); }
+    std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) override {
+        std::optional<World::OpenFile> opened =
+            use == ImageUse::kNew ? world_.createImage(path) : world_.openImage(path);
+        return opened ? std::make_unique<File>(world_, std::move(*opened)) : nullptr;
+    }
     bool writeTextFile(const std::string& path, std::string_view text) override {
         return world_.writeHashFile(path, std::string(text));
     }
@@ -101,18 +119,13 @@ class ScriptedSystem : public CopySystem, public JobDisplay {
     std::int64_t tick() override { return world_.tick(); }
     LocalMoment now() override { return World::now(); }
 
-    void log(const char* category, const std::string& text) override {
-        see("log " + std::string(category) + " " + text);
-    }
+    void logError(const std::string& text) override { see("log ERROR " + text); }
     void print(const std::string& line) override { see("print " + line); }
     void stop(const char* caption, const char* text) override { see(box("stop", caption, text)); }
     void inform(const char* caption, const char* text) override { see(box("inform", caption, text)); }
     bool ask(const char* caption, const char* text) override {
         see(box("ask", caption, text));
         return world_.script.yes;
-    }
-    void setDriveStatus(const DriveRecord& drive, const std::string& text) override {
-        see("drive " + std::string(drive.model.view()) + " [" + text + "]");
     }
 
     // --- JobDisplay ---
@@ -135,15 +148,13 @@ class ScriptedSystem : public CopySystem, public JobDisplay {
       public:
         File(World& world, World::OpenFile file) : world_(world), file_(std::move(file)) {}
         ~File() override { world_.close(file_); }
-        bool read(std::span<std::byte> bytes) override {
+        TransferOutcome read(std::span<std::byte> bytes) override {
             pause(world_.script.slowReads);
-            const World::Transfer done = world_.readFile(file_, bytes);
-            return done.ok && done.count == bytes.size();
+            return outcomeOf(world_.readFile(file_, bytes), bytes.size());
         }
-        bool write(std::span<const std::byte> bytes) override {
+        TransferOutcome write(std::span<const std::byte> bytes) override {
             pause(world_.script.slowWrites);
-            const World::Transfer done = world_.writeFile(file_, bytes);
-            return done.ok && done.count == bytes.size();
+            return outcomeOf(world_.writeFile(file_, bytes), bytes.size());
         }
         bool rewind() override { return !world_.script.imageCannotBeRewound; }
         std::uint64_t size() override { return world_.files[file_.path].size(); }
@@ -169,21 +180,40 @@ class ScriptedSystem : public CopySystem, public JobDisplay {
         ScriptedDigest digest_;
     };
 
-    std::unique_ptr<ImageFile> file(std::optional<World::OpenFile> opened) {
-        return opened ? std::make_unique<File>(world_, std::move(*opened)) : nullptr;
+    static TransferOutcome outcomeOf(const World::Transfer& done, std::size_t wanted) {
+        if (done.ok && done.count == wanted) {
+            return TransferOutcome::kWhole;
+        }
+        return done.gone ? TransferOutcome::kGone : TransferOutcome::kFailed;
     }
 
-    std::uint32_t runScripted(const CopyJob& job) const {
-        switch (world_.script.job) {
+    static CopyKind kindOf(ScriptedJob job) {
+        switch (job) {
         case ScriptedJob::kForwardClone:
-            return runForwardClone(job);
+            return CopyKind::kForwardClone;
         case ScriptedJob::kReverseClone:
-            return runReverseClone(job);
+            return CopyKind::kReverseClone;
         case ScriptedJob::kImageToFile:
-            return runImageToFile(job);
+            return CopyKind::kImageToFile;
         case ScriptedJob::kForensicImage:
-            return runForensicImage(job);
+            return CopyKind::kForensicImage;
         case ScriptedJob::kImageToDrive:
+            break;
+        }
+        return CopyKind::kImageToDrive;
+    }
+
+    static std::uint32_t runScripted(const CopyJob& job) {
+        switch (job.order.kind) {
+        case CopyKind::kForwardClone:
+            return runForwardClone(job);
+        case CopyKind::kReverseClone:
+            return runReverseClone(job);
+        case CopyKind::kImageToFile:
+            return runImageToFile(job);
+        case CopyKind::kForensicImage:
+            return runForensicImage(job);
+        case CopyKind::kImageToDrive:
             return runImageToDrive(job);
         }
         return 98;
@@ -200,17 +230,18 @@ class ScriptedSystem : public CopySystem, public JobDisplay {
     }
 
     void see(const std::string& what) {
-        copyWords();
+        copyFlags();
         world_.see(what);
     }
 
-    void copyWords() {
-        world_.words.failed = state.failed.load();
-        world_.words.explosionFrame = state.explosionFrame.load();
-        world_.words.succeeded = state.succeeded.load();
-        world_.words.carX = state.carX.load();
-        world_.words.carY = state.carY.load();
-        world_.words.animationBlocks = state.animationBlocks.load();
+    void copyFlags() {
+        world_.flags.running = jobs_.active() ? 1 : 0;
+        world_.flags.failed = track_.failed.load();
+        world_.flags.explosionFrame = track_.explosionFrame.load();
+        world_.flags.succeeded = track_.succeeded.load();
+        world_.flags.carX = track_.carX.load();
+        world_.flags.carY = track_.carY.load();
+        world_.flags.animationBlocks = track_.animationBlocks.load();
     }
 
     static std::string box(const char* kind, const char* caption, const char* text) {
@@ -224,6 +255,9 @@ class ScriptedSystem : public CopySystem, public JobDisplay {
     }
 
     World& world_;
+    Jobs jobs_;
+    RaceTrackState track_;
+    OpenImages keptImages_;
     bool lastFetchWhole_ = true;
     std::atomic<bool> fetching_{false};
     bool forensicBegun_ = false;

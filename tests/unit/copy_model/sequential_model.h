@@ -12,7 +12,7 @@ namespace torvane::testing {
 /// shares nothing with the jobs under test but the world that it runs in.
 class SequentialModel {
   public:
-    explicit SequentialModel(World& world) : world_(world), words_(world.words), block_(world.script.blockSize) {}
+    explicit SequentialModel(World& world) : world_(world), flags_(world.flags), block_(world.script.blockSize) {}
 
     std::uint32_t run() {
         switch (world_.script.job) {
@@ -61,10 +61,16 @@ class SequentialModel {
 
     // --- the pieces ---
 
+    /// False, and the flag stays down, when the job was asked to stop before.
+    bool raise() {
+        flags_.running = world_.stopAsked ? 0 : 1;
+        return flags_.running == 1;
+    }
+
     void clearFlags() {
-        words_.failed = 0;
-        words_.explosionFrame = 0;
-        words_.succeeded = 0;
+        flags_.failed = 0;
+        flags_.explosionFrame = 0;
+        flags_.succeeded = 0;
     }
 
     void split(std::uint64_t bytes) {
@@ -134,7 +140,7 @@ class SequentialModel {
         if (percent != lastPercent_) {
             lastPercent_ = percent;
             const int way = static_cast<int>(750 * fraction);
-            words_.carX = forward ? way + 10 : 760 - way;
+            flags_.carX = forward ? way + 10 : 760 - way;
             track == Track::kClone ? repaintCloneTrack() : repaintImageTrack();
             for (const DriveRecord* drive : drives) {
                 driveStatus(*drive, text("%s %d%%", activity, percent));
@@ -147,20 +153,20 @@ class SequentialModel {
         if (world_.source.badReadCount < 11) {
             return false;
         }
-        words_.failed = 1;
-        words_.running = 0;
+        flags_.failed = 1;
+        flags_.running = 0;
         timer(milliseconds);
         return true;
     }
 
     void end(bool complete, const std::string& completed, int carX, const std::string& terminated) {
         if (!complete) {
-            words_.failed = 1;
+            flags_.failed = 1;
             status(terminated);
             timer(750);
         } else {
-            words_.carX = carX;
-            words_.succeeded = 1;
+            flags_.carX = carX;
+            flags_.succeeded = 1;
             status(completed);
         }
     }
@@ -181,22 +187,22 @@ class SequentialModel {
     [[nodiscard]] bool whole(std::uint64_t k) const { return k == full_ && (remainder_ == 0 || remainderMoved_); }
 
     bool clean() {
-        if (words_.running == 1 && (full_ > 0 || remainder_ > 0)) {
+        if (flags_.running == 1 && (full_ > 0 || remainder_ > 0)) {
             driveStatus(world_.destination, "Cleaning disk");
             world_.see("clean");
         }
-        return words_.running == 1;
+        return flags_.running == 1;
     }
 
     // --- the jobs ---
 
     std::uint32_t forwardClone() {
-        words_.carX = 10;
-        words_.carY = 182;
+        flags_.carX = 10;
+        flags_.carY = 182;
         clearFlags();
         world_.source.badReadCount = 0;
         split(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)));
-        words_.running = 1;
+        raise();
         status(" Status: Idle");
         repaint();
         const bool wanted = clean();
@@ -206,12 +212,12 @@ class SequentialModel {
             const std::uint64_t offset = k * block_;
             readBlock(offset, block_);
             writeBlock(offset, block_);
-            if (tooManyBadBlocks(750) || words_.running == 0) {
+            if (tooManyBadBlocks(750) || flags_.running == 0) {
                 break;
             }
             progress(k, true, Track::kClone, "Status", "Cloning", {&world_.source, &world_.destination});
         }
-        if (remainder_ > 0 && words_.running == 1) {
+        if (remainder_ > 0 && flags_.running == 1) {
             readBlock(full_ * block_, remainder_);
             writeBlock(full_ * block_, remainder_);
             remainderMoved_ = true;
@@ -219,18 +225,18 @@ class SequentialModel {
         }
         end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
         endClone(wanted && whole(k));
-        words_.running = 0;
+        flags_.running = 0;
         repaintCloneTrack();
         return 1;
     }
 
     std::uint32_t reverseClone() {
-        words_.carX = 760;
-        words_.carY = 182;
+        flags_.carX = 760;
+        flags_.carY = 182;
         clearFlags();
         world_.source.badReadCount = 0;
         split(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)));
-        words_.running = 1;
+        raise();
         status(" Status: Idle");
         repaint();
         const bool wanted = clean();
@@ -240,14 +246,14 @@ class SequentialModel {
         while (wanted && k < full_) {
             readBlock(offset, block_);
             writeBlock(offset, block_);
-            if (tooManyBadBlocks(500) || words_.running == 0) {
+            if (tooManyBadBlocks(500) || flags_.running == 0) {
                 break;
             }
             progress(k, false, Track::kClone, "Status", "Cloning", {&world_.source, &world_.destination});
             ++k;
             offset -= block_;
         }
-        if (remainder_ > 0 && words_.running == 1) {
+        if (remainder_ > 0 && flags_.running == 1) {
             readBlock(0, remainder_);
             writeBlock(0, remainder_);
             remainderMoved_ = true;
@@ -256,7 +262,7 @@ class SequentialModel {
         end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
         endClone(wanted && whole(k));
         repaintCloneTrack();
-        words_.running = 0;
+        flags_.running = 0;
         return 1;
     }
 
@@ -278,8 +284,8 @@ class SequentialModel {
     }
 
     std::uint32_t imageToFile() {
-        words_.carX = 10;
-        words_.carY = 32;
+        flags_.carX = 10;
+        flags_.carY = 32;
         clearFlags();
         world_.source.badReadCount = 0;
         int number = 0;
@@ -292,7 +298,7 @@ class SequentialModel {
         }
         split(static_cast<std::uint64_t>(world_.source.sizeBytes));
         beginTiming();
-        words_.running = 1;
+        const bool wanted = raise();
         status(" Status: Idle");
         repaint();
         const auto couldNotWrite = [&] {
@@ -302,18 +308,18 @@ class SequentialModel {
             return 0; // running stays 1
         };
         std::uint64_t k = 0;
-        while (k < full_) {
+        while (wanted && k < full_) {
             readBlock(k * block_, block_);
             if (!writeImage(*image, block_)) {
                 return couldNotWrite();
             }
-            if (tooManyBadBlocks(750) || words_.running == 0) {
+            if (tooManyBadBlocks(750) || flags_.running == 0) {
                 break;
             }
             progress(k, true, Track::kImage, "Status", "Imaging", {&world_.source});
             ++k;
         }
-        if (remainder_ > 0 && words_.running == 1) {
+        if (remainder_ > 0 && flags_.running == 1) {
             readBlock(full_ * block_, remainder_);
             if (!writeImage(*image, remainder_)) {
                 return couldNotWrite();
@@ -321,10 +327,10 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
-        driveStatus(world_.source, outcome(whole(k) ? "" : "not completed"));
-        end(k == full_, " Image  SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
+        driveStatus(world_.source, outcome(wanted && whole(k) ? "" : "not completed"));
+        end(wanted && k == full_, " Image  SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
         world_.close(*image);
-        words_.running = 0;
+        flags_.running = 0;
         repaintImageTrack();
         return 1;
     }
@@ -345,8 +351,8 @@ class SequentialModel {
     }
 
     std::uint32_t forensicImage() {
-        words_.carX = 10;
-        words_.carY = 32;
+        flags_.carX = 10;
+        flags_.carY = 32;
         clearFlags();
         world_.source.badReadCount = 0;
         int number = 0;
@@ -372,8 +378,8 @@ class SequentialModel {
             return 0;
         }
         repaint();
-        words_.running = 1;
-        words_.animationBlocks = 0;
+        const bool wanted = raise();
+        flags_.animationBlocks = 0;
         for (const std::uint64_t percent : {10U, 30U, 40U, 50U, 75U}) {
             world_.chasePoints.push_back(static_cast<std::int64_t>(full_ * percent / 100));
         }
@@ -383,50 +389,50 @@ class SequentialModel {
             if (!writeImage(*image, length)) {
                 closeImage();
                 status("Could not WRITE to DESTINATION image");
-                words_.running = 0;
+                flags_.running = 0;
                 timer(750);
             }
             if (!world_.hash(digest_, std::span(buffer_).first(length))) {
                 hashFailed = true;
                 stopBox("****** HASH ERROR ******", "Could not get HASH data. Exiting");
                 closeImage();
-                words_.running = 0;
+                flags_.running = 0;
                 timer(750);
             }
         };
         std::uint64_t k = 0;
-        while (k < full_) {
+        while (wanted && k < full_) {
             readBlock(k * block_, block_);
             store(block_);
-            if (tooManyBadBlocks(750) || words_.running == 0) {
+            if (tooManyBadBlocks(750) || flags_.running == 0) {
                 break;
             }
             progress(k, true, Track::kImage, "Image Status", "Imaging", {&world_.source});
             ++k;
-            ++words_.animationBlocks;
+            ++flags_.animationBlocks;
         }
-        if (remainder_ > 0 && words_.running == 1) {
+        if (remainder_ > 0 && flags_.running == 1) {
             readBlock(full_ * block_, remainder_);
             store(remainder_);
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
-        end(k == full_, " Image SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
+        end(wanted && k == full_, " Image SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
         Md5Digest imaged{};
         if (world_.digestFails()) {
             hashFailed = true;
         } else {
             imaged = digest_.value();
-            if (k == full_) {
+            if (wanted && k == full_) {
                 hashFile(imaged, number);
             }
         }
-        imagedWhole_ = whole(k);
+        imagedWhole_ = wanted && whole(k);
         driveStatus(world_.source, outcome(!imagedWhole_ ? "not completed" : hashFailed ? "not hashed" : ""));
         repaintImageTrack();
         closeImage();
-        words_.running = 0;
-        if (k == full_ && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
+        flags_.running = 0;
+        if (wanted && k == full_ && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
             verify(name, imaged);
         }
         return 1;
@@ -469,14 +475,15 @@ class SequentialModel {
             driveStatus(world_.source, imagingOutcome("verification failed"));
             return 0;
         }
-        words_.succeeded = 0;
+        flags_.succeeded = 0;
         if (world_.script.imageCannotBeRewound) {
             driveStatus(world_.source, imagingOutcome("verification failed"));
             return 0; // the file stays open
         }
         split(world_.files[name].size());
         beginTiming();
-        words_.running = 1;
+        world_.stopAsked = false; // the user has said yes since
+        raise();
         status(" Beginning Verification");
         const auto failed = [&] {
             world_.close(*image);
@@ -503,13 +510,13 @@ class SequentialModel {
             if (!hashNext(block_)) {
                 return failed();
             }
-            if (words_.running == 0) {
+            if (flags_.running == 0) {
                 break;
             }
             progress(k, true, Track::kImage, "Status", "Verifying", {&world_.source});
             ++k;
         }
-        if (remainder_ > 0 && words_.running == 1 && !hashNext(remainder_)) {
+        if (remainder_ > 0 && flags_.running == 1 && !hashNext(remainder_)) {
             return failed();
         }
         progress(k, true, Track::kImage, "Status", "Verifying", {&world_.source});
@@ -519,8 +526,8 @@ class SequentialModel {
         }
         const Md5Digest verified = digest_.value();
         world_.close(*image);
-        words_.running = 0;
-        words_.succeeded = 1;
+        flags_.running = 0;
+        flags_.succeeded = 1;
         repaintImageTrack();
         driveStatus(world_.source,
                     imaged == verified ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
@@ -535,8 +542,8 @@ class SequentialModel {
     }
 
     std::uint32_t imageToDrive() {
-        words_.carX = 10;
-        words_.carY = 182;
+        flags_.carX = 10;
+        flags_.carY = 182;
         clearFlags();
         std::optional<World::OpenFile> image = world_.openImage(World::kSourceImage);
         if (!image) {
@@ -556,7 +563,7 @@ class SequentialModel {
             bytes = static_cast<std::uint64_t>(world_.destination.sizeBytes);
         }
         split(bytes);
-        words_.running = 1;
+        raise();
         status(" Status: Idle");
         repaint();
         const bool wanted = clean();
@@ -570,7 +577,7 @@ class SequentialModel {
             world_.close(*image);
             driveStatus(world_.destination, outcome("not completed"));
             status("Could not READ FROM SOURCE image. TERMINATING");
-            words_.running = 0;
+            flags_.running = 0;
             return 0;
         };
         std::uint64_t k = 0;
@@ -579,13 +586,13 @@ class SequentialModel {
                 return couldNotRead();
             }
             writeBlock(k * block_, block_);
-            if (words_.running == 0) {
+            if (flags_.running == 0) {
                 break;
             }
             progress(k, true, Track::kClone, "Status", "Writing image", {&world_.destination});
             ++k;
         }
-        if (remainder_ > 0 && words_.running == 1) {
+        if (remainder_ > 0 && flags_.running == 1) {
             if (!readNext(remainder_)) {
                 return couldNotRead();
             }
@@ -595,13 +602,13 @@ class SequentialModel {
         driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
         end(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
             " Image To Drive Terminated -- Not Completed");
-        words_.running = 0;
+        flags_.running = 0;
         repaintCloneTrack();
         return 1; // the image stays open
     }
 
     World& world_;
-    JobWords& words_;
+    JobFlags& flags_;
     const std::size_t block_;
     Bytes buffer_;
     std::uint64_t bytes_ = 0;

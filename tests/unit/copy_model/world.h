@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,8 +22,8 @@ namespace torvane::testing {
 
 using Bytes = std::vector<std::byte>;
 
-/// What the job's words were when something happened.
-struct JobWords {
+/// What the job's flag and the race track's numbers were when something happened.
+struct JobFlags {
     std::atomic<std::int32_t> running{0};
     std::atomic<std::int32_t> failed{0};
     std::atomic<std::int32_t> explosionFrame{0};
@@ -63,11 +64,11 @@ class World {
         std::mt19937_64 random(script.seed);
         source.model.assign("Model 100%s");
         source.serialNumber.assign("S/N 7");
-        source.bytesPerSector = script.bytesPerSector;
+        source.bytesPerSector = script.sourceSector;
         source.sizeBytes = script.sourceBytes;
         source.badReadCount = 99; // left by an earlier job
         destination.model.assign("Destination");
-        destination.bytesPerSector = script.bytesPerSector;
+        destination.bytesPerSector = script.destinationSector;
         destination.sizeBytes = script.destinationBytes;
         destination.writeErrorCount = 5; // never reset
         sourceBytes = noise(random, script.sourceBytes);
@@ -80,22 +81,29 @@ class World {
 
     // --- transfers: each is the number-th of its kind in job order ---
 
-    /// False: the seek failed, nothing else happened. Otherwise `count` bytes were moved, and `ok` is the call's
-    /// result.
+    /// Not sought: nothing else happened. Otherwise `count` bytes were moved, and `ok` is the call's result.
     struct Transfer {
         bool sought = true;
         bool ok = true;
         std::size_t count = 0;
+        bool gone = false; ///< the call failed because there is no such device any more
     };
+
+    [[nodiscard]] bool nextReadIsNotSought() const {
+        return faultOf(script.reads, driveReads).fault == Fault::kSeekFails;
+    }
+    [[nodiscard]] bool nextWriteIsNotSought() const {
+        return faultOf(script.writes, writesBegun).fault == Fault::kSeekFails;
+    }
 
     Transfer readDrive(std::uint64_t offset, std::span<std::byte> buffer) {
         const std::uint64_t number = driveReads++;
         stopAt(StopAt::kRead, number);
-        return read(script.reads, number, sourceBytes, offset, buffer);
+        return read(script.reads, number, sourceBytes, offset, buffer, isWholeSectors(source, offset, buffer.size()));
     }
 
     Transfer writeDrive(std::uint64_t offset, std::span<const std::byte> buffer) {
-        return write(destinationBytes, offset, buffer);
+        return write(destinationBytes, offset, buffer, isWholeSectors(destination, offset, buffer.size()));
     }
 
     struct OpenFile {
@@ -106,7 +114,7 @@ class World {
 
     Transfer readFile(OpenFile& file, std::span<std::byte> buffer) {
         const auto& faults = file.path == kSourceImage ? script.reads : script.verifyReads;
-        const Transfer done = read(faults, file.reads++, files[file.path], file.position, buffer);
+        const Transfer done = read(faults, file.reads++, files[file.path], file.position, buffer, true);
         file.position += done.count;
         return done;
     }
@@ -114,7 +122,7 @@ class World {
     Transfer writeFile(OpenFile& file, std::span<const std::byte> buffer) {
         Bytes& content = files[file.path];
         content.resize(std::max(content.size(), file.position + buffer.size()));
-        const Transfer done = write(content, file.position, buffer);
+        const Transfer done = write(content, file.position, buffer, true);
         file.position += done.count;
         content.resize(file.position);
         return done;
@@ -193,18 +201,25 @@ class World {
 
     void see(const std::string& what) {
         std::string line = what;
-        for (const std::int64_t word :
-             {std::int64_t{words.running}, std::int64_t{words.failed}, std::int64_t{words.explosionFrame},
-              std::int64_t{words.succeeded}, std::int64_t{words.carX}, std::int64_t{words.carY},
-              words.animationBlocks.load()}) {
-            line += " " + std::to_string(word);
+        for (const std::int64_t flag :
+             {std::int64_t{flags.running}, std::int64_t{flags.failed}, std::int64_t{flags.explosionFrame},
+              std::int64_t{flags.succeeded}, std::int64_t{flags.carX}, std::int64_t{flags.carY},
+              flags.animationBlocks.load()}) {
+            line += " " + std::to_string(flag);
         }
         seen.push_back(line);
         stopAt(StopAt::kEvent, seen.size() - 1);
     }
 
+    /// What "Terminate" does.
+    std::function<void()> askToStop = [this] {
+        stopAsked = true;
+        flags.running = 0;
+    };
+    std::atomic<bool> stopAsked{false}; ///< since the job's start; the sequential model's alone
+
     const Script script;
-    JobWords words;
+    JobFlags flags;
     DriveRecord source;
     DriveRecord destination;
     Bytes sourceBytes;
@@ -229,16 +244,25 @@ class World {
         return bytes;
     }
 
+    /// A raw drive refuses what does not begin on a sector or is no whole number of them.
+    static bool isWholeSectors(const DriveRecord& drive, std::uint64_t offset, std::size_t length) {
+        const auto sector = static_cast<std::uint64_t>(drive.bytesPerSector);
+        return offset % sector == 0 && length % sector == 0;
+    }
+
     static TransferFault faultOf(const std::map<std::uint64_t, TransferFault>& faults, std::uint64_t number) {
         const auto found = faults.find(number);
         return found == faults.end() ? TransferFault{} : found->second;
     }
 
     static Transfer read(const std::map<std::uint64_t, TransferFault>& faults, std::uint64_t number, const Bytes& from,
-                         std::uint64_t offset, std::span<std::byte> buffer) {
+                         std::uint64_t offset, std::span<std::byte> buffer, bool accepted) {
         const TransferFault fault = faultOf(faults, number);
         if (fault.fault == Fault::kSeekFails) {
-            return {.sought = false, .ok = false, .count = 0};
+            return {.sought = false, .ok = false};
+        }
+        if (!accepted || fault.fault == Fault::kGone) {
+            return {.ok = false, .gone = fault.fault == Fault::kGone};
         }
         const std::size_t begin = std::min<std::size_t>(offset, from.size());
         std::size_t count = std::min(buffer.size(), from.size() - begin);
@@ -246,15 +270,18 @@ class World {
             count = std::min(count, fault.part);
         }
         std::copy_n(from.begin() + static_cast<std::ptrdiff_t>(begin), count, buffer.begin());
-        return {.sought = true, .ok = fault.fault != Fault::kFails, .count = count};
+        return {.ok = fault.fault != Fault::kFails, .count = count};
     }
 
-    Transfer write(Bytes& into, std::uint64_t offset, std::span<const std::byte> buffer) {
+    Transfer write(Bytes& into, std::uint64_t offset, std::span<const std::byte> buffer, bool accepted) {
         const std::uint64_t number = writesBegun++;
         stopAt(StopAt::kWrite, number);
         const TransferFault fault = faultOf(script.writes, number);
         if (fault.fault == Fault::kSeekFails) {
-            return {.sought = false, .ok = false, .count = 0};
+            return {.sought = false, .ok = false};
+        }
+        if (!accepted || fault.fault == Fault::kGone) {
+            return {.ok = false, .gone = fault.fault == Fault::kGone};
         }
         const std::size_t begin = std::min<std::size_t>(offset, into.size());
         std::size_t count = std::min(buffer.size(), into.size() - begin);
@@ -262,12 +289,12 @@ class World {
             count = std::min(count, fault.part);
         }
         std::copy_n(buffer.begin(), count, into.begin() + static_cast<std::ptrdiff_t>(begin));
-        return {.sought = true, .ok = fault.fault != Fault::kFails, .count = count};
+        return {.ok = fault.fault != Fault::kFails, .count = count};
     }
 
     void stopAt(StopAt when, std::uint64_t number) {
         if (script.stopAt == when && script.stopNumber == number) {
-            words.running = 0;
+            askToStop();
         }
     }
 };

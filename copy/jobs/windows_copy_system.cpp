@@ -1,8 +1,8 @@
-#include "copy/engine/windows_copy_system.h"
+#include "copy/jobs/windows_copy_system.h"
 
 #include "admin/disk_part.h"
+#include "base/positioned_io.h"
 #include "base/stdio_file.h"
-#include "copy/engine/block_io.h"
 #include "copy/engine/md5_hasher.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
@@ -20,18 +20,8 @@ class WindowsImageFile : public ImageFile {
   public:
     explicit WindowsImageFile(UniqueFile file) : file_(std::move(file)) {}
 
-    bool read(std::span<std::byte> bytes) override {
-        const auto length = static_cast<DWORD>(bytes.size());
-        DWORD count = 0;
-        return ReadFile(file_.get(), bytes.data(), length, &count, nullptr) && count == length;
-    }
-
-    bool write(std::span<const std::byte> bytes) override {
-        const auto length = static_cast<DWORD>(bytes.size());
-        DWORD count = 0;
-        return WriteFile(file_.get(), bytes.data(), length, &count, nullptr) && count == length;
-    }
-
+    TransferOutcome read(std::span<std::byte> bytes) override { return readNext(file_.get(), bytes); }
+    TransferOutcome write(std::span<const std::byte> bytes) override { return writeNext(file_.get(), bytes); }
     bool rewind() override { return SetFilePointer(file_.get(), 0, nullptr, FILE_BEGIN) != INVALID_SET_FILE_POINTER; }
 
     std::uint64_t size() override {
@@ -55,33 +45,31 @@ std::unique_ptr<ImageFile> openOwnImage(const std::string& path, DWORD dispositi
 
 } // namespace
 
-FetchOutcome WindowsCopySystem::fetch(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) {
-    return fetchBlock(drive, bytes, offset);
-}
-
-bool WindowsCopySystem::write(DriveRecord& drive, std::uint64_t offset, std::span<const std::byte> bytes) {
-    return WriteBlock(drive, bytes, offset);
-}
-
-void WindowsCopySystem::cleanDestination() {
+void WindowsCopySystem::cleanDisk(DriveRecord& drive) {
     // A failure has left its log row; the writes that it makes fail are counted.
-    static_cast<void>(DP_CleanDisk(*state_.copy.destination));
+    static_cast<void>(DP_CleanDisk(drive));
+}
+
+void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
+    if (state_.view != nullptr) {
+        state_.view->setDriveStatus(drive, text);
+    }
 }
 
 ImageFileName WindowsCopySystem::nextImageName(std::string_view folder, const DriveRecord& source) {
     return MakeImageFileName(folder, source);
 }
 
-std::unique_ptr<ImageFile> WindowsCopySystem::createImage(const std::string& path) {
-    return openOwnImage(path, CREATE_ALWAYS);
-}
-
-std::unique_ptr<ImageFile> WindowsCopySystem::reopenImage(const std::string& path) {
-    return openOwnImage(path, OPEN_EXISTING);
-}
-
-std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path) {
-    return openFile(path, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, OPEN_EXISTING);
+std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path, ImageUse use) {
+    switch (use) {
+    case ImageUse::kNew:
+        return openOwnImage(path, CREATE_ALWAYS);
+    case ImageUse::kAgain:
+        return openOwnImage(path, OPEN_EXISTING);
+    case ImageUse::kSource:
+        return openFile(path, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, OPEN_EXISTING);
+    }
+    return nullptr;
 }
 
 bool WindowsCopySystem::writeTextFile(const std::string& path, std::string_view text) {
@@ -100,8 +88,8 @@ LocalMoment WindowsCopySystem::now() {
     return localNow();
 }
 
-void WindowsCopySystem::log(const char* category, const std::string& text) {
-    LogEvent(category, "%s", text.c_str());
+void WindowsCopySystem::logError(const std::string& text) {
+    LogEvent("ERROR", "%s", text.c_str());
 }
 
 void WindowsCopySystem::print(const std::string& line) {
@@ -118,12 +106,6 @@ void WindowsCopySystem::inform(const char* caption, const char* text) {
 
 bool WindowsCopySystem::ask(const char* caption, const char* text) {
     return prompts::ask(caption, text);
-}
-
-void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
-    if (state_.view != nullptr) {
-        state_.view->setDriveStatus(drive, text);
-    }
 }
 
 } // namespace torvane

@@ -1,4 +1,4 @@
-#include "copy/jobs/job_progress.h"
+#include "copy/jobs/copy_progress.h"
 
 #include "copy/dialogs/free_space.h"
 #include "copy/jobs/track.h"

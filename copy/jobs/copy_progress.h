@@ -1,8 +1,12 @@
 #pragma once
 
+#include "copy/engine/block_layout.h"
+#include "copy/jobs/copy_job.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace torvane {
 
@@ -28,5 +32,34 @@ enum class CopyDirection : std::int32_t { kForward = 1, kReverse = 2 };
 /// The status line while a job runs: `label` is " Status" or " Image Status". The percent sign stands before the
 /// number.
 [[nodiscard]] std::string statusLine(std::string_view label, std::string_view remaining, std::int32_t percent);
+
+/// How a job shows its progress.
+struct ProgressLook {
+    TrackArea track;
+    CopyDirection direction = CopyDirection::kForward;
+    std::string_view label;                 ///< see statusLine
+    std::string_view activity;              ///< see driveProgressText
+    std::vector<const DriveRecord*> drives; ///< whose "Status" cell follows the job
+};
+
+/// Shows how far the job is: the status line at every call, vehicle and drive list whenever the percent has changed.
+/// `lastPercent` starts at -1.
+void UpdateStatusText(const CopyJob& job, JobTiming& timing, std::int64_t blocksDone, std::int32_t& lastPercent,
+                      const ProgressLook& look);
+
+/// Timing and look of one run over the blocks.
+class CopyProgress {
+  public:
+    CopyProgress(const CopyJob& job, const BlockOrder& order, ProgressLook look);
+
+    void update(std::uint64_t blocksDone);
+    void setDriveStatus(const std::string& text) const;
+
+  private:
+    const CopyJob& job_;
+    ProgressLook look_;
+    JobTiming timing_;
+    std::int32_t lastPercent_ = -1;
+};
 
 } // namespace torvane

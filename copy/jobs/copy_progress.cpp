@@ -1,10 +1,12 @@
-#include "copy/jobs/job_progress.h"
+#include "copy/jobs/copy_progress.h"
 
 #include "base/format.h"
 #include "copy/jobs/track.h"
+#include "records/drive_texts.h"
 
 #include <algorithm>
 #include <cinttypes>
+#include <utility>
 
 namespace torvane {
 
@@ -46,6 +48,36 @@ std::int32_t carPosition(std::int64_t done, std::int64_t total, CopyDirection di
 std::string statusLine(std::string_view label, std::string_view remaining, std::int32_t percent) {
     const std::string percentText = formatText("%%%d", percent);
     return std::string(label).append(": ").append(remaining).append(" -- ").append(percentText);
+}
+
+void UpdateStatusText(const CopyJob& job, JobTiming& timing, std::int64_t blocksDone, std::int32_t& lastPercent,
+                      const ProgressLook& look) {
+    timing.done = blocksDone;
+    const std::string remaining = EstimateRemainingTime(timing, job.system.tick());
+    const std::int32_t percent = percentDone(timing.done, timing.total);
+    if (percent != lastPercent) {
+        lastPercent = percent;
+        job.track.carX = carPosition(timing.done, timing.total, look.direction);
+        job.display.repaintTrack(look.track);
+        for (const DriveRecord* drive : look.drives) {
+            job.system.setDriveStatus(*drive, driveProgressText(look.activity, percent));
+        }
+    }
+    job.display.setStatus(statusLine(look.label, remaining, percent));
+}
+
+CopyProgress::CopyProgress(const CopyJob& job, const BlockOrder& order, ProgressLook look)
+    : job_(job), look_(std::move(look)), timing_{.startTick = job.system.tick(),
+                                                 .total = static_cast<std::int64_t>(order.fullBlocks())} {}
+
+void CopyProgress::update(std::uint64_t blocksDone) {
+    UpdateStatusText(job_, timing_, static_cast<std::int64_t>(blocksDone), lastPercent_, look_);
+}
+
+void CopyProgress::setDriveStatus(const std::string& text) const {
+    for (const DriveRecord* drive : look_.drives) {
+        job_.system.setDriveStatus(*drive, text);
+    }
 }
 
 } // namespace torvane

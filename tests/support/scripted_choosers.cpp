@@ -1,4 +1,4 @@
-#include "tests/component/scripted_choosers.h"
+#include "tests/support/scripted_choosers.h"
 
 #include "ui/choosers.h"
 

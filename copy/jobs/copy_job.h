@@ -1,11 +1,14 @@
 #pragma once
 
 #include "copy/engine/block_layout.h"
-#include "copy/engine/copy_system.h"
-#include "copy/jobs/copy_job_state.h"
+#include "copy/jobs/copy_order.h"
+#include "copy/jobs/copy_system.h"
 #include "copy/jobs/drive_status.h"
+#include "copy/jobs/job_display.h"
+#include "discovery/drive_io.h"
+#include "jobs/jobs.h"
+#include "state/race_track_state.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -14,11 +17,13 @@ namespace torvane {
 
 /// What a copy job works with.
 struct CopyJob {
-    CopyJobState& state;
-    std::atomic<std::int32_t>& running; ///< 1 while the job runs; cleared by others to stop it
+    const CopyOrder& order;
+    JobClaim& claim; ///< its flag is up while the job runs; lowered by others to stop it
+    RaceTrackState& track;
+    DriveIo& drives;
     CopySystem& system;
     JobDisplay& display;
-    std::string destinationPath; ///< of an image: its folder; of an image to drive: the image itself
+    OpenImages& keptImages; ///< images that stay open until the program ends
     std::size_t blockSize = kCopyBlockSize;
 };
 
@@ -41,8 +46,8 @@ struct ImagingAccount {
 };
 
 /// Reads the image anew and compares its digest with `digest`, the imaging pass's. Returns 1 when a comparison was made
-/// and shown, 0 when it could not be made: once the verification has begun, the running flag then stays set. The
-/// drive's "Status" cell tells the verdict, and with it what the imaging pass was short of.
+/// and shown, 0 when it could not be made: once the verification has begun, the job's flag then stays up. The drive's
+/// "Status" cell tells the verdict, and with it what the imaging pass was short of.
 int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
                     const ImagingAccount& imaging);
 

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "base/local_moment.h"
+#include "copy/engine/block_hasher.h"
+#include "copy/engine/image_file.h"
+#include "copy/jobs/image_number.h"
+#include "records/drive_record.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+/// The world around the copy jobs but for the transfers (`DriveIo`) and the dialog (`JobDisplay`). Jobs are written
+/// against it, so that they run in a test as they run in the program.
+class CopySystem {
+  public:
+    virtual ~CopySystem() = default;
+
+    /// Wipes the drive's partition table. A failure leaves a log row.
+    virtual void cleanDisk(DriveRecord& drive) = 0;
+    /// Replaces the drive's "Status" cell in the main window.
+    virtual void setDriveStatus(const DriveRecord& drive, const std::string& text) = 0;
+
+    // Files.
+
+    /// Moves the image counter on.
+    [[nodiscard]] virtual ImageFileName nextImageName(std::string_view folder, const DriveRecord& source) = 0;
+    /// Null when it cannot be opened.
+    [[nodiscard]] virtual std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) = 0;
+    /// False when the file cannot be created.
+    [[nodiscard]] virtual bool writeTextFile(const std::string& path, std::string_view text) = 0;
+
+    /// Null, with the reason in `failure`, when the system has none.
+    [[nodiscard]] virtual std::unique_ptr<BlockHasher> makeHasher(HasherFailure& failure) = 0;
+
+    // Time.
+
+    [[nodiscard]] virtual std::int64_t tick() = 0; ///< milliseconds
+    [[nodiscard]] virtual LocalMoment now() = 0;
+
+    // What the user is told beside the dialog.
+
+    virtual void logError(const std::string& text) = 0; ///< one "ERROR" row of the event log
+    virtual void print(const std::string& line) = 0;    ///< to the standard output
+    virtual void stop(const char* caption, const char* text) = 0;
+    virtual void inform(const char* caption, const char* text) = 0;
+    [[nodiscard]] virtual bool ask(const char* caption, const char* text) = 0;
+};
+
+} // namespace torvane

@@ -1,0 +1,142 @@
+#include "copy/engine/block_sink.h"
+
+#include "tests/unit/patterned_drive.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+#include <string>
+
+namespace torvane {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::PatternedDrive;
+
+std::span<const std::byte> bytesOf(const std::string& text) {
+    return std::as_bytes(std::span(text));
+}
+
+/// Keeps what it was given; ends as it is told, and only when it may.
+class RecordingSink : public BlockSink {
+  public:
+    TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override {
+        stored.push_back(extent);
+        text += PatternedDrive::textOf(bytes);
+        if (mayEnd.valid()) {
+            mayEnd.wait();
+        }
+        return outcome;
+    }
+
+    TransferOutcome outcome = TransferOutcome::kWhole;
+    std::vector<BlockExtent> stored;
+    std::string text;
+    std::future<void> mayEnd;
+};
+
+class RecordingHasher : public BlockHasher {
+  public:
+    bool add(std::span<const std::byte> bytes) override {
+        text += PatternedDrive::textOf(bytes);
+        if (begun != nullptr) {
+            begun->set_value();
+        }
+        return !fails;
+    }
+    std::optional<Md5Digest> digest() override { return std::nullopt; }
+
+    std::string text;
+    bool fails = false;
+    std::promise<void>* begun = nullptr;
+};
+
+class RecordingImage : public ImageFile {
+  public:
+    RecordingImage(std::string& text, bool& open) : text_(text), open_(open) { open_ = true; }
+    ~RecordingImage() override { open_ = false; }
+    TransferOutcome read(std::span<std::byte>) override { return TransferOutcome::kFailed; }
+    TransferOutcome write(std::span<const std::byte> bytes) override {
+        text_ += PatternedDrive::textOf(bytes);
+        return TransferOutcome::kWhole;
+    }
+    bool rewind() override { return false; }
+    std::uint64_t size() override { return text_.size(); }
+
+  private:
+    std::string& text_;
+    bool& open_;
+};
+
+TEST(DriveSink, WritesWhereTheBlockBelongsAndCountsWhatFails) {
+    PatternedDrive io;
+    DriveRecord drive;
+    DriveSink sink(io, drive);
+    EXPECT_EQ(sink.store({.offset = 8192, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    io.fate = [](std::uint64_t) { return TransferOutcome::kGone; };
+    EXPECT_EQ(sink.store({.offset = 0, .length = 2}, bytesOf("de")), TransferOutcome::kGone);
+    EXPECT_THAT(io.writes, ElementsAre(PatternedDrive::Transfer{8192, 3}, PatternedDrive::Transfer{0, 2}));
+    EXPECT_EQ(drive.writeErrorCount, 1U);
+}
+
+TEST(ImageSink, WritesOneBlockBehindTheOther) {
+    std::string text;
+    bool open = false;
+    ImageSink sink(std::make_unique<RecordingImage>(text, open));
+    EXPECT_TRUE(sink.isOpen());
+    EXPECT_EQ(sink.store({.offset = 8192, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    EXPECT_EQ(sink.store({.offset = 0, .length = 2}, bytesOf("de")), TransferOutcome::kWhole);
+    EXPECT_EQ(text, "abcde");
+    sink.close();
+    EXPECT_FALSE(open);
+    EXPECT_FALSE(sink.isOpen());
+    EXPECT_FALSE(ImageSink(nullptr).isOpen());
+}
+
+TEST(HashingSink, HashesWhatItStores) {
+    RecordingSink inner;
+    RecordingHasher hasher;
+    HashingSink sink(inner, hasher);
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    EXPECT_EQ(sink.store({.offset = 3, .length = 2}, bytesOf("de")), TransferOutcome::kWhole);
+    EXPECT_THAT(inner.stored, ElementsAre(BlockExtent{0, 3}, BlockExtent{3, 2}));
+    EXPECT_EQ(inner.text, "abcde");
+    EXPECT_EQ(hasher.text, "abcde");
+    EXPECT_TRUE(sink.hashedAll());
+}
+
+TEST(HashingSink, HashesABlockWhileItIsStored) {
+    RecordingSink inner;
+    RecordingHasher hasher;
+    std::promise<void> hashing;
+    hasher.begun = &hashing;
+    inner.mayEnd = hashing.get_future(); // it would never end if the hash waited for it
+    HashingSink sink(inner, hasher);
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    EXPECT_EQ(hasher.text, "abc");
+}
+
+TEST(HashingSink, HashesABlockThatCannotBeStoredAndTellsWhyNot) {
+    RecordingSink inner;
+    inner.outcome = TransferOutcome::kGone;
+    RecordingHasher hasher;
+    HashingSink sink(inner, hasher);
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kGone);
+    EXPECT_EQ(hasher.text, "abc");
+    EXPECT_TRUE(sink.hashedAll());
+}
+
+TEST(HashingSink, RemembersABlockThatCouldNotBeHashed) {
+    RecordingSink inner;
+    RecordingHasher hasher;
+    HashingSink sink(inner, hasher);
+    hasher.fails = true;
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    hasher.fails = false;
+    EXPECT_EQ(sink.store({.offset = 3, .length = 2}, bytesOf("de")), TransferOutcome::kWhole);
+    EXPECT_FALSE(sink.hashedAll());
+}
+
+} // namespace
+} // namespace torvane
