@@ -28,7 +28,7 @@ class CopyUiTest : public UiTest {
     static constexpr int kInSecondBlock = 70000;
     /// Starts the program anew on that bench and loads its drives.
     void useBench(const BenchFolder& bench);
-    /// Sees to it that no drive of the bench has been written to, and leaves the bench used.
+    /// Sees to it that no drive of the bench has been cleaned or written to.
     void useUntouchedBench();
 
     /// Ticks this drive alone.
@@ -61,7 +61,6 @@ class CopyUiTest : public UiTest {
 
     /// What lies on a file-backed drive.
     [[nodiscard]] std::string content(int drive, std::uint64_t offset, std::size_t size) const;
-    [[nodiscard]] static std::string readFile(const std::filesystem::path& path);
     static void writeFile(const std::filesystem::path& path, const std::string& content);
     /// The content of a drive whose backing is a noise pattern.
     [[nodiscard]] static std::string noise(std::uint64_t seed, std::uint64_t offset, std::size_t size);

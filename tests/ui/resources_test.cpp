@@ -92,18 +92,10 @@ TEST_F(ResourcesTest, OpeningAndClosingTheLogLeaksNothing) {
 }
 
 TEST_F(ResourcesTest, ChoosingDrivesLeaksNothing) {
+    leaveProgramUsed();
     restart(pairBench());
     torvane().loadDrives();
     expectNoGrowth(40, [this](int i) { torvane().driveList().click(i % 2); });
-}
-
-TEST_F(ResourcesTest, RepaintingTheHealthPanelLeaksNothing) {
-    torvane().loadDrives();
-    torvane().driveList().click(0);
-    expectNoGrowth(200, [this](int) {
-        InvalidateRect(torvane().window().handle(), nullptr, TRUE);
-        torvane().window().awaitPainted();
-    });
 }
 
 TEST_F(ResourcesTest, EditingMessagesLeaksNothing) {
