@@ -141,6 +141,17 @@ void CopyUiTest::expectBoxOver(const CopyDialogWindow& dialog, const std::string
     UiTest::expectBoxOver(dialog.window(), caption, text, icon, answer);
 }
 
+void CopyUiTest::expectWantsExactlyOneDestination(const CopyDialogWindow& dialog) const {
+    constexpr const char* kCaption = "***** ERROR Destination Drive *****";
+    dialog.start();
+    expectBoxOver(dialog, kCaption, "You must choose one drive as your DESTINATION", BoxIcon::kStop, "OK");
+    EXPECT_EQ(dialog.status(), "");
+    dialog.tickDestination("TARGET");
+    dialog.tickDestination("SMALL");
+    dialog.start();
+    expectBoxOver(dialog, kCaption, "You must choose only one drive as your DESTINATION", BoxIcon::kStop, "OK");
+}
+
 fs::path CopyUiTest::emptyFolder(const std::string& name) const {
     fs::path folder = program().folder().parent_path() / name;
     fs::remove_all(folder);

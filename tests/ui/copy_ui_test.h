@@ -53,6 +53,9 @@ class CopyUiTest : public UiTest {
     void expectBoxOver(const CopyDialogWindow& dialog, const std::string& caption, const std::string& text,
                        BoxIcon icon, const std::string& answer) const;
 
+    /// Expects that "Start" of a dialog in which nothing is ticked yet wants one destination and no more.
+    void expectWantsExactlyOneDestination(const CopyDialogWindow& dialog) const;
+
     /// An empty folder beside the program's.
     [[nodiscard]] std::filesystem::path emptyFolder(const std::string& name) const;
     /// The one file of a folder with that extension.

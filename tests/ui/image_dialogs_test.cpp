@@ -263,17 +263,20 @@ constexpr const char* kTerminateText =
 
 class ForensicTest : public ImageTest {
   protected:
-    [[nodiscard]] CopyDialogWindow openIt(const fs::path& folder) const { return open(kForensicCommand, folder); }
+    /// Makes an image; returns when image and hash file are written and the user is asked whether to verify them.
+    [[nodiscard]] CopyDialogWindow makeImage(const fs::path& folder) const {
+        CopyDialogWindow dialog = open(kForensicCommand, folder);
+        dialog.start();
+        dialog.awaitStatus(" Image SUCCESSFULLY Completed");
+        (void)program().awaitBoxOver(dialog.window());
+        return dialog;
+    }
 };
 
 TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
     writeFile(program().folder() / "FileCounter.txt", std::string("\x28\x00\x00\x00", 4));
     const fs::path folder = emptyFolder("forensic");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    dialog.awaitStatus(" Image SUCCESSFULLY Completed");
-    // The question comes when the hash file has been written.
-    (void)program().awaitBoxOver(dialog.window());
+    const CopyDialogWindow dialog = makeImage(folder);
     // MD5 of the source's noise, as md5sum gives it.
     EXPECT_EQ(withoutTime(readFile(folder / "MD5-HASH--SOURCE.41.txt")),
               "KVL Data MD5 HASH\nDate:\t\t\t#\nTime:\t\t\t#\nDrive Model:\t[SOURCE]\nSerial Number:\t[SRC-1]\n"
@@ -286,9 +289,7 @@ TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
 
 TEST_F(ForensicTest, AnImageThatWasChangedIsNotVerified) {
     const fs::path folder = emptyFolder("changed");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    (void)program().awaitBoxOver(dialog.window());
+    const CopyDialogWindow dialog = makeImage(folder);
     {
         std::fstream image(onlyFile(folder, ".img"), std::ios::in | std::ios::out | std::ios::binary);
         image.seekp(5 * kMebibyte);
@@ -302,9 +303,7 @@ TEST_F(ForensicTest, AnImageThatWasChangedIsNotVerified) {
 
 TEST_F(ForensicTest, ATerminatedVerificationAsksFirstAndComparesWhatWasRead) {
     const fs::path folder = emptyFolder("stopped");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    (void)program().awaitBoxOver(dialog.window());
+    const CopyDialogWindow dialog = makeImage(folder);
     // So much to read that the verification surely still runs when it is terminated.
     lengthen(onlyFile(folder, ".img"), 64 * 1024 * std::int64_t{kMebibyte});
     answerVerify(dialog, "Yes");

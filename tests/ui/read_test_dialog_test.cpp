@@ -65,6 +65,12 @@ class ReadTestDialogTest : public UiTest {
         torvane().press(button);
         return program().awaitDialog();
     }
+    /// Opens the dialog and starts its test.
+    [[nodiscard]] Window start(int button) const {
+        Window dialog = open(button);
+        press(dialog.child(kStart));
+        return dialog;
+    }
     void expectQuestionOver(const Window& dialog, const std::string& caption, const std::string& text,
                             const std::string& answer) const {
         expectBoxOver(dialog, caption, text, BoxIcon::kNone, answer);
@@ -211,15 +217,13 @@ class BadSectorTest : public ReadTestDialogTest {
 
 TEST_F(BadSectorTest, FailuresSayWhereTheTechnicianLooks) {
     chooseUntestedDrive();
-    const Window critical = open(kCriticalTest);
-    press(critical.child(kStart));
+    const Window critical = start(kCriticalTest);
     awaitStatus(critical, "Phase 1 Critical Read Test FAILED");
     awaitDriveStatus("BAD Critical Read Test FAILED at sector 65536");
     EXPECT_THAT(torvane().log(), ::testing::Not(::testing::Contains(::testing::Field(&LogEntry::type, "ERROR"))));
     leave(critical);
 
-    const Window quick = open(kShortTest);
-    press(quick.child(kStart));
+    const Window quick = start(kShortTest);
     awaitStatus(quick, "Short Read Test -- FAILED Found Read Errors");
     awaitDriveStatus("BAD Short Read Test FAILED at sector 838860");
     EXPECT_EQ(torvane().log().back().type, "ERROR");
@@ -251,8 +255,7 @@ class HeldShortTest : public SlowReadTest {
 
 TEST_F(SlowReadTest, TerminatesAfterAQuestion) {
     chooseUntestedDrive();
-    const Window dialog = open(kNistTest);
-    press(dialog.child(kStart));
+    const Window dialog = start(kNistTest);
     awaitReads(3);
     expectSoon([&] {
         EXPECT_THAT(dialog.child(kStatusLabel).text(), HasSubstr("Testing ["));
@@ -274,8 +277,7 @@ TEST_F(SlowReadTest, TerminatesAfterAQuestion) {
 
 TEST_F(SlowReadTest, ExitDuringATestStopsItWithoutWaiting) {
     chooseUntestedDrive();
-    const Window dialog = open(kNistTest);
-    press(dialog.child(kStart));
+    const Window dialog = start(kNistTest);
     awaitReads(3);
     press(dialog.child(kExitTest));
     expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "No");
@@ -291,8 +293,7 @@ TEST_F(SlowReadTest, ExitDuringATestStopsItWithoutWaiting) {
 
 TEST_F(HeldShortTest, HearsNoTerminationAndGoesOnBehindTheClosedDialog) {
     chooseUntestedDrive();
-    const Window dialog = open(kShortTest);
-    press(dialog.child(kStart));
+    const Window dialog = start(kShortTest);
     awaitReads(3);
     press(dialog.child(kTerminateTest));
     dialog.settle();
@@ -324,15 +325,13 @@ class OverlappingReadTests : public ReadTestDialogTest {
 
 TEST_F(OverlappingReadTests, ARunThatOutlivesItsDialogLeavesTheNextTestAlone) {
     chooseDrive();
-    const Window critical = open(kCriticalTest);
-    press(critical.child(kStart));
+    const Window critical = start(kCriticalTest);
     awaitReads(1);
     press(critical.child(kStart));
     // The first run fails and clears the flag that both share; the second is then within its long read.
     awaitStatus(critical, "Phase 1 Critical Read Test FAILED");
     leave(critical);
-    const Window nist = open(kNistTest);
-    press(nist.child(kStart));
+    const Window nist = start(kNistTest);
     awaitReads(readCount() + 25); // the long read is over
     EXPECT_THAT(nist.child(kStatusLabel).text(), HasSubstr("Testing ["));
     EXPECT_EQ(program().benchLog({"target=drive:1", "request=read", "result=ERROR_CRC"}).size(), 1U)
@@ -357,8 +356,7 @@ class SilentDriveTest : public ReadTestDialogTest {
 
 TEST_F(SilentDriveTest, DialogAndThenTheProgramMayGoWhileAReadIsInFlight) {
     chooseDrive();
-    const Window dialog = open(kNistTest);
-    press(dialog.child(kStart));
+    const Window dialog = start(kNistTest);
     awaitReads(12);
     press(dialog.child(kExitTest));
     expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "Yes");
