@@ -76,7 +76,7 @@ TEST_F(ResourcesTest, CountsSeeTheOpenDrives) {
 }
 
 TEST_F(ResourcesTest, LoadingDrivesAgainAndAgainLeaksNothing) {
-    constexpr int kScans = 14; // a leak in every second one is more than the slack
+    constexpr int kScans = 8; // a leak in each one is more than the slack
     expectNoGrowth(kScans, [this](int i) {
         torvane().loadDrives();
         // The progress thread of the last scan has ended when it is counted.
