@@ -105,7 +105,7 @@ class HeldCloneTest : public CopyUiTest {
   protected:
     [[nodiscard]] BenchFolder layOutBench() const override { return copyBenchHeldAt(kInSecondBlock); }
     void SetUp() override {
-        CopyUiTest::SetUp();
+        UiTest::SetUp();
         program().takeTime();
     }
     /// A clone of which the first block has been copied.

@@ -9,7 +9,7 @@ namespace {
 class CopyFaultsTest : public CopyUiTest {
   protected:
     void SetUp() override {
-        CopyUiTest::SetUp();
+        UiTest::SetUp();
         leaveProgramUsed();
     }
 
@@ -68,6 +68,7 @@ class DriveOfNoBytesTest : public CopyUiTest {
 };
 
 TEST_F(DriveOfNoBytesTest, IsListedWithoutASectorAndImagedToAnEmptyFileWithTheDigestOfNothing) {
+    torvane().loadDrivesOnce();
     const ListView drives = torvane().driveList();
     const int row = drives.rowWith(0, "NOTHING");
     EXPECT_EQ(drives.cell(row, 2), "0");

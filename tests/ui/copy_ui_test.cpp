@@ -46,11 +46,6 @@ BenchFolder CopyUiTest::copyBenchHeldAt(int sector) {
                                R"(, "milliseconds": 600000}]})");
 }
 
-void CopyUiTest::SetUp() {
-    UiTest::SetUp();
-    torvane().loadDrivesOnce();
-}
-
 void CopyUiTest::useBench(const BenchFolder& bench) {
     restart(bench);
     torvane().loadDrives();
@@ -66,6 +61,7 @@ void CopyUiTest::useUntouchedBench() {
 
 // A box is not clicked twice for nothing: clicks at one place must lie a double click apart.
 void CopyUiTest::tickOnly(const std::string& model) const {
+    torvane().loadDrivesOnce();
     const ListView drives = torvane().driveList();
     const int wanted = drives.rowWith(0, model);
     for (int row = 0; row < drives.rowCount(); ++row) {
@@ -84,6 +80,7 @@ void CopyUiTest::awaitDriveStatus(const std::string& model, const std::string& s
 }
 
 void CopyUiTest::pressCopyCommand(int button) const {
+    torvane().loadDrivesOnce();
     const auto refusals = [this] {
         constexpr int kMessage = 3;
         const ListView log = torvane().logList();

@@ -11,13 +11,12 @@ namespace torvane::driver {
 
 inline constexpr std::size_t kMebibyte = 1048576;
 
-/// A test of the copy commands, with the drives of its bench loaded.
+/// A test of the copy commands. The drives of its bench are loaded when it first chooses one of them.
 class CopyUiTest : public UiTest {
   protected:
     /// Drive 0 "SYSTEM" holds C:. Drive 1 "SOURCE" holds 70 MiB of noise, seed 7. Drive 2 "TARGET" of 80 MiB has two
     /// mounted volumes, drive 3 "SMALL" 40 MiB and none.
     [[nodiscard]] BenchFolder layOutBench() const override { return copyBench(); }
-    void SetUp() override;
 
     [[nodiscard]] static BenchFolder copyBench();
     /// The copy bench, but the source has these faults (JSON).

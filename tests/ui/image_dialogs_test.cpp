@@ -200,7 +200,7 @@ class HeldImageTest : public ImageTest {
   protected:
     [[nodiscard]] BenchFolder layOutBench() const override { return copyBenchHeldAt(kInSecondBlock); }
     void SetUp() override {
-        ImageTest::SetUp();
+        UiTest::SetUp();
         program().takeTime();
     }
     /// Starts an image of which the first block has been copied when this returns.

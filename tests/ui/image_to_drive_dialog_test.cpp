@@ -54,7 +54,7 @@ class ImageToDriveDialogTest : public CopyUiTest {
 };
 
 TEST_F(ImageToDriveDialogTest, ACancelledFileOpensNothing) {
-    torvane().press(kImageToDrive);
+    pressCopyCommand(kImageToDrive);
     cancelFile(program());
     expectNoBox();
     EXPECT_TRUE(torvane().window().enabled());

@@ -19,7 +19,7 @@ constexpr COLORREF kDialogColour = RGB(0xDA, 0xDF, 0xEA);
 class RaceTrackTest : public CopyUiTest {
   protected:
     void SetUp() override {
-        CopyUiTest::SetUp();
+        UiTest::SetUp();
         parkMouse();
     }
 
