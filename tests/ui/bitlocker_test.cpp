@@ -6,8 +6,6 @@
 #include <commctrl.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace torvane::driver {
 namespace {
@@ -78,21 +76,6 @@ class BitLockerTest : public UiTest {
         return program().benchLog({"request=start", "Get-BitLockerVolume"});
     }
 };
-
-TEST_F(BitLockerTest, IsTheFirstItemOfExtendedFunctions) {
-    const Window window = program().mainWindow();
-    bringToFront(window);
-    // The bar's items are the space, the popup and Help.
-    pressKey(window, VK_F10);
-    pressKey(window, VK_RIGHT);
-    pressKey(window, VK_RETURN);
-    pressKey(window, VK_RETURN);
-    const Window dialog = program().awaitDialog();
-    EXPECT_EQ(dialog.text(), "Bitlocker Scan");
-    EXPECT_FALSE(window.enabled());
-    close(dialog);
-    EXPECT_TRUE(window.enabled());
-}
 
 TEST_F(BitLockerTest, ShowsTheDrivesModelAndAnEmptyList) {
     const std::size_t runs = powershellRuns().size();
@@ -178,9 +161,7 @@ TEST_F(BitLockerTest, ThePasswordStandsInNoLogAndNoOtherFile) {
         if (!file.is_regular_file()) {
             continue;
         }
-        std::ifstream stream(file.path(), std::ios::binary);
-        const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-        if (bytes.find(kPassword) != std::string::npos) {
+        if (readFile(file.path()).find(kPassword) != std::string::npos) {
             holders.push_back(file.path().filename().string());
         }
     }

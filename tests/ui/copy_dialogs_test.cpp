@@ -4,8 +4,6 @@
 #include "tests/ui/driver/resource_counts.h"
 #include "tests/ui/expect_soon.h"
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <iterator>
 #include <map>
@@ -14,9 +12,6 @@ namespace torvane::driver {
 namespace {
 
 namespace fs = std::filesystem;
-
-using ::testing::ElementsAre;
-using ::testing::StartsWith;
 
 enum class Kind { kClone, kImage, kForensic, kImageToDrive };
 
@@ -67,88 +62,83 @@ class CopyDialogsTest : public CopyUiTest, public ::testing::WithParamInterface<
     [[nodiscard]] static std::vector<Window> pushButtons(const CopyDialogWindow& dialog) {
         return {dialog.startButton(), dialog.terminateButton(), dialog.exitButton()};
     }
+    static void expectButtonsOfOneSizeThatFitTheirTexts(const CopyDialogWindow& dialog) {
+        std::vector<std::string> words;
+        const RECT first = dialog.startButton().rect();
+        for (const Window& button : pushButtons(dialog)) {
+            words.push_back(withoutAccessKey(button.text()));
+            EXPECT_EQ(width(button.rect()), width(first)) << button.describe();
+            EXPECT_EQ(height(button.rect()), height(first)) << button.describe();
+            EXPECT_EQ(button.rect().top, first.top) << button.describe();
+            const SIZE needed = idealButtonSize(button);
+            EXPECT_LE(needed.cx, width(first)) << button.describe();
+            EXPECT_LE(needed.cy, height(first)) << button.describe();
+        }
+        EXPECT_EQ(words, GetParam().buttons);
+    }
+    static void expectNothingOverlapsOrCoversTheTrack(const CopyDialogWindow& dialog) {
+        const RECT client = dialog.window().clientRect();
+        EXPECT_EQ(width(client), GetParam().client.cx);
+        EXPECT_EQ(height(client), GetParam().client.cy);
+        const RECT area{0, 0, width(client), height(client)};
+        const RECT track{10, GetParam().trackTop, 830, GetParam().trackTop + 81};
+        const std::vector<Window> children = dialog.window().children();
+        for (std::size_t i = 0; i < children.size(); ++i) {
+            const RECT place = children[i].rectIn(dialog.window());
+            EXPECT_TRUE(inside(place, area)) << children[i].describe();
+            EXPECT_FALSE(overlap(place, track)) << children[i].describe();
+            for (std::size_t j = i + 1; j < children.size(); ++j) {
+                EXPECT_FALSE(overlap(children[i].rect(), children[j].rect()))
+                    << children[i].describe() << " and " << children[j].describe();
+            }
+        }
+    }
+    static void expectAccessKeysOfTheirOwn(const CopyDialogWindow& dialog) {
+        std::map<char, std::string> keys;
+        for (const Window& child : dialog.window().children()) {
+            const char key = accessKey(child.text());
+            if (key != '\0') {
+                EXPECT_TRUE(keys.emplace(key, child.text()).second) << keys[key] << " and " << child.text();
+            } else {
+                EXPECT_NE(child.className(), "Button") << child.describe();
+            }
+        }
+    }
+    static void expectDialogColourAndTrack(const CopyDialogWindow& dialog) {
+        dialog.window().awaitPainted();
+        parkMouse();
+        const RECT client = dialog.window().clientRect();
+        const LONG top = client.top + GetParam().trackTop;
+        expectSoon([&] {
+            const Picture edge = Picture::ofScreen({client.left, client.top, client.left + 8, client.bottom});
+            EXPECT_EQ(edge.count(RGB(0xDA, 0xDF, 0xEA)), edge.width() * edge.height());
+            const Picture track = Picture::ofScreen({client.left + 10, top, client.left + 830, top + 81});
+            EXPECT_LT(track.count(RGB(0xDA, 0xDF, 0xEA)), track.width() * track.height() / 4);
+        });
+    }
+    static void expectEnterStartsNothingAndEscapeLeaves(const CopyDialogWindow& dialog) {
+        bringToFront(dialog.window());
+        if (GetParam().kind == Kind::kClone || GetParam().kind == Kind::kImageToDrive) {
+            expectSoon([&] { EXPECT_EQ(focused(dialog.window()).id(), kDestinationList); });
+            pressKey(dialog.window(), VK_RETURN);
+            EXPECT_TRUE(dialog.window().enabled()) << "a box has opened";
+            EXPECT_EQ(focused(dialog.window()).id(), kDestinationList);
+        }
+        EXPECT_EQ(dialog.status(), "");
+        pressKey(dialog.window(), VK_ESCAPE);
+        await("the dialog has closed", [&] { return !dialog.window().exists(); });
+    }
 };
 
 INSTANTIATE_TEST_SUITE_P(All, CopyDialogsTest, ::testing::ValuesIn(kCases), nameOf);
 
-TEST_P(CopyDialogsTest, ButtonsAreOfOneSizeAndTheirTextsFit) {
+TEST_P(CopyDialogsTest, LooksAsItShouldAndObeysTheKeyboard) {
     const CopyDialogWindow dialog = open();
-    std::vector<std::string> words;
-    const RECT first = dialog.startButton().rect();
-    for (const Window& button : pushButtons(dialog)) {
-        words.push_back(withoutAccessKey(button.text()));
-        EXPECT_EQ(width(button.rect()), width(first)) << button.describe();
-        EXPECT_EQ(height(button.rect()), height(first)) << button.describe();
-        EXPECT_EQ(button.rect().top, first.top) << button.describe();
-        const SIZE needed = idealButtonSize(button);
-        EXPECT_LE(needed.cx, width(first)) << button.describe();
-        EXPECT_LE(needed.cy, height(first)) << button.describe();
-    }
-    EXPECT_EQ(words, GetParam().buttons);
-    dialog.leave();
-}
-
-TEST_P(CopyDialogsTest, NothingOverlapsOrCoversTheTrack) {
-    const CopyDialogWindow dialog = open();
-    const RECT client = dialog.window().clientRect();
-    EXPECT_EQ(width(client), GetParam().client.cx);
-    EXPECT_EQ(height(client), GetParam().client.cy);
-    const RECT area{0, 0, width(client), height(client)};
-    const RECT track{10, GetParam().trackTop, 830, GetParam().trackTop + 81};
-    const std::vector<Window> children = dialog.window().children();
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        const RECT place = children[i].rectIn(dialog.window());
-        EXPECT_TRUE(inside(place, area)) << children[i].describe();
-        EXPECT_FALSE(overlap(place, track)) << children[i].describe();
-        for (std::size_t j = i + 1; j < children.size(); ++j) {
-            EXPECT_FALSE(overlap(children[i].rect(), children[j].rect()))
-                << children[i].describe() << " and " << children[j].describe();
-        }
-    }
-    dialog.leave();
-}
-
-TEST_P(CopyDialogsTest, EveryButtonHasAnAccessKeyOfItsOwn) {
-    const CopyDialogWindow dialog = open();
-    std::map<char, std::string> keys;
-    for (const Window& child : dialog.window().children()) {
-        const char key = accessKey(child.text());
-        if (key != '\0') {
-            EXPECT_TRUE(keys.emplace(key, child.text()).second) << keys[key] << " and " << child.text();
-        } else {
-            EXPECT_NE(child.className(), "Button") << child.describe();
-        }
-    }
-    dialog.leave();
-}
-
-TEST_P(CopyDialogsTest, HasTheDialogColourAndATrack) {
-    const CopyDialogWindow dialog = open();
-    dialog.window().awaitPainted();
-    parkMouse();
-    const RECT client = dialog.window().clientRect();
-    const LONG top = client.top + GetParam().trackTop;
-    expectSoon([&] {
-        const Picture edge = Picture::ofScreen({client.left, client.top, client.left + 8, client.bottom});
-        EXPECT_EQ(edge.count(RGB(0xDA, 0xDF, 0xEA)), edge.width() * edge.height());
-        const Picture track = Picture::ofScreen({client.left + 10, top, client.left + 830, top + 81});
-        EXPECT_LT(track.count(RGB(0xDA, 0xDF, 0xEA)), track.width() * track.height() / 4);
-    });
-    dialog.leave();
-}
-
-TEST_P(CopyDialogsTest, EscapeLeavesAndEnterStartsNothing) {
-    const CopyDialogWindow dialog = open();
-    bringToFront(dialog.window());
-    if (GetParam().kind == Kind::kClone || GetParam().kind == Kind::kImageToDrive) {
-        expectSoon([&] { EXPECT_EQ(focused(dialog.window()).id(), kDestinationList); });
-        pressKey(dialog.window(), VK_RETURN);
-        EXPECT_TRUE(dialog.window().enabled()) << "a box has opened";
-        EXPECT_EQ(focused(dialog.window()).id(), kDestinationList);
-    }
-    EXPECT_EQ(dialog.status(), "");
-    pressKey(dialog.window(), VK_ESCAPE);
-    await("the dialog has closed", [&] { return !dialog.window().exists(); });
+    expectButtonsOfOneSizeThatFitTheirTexts(dialog);
+    expectNothingOverlapsOrCoversTheTrack(dialog);
+    expectAccessKeysOfTheirOwn(dialog);
+    expectDialogColourAndTrack(dialog);
+    expectEnterStartsNothingAndEscapeLeaves(dialog);
 }
 
 TEST_P(CopyDialogsTest, OpeningAndLeavingLeaksNothing) {
@@ -177,63 +167,6 @@ TEST_P(CopyDialogsTest, OpeningAndLeavingLeaksNothing) {
     });
 }
 
-class CopyTabOrderTest : public CopyUiTest {};
-
-TEST_F(CopyTabOrderTest, TabGoesThroughTheCloneDialogFromTheDestinations) {
-    const CopyDialogWindow dialog = openClone("SOURCE");
-    bringToFront(dialog.window());
-    await("the destinations have the focus", [&] { return focused(dialog.window()).id() == kDestinationList; });
-    std::vector<int> visited;
-    constexpr std::size_t kTooMany = 12;
-    do {
-        visited.push_back(focused(dialog.window()).id());
-        pressKey(dialog.window(), VK_TAB);
-    } while (focused(dialog.window()).id() != kDestinationList && visited.size() < kTooMany);
-    EXPECT_THAT(visited, ElementsAre(kDestinationList, kReverseClone, kCloneIds.start, kCloneIds.terminate,
-                                     kCloneIds.exit, kSourceList));
-    dialog.leave();
-}
-
-/// What the track shows when a job has ended, in the window itself.
-class CopyTrackTest : public CopyUiTest {
-  protected:
-    /// A place of the dialog's client area as the screen shows it, once the track is there.
-    static Picture shown(const CopyDialogWindow& dialog, const RECT& place) {
-        constexpr COLORREF kDialogColour = RGB(0xDA, 0xDF, 0xEA);
-        const RECT client = dialog.window().clientRect();
-        const auto onScreen = [&](const RECT& part) {
-            return RECT{client.left + part.left, client.top + part.top, client.left + part.right,
-                        client.top + part.bottom};
-        };
-        dialog.window().awaitPainted();
-        await("the track is on the screen",
-              [&] { return Picture::ofScreen(onScreen(kTrack)).count(kDialogColour) == 0; });
-        return Picture::atRest(onScreen(place));
-    }
-    static constexpr RECT kTrack{60, 170, 780, 230};
-    static constexpr RECT kStart{10, 182, 80, 240};
-    static constexpr RECT kFinish{770, 164, 830, 224};
-};
-
-TEST_F(CopyTrackTest, TheCarLeavesItsStartAndATrophyStandsAtTheFinish) {
-    const CopyDialogWindow dialog = openClone("SOURCE");
-    parkMouse();
-    const Picture carAtStart = shown(dialog, kStart);
-    const Picture emptyFinish = shown(dialog, kFinish);
-    startOnto(dialog, "SMALL");
-    dialog.awaitStatus(" Image Completed");
-    parkMouse();
-    await("a trophy stands at the finish", [&] { return shown(dialog, kFinish) != emptyFinish; });
-    await("the car has left its start", [&] { return shown(dialog, kStart) != carAtStart; });
-    dialog.leave();
-    // The next dialog begins anew.
-    const CopyDialogWindow next = openClone("SOURCE");
-    parkMouse();
-    await("the car is back", [&] { return shown(next, kStart) == carAtStart; });
-    await("the trophy has gone", [&] { return shown(next, kFinish) == emptyFinish; });
-    next.leave();
-}
-
 /// Jobs that end badly, and what they leave in the process.
 class CopyTroubleTest : public CopyUiTest {};
 
@@ -259,19 +192,6 @@ TEST_F(CopyTroubleTest, TheEleventhUnreadableBlockEndsTheCloneWithAnExplosion) {
     EXPECT_TRUE(content(2, 320 * kMebibyte, 32 * kMebibyte) == unreadable(32 * kMebibyte));
     // The window lives while the explosion repeats.
     dialog.window().send(WM_NULL);
-    dialog.leave();
-}
-
-TEST_F(CopyTroubleTest, AVanishedSourceIsMarkedToTheEnd) {
-    useBench(copyBenchHeldAt(0));
-    const CopyDialogWindow dialog = openClone("SOURCE");
-    startOnto(dialog, "TARGET");
-    dialog.awaitStatus(" Status: Idle");
-    program().unplug(1);
-    program().hurry();
-    dialog.awaitStatus(" Image Completed");
-    expectSoon([&] { EXPECT_THAT(driveStatus("TARGET"), StartsWith("BAD ")); });
-    EXPECT_TRUE(content(2, 64 * kMebibyte, 6 * kMebibyte) == unreadable(6 * kMebibyte));
     dialog.leave();
 }
 

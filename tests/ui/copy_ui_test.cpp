@@ -4,7 +4,6 @@
 #include "workbench/devices/pattern.h"
 
 #include <fstream>
-#include <iterator>
 
 namespace torvane::driver {
 namespace fs = std::filesystem;
@@ -47,13 +46,6 @@ BenchFolder CopyUiTest::copyBenchHeldAt(int sector) {
                                R"(, "milliseconds": 600000}]})");
 }
 
-void CopyUiTest::SetUp() {
-    UiTest::SetUp();
-    if (torvane().driveList().rowCount() == 0) {
-        torvane().loadDrives();
-    }
-}
-
 void CopyUiTest::useBench(const BenchFolder& bench) {
     restart(bench);
     torvane().loadDrives();
@@ -61,14 +53,15 @@ void CopyUiTest::useBench(const BenchFolder& bench) {
 }
 
 void CopyUiTest::useUntouchedBench() {
-    if (!program().benchLog({"request=write"}).empty()) {
-        useBench(layOutBench());
+    if (!program().benchLog({"request=write"}).empty() || !program().benchLog({"script-line=\"clean\""}).empty()) {
+        restart(layOutBench());
+        torvane().loadDrives();
     }
-    leaveProgramUsed();
 }
 
 // A box is not clicked twice for nothing: clicks at one place must lie a double click apart.
 void CopyUiTest::tickOnly(const std::string& model) const {
+    torvane().loadDrivesOnce();
     const ListView drives = torvane().driveList();
     const int wanted = drives.rowWith(0, model);
     for (int row = 0; row < drives.rowCount(); ++row) {
@@ -87,6 +80,7 @@ void CopyUiTest::awaitDriveStatus(const std::string& model, const std::string& s
 }
 
 void CopyUiTest::pressCopyCommand(int button) const {
+    torvane().loadDrivesOnce();
     const auto refusals = [this] {
         constexpr int kMessage = 3;
         const ListView log = torvane().logList();
@@ -141,15 +135,18 @@ void CopyUiTest::startOnto(const CopyDialogWindow& dialog, const std::string& de
 
 void CopyUiTest::expectBoxOver(const CopyDialogWindow& dialog, const std::string& caption, const std::string& text,
                                BoxIcon icon, const std::string& answer) const {
-    const MessageBoxWindow box = program().awaitBoxOver(dialog.window());
-    EXPECT_EQ(box.caption(), caption);
-    EXPECT_EQ(box.text(), text);
-    EXPECT_EQ(box.icon(), icon);
-    const std::vector<std::string> expectedButtons =
-        answer == "OK" ? std::vector<std::string>{"OK"} : std::vector<std::string>{"Yes", "No"};
-    EXPECT_EQ(box.buttons(), expectedButtons);
-    EXPECT_FALSE(dialog.window().enabled()) << "the box does not keep the dialog waiting";
-    box.answer(answer);
+    UiTest::expectBoxOver(dialog.window(), caption, text, icon, answer);
+}
+
+void CopyUiTest::expectWantsExactlyOneDestination(const CopyDialogWindow& dialog) const {
+    constexpr const char* kCaption = "***** ERROR Destination Drive *****";
+    dialog.start();
+    expectBoxOver(dialog, kCaption, "You must choose one drive as your DESTINATION", BoxIcon::kStop, "OK");
+    EXPECT_EQ(dialog.status(), "");
+    dialog.tickDestination("TARGET");
+    dialog.tickDestination("SMALL");
+    dialog.start();
+    expectBoxOver(dialog, kCaption, "You must choose only one drive as your DESTINATION", BoxIcon::kStop, "OK");
 }
 
 fs::path CopyUiTest::emptyFolder(const std::string& name) const {
@@ -180,11 +177,6 @@ std::string CopyUiTest::content(int drive, std::uint64_t offset, std::size_t siz
     file.seekg(static_cast<std::streamoff>(offset));
     file.read(bytes.data(), static_cast<std::streamsize>(size));
     return bytes;
-}
-
-std::string CopyUiTest::readFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void CopyUiTest::writeFile(const fs::path& path, const std::string& content) {

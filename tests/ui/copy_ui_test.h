@@ -11,13 +11,12 @@ namespace torvane::driver {
 
 inline constexpr std::size_t kMebibyte = 1048576;
 
-/// A test of the copy commands, with the drives of its bench loaded.
+/// A test of the copy commands. The drives of its bench are loaded when it first chooses one of them.
 class CopyUiTest : public UiTest {
   protected:
     /// Drive 0 "SYSTEM" holds C:. Drive 1 "SOURCE" holds 70 MiB of noise, seed 7. Drive 2 "TARGET" of 80 MiB has two
     /// mounted volumes, drive 3 "SMALL" 40 MiB and none.
     [[nodiscard]] BenchFolder layOutBench() const override { return copyBench(); }
-    void SetUp() override;
 
     [[nodiscard]] static BenchFolder copyBench();
     /// The copy bench, but the source has these faults (JSON).
@@ -28,7 +27,7 @@ class CopyUiTest : public UiTest {
     static constexpr int kInSecondBlock = 70000;
     /// Starts the program anew on that bench and loads its drives.
     void useBench(const BenchFolder& bench);
-    /// Sees to it that no drive of the bench has been written to, and leaves the bench used.
+    /// Sees to it that no drive of the bench has been cleaned or written to.
     void useUntouchedBench();
 
     /// Ticks this drive alone.
@@ -53,6 +52,9 @@ class CopyUiTest : public UiTest {
     void expectBoxOver(const CopyDialogWindow& dialog, const std::string& caption, const std::string& text,
                        BoxIcon icon, const std::string& answer) const;
 
+    /// Expects that "Start" of a dialog in which nothing is ticked yet wants one destination and no more.
+    void expectWantsExactlyOneDestination(const CopyDialogWindow& dialog) const;
+
     /// An empty folder beside the program's.
     [[nodiscard]] std::filesystem::path emptyFolder(const std::string& name) const;
     /// The one file of a folder with that extension.
@@ -61,7 +63,6 @@ class CopyUiTest : public UiTest {
 
     /// What lies on a file-backed drive.
     [[nodiscard]] std::string content(int drive, std::uint64_t offset, std::size_t size) const;
-    [[nodiscard]] static std::string readFile(const std::filesystem::path& path);
     static void writeFile(const std::filesystem::path& path, const std::string& content);
     /// The content of a drive whose backing is a noise pattern.
     [[nodiscard]] static std::string noise(std::uint64_t seed, std::uint64_t offset, std::size_t size);

@@ -17,18 +17,7 @@ class DemoBenchTest : public UiTest {
     [[nodiscard]] BenchFolder layOutBench() const override { return BenchFolder::demo(); }
     void SetUp() override {
         UiTest::SetUp();
-        if (torvane().driveList().rowCount() == 0) {
-            torvane().loadDrives();
-        }
-    }
-    [[nodiscard]] std::vector<std::string> messages(const std::string& type) const {
-        std::vector<std::string> texts;
-        for (const LogEntry& entry : torvane().log()) {
-            if (entry.type == type) {
-                texts.push_back(entry.message);
-            }
-        }
-        return texts;
+        torvane().loadDrivesOnce();
     }
 };
 
@@ -66,10 +55,10 @@ TEST_F(DemoBenchTest, EveryUsableDriveIsListed) {
 }
 
 TEST_F(DemoBenchTest, UnusableDrivesAreLogged) {
-    EXPECT_THAT(messages("FAILURE"),
+    EXPECT_THAT(torvane().logMessages("FAILURE"),
                 ::testing::ElementsAre("Unsupported Bus Type [iSCSI] BUS: [9] for Physical Device [6]",
                                        "Unsupported Bus Type [Secure Digital] BUS: [12] for Physical Device [7]"));
-    EXPECT_THAT(messages("STATUS"), Contains("Drive Scan Completed: [12] Drives Found"));
+    EXPECT_THAT(torvane().logMessages("STATUS"), Contains("Drive Scan Completed: [12] Drives Found"));
 }
 
 TEST_F(DemoBenchTest, EveryVolumeIsAskedOnceForItsExtents) {

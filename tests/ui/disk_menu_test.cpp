@@ -27,13 +27,12 @@ constexpr int kWarningList = 3400;
 constexpr const char* kWorking = "***** Working *****";
 constexpr const char* kDiskPart = "request=diskpart";
 
-/// Every test starts the program anew: what diskpart changes stays on the bench.
+/// A test that changes a disk leaves the program used: what diskpart changes stays on the bench.
 class DiskMenuTest : public UiTest {
   protected:
-    void SetUp() override {
-        UiTest::SetUp();
-        leaveProgramUsed();
+    void loadOnce() const {
         program().hurry();
+        torvane().loadDrivesOnce();
     }
 
     [[nodiscard]] BenchFolder layOutBench() const override {
@@ -71,14 +70,15 @@ class DiskMenuTest : public UiTest {
         choose(key);
     }
 
-    /// The same as soon as the change before has ended, whose thread outlives its box by a moment.
-    void chooseAfterAChange(int row, WORD key) const {
+    /// Opens the menu and chooses as soon as the change before has ended, whose thread outlives its box by a moment.
+    template <typename Open>
+    void chooseAfterAChange(Open&& open, WORD key) const {
         await("the change before has ended", [&] {
-            chooseFor(row, key);
-            const MessageBoxWindow box = program().awaitBox();
-            const bool refused = box.caption() == kWorking;
+            open();
+            choose(key);
+            const bool refused = program().awaitDialog().text() == kWorking;
             if (refused) {
-                box.answer("OK");
+                program().awaitBox().answer("OK");
             }
             return !refused;
         });
@@ -113,37 +113,10 @@ class DiskMenuTest : public UiTest {
     }
 };
 
-TEST_F(DiskMenuTest, OpensOnARightClickAndMakesTheDriveActive) {
-    torvane().loadDrives();
-    openMenu(1);
-    EXPECT_TRUE(torvane().driveList().selected(1));
-    pressKey(program().mainWindow(), VK_ESCAPE);
-    await("the menu closes", [] { return !menuIsOpen(); });
-    EXPECT_TRUE(torvane().driveList().selected(1));
-    EXPECT_THAT(changes(), IsEmpty());
-}
-
-TEST_F(DiskMenuTest, OpensByTheMenuKey) {
-    torvane().loadDrives();
-    torvane().driveList().click(1);
-    pressKey(program().mainWindow(), VK_APPS);
-    await("the menu opens", [] { return menuIsOpen(); });
-    const RECT row = torvane().driveList().cellRect(1, 0);
-    EXPECT_NEAR(menuWindow().rect().top, row.bottom, 4);
-    choose(kSetKey);
-    expectOutcome("****** READ-ONLY SET ******", "Disk 001 - Tarn N16 TN16-1 is now READ-ONLY", BoxIcon::kNone);
-}
-
-TEST_F(DiskMenuTest, OpensByShiftAndF10) {
-    torvane().loadDrives();
-    torvane().driveList().click(2);
-    pressKey(program().mainWindow(), VK_F10, VK_SHIFT);
-    await("the menu opens", [] { return menuIsOpen(); });
-    choose(kClearKey);
-    expectOutcome("****** READ-ONLY CLEARED ******", "Disk 002 - Tarn N16 TN16-2 is now WRITABLE", BoxIcon::kNone);
-}
-
-TEST_F(DiskMenuTest, DoesNotOpenWithoutARow) {
+TEST_F(DiskMenuTest, WithoutARowThereIsNoMenuAndNoCommand) {
+    if (torvane().driveList().rowCount() != 0) {
+        restart(layOutBench());
+    }
     bringToFront(program().mainWindow());
     const Window list = torvane().driveList().window();
     const RECT area = list.clientRect();
@@ -153,25 +126,30 @@ TEST_F(DiskMenuTest, DoesNotOpenWithoutARow) {
     torvane().window().settle();
     EXPECT_FALSE(menuIsOpen());
     expectNoBox();
+    // The rows come last in a scan, so the commands are sent as the menu would while the loader works.
+    program().takeTime();
+    torvane().startLoading();
+    for (const int id : {32820, 32821, 32822}) {
+        torvane().command(id);
+        expectNoBox();
+    }
+    program().hurry();
+    torvane().awaitLoaded();
+    EXPECT_THAT(changes(), IsEmpty());
 }
 
-TEST_F(DiskMenuTest, SetsAndClearsTheAttribute) {
-    torvane().loadDrives();
-    chooseFor(1, kSetKey);
-    expectOutcome("****** READ-ONLY SET ******", "Disk 001 - Tarn N16 TN16-1 is now READ-ONLY", BoxIcon::kNone);
-    EXPECT_EQ(status(1), "COMPLETED read-only set");
-    EXPECT_TRUE(std::filesystem::exists(program().folder() / "Enable RO Results DISK [Tarn N16] - [TN16-1].txt"));
-    chooseAfterAChange(1, kClearKey);
-    expectOutcome("****** READ-ONLY CLEARED ******", "Disk 001 - Tarn N16 TN16-1 is now WRITABLE", BoxIcon::kNone);
-    EXPECT_EQ(status(1), "COMPLETED read-only cleared");
-    EXPECT_THAT(changes(),
-                ElementsAre(HasSubstr("attributes disk set readonly"), HasSubstr("attributes disk clear readonly")));
-    EXPECT_EQ(status(0), "Idle");
-    EXPECT_EQ(status(2), "Idle");
+TEST_F(DiskMenuTest, OpensOnARightClickAndMakesTheDriveActive) {
+    loadOnce();
+    openMenu(1);
+    EXPECT_TRUE(torvane().driveList().selected(1));
+    pressKey(program().mainWindow(), VK_ESCAPE);
+    await("the menu closes", [] { return !menuIsOpen(); });
+    EXPECT_TRUE(torvane().driveList().selected(1));
+    EXPECT_THAT(changes(), IsEmpty());
 }
 
 TEST_F(DiskMenuTest, WarningNamesTheDriveAndItsVolumes) {
-    torvane().loadDrives();
+    loadOnce();
     chooseFor(1, kCleanKey);
     const Window warning = program().awaitDialog();
     EXPECT_EQ(warning.text(), "Clean Disk");
@@ -204,7 +182,7 @@ TEST_F(DiskMenuTest, WarningNamesTheDriveAndItsVolumes) {
 }
 
 TEST_F(DiskMenuTest, EnterAndEscapeAnswerTheWarningWithNo) {
-    torvane().loadDrives();
+    loadOnce();
     for (const WORD key : {WORD{VK_RETURN}, WORD{VK_ESCAPE}}) {
         chooseFor(1, kCleanKey);
         const Window warning = program().awaitDialog();
@@ -216,13 +194,58 @@ TEST_F(DiskMenuTest, EnterAndEscapeAnswerTheWarningWithNo) {
     EXPECT_THAT(changes(), IsEmpty());
 }
 
-TEST_F(DiskMenuTest, ConfirmedCleaningIsDoneAndSaidSo) {
-    torvane().loadDrives();
-    chooseFor(1, kCleanKey);
+TEST_F(DiskMenuTest, SystemDriveIsRefused) {
+    loadOnce();
+    chooseFor(0, kCleanKey);
+    expectOutcome("***** SYSTEM DRIVE *****", "The drive that holds Windows cannot be cleaned", BoxIcon::kStop);
+    EXPECT_THAT(changes(), IsEmpty());
+}
+
+TEST_F(DiskMenuTest, SetsAndClearsTheAttributeByMouseMenuKeyAndShiftF10) {
+    leaveProgramUsed();
+    loadOnce();
+    chooseFor(1, kSetKey);
+    expectOutcome("****** READ-ONLY SET ******", "Disk 001 - Tarn N16 TN16-1 is now READ-ONLY", BoxIcon::kNone);
+    EXPECT_EQ(status(1), "COMPLETED read-only set");
+    EXPECT_TRUE(std::filesystem::exists(program().folder() / "Enable RO Results DISK [Tarn N16] - [TN16-1].txt"));
+
+    const auto openByMenuKey = [this] {
+        bringToFront(program().mainWindow());
+        pressKey(program().mainWindow(), VK_APPS);
+        await("the menu opens", [] { return menuIsOpen(); });
+        EXPECT_NEAR(menuWindow().rect().top, torvane().driveList().cellRect(1, 0).bottom, 4);
+    };
+    chooseAfterAChange(openByMenuKey, kClearKey);
+    expectOutcome("****** READ-ONLY CLEARED ******", "Disk 001 - Tarn N16 TN16-1 is now WRITABLE", BoxIcon::kNone);
+    EXPECT_EQ(status(1), "COMPLETED read-only cleared");
+    EXPECT_THAT(changes(),
+                ElementsAre(HasSubstr("attributes disk set readonly"), HasSubstr("attributes disk clear readonly")));
+    EXPECT_EQ(status(0), "Idle");
+    EXPECT_EQ(status(2), "Idle");
+
+    torvane().driveList().click(2);
+    const auto openByShiftF10 = [this] {
+        bringToFront(program().mainWindow());
+        pressKey(program().mainWindow(), VK_F10, VK_SHIFT);
+        await("the menu opens", [] { return menuIsOpen(); });
+    };
+    chooseAfterAChange(openByShiftF10, kClearKey);
+    expectOutcome("****** READ-ONLY CLEARED ******", "Disk 002 - Tarn N16 TN16-2 is now WRITABLE", BoxIcon::kNone);
+}
+
+TEST_F(DiskMenuTest, ConfirmedCleaningIsDoneOrNotAndSaidSo) {
+    leaveProgramUsed();
+    loadOnce();
+    chooseFor(2, kCleanKey);
+    press(program().awaitDialog().child(IDYES));
+    expectOutcome("****** DISK NOT CLEANED ******", "Disk 002 - Tarn N16 TN16-2 has NOT been CLEANED", BoxIcon::kStop);
+    EXPECT_EQ(status(2), "BAD disk not cleaned") << "it is read-only";
+
+    chooseAfterAChange([this] { openMenu(1); }, kCleanKey);
     press(program().awaitDialog().child(IDYES));
     expectOutcome("****** DISK CLEANED ******", "Disk 001 - Tarn N16 TN16-1 has been CLEANED", BoxIcon::kNone);
     EXPECT_EQ(status(1), "COMPLETED disk cleaned");
-    EXPECT_THAT(changes(), ElementsAre(HasSubstr("script-line=\"clean")));
+    EXPECT_THAT(changes(), ElementsAre(HasSubstr("script-line=\"clean"), HasSubstr("script-line=\"clean")));
     EXPECT_THAT(program().benchLog({kDiskPart, "script-line=\"select disk 1"}), ::testing::Not(IsEmpty()));
     loadAfterAChange();
     chooseFor(1, kCleanKey);
@@ -231,22 +254,26 @@ TEST_F(DiskMenuTest, ConfirmedCleaningIsDoneAndSaidSo) {
     press(warning.child(IDNO));
 }
 
-TEST_F(DiskMenuTest, ReadOnlyDiskIsNotCleanedAndThatIsSaid) {
-    torvane().loadDrives();
-    chooseFor(2, kCleanKey);
-    press(program().awaitDialog().child(IDYES));
-    expectOutcome("****** DISK NOT CLEANED ******", "Disk 002 - Tarn N16 TN16-2 has NOT been CLEANED", BoxIcon::kStop);
-    EXPECT_EQ(status(2), "BAD disk not cleaned");
-}
-
-TEST_F(DiskMenuTest, SystemDriveIsRefused) {
-    torvane().loadDrives();
-    chooseFor(0, kCleanKey);
-    expectOutcome("***** SYSTEM DRIVE *****", "The drive that holds Windows cannot be cleaned", BoxIcon::kStop);
-    EXPECT_THAT(changes(), IsEmpty());
+TEST_F(DiskMenuTest, WindowStaysUsableWhileDiskPartWorks) {
+    leaveProgramUsed();
+    loadOnce();
+    program().takeTime();
+    chooseFor(1, kSetKey);
+    await("diskpart is at work", [&] { return status(1) == "Setting read-only"; });
+    // A second change meanwhile is refused, and so is a scan.
+    chooseFor(2, kClearKey);
+    expectStopBox(kWorking, "A Job is Working");
+    torvane().press(kLoadDrives);
+    EXPECT_EQ(torvane().driveList().rowCount(), 3);
+    program().hurry();
+    const MessageBoxWindow box = program().awaitBox();
+    EXPECT_EQ(box.caption(), "****** READ-ONLY SET ******");
+    box.answer("OK");
+    EXPECT_THAT(changes(), ElementsAre(HasSubstr("attributes disk set readonly")));
 }
 
 TEST_F(DiskMenuTest, LongListScrollsUnderTheSameColumns) {
+    leaveProgramUsed();
     std::string volumes;
     for (char letter = 'D'; letter <= 'Z'; ++letter) {
         volumes += std::string(volumes.empty() ? "" : ", ") + R"({"letter": ")" + letter +
@@ -267,36 +294,6 @@ TEST_F(DiskMenuTest, LongListScrollsUnderTheSameColumns) {
     EXPECT_THAT(warning.child(kWarningDrive).text(), HasSubstr("AND-A-SERIAL-NUMBER-"));
     warning.awaitPainted();
     press(warning.child(IDNO));
-}
-
-TEST_F(DiskMenuTest, WindowStaysUsableWhileDiskPartWorks) {
-    torvane().loadDrives();
-    program().takeTime();
-    chooseFor(1, kSetKey);
-    await("diskpart is at work", [&] { return status(1) == "Setting read-only"; });
-    // A second change meanwhile is refused, and so is a scan.
-    chooseFor(2, kClearKey);
-    expectStopBox(kWorking, "A Job is Working");
-    torvane().press(kLoadDrives);
-    EXPECT_EQ(torvane().driveList().rowCount(), 3);
-    program().hurry();
-    const MessageBoxWindow box = program().awaitBox();
-    EXPECT_EQ(box.caption(), "****** READ-ONLY SET ******");
-    box.answer("OK");
-    EXPECT_THAT(changes(), ElementsAre(HasSubstr("attributes disk set readonly")));
-}
-
-TEST_F(DiskMenuTest, NothingIsChangedWhileTheLoaderWorks) {
-    // The rows come last in a scan, so the command is sent as the menu would; without a row it finds no drive.
-    program().takeTime();
-    torvane().startLoading();
-    for (const int id : {32820, 32821, 32822}) {
-        torvane().command(id);
-        expectNoBox();
-    }
-    program().hurry();
-    torvane().awaitLoaded();
-    EXPECT_THAT(changes(), IsEmpty());
 }
 
 } // namespace

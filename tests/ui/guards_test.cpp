@@ -1,6 +1,5 @@
 #include "tests/ui/ui_test.h"
 
-#include <ostream>
 #include <vector>
 
 namespace torvane::driver {
@@ -18,14 +17,6 @@ struct Guard {
     const char* caption;
     const char* text;
 };
-
-void PrintTo(const Guard& guard, std::ostream* stream) {
-    *stream << guard.name;
-}
-
-std::string nameOf(const ::testing::TestParamInfo<Guard>& info) {
-    return info.param.name;
-}
 
 const std::vector<Guard> kActiveDriveGuards = {
     {"Report", kCreateReport, kMenuCreateReport, kNoActiveDrive,
@@ -64,36 +55,38 @@ std::vector<Guard> join(std::vector<Guard> all, const std::vector<Guard>& more) 
 const std::vector<Guard> kNothingChosen = join(kActiveDriveGuards, kNoneTickedGuards);
 const std::vector<Guard> kBeforeLoading = join(kNothingChosen, kEmptyListGuards);
 
-/// By button and by menu command, the guard shows its box and nothing else.
-class GuardTest : public UiTest, public ::testing::WithParamInterface<Guard> {
+/// By button and by menu command, a guard shows its box and nothing else.
+class GuardTest : public UiTest {
   protected:
-    void expectGuard() const {
+    void expectGuards(const std::vector<Guard>& guards) const {
+        for (const Guard& guard : guards) {
+            SCOPED_TRACE(guard.name);
+            expectGuard(guard);
+        }
+    }
+    /// Loads the drives: nothing is ticked or active then.
+    void chooseNothing() const { torvane().loadDrives(); }
+
+  private:
+    void expectGuard(const Guard& guard) const {
         const int rows = torvane().logList().rowCount();
-        torvane().press(GetParam().button);
-        expectStopBox(GetParam().caption, GetParam().text);
+        torvane().press(guard.button);
+        expectStopBox(guard.caption, guard.text);
         expectNoBox();
-        if (GetParam().menu != 0) {
-            torvane().command(GetParam().menu);
-            expectStopBox(GetParam().caption, GetParam().text);
+        if (guard.menu != 0) {
+            torvane().command(guard.menu);
+            expectStopBox(guard.caption, guard.text);
             expectNoBox();
         }
         EXPECT_EQ(torvane().logList().rowCount(), rows) << "the command went on";
     }
-    void loadOnce() const {
-        if (torvane().driveList().rowCount() == 0) {
-            torvane().loadDrives();
-        }
-    }
 };
 
-class BeforeLoadingTest : public GuardTest {};
-TEST_P(BeforeLoadingTest, CommandIsRefused) {
-    expectGuard();
-}
-INSTANTIATE_TEST_SUITE_P(All, BeforeLoadingTest, ::testing::ValuesIn(kBeforeLoading), nameOf);
-
-class ExtendedFunctionsTest : public UiTest {};
-TEST_F(ExtendedFunctionsTest, DetectBitlockerWantsAnActiveDrive) {
+TEST_F(GuardTest, CommandsAreRefusedBeforeTheDrivesAreLoaded) {
+    if (torvane().driveList().rowCount() != 0) {
+        restart(layOutBench());
+    }
+    expectGuards(kBeforeLoading);
     const int rows = torvane().logList().rowCount();
     torvane().command(kMenuBitLocker);
     expectBox("****** CHOOSE A DRIVE ******", "Please choose a drive to check for BITLOCKER encryption.",
@@ -102,39 +95,31 @@ TEST_F(ExtendedFunctionsTest, DetectBitlockerWantsAnActiveDrive) {
     EXPECT_EQ(torvane().logList().rowCount(), rows) << "the command went on";
 }
 
-class NothingChosenTest : public GuardTest {};
-TEST_P(NothingChosenTest, CommandIsRefused) {
-    loadOnce();
-    expectGuard();
+TEST_F(GuardTest, CommandsAreRefusedWhileNoDriveIsChosen) {
+    chooseNothing();
+    expectGuards(kNothingChosen);
 }
-INSTANTIATE_TEST_SUITE_P(All, NothingChosenTest, ::testing::ValuesIn(kNothingChosen), nameOf);
 
-class OnlyTickedTest : public GuardTest {};
-TEST_P(OnlyTickedTest, TickedDriveIsNotActive) {
-    loadOnce();
+TEST_F(GuardTest, ATickedDriveIsNotActive) {
+    chooseNothing();
     torvane().driveList().setTicked(1, true);
-    expectGuard();
+    expectGuards(kActiveDriveGuards);
 }
-INSTANTIATE_TEST_SUITE_P(All, OnlyTickedTest, ::testing::ValuesIn(kActiveDriveGuards), nameOf);
 
-class OnlyActiveTest : public GuardTest {};
-TEST_P(OnlyActiveTest, ActiveDriveIsNotTicked) {
-    loadOnce();
+TEST_F(GuardTest, AnActiveDriveIsNotTicked) {
+    chooseNothing();
     torvane().driveList().click(1);
-    expectGuard();
+    expectGuards(kNoneTickedGuards);
 }
-INSTANTIATE_TEST_SUITE_P(All, OnlyActiveTest, ::testing::ValuesIn(kNoneTickedGuards), nameOf);
 
-class TwoTickedTest : public GuardTest {};
-TEST_P(TwoTickedTest, CommandIsRefused) {
-    loadOnce();
+TEST_F(GuardTest, TwoTickedDrivesAreTooManyAndStayTicked) {
+    chooseNothing();
     torvane().driveList().setTicked(0, true);
     torvane().driveList().setTicked(1, true);
-    expectGuard();
+    expectGuards(kTwoTickedGuards);
     EXPECT_TRUE(torvane().driveList().ticked(0));
     EXPECT_TRUE(torvane().driveList().ticked(1));
 }
-INSTANTIATE_TEST_SUITE_P(All, TwoTickedTest, ::testing::ValuesIn(kTwoTickedGuards), nameOf);
 
 } // namespace
 } // namespace torvane::driver

@@ -98,4 +98,8 @@ BenchFolder soundDriveBench() {
     return BenchFolder().drive("sound", diskJson(kDisks[0]));
 }
 
+BenchFolder gradedDrivesBench() {
+    return soundDriveBench().drive("ageing", diskJson(kDisks[1])).drive("wearing", diskJson(kDisks[2]));
+}
+
 } // namespace torvane::driver

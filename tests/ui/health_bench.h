@@ -11,4 +11,7 @@ namespace torvane::driver {
 /// The drive "SOUND" alone.
 [[nodiscard]] BenchFolder soundDriveBench();
 
+/// The drives "SOUND", "AGEING" and "WEARING", of the levels 0, 1 and 2.
+[[nodiscard]] BenchFolder gradedDrivesBench();
+
 } // namespace torvane::driver

@@ -223,4 +223,19 @@ void clickAndExpectPanel(const TorvaneWindow& torvane, const ExpectedPanel& expe
     expectPanel(torvane, expected);
 }
 
+RECT healthMessageInk(const TorvaneWindow& torvane) {
+    constexpr int kDark = 150; // of 765
+    const Picture picture = Picture::ofScreen(torvane.control(kHealthMessage).rect());
+    RECT area{picture.width(), picture.height(), 0, 0};
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (distance(picture.at(x, y), RGB(0, 0, 0)) < kDark) {
+                area = {std::min<LONG>(area.left, x), std::min<LONG>(area.top, y), std::max<LONG>(area.right, x + 1),
+                        std::max<LONG>(area.bottom, y + 1)};
+            }
+        }
+    }
+    return area;
+}
+
 } // namespace torvane::driver

@@ -45,4 +45,7 @@ void clickAndExpectPanel(const TorvaneWindow& torvane, const ExpectedPanel& expe
 /// Expects what the window shows now to be that panel.
 void expectPanel(const TorvaneWindow& torvane, const ExpectedPanel& expected);
 
+/// The smallest rectangle that holds everything dark in the health message's place, in pixels of it.
+[[nodiscard]] RECT healthMessageInk(const TorvaneWindow& torvane);
+
 } // namespace torvane::driver

@@ -30,9 +30,7 @@ class HexViewerTest : public UiTest {
     }
 
     [[nodiscard]] Window open(int drive) const {
-        if (torvane().driveList().rowCount() == 0) {
-            torvane().loadDrives();
-        }
+        torvane().loadDrivesOnce();
         torvane().driveList().click(drive);
         torvane().press(kQuickDiskView);
         Window viewer = program().awaitDialog();

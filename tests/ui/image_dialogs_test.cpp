@@ -81,55 +81,41 @@ TEST_P(EitherImageTest, ACancelledFolderIsToldAndNothingOpens) {
     expectNoBox();
 }
 
-TEST_P(EitherImageTest, ShowsDriveAndFolder) {
+TEST_P(EitherImageTest, ShowsDriveAndFolderAndDoesNothingBeforeTheStart) {
     const fs::path folder = emptyFolder("shown");
     const CopyDialogWindow dialog = open(GetParam(), folder);
     EXPECT_EQ(dialog.window().text(), GetParam().title);
     EXPECT_EQ(dialog.window().child(kImagingText).text(), " Imaging: SOURCE");
     EXPECT_THAT(dialog.window().child(kFolderText).text(), ::testing::EndsWith("\\shown"));
     EXPECT_EQ(dialog.status(), "");
+    dialog.terminate();
+    EXPECT_TRUE(dialog.window().enabled()) << "nothing runs yet, and it asks";
     dialog.leave();
     EXPECT_TRUE(fs::is_empty(folder)) << "nothing is made before the start";
 }
 
-TEST_P(EitherImageTest, HoldsTheDrivesBytes) {
-    const fs::path folder = emptyFolder("images");
-    const CopyDialogWindow dialog = open(GetParam(), folder);
-    dialog.start();
-    dialog.awaitStatus(GetParam().completed);
-    finish(GetParam(), dialog);
-    awaitDriveStatus("SOURCE", "COMPLETED");
-    EXPECT_TRUE(readFile(onlyFile(folder, ".img")) == noise(7, 0, kSourceSize));
-    dialog.leave();
-}
-
-TEST_P(EitherImageTest, ASecondImageGetsTheNextNumber) {
+TEST_P(EitherImageTest, ImagesHoldTheDrivesBytesAndCountOnFromARandomNumberThatIsKept) {
     const fs::path counter = program().folder() / "FileCounter.txt";
-    writeFile(counter, std::string("\x28\x00\x00\x00", 4)); // 40
-    for (const char* number : {"41", "42"}) {
-        const fs::path folder = emptyFolder(number);
+    fs::remove(counter);
+    int last = 0;
+    for (const char* const name : {"first", "second"}) {
+        SCOPED_TRACE(name);
+        const fs::path folder = emptyFolder(name);
         const CopyDialogWindow dialog = open(GetParam(), folder);
         dialog.start();
         dialog.awaitStatus(GetParam().completed);
         finish(GetParam(), dialog);
-        EXPECT_EQ(imageNumber(folder), number);
+        awaitDriveStatus("SOURCE", "COMPLETED");
+        EXPECT_TRUE(readFile(onlyFile(folder, ".img")) == noise(7, 0, kSourceSize));
+        const int number = std::stoi(imageNumber(folder));
+        EXPECT_TRUE(last == 0 || number == last + 1) << number << " after " << last;
+        last = number;
+        const std::string kept = readFile(counter);
+        ASSERT_EQ(kept.size(), 4U);
+        EXPECT_EQ(static_cast<unsigned char>(kept[0]) + 256 * static_cast<unsigned char>(kept[1]), number);
+        EXPECT_EQ(kept.substr(2), std::string(2, '\0'));
         dialog.leave();
     }
-    EXPECT_EQ(readFile(counter), std::string("\x2A\x00\x00\x00", 4));
-}
-
-TEST_P(EitherImageTest, WithoutACounterItBeginsAtARandomNumberThatIsKept) {
-    fs::remove(program().folder() / "FileCounter.txt");
-    const fs::path folder = emptyFolder("first");
-    const CopyDialogWindow dialog = open(GetParam(), folder);
-    dialog.start();
-    dialog.awaitStatus(GetParam().completed);
-    finish(GetParam(), dialog);
-    const int number = std::stoi(imageNumber(folder));
-    const std::string counter = readFile(program().folder() / "FileCounter.txt");
-    ASSERT_EQ(counter.size(), 4U);
-    EXPECT_EQ(static_cast<unsigned char>(counter[0]) + 256 * static_cast<unsigned char>(counter[1]), number);
-    dialog.leave();
 }
 
 TEST_P(EitherImageTest, AnImageThatCannotBeCreatedIsTold) {
@@ -150,44 +136,59 @@ TEST_P(EitherImageTest, AnImageThatCannotBeCreatedIsTold) {
     dialog.leave();
 }
 
-TEST_P(EitherImageTest, TooLittleSpaceIsTold) {
-    // The images' folder lies on Z:, which has this much room as far as the program is told.
-    useBench(copyBench().drive("4-volume", R"({"number": 4, "bus": "nvme", "size": "8 GiB", "road": "nvme-query",
+/// The images' folder lies on Z:, which has as much room as the source is large, as far as the program is told.
+class ImageRoomTest : public ImageTest, public ::testing::WithParamInterface<ImageCommand> {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return copyBench().drive("4-volume", R"({"number": 4, "bus": "nvme", "size": "8 GiB", "road": "nvme-query",
         "identity": {"product": "ROOM", "revision": "1", "serial": "R-4"},
-        "volumes": [{"letter": "Z", "freeSpace": 62914560,
-                     "extents": [{"offset": "1 MiB", "length": "4 GiB"}]}]})"));
+        "volumes": [{"letter": "Z", "freeSpace": 73400320,
+                     "extents": [{"offset": "1 MiB", "length": "4 GiB"}]}]})");
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(All, ImageRoomTest, ::testing::Values(kImageCommand, kForensicCommand), nameOf);
+
+TEST_P(ImageRoomTest, TooLittleIsToldAndExactlyEnoughIsEnough) {
     const fs::path folder = emptyFolder("full");
-    tickOnly("SOURCE");
+    tickOnly("TARGET");
     pressCopyCommand(GetParam().button);
     chooseFolder(program(), folder);
     std::string name = folder.string();
     std::replace(name.begin(), name.end(), '/', '\\');
     expectBox("****** NOT ENOUGH SPACE ******",
-              "IMAGE Drive is [73400320 bytes]. This is [10485760 bytes] greater than the total FREE SPACE of "
-              "[62914560 bytes] on Destination Volume [" +
+              "IMAGE Drive is [83886080 bytes]. This is [10485760 bytes] greater than the total FREE SPACE of "
+              "[73400320 bytes] on Destination Volume [" +
                   name + "]. Imaging Cancelled",
               BoxIcon::kExclamation, "OK");
     expectNoBox();
-}
 
-TEST_P(EitherImageTest, ExactlyEnoughSpaceIsEnough) {
-    useBench(copyBench().drive("4-volume", R"({"number": 4, "bus": "nvme", "size": "8 GiB", "road": "nvme-query",
-        "identity": {"product": "ROOM", "revision": "1", "serial": "R-4"},
-        "volumes": [{"letter": "Z", "freeSpace": 73400320,
-                     "extents": [{"offset": "1 MiB", "length": "4 GiB"}]}]})"));
     const CopyDialogWindow dialog = open(GetParam(), emptyFolder("exact"));
     EXPECT_EQ(dialog.window().text(), GetParam().title);
     dialog.leave();
 }
 
-TEST_P(EitherImageTest, UnreadableBlocksAreMarked) {
-    useBench(copyBenchWithFaults(R"({"reads": [{"firstSector": 3}]})"));
+/// Images of a drive whose first block cannot be read.
+class MarkedImageTest : public ImageTest, public ::testing::WithParamInterface<ImageCommand> {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return copyBenchWithFaults(R"({"reads": [{"firstSector": 3}]})");
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(All, MarkedImageTest, ::testing::Values(kImageCommand, kForensicCommand), nameOf);
+
+TEST_P(MarkedImageTest, UnreadableBlocksAreMarkedAndTheImageIsVerifiedAllTheSame) {
+    const bool forensic = GetParam().button == kForensicImage;
     const fs::path folder = emptyFolder("marked");
     const CopyDialogWindow dialog = open(GetParam(), folder);
     dialog.start();
     dialog.awaitStatus(GetParam().completed);
-    finish(GetParam(), dialog);
-    awaitDriveStatus("SOURCE", "BAD 1 unreadable block");
+    if (forensic) {
+        answerVerify(dialog, "Yes");
+        expectBoxOver(dialog, "****** VERIFY SUCCEEDED ******", "CREATED File has been verified", BoxIcon::kNone, "OK");
+    }
+    awaitDriveStatus("SOURCE", forensic ? "BAD 1 unreadable block, verified" : "BAD 1 unreadable block");
     const std::string image = readFile(onlyFile(folder, ".img"));
     EXPECT_TRUE(image == unreadable(32 * kMebibyte) + noise(7, 32 * kMebibyte, 38 * kMebibyte));
     EXPECT_EQ(torvane().log().back().message, "BAD READ BLOCK AT SECTOR: [0]");
@@ -199,7 +200,7 @@ class HeldImageTest : public ImageTest {
   protected:
     [[nodiscard]] BenchFolder layOutBench() const override { return copyBenchHeldAt(kInSecondBlock); }
     void SetUp() override {
-        ImageTest::SetUp();
+        UiTest::SetUp();
         program().takeTime();
     }
     /// Starts an image of which the first block has been copied when this returns.
@@ -262,17 +263,20 @@ constexpr const char* kTerminateText =
 
 class ForensicTest : public ImageTest {
   protected:
-    [[nodiscard]] CopyDialogWindow openIt(const fs::path& folder) const { return open(kForensicCommand, folder); }
+    /// Makes an image; returns when image and hash file are written and the user is asked whether to verify them.
+    [[nodiscard]] CopyDialogWindow makeImage(const fs::path& folder) const {
+        CopyDialogWindow dialog = open(kForensicCommand, folder);
+        dialog.start();
+        dialog.awaitStatus(" Image SUCCESSFULLY Completed");
+        (void)program().awaitBoxOver(dialog.window());
+        return dialog;
+    }
 };
 
 TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
     writeFile(program().folder() / "FileCounter.txt", std::string("\x28\x00\x00\x00", 4));
     const fs::path folder = emptyFolder("forensic");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    dialog.awaitStatus(" Image SUCCESSFULLY Completed");
-    // The question comes when the hash file has been written.
-    (void)program().awaitBoxOver(dialog.window());
+    const CopyDialogWindow dialog = makeImage(folder);
     // MD5 of the source's noise, as md5sum gives it.
     EXPECT_EQ(withoutTime(readFile(folder / "MD5-HASH--SOURCE.41.txt")),
               "KVL Data MD5 HASH\nDate:\t\t\t#\nTime:\t\t\t#\nDrive Model:\t[SOURCE]\nSerial Number:\t[SRC-1]\n"
@@ -283,31 +287,9 @@ TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
     dialog.leave();
 }
 
-TEST_F(ForensicTest, WithoutVerificationTheHashFileStays) {
-    const fs::path folder = emptyFolder("unverified");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    answerVerify(dialog, "No");
-    awaitDriveStatus("SOURCE", "COMPLETED");
-    dialog.leave();
-    EXPECT_THAT(readFile(onlyFile(folder, ".txt")), StartsWith("KVL Data MD5 HASH\n"));
-}
-
-TEST_F(ForensicTest, AnImageWithMarkersIsVerifiedToo) {
-    useBench(copyBenchWithFaults(R"({"reads": [{"firstSector": 70000}]})"));
-    const CopyDialogWindow dialog = openIt(emptyFolder("markers"));
-    dialog.start();
-    answerVerify(dialog, "Yes");
-    expectBoxOver(dialog, "****** VERIFY SUCCEEDED ******", "CREATED File has been verified", BoxIcon::kNone, "OK");
-    awaitDriveStatus("SOURCE", "BAD 1 unreadable block, verified");
-    dialog.leave();
-}
-
 TEST_F(ForensicTest, AnImageThatWasChangedIsNotVerified) {
     const fs::path folder = emptyFolder("changed");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    (void)program().awaitBoxOver(dialog.window());
+    const CopyDialogWindow dialog = makeImage(folder);
     {
         std::fstream image(onlyFile(folder, ".img"), std::ios::in | std::ios::out | std::ios::binary);
         image.seekp(5 * kMebibyte);
@@ -319,35 +301,9 @@ TEST_F(ForensicTest, AnImageThatWasChangedIsNotVerified) {
     dialog.leave();
 }
 
-TEST_F(ForensicTest, AnImageThatIsGoneCannotBeVerified) {
-    const fs::path folder = emptyFolder("removed");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    (void)program().awaitBoxOver(dialog.window());
-    fs::remove(onlyFile(folder, ".img"));
-    answerVerify(dialog, "Yes");
-    dialog.awaitStatus("Could not open image for VERIFICATION");
-    awaitDriveStatus("SOURCE", "BAD verification failed");
-    dialog.leave();
-}
-
-TEST_F(ForensicTest, AnImageThatWasCutHalfwayIsNotVerified) {
-    const fs::path folder = emptyFolder("cut");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    (void)program().awaitBoxOver(dialog.window());
-    fs::resize_file(onlyFile(folder, ".img"), 10 * kMebibyte);
-    answerVerify(dialog, "Yes");
-    // What is left is read whole: it is another image.
-    expectBoxOver(dialog, "****** VERIFY FAILED ******", "CREATED File has NOT been verified", BoxIcon::kNone, "OK");
-    dialog.leave();
-}
-
 TEST_F(ForensicTest, ATerminatedVerificationAsksFirstAndComparesWhatWasRead) {
     const fs::path folder = emptyFolder("stopped");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    (void)program().awaitBoxOver(dialog.window());
+    const CopyDialogWindow dialog = makeImage(folder);
     // So much to read that the verification surely still runs when it is terminated.
     lengthen(onlyFile(folder, ".img"), 64 * 1024 * std::int64_t{kMebibyte});
     answerVerify(dialog, "Yes");
@@ -362,29 +318,6 @@ TEST_F(ForensicTest, ATerminatedVerificationAsksFirstAndComparesWhatWasRead) {
     dialog.leave();
 }
 
-TEST_F(ForensicTest, AHashFileThatCannotBeCreatedIsLoggedAndTheImageStays) {
-    writeFile(program().folder() / "FileCounter.txt", std::string("\x28\x00\x00\x00", 4));
-    const fs::path folder = emptyFolder("no-hash-file");
-    // A folder of that name is in the way.
-    fs::create_directory(folder / "MD5-HASH--SOURCE.41.txt");
-    const CopyDialogWindow dialog = openIt(folder);
-    dialog.start();
-    answerVerify(dialog, "No");
-    const LogEntry last = torvane().log().back();
-    EXPECT_EQ(last.type, "ERROR");
-    EXPECT_THAT(last.message,
-                ::testing::MatchesRegex("Could not CREATE HASH file for .*MD5-HASH--SOURCE.41.txt.*Exiting."));
-    EXPECT_TRUE(readFile(folder / "SOURCE.41.img") == noise(7, 0, kSourceSize));
-    dialog.leave();
-}
-
-TEST_F(ForensicTest, TerminateAsksNothingBeforeTheStart) {
-    const CopyDialogWindow dialog = openIt(emptyFolder("idle"));
-    dialog.terminate();
-    EXPECT_TRUE(dialog.window().enabled()) << "nothing runs yet, and it asks";
-    dialog.leave();
-}
-
 TEST_F(HeldImageTest, AForensicImageGoesOnWhenItsTerminationIsDeclined) {
     const fs::path folder = emptyFolder("declined");
     const CopyDialogWindow dialog = startImage(kForensicCommand, folder);
@@ -395,6 +328,7 @@ TEST_F(HeldImageTest, AForensicImageGoesOnWhenItsTerminationIsDeclined) {
     answerVerify(dialog, "No");
     dialog.leave();
     EXPECT_EQ(readFile(onlyFile(folder, ".img")).size(), kSourceSize);
+    EXPECT_THAT(readFile(onlyFile(folder, ".txt")), StartsWith("KVL Data MD5 HASH\n")) << "without verification too";
 }
 
 TEST_F(HeldImageTest, ATerminatedForensicImageIsNeitherVerifiedNorHashed) {

@@ -59,9 +59,7 @@ class ListTest : public UiTest {
     }
 
     void loadOnce() const {
-        if (torvane().driveList().rowCount() == 0) {
-            torvane().loadDrives();
-        }
+        torvane().loadDrivesOnce();
         parkMouse();
     }
 
@@ -99,7 +97,7 @@ TEST_F(ListTest, LogListHasItsStyle) {
 }
 
 TEST_F(ListTest, TickingDoesNotChooseTheActiveDrive) {
-    loadOnce();
+    torvane().loadDrives(); // no drive is active after it
     const ListView list = torvane().driveList();
     list.clickCheckBox(1);
     await("the row is ticked", [&] { return list.ticked(1); });
@@ -131,8 +129,7 @@ TEST_F(ListTest, OnlyOneRowIsSelectedAtATime) {
 }
 
 TEST_F(ListTest, ClickBelowTheRowsChoosesNothing) {
-    restart(pairBench());
-    loadOnce();
+    torvane().loadDrives(); // no drive is active after it
     const ListView list = torvane().driveList();
     const RECT last = list.cellRect(list.rowCount() - 1, 1);
     const RECT area = list.window().clientRect();

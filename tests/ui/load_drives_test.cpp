@@ -17,16 +17,6 @@ using ::testing::ElementsAre;
 
 using Row = std::vector<std::string>;
 
-std::vector<std::string> messages(const std::vector<LogEntry>& log, const std::string& type) {
-    std::vector<std::string> texts;
-    for (const LogEntry& entry : log) {
-        if (entry.type == type) {
-            texts.push_back(entry.message);
-        }
-    }
-    return texts;
-}
-
 /// Now, as "year/month/day hour:minute:second", which sorts by time.
 std::string localTime() {
     SYSTEMTIME now{};
@@ -47,19 +37,6 @@ class LoadDrivesTest : public UiTest {
         return all;
     }
 };
-
-TEST_F(LoadDrivesTest, DriveListHasItsColumns) {
-    const ListView list = torvane().driveList();
-    const std::vector<std::pair<std::string, int>> columns{{"Model", 250},       {"Serial Number", 150},
-                                                           {"Size Sectors", 90}, {"Size GB", 85},
-                                                           {"Interface", 120},   {"Status", 460}};
-    ASSERT_EQ(list.columnCount(), static_cast<int>(columns.size()));
-    for (int column = 0; column < list.columnCount(); ++column) {
-        EXPECT_EQ(list.heading(column), columns[static_cast<std::size_t>(column)].first);
-        EXPECT_EQ(list.columnWidth(column), columns[static_cast<std::size_t>(column)].second);
-    }
-    EXPECT_EQ(list.rowCount(), 0);
-}
 
 /// The first scan of a fresh program, looked at from all sides.
 class FirstLoadTest : public LoadDrivesTest {
@@ -87,6 +64,18 @@ class FirstLoadTest : public LoadDrivesTest {
     }
 };
 
+TEST_F(FirstLoadTest, DriveListHasItsColumns) {
+    const ListView list = torvane().driveList();
+    const std::vector<std::pair<std::string, int>> columns{{"Model", 250},       {"Serial Number", 150},
+                                                           {"Size Sectors", 90}, {"Size GB", 85},
+                                                           {"Interface", 120},   {"Status", 460}};
+    ASSERT_EQ(list.columnCount(), static_cast<int>(columns.size()));
+    for (int column = 0; column < list.columnCount(); ++column) {
+        EXPECT_EQ(list.heading(column), columns[static_cast<std::size_t>(column)].first);
+        EXPECT_EQ(list.columnWidth(column), columns[static_cast<std::size_t>(column)].second);
+    }
+}
+
 TEST_F(FirstLoadTest, ListsEveryDriveInProbeOrder) {
     const ListView list = torvane().driveList();
     ASSERT_EQ(list.rowCount(), 4);
@@ -108,8 +97,8 @@ TEST_F(FirstLoadTest, LogTellsTheScan) {
     EXPECT_EQ(log.front().message, "Beginning Drive Scan");
     EXPECT_EQ(log.back().type, "STATUS");
     EXPECT_EQ(log.back().message, "Drive Scan Completed: [4] Drives Found");
-    EXPECT_THAT(messages(log, "DIAG"), ElementsAre(R"(USB PHYS [\\.\PhysicalDrive2])"));
-    EXPECT_THAT(messages(log, "FAILURE"), ElementsAre());
+    EXPECT_THAT(torvane().logMessages("DIAG"), ElementsAre(R"(USB PHYS [\\.\PhysicalDrive2])"));
+    EXPECT_THAT(torvane().logMessages("FAILURE"), ElementsAre());
 }
 
 TEST_F(FirstLoadTest, ProbesTwentyNumbersThenTheLettersFromC) {
@@ -134,22 +123,6 @@ TEST_F(FirstLoadTest, AsksDiskpartForTheReadOnlyAttributeOfEachDrive) {
     EXPECT_THAT(asked, ElementsAre("select disk 0", "select disk 1", "select disk 2", "select disk 3"));
 }
 
-TEST_F(LoadDrivesTest, LoadingAgainShowsEachDriveOnce) {
-    torvane().loadDrives();
-    torvane().driveList().setTicked(1, true);
-    torvane().loadDrives();
-    EXPECT_THAT(models(), ElementsAre("HALDANE HD5000", "Tarn N256"));
-    EXPECT_FALSE(torvane().driveList().ticked(1)) << "a tick of the last scan is still there";
-}
-
-TEST_F(LoadDrivesTest, LoadingForgetsTheActiveDrive) {
-    torvane().loadDrives();
-    torvane().driveList().click(1);
-    torvane().loadDrives();
-    torvane().press(kCreateReport);
-    expectStopBox("***** NO ACTIVE DRIVE *****", "Load Drives, and click on drive to make ACTIVE for report.");
-}
-
 TEST_F(LoadDrivesTest, LogRowsCarryLocalDateAndTime) {
     const std::string before = localTime();
     torvane().loadDrives();
@@ -164,108 +137,23 @@ TEST_F(LoadDrivesTest, LogRowsCarryLocalDateAndTime) {
     EXPECT_LE(logged, after);
 }
 
-TEST_F(LoadDrivesTest, EmptyBenchFindsNothing) {
-    restart(BenchFolder().bench(R"({"title": "no drive at all"})"));
+TEST_F(LoadDrivesTest, LoadingAgainBeginsAnewWithTheDrivesThatAreThereNow) {
+    leaveProgramUsed(); // a drive of its bench is unplugged
     torvane().loadDrives();
-    EXPECT_EQ(torvane().driveList().rowCount(), 0);
-    EXPECT_EQ(torvane().log().back().message, "Drive Scan Completed: [0] Drives Found");
-    torvane().press(kQuickDiskView);
-    expectStopBox("***** NO ACTIVE DRIVE *****", "Please choose a drive to view");
-    leaveProgramUsed();
-}
+    torvane().driveList().setTicked(1, true);
+    torvane().driveList().click(1);
+    torvane().loadDrives();
+    EXPECT_THAT(models(), ElementsAre("HALDANE HD5000", "Tarn N256")) << "each drive once";
+    EXPECT_FALSE(torvane().driveList().ticked(1)) << "a tick of the last scan is still there";
+    torvane().press(kCreateReport);
+    expectStopBox("***** NO ACTIVE DRIVE *****", "Load Drives, and click on drive to make ACTIVE for report.");
 
-TEST_F(LoadDrivesTest, GapInTheNumberingIsClosed) {
-    BenchFolder folder;
-    folder.drive("a", R"({"number": 0, "bus": "sata", "size": "1 GiB", "road": "ata",
-        "identity": {"product": "FIRST", "serial": "S0"}})");
-    folder.drive("b", R"({"number": 2, "bus": "nvme", "size": "2 GiB", "road": "nvme-query",
-        "identity": {"product": "THIRD", "serial": "S2"}})");
-    // A bridge that passes no ATA command on is all that is known of its disk.
-    folder.drive("e", R"({"number": 7, "bus": "usb", "size": "1 GiB",
-        "identity": {"vendor": "Corvina", "product": "Pocket Disk", "serial": "S7"}})");
-    folder.drive("c", R"({"number": 19, "bus": "raid", "size": "3 GiB",
-        "identity": {"product": "LAST", "serial": "S19"}})");
-    folder.drive("d", R"({"number": 20, "bus": "raid", "size": "4 GiB",
-        "identity": {"product": "BEYOND", "serial": "S20"}})");
-    restart(folder);
-    torvane().loadDrives();
-    EXPECT_THAT(models(), ElementsAre("FIRST", "THIRD", "Corvina", "LAST"));
-    EXPECT_EQ(torvane().log().back().message, "Drive Scan Completed: [4] Drives Found");
-    leaveProgramUsed();
-}
-
-TEST_F(LoadDrivesTest, DriveThatCannotBeUsedIsSkipped) {
-    BenchFolder folder;
-    folder.drive("a", R"({"number": 0, "bus": "sd", "size": "1 GiB", "identity": {"product": "CARD"}})");
-    folder.drive("b", R"({"number": 1, "bus": "sata", "size": "1 GiB", "road": "ata",
-        "identity": {"product": "GOOD", "serial": "G1"}})");
-    folder.drive("c", R"({"number": 2, "bus": "sata", "size": "1 GiB", "road": "ata",
-        "identity": {"product": "MUTE"}, "faults": {"open": "ERROR_ACCESS_DENIED"}})");
-    folder.drive("d", R"({"number": 3, "bus": "iscsi", "size": "1 GiB", "identity": {"product": "TARGET"}})");
-    restart(folder);
-    torvane().loadDrives();
-    EXPECT_THAT(models(), ElementsAre("GOOD"));
-    EXPECT_THAT(messages(torvane().log(), "FAILURE"),
-                ElementsAre("Unsupported Bus Type [Secure Digital] BUS: [12] for Physical Device [0]",
-                            "Unsupported Bus Type [iSCSI] BUS: [9] for Physical Device [3]"));
-    EXPECT_EQ(torvane().log().back().message, "Drive Scan Completed: [1] Drives Found");
-    leaveProgramUsed();
-}
-
-TEST_F(LoadDrivesTest, UnpluggedDriveIsGoneAfterTheNextLoad) {
-    restart(pairBench());
-    torvane().loadDrives();
     program().unplug(1);
     torvane().loadDrives();
     EXPECT_THAT(models(), ElementsAre("HALDANE HD5000"));
     program().plug(1);
     torvane().loadDrives();
     EXPECT_THAT(models(), ElementsAre("HALDANE HD5000", "Tarn N256"));
-    leaveProgramUsed();
-}
-
-TEST_F(LoadDrivesTest, MissingDiskpartIsLoggedAndTheScanGoesOn) {
-    restart(pairBench().bench(R"({"tools": {"diskpart": {"missing": true}}})"));
-    torvane().loadDrives();
-    EXPECT_EQ(torvane().driveList().rowCount(), 2);
-    EXPECT_THAT(messages(torvane().log(), "ERROR"),
-                ::testing::Contains("PARSE_BuildDataFile: [DISKPART Results.txt] CreateProcess FAILED").Times(2));
-    leaveProgramUsed();
-}
-
-/// A scan that takes a few seconds, because diskpart does.
-class SlowScanTest : public UiTest {
-  protected:
-    [[nodiscard]] BenchFolder layOutBench() const override { return slowBench(1200); }
-};
-
-TEST_F(SlowScanTest, ProgressShowsTheStagesWithoutTheFourthAndHides) {
-    torvane().startLoading();
-    const Window bar = torvane().control(kScanProgress);
-    const Window status = torvane().control(kScanStatus);
-    await("the progress bar shows", [&] { return bar.visible(); });
-    std::set<LRESULT> positions;
-    std::vector<std::string> texts;
-    await(
-        "the progress bar hides again",
-        [&] {
-            positions.insert(bar.send(PBM_GETPOS));
-            const std::string text = status.text();
-            if (!text.empty() && (texts.empty() || texts.back() != text)) {
-                texts.push_back(text);
-            }
-            return !bar.visible();
-        },
-        std::chrono::seconds(120));
-    await("the status hides with it", [&] { return !status.visible(); });
-    EXPECT_EQ(bar.send(PBM_GETRANGE, FALSE), 5);
-    EXPECT_EQ(bar.send(PBM_GETRANGE, TRUE), 0);
-    EXPECT_EQ(positions.count(4), 0U);
-    EXPECT_EQ(positions.count(2), 1U) << "the longest stage was never shown";
-    EXPECT_EQ(*positions.rbegin(), 5);
-    ASSERT_FALSE(texts.empty());
-    EXPECT_EQ(texts.back(), "Scan Complete");
-    EXPECT_THAT(texts, ::testing::Contains("Loading Physical Devices"));
 }
 
 /// A scan that goes on until it is let go.
@@ -301,17 +189,6 @@ TEST_F(HeldScanTest, LoadDrivesIsDeafWhileAScanRuns) {
     EXPECT_EQ(torvane().driveList().rowCount(), 2);
 }
 
-TEST_F(HeldScanTest, LoaderStillWorkingIsSaidAfterTheJobWasTerminated) {
-    torvane().startLoading();
-    torvane().press(kTerminate);
-    expectQuestion("***** STATUS TERMINATE JOB STATUS *****",
-                   "You are about to TERMINATE the current job. Is that your intent?", "Yes");
-    torvane().press(kLoadDrives);
-    expectStopBox("***** Working *****", "Drive Loader is Working");
-    letScanEnd();
-    EXPECT_EQ(torvane().driveList().rowCount(), 2);
-}
-
 TEST_F(HeldScanTest, WindowAnswersWhileTheScanRuns) {
     torvane().startLoading();
     torvane().press(kLogToggle);
@@ -321,6 +198,42 @@ TEST_F(HeldScanTest, WindowAnswersWhileTheScanRuns) {
     torvane().press(kQuickDiskView);
     expectStopBox("***** NO ACTIVE DRIVE *****", "Please choose a drive to view");
     letScanEnd();
+}
+
+TEST_F(HeldScanTest, ProgressShowsTheStagesWithoutTheFourthAndHides) {
+    torvane().startLoading();
+    const Window bar = torvane().control(kScanProgress);
+    const Window status = torvane().control(kScanStatus);
+    await("the progress bar shows", [&] { return bar.visible(); });
+    std::set<LRESULT> positions;
+    std::vector<std::string> texts;
+    const auto look = [&] {
+        positions.insert(bar.send(PBM_GETPOS));
+        const std::string text = status.text();
+        if (!text.empty() && (texts.empty() || texts.back() != text)) {
+            texts.push_back(text);
+        }
+    };
+    await("the longest stage is shown", [&] {
+        look();
+        return positions.contains(2);
+    });
+    program().hurry();
+    await(
+        "the progress bar hides again",
+        [&] {
+            look();
+            return !bar.visible();
+        },
+        std::chrono::seconds(120));
+    await("the status hides with it", [&] { return !status.visible(); });
+    EXPECT_EQ(bar.send(PBM_GETRANGE, FALSE), 5);
+    EXPECT_EQ(bar.send(PBM_GETRANGE, TRUE), 0);
+    EXPECT_EQ(positions.count(4), 0U);
+    EXPECT_EQ(*positions.rbegin(), 5);
+    ASSERT_FALSE(texts.empty());
+    EXPECT_EQ(texts.back(), "Scan Complete");
+    EXPECT_THAT(texts, ::testing::Contains("Loading Physical Devices"));
 }
 
 } // namespace

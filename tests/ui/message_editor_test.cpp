@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 
 namespace torvane::driver {
 namespace {
@@ -17,18 +15,11 @@ constexpr int kExitEditor = 32781;
 constexpr int kEditMessages = 32; // in the system menu
 constexpr std::size_t kRecordBytes = 4168;
 
+/// A test that saves another message leaves the program used.
 class MessageEditorTest : public UiTest {
   protected:
-    void SetUp() override {
-        UiTest::SetUp();
-        restart(smallBench());
-    }
-
     [[nodiscard]] std::filesystem::path messageFile() const { return program().folder() / "Message.db"; }
-    [[nodiscard]] std::string fileBytes() const {
-        std::ifstream file(messageFile(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    [[nodiscard]] std::string fileBytes() const { return readFile(messageFile()); }
     /// The text of a record in the file.
     [[nodiscard]] std::string savedText(std::size_t record) const {
         return fileBytes().substr(record * kRecordBytes + 8, kRecordBytes - 8).c_str();
@@ -64,6 +55,16 @@ class MessageEditorTest : public UiTest {
     static void awaitClosed(const Window& editor) {
         await("the editor has closed", [&] { return !editor.exists(); });
     }
+    static void close(const Window& editor) {
+        choose(editor, kExitEditor);
+        awaitClosed(editor);
+    }
+    /// Closes the editor although it holds changes.
+    void drop(const Window& editor) const {
+        choose(editor, kExitEditor);
+        program().awaitBoxOver(editor).answer("Yes");
+        awaitClosed(editor);
+    }
 };
 
 TEST_F(MessageEditorTest, StandsInTheSystemMenuUnderAbout) {
@@ -72,10 +73,12 @@ TEST_F(MessageEditorTest, StandsInTheSystemMenuUnderAbout) {
     pressKey(torvane().window(), VK_SPACE, VK_MENU);
     pressKey(torvane().window(), VK_UP);
     pressKey(torvane().window(), VK_RETURN);
-    EXPECT_EQ(program().awaitDialog().text(), "Edit Messages") << "the last item";
+    const Window editor = program().awaitDialog();
+    EXPECT_EQ(editor.text(), "Edit Messages") << "the last item";
+    close(editor);
 }
 
-TEST_F(MessageEditorTest, ListsEveryMessageAndShowsTheChosenOne) {
+TEST_F(MessageEditorTest, ListsEveryMessageShowsTheChosenOneAndExitsWithoutAQuestion) {
     const Window editor = openEditor();
     EXPECT_EQ(editor.child(kChoice).send(CB_GETCOUNT), 4);
     EXPECT_EQ(editor.child(kChoice).text(), "Level 0, green lamp");
@@ -83,9 +86,13 @@ TEST_F(MessageEditorTest, ListsEveryMessageAndShowsTheChosenOne) {
     chooseNext(editor);
     EXPECT_EQ(editor.child(kChoice).text(), "Level 1, blue lamp");
     EXPECT_EQ(editor.child(kText).text(), savedText(1));
+    pressKey(editor, VK_ESCAPE);
+    awaitClosed(editor);
+    expectNoBox();
 }
 
 TEST_F(MessageEditorTest, UpdateWritesEveryEditedMessageAndNothingElse) {
+    leaveProgramUsed();
     const std::string before = fileBytes();
     const Window editor = openEditor();
     typeX(editor);
@@ -102,8 +109,7 @@ TEST_F(MessageEditorTest, UpdateWritesEveryEditedMessageAndNothingElse) {
     }
     EXPECT_EQ(fileBytes(), expected);
     EXPECT_FALSE(std::filesystem::exists(program().folder() / "Message.db.new"));
-    choose(editor, kExitEditor);
-    awaitClosed(editor);
+    close(editor);
 
     const Window again = openEditor();
     EXPECT_EQ(again.child(kText).text(), savedText(0)) << "the program works on what was saved";
@@ -116,19 +122,11 @@ TEST_F(MessageEditorTest, ExitAsksBeforeItDropsChanges) {
     choose(editor, kExitEditor);
     program().awaitBoxOver(editor).answer("No");
     EXPECT_EQ(editor.child(kText).text(), "x" + savedText(0)) << "nothing is lost by a No";
-    choose(editor, kExitEditor);
-    program().awaitBoxOver(editor).answer("Yes");
-    awaitClosed(editor);
+    drop(editor);
     EXPECT_EQ(fileBytes(), before);
-    EXPECT_EQ(openEditor().child(kText).text(), savedText(0)) << "dropped changes are gone";
-}
-
-TEST_F(MessageEditorTest, ExitWithoutChangesAsksNothing) {
-    const Window editor = openEditor();
-    chooseNext(editor);
-    pressKey(editor, VK_ESCAPE);
-    awaitClosed(editor);
-    expectNoBox();
+    const Window again = openEditor();
+    EXPECT_EQ(again.child(kText).text(), savedText(0)) << "dropped changes are gone";
+    close(again);
 }
 
 TEST_F(MessageEditorTest, AFileThatCannotBeWrittenIsToldAndChangesNothing) {
@@ -149,6 +147,7 @@ TEST_F(MessageEditorTest, AFileThatCannotBeWrittenIsToldAndChangesNothing) {
     EXPECT_EQ(fileBytes(), before);
     EXPECT_EQ(torvane().log().back().message, "Could not SAVE message file");
     EXPECT_EQ(editor.child(kText).text(), "x" + savedText(0)) << "what was typed is still there";
+    drop(editor);
 }
 
 class MessageEditorDuringJobTest : public UiTest {

@@ -6,16 +6,12 @@
 
 #include <array>
 #include <fstream>
-#include <iterator>
 
 namespace torvane::driver {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 namespace fs = std::filesystem;
 
@@ -58,11 +54,6 @@ constexpr std::array<const char*, 35> kFiles = {
     "license.txt",
 };
 
-std::string bytesOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 std::string native(fs::path path) {
     return path.make_preferred().string();
 }
@@ -79,7 +70,7 @@ TEST(ShippedFilesTest, DatabasesThatGrowBeginEmpty) {
 }
 
 TEST(ShippedFilesTest, TheLicenceNamesEveryPartAndWhereSmartctlsSourceIs) {
-    const std::string text = bytesOf(packageFolder() / "license.txt");
+    const std::string text = readFile(packageFolder() / "license.txt");
     for (const char* const part :
          {"TORVANE\r\n", "1. smartctl\r\n", "GNU GENERAL PUBLIC LICENSE\r\n", "END OF TERMS AND CONDITIONS\r\n",
           "https://www.smartmontools.org", "smartmontools_7.3.orig.tar.xz", "2. libharu\r\n", "Takeshi Kanno",
@@ -93,7 +84,7 @@ TEST(ShippedFilesTest, TheLicenceNamesEveryPartAndWhereSmartctlsSourceIs) {
 
 TEST(ShippedFilesTest, TextsEndTheirLinesAsWindowsDoes) {
     for (const char* const name : {"license.txt", "Suggestions.txt"}) {
-        const std::string text = bytesOf(packageFolder() / name);
+        const std::string text = readFile(packageFolder() / name);
         ASSERT_FALSE(text.empty()) << name;
         for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
             ASSERT_TRUE(at > 0 && text[at - 1] == '\r') << name << " at byte " << at;
@@ -105,9 +96,8 @@ class PortableDriveTest : public UiTest {
   protected:
     void SetUp() override {
         UiTest::SetUp();
-        restart(pairBench());
-        leaveProgramUsed();
         fs::create_directories(stick());
+        rowsBefore_ = torvane().logList().rowCount();
     }
 
     [[nodiscard]] fs::path stick() const { return program().folder().parent_path() / "stick"; }
@@ -126,37 +116,40 @@ class PortableDriveTest : public UiTest {
         chooseFolder(program(), folder);
     }
     void expectDone() const { expectBox("DISK CREATED", "Technicians Disk Created", BoxIcon::kNone, "OK"); }
-    [[nodiscard]] std::vector<std::string> rows() const {
-        std::vector<std::string> texts;
-        for (const LogEntry& entry : torvane().log()) {
-            texts.push_back(entry.type + ": " + entry.message);
-        }
-        return texts;
-    }
+    /// What the log has got since the test began.
+    [[nodiscard]] std::vector<std::string> rows() const { return torvane().logRowsFrom(rowsBefore_); }
     void awaitError() const {
         await("the copy has failed", [&] { return !rows().empty() && rows().back().starts_with("ERROR"); });
     }
+
+  private:
+    int rowsBefore_ = 0;
 };
 
-TEST_F(PortableDriveTest, AFreshInstallCopiesEverythingInOrder) {
+TEST_F(PortableDriveTest, AFreshInstallCopiesEverythingInOrderOverWhatIsThere) {
+    std::ofstream(stick() / "license.txt") << "an older one";
     chooseCommand();
     chooseFolder(program(), stick());
     expectDone();
     std::vector<std::string> expected;
     for (const char* const name : kFiles) {
         expected.push_back("SUCCESS: File [" + native(stick() / name) + "] copied");
-        EXPECT_EQ(bytesOf(stick() / name), bytesOf(program().folder() / name)) << name;
+        EXPECT_EQ(readFile(stick() / name), readFile(program().folder() / name)) << name;
     }
     EXPECT_EQ(rows(), expected);
     expectNoBox();
 }
 
-TEST_F(PortableDriveTest, TheCopyRunsAsAProgram) {
+TEST_F(PortableDriveTest, ProgramAndCopyWorkInTheirOwnFolders) {
+    leaveProgramUsed();
     copyTo(stick());
     expectDone();
+    torvane().loadDrives();
+    EXPECT_TRUE(fs::exists(program().folder() / "PHYS0.txt"));
+    EXPECT_FALSE(fs::exists(stick() / "PHYS0.txt"));
+
     const fs::path bench = program().folder().parent_path() / "second-bench";
     pairBench().writeTo(bench);
-
     const Program copy({workbenchFolder() / "bench.exe", bench, stick() / "Torvane.exe"});
     const Window tutorial = copy.awaitDialog();
     press(tutorial.child(1021));
@@ -172,49 +165,14 @@ TEST_F(PortableDriveTest, TheCopyRunsAsAProgram) {
     EXPECT_TRUE(copy.running()) << copy.obituary();
 }
 
-TEST_F(PortableDriveTest, FilesThatAreThereAreReplaced) {
-    std::ofstream(stick() / "license.txt") << "an older one";
-    copyTo(stick());
-    expectDone();
-    EXPECT_THAT(rows(), Contains("SUCCESS: File [" + native(stick() / "license.txt") + "] copied"));
-    EXPECT_EQ(bytesOf(stick() / "license.txt").size(), bytesOf(program().folder() / "license.txt").size());
-}
-
-TEST_F(PortableDriveTest, CancelledNothingHappens) {
-    torvane().command(kMenuPortable);
-    cancelFolder(program());
-    expectStopBox("*** ERROR ***", "Please choose a destination folder.");
-    expectNoBox();
-    EXPECT_THAT(rows(), IsEmpty());
-}
-
-TEST_F(PortableDriveTest, AMissingFileEndsTheCopyAndNamesIt) {
-    fs::remove(program().folder() / "license.txt");
-    copyTo(stick());
-    awaitError();
-    ASSERT_THAT(rows(), SizeIs(35));
-    EXPECT_EQ(rows().back(), "ERROR: Could not find [" + native(program().folder() / "license.txt") +
-                                 "] file. Disk Creation Terminated.");
-    expectNoBox();
-    EXPECT_TRUE(fs::exists(stick() / "explosion-d.png")) << "what was copied stays";
-}
-
 TEST_F(PortableDriveTest, TheProgramsOwnFolderIsRefusedByItsRunningProgram) {
-    const std::string before = bytesOf(program().folder() / "Torvane.exe");
+    const std::string before = readFile(program().folder() / "Torvane.exe");
     copyTo(program().folder());
     awaitError();
     EXPECT_THAT(rows(), ElementsAre("ERROR: Could not create [" + native(program().folder() / "Torvane.exe") +
                                     "] file. Disk Creation Terminated."));
-    EXPECT_EQ(bytesOf(program().folder() / "Torvane.exe"), before);
+    EXPECT_EQ(readFile(program().folder() / "Torvane.exe"), before);
     expectNoBox();
-}
-
-TEST_F(PortableDriveTest, TheProgramGoesOnWorkingInItsOwnFolder) {
-    copyTo(stick());
-    expectDone();
-    torvane().loadDrives();
-    EXPECT_TRUE(fs::exists(program().folder() / "PHYS0.txt"));
-    EXPECT_FALSE(fs::exists(stick() / "PHYS0.txt"));
 }
 
 } // namespace

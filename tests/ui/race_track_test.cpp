@@ -4,19 +4,22 @@
 #include "tests/ui/driver/resource_counts.h"
 #include "tests/ui/expect_soon.h"
 
+#include <gmock/gmock.h>
+
 #include <utility>
 
 namespace torvane::driver {
 namespace {
 
+using ::testing::HasSubstr;
+
 constexpr COLORREF kDialogColour = RGB(0xDA, 0xDF, 0xEA);
 
-/// Every test starts the program anew: a clone's direction outlives its dialog.
+/// A clone's direction outlives its dialog, so a test that reverses one leaves the program used.
 class RaceTrackTest : public CopyUiTest {
   protected:
     void SetUp() override {
-        CopyUiTest::SetUp();
-        leaveProgramUsed();
+        UiTest::SetUp();
         parkMouse();
     }
 
@@ -50,6 +53,21 @@ class RaceTrackTest : public CopyUiTest {
         return solid > 500;
     }
 
+    /// A shipped picture at a place of the dialog's client area.
+    struct Shipped {
+        const char* picture;
+        LONG x;
+        LONG y;
+    };
+    /// Expects that the dialog shows the one and not the other.
+    void expectTrack(const CopyDialogWindow& dialog, const Shipped& shown, const Shipped& absent) const {
+        parkMouse();
+        expectSoon([&] {
+            EXPECT_TRUE(shows(dialog, shown.picture, shown.x, shown.y)) << shown.picture;
+            EXPECT_FALSE(shows(dialog, absent.picture, absent.x, absent.y)) << absent.picture;
+        });
+    }
+
     // The clone's track: where the car waits, and the empty road.
     static constexpr RECT kAtStart{10, 192, 70, 236};
     static constexpr RECT kOnTheWay{310, 192, 370, 236};
@@ -71,37 +89,39 @@ TEST_F(RaceTrackTest, LiesOnTheDialogsColourWithTheCarAtItsStart) {
 
 TEST_F(RaceTrackTest, ForensicImageIsAPoliceChaseThatEndsAtTheCourtHouse) {
     const CopyDialogWindow dialog = openForensic("SOURCE", emptyFolder("chase"));
-    parkMouse();
-    expectSoon([&] {
-        EXPECT_TRUE(shows(dialog, "police-1-car.png", 10, 32));
-        EXPECT_FALSE(shows(dialog, "race-car.png", 10, 32));
-    });
+    expectTrack(dialog, {"police-1-car.png", 10, 32}, {"race-car.png", 10, 32});
     dialog.start();
     dialog.awaitStatus(" Image SUCCESSFULLY Completed");
     program().awaitBoxOver(dialog.window()).answer("No");
-    parkMouse();
-    expectSoon([&] {
-        EXPECT_TRUE(shows(dialog, "court-house.png", 770, 14));
-        EXPECT_FALSE(shows(dialog, "trophy.png", 770, 14));
-        EXPECT_FALSE(shows(dialog, "police-1-car.png", 10, 32));
-    });
+    expectTrack(dialog, {"court-house.png", 770, 14}, {"trophy.png", 770, 14});
+    expectTrack(dialog, {"court-house.png", 770, 14}, {"police-1-car.png", 10, 32});
     dialog.leave();
 }
 
 TEST_F(RaceTrackTest, PlainImageIsARaceForTheTrophy) {
     const CopyDialogWindow dialog = openImage("SOURCE", emptyFolder("race"));
-    parkMouse();
-    expectSoon([&] {
-        EXPECT_TRUE(shows(dialog, "race-car.png", 10, 32));
-        EXPECT_FALSE(shows(dialog, "police-1-car.png", 10, 32));
-    });
+    expectTrack(dialog, {"race-car.png", 10, 32}, {"police-1-car.png", 10, 32});
     dialog.start();
     dialog.awaitStatus(" Image  SUCCESSFULLY Completed");
-    expectSoon([&] {
-        EXPECT_TRUE(shows(dialog, "trophy.png", 770, 14));
-        EXPECT_FALSE(shows(dialog, "court-house.png", 770, 14));
-    });
+    expectTrack(dialog, {"trophy.png", 770, 14}, {"court-house.png", 770, 14});
     dialog.leave();
+}
+
+TEST_F(RaceTrackTest, CloneEndsAtTheTrophyAlsoWhereTheDestinationDoesAndTheNextBeginsAnew) {
+    constexpr std::size_t kSmallSize = 40 * kMebibyte;
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    const Shipped car{"race-car.png", 10, 182};
+    const Shipped trophy{"trophy.png", 770, 164};
+    expectTrack(dialog, car, trophy);
+    startOnto(dialog, "SMALL");
+    dialog.awaitStatus(" Image Completed");
+    expectTrack(dialog, trophy, car);
+    awaitDriveStatus("SMALL", "COMPLETED");
+    EXPECT_EQ(content(3, 0, kSmallSize), noise(7, 0, kSmallSize));
+    dialog.leave();
+    const CopyDialogWindow next = openClone("SOURCE");
+    expectTrack(next, car, trophy);
+    next.leave();
 }
 
 TEST_F(RaceTrackTest, ExplosionRepeatsUntilTheDialogIsLeft) {
@@ -126,7 +146,7 @@ TEST_F(RaceTrackTest, ExplosionRepeatsUntilTheDialogIsLeft) {
     dialog.leave();
 }
 
-TEST_F(RaceTrackTest, FiveHundredRepaintsLeaveNoGdiObjectBehind) {
+TEST_F(RaceTrackTest, SixtyRepaintsLeaveNothingBehind) {
     const CopyDialogWindow dialog = openClone("SOURCE");
     const auto repaint = [&](int times) {
         for (int i = 0; i < times; ++i) {
@@ -137,8 +157,8 @@ TEST_F(RaceTrackTest, FiveHundredRepaintsLeaveNoGdiObjectBehind) {
     repaint(3); // what the system keeps for itself after the first use
     const ResourceCounts before = countResources(program().processId());
     ASSERT_GT(before.gdiObjects, 0);
-    repaint(500);
-    // A leak in every hundredth repaint would show; the system's own caches may still take a few.
+    repaint(60);
+    // A leak in every tenth repaint would show; the system's own caches may still take a few.
     constexpr int kSlack = 4;
     expectSoon([&] {
         const ResourceCounts after = countResources(program().processId());
@@ -148,12 +168,21 @@ TEST_F(RaceTrackTest, FiveHundredRepaintsLeaveNoGdiObjectBehind) {
     dialog.leave();
 }
 
-TEST_F(RaceTrackTest, ReverseClonesTrackStaysForTheNextDialog) {
+TEST_F(RaceTrackTest, AReverseCloneArrivesWholeAndItsTrackStaysForTheNextDialog) {
+    useUntouchedBench();
+    leaveProgramUsed();
+    constexpr std::size_t kSourceSize = 70 * kMebibyte;
     {
         const CopyDialogWindow dialog = openClone("SOURCE");
         press(dialog.window().child(kReverseClone));
-        startOnto(dialog, "SMALL");
+        startOnto(dialog, "TARGET");
         dialog.awaitStatus(" Clone SUCCESSFULLY Completed");
+        EXPECT_EQ(content(2, 0, kSourceSize), noise(7, 0, kSourceSize));
+        awaitDriveStatus("TARGET", "COMPLETED");
+        const auto writes = program().benchLog({"target=drive:2", "request=write"});
+        ASSERT_EQ(writes.size(), 3U);
+        EXPECT_THAT(writes.front(), HasSubstr("offset=" + std::to_string(38 * kMebibyte)));
+        EXPECT_THAT(writes.back(), HasSubstr("offset=0 length=6291456"));
         dialog.leave();
     }
     // The direction belongs to the last clone that was started; the new dialog's car waits at the left all the same.

@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <chrono>
 
 namespace torvane::driver {
@@ -48,14 +49,15 @@ class ReadTestDialogTest : public UiTest {
   protected:
     [[nodiscard]] BenchFolder layOutBench() const override { return testBench("10 GiB"); }
 
-    /// Loads the drives and makes the one under test active.
+    /// Makes the drive under test active.
     void chooseDrive() {
-        torvane().loadDrives();
+        torvane().loadDrivesOnce();
         torvane().driveList().click(1);
         forgetReads();
     }
-    void chooseDriveOn(const BenchFolder& bench) {
-        restart(bench);
+    /// The same, and no test has run on it yet.
+    void chooseUntestedDrive() {
+        torvane().loadDrives();
         chooseDrive();
     }
 
@@ -63,15 +65,15 @@ class ReadTestDialogTest : public UiTest {
         torvane().press(button);
         return program().awaitDialog();
     }
+    /// Opens the dialog and starts its test.
+    [[nodiscard]] Window start(int button) const {
+        Window dialog = open(button);
+        press(dialog.child(kStart));
+        return dialog;
+    }
     void expectQuestionOver(const Window& dialog, const std::string& caption, const std::string& text,
                             const std::string& answer) const {
-        const MessageBoxWindow box = program().awaitBoxOver(dialog);
-        EXPECT_EQ(box.caption(), caption);
-        EXPECT_EQ(box.text(), text);
-        EXPECT_EQ(box.icon(), BoxIcon::kNone);
-        EXPECT_THAT(box.buttons(), ::testing::ElementsAre("Yes", "No"));
-        EXPECT_FALSE(dialog.enabled());
-        box.answer(answer);
+        expectBoxOver(dialog, caption, text, BoxIcon::kNone, answer);
     }
     /// Leaves a dialog whose test has ended, or was never one that counts as a job.
     void leave(const Window& dialog) const {
@@ -106,13 +108,19 @@ class ReadTestDialogTest : public UiTest {
     std::size_t forgottenReads_ = 0;
 };
 
-TEST_F(ReadTestDialogTest, HasItsTextsAndPlaces) {
+TEST_F(ReadTestDialogTest, HasItsTextsByButtonAndByMenuCommand) {
     chooseDrive();
-    const std::vector<std::pair<int, std::string>> kinds = {
-        {kShortTest, "SHORT Read Test"}, {kCriticalTest, "CRITICAL Read Test"}, {kNistTest, "NIST Read Test"}};
-    for (const auto& [button, caption] : kinds) {
-        const Window dialog = open(button);
-        EXPECT_EQ(dialog.text(), caption);
+    struct Kind {
+        int button;
+        int command;
+        const char* caption;
+    };
+    constexpr std::array<Kind, 3> kKinds{{{kShortTest, kMenuShortTest, "SHORT Read Test"},
+                                          {kCriticalTest, kMenuCriticalTest, "CRITICAL Read Test"},
+                                          {kNistTest, kMenuNistTest, "NIST Read Test"}}};
+    for (const Kind& kind : kKinds) {
+        const Window dialog = open(kind.button);
+        EXPECT_EQ(dialog.text(), kind.caption);
         EXPECT_EQ(dialog.child(kTitleLabel).text(), "Testing: Tarn N256");
         EXPECT_EQ(dialog.child(kStatusLabel).text(), "Status: Idle...");
         for (int spare = 7402; spare <= 7404; ++spare) {
@@ -123,6 +131,11 @@ TEST_F(ReadTestDialogTest, HasItsTextsAndPlaces) {
         EXPECT_EQ(withoutAccessKey(dialog.child(kTerminateTest).text()), "Terminate Testing");
         EXPECT_EQ(withoutAccessKey(dialog.child(kExitTest).text()), "Exit");
         leave(dialog);
+
+        torvane().command(kind.command);
+        const Window again = program().awaitDialog();
+        EXPECT_EQ(again.text(), kind.caption);
+        leave(again);
     }
     expectNoBox();
 }
@@ -152,92 +165,70 @@ TEST_F(ReadTestDialogTest, IsLaidOutByPixels) {
     leave(dialog);
 }
 
-TEST_F(ReadTestDialogTest, OpensByMenuCommandToo) {
-    chooseDrive();
-    const std::vector<std::pair<int, std::string>> kinds = {{kMenuShortTest, "SHORT Read Test"},
-                                                            {kMenuCriticalTest, "CRITICAL Read Test"},
-                                                            {kMenuNistTest, "NIST Read Test"}};
-    for (const auto& [command, caption] : kinds) {
-        torvane().command(command);
-        const Window dialog = program().awaitDialog();
-        EXPECT_EQ(dialog.text(), caption);
-        leave(dialog);
-    }
-}
-
-TEST_F(ReadTestDialogTest, ShortTestPasses) {
-    chooseDrive();
-    const Window dialog = open(kShortTest);
-    press(dialog.child(kStart));
-    awaitStatus(dialog, "Short Read Test -- PASSED");
-    awaitDriveStatus("COMPLETED Short Read Test PASSED");
-    EXPECT_EQ(readCount(), 100U);
-    // Its progress went to the main window's bar.
-    EXPECT_EQ(torvane().control(kWideProgress).send(PBM_GETPOS), 99);
-    EXPECT_EQ(dialog.child(kProgress).send(PBM_GETRANGE, FALSE), 100);
-    EXPECT_EQ(dialog.child(kProgress).send(PBM_GETPOS), 0);
-    leave(dialog);
-}
-
-TEST_F(ReadTestDialogTest, CriticalTestPasses) {
+TEST_F(ReadTestDialogTest, EveryWayOutAsks) {
     chooseDrive();
     const Window dialog = open(kCriticalTest);
-    press(dialog.child(kStart));
-    awaitStatus(dialog, "PASSED Critical Read Test");
-    awaitDriveStatus("COMPLETED Critical Read Test PASSED");
-    EXPECT_EQ(readCount(), 192U);
-    EXPECT_EQ(dialog.child(kProgress).send(PBM_GETRANGE, FALSE), 32);
-    await("the bar is back", [&] { return dialog.child(kProgress).send(PBM_GETPOS) == 0; });
+    pressKey(dialog, VK_ESCAPE);
+    expectQuestionOver(dialog, kExitCaption, kExitText, "No");
+    dialog.post(WM_CLOSE);
+    expectQuestionOver(dialog, kExitCaption, kExitText, "No");
+    EXPECT_TRUE(dialog.visible());
     leave(dialog);
 }
 
-TEST_F(ReadTestDialogTest, NistTestPasses) {
-    chooseDrive();
-    const Window dialog = open(kNistTest);
-    press(dialog.child(kStart));
-    awaitStatus(dialog, "NIST Read Test -- PASSED");
-    awaitDriveStatus("COMPLETED NIST Read Test PASSED");
-    EXPECT_EQ(readCount(), 2000U);
-    EXPECT_EQ(dialog.child(kProgress).send(PBM_GETRANGE, FALSE), 1000);
-    leave(dialog);
-}
-
-TEST_F(ReadTestDialogTest, LoadDrivesForgetsTheResults) {
-    chooseDrive();
-    const Window dialog = open(kShortTest);
-    press(dialog.child(kStart));
-    awaitStatus(dialog, "Short Read Test -- PASSED");
-    awaitDriveStatus("COMPLETED Short Read Test PASSED");
-    leave(dialog);
+TEST_F(ReadTestDialogTest, EachKindPassesUntilTheDrivesAreLoadedAgain) {
+    struct Kind {
+        int button;
+        const char* status;
+        const char* driveStatus;
+        std::size_t reads;
+        int range; ///< of the dialog's progress bar
+    };
+    constexpr std::array<Kind, 3> kKinds{
+        {{kShortTest, "Short Read Test -- PASSED", "COMPLETED Short Read Test PASSED", 100, 100},
+         {kCriticalTest, "PASSED Critical Read Test", "COMPLETED Critical Read Test PASSED", 192, 32},
+         {kNistTest, "NIST Read Test -- PASSED", "COMPLETED NIST Read Test PASSED", 2000, 1000}}};
+    chooseUntestedDrive();
+    for (const Kind& kind : kKinds) {
+        SCOPED_TRACE(kind.driveStatus);
+        forgetReads();
+        const Window dialog = open(kind.button);
+        press(dialog.child(kStart));
+        awaitStatus(dialog, kind.status);
+        awaitDriveStatus(kind.driveStatus);
+        EXPECT_EQ(readCount(), kind.reads);
+        EXPECT_EQ(dialog.child(kProgress).send(PBM_GETRANGE, FALSE), kind.range);
+        await("the bar is back", [&] { return dialog.child(kProgress).send(PBM_GETPOS) == 0; });
+        if (kind.button == kShortTest) {
+            EXPECT_EQ(torvane().control(kWideProgress).send(PBM_GETPOS), 99) << "its progress goes to the main window";
+        }
+        leave(dialog);
+    }
     torvane().loadDrives();
     EXPECT_EQ(driveStatus(), "Idle");
 }
 
-TEST_F(ReadTestDialogTest, FailuresSayWhereTheTechnicianLooks) {
-    chooseDriveOn(testBench("10 GiB", faults(R"({"reads": [{"firstSector": 70000}, {"firstSector": 838900}]})")));
-    const Window critical = open(kCriticalTest);
-    press(critical.child(kStart));
+class BadSectorTest : public ReadTestDialogTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return testBench("10 GiB", faults(R"({"reads": [{"firstSector": 70000}, {"firstSector": 838900}]})"));
+    }
+};
+
+TEST_F(BadSectorTest, FailuresSayWhereTheTechnicianLooks) {
+    chooseUntestedDrive();
+    const Window critical = start(kCriticalTest);
     awaitStatus(critical, "Phase 1 Critical Read Test FAILED");
     awaitDriveStatus("BAD Critical Read Test FAILED at sector 65536");
     EXPECT_THAT(torvane().log(), ::testing::Not(::testing::Contains(::testing::Field(&LogEntry::type, "ERROR"))));
     leave(critical);
 
-    const Window quick = open(kShortTest);
-    press(quick.child(kStart));
+    const Window quick = start(kShortTest);
     awaitStatus(quick, "Short Read Test -- FAILED Found Read Errors");
     awaitDriveStatus("BAD Short Read Test FAILED at sector 838860");
     EXPECT_EQ(torvane().log().back().type, "ERROR");
     EXPECT_EQ(torvane().log().back().message, "BAD READ BLOCK AT SECTOR: [838860] for <65536> bytes");
     leave(quick);
-}
-
-TEST_F(ReadTestDialogTest, OfFourGibibytesCriticalFails) {
-    chooseDriveOn(testBench("4 GiB"));
-    const Window dialog = open(kCriticalTest);
-    press(dialog.child(kStart));
-    awaitStatus(dialog, "Phase 1 Critical Read Test FAILED");
-    awaitDriveStatus("BAD Critical Read Test FAILED at sector 8388608");
-    leave(dialog);
 }
 
 /// Every read takes its time until the bench is told to hurry.
@@ -263,9 +254,8 @@ class HeldShortTest : public SlowReadTest {
 };
 
 TEST_F(SlowReadTest, TerminatesAfterAQuestion) {
-    chooseDrive();
-    const Window dialog = open(kNistTest);
-    press(dialog.child(kStart));
+    chooseUntestedDrive();
+    const Window dialog = start(kNistTest);
     awaitReads(3);
     expectSoon([&] {
         EXPECT_THAT(dialog.child(kStatusLabel).text(), HasSubstr("Testing ["));
@@ -285,37 +275,9 @@ TEST_F(SlowReadTest, TerminatesAfterAQuestion) {
     leave(dialog);
 }
 
-TEST_F(SlowReadTest, CriticalTerminatesToo) {
-    chooseDrive();
-    const Window dialog = open(kCriticalTest);
-    press(dialog.child(kStart));
-    awaitReads(3);
-    EXPECT_EQ(dialog.child(kStatusLabel).text(), "Critical Read Test PHASE 1 STARTED");
-    press(dialog.child(kTerminateTest));
-    expectQuestionOver(dialog, kRunningCaption, kTerminateText, "Yes");
-    awaitStatus(dialog, "Phase 1 Critical Read Test User Terminated");
-    awaitDriveStatus("BAD Critical Read Test TERMINATED");
-    leave(dialog);
-}
-
-TEST_F(HeldShortTest, HearsNoTermination) {
-    chooseDrive();
-    const Window dialog = open(kShortTest);
-    press(dialog.child(kStart));
-    awaitReads(3);
-    press(dialog.child(kTerminateTest));
-    dialog.settle();
-    EXPECT_TRUE(dialog.enabled()) << "a question was asked";
-    program().hurry();
-    awaitStatus(dialog, "Short Read Test -- PASSED");
-    EXPECT_EQ(readCount(), 100U);
-    leave(dialog);
-}
-
 TEST_F(SlowReadTest, ExitDuringATestStopsItWithoutWaiting) {
-    chooseDrive();
-    const Window dialog = open(kNistTest);
-    press(dialog.child(kStart));
+    chooseUntestedDrive();
+    const Window dialog = start(kNistTest);
     awaitReads(3);
     press(dialog.child(kExitTest));
     expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "No");
@@ -329,11 +291,13 @@ TEST_F(SlowReadTest, ExitDuringATestStopsItWithoutWaiting) {
     EXPECT_EQ(driveStatus(), "Idle");
 }
 
-TEST_F(HeldShortTest, GoesOnBehindTheClosedDialog) {
-    chooseDrive();
-    const Window dialog = open(kShortTest);
-    press(dialog.child(kStart));
+TEST_F(HeldShortTest, HearsNoTerminationAndGoesOnBehindTheClosedDialog) {
+    chooseUntestedDrive();
+    const Window dialog = start(kShortTest);
     awaitReads(3);
+    press(dialog.child(kTerminateTest));
+    dialog.settle();
+    EXPECT_TRUE(dialog.enabled()) << "a question was asked";
     leave(dialog);
     torvane().press(kLoadDrives);
     expectStopBox("***** Load Drives *****", "Short Test is Running");
@@ -344,19 +308,8 @@ TEST_F(HeldShortTest, GoesOnBehindTheClosedDialog) {
     EXPECT_EQ(next.child(kStatusLabel).text(), "Status: Idle...");
     awaitDriveStatus("COMPLETED Short Read Test PASSED");
     EXPECT_EQ(next.child(kStatusLabel).text(), "Status: Idle...");
+    EXPECT_EQ(readCount(), 100U);
     leave(next);
-    torvane().loadDrives();
-}
-
-TEST_F(SlowReadTest, StartedTwiceBothRun) {
-    chooseDrive();
-    const Window dialog = open(kShortTest);
-    press(dialog.child(kStart));
-    press(dialog.child(kStart));
-    program().hurry();
-    awaitReads(200);
-    awaitStatus(dialog, "Short Read Test -- PASSED");
-    leave(dialog);
 }
 
 /// Every read takes a little; one block of a Critical test takes long, and the next is bad. Both places are ones that a
@@ -372,15 +325,13 @@ class OverlappingReadTests : public ReadTestDialogTest {
 
 TEST_F(OverlappingReadTests, ARunThatOutlivesItsDialogLeavesTheNextTestAlone) {
     chooseDrive();
-    const Window critical = open(kCriticalTest);
-    press(critical.child(kStart));
+    const Window critical = start(kCriticalTest);
     awaitReads(1);
     press(critical.child(kStart));
     // The first run fails and clears the flag that both share; the second is then within its long read.
     awaitStatus(critical, "Phase 1 Critical Read Test FAILED");
     leave(critical);
-    const Window nist = open(kNistTest);
-    press(nist.child(kStart));
+    const Window nist = start(kNistTest);
     awaitReads(readCount() + 25); // the long read is over
     EXPECT_THAT(nist.child(kStatusLabel).text(), HasSubstr("Testing ["));
     EXPECT_EQ(program().benchLog({"target=drive:1", "request=read", "result=ERROR_CRC"}).size(), 1U)
@@ -389,17 +340,6 @@ TEST_F(OverlappingReadTests, ARunThatOutlivesItsDialogLeavesTheNextTestAlone) {
     expectQuestionOver(nist, kRunningCaption, kTerminateAndExitText, "Yes");
     awaitClosed(nist);
     awaitDriveStatus("BAD NIST Read Test TERMINATED");
-}
-
-TEST_F(ReadTestDialogTest, EveryWayOutAsks) {
-    chooseDrive();
-    const Window dialog = open(kCriticalTest);
-    pressKey(dialog, VK_ESCAPE);
-    expectQuestionOver(dialog, kExitCaption, kExitText, "No");
-    dialog.post(WM_CLOSE);
-    expectQuestionOver(dialog, kExitCaption, kExitText, "No");
-    EXPECT_TRUE(dialog.visible());
-    leave(dialog);
 }
 
 /// The drive answers twelve times and then no more; the system gives up when the bench is told to hurry.
@@ -412,26 +352,12 @@ class SilentDriveTest : public ReadTestDialogTest {
         leaveProgramUsed();
         ReadTestDialogTest::SetUp();
     }
-    /// Starts a NIST test and returns when the drive is silent.
-    [[nodiscard]] Window startTest() {
-        chooseDrive();
-        Window dialog = open(kNistTest);
-        press(dialog.child(kStart));
-        awaitReads(12);
-        return dialog;
-    }
 };
 
-TEST_F(SilentDriveTest, FailsWhenTheSystemGivesUp) {
-    const Window dialog = startTest();
-    program().hurry();
-    awaitStatus(dialog, "NIST Read Test -- FAILED Found Read Errors");
-    expectSoon([&] { EXPECT_THAT(driveStatus(), HasSubstr("BAD NIST Read Test FAILED at sector ")); });
-    leave(dialog);
-}
-
-TEST_F(SilentDriveTest, DialogMayGoWhileAReadIsInFlight) {
-    const Window dialog = startTest();
+TEST_F(SilentDriveTest, DialogAndThenTheProgramMayGoWhileAReadIsInFlight) {
+    chooseDrive();
+    const Window dialog = start(kNistTest);
+    awaitReads(12);
     press(dialog.child(kExitTest));
     expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "Yes");
     awaitClosed(dialog);
@@ -440,17 +366,6 @@ TEST_F(SilentDriveTest, DialogMayGoWhileAReadIsInFlight) {
     torvane().press(kLoadDrives);
     expectNoBox();
     EXPECT_EQ(torvane().driveList().rowCount(), 2);
-    program().hurry();
-    await("the read has failed", [&] { return driveStatus().starts_with("BAD NIST Read Test FAILED"); });
-    torvane().loadDrives();
-    EXPECT_EQ(driveStatus(), "Idle");
-}
-
-TEST_F(SilentDriveTest, ProgramMayEndWhileAReadIsInFlight) {
-    const Window dialog = startTest();
-    press(dialog.child(kExitTest));
-    expectQuestionOver(dialog, kRunningCaption, kTerminateAndExitText, "Yes");
-    awaitClosed(dialog);
     torvane().press(kExit);
     expectQuestion("***** Exiting Application *****", "You are about to EXIT TVN. Are you sure?", "Yes");
     EXPECT_LT(program().awaitEnd(), 0xC0000000U) << program().obituary();

@@ -47,6 +47,15 @@ constexpr RECT kDials{10, 140, 1164, 244};
 class StartTest : public UiTest {
   protected:
     [[nodiscard]] Window window() const { return program().mainWindow(); }
+    /// Expects the about box in front of the window, and closes it.
+    void expectAboutBox() const {
+        const Window box = program().awaitDialog();
+        EXPECT_EQ(box.text(), "About Torvane");
+        EXPECT_FALSE(window().enabled());
+        press(box.child(IDOK));
+        await("the about box has closed", [&] { return !box.visible(); });
+        EXPECT_TRUE(window().enabled());
+    }
     [[nodiscard]] RECT place(int id) const { return window().child(id).rectIn(window()); }
 };
 
@@ -176,11 +185,12 @@ TEST_F(StartTest, ProgressIsHidden) {
     EXPECT_FALSE(window().child(kScanStatus).visible());
 }
 
-TEST_F(StartTest, StartLogsNothing) {
+TEST_F(StartTest, StartListsAndLogsNothing) {
+    EXPECT_EQ(torvane().driveList().rowCount(), 0);
     EXPECT_EQ(torvane().logList().rowCount(), 0);
 }
 
-TEST_F(StartTest, AboutBoxOpensFromTheSystemMenuAndCloses) {
+TEST_F(StartTest, AboutBoxOpensFromTheSystemMenuAndByItsCommandAndCloses) {
     bringToFront(window());
     parkMouse();
     // "About" is the system menu's last item but one.
@@ -188,21 +198,10 @@ TEST_F(StartTest, AboutBoxOpensFromTheSystemMenuAndCloses) {
     pressKey(window(), VK_UP);
     pressKey(window(), VK_UP);
     pressKey(window(), VK_RETURN);
-    const Window box = program().awaitDialog();
-    EXPECT_EQ(box.text(), "About Torvane");
-    EXPECT_FALSE(window().enabled());
-    press(box.child(IDOK));
-    await("the about box has closed", [&] { return !box.visible(); });
-    EXPECT_TRUE(window().enabled());
-}
-
-TEST_F(StartTest, AboutBoxOpensByItsCommand) {
+    expectAboutBox();
     constexpr WPARAM kAbout = 16;
     window().post(WM_SYSCOMMAND, kAbout);
-    const Window box = program().awaitDialog();
-    EXPECT_EQ(box.text(), "About Torvane");
-    press(box.child(IDOK));
-    await("the about box has closed", [&] { return !box.visible(); });
+    expectAboutBox();
 }
 
 TEST(StartWithoutFilesTest, MissingMessagesEndTheProgramAtOnce) {
@@ -216,10 +215,13 @@ TEST(StartWithoutFilesTest, MissingMessagesEndTheProgramAtOnce) {
     EXPECT_FALSE(std::filesystem::exists(tutorialFlag)) << "the tutorial comes after the messages";
 }
 
-TEST(StartWithoutFilesTest, MissingPicturesAreNoReasonToEnd) {
+TEST(StartWithoutFilesTest, MissingPicturesAndCompanyAreNoReasonToEnd) {
     const Launch launch = freshRun("StartWithoutFiles.Pictures", pairBench());
+    const std::filesystem::path folder = launch.program.parent_path();
+    const std::filesystem::path company = folder / "Config.db";
+    ASSERT_TRUE(std::filesystem::remove(company)) << "it is shipped";
     int removed = 0;
-    for (const auto& file : std::filesystem::directory_iterator(launch.program.parent_path())) {
+    for (const auto& file : std::filesystem::directory_iterator(folder)) {
         if (file.path().extension() == ".png") {
             std::filesystem::remove(file.path());
             ++removed;
@@ -229,6 +231,9 @@ TEST(StartWithoutFilesTest, MissingPicturesAreNoReasonToEnd) {
     const Program program(launch);
     ASSERT_TRUE(program.mainWindow().exists()) << program.obituary();
     EXPECT_TRUE(program.running());
+    EXPECT_FALSE(program.dialog());
+    EXPECT_EQ(std::filesystem::file_size(company), 768U) << "the company's file is made";
+    EXPECT_EQ(TorvaneWindow(program).logList().rowCount(), 0);
 }
 
 } // namespace

@@ -24,6 +24,7 @@ constexpr const char* kMountingText =
 constexpr const char* kStillCaption = "***** DRIVE MOUNTING STILL DISABLED *****";
 constexpr const char* kStillText = "Drive Mounting STILL DISABLED. Reboot Computer to clear Drive Mounting Flags";
 
+/// A scan that goes on until it is let go.
 class TerminateTest : public UiTest {
   protected:
     [[nodiscard]] BenchFolder layOutBench() const override { return heldBench(); }
@@ -31,43 +32,36 @@ class TerminateTest : public UiTest {
         UiTest::SetUp();
         program().takeTime();
     }
-    void letJobEnd() const {
-        program().hurry();
-        torvane().awaitLoaded();
+    void expectSilence() const {
+        torvane().press(kTerminate);
+        expectNoBox();
+        torvane().command(kMenuTerminate);
+        expectNoBox();
     }
 };
 
 TEST_F(TerminateTest, IsSilentWithoutAJob) {
-    torvane().press(kTerminate);
-    expectNoBox();
+    expectSilence();
 }
 
-TEST_F(TerminateTest, NoLeavesTheJobRunning) {
+TEST_F(TerminateTest, NoLeavesTheJobRunningAndYesEndsItWhileTheLoaderStillWorks) {
     torvane().startLoading();
     torvane().press(kTerminate);
     expectQuestion(kTerminateCaption, kTerminateText, "No");
     // The job still runs: the question comes again, and Load Drives is deaf.
-    torvane().press(kTerminate);
+    torvane().command(kMenuTerminate);
     expectQuestion(kTerminateCaption, kTerminateText, "No");
     torvane().press(kLoadDrives);
     expectNoBox();
-    letJobEnd();
-}
 
-TEST_F(TerminateTest, YesEndsTheJobAndTheCommandIsSilentAgain) {
-    torvane().startLoading();
     torvane().press(kTerminate);
     expectQuestion(kTerminateCaption, kTerminateText, "Yes");
-    torvane().press(kTerminate);
-    expectNoBox();
-    letJobEnd();
-}
-
-TEST_F(TerminateTest, MenuCommandAsksToo) {
-    torvane().startLoading();
-    torvane().command(kMenuTerminate);
-    expectQuestion(kTerminateCaption, kTerminateText, "No");
-    letJobEnd();
+    expectSilence();
+    torvane().press(kLoadDrives);
+    expectStopBox("***** Working *****", "Drive Loader is Working");
+    program().hurry();
+    torvane().awaitLoaded();
+    EXPECT_EQ(torvane().driveList().rowCount(), 2);
 }
 
 /// The program ends in these tests, unless it is told to stay.
@@ -81,22 +75,29 @@ class ExitTest : public UiTest {
         const DWORD code = program().awaitEnd();
         EXPECT_LT(code, 0xC0000000U) << program().obituary();
     }
-    static std::string benchThatHoldsTheScan(const std::string& automount) {
-        return R"({"tools": {"diskpart": {"delayMilliseconds": 600000, "delayOnly": "ReadOnlyTest.txt"}}, "automount": )" +
-               automount + "}";
-    }
     /// What diskpart was told, line by line.
     [[nodiscard]] std::vector<std::string> script() const {
         return program().benchLog({"request=diskpart", "script-line="});
     }
 };
 
-TEST_F(ExitTest, NoStays) {
+TEST_F(ExitTest, EveryWayOutAsksAndNoStays) {
+    const Window window = program().mainWindow();
+    const auto expectStays = [&] {
+        expectQuestion(kExitCaption, kSureText, "No");
+        expectNoBox();
+        EXPECT_TRUE(program().running());
+        EXPECT_TRUE(window.visible());
+    };
     torvane().press(kExit);
-    expectQuestion(kExitCaption, kSureText, "No");
-    expectNoBox();
-    EXPECT_TRUE(program().running());
-    EXPECT_TRUE(program().mainWindow().visible());
+    expectStays();
+    torvane().command(kMenuExit);
+    expectStays();
+    bringToFront(window);
+    pressKey(window, VK_F4, VK_MENU);
+    expectStays();
+    pressKey(window, VK_ESCAPE);
+    expectStays();
     EXPECT_THAT(script(), IsEmpty()) << "the mounting status was asked for although nobody leaves";
 }
 
@@ -115,41 +116,19 @@ TEST_F(ExitTest, YesEndsAfterAScan) {
     expectEndOfProgram();
 }
 
-TEST_F(ExitTest, WhileAJobRunsNoStays) {
-    restart(heldBench());
+// The scan is held until the end; the question for the mounting status is not.
+TEST_F(ExitTest, WhileAJobRunsNoLeavesItAloneAndYesStillOffersMounting) {
+    restart(pairBench().bench(
+        R"({"tools": {"diskpart": {"delayMilliseconds": 600000, "delayOnly": "ReadOnlyTest.txt"}}, "automount": false})"));
     torvane().startLoading();
     torvane().press(kExit);
     expectQuestion(kExitCaption, kJobText, "No");
     // The job was not touched.
     torvane().press(kTerminate);
     expectQuestion(kTerminateCaption, kTerminateText, "No");
-    program().hurry();
-    torvane().awaitLoaded();
-    EXPECT_EQ(torvane().driveList().rowCount(), 2);
-}
 
-// The scan is held until the end; the question for the mounting status is not.
-TEST_F(ExitTest, WhileAJobRunsYesEnds) {
-    restart(pairBench().bench(benchThatHoldsTheScan("true")));
-    torvane().startLoading();
     torvane().press(kExit);
     expectQuestion(kExitCaption, kJobText, "Yes");
-    expectEndOfProgram();
-}
-
-TEST_F(ExitTest, WhileAJobRunsYesStillOffersMounting) {
-    restart(pairBench().bench(benchThatHoldsTheScan("false")));
-    torvane().startLoading();
-    torvane().press(kExit);
-    expectQuestion(kExitCaption, kJobText, "Yes");
-    expectQuestion(kMountingCaption, kMountingText, "No");
-    expectEndOfProgram();
-}
-
-TEST_F(ExitTest, MountingStaysDisabledWhenTheOfferIsDeclined) {
-    restart(pairBench().bench(R"({"automount": false})"));
-    torvane().press(kExit);
-    expectQuestion(kExitCaption, kSureText, "Yes");
     expectQuestion(kMountingCaption, kMountingText, "No");
     expectEndOfProgram();
     EXPECT_THAT(script(), Not(Contains(HasSubstr("automount enable"))));
@@ -164,24 +143,6 @@ TEST_F(ExitTest, MountingThatWasNotEnabledIsSaidToBeStillDisabled) {
     expectQuestion(kMountingCaption, kMountingText, "Yes");
     expectStopBox(kStillCaption, kStillText);
     expectEndOfProgram();
-}
-
-TEST_F(ExitTest, FailedStatusEndsWithoutAQuestion) {
-    restart(pairBench().bench(R"({"automount": false, "tools": {"diskpart": {"missing": true}}})"));
-    torvane().press(kExit);
-    expectQuestion(kExitCaption, kSureText, "Yes");
-    expectEndOfProgram();
-}
-
-TEST_F(ExitTest, EveryWayOutAsks) {
-    const Window window = program().mainWindow();
-    bringToFront(window);
-    pressKey(window, VK_F4, VK_MENU);
-    expectQuestion(kExitCaption, kSureText, "No");
-    pressKey(window, VK_ESCAPE);
-    expectQuestion(kExitCaption, kSureText, "No");
-    EXPECT_TRUE(window.visible());
-    EXPECT_TRUE(program().running());
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "tests/ui/driver/input.h"
 
+#include <utility>
+
 namespace torvane::driver {
 namespace {
 
@@ -29,6 +31,25 @@ std::vector<LogEntry> TorvaneWindow::log() const {
     return entries;
 }
 
+std::vector<std::string> TorvaneWindow::logMessages(const std::string& type) const {
+    std::vector<std::string> messages;
+    for (const LogEntry& entry : log()) {
+        if (entry.type == type) {
+            messages.push_back(entry.message);
+        }
+    }
+    return messages;
+}
+
+std::vector<std::string> TorvaneWindow::logRowsFrom(int firstRow) const {
+    const ListView list = logList();
+    std::vector<std::string> rows;
+    for (int row = firstRow; row < list.rowCount(); ++row) {
+        rows.push_back(list.cell(row, 0) + ": " + list.cell(row, 3));
+    }
+    return rows;
+}
+
 void TorvaneWindow::press(int id) const {
     driver::press(control(id));
 }
@@ -49,18 +70,25 @@ int TorvaneWindow::countLog(const std::string& messageStart) const {
 
 void TorvaneWindow::startLoading() const {
     const int started = countLog("Beginning Drive Scan");
+    int rows = logList().rowCount();
     press(kLoadDrives);
     await("the drive scan begins", [&] {
         if (dismissLoaderStillWorking(*program_)) {
             press(kLoadDrives);
         }
-        return countLog("Beginning Drive Scan") > started || !program_->running();
+        const int before = std::exchange(rows, logList().rowCount());
+        return (rows != before && countLog("Beginning Drive Scan") > started) || !program_->running();
     });
 }
 
 void TorvaneWindow::awaitLoaded() const {
     constexpr std::chrono::seconds kScanPatience{120};
-    const auto ended = [this] { return countLog("Drive Scan Completed") == countLog("Beginning Drive Scan"); };
+    // A long log takes its time to read; nothing has ended while it has not grown.
+    int rows = -1;
+    const auto ended = [&] {
+        const int before = std::exchange(rows, logList().rowCount());
+        return rows != before && countLog("Drive Scan Completed") == countLog("Beginning Drive Scan");
+    };
     await(
         "the drive scan ends", [&] { return !program_->running() || ended(); }, kScanPatience);
     if (!program_->running()) {
@@ -71,6 +99,12 @@ void TorvaneWindow::awaitLoaded() const {
 void TorvaneWindow::loadDrives() const {
     startLoading();
     awaitLoaded();
+}
+
+void TorvaneWindow::loadDrivesOnce() const {
+    if (driveList().rowCount() == 0) {
+        loadDrives();
+    }
 }
 
 void TorvaneWindow::awaitProgressHidden() const {

@@ -78,6 +78,10 @@ class TorvaneWindow {
     [[nodiscard]] ListView driveList() const { return ListView(control(kDriveList)); }
     [[nodiscard]] ListView logList() const { return ListView(control(kLogList)); }
     [[nodiscard]] std::vector<LogEntry> log() const;
+    /// The messages of the log's rows of one type.
+    [[nodiscard]] std::vector<std::string> logMessages(const std::string& type) const;
+    /// The log from a row on, as "TYPE: message".
+    [[nodiscard]] std::vector<std::string> logRowsFrom(int firstRow) const;
 
     void press(int id) const;
     /// Sends the command of a menu item or button as the system does, and returns when it has run or has opened a box.
@@ -89,6 +93,8 @@ class TorvaneWindow {
     void awaitLoaded() const;
     /// Loads the drives and waits for them.
     void loadDrives() const;
+    /// Loads the drives unless some are listed.
+    void loadDrivesOnce() const;
     /// Waits until the progress bar of the last scan has gone.
     void awaitProgressHidden() const;
 

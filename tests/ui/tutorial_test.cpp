@@ -4,7 +4,6 @@
 #include "tests/ui/ui_test.h"
 
 #include <fstream>
-#include <iterator>
 
 namespace torvane::driver {
 namespace {
@@ -28,15 +27,33 @@ class TutorialTest : public ::testing::Test {
     }
 
     [[nodiscard]] std::filesystem::path flagFile() const { return launch_.program.parent_path() / "TutorialData.db"; }
-    [[nodiscard]] std::string flag() const {
-        std::ifstream file(flagFile(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    [[nodiscard]] std::string flag() const { return readFile(flagFile()); }
     void setFlag(const std::string& bytes) const { std::ofstream(flagFile(), std::ios::binary) << bytes; }
 
     static void awaitClosed(const Program& program, const Window& tutorial) {
         await("the tutorial has closed", [&] { return !tutorial.exists(); });
         await("the main window takes input", [&] { return program.mainWindow().enabled(); });
+    }
+
+    static void expectRightOfTheScreensMiddle(const Window& tutorial) {
+        const RECT rect = tutorial.rect();
+        EXPECT_EQ(rect.left, (GetSystemMetrics(SM_CXSCREEN) - width(rect)) / 2 + 40);
+        EXPECT_EQ(rect.top, (GetSystemMetrics(SM_CYSCREEN) - height(rect)) / 2);
+    }
+    static void expectFilledByItsPictureAboveTheControls(const Window& tutorial) {
+        parkMouse();
+        tutorial.awaitPainted();
+        const RECT area = tutorial.clientRect();
+        EXPECT_EQ(width(area), kPictureWidth);
+        expectSoon([&] {
+            const Picture headline = Picture::ofScreen({area.left, area.top, area.right, area.top + 48});
+            EXPECT_LT(headline.count(RGB(218, 223, 234)), 100) << "the picture's dark headline is missing";
+        });
+        for (const int control : {kPrevent, kContinue}) {
+            const RECT place = tutorial.child(control).rect();
+            EXPECT_TRUE(inside(place, area)) << control;
+            EXPECT_GE(place.top, area.top + kPictureHeight) << control << " covers the picture";
+        }
     }
 
     Launch launch_;
@@ -50,41 +67,28 @@ TEST_F(TutorialTest, ShowsAtTheFirstStartAndLeavesItsFlag) {
     EXPECT_EQ(tutorial.child(kContinue).text(), "&Continue");
     EXPECT_TRUE(program.mainWindow().visible()) << "what the tutorial explains";
     EXPECT_FALSE(program.mainWindow().enabled());
+    expectRightOfTheScreensMiddle(tutorial);
+    expectFilledByItsPictureAboveTheControls(tutorial);
     press(tutorial.child(kContinue));
     awaitClosed(program, tutorial);
     EXPECT_EQ(flag(), kShown);
 }
 
-TEST_F(TutorialTest, StandsRightOfTheScreensMiddle) {
-    const Program program(launch_);
-    const Window tutorial = program.awaitDialog();
-    const RECT rect = tutorial.rect();
-    EXPECT_EQ(rect.left, (GetSystemMetrics(SM_CXSCREEN) - width(rect)) / 2 + 40);
-    EXPECT_EQ(rect.top, (GetSystemMetrics(SM_CYSCREEN) - height(rect)) / 2);
-}
-
-TEST_F(TutorialTest, IsFilledByItsPictureAboveTheControls) {
-    const Program program(launch_);
-    const Window tutorial = program.awaitDialog();
-    parkMouse();
-    tutorial.awaitPainted();
-    const RECT area = tutorial.clientRect();
-    EXPECT_EQ(width(area), kPictureWidth);
-    expectSoon([&] {
-        const Picture headline = Picture::ofScreen({area.left, area.top, area.right, area.top + 48});
-        EXPECT_LT(headline.count(RGB(218, 223, 234)), 100) << "the picture's dark headline is missing";
-    });
-    for (const int control : {kPrevent, kContinue}) {
-        const RECT place = tutorial.child(control).rect();
-        EXPECT_TRUE(inside(place, area)) << control;
-        EXPECT_GE(place.top, area.top + kPictureHeight) << control << " covers the picture";
-    }
-}
-
-TEST_F(TutorialTest, TickedAwayItNeverComesBack) {
+TEST_F(TutorialTest, ShowsAgainWhenItWasOnlyClosedAndTickedAwayItNeverComesBack) {
+    setFlag(kShown);
     {
         const Program program(launch_);
         const Window tutorial = program.awaitDialog();
+        press(tutorial.child(kPrevent));
+        bringToFront(tutorial);
+        pressKey(tutorial, VK_ESCAPE);
+        awaitClosed(program, tutorial);
+        EXPECT_EQ(flag(), kShown) << "Escape decides nothing";
+    }
+    {
+        const Program program(launch_);
+        const Window tutorial = program.awaitDialog();
+        EXPECT_TRUE(tutorial.hasChild(kContinue)) << "it shows again";
         press(tutorial.child(kPrevent));
         press(tutorial.child(kContinue));
         awaitClosed(program, tutorial);
@@ -98,38 +102,16 @@ TEST_F(TutorialTest, TickedAwayItNeverComesBack) {
     EXPECT_EQ(flag(), kHidden);
 }
 
-TEST_F(TutorialTest, ShowsAgainWhenItWasOnlyClosed) {
-    setFlag(kShown);
-    {
-        const Program program(launch_);
-        const Window tutorial = program.awaitDialog();
-        press(tutorial.child(kPrevent));
-        bringToFront(tutorial);
-        pressKey(tutorial, VK_ESCAPE);
-        awaitClosed(program, tutorial);
-        EXPECT_EQ(flag(), kShown) << "Escape decides nothing";
-    }
-    const Program again(launch_);
-    EXPECT_TRUE(again.awaitDialog().hasChild(kContinue));
-}
-
-TEST_F(TutorialTest, EnterContinues) {
+TEST_F(TutorialTest, EnterContinuesAndAFileThatCannotBeWrittenIsNoReasonForABox) {
+    std::filesystem::create_directory(flagFile());
     const Program program(launch_);
     const Window tutorial = program.awaitDialog();
     bringToFront(tutorial);
     expectSoon([&] { EXPECT_EQ(focused(tutorial).id(), kContinue); });
+    press(tutorial.child(kPrevent));
     pressKey(tutorial, VK_RETURN);
     awaitClosed(program, tutorial);
-}
-
-TEST_F(TutorialTest, KeepsShowingWhenItsFileCannotBeWritten) {
-    std::filesystem::create_directory(flagFile());
-    const Program program(launch_);
-    const Window tutorial = program.awaitDialog();
-    press(tutorial.child(kPrevent));
-    press(tutorial.child(kContinue));
-    awaitClosed(program, tutorial);
-    EXPECT_FALSE(program.dialog()) << "an unwritable flag is no reason for a box";
+    EXPECT_FALSE(program.dialog());
 }
 
 } // namespace

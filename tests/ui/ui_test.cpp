@@ -153,14 +153,23 @@ Program& UiTest::program() const {
 
 void UiTest::expectBox(const std::string& caption, const std::string& text, BoxIcon icon,
                        const std::string& answer) const {
-    const MessageBoxWindow box = program().awaitBox();
+    expectThat(program().awaitBox(), program().mainWindow(), caption, text, icon, answer);
+}
+
+void UiTest::expectBoxOver(const Window& dialog, const std::string& caption, const std::string& text, BoxIcon icon,
+                           const std::string& answer) const {
+    expectThat(program().awaitBoxOver(dialog), dialog, caption, text, icon, answer);
+}
+
+void UiTest::expectThat(const MessageBoxWindow& box, const Window& owner, const std::string& caption,
+                        const std::string& text, BoxIcon icon, const std::string& answer) {
     EXPECT_EQ(box.caption(), caption);
     EXPECT_EQ(box.text(), text);
     EXPECT_EQ(box.icon(), icon);
     const std::vector<std::string> expectedButtons =
         answer == "OK" ? std::vector<std::string>{"OK"} : std::vector<std::string>{"Yes", "No"};
     EXPECT_EQ(box.buttons(), expectedButtons);
-    EXPECT_FALSE(program().mainWindow().enabled()) << "the box does not keep the main window waiting";
+    EXPECT_FALSE(owner.enabled()) << "the box does not keep its owner waiting";
     box.answer(answer);
 }
 
@@ -209,15 +218,9 @@ BenchFolder smallBench() {
     return folder;
 }
 
-BenchFolder slowBench(int milliseconds) {
-    BenchFolder folder = pairBench();
-    folder.bench(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::to_string(milliseconds) + "}}}");
-    return folder;
-}
-
 BenchFolder heldBench() {
-    constexpr int kLongerThanAnyTest = 600'000;
-    return slowBench(kLongerThanAnyTest);
+    // Longer than any test.
+    return pairBench().bench(R"({"tools": {"diskpart": {"delayMilliseconds": 600000}}})");
 }
 
 void prepareUiTests() {

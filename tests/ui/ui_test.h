@@ -36,12 +36,19 @@ class UiTest : public ::testing::Test {
 
     /// Expects a message box with that caption, text, icon and buttons, and answers it with `answer`.
     void expectBox(const std::string& caption, const std::string& text, BoxIcon icon, const std::string& answer) const;
+    /// The same in front of an open dialog.
+    void expectBoxOver(const Window& dialog, const std::string& caption, const std::string& text, BoxIcon icon,
+                       const std::string& answer) const;
     void expectStopBox(const std::string& caption, const std::string& text) const;
     void expectQuestion(const std::string& caption, const std::string& text, const std::string& answer) const;
     /// Expects that no box and no dialog is open or about to open when the window has dealt with all input so far.
     void expectNoBox() const;
 
   private:
+    /// Expects that of the box in front of `owner`, and answers it.
+    static void expectThat(const MessageBoxWindow& box, const Window& owner, const std::string& caption,
+                           const std::string& text, BoxIcon icon, const std::string& answer);
+
     bool endExpected_ = false;
 };
 
@@ -50,9 +57,6 @@ class UiTest : public ::testing::Test {
 
 /// A bench with four drives: the pair, a USB bridge disk, a SATA disk of 4096-byte sectors.
 [[nodiscard]] BenchFolder smallBench();
-
-/// The pair's bench whose diskpart takes so long for each request; a scan asks it once for each drive.
-[[nodiscard]] BenchFolder slowBench(int milliseconds);
 
 /// The pair's bench whose diskpart works for longer than any test: a scan runs until the bench is told to hurry.
 [[nodiscard]] BenchFolder heldBench();

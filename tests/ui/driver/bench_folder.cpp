@@ -10,12 +10,11 @@ namespace torvane::driver {
 namespace fs = std::filesystem;
 namespace {
 
-std::string read(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
+std::string readDescription(const fs::path& path) {
+    if (!fs::is_regular_file(path)) {
         throw Failure("cannot read " + path.string());
     }
-    return {std::istreambuf_iterator<char>(file), {}};
+    return readFile(path);
 }
 
 void write(const fs::path& path, const std::string& content) {
@@ -42,9 +41,9 @@ fs::path runsFolder() {
 BenchFolder BenchFolder::demo() {
     const fs::path source = TORVANE_DEMO_BENCH;
     BenchFolder folder;
-    folder.bench(read(source / "bench.json"));
+    folder.bench(readDescription(source / "bench.json"));
     for (const auto& drive : fs::directory_iterator(source / "drives")) {
-        folder.drive(drive.path().stem().string(), read(drive.path()));
+        folder.drive(drive.path().stem().string(), readDescription(drive.path()));
     }
     return folder;
 }
@@ -64,6 +63,11 @@ void BenchFolder::writeTo(const fs::path& folder) const {
     for (const auto& [path, content] : files_) {
         write(folder / path, content);
     }
+}
+
+std::string readFile(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::vector<std::string> readLog(const fs::path& log, const std::vector<std::string>& texts) {

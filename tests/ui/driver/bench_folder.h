@@ -31,6 +31,9 @@ class BenchFolder {
     std::map<std::string, std::string> files_{{"bench.json", "{}"}}; ///< content by path inside the folder
 };
 
+/// A file's bytes; none when it cannot be read.
+[[nodiscard]] std::string readFile(const std::filesystem::path& path);
+
 /// Lines of a bench's log that contain every one of the texts, in order; none while there is no log.
 [[nodiscard]] std::vector<std::string> readLog(const std::filesystem::path& log, const std::vector<std::string>& texts);
 

@@ -86,7 +86,7 @@ void requireReachable(const Window& window, POINT place) {
     }
     // A window that has only just appeared may not be on top yet.
     const auto onTop = [&] { return WindowFromPoint(place) == window.handle(); };
-    if (!waitUntil(onTop, std::chrono::milliseconds(500))) {
+    if (!waitUntil(onTop, std::chrono::milliseconds(100))) {
         raiseAboveOwner(window, place);
     }
     if (!waitUntil(onTop)) {

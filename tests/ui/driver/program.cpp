@@ -7,7 +7,6 @@
 #include <tlhelp32.h>
 
 #include <fstream>
-#include <iterator>
 #include <sstream>
 
 namespace torvane::driver {
@@ -199,8 +198,7 @@ bool Program::findProcess() {
 }
 
 std::string Program::launcherOutput() const {
-    std::ifstream file(folder() / kLauncherOutput, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return readFile(folder() / kLauncherOutput);
 }
 
 bool Program::running() const {

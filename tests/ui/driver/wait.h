@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <stdexcept>
 #include <string>
@@ -19,12 +20,18 @@ inline constexpr std::chrono::milliseconds kPatience{30'000};
 /// True as soon as `condition()` holds, false when it never did within `limit`.
 template <typename Condition>
 [[nodiscard]] bool waitUntil(Condition&& condition, std::chrono::milliseconds limit = kPatience) {
+    using std::chrono::milliseconds;
     const auto deadline = std::chrono::steady_clock::now() + limit;
+    // What takes long is asked for less often: each question costs the program under test its time as well.
+    constexpr milliseconds kFirstPause{2};
+    constexpr milliseconds kLongestPause{20};
+    milliseconds pause = kFirstPause;
     while (!condition()) {
         if (std::chrono::steady_clock::now() >= deadline) {
             return false;
         }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        std::this_thread::sleep_for(pause);
+        pause = std::min(pause + milliseconds(1), kLongestPause);
     }
     return true;
 }
