@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
 """Runs clang-tidy over every source of ours that a build compiles.
 
-    tools/lint.py [-j JOBS] BUILD...
+    tools/lint.py [-j JOBS] [--changed] BUILD...
 
 A build is a configured and built folder: its compile commands say how each source is compiled, its dependency log which
 headers each source reaches. A source whose commands, headers and rules are the same as at an earlier clean run is not
 analysed again (build/lint-cache). A source that several builds compile is analysed once, as the first of them does.
+
+--changed: only what differs from the branch main, or is not committed; of a header, the source of its name or else the
+first that includes it.
 """
 
 import argparse
@@ -22,7 +25,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 CACHE = ROOT / "build" / "lint-cache"
-TIDY = "clang-tidy"
+TIDY = "clang-tidy-22"
 TIMEOUT_SECONDS = 600
 running = set()
 
@@ -109,9 +112,36 @@ class Build:
         return text if status != 0 else ""
 
 
+def changed_files():
+    """Files that differ from where main was left, or that nobody has committed."""
+
+    def git(*arguments):
+        return subprocess.run(["git", *arguments], cwd=ROOT, capture_output=True, text=True).stdout.split()
+
+    base = git("merge-base", "HEAD", "main") or ["HEAD"]
+    names = git("diff", "--name-only", *base) + git("ls-files", "--others", "--exclude-standard")
+    return {ROOT / name for name in names}
+
+
+def looked_through(builds):
+    """The sources that show what has changed: those that did, and one for each header that did."""
+    changed = changed_files()
+    headers = {path for path in changed if path.suffix == ".h"}
+    for build in builds:
+        headers -= {path.with_suffix(".h") for path in build.commands}
+    chosen = {path.with_suffix(".cpp") for path in changed if path.suffix in {".cpp", ".h"}}
+    for build in builds:
+        for source, included in build.headers.items():
+            if source in build.commands and headers.intersection(included):
+                headers -= set(included)
+                chosen.add(source)
+    return chosen
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("-j", "--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("--changed", action="store_true")
     parser.add_argument("builds", nargs="+")
     arguments = parser.parse_args()
 
@@ -125,9 +155,11 @@ def main():
 
     work, keys = {}, {}
     known = 0
-    for build in map(Build, arguments.builds):
+    builds = [Build(folder) for folder in arguments.builds]
+    chosen = looked_through(builds) if arguments.changed else None
+    for build in builds:
         for source in build.commands:
-            if source in keys:
+            if source in keys or (chosen is not None and source not in chosen):
                 continue
             keys[source] = build.key(source, rules)
             if (CACHE / keys[source]).exists():
