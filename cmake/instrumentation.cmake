@@ -1,4 +1,4 @@
-# Sanitizers or coverage counters of the native builds; nothing at all in the Windows build.
+# Sanitizers and coverage counters of the native builds; nothing at all in the Windows build.
 add_library(torvane_instrumentation INTERFACE)
 
 if(TORVANE_SANITIZE)
@@ -6,6 +6,11 @@ if(TORVANE_SANITIZE)
     target_compile_options(torvane_instrumentation INTERFACE ${sanitizers})
     target_link_options(torvane_instrumentation INTERFACE ${sanitizers})
     target_compile_definitions(torvane_instrumentation INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+if(TORVANE_SANITIZE_THREADS)
+    target_compile_options(torvane_instrumentation INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(torvane_instrumentation INTERFACE -fsanitize=thread)
 endif()
 
 if(TORVANE_FUZZ)
