@@ -31,10 +31,11 @@ std::string inRows(std::span<const std::byte, kHexViewBytes> bytes, const AddByt
     return text;
 }
 
+constexpr const char* kDigits = "0123456789ABCDEF";
+
 } // namespace
 
 std::string hexPaneText(std::span<const std::byte, kHexViewBytes> bytes) {
-    constexpr const char* kDigits = "0123456789ABCDEF";
     return inRows(bytes, [&](std::string& text, std::byte byte) {
         text += kDigits[std::to_integer<int>(byte >> 4)];
         text += kDigits[std::to_integer<int>(byte & std::byte{0x0F})];
