@@ -44,7 +44,7 @@ FOLDERS = {
     "copy": {"base", "ui", "records", "jobs", "state", "discovery", "admin"},
     "hex": {"base", "ui", "records", "state", "discovery", "copy"},
     "reports": {"base", "ui", "records", "state", "monitoring", "health"},
-    "window": {"base", "ui", "records", "jobs", "state", "discovery", "monitoring", "settings", "health", "admin", "scan", "surface", "copy",
+    "window": {"base", "ui", "records", "jobs", "state", "monitoring", "settings", "health", "admin", "scan", "surface", "copy",
                "hex", "reports"},
 }
 
@@ -56,9 +56,9 @@ STATE_HEADER = "state/app_state.h"
 STATE = {
     "activeDrive": {"state", "health", "scan", "reports", "window"},
     "activeDriveChosen": {"state", "scan", "window"},
-    "chosen": {"copy", "reports", "window"},
+    "chosen": {"reports", "window"},
     "companyInfo": {"reports", "window"},
-    "jobs": {"state", "admin", "scan", "surface", "copy", "window"},
+    "jobs": {"admin", "scan", "surface", "copy", "window"},
     "messages": {"health", "window"},
     "mountStatus": {"admin", "window"},
     "raceTrack": {"copy"},

@@ -21,7 +21,6 @@
 #include "settings/portable_drive.h"
 #include "state/active_drive.h"
 #include "state/app_state.h"
-#include "state/drive_job.h"
 #include "surface/read_test_dialog.h"
 #include "ui/prompts.h"
 #include "window/about_dialog.h"
