@@ -128,6 +128,8 @@ DWORD changeMounting(AppState& state, JobClaim& claim, const DiskPartScript& scr
     if (!writeScript(script)) {
         return 0;
     }
+    // Refused while a scan or another job on a drive is at work: then the change shows no flag of its own.
+    static_cast<void>(claim.raise());
     if (!runMountingScript(state, script)) {
         // Kept: after a failed change the program goes on saying that a job runs, until somebody terminates it.
         claim.leaveRaised();

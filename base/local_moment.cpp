@@ -1,27 +1,33 @@
 #include "base/local_moment.h"
 
+#ifdef _WIN32
+
+#include <windows.h>
+
+namespace torvane {
+
+// Not the C library, which takes the time zone from the environment, and but once.
+LocalMoment localNow() {
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond};
+}
+
+} // namespace torvane
+
+#else
+
 #include <ctime>
 
 namespace torvane {
 
-namespace {
-
-/// The calling thread's own copy: the C library keeps one for all.
-std::tm localCalendar(std::time_t now) {
-    std::tm calendar{};
-#ifdef _WIN32
-    localtime_s(&calendar, &now);
-#else
-    localtime_r(&now, &calendar);
-#endif
-    return calendar;
-}
-
-} // namespace
-
 LocalMoment localNow() {
-    const std::tm now = localCalendar(std::time(nullptr));
+    const std::time_t clock = std::time(nullptr);
+    std::tm now{};
+    localtime_r(&clock, &now);
     return {now.tm_year + 1900, now.tm_mon + 1, now.tm_mday, now.tm_hour, now.tm_min, now.tm_sec};
 }
 
 } // namespace torvane
+
+#endif

@@ -41,7 +41,7 @@ DriveRecordPtr openImageFileAsDrive(std::string_view fileName) {
     record->bytesPerSector = kImageBytesPerSector;
     record->recordKind = kRecordKindImageFile;
     record->busCode = kBusCodeFile;
-    // Zeros, as in the rest of an image file's record: of its counters the hours alone are told as not reported.
+    // Kept: of an image file's counters the hours alone are told as not reported.
     record->disk.fill(0);
     record->ssd.fill(0);
     record->disk[Counter::kPowerOnHours] = kNotReported;

@@ -6,7 +6,7 @@
 
 namespace torvane {
 
-/// What may be at work beside the window. The order means nothing.
+/// What may be at work beside the window.
 enum class JobKind : std::uint8_t {
     kScan,
     kClone,
@@ -18,9 +18,10 @@ enum class JobKind : std::uint8_t {
     kShortTest,
     kCriticalTest,
     kNistTest,
+    kCount, ///< how many there are; no kind
 };
 
-inline constexpr std::size_t kJobKinds = 10;
+inline constexpr auto kJobKinds = static_cast<std::size_t>(JobKind::kCount);
 
 /// A set of kinds.
 class JobKinds {

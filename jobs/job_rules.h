@@ -11,7 +11,7 @@ enum class JobFlag : std::uint8_t {
     kNever,
     kFromBegin,  ///< from `begin` until the job lowers it
     kWhenRaised, ///< when the job raises it: once everything is prepared
-    kUnlessHeld, ///< from `begin`, but not where a scan or a drive job is at work: the flag is theirs then
+    kUnlessHeld, ///< likewise, but never while a scan or a drive job is at work: the flag is theirs then
 };
 
 /// How one kind of job gets along with the others.

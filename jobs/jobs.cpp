@@ -25,7 +25,7 @@ JobClaim::~JobClaim() {
 bool JobClaim::raise() {
     const std::lock_guard lock(jobs_->mutex_);
     Jobs::Entry& entry = jobs_->entry(number_);
-    entry.flagUp = !entry.stopAsked;
+    entry.flagUp = jobs_->mayRaise(entry);
     return entry.flagUp;
 }
 
@@ -76,10 +76,7 @@ std::optional<JobClaim> Jobs::begin(JobKind kind) {
     if (obstacleFor(kind)) {
         return std::nullopt;
     }
-    const JobFlag flag = ruleOf(kind).flag;
-    const bool held = !(kindsAtWork() & (kDriveJobs | kScanAlone)).empty();
-    const bool up = flag == JobFlag::kFromBegin || (flag == JobFlag::kUnlessHeld && !held);
-    entries_.push_back({.number = ++lastNumber_, .kind = kind, .flagUp = up});
+    entries_.push_back({.number = ++lastNumber_, .kind = kind, .flagUp = ruleOf(kind).flag == JobFlag::kFromBegin});
     return JobClaim(*this, lastNumber_);
 }
 
@@ -118,6 +115,11 @@ JobKinds Jobs::kindsAtWork() const {
         kinds.add(entry.kind);
     }
     return kinds;
+}
+
+bool Jobs::mayRaise(const Entry& entry) const {
+    const bool held = !(kindsAtWork() & (kDriveJobs | kScanAlone)).empty();
+    return !entry.stopAsked && !(held && ruleOf(entry.kind).flag == JobFlag::kUnlessHeld);
 }
 
 bool Jobs::anyFlagUp() const {

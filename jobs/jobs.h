@@ -13,8 +13,8 @@ class Jobs;
 
 /// A job's leave to be at work. It travels into the job's thread; where it ends, the job has ended.
 ///
-/// A job shows that it runs by its flag. Who asks it to stop lowers the flag; it stays down for this job whatever
-/// others raise meanwhile. The job looks at it when it has moved a block or read a segment.
+/// A job shows that it runs by its flag. Who asks it to stop lowers the flag, and for a job that heeds this it stays
+/// down whatever others raise meanwhile. The job looks at it when it has moved a block or read a segment.
 class JobClaim {
   public:
     JobClaim(JobClaim&& other) noexcept;
@@ -23,7 +23,8 @@ class JobClaim {
     JobClaim& operator=(const JobClaim&) = delete;
     ~JobClaim();
 
-    /// Raises the flag. False, and the flag stays down, when the job was asked to stop since it began.
+    /// Raises the flag. False, and the flag stays down, when the job was asked to stop since it began, or when its kind
+    /// raises none beside who is at work (`JobFlag::kUnlessHeld`).
     [[nodiscard]] bool raise();
 
     /// Raises the flag, and forgets that the job was asked to stop: for a second part that the user has agreed to
@@ -94,6 +95,7 @@ class Jobs {
     // With the mutex held.
     [[nodiscard]] Obstacle obstacleFor(JobKind kind) const;
     [[nodiscard]] JobKinds kindsAtWork() const;
+    [[nodiscard]] bool mayRaise(const Entry& entry) const;
     [[nodiscard]] bool anyFlagUp() const;
     [[nodiscard]] Entry& entry(std::uint64_t number);
     void lower(Entry& entry);

@@ -61,8 +61,8 @@ struct ReadTestTimes {
     SharedNumber<std::int64_t> readDurationMax = 0;
 };
 
-/// One storage device found by the scan, or an image file used in a drive's place. Starts zero-filled, but
-/// for its counters.
+/// One storage device found by the scan, or an image file used in a drive's place. Starts zero-filled, but for
+/// its counters, which are not reported, and the results of its read tests, which were not performed.
 ///
 /// The record owns its open device handle: records are held by `DriveRecordPtr`, whose deleter closes it.
 struct DriveRecord {
@@ -131,7 +131,7 @@ struct DriveRecord {
     BitLockerEntries bitLockerEntries{};
 };
 
-/// Closes the record's device handle, if it has one, and frees the record.
+/// Closes the device handle of a record that owns one, and frees the record.
 struct DriveRecordDeleter {
     void (*closeHandle)(NativeHandle) = nullptr; ///< set by who makes records of open devices (discovery/)
 

@@ -174,9 +174,9 @@ ReportSections nvmeSections(const DriveRecord& drive) {
 }
 
 void FormatTestResult(std::string& out, const char* testName, ReadTestResult result) {
+    out = formatText("%s not performed", testName); // also of what is no result at all
     switch (result) {
     case ReadTestResult::kNotPerformed:
-        out = formatText("%s not performed", testName);
         return;
     case ReadTestResult::kFailed:
         out = formatText("%s FAILED", testName);

@@ -17,11 +17,11 @@ namespace torvane {
 
 /// Names that the program goes on knowing when their command is done. The window's thread alone uses them.
 struct ChosenNames {
-    FixedText<1024> destinationFolder; ///< of an image; for an image to drive, the image's own path
+    FixedText<1024> destinationFolder; ///< of an image or the portable drive; for an image to drive, the image's path
     FixedText<1024> reportFileName;
 };
 
-/// The one record of everything that lives longer than one command. Each group is declared by the folder that owns it.
+/// The one record of everything that lives longer than one command.
 ///
 /// Functions take the record as an argument; `appState()` is for window procedures, thread procedures and the event
 /// log. Numbers and pointers that a worker and the window's thread share are atomics; the rest belongs to the window's

@@ -15,8 +15,8 @@ inline constexpr int kMaxDrives = 20;
 /// The scan's share of the application state.
 ///
 /// The tables are written by the scan's thread, as long as its claim lasts; everybody else reads them when no scan is
-/// at work. When nobody is, the window's thread empties them for the next scan, and fills the volumes anew before a
-/// drive is overwritten.
+/// at work. The window's thread empties them under a new scan's claim, before its thread starts, and fills the volumes
+/// anew before a drive is overwritten.
 struct ScanState {
     std::atomic<std::int32_t> stage{0};      ///< 0 to 5; 4 is never used
     std::atomic<std::int32_t> scanNumber{0}; ///< counts the scans, so that a progress thread knows its own

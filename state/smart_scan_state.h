@@ -10,7 +10,7 @@ namespace torvane {
 /// The tool names a drive by one letter, "a" to "z", so drive numbers 0 to 25 can have a name.
 inline constexpr int kMaxNamedDrives = 26;
 
-/// What the last listing of the monitoring tool told. Written and read by the scan worker alone.
+/// What the last listing of the monitoring tool told. Written and read by the scan's thread alone.
 struct SmartScanState {
     std::int32_t deviceLineCount = 0; ///< lines of the listing, used or not
 

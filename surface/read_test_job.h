@@ -15,7 +15,7 @@
 
 namespace torvane {
 
-/// The read that failed, and how.
+/// The read that failed, and how; nothing that is shown tells yet why.
 struct FailedRead {
     std::int64_t sector; ///< the first of the read
     TransferOutcome outcome;

@@ -47,7 +47,7 @@ class ImageDialog : public CopyDialog {
     }
 
   private:
-    // Does not ask whether a job runs: after a failed write the running flag is still set, and a new image may start.
+    // Does not ask whether a job runs: after a failed write the flag is still up, and a new image may start.
     void onStart() {
         startJob({.kind = CopyKind::kImageToFile, .source = &source_, .destination = nullptr, .path = folder_});
     }

@@ -31,7 +31,7 @@ struct RaceTrack {
 
 inline constexpr int kExplosionFrameMilliseconds = 100;
 
-/// The race track of a job in this state. Reads each of the state's words once.
+/// The race track of a job in this state. Reads each of the state's numbers once.
 [[nodiscard]] RaceTrack layOutRaceTrack(TrackScene scene, const RaceTrackState& state);
 
 } // namespace torvane

@@ -13,7 +13,7 @@ struct JobLosses {
 };
 
 /// The "Status" cell of a drive after a job: "COMPLETED" when everything arrived, else "BAD" with what went wrong and
-/// how often. `ending` is empty for a job that went through to its end, otherwise says how it ended: "terminated".
+/// how often. `ending` is empty for a job that went through to its end, otherwise says how it ended: "not completed".
 [[nodiscard]] std::string driveOutcomeText(std::string_view ending, const JobLosses& losses);
 
 } // namespace torvane

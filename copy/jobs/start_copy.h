@@ -33,7 +33,7 @@ DWORD ImageToDriveWorker(AppState& state, JobClaim& claim, const CopyOrder& orde
 /// at work alone uses them.
 [[nodiscard]] OpenImages& keptImages();
 
-/// Starts the job of that kind on a thread of its own. False, with nothing started, while something stands in its way
+/// Starts the order's job on a thread of its own. False, with nothing started, while something stands in its way
 /// (an earlier job on a drive may be at its last read), or when the system has no room for a thread; the latter is
 /// logged. The display must live until the program ends.
 bool startCopy(AppState& state, CopyOrder order, JobDisplay& display);

@@ -485,6 +485,19 @@ TEST_F(DiskPart, ADisableScriptThatCannotBeCreatedIsLoggedAndNeverReported) {
     EXPECT_THAT(view_.timers(), SizeIs(1));
 }
 
+TEST_F(DiskPart, AScriptThatCannotBeCreatedLeavesTheFlagOfAnEarlierFailureUp) {
+    openBench();
+    {
+        std::optional<JobClaim> failed = state().jobs.begin(JobKind::kMounting);
+        ASSERT_TRUE(failed && failed->raise());
+        failed->leaveRaised();
+    }
+    blockFile("DisableMountScript.txt");
+    onDisableMounting(state());
+    EXPECT_EQ(awaitWorker(), 0U);
+    EXPECT_TRUE(state().jobs.active());
+}
+
 TEST_F(DiskPart, AFailedDisableRunIsLoggedAndLeavesTheStatusAndTheJobAsTheyAre) {
     openBenchWithoutDiskPart();
     state().mountStatus = kMountingChanging;

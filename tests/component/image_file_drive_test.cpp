@@ -49,6 +49,7 @@ TEST_F(ImageFileDrive, DescribesTheFileAsADrive) {
     EXPECT_EQ(record->sizeBytes, 3 * 512 + 100);
     EXPECT_EQ(record->sizeSectors, 3);
     EXPECT_DOUBLE_EQ(record->sizeGigabytes, 3 / 2097152.0);
+    EXPECT_EQ(record->ssd[Counter::kPendingSectors], 0);
     EXPECT_EQ(record->disk[Counter::kPowerOnHours], -1);
     for (const Counter counter :
          {Counter::kReallocatedSectors, Counter::kReportedUncorrectable, Counter::kReallocationEvents,

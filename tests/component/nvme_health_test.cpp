@@ -60,8 +60,8 @@ BOOL WINAPI watchedControl(HANDLE device, DWORD code, LPVOID input, DWORD inputS
     return answer == Answer::kSuccess ? TRUE : FALSE;
 }
 
-std::string driveJson(const std::string& bus, const std::string& road, const std::string& nvme) {
-    return R"({"number": 2, "bus": ")" + bus + R"(", "size": "64 MiB", "scsiPort": 7, "road": )" + road +
+std::string driveJson(const std::string& bus, const std::string& transport, const std::string& nvme) {
+    return R"({"number": 2, "bus": ")" + bus + R"(", "size": "64 MiB", "scsiPort": 7, "road": )" + transport +
            R"(, "identity": {"product": "Probed product", "serial": "Probed"},
               "nvme": {"model": "Controller Model", "serial": "CS-1", "health": {"criticalWarning": 5,
               "availableSpare": 3, "availableSpareThreshold": 10, "percentageUsed": 101, "dataUnitsRead": 11,
@@ -69,10 +69,10 @@ std::string driveJson(const std::string& bus, const std::string& road, const std
            nvme + "}}";
 }
 
-class NvmeRoads : public ::testing::Test {
+class NvmeTransports : public ::testing::Test {
   protected:
-    void putOnBench(const std::string& bus, const std::string& road, const std::string& nvme = "") {
-        bench_.addDrive(driveJson(bus, road, nvme));
+    void putOnBench(const std::string& bus, const std::string& transport, const std::string& nvme = "") {
+        bench_.addDrive(driveJson(bus, transport, nvme));
         bench_.open();
     }
 
@@ -94,7 +94,7 @@ class NvmeRoads : public ::testing::Test {
 
     void TearDown() override {
         answerInstead = nullptr;
-        EXPECT_THAT(view_.logRows(), IsEmpty()) << "no road logs anything, whether it succeeds or fails";
+        EXPECT_THAT(view_.logRows(), IsEmpty()) << "no transport logs anything, whether it succeeds or fails";
     }
 
     void expectHealth() const {
@@ -138,7 +138,7 @@ Request sent(std::uint32_t code, const Container& bytes) {
 
 // --- Storage query
 
-TEST_F(NvmeRoads, TheStorageQueryReadsAnNvmeDrive) {
+TEST_F(NvmeTransports, TheStorageQueryReadsAnNvmeDrive) {
     putOnBench("nvme", R"("nvme-query")");
     EXPECT_EQ(read(kBusCodeNvme), 1);
     expectHealth();
@@ -149,7 +149,7 @@ TEST_F(NvmeRoads, TheStorageQueryReadsAnNvmeDrive) {
     EXPECT_THAT(bench_.log("request=open"), ElementsAre(AllOf(HasSubstr("target=drive:2"), HasSubstr("access=rw"))));
 }
 
-TEST_F(NvmeRoads, AHealthQueryThatFailsIsRepeatedOnceForAllNamespaces) {
+TEST_F(NvmeTransports, AHealthQueryThatFailsIsRepeatedOnceForAllNamespaces) {
     putOnBench("nvme", R"("nvme-query")", R"(, "healthOnlyForAllNamespaces": true)");
     EXPECT_EQ(read(kBusCodeNvme), 1);
     expectHealth();
@@ -158,14 +158,14 @@ TEST_F(NvmeRoads, AHealthQueryThatFailsIsRepeatedOnceForAllNamespaces) {
                                       sent(0x002D1400, storageQueryHealthRequest(0xFFFFFFFF))));
 }
 
-TEST_F(NvmeRoads, TheStorageQueryFailsWithItsHealthLog) {
+TEST_F(NvmeTransports, TheStorageQueryFailsWithItsHealthLog) {
     putOnBench("nvme", R"("nvme-query")", R"(, "healthFails": true)");
     EXPECT_EQ(read(kBusCodeNvme), 0);
     expectNothingRead(kBusCodeNvme);
     EXPECT_EQ(requests.size(), 3U) << "repeated once, not more";
 }
 
-TEST_F(NvmeRoads, TheStorageQueryFailsWithItsIdentity) {
+TEST_F(NvmeTransports, TheStorageQueryFailsWithItsIdentity) {
     putOnBench("nvme", R"("nvme-query")", R"(, "identifyFails": true)");
     EXPECT_EQ(read(kBusCodeNvme), 0);
     expectNothingRead(kBusCodeNvme);
@@ -174,7 +174,7 @@ TEST_F(NvmeRoads, TheStorageQueryFailsWithItsIdentity) {
 
 // --- RAID driver
 
-TEST_F(NvmeRoads, TheRaidDriverIsAskedBeforeTheStorageQuery) {
+TEST_F(NvmeTransports, TheRaidDriverIsAskedBeforeTheStorageQuery) {
     putOnBench("raid", R"(["raid-miniport", "nvme-query"])");
     EXPECT_EQ(read(kBusCodeDirect), 1);
     expectHealth();
@@ -189,7 +189,7 @@ TEST_F(NvmeRoads, TheRaidDriverIsAskedBeforeTheStorageQuery) {
                 ElementsAre(HasSubstr("target=drive:2"), AllOf(HasSubstr("target=scsi:7"), HasSubstr("access=rw"))));
 }
 
-TEST_F(NvmeRoads, TheRaidDriversPathIsThatOfTheDrivesAddress) {
+TEST_F(NvmeTransports, TheRaidDriversPathIsThatOfTheDrivesAddress) {
     putOnBench("raid", R"("raid-miniport")");
     answerInstead = [](std::uint32_t code, const Bytes&, std::uint8_t* output, DWORD size, DWORD* returned) {
         if (code != 0x00041018) {
@@ -206,7 +206,7 @@ TEST_F(NvmeRoads, TheRaidDriversPathIsThatOfTheDrivesAddress) {
     EXPECT_EQ(requests[3], sent(0x0004D008, raidRequest(3, kRaidGetHealthLog)));
 }
 
-TEST_F(NvmeRoads, WithoutTheRaidDriverTheStorageQueryIsAsked) {
+TEST_F(NvmeTransports, WithoutTheRaidDriverTheStorageQueryIsAsked) {
     putOnBench("raid", R"("nvme-query")");
     EXPECT_EQ(read(kBusCodeDirect), 1);
     expectHealth();
@@ -214,7 +214,7 @@ TEST_F(NvmeRoads, WithoutTheRaidDriverTheStorageQueryIsAsked) {
     EXPECT_EQ(record_->busCode, kBusCodeDirect);
 }
 
-TEST_F(NvmeRoads, TheRaidDriverFailsWithAnyOfItsRequests) {
+TEST_F(NvmeTransports, TheRaidDriverFailsWithAnyOfItsRequests) {
     putOnBench("raid", R"("raid-miniport")");
     for (const std::size_t failing : {0U, 1U, 2U, 3U}) {
         static std::size_t number;
@@ -236,7 +236,7 @@ Answer failChosenRequests(std::uint32_t, const Bytes&, std::uint8_t*, DWORD, DWO
     return fails ? Answer::kFailure : Answer::kBench;
 }
 
-TEST_F(NvmeRoads, WhateverTheRaidDriverFailsWithTheStorageQueryIsAsked) {
+TEST_F(NvmeTransports, WhateverTheRaidDriverFailsWithTheStorageQueryIsAsked) {
     putOnBench("raid", R"(["raid-miniport", "nvme-query"])");
     answerInstead = failChosenRequests;
     for (const std::size_t failing : {0U, 1U, 2U, 3U}) {
@@ -251,7 +251,7 @@ TEST_F(NvmeRoads, WhateverTheRaidDriverFailsWithTheStorageQueryIsAsked) {
     }
 }
 
-TEST_F(NvmeRoads, WhenBothRoadsOfADirectDriveFailNothingIsRead) {
+TEST_F(NvmeTransports, WhenBothTransportsOfADirectDriveFailNothingIsRead) {
     putOnBench("raid", R"(["raid-miniport", "nvme-query"])");
     answerInstead = failChosenRequests;
     for (const std::size_t failing : {0U, 1U, 2U, 3U}) {
@@ -271,7 +271,7 @@ TEST_F(NvmeRoads, WhenBothRoadsOfADirectDriveFailNothingIsRead) {
 
 // --- USB bridge
 
-TEST_F(NvmeRoads, TheUsbBridgeReadsAnNvmeDriveBehindUsb) {
+TEST_F(NvmeTransports, TheUsbBridgeReadsAnNvmeDriveBehindUsb) {
     putOnBench("usb", R"("usb-bridge")");
     EXPECT_EQ(read(kBusCodeUsb), 1);
     expectHealth();
@@ -307,14 +307,14 @@ TEST_F(NvmeRoads, TheUsbBridgeReadsAnNvmeDriveBehindUsb) {
                                    "02000000"));
 }
 
-TEST_F(NvmeRoads, ABridgeThatEchoesTheRequestHasNoNvmeDrive) {
+TEST_F(NvmeTransports, ABridgeThatEchoesTheRequestHasNoNvmeDrive) {
     putOnBench("usb", R"("usb-bridge")", R"(, "bridgeEchoes": true)");
     EXPECT_EQ(read(kBusCodeUsb), 0);
     expectNothingRead(kBusCodeUsb);
     EXPECT_EQ(requests.size(), 2U) << "the health log is not asked for";
 }
 
-TEST_F(NvmeRoads, ABridgeThatAnswersZerosHasNoNvmeDrive) {
+TEST_F(NvmeTransports, ABridgeThatAnswersZerosHasNoNvmeDrive) {
     putOnBench("usb", R"("usb-bridge")");
     answerInstead = [](std::uint32_t, const Bytes& input, std::uint8_t*, DWORD size, DWORD* returned) {
         EXPECT_EQ(input.size(), size) << "one buffer for both";
@@ -327,7 +327,7 @@ TEST_F(NvmeRoads, ABridgeThatAnswersZerosHasNoNvmeDrive) {
     EXPECT_EQ(requests.size(), 2U);
 }
 
-TEST_F(NvmeRoads, ABridgeWhoseHealthLogIsAllZerosHasNoNvmeDrive) {
+TEST_F(NvmeTransports, ABridgeWhoseHealthLogIsAllZerosHasNoNvmeDrive) {
     putOnBench("usb", R"("usb-bridge")");
     answerInstead = [](std::uint32_t, const Bytes&, std::uint8_t*, DWORD size, DWORD* returned) {
         if (requests.size() != 4) {
@@ -341,17 +341,17 @@ TEST_F(NvmeRoads, ABridgeWhoseHealthLogIsAllZerosHasNoNvmeDrive) {
     EXPECT_EQ(requests.size(), 4U) << "its identity was a good one";
 }
 
-TEST_F(NvmeRoads, AUsbDriveWithoutTheBridgesCommandsIsLeftAlone) {
-    for (const char* const road : {R"("sat")", R"("scsi")", R"("none")"}) {
+TEST_F(NvmeTransports, AUsbDriveWithoutTheBridgesCommandsIsLeftAlone) {
+    for (const char* const transport : {R"("sat")", R"("scsi")", R"("none")"}) {
         testing::TestBench bench;
-        bench.addDrive(driveJson("usb", road, ""));
+        bench.addDrive(driveJson("usb", transport, ""));
         bench.open();
-        EXPECT_EQ(read(kBusCodeUsb), 0) << road;
+        EXPECT_EQ(read(kBusCodeUsb), 0) << transport;
         expectNothingRead(kBusCodeUsb);
     }
 }
 
-TEST_F(NvmeRoads, ASystemThatWantsTheLongStructureGetsIt) {
+TEST_F(NvmeTransports, ASystemThatWantsTheLongStructureGetsIt) {
     putOnBench("usb", R"("usb-bridge")");
     answerInstead = [](std::uint32_t, const Bytes& input, std::uint8_t*, DWORD, DWORD*) {
         if (loadLe16(input, 0) == 56) {
@@ -366,7 +366,7 @@ TEST_F(NvmeRoads, ASystemThatWantsTheLongStructureGetsIt) {
     EXPECT_EQ(requests[4], sent(0x0004D004, bridgeReceiveRequest(PassThroughLayout::kLong, 512)));
 }
 
-TEST_F(NvmeRoads, AnotherFailureIsNotTriedAgain) {
+TEST_F(NvmeTransports, AnotherFailureIsNotTriedAgain) {
     putOnBench("usb", R"("usb-bridge")");
     answerInstead = [](std::uint32_t, const Bytes&, std::uint8_t*, DWORD, DWORD*) {
         SetLastError(ERROR_SEM_TIMEOUT);
@@ -376,7 +376,7 @@ TEST_F(NvmeRoads, AnotherFailureIsNotTriedAgain) {
     EXPECT_EQ(requests.size(), 1U);
 }
 
-// --- Logs at their limits, by every road
+// --- Logs at their limits, by every transport
 
 /// The health log that `logInstead` gives takes the place of the bench's.
 std::vector<std::uint8_t> logInstead;
@@ -401,27 +401,27 @@ Answer giveLogInstead(std::uint32_t code, const Bytes& input, std::uint8_t* outp
     return Answer::kSuccess;
 }
 
-struct Road {
+struct Transport {
     const char* bus;
     const char* name;
     std::int32_t busCode;
 };
-constexpr Road kRoads[] = {{"nvme", R"("nvme-query")", kBusCodeNvme},
-                           {"raid", R"("raid-miniport")", kBusCodeDirect},
-                           {"usb", R"("usb-bridge")", kBusCodeUsb}};
+constexpr Transport kTransports[] = {{"nvme", R"("nvme-query")", kBusCodeNvme},
+                                     {"raid", R"("raid-miniport")", kBusCodeDirect},
+                                     {"usb", R"("usb-bridge")", kBusCodeUsb}};
 
-TEST_F(NvmeRoads, OfCountersBeyond64BitsTheLowHalfIsKept) {
+TEST_F(NvmeTransports, OfCountersBeyond64BitsTheLowHalfIsKept) {
     logInstead.assign(512, 0);
     for (const std::size_t counter : {32U, 48U, 128U, 160U}) {
         storeLe<std::uint64_t>(logInstead, counter, 2'000'000);
         storeLe<std::uint64_t>(logInstead, counter + 8, 3);
     }
-    for (const Road& road : kRoads) {
+    for (const Transport& transport : kTransports) {
         testing::TestBench bench;
-        bench.addDrive(driveJson(road.bus, road.name, ""));
+        bench.addDrive(driveJson(transport.bus, transport.name, ""));
         bench.open();
         answerInstead = giveLogInstead;
-        EXPECT_EQ(read(road.busCode), 1) << road.name;
+        EXPECT_EQ(read(transport.busCode), 1) << transport.name;
         EXPECT_EQ(record_->nvme.dataUnitsRead, 2'000'000);
         EXPECT_EQ(record_->nvme.dataUnitsWritten, 2'000'000);
         EXPECT_EQ(record_->nvme.powerOnHours, 2'000'000);
@@ -430,14 +430,14 @@ TEST_F(NvmeRoads, OfCountersBeyond64BitsTheLowHalfIsKept) {
     }
 }
 
-TEST_F(NvmeRoads, AnAllOnesLogIsALog) {
+TEST_F(NvmeTransports, AnAllOnesLogIsALog) {
     logInstead.assign(512, 0xFF);
-    for (const Road& road : kRoads) {
+    for (const Transport& transport : kTransports) {
         testing::TestBench bench;
-        bench.addDrive(driveJson(road.bus, road.name, ""));
+        bench.addDrive(driveJson(transport.bus, transport.name, ""));
         bench.open();
         answerInstead = giveLogInstead;
-        EXPECT_EQ(read(road.busCode), 1) << road.name;
+        EXPECT_EQ(read(transport.busCode), 1) << transport.name;
         EXPECT_EQ(record_->nvme.criticalWarning, 255);
         EXPECT_EQ(record_->nvme.availableSpare, 255);
         EXPECT_EQ(record_->nvme.dataUnitsWritten, -1) << "the same as not read";
@@ -445,15 +445,15 @@ TEST_F(NvmeRoads, AnAllOnesLogIsALog) {
     }
 }
 
-TEST_F(NvmeRoads, AnAllZeroLogIsALogExceptBehindTheUsbBridge) {
+TEST_F(NvmeTransports, AnAllZeroLogIsALogExceptBehindTheUsbBridge) {
     logInstead.assign(512, 0);
-    for (const Road& road : kRoads) {
+    for (const Transport& transport : kTransports) {
         testing::TestBench bench;
-        bench.addDrive(driveJson(road.bus, road.name, ""));
+        bench.addDrive(driveJson(transport.bus, transport.name, ""));
         bench.open();
         answerInstead = giveLogInstead;
-        EXPECT_EQ(read(road.busCode), road.busCode == kBusCodeUsb ? 0 : 1) << road.name;
-        if (road.busCode == kBusCodeUsb) {
+        EXPECT_EQ(read(transport.busCode), transport.busCode == kBusCodeUsb ? 0 : 1) << transport.name;
+        if (transport.busCode == kBusCodeUsb) {
             expectNothingRead(kBusCodeUsb);
         } else {
             EXPECT_EQ(record_->nvme.criticalWarning, 0);
@@ -464,9 +464,9 @@ TEST_F(NvmeRoads, AnAllZeroLogIsALogExceptBehindTheUsbBridge) {
     }
 }
 
-// --- All roads
+// --- All transports
 
-TEST_F(NvmeRoads, OtherBusCodesHaveNoRoad) {
+TEST_F(NvmeTransports, OtherBusCodesHaveNoTransport) {
     putOnBench("nvme", R"(["nvme-query", "raid-miniport", "usb-bridge"])");
     for (const std::int32_t busCode : {2002, 2004, 0, -1}) {
         EXPECT_EQ(read(busCode), 0);
@@ -475,7 +475,7 @@ TEST_F(NvmeRoads, OtherBusCodesHaveNoRoad) {
     }
 }
 
-TEST_F(NvmeRoads, ADriveThatCannotBeOpenedIsNotAsked) {
+TEST_F(NvmeTransports, ADriveThatCannotBeOpenedIsNotAsked) {
     putOnBench("nvme", R"(["nvme-query", "raid-miniport", "usb-bridge"])");
     for (const int number : {9, -1}) {
         for (const std::int32_t busCode : {2000, 2001, 2003}) {
@@ -486,7 +486,7 @@ TEST_F(NvmeRoads, ADriveThatCannotBeOpenedIsNotAsked) {
     }
 }
 
-TEST_F(NvmeRoads, ADeviceThatAnswersTooLittleFails) {
+TEST_F(NvmeTransports, ADeviceThatAnswersTooLittleFails) {
     putOnBench("nvme", R"(["nvme-query", "raid-miniport", "usb-bridge"])");
     for (const std::int32_t busCode : {2000, 2001, 2003}) {
         answerInstead = [](std::uint32_t, const Bytes&, std::uint8_t* output, DWORD size, DWORD* returned) {
@@ -499,13 +499,13 @@ TEST_F(NvmeRoads, ADeviceThatAnswersTooLittleFails) {
     }
 }
 
-TEST_F(NvmeRoads, ADeviceThatAnswersEverythingWithGarbageDoesNoHarm) {
+TEST_F(NvmeTransports, ADeviceThatAnswersEverythingWithGarbageDoesNoHarm) {
     putOnBench("nvme", R"(["nvme-query", "raid-miniport", "usb-bridge"])");
     for (const std::int32_t busCode : {2000, 2001, 2003}) {
         answerInstead = [](std::uint32_t code, const Bytes&, std::uint8_t* output, DWORD size, DWORD* returned) {
             std::fill_n(output, size, std::uint8_t{0xFF});
             if (code == kIoctlScsiPassThrough) {
-                output[2] = 0; // status GOOD, or the road would end here
+                output[2] = 0; // status GOOD, or the transport would end here
             }
             *returned = 0xFFFFFFFF;
             return Answer::kSuccess;
@@ -519,7 +519,7 @@ TEST_F(NvmeRoads, ADeviceThatAnswersEverythingWithGarbageDoesNoHarm) {
     }
 }
 
-TEST_F(NvmeRoads, NoHandleIsLeftOpen) {
+TEST_F(NvmeTransports, NoHandleIsLeftOpen) {
     putOnBench("raid", R"(["raid-miniport", "nvme-query", "usb-bridge"])");
     for (const std::int32_t busCode : {2000, 2001, 2003}) {
         EXPECT_EQ(read(busCode), 1);

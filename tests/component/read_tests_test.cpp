@@ -130,6 +130,7 @@ TEST_F(ReadTests, CriticalOfFourGibibytesFailsPastTheEnd) {
     EXPECT_THAT(bench_.log("target=drive:1 request=read").back(), HasSubstr("result=ERROR_SECTOR_NOT_FOUND"));
     EXPECT_EQ(drive.criticalTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(display_->lastStatus(), "Phase 1 Critical Read Test FAILED");
+    EXPECT_EQ(driveStatus(), "BAD Critical Read Test FAILED at sector 8388608");
     EXPECT_FALSE(state().jobs.active());
     EXPECT_THAT(events(), IsEmpty());
 }
@@ -411,6 +412,8 @@ TEST_F(ReadTests, NistFailsWhenTheDriveStopsAnswering) {
     EXPECT_THAT(reads(), SizeIs(42));
     EXPECT_EQ(drive.nistTestResult, ReadTestResult::kFailed);
     EXPECT_GE(drive.readTimes.lastReadMs, 380);
+    EXPECT_EQ(display_->lastStatus(), "NIST Read Test -- FAILED Found Read Errors");
+    EXPECT_THAT(driveStatus(), HasSubstr("BAD NIST Read Test FAILED at sector "));
     EXPECT_THAT(events(), SizeIs(1));
 }
 

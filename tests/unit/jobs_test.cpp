@@ -73,7 +73,7 @@ TEST(Jobs, TheFlagIsUpFromTheBeginOrWhenItIsRaisedOrNever) {
     for (const JobKind kind : kAllKinds) {
         Jobs jobs;
         const JobClaim claim = begun(jobs, kind);
-        const bool fromBegin = kind == JobKind::kScan || kind == JobKind::kDiskChange || kind == JobKind::kMounting ||
+        const bool fromBegin = kind == JobKind::kScan || kind == JobKind::kDiskChange ||
                                kind == JobKind::kCriticalTest || kind == JobKind::kNistTest;
         EXPECT_EQ(jobs.active(), fromBegin) << static_cast<int>(kind);
         EXPECT_EQ(claim.isRaised(), fromBegin);
@@ -108,7 +108,8 @@ TEST(Jobs, WhoIsAtWorkKeepsOthersWaitingWhateverItsFlag) {
 
 TEST(Jobs, AFlagThatIsUpKeepsThoseWaitingThatAskForIt) {
     Jobs jobs;
-    const JobClaim mounting = begun(jobs, JobKind::kMounting);
+    JobClaim mounting = begun(jobs, JobKind::kMounting);
+    ASSERT_TRUE(mounting.raise());
     for (const JobKind kind : kAllKinds) {
         const bool asks = kind == JobKind::kScan || kind == JobKind::kClone || kind == JobKind::kImageToDrive ||
                           kind == JobKind::kDiskChange;
@@ -151,7 +152,7 @@ TEST(Jobs, AJobIsAlsoAskedBeforeItHasRaisedItsFlag) {
     EXPECT_FALSE(jobs.active());
 }
 
-TEST(Jobs, ScanDiskChangeAndMountingPayNoHeed) {
+TEST(Jobs, ScanDiskChangeMountingAndShortTestPayNoHeed) {
     for (const JobKind kind : {JobKind::kScan, JobKind::kDiskChange, JobKind::kMounting, JobKind::kShortTest}) {
         Jobs jobs;
         const JobClaim claim = begun(jobs, kind);
@@ -162,7 +163,7 @@ TEST(Jobs, ScanDiskChangeAndMountingPayNoHeed) {
     }
 }
 
-TEST(Jobs, ARaisedScanMayRaiseItsFlagAgain) {
+TEST(Jobs, AScanThatWasAskedToStopMayRaiseItsFlagAgain) {
     Jobs jobs;
     JobClaim claim = begun(jobs, JobKind::kScan);
     jobs.askToStop();
@@ -174,6 +175,7 @@ TEST(Jobs, AFlagThatIsLeftStaysUpUntilSomebodyIsAskedToStop) {
     Jobs jobs;
     {
         JobClaim claim = begun(jobs, JobKind::kMounting);
+        ASSERT_TRUE(claim.raise());
         claim.leaveRaised();
     }
     EXPECT_TRUE(jobs.active());
@@ -200,24 +202,27 @@ TEST(Jobs, AFlagThatIsLeftGoesDownWithAnothers) {
 }
 
 TEST(Jobs, AFlagThatIsDownIsNotLeft) {
-    Jobs jobs;
     for (const bool asked : {false, true}) {
-        JobClaim claim = begun(jobs, JobKind::kImage);
-        claim.leaveRaised();
-        if (asked) {
-            ASSERT_TRUE(claim.raise());
-            jobs.askToStop();
+        Jobs jobs;
+        {
+            JobClaim claim = begun(jobs, JobKind::kImage);
+            claim.leaveRaised();
+            if (asked) {
+                ASSERT_TRUE(claim.raise());
+                jobs.askToStop();
+            }
         }
+        EXPECT_FALSE(jobs.active());
     }
-    EXPECT_FALSE(jobs.active());
 }
 
-TEST(Jobs, AMountingChangeHasNoFlagWhereAScanOrADriveJobIsAtWork) {
+TEST(Jobs, AMountingChangeRaisesNoFlagWhereAScanOrADriveJobIsAtWork) {
     for (const JobKind holder : {JobKind::kScan, JobKind::kClone, JobKind::kImage, JobKind::kForensicImage,
                                  JobKind::kImageToDrive, JobKind::kDiskChange}) {
         Jobs jobs;
         JobClaim holding = begun(jobs, holder);
         JobClaim mounting = begun(jobs, JobKind::kMounting);
+        EXPECT_FALSE(mounting.raise());
         EXPECT_FALSE(mounting.isRaised());
         const bool up = jobs.active();
         mounting.lower();
@@ -226,14 +231,26 @@ TEST(Jobs, AMountingChangeHasNoFlagWhereAScanOrADriveJobIsAtWork) {
     for (const JobKind other : {JobKind::kMounting, JobKind::kShortTest, JobKind::kCriticalTest}) {
         Jobs jobs;
         const JobClaim beside = begun(jobs, other);
-        EXPECT_TRUE(begun(jobs, JobKind::kMounting).isRaised());
+        EXPECT_TRUE(begun(jobs, JobKind::kMounting).raise());
     }
+}
+
+TEST(Jobs, AMountingChangeThatNeverRaisedItsFlagLeavesALeftOneUp) {
+    Jobs jobs;
+    {
+        JobClaim failed = begun(jobs, JobKind::kMounting);
+        ASSERT_TRUE(failed.raise());
+        failed.leaveRaised();
+    }
+    static_cast<void>(begun(jobs, JobKind::kMounting));
+    EXPECT_TRUE(jobs.active());
 }
 
 TEST(Jobs, OfTwoMountingChangesEachLowersItsOwnFlag) {
     Jobs jobs;
     JobClaim first = begun(jobs, JobKind::kMounting);
     JobClaim second = begun(jobs, JobKind::kMounting);
+    ASSERT_TRUE(first.raise() && second.raise());
     first.lower();
     EXPECT_TRUE(jobs.active());
     EXPECT_TRUE(second.isRaised());
@@ -244,10 +261,34 @@ TEST(Jobs, OfTwoMountingChangesEachLowersItsOwnFlag) {
 TEST(Jobs, AMountingChangeThatEndsStopsNobody) {
     Jobs jobs;
     JobClaim mounting = begun(jobs, JobKind::kMounting);
+    ASSERT_TRUE(mounting.raise());
     const JobClaim test = begun(jobs, JobKind::kNistTest);
     mounting.lower();
     EXPECT_TRUE(test.isRaised());
     EXPECT_FALSE(test.stopAsked());
+}
+
+TEST(Jobs, RaisedAnewAStoppedJobGoesOnAndHeedsTheNextStop) {
+    Jobs jobs;
+    JobClaim claim = begun(jobs, JobKind::kForensicImage);
+    ASSERT_TRUE(claim.raise());
+    jobs.askToStop();
+    claim.raiseAnew();
+    EXPECT_TRUE(claim.isRaised());
+    EXPECT_FALSE(claim.stopAsked());
+    EXPECT_TRUE(jobs.active());
+    jobs.askToStop();
+    EXPECT_FALSE(claim.isRaised());
+    EXPECT_TRUE(claim.stopAsked());
+    EXPECT_FALSE(claim.raise());
+}
+
+TEST(Jobs, AReadTestThatNeverRanEndsTheOthersLikeOneThatDid) {
+    Jobs jobs;
+    const JobClaim running = begun(jobs, JobKind::kCriticalTest);
+    static_cast<void>(begun(jobs, JobKind::kNistTest));
+    EXPECT_TRUE(running.stopAsked());
+    EXPECT_FALSE(jobs.active());
 }
 
 TEST(Jobs, OfReadTestsTheFirstToEndEndsTheOthersButForTheShortTest) {
@@ -255,7 +296,8 @@ TEST(Jobs, OfReadTestsTheFirstToEndEndsTheOthersButForTheShortTest) {
     JobClaim first = begun(jobs, JobKind::kCriticalTest);
     const JobClaim second = begun(jobs, JobKind::kNistTest);
     const JobClaim shortTest = begun(jobs, JobKind::kShortTest);
-    const JobClaim mounting = begun(jobs, JobKind::kMounting);
+    JobClaim mounting = begun(jobs, JobKind::kMounting);
+    ASSERT_TRUE(mounting.raise());
     first.lower();
     EXPECT_FALSE(second.isRaised());
     EXPECT_TRUE(second.stopAsked());

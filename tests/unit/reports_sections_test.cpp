@@ -186,6 +186,12 @@ TEST(TestResults, HaveFourWordings) {
     EXPECT_EQ(testResult(ReadTestResult::kTerminated), "Short Test TERMINATED");
 }
 
+TEST(TestResults, AnyOtherCodeIsNotPerformed) {
+    for (const std::int32_t code : {0, -1, 999, 1004}) {
+        EXPECT_EQ(testResult(static_cast<ReadTestResult>(code)), "Short Test not performed") << code;
+    }
+}
+
 TEST(TestResults, OfARecordThatNoTestTouchedAreNotPerformed) {
     const DriveRecord drive;
     for (const ReadTestResult result : {drive.shortTestResult, drive.criticalTestResult, drive.nistTestResult}) {

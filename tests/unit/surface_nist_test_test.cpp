@@ -262,6 +262,7 @@ TEST(NistReadTest, AFailureCountsMoreThanTheOrderToStop) {
     run(test);
     EXPECT_EQ(test.drive.nistTestResult, ReadTestResult::kFailed);
     EXPECT_EQ(test.statuses.back(), "NIST Read Test -- FAILED Found Read Errors");
+    EXPECT_TRUE(test.driveStatuses.back().starts_with("BAD NIST Read Test FAILED")) << test.driveStatuses.back();
 }
 
 TEST(NistReadTest, ThatWasToldToStopLeavesTheNextJobsFlag) {
