@@ -20,7 +20,6 @@ constexpr ControlPlace kPlaces[] = {
 constexpr CopyDialogLook kLook{
     .templateId = IDD_CLONE,
     .title = "Drive to Drive Clone",
-    .job = JobKind::kClone,
     .clientSize = {840, 341},
     .places = kPlaces,
     .scene = TrackScene::kClone,
@@ -51,7 +50,7 @@ class CloneDialog : public CopyToDriveDialog {
 
   private:
     void onStart() {
-        if (isBusy()) {
+        if (isBusy(JobKind::kClone)) {
             return;
         }
         DriveRecord* const destination = chooseDestination("Clone could not be started");

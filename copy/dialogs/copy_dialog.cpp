@@ -20,10 +20,6 @@ JobDisplayView& jobDisplay() {
 
 } // namespace
 
-bool CopyDialog::isBusy() const {
-    return static_cast<bool>(state_.jobs.whyNot(look_.job));
-}
-
 void CopyDialog::startJob(CopyOrder order) {
     // When no thread can be started, the log tells it.
     static_cast<void>(startCopy(state_, std::move(order), jobDisplay()));

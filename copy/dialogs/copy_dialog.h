@@ -22,7 +22,6 @@ struct ControlPlace {
 struct CopyDialogLook {
     int templateId;
     const char* title;
-    JobKind job;     ///< what it starts
     SIZE clientSize; ///< pixels, because the race track is drawn in pixels
     std::span<const ControlPlace> places;
     TrackScene scene;
@@ -40,8 +39,6 @@ class CopyDialog : public Dialog {
     [[nodiscard]] AppState& state() const { return state_; }
     [[nodiscard]] const CopyDialogLook& look() const { return look_; }
 
-    /// True while a job runs, or while the last one has not ended yet.
-    [[nodiscard]] bool isBusy() const;
     void startJob(CopyOrder order);
 
     void onTerminate();

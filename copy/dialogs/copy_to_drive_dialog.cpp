@@ -22,6 +22,10 @@ std::vector<DriveRecord*> drivesOf(const ScanState& scan) {
 
 } // namespace
 
+bool CopyToDriveDialog::isBusy(JobKind kind) const {
+    return static_cast<bool>(state().jobs.whyNot(kind));
+}
+
 bool CopyToDriveDialog::listDestinations(const DriveRecord* source) {
     destinations_.create(window(), IDC_COPY_DESTINATION_LIST, IDC_COPY_DESTINATION_LABEL, kDestinationPlace, true);
     for (DriveRecord* const drive : destinationCandidates(drivesOf(state().scan), state().scan.volumes, source)) {

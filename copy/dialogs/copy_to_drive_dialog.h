@@ -2,6 +2,7 @@
 
 #include "copy/dialogs/copy_dialog.h"
 #include "copy/dialogs/drive_rows_view.h"
+#include "jobs/job_kind.h"
 
 namespace torvane {
 
@@ -9,6 +10,9 @@ namespace torvane {
 class CopyToDriveDialog : public CopyDialog {
   protected:
     using CopyDialog::CopyDialog;
+
+    /// True while a job runs that this one waits for, or while the last one has not ended yet.
+    [[nodiscard]] bool isBusy(JobKind kind) const;
 
     /// Lists every drive that may be written to, without `source` (nullptr when the source is no drive), and gives the
     /// list the focus. Returns false: the dialog manager must not move it.

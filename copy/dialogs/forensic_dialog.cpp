@@ -22,7 +22,6 @@ constexpr ControlPlace kPlaces[] = {
 constexpr CopyDialogLook kLook{
     .templateId = IDD_FORENSIC_IMAGE,
     .title = "Drive to Forensic Image",
-    .job = JobKind::kForensicImage,
     .clientSize = {840, 172},
     .places = kPlaces,
     .scene = TrackScene::kForensicImage,

@@ -3,7 +3,6 @@
 #include "copy/dialogs/copy_dialog.h"
 #include "copy/dialogs/image_texts_view.h"
 #include "resources/resource_ids.h"
-#include "state/app_state.h"
 
 namespace torvane {
 
@@ -18,7 +17,6 @@ constexpr ControlPlace kPlaces[] = {
 constexpr CopyDialogLook kLook{
     .templateId = IDD_IMAGE,
     .title = "Drive to Image Clone",
-    .job = JobKind::kImage,
     .clientSize = {840, 179},
     .places = kPlaces,
     .scene = TrackScene::kImage,

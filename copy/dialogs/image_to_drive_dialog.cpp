@@ -3,7 +3,6 @@
 #include "copy/dialogs/copy_choices.h"
 #include "copy/dialogs/copy_to_drive_dialog.h"
 #include "resources/resource_ids.h"
-#include "state/app_state.h"
 
 namespace torvane {
 
@@ -19,7 +18,6 @@ constexpr ControlPlace kPlaces[] = {
 constexpr CopyDialogLook kLook{
     .templateId = IDD_IMAGE_TO_DRIVE,
     .title = "Image To Drive",
-    .job = JobKind::kImageToDrive,
     .clientSize = {840, 328},
     .places = kPlaces,
     .scene = TrackScene::kImageToDrive,
@@ -51,7 +49,7 @@ class ImageToDriveDialog : public CopyToDriveDialog {
 
   private:
     void onStart() {
-        if (isBusy()) {
+        if (isBusy(JobKind::kImageToDrive)) {
             return;
         }
         DriveRecord* const destination = chooseDestination("Image to Drive has been CANCELLED", volumeLetterOf(image_));

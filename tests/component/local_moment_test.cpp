@@ -24,7 +24,8 @@ TEST(LocalNow, IsTheSystemsLocalTimeWhateverTheEnvironmentSays) {
     ASSERT_EQ(_putenv("TZ="), 0);
     _tzset();
     constexpr int kDay = 86400;
-    const int late = secondsOf(now.hour, now.minute, now.second) - secondsOf(before.wHour, before.wMinute, before.wSecond);
+    const int late =
+        secondsOf(now.hour, now.minute, now.second) - secondsOf(before.wHour, before.wMinute, before.wSecond);
     EXPECT_LE((late + kDay) % kDay, 60) << "the zone of the environment is eleven hours away";
 }
 
