@@ -1,6 +1,6 @@
-# For test programs, which are not optimised (GCC 12 warns of false overlaps in optimised code that was parsed so): headers of the system, of the library and of GoogleTest are parsed once for a
-# program instead of once for a source. None of ours is among them, and lint parses each source without them: a source
-# names all that it uses.
+# For test programs, whose code is not optimised (GCC 12 warns of false overlaps where it is): headers of the system, of the
+# library and of GoogleTest are parsed once for a program instead of once for a source. None of ours is among them, and lint
+# parses each source without them: a source names all that it uses.
 set(TORVANE_STANDARD_HEADERS <algorithm> <array> <atomic> <chrono> <cstdint> <filesystem> <fstream> <functional> <map>
     <memory> <mutex> <optional> <sstream> <string> <string_view> <thread> <utility> <vector>)
 

@@ -5,7 +5,8 @@
 
 A build is a configured and built folder: its compile commands say how each source is compiled, its dependency log which
 headers each source reaches. A source whose commands, headers and rules are the same as at an earlier clean run is not
-analysed again (build/lint-cache). A source that several builds compile is analysed once, as the first of them does.
+analysed again (build/lint-cache). A source that several builds compile is analysed once, as the first of them does, and
+without precompiled headers: so it is seen to name all that it uses.
 
 --changed: only what differs from the branch main, or is not committed; of a header, the source of its name or else the
 first that includes it.
@@ -27,6 +28,8 @@ ROOT = Path(__file__).resolve().parent.parent
 CACHE = ROOT / "build" / "lint-cache"
 TIDY = "clang-tidy-22"
 TIMEOUT_SECONDS = 600
+# What CMake adds to a compile command for a precompiled header.
+PRECOMPILED = re.compile(r" -Winvalid-pch -include \S+/cmake_pch\.hxx")
 running = set()
 
 
@@ -54,10 +57,15 @@ class Build:
     def __init__(self, folder):
         self.folder = Path(folder).resolve()
         self.commands = {}
-        for entry in json.loads((self.folder / "compile_commands.json").read_text()):
+        entries = json.loads((self.folder / "compile_commands.json").read_text())
+        for entry in entries:
+            entry["command"] = PRECOMPILED.sub("", entry["command"])
             path = Path(entry["file"])
             if ours(path) and path.suffix == ".cpp" and path.is_file():
                 self.commands.setdefault(path, entry["command"])
+        self.database = CACHE / self.folder.name
+        self.database.mkdir(parents=True, exist_ok=True)
+        (self.database / "compile_commands.json").write_text(json.dumps(entries))
         self.headers = self.read_dependency_log()
         self.extra = self.cross_arguments()
 
@@ -104,7 +112,7 @@ class Build:
 
     def analyse(self, source):
         """The findings as text; empty when there are none."""
-        command = [TIDY, "--quiet", f"-p={self.folder}", *(f"--extra-arg={argument}" for argument in self.extra), source]
+        command = [TIDY, "--quiet", f"-p={self.database}", *(f"--extra-arg={argument}" for argument in self.extra), source]
         try:
             status, text = run_tidy(command)
         except subprocess.TimeoutExpired:
@@ -185,7 +193,7 @@ def main():
 
     # Results that no run has asked for during a month are dropped.
     for stale in CACHE.iterdir():
-        if time.time() - stale.stat().st_mtime > 30 * 24 * 3600:
+        if stale.is_file() and time.time() - stale.stat().st_mtime > 30 * 24 * 3600:
             stale.unlink()
 
     for finding in sorted(findings):
