@@ -406,7 +406,8 @@ TEST_F(DiskPart, OfTwoChangesTheFirstToEndLeavesTheOthersFlag) {
     openHeldBench();
     onDisableMounting(state());
     awaitSecondRun();
-    const JobClaim other = begin(JobKind::kMounting);
+    JobClaim other = begin(JobKind::kMounting);
+    ASSERT_TRUE(other.raise());
     bench_.hurry();
     EXPECT_EQ(awaitWorker(), 1U);
     EXPECT_TRUE(other.isRaised());

@@ -139,7 +139,8 @@ class ScanJob : public ::testing::Test {
 
 TEST_F(ScanJob, LoadDrivesWhileAJobRunsDoesNothingAndShowsNothing) {
     const JobClaim shortTest = begin(JobKind::kShortTest);
-    const JobClaim job = begin(JobKind::kMounting);
+    JobClaim job = begin(JobKind::kMounting);
+    ASSERT_TRUE(job.raise());
     state().activeDriveChosen = 1;
     LoadDrives(state());
     EXPECT_THAT(view_.calls(), IsEmpty());

@@ -54,7 +54,8 @@ TEST_F(DiskGuards, NothingIsChangedWhileTheShortTestRuns) {
 }
 
 TEST_F(DiskGuards, NothingIsChangedWhileAJobRuns) {
-    const JobClaim mounting = begin(JobKind::kMounting);
+    JobClaim mounting = begin(JobKind::kMounting);
+    ASSERT_TRUE(mounting.raise());
     expectRefusal("***** Working *****", "A Job is Working");
 }
 

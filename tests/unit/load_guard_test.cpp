@@ -22,12 +22,17 @@ TEST_F(LoadGuard, AnIdleProgramMayLoad) {
 
 TEST_F(LoadGuard, IsSilentWhileAFlagIsUpWhoeverElseIsAtWork) {
     const JobClaim shortTest = begin(JobKind::kShortTest);
-    const JobClaim mounting = begin(JobKind::kMounting);
+    JobClaim mounting = begin(JobKind::kMounting);
+    ASSERT_TRUE(mounting.raise());
     EXPECT_FALSE(mayLoadDrives(jobs_));
 }
 
 TEST_F(LoadGuard, IsSilentWhileAFlagIsLeftUp) {
-    begin(JobKind::kMounting).leaveRaised();
+    {
+        JobClaim failed = begin(JobKind::kMounting);
+        ASSERT_TRUE(failed.raise());
+        failed.leaveRaised();
+    }
     EXPECT_FALSE(mayLoadDrives(jobs_));
 }
 
