@@ -119,7 +119,7 @@ JobKinds Jobs::kindsAtWork() const {
 
 bool Jobs::mayRaise(const Entry& entry) const {
     const bool held = !(kindsAtWork() & (kDriveJobs | kScanAlone)).empty();
-    return !entry.stopAsked && !(held && ruleOf(entry.kind).flag == JobFlag::kUnlessHeld);
+    return !entry.stopAsked && (!held || ruleOf(entry.kind).flag != JobFlag::kUnlessHeld);
 }
 
 bool Jobs::anyFlagUp() const {

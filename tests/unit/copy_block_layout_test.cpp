@@ -38,6 +38,7 @@ TEST(SplitIntoBlocks, DividesUnsigned) {
 
 std::vector<BlockExtent> extents(const BlockOrder& order) {
     std::vector<BlockExtent> all;
+    all.reserve(order.count());
     for (std::uint64_t index = 0; index < order.count(); ++index) {
         all.push_back(order.extent(index));
     }

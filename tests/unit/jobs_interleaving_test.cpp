@@ -24,8 +24,12 @@ namespace torvane {
 namespace {
 
 constexpr int kThreads = 4;
+#ifdef _WIN32
+constexpr int kRounds = 25; // what is at stake is no matter of the system; its barrier takes a hundred times as long
+#else
 constexpr int kRounds = 2500;
-constexpr int kHistoriesOfAThread = 10; // in one round: 100,000 in all
+#endif
+constexpr int kHistoriesOfAThread = 10; // in one round: 100,000 in all, natively
 constexpr int kStepsOfAHistory = 8;
 
 bool isDriveJob(JobKind kind) {
@@ -65,7 +69,7 @@ class Model {
     bool raise(int name) {
         Claim& claim = claims_.at(name);
         const bool held = atWork(JobKind::kScan) || anyAtWork(isDriveJob);
-        claim.up = !claim.stopped && !(claim.kind == JobKind::kMounting && held);
+        claim.up = !claim.stopped && (claim.kind != JobKind::kMounting || !held);
         return claim.up;
     }
     void raiseAnew(int name) {
@@ -115,9 +119,10 @@ class Model {
         if (kind == JobKind::kMounting) {
             return true;
         }
-        return !(waitsForFlag && active()) && !atWork(JobKind::kScan) &&
-               !(kind != JobKind::kShortTest && anyAtWork(isDriveJob)) &&
-               !((kind == JobKind::kScan || kind == JobKind::kDiskChange) && anyAtWork(isReadTest));
+        const bool waitsForReadTests = kind == JobKind::kScan || kind == JobKind::kDiskChange;
+        return (!waitsForFlag || !active()) && !atWork(JobKind::kScan) &&
+               (kind == JobKind::kShortTest || !anyAtWork(isDriveJob)) &&
+               (!waitsForReadTests || !anyAtWork(isReadTest));
     }
 
   private:
@@ -318,7 +323,7 @@ void checkEnded(Round& round) {
     EXPECT_TRUE(round.jobs.begin(JobKind::kScan));
 }
 
-TEST(JobsInterleaving, HoldsWhatItPromisesInAHundredThousandHistories) {
+TEST(JobsInterleaving, HoldsWhatItPromisesInRandomHistories) {
     std::optional<Round> round;
     std::vector<Worker> workers;
     std::barrier meeting(kThreads);
@@ -349,6 +354,7 @@ TEST(JobsInterleaving, HoldsWhatItPromisesInAHundredThousandHistories) {
         }
     };
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (std::size_t i = 0; i < kThreads; ++i) {
         threads.emplace_back(thread, i);
     }

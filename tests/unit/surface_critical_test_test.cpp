@@ -24,6 +24,7 @@ TEST(CriticalReadTest, ReadsTheFirstFiveGibibytesAndTheLastOne) {
     ScriptedReadTest test(kSize);
     EXPECT_EQ(run(test), 1U);
     std::vector<ReadRequest> expected;
+    expected.reserve(160 + 32);
     for (std::uint64_t k = 0; k < 160; ++k) {
         expected.push_back({k * kBlock, kBlock});
     }

@@ -197,6 +197,7 @@ TEST(NistReadTest, VisitsTheseSectors) {
     ScriptedReadTest test(500 * kGibibyte);
     run(test);
     std::vector<std::uint64_t> sectors;
+    sectors.reserve(20);
     for (std::size_t i = 0; i < 20; ++i) {
         sectors.push_back(test.reads[i].offset / 512);
     }

@@ -25,6 +25,7 @@ void logSectors(ScriptedReadTest& test, const std::vector<std::int64_t>& sectors
 
 std::vector<ReadRequest> evenProbes(std::uint64_t sectors, std::uint64_t sectorSize) {
     std::vector<ReadRequest> probes;
+    probes.reserve(100);
     for (std::uint64_t i = 0; i < 100; ++i) {
         probes.push_back({i * (sectors / 100) * sectorSize, 65536});
     }

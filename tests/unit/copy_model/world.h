@@ -292,7 +292,7 @@ class World {
         return {.ok = fault.fault != Fault::kFails, .count = count};
     }
 
-    void stopAt(StopAt when, std::uint64_t number) {
+    void stopAt(StopAt when, std::uint64_t number) const {
         if (script.stopAt == when && script.stopNumber == number) {
             askToStop();
         }
