@@ -14,6 +14,7 @@ constexpr RECT kDestinationPlace{420, 26, 830, 152};
 
 std::vector<DriveRecord*> drivesOf(const ScanState& scan) {
     std::vector<DriveRecord*> drives;
+    drives.reserve(scan.drives.size());
     for (int i = 0; i < scan.driveCount; ++i) {
         drives.push_back(scan.drives[static_cast<std::size_t>(i)].get());
     }
