@@ -11,6 +11,7 @@
 
 #include <charconv>
 #include <cstdio>
+#include <exception>
 #include <span>
 #include <string>
 #include <system_error>
@@ -214,9 +215,14 @@ int launch(Arguments arguments) {
 } // namespace torvane::bench
 
 int main() {
-    int count = 0;
-    wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
-    const std::vector<std::wstring> arguments(words + 1, words + count);
-    LocalFree(words);
-    return torvane::bench::launch(arguments);
+    try {
+        int count = 0;
+        wchar_t** words = CommandLineToArgvW(GetCommandLineW(), &count);
+        const std::vector<std::wstring> arguments(words + 1, words + count);
+        LocalFree(words);
+        return torvane::bench::launch(arguments);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "bench: %s\n", failure.what());
+        return 1;
+    }
 }

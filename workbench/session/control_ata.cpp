@@ -97,7 +97,7 @@ ControlResult smartCommand(BenchDrive& drive, const ControlRequest& request, Log
     }
     const AtaCommand command = commandOfRegisters(ByteView(request.in).subspan(4, 8));
     const bool receives = request.code == SMART_RCV_DRIVE_DATA;
-    if (command.command != kAtaSmart && !(receives && command.command == kAtaIdentifyDevice)) {
+    if (command.command != kAtaSmart && (!receives || command.command != kAtaIdentifyDevice)) {
         return {kErrorInvalidParameter, 0}; // these requests carry nothing else
     }
     DWORD error = 0;
