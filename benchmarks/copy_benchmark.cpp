@@ -22,6 +22,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -126,25 +127,33 @@ int run(const NamedJob& job) {
     return exitCode == 1 && state.raceTrack.succeeded == 1 ? 0 : 1;
 }
 
-} // namespace
-
-} // namespace torvane
-
-int main(int argumentCount, char** arguments) {
-    const std::string_view name = argumentCount == 3 ? arguments[2] : "";
-    for (const torvane::NamedJob& job : torvane::kJobs) {
+int runNamed(const char* benchFolder, std::string_view name) {
+    for (const NamedJob& job : kJobs) {
         if (job.name != name) {
             continue;
         }
-        torvane::bench::Bench bench;
-        const std::string error = bench.open(arguments[1]);
+        bench::Bench bench;
+        const std::string error = bench.open(benchFolder);
         if (!error.empty()) {
             std::fprintf(stderr, "%s\n", error.c_str());
             return 2;
         }
         verifyWanted = name == "verified";
-        return torvane::run(job);
+        return run(job);
     }
     std::fprintf(stderr, "usage: torvane_copy_benchmark BENCH forward|reverse|image|forensic|verified\n");
     return 2;
+}
+
+} // namespace
+
+} // namespace torvane
+
+int main(int argumentCount, char** arguments) {
+    try {
+        return torvane::runNamed(argumentCount == 3 ? arguments[1] : "", argumentCount == 3 ? arguments[2] : "");
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return 2;
+    }
 }

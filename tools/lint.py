@@ -99,6 +99,10 @@ class Build:
                 # GCC's own <immintrin.h> and kin are for GCC; clang brings its own.
                 if "c++" in line or "/lib/gcc/" not in line:
                     extra.append("-isystem" + os.path.normpath(line.strip()))
+        elif "clang" in compiler:
+            # What an analyser of another version has not: libFuzzer's headers.
+            report = subprocess.run([compiler, "-print-resource-dir"], capture_output=True, text=True, check=True)
+            extra.append(f"-idirafter{report.stdout.strip()}/include")
         return extra
 
     def key(self, source, rules):
