@@ -10,6 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace torvane {
 
@@ -38,12 +39,28 @@ std::optional<DiskGeometry> readDiskGeometry(NativeHandle device) {
     return answer ? std::optional(parseDiskGeometry(*answer)) : std::nullopt;
 }
 
+std::optional<PartitionTable> readPartitionTable(NativeHandle device) {
+    // Room for the 128 entries that a GPT has by default.
+    constexpr std::size_t kLayoutBytes = 48 + 128 * 144;
+    std::vector<std::uint8_t> buffer(kLayoutBytes);
+    const auto answer = requestFromDevice(device, IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, buffer);
+    return answer ? parseDriveLayout(*answer) : std::nullopt;
+}
+
 bool isStillTheProbedDisk(const DriveRecord& drive) {
     if (drive.recordKind == kRecordKindImageFile) {
         return true;
     }
     const auto geometry = readDiskGeometry(drive.handle);
     return readDeviceNumber(drive.handle) == drive.driveNumber && geometry && geometry->sizeBytes == drive.sizeBytes;
+}
+
+bool isStillTheProbedSource(const DriveRecord& drive) {
+    return isStillTheProbedDisk(drive);
+}
+
+void rememberPartitionTable(DriveRecord& drive) {
+    static_cast<void>(drive);
 }
 
 } // namespace torvane

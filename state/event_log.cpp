@@ -18,4 +18,11 @@ void LogEvent(const char* category, const char* format, ...) {
     }
 }
 
+void LogToFile(const char* category, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    static_cast<void>(makeLogRow(category, localNow(), formatTextV(format, arguments)));
+    va_end(arguments);
+}
+
 } // namespace torvane

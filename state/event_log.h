@@ -9,4 +9,8 @@ namespace torvane {
 /// window exists, and after its end, the row is dropped.
 void LogEvent(const char* category, const char* format, ...) TORVANE_PRINTF_LIKE(2, 3);
 
+/// One row for the day's log file alone: what a job that leaves the window's list as it is began with, and how it
+/// ended. Any thread may call it.
+void LogToFile(const char* category, const char* format, ...) TORVANE_PRINTF_LIKE(2, 3);
+
 } // namespace torvane

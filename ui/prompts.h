@@ -17,4 +17,7 @@ void warn(const char* caption, const char* text);
 /// A yes/no question; true for yes.
 [[nodiscard]] bool ask(const char* caption, const char* text);
 
+/// The same with "No" as the default, where a Yes may cost somebody his data. Return pressed without reading is a no.
+[[nodiscard]] bool askDefaultNo(const char* caption, const char* text);
+
 } // namespace torvane::prompts

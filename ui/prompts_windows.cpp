@@ -40,4 +40,8 @@ bool ask(const char* caption, const char* text) {
     return show(caption, text, MB_YESNO) == IDYES;
 }
 
+bool askDefaultNo(const char* caption, const char* text) {
+    return show(caption, text, MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION) == IDYES;
+}
+
 } // namespace torvane::prompts

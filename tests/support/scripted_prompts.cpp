@@ -41,6 +41,8 @@ const char* kindName(BoxKind kind) {
         return "warn";
     case BoxKind::kAsk:
         return "ask";
+    case BoxKind::kAskDefaultNo:
+        return "ask with the default No";
     }
     return "unknown";
 }
@@ -110,6 +112,11 @@ void ScriptedPrompts::expectAsk(std::string caption, std::string text, bool answ
     expect(BoxKind::kAsk, std::move(caption), std::move(text), answer, std::move(whileShown));
 }
 
+void ScriptedPrompts::expectAskDefaultNo(std::string caption, std::string text, bool answer,
+                                         std::function<void()> whileShown) {
+    expect(BoxKind::kAskDefaultNo, std::move(caption), std::move(text), answer, std::move(whileShown));
+}
+
 std::vector<ShownBox> ScriptedPrompts::shown() const {
     const std::lock_guard lock(script().mutex);
     return script().shown;
@@ -140,6 +147,10 @@ void warn(const char* caption, const char* text) {
 
 bool ask(const char* caption, const char* text) {
     return torvane::testing::show(BoxKind::kAsk, caption, text);
+}
+
+bool askDefaultNo(const char* caption, const char* text) {
+    return torvane::testing::show(BoxKind::kAskDefaultNo, caption, text);
 }
 
 } // namespace torvane::prompts

@@ -6,7 +6,7 @@
 
 namespace torvane::testing {
 
-enum class BoxKind { kStop, kInform, kWarn, kAsk };
+enum class BoxKind { kStop, kInform, kWarn, kAsk, kAskDefaultNo };
 
 /// One box as the user would have seen it.
 struct ShownBox {
@@ -38,6 +38,7 @@ class ScriptedPrompts {
     void expectInform(std::string caption, std::string text, std::function<void()> whileShown = {});
     void expectWarn(std::string caption, std::string text, std::function<void()> whileShown = {});
     void expectAsk(std::string caption, std::string text, bool answer, std::function<void()> whileShown = {});
+    void expectAskDefaultNo(std::string caption, std::string text, bool answer, std::function<void()> whileShown = {});
 
     /// Every box so far, expected or not.
     [[nodiscard]] std::vector<ShownBox> shown() const;
