@@ -1,5 +1,6 @@
 #include "admin/destruction_warning_dialog.h"
 
+#include "admin/changed_drive.h"
 #include "admin/destruction_warning.h"
 #include "admin/volume_identity.h"
 #include "base/colours.h"
@@ -114,9 +115,7 @@ bool confirmDestruction(AppState& state, const Destruction& destruction, HWND ow
         return false;
     }
     if (!isStillTheProbedDisk(destruction.drive)) {
-        prompts::stop("***** DRIVE HAS CHANGED *****",
-                      "The DESTINATION is not the drive that was loaded any more, or it does not answer. Nothing was "
-                      "written. Load the drives again");
+        prompts::stop(kDriveHasChanged, changedDriveText("DESTINATION").c_str());
         return false;
     }
     return true;
