@@ -194,17 +194,18 @@ TEST_F(CopyFaults, ImageCannotBeDeletedWhileItIsRead) {
 TEST_F(CopyFaults, LargerImageIsCutToTheDriveAfterYes) {
     addDestination(3 * kBlock + 512);
     openImageAndDestination(6 * kBlock);
-    user_.expectAsk("***** Image File Too Large *****",
-                    "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", true);
+    user_.expectAskDefaultNo("***** Image File Too Large *****",
+                             "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
+                             true);
     EXPECT_EQ(run(runImageToDrive), 1U);
     EXPECT_EQ(content(2, 0, 3 * kBlock + 512), noise(3, 0, 3 * kBlock + 512));
     EXPECT_EQ(destination_->writeErrorCount, 0U) << "nothing is written past the end";
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
     keptImages().clear();
     testing::expectNoHandleLost([this] {
-        user_.expectAsk("***** Image File Too Large *****",
-                        "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
-                        true);
+        user_.expectAskDefaultNo(
+            "***** Image File Too Large *****",
+            "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", true);
         EXPECT_EQ(run(runImageToDrive), 1U);
         keptImages().clear(); // kept on purpose until the program ends
     });
@@ -214,8 +215,9 @@ TEST_F(CopyFaults, LargerImageIsCutToTheDriveAfterYes) {
 TEST_F(CopyFaults, LargerImageTouchesNothingAfterNo) {
     addDestination(3 * kBlock);
     openImageAndDestination(6 * kBlock);
-    user_.expectAsk("***** Image File Too Large *****",
-                    "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", false);
+    user_.expectAskDefaultNo("***** Image File Too Large *****",
+                             "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
+                             false);
     EXPECT_EQ(run(runImageToDrive), 0U);
     EXPECT_THAT(keptImages(), SizeIs(1)) << "kept on purpose until the program ends";
     keptImages().clear();
@@ -223,9 +225,9 @@ TEST_F(CopyFaults, LargerImageTouchesNothingAfterNo) {
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "the disk is not even cleaned";
     EXPECT_THAT(events(), IsEmpty());
     testing::expectNoHandleLost([this] {
-        user_.expectAsk("***** Image File Too Large *****",
-                        "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
-                        false);
+        user_.expectAskDefaultNo(
+            "***** Image File Too Large *****",
+            "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", false);
         EXPECT_EQ(run(runImageToDrive), 0U);
         keptImages().clear();
     });
