@@ -343,7 +343,7 @@ TEST_F(Clone, TerminateStopsItAfterTheBlockInFlight) {
 }
 
 TEST_F(Clone, ASourceThatWasUnpluggedCostsTheDestinationNothing) {
-    openDrives(3 * kBlock, 3 * kBlock, "{}", kUsedDisk);
+    openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
     bench_.unplug(1);
     for (const auto job : {runForwardClone, runReverseClone}) {
         expectChangedDrive("SOURCE");
@@ -354,7 +354,7 @@ TEST_F(Clone, ASourceThatWasUnpluggedCostsTheDestinationNothing) {
 }
 
 TEST_F(Clone, ADestinationThatWasUnpluggedIsNotCleaned) {
-    openDrives(3 * kBlock, 3 * kBlock, "{}", kUsedDisk);
+    openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
     bench_.unplug(2);
     expectChangedDrive("DESTINATION");
     EXPECT_EQ(run(runForwardClone), 0U);
