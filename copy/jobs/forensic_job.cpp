@@ -33,11 +33,15 @@ void stopWithExplosion(const CopyJob& job) {
     job.display.startExplosionTimer(kExplosionMilliseconds);
 }
 
+void stopUnwritten(const CopyJob& job, ForensicImage& image) {
+    image.file.close();
+    job.display.setStatus("Could not WRITE to DESTINATION image");
+    stopWithExplosion(job);
+}
+
 void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, const Block& block) {
     if (!storeBlock(sink, block, image.losses)) {
-        image.file.close();
-        job.display.setStatus("Could not WRITE to DESTINATION image");
-        stopWithExplosion(job);
+        stopUnwritten(job, image);
     }
     if (!sink.hashedAll()) {
         image.hashFailed = true;
@@ -56,7 +60,12 @@ RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks,
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
-    return moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.track.animationBlocks; });
+    const RunEnd end = moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.track.animationBlocks; });
+    if (!image.file.isOpen() || flushStored(sink, end, image.losses)) {
+        return end;
+    }
+    stopUnwritten(job, image);
+    return RunEnd::kLeftEarly;
 }
 
 std::string imagingOutcome(RunEnd end, const ForensicImage& image) {

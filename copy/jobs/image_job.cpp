@@ -35,7 +35,10 @@ std::uint32_t runImageToFile(const CopyJob& job) {
         return storeBlock(image, block, losses);
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
-    const RunEnd end = wanted ? moveBlocks(job, blocks, progress, rule, copyBlock) : RunEnd::kLeftEarly;
+    RunEnd end = wanted ? moveBlocks(job, blocks, progress, rule, copyBlock) : RunEnd::kLeftEarly;
+    if (!flushStored(image, end, losses)) {
+        end = RunEnd::kGaveUp;
+    }
 
     progress.setDriveStatus(runOutcomeText(end, losses));
     if (end == RunEnd::kGaveUp) {

@@ -77,6 +77,7 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
     RunEnd end = RunEnd::kLeftEarly;
     if (readiness == Readiness::kReady) {
         end = moveBlocks(job, blocks, progress, {}, copyBlock);
+        flushStored(sink, end, losses);
         job.system.rememberPartitionTable(destination);
     }
 

@@ -2,6 +2,7 @@
 #include "workbench/description/bench_files.h"
 #include "workbench/hooks/child_process.h"
 #include "workbench/hooks/hooks.h"
+#include "workbench/session/plugging.h"
 #include "workbench/session/win32_text.h"
 
 #include <windows.h>
@@ -38,19 +39,13 @@ std::string openBench(const std::wstring& folder) {
     return {};
 }
 
-int setUnplugged(int number, bool unplugged) {
+int setNumberUnplugged(int number, bool unplugged) {
     const std::shared_ptr<BenchSession> session = currentSession();
-    const auto drive = static_cast<std::uint32_t>(number);
-    if (!session || session->drive(drive) == nullptr) {
+    const BenchDrive* const drive = session ? session->drive(static_cast<std::uint32_t>(number)) : nullptr;
+    if (drive == nullptr) {
         return 0;
     }
-    session->folder().changeState([&](BenchState& state) {
-        if (unplugged) {
-            state.unplugged.insert(drive);
-        } else {
-            state.unplugged.erase(drive);
-        }
-    });
+    setUnplugged(session->folder(), drive->description(), unplugged);
     return 1;
 }
 
@@ -79,11 +74,11 @@ const char* BenchLayOut(const char* source, const char* target) {
 }
 
 int BenchUnplug(int drive) {
-    return setUnplugged(drive, true);
+    return setNumberUnplugged(drive, true);
 }
 
 int BenchPlug(int drive) {
-    return setUnplugged(drive, false);
+    return setNumberUnplugged(drive, false);
 }
 
 // In a process that was started on a bench the library refuses to load when that bench cannot be opened, and its

@@ -2,6 +2,7 @@
 #include "workbench/hooks/child_process.h"
 #include "workbench/hooks/start_again.h"
 #include "workbench/session/bench_folder.h"
+#include "workbench/session/plugging.h"
 #include "workbench/session/unique_handle.h"
 #include "workbench/session/win32_text.h"
 
@@ -63,7 +64,7 @@ int layOut(Arguments arguments) {
     return error.empty() ? 0 : complain(error);
 }
 
-int setUnplugged(Arguments arguments, bool unplugged) {
+int plugOrUnplug(Arguments arguments, bool unplugged) {
     if (arguments.size() != 2) {
         return usage();
     }
@@ -75,16 +76,12 @@ int setUnplugged(Arguments arguments, bool unplugged) {
     const std::string digits = utf8FromWide(arguments[1]);
     std::uint32_t number = 0;
     const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (failure != std::errc() || end != digits.data() + digits.size() || reading.bench.drive(number) == nullptr) {
+    const DriveDescription* const drive = reading.bench.drive(number);
+    if (failure != std::errc() || end != digits.data() + digits.size() || drive == nullptr) {
         return complain("no drive \"" + digits + "\" on this bench");
     }
-    BenchFolder(folder, reading.bench).changeState([&](BenchState& state) {
-        if (unplugged) {
-            state.unplugged.insert(number);
-        } else {
-            state.unplugged.erase(number);
-        }
-    });
+    BenchFolder bench(folder, reading.bench);
+    setUnplugged(bench, *drive, unplugged);
     return 0;
 }
 
@@ -206,7 +203,7 @@ int launch(Arguments arguments) {
         return layOut(arguments.subspan(1));
     }
     if (arguments[0] == L"--unplug" || arguments[0] == L"--plug") {
-        return setUnplugged(arguments.subspan(1), arguments[0] == L"--unplug");
+        return plugOrUnplug(arguments.subspan(1), arguments[0] == L"--unplug");
     }
     return arguments.size() < 2 || arguments[0].starts_with(L"--") ? usage() : run(arguments);
 }

@@ -53,10 +53,19 @@ std::optional<DWORD> waitForDrive(BenchFolder& folder, const BenchDrive& drive, 
     return std::nullopt;
 }
 
+// A drive that is gone has lost what it had not flushed.
+bool isPresent(BenchSession& session, const BenchDrive& drive) {
+    const bool present = session.isPresent(drive);
+    if (!present) {
+        drive.loseUnflushed();
+    }
+    return present;
+}
+
 // The drive's own part of reading: faults, then content. `handle`: one that the drive's content gave.
 TransferResult readDrive(BenchSession& session, BenchDrive& drive, HANDLE handle, std::uint64_t offset,
                          std::span<std::uint8_t> out) {
-    if (!session.isPresent(drive) || !drive.countTransfer()) {
+    if (!isPresent(session, drive) || !drive.countTransfer()) {
         return {kErrorDeviceNotConnected, 0};
     }
     if (const std::optional<DWORD> error = waitForDrive(session.folder(), drive, offset, out.size())) {
@@ -118,7 +127,7 @@ bool touchesMountedVolume(BenchSession& session, std::uint32_t disk, std::uint64
 TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handle, std::uint64_t offset,
                           std::span<const std::uint8_t> data) {
     const DriveDescription& description = drive.description();
-    if (!session.isPresent(drive)) {
+    if (!isPresent(session, drive)) {
         return {kErrorDeviceNotConnected, 0};
     }
     if (session.folder().state().isReadOnly(description)) {
@@ -136,8 +145,28 @@ TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handl
     if (const std::optional<DWORD> error = drive.writeFault(offset, data.size())) {
         return {*error, 0};
     }
-    const DWORD error = drive.content().write(handle, offset, data);
+    const DWORD error = drive.store(handle, offset, data, [&] { return session.isPresent(drive); });
     return {error, error == 0 ? static_cast<DWORD>(data.size()) : 0};
+}
+
+DWORD flushDrive(BenchSession& session, BenchDrive& drive) {
+    if (!isPresent(session, drive)) {
+        return kErrorDeviceNotConnected;
+    }
+    if (const std::optional<DWORD> error = drive.flushFault()) {
+        return *error;
+    }
+    drive.flush();
+    return 0;
+}
+
+DWORD flushVolume(BenchSession& session, const VolumeDescription& volume) {
+    for (const VolumeExtent& extent : volume.extents) {
+        if (const DWORD error = flushDrive(session, *session.drive(extent.disk)); error != 0) {
+            return error;
+        }
+    }
+    return 0;
 }
 
 void logTransfer(BenchSession& session, const OpenDevice& device, std::string_view request, std::uint64_t offset,
@@ -192,6 +221,21 @@ TransferResult writeDevice(BenchSession& session, OpenDevice& device, HANDLE han
     }
     logTransfer(session, device, "write", place, data.size(), result);
     return result;
+}
+
+DWORD flushDevice(BenchSession& session, OpenDevice& device) {
+    const std::lock_guard lock(device.transferMutex);
+    DWORD error = kErrorInvalidFunction;
+    if (device.kind != PathKind::kScsiPort && !device.mayWrite()) {
+        error = kErrorAccessDenied;
+    } else if (device.kind == PathKind::kVolume) {
+        error = flushVolume(session, *device.volume);
+    } else if (device.kind == PathKind::kDrive) {
+        error = flushDrive(session, *device.drive);
+    }
+    LogLine line(device.target(), "flush");
+    session.folder().log(line.result(error));
+    return error;
 }
 
 DWORD moveDevicePointer(BenchSession& session, OpenDevice& device, std::int64_t distance, DWORD method,

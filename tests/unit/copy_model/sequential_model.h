@@ -110,13 +110,39 @@ class SequentialModel {
 
     void writeBlock(std::uint64_t offset, std::size_t length) {
         const World::Transfer done = world_.writeDrive(offset, std::span(buffer_).first(length));
-        if (!done.sought) {
-            ++failedWrites_;
-        } else if (!done.ok || done.count != length) {
-            ++world_.destination.writeErrorCount;
+        const bool whole = done.sought && done.ok && done.count == length;
+        if (!whole) {
+            world_.destination.writeErrorCount += done.sought ? 1 : 0;
             ++failedWrites_;
         }
+        stored(World::kDestination, whole, done.gone);
     }
+
+    /// Every fourth block that was stored is followed by a flush.
+    void stored(const std::string& where, bool whole, bool gone) {
+        gone_ = gone;
+        unflushed_ += whole ? 1 : 0;
+        if (unflushed_ == 4) {
+            flush(where);
+        }
+    }
+    void flush(const std::string& where) {
+        unflushed_ = 0;
+        flushed_ = world_.flush(where).ok && flushed_;
+    }
+
+    /// Flushes the rest. False when a flush has failed, now or before: together they are one failed write.
+    bool flushRest(const std::string& where) {
+        if (gone_) {
+            return true; // its last write has told it
+        }
+        if (unflushed_ != 0) {
+            flush(where);
+        }
+        failedWrites_ += flushed_ ? 0 : 1;
+        return flushed_;
+    }
+    void flushDrive() { world_.destination.writeErrorCount += flushRest(World::kDestination) ? 0 : 1; }
 
     std::string remaining(std::int64_t done) {
         std::string out = "00:00:00";
@@ -298,6 +324,9 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
+        if (wanted && k == full_) {
+            flushDrive();
+        }
         remember(wanted);
         end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
         endClone(wanted && whole(k));
@@ -339,6 +368,9 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(500);
         }
+        if (wanted && k == full_) {
+            flushDrive();
+        }
         remember(wanted);
         end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
         endClone(wanted && whole(k));
@@ -361,6 +393,7 @@ class SequentialModel {
         const World::Transfer done = world_.writeFile(image, std::span(buffer_).first(length));
         const bool written = done.ok && done.count == length;
         failedWrites_ += written ? 0 : 1;
+        stored(image.path, written, done.gone);
         return written;
     }
 
@@ -410,6 +443,9 @@ class SequentialModel {
             }
             remainderMoved_ = true;
             tooManyBadBlocks(750);
+        }
+        if (wanted && k == full_ && !flushRest(name)) {
+            return couldNotWrite();
         }
         driveStatus(world_.source, outcome(wanted && whole(k) ? "" : "not completed"));
         end(wanted && k == full_, " Image  SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
@@ -472,12 +508,15 @@ class SequentialModel {
         }
         world_.aboutToCopy();
         bool hashFailed = false;
+        const auto couldNotWrite = [&] {
+            closeImage();
+            status("Could not WRITE to DESTINATION image");
+            flags_.running = 0;
+            timer(750);
+        };
         const auto store = [&](std::size_t length) {
             if (!writeImage(*image, length)) {
-                closeImage();
-                status("Could not WRITE to DESTINATION image");
-                flags_.running = 0;
-                timer(750);
+                couldNotWrite();
             }
             if (!world_.hash(digest_, std::span(buffer_).first(length))) {
                 hashFailed = true;
@@ -504,22 +543,27 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
-        end(wanted && k == full_, " Image SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
+        bool complete = wanted && k == full_;
+        if (complete && image && !flushRest(name)) {
+            couldNotWrite();
+            complete = false;
+        }
+        end(complete, " Image SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
         Md5Digest imaged{};
         if (world_.digestFails()) {
             hashFailed = true;
         } else {
             imaged = digest_.value();
-            if (wanted && k == full_) {
+            if (complete) {
                 hashFile(imaged, number);
             }
         }
-        imagedWhole_ = wanted && whole(k);
+        imagedWhole_ = complete && whole(k);
         driveStatus(world_.source, outcome(!imagedWhole_ ? "not completed" : hashFailed ? "not hashed" : ""));
         repaintImageTrack();
         closeImage();
         flags_.running = 0;
-        if (wanted && k == full_ && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
+        if (complete && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
             verify(name, imaged);
         }
         return 1;
@@ -691,6 +735,9 @@ class SequentialModel {
             writeBlock(full_ * block_, remainder_);
             remainderMoved_ = true;
         }
+        if (wanted && k == full_) {
+            flushDrive();
+        }
         remember(wanted);
         driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
         end(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
@@ -711,6 +758,9 @@ class SequentialModel {
     int lastPercent_ = -1;
     std::uint64_t unreadable_ = 0;
     std::uint64_t failedWrites_ = 0;
+    std::uint64_t unflushed_ = 0; ///< blocks stored since the last flush
+    bool flushed_ = true;         ///< no flush has failed
+    bool gone_ = false;           ///< the destination, when the last block was to be stored
     bool remainderMoved_ = false;
     bool imagedWhole_ = false;
     ScriptedDigest digest_;
