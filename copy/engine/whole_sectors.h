@@ -11,8 +11,8 @@ namespace torvane {
 /// every smaller size divides.
 inline constexpr std::size_t kUsualAlignment = 4096;
 
-/// What an unbuffered transfer of a volume must be a multiple of, place, length and address (FILE_FLAG_NO_BUFFERING), by
-/// the bytes of a sector that the volume tells.
+/// What an unbuffered transfer of a volume must be a multiple of, place, length and address (FILE_FLAG_NO_BUFFERING),
+/// by the bytes of a sector that the volume tells.
 [[nodiscard]] constexpr std::size_t unbufferedAlignment(std::uint32_t sectorTold) {
     return std::has_single_bit(sectorTold) && sectorTold > kUsualAlignment ? sectorTold : kUsualAlignment;
 }

@@ -28,8 +28,8 @@ UniqueFile openOwn(const std::string& path, DWORD disposition) {
 /// One handle, through the system's cache.
 class WindowsImageFile : public ImageFile {
   public:
-    /// `flushing`: a handle of its own for flushing, because requests of one handle wait for each other; without one the
-    /// file's serves.
+    /// `flushing`: a handle of its own for flushing, because requests of one handle wait for each other; without one
+    /// the file's serves.
     explicit WindowsImageFile(UniqueFile file, UniqueFile flushing = {})
         : file_(std::move(file)), flushing_(std::move(flushing)) {}
 

@@ -16,8 +16,8 @@ namespace {
 
 using ::testing::Each;
 using ::testing::Field;
-using ::testing::IsEmpty;
 using testing::ImportPatched;
+using ::testing::IsEmpty;
 using testing::noise;
 using testing::readFile;
 using ::testing::SizeIs;

@@ -9,9 +9,10 @@
 
 namespace torvane::bench {
 
-/// The write cache of a drive that loses it when the drive is unplugged. Writes go to the drive's content at once, where
-/// every process sees them; what lay under them is kept in a file beside the content until the next flush, and put back
-/// when the cache is lost. So the end of a process loses nothing, and an unplugged drive loses the same in each.
+/// The write cache of a drive that loses it when the drive is unplugged. Writes go to the drive's content at once,
+/// where every process sees them; what lay under them is kept in a file beside the content until the next flush, and
+/// put back when the cache is lost. So the end of a process loses nothing, and an unplugged drive loses the same in
+/// each.
 class VolatileCache {
   public:
     VolatileCache(const std::filesystem::path& benchFolder, const DriveDescription& drive);
