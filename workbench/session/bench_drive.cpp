@@ -103,13 +103,13 @@ std::vector<std::uint8_t> BenchDrive::storedInstead(std::uint64_t offset, std::s
 }
 
 DWORD BenchDrive::store(HANDLE handle, std::uint64_t offset, std::span<const std::uint8_t> data,
-                        const std::function<bool()>& isPresent) {
+                        const std::function<bool()>& isPluggedIn) {
     std::vector<std::uint8_t> other;
     if (!corruptWrites_.empty()) {
         other = storedInstead(offset, data);
         data = other;
     }
-    return drive_.faults.volatileCache ? cache_.write(content_, handle, offset, data, isPresent)
+    return drive_.faults.volatileCache ? cache_.write(content_, handle, offset, data, isPluggedIn)
                                        : content_.write(handle, offset, data);
 }
 

@@ -54,10 +54,10 @@ class BenchDrive {
     [[nodiscard]] std::optional<std::uint32_t> shortRead(std::uint64_t offset, std::uint64_t length);
     [[nodiscard]] std::uint32_t slownessMilliseconds(std::uint64_t offset, std::uint64_t length) const;
 
-    /// Stores what no fault stands against, by a handle that the content gave; while the drive is present, where its
-    /// cache may be lost. Returns a Win32 error, 0 for success.
+    /// Stores what no fault stands against, by a handle that the content gave; where the cache may be lost, only while
+    /// the drive is plugged in. Returns a Win32 error, 0 for success.
     [[nodiscard]] DWORD store(HANDLE handle, std::uint64_t offset, std::span<const std::uint8_t> data,
-                              const std::function<bool()>& isPresent);
+                              const std::function<bool()>& isPluggedIn);
     void flush() const;
     /// The drive goes, with what was not flushed.
     void loseUnflushed() const;

@@ -145,7 +145,8 @@ TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handl
     if (const std::optional<DWORD> error = drive.writeFault(offset, data.size())) {
         return {*error, 0};
     }
-    const DWORD error = drive.store(handle, offset, data, [&] { return session.isPresent(drive); });
+    const DWORD error =
+        drive.store(handle, offset, data, [&] { return !session.folder().state().isUnplugged(description.number); });
     return {error, error == 0 ? static_cast<DWORD>(data.size()) : 0};
 }
 

@@ -78,9 +78,9 @@ VolatileCache::VolatileCache(const std::filesystem::path& benchFolder, const Dri
     : file_(benchFolder / "backing" / (drive.backing.file + ".unflushed")) {}
 
 DWORD VolatileCache::write(const DriveContent& content, HANDLE handle, std::uint64_t offset,
-                           std::span<const std::uint8_t> data, const std::function<bool()>& isPresent) const {
+                           std::span<const std::uint8_t> data, const std::function<bool()>& isPluggedIn) const {
     const HeldFile file(file_);
-    if (!isPresent()) {
+    if (!isPluggedIn()) {
         return kErrorDeviceNotConnected;
     }
     std::vector<std::uint8_t> underneath(data.size());

@@ -17,10 +17,10 @@ class VolatileCache {
   public:
     VolatileCache(const std::filesystem::path& benchFolder, const DriveDescription& drive);
 
-    /// Writes through `handle`, one that the content gave. While `isPresent` is asked and the bytes are stored nobody
+    /// Writes through `handle`, one that the content gave. While `isPluggedIn` is asked and the bytes are stored nobody
     /// loses or flushes the cache. Returns a Win32 error, 0 for success.
     [[nodiscard]] DWORD write(const DriveContent& content, HANDLE handle, std::uint64_t offset,
-                              std::span<const std::uint8_t> data, const std::function<bool()>& isPresent) const;
+                              std::span<const std::uint8_t> data, const std::function<bool()>& isPluggedIn) const;
 
     /// What was written stays.
     void flush() const;
