@@ -1,7 +1,5 @@
 #pragma once
 
-#include "records/volume_record.h"
-
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -29,11 +27,16 @@ struct VolumeIdentity {
     std::uint32_t serialNumber = 0;
 };
 
-/// Asks the volume with that letter; none when it does not answer.
-using VolumeIdentityReader = std::function<std::optional<VolumeIdentity>(char letter)>;
+/// Asks the volume with that root, "K:\"; none when it does not answer.
+using VolumeIdentityReader = std::function<std::optional<VolumeIdentity>(const std::wstring& root)>;
 
-/// The drive, then each of its volumes.
-[[nodiscard]] std::vector<WarningRow> warningRows(const DriveRecord& destination, const VolumeTable& volumes,
+/// The drive, then each of its volumes by its root, one without a letter by the folder where it is mounted or by its
+/// own name.
+[[nodiscard]] std::vector<WarningRow> warningRows(const DriveRecord& destination,
+                                                  const std::vector<std::wstring>& volumeRoots,
                                                   const VolumeIdentityReader& identify);
+
+/// What stands below the list: the drive's number and its size, to the byte.
+[[nodiscard]] std::string warningDetails(const DriveRecord& destination);
 
 } // namespace torvane

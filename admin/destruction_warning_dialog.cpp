@@ -3,15 +3,15 @@
 #include "admin/destruction_warning.h"
 #include "admin/volume_identity.h"
 #include "base/colours.h"
-#include "discovery/disk_identity.h"
-#include "discovery/drive_volumes.h"
 #include "discovery/volume_map.h"
+#include "discovery/volumes_on_drive.h"
+#include "discovery/windows_volume_system.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
-#include "ui/prompts.h"
 
+#include <string>
 #include <vector>
 
 namespace torvane {
@@ -21,17 +21,18 @@ namespace {
 constexpr COLORREF kWarningColour = RGB(147, 19, 15);
 
 // Pixels of the client area.
-constexpr SIZE kClientSize{470, 286};
+constexpr SIZE kClientSize{470, 328};
 constexpr RECT kWarningPlace{10, 8, 460, 28};
 constexpr RECT kListPlace{10, 30, 460, 204};
 constexpr RECT kDrivePlace{10, 212, 460, 244};
-constexpr RECT kYesPlace{272, 250, 362, 276};
-constexpr RECT kNoPlace{370, 250, 460, 276};
+constexpr RECT kDetailsPlace{10, 246, 460, 286};
+constexpr RECT kYesPlace{272, 292, 362, 318};
+constexpr RECT kNoPlace{370, 292, 460, 318};
 
 class DestructionWarningDialog : public Dialog {
   public:
-    DestructionWarningDialog(const VolumeTable& volumes, const Destruction& destruction)
-        : Dialog(IDD_DESTRUCTION_WARNING), volumes_(volumes), destruction_(destruction) {}
+    DestructionWarningDialog(const AppState& state, const Destruction& destruction)
+        : Dialog(IDD_DESTRUCTION_WARNING), state_(state), destruction_(destruction) {}
 
   protected:
     bool onInitialise() override {
@@ -41,6 +42,7 @@ class DestructionWarningDialog : public Dialog {
         centreOnOwner();
         placeControl(IDC_WARNING_TEXT, kWarningPlace);
         placeControl(IDC_WARNING_DRIVE, kDrivePlace);
+        placeControl(IDC_WARNING_DETAILS, kDetailsPlace);
         placeControl(IDYES, kYesPlace);
         placeControl(IDNO, kNoPlace);
         buildList();
@@ -81,7 +83,9 @@ class DestructionWarningDialog : public Dialog {
         list_.addColumn("Type", 100);
         list_.addColumn("Model/Volume", 230);
         list_.addColumn("Relation", 120);
-        const std::vector<WarningRow> rows = warningRows(destruction_.drive, volumes_, readVolumeIdentity);
+        WindowsVolumeSystem system;
+        const std::vector<WarningRow> rows = warningRows(
+            destruction_.drive, volumeRootsOn(destruction_.drive, state_.scan.volumes, system), readVolumeIdentity);
         for (const WarningRow& row : rows) {
             const int position = list_.appendRow(row.type.c_str(), 0);
             list_.setCell(position, 1, row.name.c_str());
@@ -89,12 +93,14 @@ class DestructionWarningDialog : public Dialog {
         }
         // Names longer than their column must be seen whole before anybody says "Yes".
         setControlText(IDC_WARNING_DRIVE, rows.front().name.c_str());
+        const std::string details = warningDetails(destruction_.drive) + "\n" + imagePlaceNote(state_, destruction_);
+        setControlText(IDC_WARNING_DETAILS, details.c_str());
     }
 
     void onYes() { end(1); }
     void onNo() { end(0); }
 
-    const VolumeTable& volumes_;
+    const AppState& state_;
     const Destruction& destruction_;
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     UniqueFont boldFont_;
@@ -103,23 +109,16 @@ class DestructionWarningDialog : public Dialog {
 
 } // namespace
 
-bool confirmDestruction(AppState& state, const Destruction& destruction, HWND owner) {
+Confirmation confirmDestruction(AppState& state, const Destruction& destruction, HWND owner) {
     // Letters may have been given and moved since the drives were loaded.
     refreshVolumes(state.scan);
-    if (holdsVolume(destruction.drive, state.scan.volumes, destruction.sourceImageLetter)) {
-        prompts::stop("******* WARNING *******", "You cannot copy Image to Source Drive");
-        return false;
+    if (const Confirmation checked = checkDestruction(state, destruction); checked != Confirmation::kYes) {
+        return checked;
     }
-    if (DestructionWarningDialog(state.scan.volumes, destruction).runModal(owner) != 1) {
-        return false;
+    if (DestructionWarningDialog(state, destruction).runModal(owner) != 1) {
+        return Confirmation::kNo;
     }
-    if (!isStillTheProbedDisk(destruction.drive)) {
-        prompts::stop("***** DRIVE HAS CHANGED *****",
-                      "The DESTINATION is not the drive that was loaded any more, or it does not answer. Nothing was "
-                      "written. Load the drives again");
-        return false;
-    }
-    return true;
+    return checkIdentity(state, destruction);
 }
 
 } // namespace torvane

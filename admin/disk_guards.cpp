@@ -34,6 +34,12 @@ bool mayCleanDisk(const Jobs& jobs, const VolumeTable& volumes, const DriveRecor
     if (!mayChangeDisk(jobs, drive)) {
         return false;
     }
+    if (isMarkedByMistake(drive, volumes)) {
+        prompts::stop("***** MARKED DRIVE *****",
+                      "The numbers of the drives have a gap, and so this drive was marked in place of the one that "
+                      "holds volume C:. It cannot be cleaned here. Nothing was written");
+        return false;
+    }
     if (isSystemDrive(drive, volumes)) {
         prompts::stop("***** SYSTEM DRIVE *****", "The drive that holds Windows cannot be cleaned");
         return false;

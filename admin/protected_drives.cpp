@@ -1,11 +1,48 @@
 #include "admin/protected_drives.h"
 
+#include "admin/protected_places.h"
+#include "discovery/windows_volume_system.h"
 #include "records/drive_record.h"
+#include "ui/prompts.h"
+
+#include <windows.h>
+
+#include <optional>
 
 namespace torvane {
 
-bool mayBeChanged(const DriveRecord&) {
-    return true;
+namespace {
+
+constexpr DWORD kLongestPath = 32768; // characters, as Windows has it
+
+/// What `ask` writes into a buffer of that many characters; empty when it fails.
+std::wstring pathFrom(DWORD (*ask)(wchar_t* buffer)) {
+    std::wstring path(kLongestPath, L'\0');
+    const DWORD length = ask(path.data());
+    path.resize(length < kLongestPath ? length : 0);
+    return path;
+}
+
+ProtectedFolders protectedFolders() {
+    return {
+        .windows = pathFrom([](wchar_t* buffer) -> DWORD { return GetSystemWindowsDirectoryW(buffer, kLongestPath); }),
+        .program = pathFrom([](wchar_t* buffer) { return GetModuleFileNameW(nullptr, buffer, kLongestPath); }),
+        .current = pathFrom([](wchar_t* buffer) { return GetCurrentDirectoryW(kLongestPath, buffer); }),
+    };
+}
+
+} // namespace
+
+bool mayBeChanged(const DriveRecord& drive) {
+    if (drive.recordKind == kRecordKindImageFile) {
+        return true;
+    }
+    WindowsVolumeSystem system;
+    const std::optional<Refusal> refusal = protectionOf(drive.driveNumber, protectedFolders(), system);
+    if (refusal) {
+        prompts::stop(refusal->caption.c_str(), refusal->text.c_str());
+    }
+    return !refusal;
 }
 
 } // namespace torvane

@@ -1,6 +1,6 @@
 #include "admin/volume_identity.h"
 
-#include "base/format.h"
+#include "base/wide_text.h"
 
 #include <windows.h>
 
@@ -24,12 +24,12 @@ class QuietErrors {
 
 } // namespace
 
-std::optional<VolumeIdentity> readVolumeIdentity(char letter) {
+std::optional<VolumeIdentity> readVolumeIdentity(const std::wstring& root) {
     const QuietErrors quiet;
     std::array<char, MAX_PATH + 1> label{};
     DWORD serialNumber = 0;
-    if (!GetVolumeInformationA(formatText("%c:\\", letter).c_str(), label.data(), static_cast<DWORD>(label.size()),
-                               &serialNumber, nullptr, nullptr, nullptr, 0)) {
+    if (!GetVolumeInformationA(ansiText(root).c_str(), label.data(), static_cast<DWORD>(label.size()), &serialNumber,
+                               nullptr, nullptr, nullptr, 0)) {
         return std::nullopt;
     }
     label.back() = '\0';

@@ -59,6 +59,11 @@ bool ask(const char*, const char*) {
     return verifyWanted;
 }
 
+bool askDefaultNo(const char* caption, const char* text) {
+    tell(caption, text);
+    return false;
+}
+
 } // namespace torvane::prompts
 
 namespace torvane {
@@ -69,7 +74,7 @@ class BenchmarkSystem : public WindowsCopySystem {
   public:
     using WindowsCopySystem::WindowsCopySystem;
 
-    void cleanDisk(DriveRecord&) override {}
+    bool cleanDisk(DriveRecord&) override { return true; }
     void setDriveStatus(const DriveRecord&, const std::string& text) override { lastStatus = text; }
 
     std::string lastStatus;

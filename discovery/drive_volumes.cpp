@@ -4,8 +4,15 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <span>
 
 namespace torvane {
+
+namespace {
+
+constexpr char kSystemLetter = 'C';
+
+} // namespace
 
 std::vector<char> volumeLettersOn(const DriveRecord& drive, const VolumeTable& volumes) {
     std::vector<char> letters;
@@ -30,7 +37,14 @@ bool holdsVolume(const DriveRecord& drive, const VolumeTable& volumes, char lett
 }
 
 bool isSystemDrive(const DriveRecord& drive, const VolumeTable& volumes) {
-    return drive.systemDrive == 1 || holdsVolume(drive, volumes, 'C');
+    return drive.systemDrive == 1 || holdsVolume(drive, volumes, kSystemLetter);
+}
+
+bool isMarkedByMistake(const DriveRecord& drive, const VolumeTable& volumes) {
+    const auto listed = std::span(volumes.records).first(static_cast<std::size_t>(volumes.count));
+    const bool known = std::any_of(listed.begin(), listed.end(),
+                                   [](const VolumeRecord& volume) { return volume.driveLetter == kSystemLetter; });
+    return drive.systemDrive == 1 && known && !holdsVolume(drive, volumes, kSystemLetter);
 }
 
 } // namespace torvane

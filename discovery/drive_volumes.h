@@ -21,4 +21,7 @@ struct DriveRecord;
 /// which differ from their numbers where these have gaps, so the volumes are asked too.
 [[nodiscard]] bool isSystemDrive(const DriveRecord& drive, const VolumeTable& volumes);
 
+/// True for a drive that the scan has marked although C: is known, and lies on other drives.
+[[nodiscard]] bool isMarkedByMistake(const DriveRecord& drive, const VolumeTable& volumes);
+
 } // namespace torvane

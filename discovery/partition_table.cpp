@@ -7,8 +7,8 @@ namespace torvane {
 
 namespace {
 
-// DRIVE_LAYOUT_INFORMATION_EX: 32-bit style and count, a union of 40 bytes (MBR: 32-bit signature; GPT: the disk's GUID),
-// then PARTITION_INFORMATION_EX of 144 bytes each, with a union at 32 (MBR: 8-bit type; GPT: the type's GUID).
+// DRIVE_LAYOUT_INFORMATION_EX: 32-bit style and count, a union of 40 bytes (MBR: 32-bit signature; GPT: the disk's
+// GUID), then PARTITION_INFORMATION_EX of 144 bytes each, with a union at 32 (MBR: 8-bit type; GPT: the type's GUID).
 constexpr std::size_t kCountOffset = 4;
 constexpr std::size_t kNameOffset = 8;
 constexpr std::size_t kEntriesOffset = 48;

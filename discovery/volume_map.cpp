@@ -3,13 +3,10 @@
 #include "base/format.h"
 #include "base/owned_handle.h"
 #include "discovery/device_request.h"
+#include "discovery/volume_query.h"
 #include "discovery/volume_table.h"
 #include "state/scan_tables.h"
 
-#include <winioctl.h>
-
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -23,36 +20,22 @@ namespace {
 constexpr char kFirstLetter = 'C'; // A: and B: are never looked at
 constexpr char kLastLetter = 'Z';
 constexpr char kSystemLetter = 'C';
-constexpr std::size_t kExtentsAnswerBytes = 4096;
 
 std::string volumePath(char letter) {
     return formatText("\\\\.\\%c:", letter);
 }
 
-/// Nothing when the volume does not tell.
-std::optional<std::vector<VolumeExtent>> requestExtents(HANDLE volume) {
-    std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
-    const auto answer = requestFromDevice(volume, IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
-    return answer ? std::optional(parseVolumeDiskExtents(*answer)) : std::nullopt;
-}
-
+/// Opened for reading and writing as ever, which is what decides whether the scan knows a volume.
 std::vector<VolumeExtent> readVolumeExtents(char letter) {
     const UniqueHandle volume(openDevice(volumePath(letter).c_str(), FILE_ATTRIBUTE_NORMAL));
-    if (!volume) {
-        return {};
-    }
-    return requestExtents(volume.get()).value_or(std::vector<VolumeExtent>());
+    return volume ? requestExtents(volume.get()).extents : std::vector<VolumeExtent>();
 }
 
 /// A volume's extents, none for a letter that does not exist. Nothing when the volume is there and does not tell.
 std::optional<std::vector<VolumeExtent>> askVolume(char letter) {
-    const UniqueHandle volume(openDeviceForQuery(volumePath(letter).c_str()));
-    if (!volume) {
-        const DWORD error = GetLastError();
-        const bool absent = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-        return absent ? std::optional(std::vector<VolumeExtent>()) : std::nullopt;
-    }
-    return requestExtents(volume.get());
+    const VolumeAnswer answer = askForExtents(volumePath(letter).c_str());
+    const bool told = answer.kind == VolumeAnswer::Kind::kExtents || answer.kind == VolumeAnswer::Kind::kAbsent;
+    return told ? std::optional(answer.extents) : std::nullopt;
 }
 
 // The disk number serves as the position in the drive table, which is the right one while the drives are numbered from

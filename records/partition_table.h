@@ -11,9 +11,9 @@ enum class PartitionStyle : std::uint32_t { kMbr = 0, kGpt = 1, kRaw = 2 };
 /// How a disk's partition table names the disk, and how much it holds.
 struct PartitionTable {
     PartitionStyle style = PartitionStyle::kRaw;
-    std::uint32_t mbrSignature = 0;            ///< of kMbr, else 0
-    std::array<std::uint8_t, 16> gptDiskId{};  ///< of kGpt as it lies on the disk, else zero
-    std::int32_t partitions = 0;               ///< entries in use
+    std::uint32_t mbrSignature = 0;           ///< of kMbr, else 0
+    std::array<std::uint8_t, 16> gptDiskId{}; ///< of kGpt as it lies on the disk, else zero
+    std::int32_t partitions = 0;              ///< entries in use
 
     bool operator==(const PartitionTable&) const = default;
 };

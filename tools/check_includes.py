@@ -44,8 +44,8 @@ FOLDERS = {
     "copy": {"base", "ui", "records", "jobs", "state", "discovery", "admin"},
     "hex": {"base", "ui", "records", "state", "discovery", "copy"},
     "reports": {"base", "ui", "records", "state", "monitoring", "health"},
-    "window": {"base", "ui", "records", "jobs", "state", "monitoring", "settings", "health", "admin", "scan", "surface", "copy",
-               "hex", "reports"},
+    "window": {"base", "ui", "records", "jobs", "state", "discovery", "monitoring", "settings", "health", "admin", "scan",
+               "surface", "copy", "hex", "reports"},
 }
 
 # The headers that folders further down include all the same, each with its reason. Three are many.

@@ -7,6 +7,8 @@
 #include "window/list_cells.h"
 #include "window/main_layout.h"
 
+#include <utility>
+
 namespace torvane {
 
 bool DriveListView::create(HWND parent) {
@@ -22,6 +24,10 @@ bool DriveListView::create(HWND parent) {
     list_.addColumn("Interface", 120);
     list_.addColumn("Status", 460);
     return true;
+}
+
+void DriveListView::showTips(std::function<std::string(const DriveRecord&)> textOf) {
+    tips_.attach(list_.window(), [this, textOf = std::move(textOf)](int row) { return textOf(*record(row)); });
 }
 
 void DriveListView::addRow(DriveRecord& record) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "ui/list_view.h"
+#include "ui/row_tips.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +16,9 @@ struct DriveRecord;
 class DriveListView {
   public:
     bool create(HWND parent);
+
+    /// While the mouse rests on a drive's row, `textOf` tells more of the drive.
+    void showTips(std::function<std::string(const DriveRecord&)> textOf);
 
     /// Appends the drive's row and sets the record's list position.
     void addRow(DriveRecord& record);
@@ -44,6 +49,7 @@ class DriveListView {
     [[nodiscard]] DriveRecord* record(int row) const { return reinterpret_cast<DriveRecord*>(list_.rowData(row)); }
 
     ListView list_;
+    RowTips tips_;
 };
 
 } // namespace torvane

@@ -2,6 +2,7 @@
 
 #include "admin/disk_part.h"
 #include "base/colours.h"
+#include "discovery/drive_summary.h"
 #include "health/health_message_view.h"
 #include "health/health_panel_view.h"
 #include "resources/resource_ids.h"
@@ -113,6 +114,7 @@ void MainDialog::placeControls() {
 
 void MainDialog::buildListViews() {
     driveList_.create(window());
+    driveList_.showTips([this](const DriveRecord& drive) { return driveSummary(drive, state_.scan.volumes); });
     logList_.create(window(), clientArea().bottom);
     // First and last in the tab order; the drive list directly behind its label, whose access key leads to it.
     SetWindowPos(driveList_.window(), control(IDC_DRIVES_LABEL), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);

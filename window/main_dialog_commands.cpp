@@ -240,7 +240,8 @@ void MainDialog::onClearReadOnly() {
 void MainDialog::onCleanDisk() {
     DriveRecord* const drive = driveList_.selectedDrive();
     if (drive != nullptr && mayCleanDisk(state_.jobs, state_.scan.volumes, *drive) &&
-        confirmDestruction(state_, {.drive = *drive, .caption = "Clean Disk"}, window())) {
+        confirmDestruction(state_, {.drive = *drive, .caption = "Clean Disk", .sourceImage = {}}, window()) ==
+            Confirmation::kYes) {
         startCleanDisk(state_, *drive);
     }
 }

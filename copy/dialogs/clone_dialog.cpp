@@ -8,11 +8,30 @@ namespace torvane {
 
 namespace {
 
-constexpr RECT kSourcePlace{10, 26, 405, 72};
+constexpr DriveRowsLook kSourceLook{
+    .id = IDC_COPY_SOURCE_LIST,
+    .label = IDC_COPY_SOURCE_LABEL,
+    .place = {10, 26, 335, 72},
+    .ticks = false,
+    .modelWidth = 142,
+    .serialNumberWidth = 104,
+    .sizeWidth = 77,
+    .numberAndLetters = false,
+};
+constexpr DriveRowsLook kDestinationLook{
+    .id = IDC_COPY_DESTINATION_LIST,
+    .label = IDC_COPY_DESTINATION_LABEL,
+    .place = {345, 26, 830, 152},
+    .ticks = true,
+    .modelWidth = 166,
+    .serialNumberWidth = 104,
+    .sizeWidth = 77,
+    .numberAndLetters = true,
+};
 
 constexpr ControlPlace kPlaces[] = {
-    {IDC_COPY_SOURCE_LABEL, {10, 8, 405, 24}},   {IDC_REVERSE_CLONE, {10, 84, 405, 104}},
-    {IDC_REVERSE_HINT, {28, 106, 405, 150}},     {IDC_COPY_DESTINATION_LABEL, {420, 8, 830, 24}},
+    {IDC_COPY_SOURCE_LABEL, {10, 8, 335, 24}},   {IDC_REVERSE_CLONE, {10, 84, 335, 104}},
+    {IDC_REVERSE_HINT, {28, 106, 335, 150}},     {IDC_COPY_DESTINATION_LABEL, {345, 8, 830, 24}},
     {IDC_COPY_STATUS, {10, 252, 830, 274}},      {IDC_START_CLONE, {10, 296, 180, 324}},
     {IDC_TERMINATE_CLONE, {190, 296, 360, 324}}, {IDC_EXIT_CLONE, {660, 296, 830, 324}},
 };
@@ -34,9 +53,9 @@ class CloneDialog : public CopyToDriveDialog {
   protected:
     bool onInitialise() override {
         CopyDialog::onInitialise();
-        sources_.create(window(), IDC_COPY_SOURCE_LIST, IDC_COPY_SOURCE_LABEL, kSourcePlace, false);
+        sources_.create(window(), kSourceLook, state().scan.volumes);
         sources_.addRow(source_);
-        return listDestinations(&source_);
+        return listDestinations(kDestinationLook, &source_);
     }
 
     bool onCommand(int id) override {

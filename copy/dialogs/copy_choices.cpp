@@ -67,12 +67,4 @@ bool chooseSourceImage(FixedText<1024>& image) {
     return true;
 }
 
-char volumeLetterOf(std::string_view path) {
-    constexpr char kCaseBit = 'a' - 'A';
-    if (path.size() < 2 || path[1] != ':') {
-        return 0;
-    }
-    return path[0] >= 'a' && path[0] <= 'z' ? static_cast<char>(path[0] - kCaseBit) : path[0];
-}
-
 } // namespace torvane

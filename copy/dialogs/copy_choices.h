@@ -33,7 +33,4 @@ using FreeSpace = std::int64_t (*)(std::string_view folder);
 /// Asks for an image file. When the user cancels, silently, `image` is empty.
 [[nodiscard]] bool chooseSourceImage(FixedText<1024>& image);
 
-/// The path's drive letter in upper case; 0 for a path without one, as on a share.
-[[nodiscard]] char volumeLetterOf(std::string_view path);
-
 } // namespace torvane

@@ -2,6 +2,7 @@
 
 #include "admin/destruction_warning_dialog.h"
 #include "copy/dialogs/copy_choices.h"
+#include "discovery/drive_summary.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
 #include "ui/prompts.h"
@@ -9,8 +10,6 @@
 namespace torvane {
 
 namespace {
-
-constexpr RECT kDestinationPlace{420, 26, 830, 152};
 
 std::vector<DriveRecord*> drivesOf(const ScanState& scan) {
     std::vector<DriveRecord*> drives;
@@ -27,8 +26,8 @@ bool CopyToDriveDialog::isBusy(JobKind kind) const {
     return static_cast<bool>(state().jobs.whyNot(kind));
 }
 
-bool CopyToDriveDialog::listDestinations(const DriveRecord* source) {
-    destinations_.create(window(), IDC_COPY_DESTINATION_LIST, IDC_COPY_DESTINATION_LABEL, kDestinationPlace, true);
+bool CopyToDriveDialog::listDestinations(const DriveRowsLook& look, const DriveRecord* source) {
+    destinations_.create(window(), look, state().scan.volumes);
     for (DriveRecord* const drive : destinationCandidates(drivesOf(state().scan), state().scan.volumes, source)) {
         destinations_.addRow(*drive);
     }
@@ -36,17 +35,32 @@ bool CopyToDriveDialog::listDestinations(const DriveRecord* source) {
     return false;
 }
 
-DriveRecord* CopyToDriveDialog::chooseDestination(const char* cancelled, char sourceImageLetter) {
+std::optional<LRESULT> CopyToDriveDialog::onNotify(NMHDR& header) {
+    if (header.hwndFrom != destinations_.window() || header.code != LVN_ITEMCHANGED) {
+        return std::nullopt;
+    }
+    const DriveRecord* const drive = destinations_.drivePointedAt();
+    setControlText(IDC_COPY_DESTINATION_DRIVE,
+                   drive == nullptr ? "" : driveSummary(*drive, state().scan.volumes).c_str());
+    return 0;
+}
+
+DriveRecord* CopyToDriveDialog::chooseDestination(const char* cancelled, const std::string& sourceImage) {
     DriveRecord* const chosen = requireDestination(destinations_.tickedDrives());
     if (chosen == nullptr) {
         return nullptr;
     }
-    const Destruction destruction{.drive = *chosen, .caption = look().title, .sourceImageLetter = sourceImageLetter};
-    if (!confirmDestruction(state(), destruction, window())) {
+    const Destruction destruction{.drive = *chosen, .caption = look().title, .sourceImage = sourceImage};
+    switch (confirmDestruction(state(), destruction, window())) {
+    case Confirmation::kYes:
+        return chosen;
+    case Confirmation::kNo:
         prompts::stop("***** Function Cancelled *****", cancelled);
         return nullptr;
+    case Confirmation::kRefused:
+        break;
     }
-    return chosen;
+    return nullptr;
 }
 
 } // namespace torvane

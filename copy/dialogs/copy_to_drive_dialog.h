@@ -4,6 +4,8 @@
 #include "copy/dialogs/drive_rows_view.h"
 #include "jobs/job_kind.h"
 
+#include <string>
+
 namespace torvane {
 
 /// A dialog of a job that writes to a drive: the list of destinations, and what is asked before one is overwritten.
@@ -16,12 +18,15 @@ class CopyToDriveDialog : public CopyDialog {
 
     /// Lists every drive that may be written to, without `source` (nullptr when the source is no drive), and gives the
     /// list the focus. Returns false: the dialog manager must not move it.
-    bool listDestinations(const DriveRecord* source);
+    bool listDestinations(const DriveRowsLook& look, const DriveRecord* source);
+
+    /// Keeps IDC_COPY_DESTINATION_DRIVE, in a dialog that has it, at the drive that is ticked or selected.
+    std::optional<LRESULT> onNotify(NMHDR& header) override;
 
     /// The one ticked destination, after the technician has agreed to its destruction. Null with the reason told when
-    /// there is no such drive, or when the answer was no (the box then says `cancelled`). `sourceImageLetter`: see
+    /// there is no such drive, or when the answer was no (the box then says `cancelled`). `sourceImage`: see
     /// `Destruction`.
-    [[nodiscard]] DriveRecord* chooseDestination(const char* cancelled, char sourceImageLetter = 0);
+    [[nodiscard]] DriveRecord* chooseDestination(const char* cancelled, const std::string& sourceImage = {});
 
   private:
     DriveRowsView destinations_;

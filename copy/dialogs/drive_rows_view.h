@@ -1,6 +1,8 @@
 #pragma once
 
+#include "records/volume_record.h"
 #include "ui/list_view.h"
+#include "ui/row_tips.h"
 
 #include <vector>
 
@@ -8,19 +10,40 @@ namespace torvane {
 
 struct DriveRecord;
 
-/// A list of drives in a copy dialog: model, serial number and size. A row's data is its record.
+/// What a list of drives shows, and how wide: pixels.
+struct DriveRowsLook {
+    int id;
+    int label; ///< the control behind which the list takes its place in the tab order
+    RECT place;
+    bool ticks; ///< each row has a check box
+    int modelWidth;
+    int serialNumberWidth;
+    int sizeWidth;
+    bool numberAndLetters; ///< in columns of their own at the right
+};
+
+/// A list of drives in a copy dialog: model, serial number and size, and a tool tip that tells drives apart which are
+/// alike. A row's data is its record.
 class DriveRowsView {
   public:
-    /// With `ticks` each row has a check box. The list takes its place in the tab order behind the control `label`.
-    bool create(HWND dialog, int id, int label, const RECT& place, bool ticks);
+    /// `volumes` tells the drives' letters, whenever they are asked for.
+    bool create(HWND dialog, const DriveRowsLook& look, const VolumeTable& volumes);
 
     void addRow(DriveRecord& drive);
     [[nodiscard]] std::vector<DriveRecord*> tickedDrives() const;
 
+    /// The one ticked drive, else the one whose row is selected; null when there is neither.
+    [[nodiscard]] DriveRecord* drivePointedAt() const;
+
     [[nodiscard]] HWND window() const { return list_.window(); }
 
   private:
+    [[nodiscard]] DriveRecord* record(int row) const { return reinterpret_cast<DriveRecord*>(list_.rowData(row)); }
+
     ListView list_;
+    RowTips tips_;
+    bool numberAndLetters_ = false;
+    const VolumeTable* volumes_ = nullptr;
 };
 
 } // namespace torvane

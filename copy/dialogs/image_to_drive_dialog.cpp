@@ -1,6 +1,5 @@
 #include "copy/dialogs/image_to_drive_dialog.h"
 
-#include "copy/dialogs/copy_choices.h"
 #include "copy/dialogs/copy_to_drive_dialog.h"
 #include "resources/resource_ids.h"
 
@@ -9,10 +8,25 @@ namespace torvane {
 namespace {
 
 constexpr ControlPlace kPlaces[] = {
-    {IDC_COPY_SOURCE_LABEL, {10, 8, 405, 24}},       {IDC_COPY_IMAGE_PATH, {10, 26, 405, 150}},
-    {IDC_COPY_DESTINATION_LABEL, {420, 8, 830, 24}}, {IDC_COPY_STATUS, {10, 249, 830, 271}},
-    {IDC_START_IMAGE_TO_DRIVE, {10, 288, 180, 316}}, {IDC_TERMINATE_IMAGE_TO_DRIVE, {190, 288, 360, 316}},
+    {IDC_COPY_SOURCE_LABEL, {10, 8, 405, 24}},
+    {IDC_COPY_IMAGE_PATH, {10, 26, 405, 134}},
+    {IDC_COPY_DESTINATION_LABEL, {420, 8, 830, 24}},
+    {IDC_COPY_DESTINATION_DRIVE, {10, 137, 830, 157}},
+    {IDC_COPY_STATUS, {10, 249, 830, 271}},
+    {IDC_START_IMAGE_TO_DRIVE, {10, 288, 180, 316}},
+    {IDC_TERMINATE_IMAGE_TO_DRIVE, {190, 288, 360, 316}},
     {IDC_EXIT_IMAGE_TO_DRIVE, {660, 288, 830, 316}},
+};
+
+constexpr DriveRowsLook kDestinationLook{
+    .id = IDC_COPY_DESTINATION_LIST,
+    .label = IDC_COPY_DESTINATION_LABEL,
+    .place = {420, 26, 830, 134},
+    .ticks = true,
+    .modelWidth = 190,
+    .serialNumberWidth = 120,
+    .sizeWidth = 80,
+    .numberAndLetters = false,
 };
 
 constexpr CopyDialogLook kLook{
@@ -33,7 +47,7 @@ class ImageToDriveDialog : public CopyToDriveDialog {
     bool onInitialise() override {
         CopyDialog::onInitialise();
         setControlText(IDC_COPY_IMAGE_PATH, image_.c_str());
-        return listDestinations(nullptr);
+        return listDestinations(kDestinationLook, nullptr);
     }
 
     bool onCommand(int id) override {
@@ -52,7 +66,7 @@ class ImageToDriveDialog : public CopyToDriveDialog {
         if (isBusy(JobKind::kImageToDrive)) {
             return;
         }
-        DriveRecord* const destination = chooseDestination("Image to Drive has been CANCELLED", volumeLetterOf(image_));
+        DriveRecord* const destination = chooseDestination("Image to Drive has been CANCELLED", image_);
         if (destination != nullptr) {
             startJob({.kind = CopyKind::kImageToDrive, .source = nullptr, .destination = destination, .path = image_});
         }

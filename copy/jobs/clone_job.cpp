@@ -1,4 +1,5 @@
 #include "copy/jobs/copy_steps.h"
+#include "copy/jobs/destination_steps.h"
 
 #include <algorithm>
 
@@ -61,7 +62,10 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
         showNotStarted(job, destination);
         return 0;
     }
-    const bool wanted = showIdle(job) && cleanDestination(job, blocks.order());
+    const Readiness readiness = showIdle(job) ? prepareDestination(job, blocks.order()) : Readiness::kStopped;
+    if (readiness == Readiness::kRefused) {
+        return endRefused(job);
+    }
     CopyProgress progress(job, blocks.order(),
                           {.track = kCloneTrack,
                            .direction = way.direction,
@@ -77,7 +81,11 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = way.badBlockExplosionMilliseconds};
-    const RunEnd end = wanted ? moveBlocks(job, blocks, progress, rule, copyBlock) : RunEnd::kLeftEarly;
+    RunEnd end = RunEnd::kLeftEarly;
+    if (readiness == Readiness::kReady) {
+        end = moveBlocks(job, blocks, progress, rule, copyBlock);
+        job.system.rememberPartitionTable(destination);
+    }
 
     if (movedFullBlocks(end)) {
         showSuccess(job, way.completed, way.finishX);

@@ -51,14 +51,6 @@ bool storeBlock(BlockSink& sink, const Block& block, JobLosses& losses) {
     return stored;
 }
 
-bool cleanDestination(const CopyJob& job, const BlockOrder& order) {
-    if (job.claim.isRaised() && order.count() != 0) {
-        job.system.setDriveStatus(*job.order.destination, "Cleaning disk");
-        job.system.cleanDisk(*job.order.destination);
-    }
-    return job.claim.isRaised();
-}
-
 RunEnd moveBlocks(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progress, const BadBlockRule& rule,
                   const std::function<bool(const Block&)>& move, const std::function<void()>& finished) {
     const std::uint64_t fullBlocks = blocks.order().fullBlocks();

@@ -31,11 +31,6 @@ void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, Jo
 /// Stores the block and adds a failure to the losses. True when it was stored whole.
 bool storeBlock(BlockSink& sink, const Block& block, JobLosses& losses);
 
-/// Wipes the destination's partition table before the first block: the system refuses raw writes inside a mounted
-/// volume. Where there is no block to write, nothing is wiped. A failure leaves its log row and the job goes on. False
-/// when the job was asked to stop before or meanwhile.
-[[nodiscard]] bool cleanDestination(const CopyJob& job, const BlockOrder& order);
-
 /// What a job that reads a drive does about the limit of unreadable blocks.
 struct BadBlockRule {
     DriveRecord* source = nullptr; ///< null: there is no limit

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace torvane {
 
@@ -19,8 +20,17 @@ class CopySystem {
   public:
     virtual ~CopySystem() = default;
 
-    /// Wipes the drive's partition table. A failure leaves a log row.
-    virtual void cleanDisk(DriveRecord& drive) = 0;
+    // Whether a drive's handle still reaches the disk that was loaded.
+
+    [[nodiscard]] virtual bool isStillTheSource(const DriveRecord& drive) = 0;
+    [[nodiscard]] virtual bool isStillTheDestination(const DriveRecord& drive) = 0;
+    /// From now on the drive is known by the partition table that it holds: after each change that is a job's own.
+    virtual void rememberPartitionTable(DriveRecord& drive) = 0;
+
+    /// Wipes the drive's partition table. False, after a log row, when that failed.
+    [[nodiscard]] virtual bool cleanDisk(DriveRecord& drive) = 0;
+    /// The letters of the volumes that lie on the drive now.
+    [[nodiscard]] virtual std::vector<char> lettersOn(const DriveRecord& drive) = 0;
     /// Replaces the drive's "Status" cell in the main window.
     virtual void setDriveStatus(const DriveRecord& drive, const std::string& text) = 0;
 
@@ -48,6 +58,7 @@ class CopySystem {
     virtual void stop(const char* caption, const char* text) = 0;
     virtual void inform(const char* caption, const char* text) = 0;
     [[nodiscard]] virtual bool ask(const char* caption, const char* text) = 0;
+    [[nodiscard]] virtual bool askDefaultNo(const char* caption, const char* text) = 0;
 };
 
 } // namespace torvane

@@ -1,4 +1,5 @@
 #include "copy/jobs/copy_steps.h"
+#include "copy/jobs/destination_steps.h"
 #include "copy/jobs/hash_errors.h"
 #include "copy/jobs/image_names.h"
 
@@ -116,6 +117,9 @@ std::uint32_t runForensicImage(const CopyJob& job) {
     DriveRecord& source = *job.order.source;
     clearTrack(job.track, kTrackStartX, kImageCarY);
     source.badReadCount = 0;
+    if (!isSourceUnchanged(job)) {
+        return endRefused(job);
+    }
 
     const ImageFileName name = job.system.nextImageName(job.order.path, source);
     ForensicImage image{

@@ -1,4 +1,5 @@
 #include "copy/jobs/copy_steps.h"
+#include "copy/jobs/destination_steps.h"
 
 namespace torvane {
 
@@ -6,6 +7,9 @@ std::uint32_t runImageToFile(const CopyJob& job) {
     DriveRecord& source = *job.order.source;
     clearTrack(job.track, kTrackStartX, kImageCarY);
     source.badReadCount = 0;
+    if (!isSourceUnchanged(job)) {
+        return endRefused(job);
+    }
 
     const ImageFileName name = job.system.nextImageName(job.order.path, source);
     ImageSink image(job.system.openImage(name.path, ImageUse::kNew));

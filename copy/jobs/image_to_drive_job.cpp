@@ -1,4 +1,5 @@
 #include "copy/jobs/copy_steps.h"
+#include "copy/jobs/destination_steps.h"
 
 #include <optional>
 
@@ -22,8 +23,9 @@ std::optional<std::uint64_t> bytesToCopy(const CopyJob& job, std::uint64_t image
     if (imageBytes <= driveSize) {
         return imageBytes;
     }
-    if (!job.system.ask("***** Image File Too Large *****",
-                        "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?")) {
+    if (!job.system.askDefaultNo(
+            "***** Image File Too Large *****",
+            "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?")) {
         return std::nullopt;
     }
     return driveSize;
@@ -54,7 +56,10 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         showNotStarted(job, destination);
         return 0;
     }
-    const bool wanted = showIdle(job) && cleanDestination(job, blocks.order());
+    const Readiness readiness = showIdle(job) ? prepareDestination(job, blocks.order()) : Readiness::kStopped;
+    if (readiness == Readiness::kRefused) {
+        return endRefused(job);
+    }
     CopyProgress progress(
         job, blocks.order(),
         {.track = kCloneTrack, .label = " Status", .activity = "Writing image", .drives = {&destination}});
@@ -69,7 +74,11 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         return true;
     };
     // The source is a file: there is no limit of unreadable blocks, the first one ends the job.
-    const RunEnd end = wanted ? moveBlocks(job, blocks, progress, {}, copyBlock) : RunEnd::kLeftEarly;
+    RunEnd end = RunEnd::kLeftEarly;
+    if (readiness == Readiness::kReady) {
+        end = moveBlocks(job, blocks, progress, {}, copyBlock);
+        job.system.rememberPartitionTable(destination);
+    }
 
     progress.setDriveStatus(runOutcomeText(end, losses));
     if (end == RunEnd::kGaveUp) {

@@ -4,6 +4,9 @@
 #include "base/positioned_io.h"
 #include "base/stdio_file.h"
 #include "copy/engine/md5_hasher.h"
+#include "discovery/disk_identity.h"
+#include "discovery/drive_volumes.h"
+#include "discovery/volume_map.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
 #include "ui/prompts.h"
@@ -11,6 +14,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <memory>
 
 namespace torvane {
 
@@ -45,9 +49,27 @@ std::unique_ptr<ImageFile> openOwnImage(const std::string& path, DWORD dispositi
 
 } // namespace
 
-void WindowsCopySystem::cleanDisk(DriveRecord& drive) {
-    // A failure has left its log row; the writes that it makes fail are counted.
-    static_cast<void>(DP_CleanDisk(drive));
+bool WindowsCopySystem::isStillTheSource(const DriveRecord& drive) {
+    return isStillTheProbedSource(drive);
+}
+
+bool WindowsCopySystem::isStillTheDestination(const DriveRecord& drive) {
+    return isStillTheProbedDisk(drive);
+}
+
+void WindowsCopySystem::rememberPartitionTable(DriveRecord& drive) {
+    torvane::rememberPartitionTable(drive);
+}
+
+bool WindowsCopySystem::cleanDisk(DriveRecord& drive) {
+    return DP_CleanDisk(drive) == 1;
+}
+
+std::vector<char> WindowsCopySystem::lettersOn(const DriveRecord& drive) {
+    // A table of its own: the scan's belongs to the window's thread meanwhile.
+    const auto scan = std::make_unique<ScanState>();
+    refreshVolumes(*scan);
+    return volumeLettersOn(drive, scan->volumes);
 }
 
 void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
@@ -106,6 +128,10 @@ void WindowsCopySystem::inform(const char* caption, const char* text) {
 
 bool WindowsCopySystem::ask(const char* caption, const char* text) {
     return prompts::ask(caption, text);
+}
+
+bool WindowsCopySystem::askDefaultNo(const char* caption, const char* text) {
+    return prompts::askDefaultNo(caption, text);
 }
 
 } // namespace torvane

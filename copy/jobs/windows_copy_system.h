@@ -11,7 +11,12 @@ class WindowsCopySystem : public CopySystem {
   public:
     explicit WindowsCopySystem(AppState& state) : state_(state) {}
 
-    void cleanDisk(DriveRecord& drive) override;
+    bool isStillTheSource(const DriveRecord& drive) override;
+    bool isStillTheDestination(const DriveRecord& drive) override;
+    void rememberPartitionTable(DriveRecord& drive) override;
+
+    bool cleanDisk(DriveRecord& drive) override;
+    std::vector<char> lettersOn(const DriveRecord& drive) override;
     void setDriveStatus(const DriveRecord& drive, const std::string& text) override;
 
     ImageFileName nextImageName(std::string_view folder, const DriveRecord& source) override;
@@ -28,6 +33,7 @@ class WindowsCopySystem : public CopySystem {
     void stop(const char* caption, const char* text) override;
     void inform(const char* caption, const char* text) override;
     bool ask(const char* caption, const char* text) override;
+    bool askDefaultNo(const char* caption, const char* text) override;
 
   private:
     AppState& state_;

@@ -52,6 +52,22 @@ class Clone : public testing::CopyBench {
         R"(, "volumes": [{"letter": "K", "extents": [{"offset": 32768, "length": 131072}]},
                          {"letter": "L", "extents": [{"offset": 262144, "length": 65536}]}])";
 
+    static constexpr const char* kRefusingDiskPart =
+        R"({"tools": {"diskpart": {"output": "DiskPart has encountered an error.\r\n"}}})";
+
+    void expectChangedDrive(const std::string& role, const std::string& untouched = "Nothing was written") {
+        user_.expectStop("***** DRIVE HAS CHANGED *****",
+                         "The " + role + " is not the drive that was loaded any more, or it does not answer. " +
+                             untouched + ". Load the drives again");
+    }
+    void expectNothingWasWritten() {
+        EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
+        EXPECT_EQ(display_.lastStatus(), " Status: Not started");
+        EXPECT_EQ(lastDriveStatus(*source_), "BAD not started");
+        EXPECT_EQ(lastDriveStatus(*destination_), "BAD not started");
+        EXPECT_FALSE(state().jobs.active());
+    }
+
     DriveRecord* source_ = nullptr;
     DriveRecord* destination_ = nullptr;
 };
@@ -88,9 +104,27 @@ TEST_F(Clone, CleansTheDestinationBeforeTheFirstBlock) {
     EXPECT_THAT(view_.driveStatuses(*destination_), Contains("Cleaning disk"));
 }
 
-TEST_F(Clone, WithoutACleanDiskTheVolumesRefuseAndTheCountsTellIt) {
-    bench_.describe(R"({"tools": {"diskpart": {"output": "DiskPart has encountered an error.\r\n"}}})");
+constexpr const char* kNotCleaned = "***** DESTINATION NOT CLEANED *****";
+constexpr const char* kContinueAnyway =
+    "The DESTINATION could not be cleaned. Still mounted on it: K:, L:. Windows refuses writes inside mounted volumes, "
+    "so parts of the copy may not arrive. Nothing was written yet. Continue anyway?";
+
+TEST_F(Clone, ACleanThatFailedStopsItBeforeTheFirstBlock) {
+    bench_.describe(kRefusingDiskPart);
     openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
+    user_.expectAskDefaultNo(kNotCleaned, kContinueAnyway, false);
+    EXPECT_EQ(run(runForwardClone), 0U);
+    EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
+    EXPECT_THAT(display_.statuses(), Contains(" Status: Cleaning the destination"));
+    EXPECT_EQ(display_.lastStatus(), " Status: Not started");
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD not started");
+    EXPECT_FALSE(state().jobs.active());
+}
+
+TEST_F(Clone, WithoutACleanDiskTheVolumesRefuseAndTheCountsTellIt) {
+    bench_.describe(kRefusingDiskPart);
+    openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
+    user_.expectAskDefaultNo(kNotCleaned, kContinueAnyway, true);
     EXPECT_EQ(run(runForwardClone), 1U);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive2]"));
     // Blocks 0 to 2 and 4 touch a volume.
@@ -110,8 +144,9 @@ TEST_F(Clone, WithThirtyTwoMebibyteBlocksAsTheProgramRunsIt) {
     EXPECT_TRUE(arrived(64 * kMebibyte, 100 * kMebibyte));
     EXPECT_EQ(content(2, 100 * kMebibyte, kMebibyte), std::string(kMebibyte, '\0'));
     EXPECT_THAT(events(), ElementsAre("ERROR: BAD READ BLOCK AT SECTOR: [65536]"));
-    EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", HasSubstr(" -- %0"), HasSubstr(" -- %33"),
-                                                 HasSubstr(" -- %66"), " Image Completed"));
+    EXPECT_THAT(display_.statuses(),
+                ElementsAre(" Status: Idle", " Status: Cleaning the destination", " Status: Idle", HasSubstr(" -- %0"),
+                            HasSubstr(" -- %33"), HasSubstr(" -- %66"), " Image Completed"));
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 1 unreadable block");
 }
 
@@ -144,7 +179,8 @@ TEST_F(Clone, OfOneSectorIsARemainderAlone) {
     openDrives(512, 512);
     EXPECT_EQ(run(ForwardClone), 1U);
     EXPECT_TRUE(arrived(0, 512));
-    EXPECT_THAT(display_.statuses(), ElementsAre(" Status: Idle", " Image Completed"));
+    EXPECT_THAT(display_.statuses(),
+                ElementsAre(" Status: Idle", " Status: Cleaning the destination", " Status: Idle", " Image Completed"));
     EXPECT_EQ(state().raceTrack.succeeded, 1);
     EXPECT_EQ(state().raceTrack.carX, 760);
 }
@@ -304,6 +340,41 @@ TEST_F(Clone, TerminateStopsItAfterTheBlockInFlight) {
     EXPECT_EQ(content(2, 20 * kBlock, 512), std::string(512, '\0'));
     EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed");
+}
+
+TEST_F(Clone, ASourceThatWasUnpluggedCostsTheDestinationNothing) {
+    openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
+    bench_.unplug(1);
+    for (const auto job : {runForwardClone, runReverseClone}) {
+        expectChangedDrive("SOURCE");
+        EXPECT_EQ(run(job), 0U);
+        expectNothingWasWritten();
+        EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    }
+}
+
+TEST_F(Clone, ADestinationThatWasUnpluggedIsNotCleaned) {
+    openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
+    bench_.unplug(2);
+    expectChangedDrive("DESTINATION");
+    EXPECT_EQ(run(runForwardClone), 0U);
+    expectNothingWasWritten();
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+}
+
+TEST_F(Clone, ADestinationThatGoesWhileItIsCleanedGetsNoBlock) {
+    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
+                    "}}}");
+    openDrives(3 * kBlock, 3 * kBlock);
+    std::thread user([this] {
+        EXPECT_TRUE(bench_.awaitLog("request=start"));
+        bench_.unplug(2);
+        bench_.hurry();
+    });
+    expectChangedDrive("DESTINATION");
+    EXPECT_EQ(run(runForwardClone), 0U);
+    user.join();
+    expectNothingWasWritten();
 }
 
 TEST_F(Clone, TerminateBeforeTheDiskIsCleanedTouchesNothing) {

@@ -48,6 +48,15 @@ class CopyFaults : public testing::CopyBench {
         user_.expectAsk("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?", answer);
     }
 
+    /// A job that is not begun, because its drive has gone since.
+    void expectRefused(std::uint32_t (*job)(const CopyJob&), const std::string& role) {
+        user_.expectStop("***** DRIVE HAS CHANGED *****",
+                         "The " + role +
+                             " is not the drive that was loaded any more, or it does not answer. Nothing "
+                             "was written. Load the drives again");
+        EXPECT_EQ(run(job), 0U);
+    }
+
     static void expectIdle() { EXPECT_FALSE(state().jobs.active()); }
 
     /// Faults that make the first sector of these blocks unreadable.
@@ -78,7 +87,7 @@ TEST_F(CopyFaults, SourceVanishesInAReverseClone) {
     EXPECT_EQ(display_.lastStatus(), " User Terminated Clone");
     EXPECT_EQ(state().raceTrack.failed, 1);
     EXPECT_EQ(state().raceTrack.succeeded, 0);
-    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
+    testing::expectNoHandleLost([this] { expectRefused(runReverseClone, "SOURCE"); });
     expectIdle();
 }
 
@@ -90,7 +99,7 @@ TEST_F(CopyFaults, SourceVanishesInAnImage) {
     EXPECT_THAT(events(), SizeIs(11));
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 11 unreadable blocks");
-    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runImageToFile), 1U); });
+    testing::expectNoHandleLost([this] { expectRefused(runImageToFile, "SOURCE"); });
     expectIdle();
 }
 
@@ -102,7 +111,7 @@ TEST_F(CopyFaults, SourceVanishesInAForensicImage) {
     EXPECT_FALSE(std::filesystem::exists(kHashFile)) << "a partial image has no hash";
     EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
     EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 11 unreadable blocks");
-    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForensicImage), 1U); });
+    testing::expectNoHandleLost([this] { expectRefused(runForensicImage, "SOURCE"); });
     expectIdle();
 }
 
@@ -119,7 +128,7 @@ TEST_F(CopyFaults, SourceThatIsUnpluggedMidJobIsTheSame) {
     EXPECT_EQ(content(2, 0, 4 * kBlock), noise(7, 0, 4 * kBlock));
     EXPECT_EQ(source_->badReadCount, 11U);
     EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
-    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
+    testing::expectNoHandleLost([this] { expectRefused(runForwardClone, "SOURCE"); });
     expectIdle();
 }
 
@@ -134,7 +143,7 @@ TEST_F(CopyFaults, DestinationVanishesInAReverseClone) {
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " Clone SUCCESSFULLY Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 3 failed writes");
-    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runReverseClone), 1U); });
+    testing::expectNoHandleLost([this] { expectRefused(runReverseClone, "DESTINATION"); });
     expectIdle();
 }
 
@@ -151,7 +160,7 @@ TEST_F(CopyFaults, DestinationThatIsUnpluggedMidJobIsCountedToTheEnd) {
     EXPECT_EQ(content(2, 0, 4 * kBlock), noise(7, 0, 4 * kBlock));
     EXPECT_EQ(destination_->writeErrorCount, 6U);
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 6 failed writes");
-    testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
+    testing::expectNoHandleLost([this] { expectRefused(runForwardClone, "DESTINATION"); });
     expectIdle();
 }
 
@@ -165,7 +174,7 @@ TEST_F(CopyFaults, DestinationVanishesInAnImageToDrive) {
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 4 failed writes");
     keptImages().clear();
     testing::expectNoHandleLost([this] {
-        EXPECT_EQ(run(runImageToDrive), 1U);
+        expectRefused(runImageToDrive, "DESTINATION");
         keptImages().clear(); // kept on purpose until the program ends
     });
     expectIdle();
@@ -194,17 +203,18 @@ TEST_F(CopyFaults, ImageCannotBeDeletedWhileItIsRead) {
 TEST_F(CopyFaults, LargerImageIsCutToTheDriveAfterYes) {
     addDestination(3 * kBlock + 512);
     openImageAndDestination(6 * kBlock);
-    user_.expectAsk("***** Image File Too Large *****",
-                    "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", true);
+    user_.expectAskDefaultNo("***** Image File Too Large *****",
+                             "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
+                             true);
     EXPECT_EQ(run(runImageToDrive), 1U);
     EXPECT_EQ(content(2, 0, 3 * kBlock + 512), noise(3, 0, 3 * kBlock + 512));
     EXPECT_EQ(destination_->writeErrorCount, 0U) << "nothing is written past the end";
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
     keptImages().clear();
     testing::expectNoHandleLost([this] {
-        user_.expectAsk("***** Image File Too Large *****",
-                        "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
-                        true);
+        user_.expectAskDefaultNo(
+            "***** Image File Too Large *****",
+            "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", true);
         EXPECT_EQ(run(runImageToDrive), 1U);
         keptImages().clear(); // kept on purpose until the program ends
     });
@@ -214,8 +224,9 @@ TEST_F(CopyFaults, LargerImageIsCutToTheDriveAfterYes) {
 TEST_F(CopyFaults, LargerImageTouchesNothingAfterNo) {
     addDestination(3 * kBlock);
     openImageAndDestination(6 * kBlock);
-    user_.expectAsk("***** Image File Too Large *****",
-                    "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", false);
+    user_.expectAskDefaultNo("***** Image File Too Large *****",
+                             "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
+                             false);
     EXPECT_EQ(run(runImageToDrive), 0U);
     EXPECT_THAT(keptImages(), SizeIs(1)) << "kept on purpose until the program ends";
     keptImages().clear();
@@ -223,9 +234,9 @@ TEST_F(CopyFaults, LargerImageTouchesNothingAfterNo) {
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "the disk is not even cleaned";
     EXPECT_THAT(events(), IsEmpty());
     testing::expectNoHandleLost([this] {
-        user_.expectAsk("***** Image File Too Large *****",
-                        "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?",
-                        false);
+        user_.expectAskDefaultNo(
+            "***** Image File Too Large *****",
+            "Image File is LARGER than DESTINATION drive. Do you want to truncate file and continue?", false);
         EXPECT_EQ(run(runImageToDrive), 0U);
         keptImages().clear();
     });

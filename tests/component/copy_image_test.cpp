@@ -166,6 +166,20 @@ TEST_F(Image, AskedToStopBeforeItsFlagWasRaisedStaysEmptyAndIsTerminated) {
     EXPECT_THAT(bench_.log("target=drive:1 request=read"), IsEmpty());
 }
 
+TEST_F(Image, OfADriveThatWasUnpluggedIsNotBegun) {
+    openDrive(kBlock);
+    bench_.unplug(1);
+    for (const auto job : {runImageToFile, runForensicImage}) {
+        user_.expectStop("***** DRIVE HAS CHANGED *****",
+                         "The SOURCE is not the drive that was loaded any more, or it does not answer. Nothing was "
+                         "written. Load the drives again");
+        EXPECT_EQ(run(job), 0U);
+        EXPECT_EQ(lastDriveStatus(*source_), "BAD not started");
+    }
+    EXPECT_FALSE(std::filesystem::exists(kImage));
+    EXPECT_EQ(readFile("FileCounter.txt"), std::string("\x28\0\0\0", 4)) << "no number was used up";
+}
+
 TEST_F(Image, ThatCannotBeCreatedChangesNoFlag) {
     openDrive(kBlock);
     std::filesystem::create_directory(kImage);

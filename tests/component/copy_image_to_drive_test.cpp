@@ -82,7 +82,7 @@ constexpr const char* kTruncate =
 
 TEST_F(ImageToDrive, ALargerImageIsCutWhenTheUserWantsIt) {
     openDrive(5 * kBlock, 3 * kBlock + 512);
-    user_.expectAsk(kTooLarge, kTruncate, true);
+    user_.expectAskDefaultNo(kTooLarge, kTruncate, true);
     EXPECT_EQ(run(runImageToDrive), 1U);
     EXPECT_TRUE(arrived(0, 3 * kBlock + 512));
     EXPECT_EQ(destination_->writeErrorCount, 0U);
@@ -90,12 +90,25 @@ TEST_F(ImageToDrive, ALargerImageIsCutWhenTheUserWantsIt) {
 
 TEST_F(ImageToDrive, ALargerImageLeavesTheDiskAloneWhenTheUserDoesNot) {
     openDrive(5 * kBlock, 3 * kBlock);
-    user_.expectAsk(kTooLarge, kTruncate, false);
+    user_.expectAskDefaultNo(kTooLarge, kTruncate, false);
     EXPECT_EQ(run(runImageToDrive), 0U);
     EXPECT_THAT(bench_.log("request=write"), IsEmpty());
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
     EXPECT_THAT(display_.statuses(), IsEmpty());
     EXPECT_THAT(view_.driveStatuses(*destination_), IsEmpty());
+}
+
+TEST_F(ImageToDrive, ADriveThatGoesWhileTheQuestionIsOpenIsNotCleaned) {
+    openDrive(5 * kBlock, 3 * kBlock);
+    user_.expectAskDefaultNo(kTooLarge, kTruncate, true, [this] { bench_.unplug(2); });
+    user_.expectStop("***** DRIVE HAS CHANGED *****",
+                     "The DESTINATION is not the drive that was loaded any more, or it does not answer. Nothing was "
+                     "written. Load the drives again");
+    EXPECT_EQ(run(runImageToDrive), 0U);
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    EXPECT_THAT(bench_.log("request=write"), IsEmpty());
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD not started");
+    EXPECT_FALSE(state().jobs.active());
 }
 
 TEST_F(ImageToDrive, NobodyMayChangeTheImageMeanwhile) {

@@ -22,6 +22,7 @@ constexpr WORD kCleanKey = 'D';
 
 constexpr int kWarningText = 3301;
 constexpr int kWarningDrive = 3302;
+constexpr int kWarningDetails = 3303;
 constexpr int kWarningList = 3400;
 
 constexpr const char* kWorking = "***** Working *****";
@@ -156,6 +157,7 @@ TEST_F(DiskMenuTest, WarningNamesTheDriveAndItsVolumes) {
     EXPECT_EQ(warning.child(kWarningText).text(), "WARNING - All Data on Drive List will be destroyed");
     EXPECT_EQ(toText(warning.child(kWarningText).rectIn(warning)), toText(RECT{10, 8, 460, 28}));
     EXPECT_EQ(warning.child(kWarningDrive).text(), "001 - Tarn N16 TN16-1");
+    EXPECT_EQ(warning.child(kWarningDetails).text(), "Drive number 1, 0.02 GB (16777216 bytes)");
     const ListView list(warning.child(kWarningList));
     EXPECT_EQ(toText(list.window().rectIn(warning)), toText(RECT{10, 30, 460, 204}));
     ASSERT_EQ(list.columnCount(), 3);
@@ -272,10 +274,25 @@ TEST_F(DiskMenuTest, WindowStaysUsableWhileDiskPartWorks) {
     EXPECT_THAT(changes(), ElementsAre(HasSubstr("attributes disk set readonly")));
 }
 
+TEST_F(DiskMenuTest, TheDriveThatTheProgramRunsFromIsNeverCleaned) {
+    leaveProgramUsed();
+    restart(BenchFolder().drive("1", R"({"number": 1, "bus": "nvme", "size": "64 MiB", "road": "nvme-query",
+        "identity": {"product": "Tarn N64", "serial": "TN64-1"},
+        "volumes": [{"letter": "Z", "extents": [{"offset": "1 MiB", "length": "4 MiB"}]}]})"));
+    torvane().loadDrives();
+    chooseFor(0, kCleanKey);
+    expectOutcome("***** PROTECTED DRIVE *****",
+                  "Drive 1 holds the folder that this program runs from. It is never changed. Nothing was written. "
+                  "Choose another drive",
+                  BoxIcon::kStop);
+    EXPECT_THAT(changes(), IsEmpty());
+    EXPECT_EQ(status(0), "Idle");
+}
+
 TEST_F(DiskMenuTest, LongListScrollsUnderTheSameColumns) {
     leaveProgramUsed();
     std::string volumes;
-    for (char letter = 'D'; letter <= 'Z'; ++letter) {
+    for (char letter = 'D'; letter <= 'Y'; ++letter) { // the program's own folder is on Z:
         volumes += std::string(volumes.empty() ? "" : ", ") + R"({"letter": ")" + letter +
                    R"(", "label": "a label of as many characters as", "extents": [{"offset": ")" +
                    std::to_string(letter - 'C') + R"( MiB", "length": "512 KiB"}]})";
@@ -288,7 +305,7 @@ TEST_F(DiskMenuTest, LongListScrollsUnderTheSameColumns) {
     chooseFor(0, kCleanKey);
     const Window warning = program().awaitDialog();
     const ListView list(warning.child(kWarningList));
-    EXPECT_EQ(list.rowCount(), 24);
+    EXPECT_EQ(list.rowCount(), 23);
     EXPECT_NE(list.window().style() & WS_VSCROLL, 0);
     EXPECT_EQ(list.window().style() & WS_HSCROLL, 0);
     EXPECT_THAT(warning.child(kWarningDrive).text(), HasSubstr("AND-A-SERIAL-NUMBER-"));

@@ -128,16 +128,5 @@ TEST_F(CopyChoices, ACancelledSourceImageForgetsTheLastOne) {
     EXPECT_TRUE(folder_.empty());
 }
 
-TEST(VolumeLetter, IsThePathsOwnInUpperCase) {
-    EXPECT_EQ(volumeLetterOf("e:\\images\\disk.img"), 'E');
-    EXPECT_EQ(volumeLetterOf("Z:"), 'Z');
-}
-
-TEST(VolumeLetter, IsNoneForAPathOnAShare) {
-    EXPECT_EQ(volumeLetterOf("\\\\server\\share\\disk.img"), 0);
-    EXPECT_EQ(volumeLetterOf("e"), 0);
-    EXPECT_EQ(volumeLetterOf(""), 0);
-}
-
 } // namespace
 } // namespace torvane

@@ -179,8 +179,17 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
     EXPECT_EQ(endings,
               (std::set<std::string>{
                   "ask [****** VERIFY HASH ******] [Would you like to Verify the Image HASH?]",
-                  "ask [***** Image File Too Large *****] [Image File is LARGER than DESTINATION drive. Do you "
-                  "want to truncate file and continue?]",
+                  "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
+                  "mounted on it: K:, L:. Windows refuses writes inside mounted volumes, so parts of the copy may not "
+                  "arrive. Nothing was written yet. Continue anyway?]",
+                  "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
+                  "mounted on it: K:. Windows refuses writes inside mounted volumes, so parts of the copy may not "
+                  "arrive. Nothing was written yet. Continue anyway?]",
+                  "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
+                  "mounted on it: nothing with a letter. Windows refuses writes inside mounted volumes, so parts of "
+                  "the copy may not arrive. Nothing was written yet. Continue anyway?]",
+                  "ask default no [***** Image File Too Large *****] [Image File is LARGER than DESTINATION drive. Do "
+                  "you want to truncate file and continue?]",
                   "drive [BAD not completed, not verified]",
                   "drive [BAD not completed, verification failed]",
                   "drive [BAD not completed, verified]",
@@ -202,7 +211,9 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "status [ Image Terminated -- Not Completed]",
                   "status [ Image To Drive SUCCESSFULLY Completed]",
                   "status [ Image To Drive Terminated -- Not Completed]",
+                  "status [ Status: Cleaning the destination]",
                   "status [ Status: Idle]",
+                  "status [ Status: Not started]",
                   "status [ User Terminated Clone]",
                   "status [ User Terminated Image]",
                   "status [Could not CREATE DESTINATION image]",
@@ -214,6 +225,12 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "stop [****** HASH ERROR ******] [Could not get HASH PARAM. Exiting]",
                   "stop [****** HASH ERROR ******] [Could not get HASH data. Exiting]",
                   "stop [****** HASH ERROR ******] [Could not get MD5 HASH for Crypto Provider. Exiting]",
+                  "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
+                  "or it does not answer. It was cleaned before, nothing else was written. Load the drives again]",
+                  "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
+                  "or it does not answer. Nothing was written. Load the drives again]",
+                  "stop [***** DRIVE HAS CHANGED *****] [The SOURCE is not the drive that was loaded any more, or it "
+                  "does not answer. Nothing was written. Load the drives again]",
                   "stop [***** FATAL SYSTEM ERROR *****] [ImageToDrive: [E:\\Images\\source.img] OPEN_EXISTING "
                   "FAILED]",
                   "timer 500",

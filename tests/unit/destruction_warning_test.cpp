@@ -41,8 +41,12 @@ class DestructionWarning : public ::testing::Test {
     }
 
     [[nodiscard]] std::vector<WarningRow> rows() const {
-        return warningRows(drive_, volumes_, [this](char letter) -> std::optional<VolumeIdentity> {
-            const auto found = identities_.find(letter);
+        std::vector<std::wstring> roots;
+        for (const char letter : volumeLettersOn(drive_, volumes_)) {
+            roots.push_back({static_cast<wchar_t>(letter), L':', L'\\'});
+        }
+        return warningRows(drive_, roots, [this](const std::wstring& root) -> std::optional<VolumeIdentity> {
+            const auto found = identities_.find(static_cast<char>(root.front()));
             return found == identities_.end() ? std::nullopt : std::optional(found->second);
         });
     }
@@ -126,6 +130,22 @@ TEST_F(DestructionWarning, DriveHoldsItsOwnVolumesAlone) {
     EXPECT_FALSE(holdsVolume(drive_, volumes_, 'C'));
     EXPECT_FALSE(holdsVolume(drive_, volumes_, 'L'));
     EXPECT_FALSE(holdsVolume(drive_, volumes_, 'k')) << "letters are upper case";
+}
+
+TEST_F(DestructionWarning, VolumeWithoutALetterIsListedByItsFolderOrItsName) {
+    const auto nameless = [](const std::wstring&) { return std::optional(VolumeIdentity{"Data", 0x00010002}); };
+    const std::vector<std::wstring> roots{L"C:\\mnt\\", L"\\\\?\\Volume{1}\\", L"C:\\\x00fc\\"};
+    const std::vector<WarningRow> listed = warningRows(drive_, roots, nameless);
+    ASSERT_THAT(listed, SizeIs(4));
+    EXPECT_EQ(listed[1].name, "C:\\mnt\\ - Data - 0001-0002");
+    EXPECT_EQ(listed[2].name, "\\\\?\\Volume{1}\\ - Data - 0001-0002");
+    EXPECT_EQ(listed[3].name, "C:\\?\\ - Data - 0001-0002");
+}
+
+TEST_F(DestructionWarning, TellsTheDrivesNumberAndItsSizeToTheByte) {
+    drive_.sizeBytes = 2000398934016;
+    drive_.sizeGigabytes = 1863.02;
+    EXPECT_EQ(warningDetails(drive_), "Drive number 3, 1863.02 GB (2000398934016 bytes)");
 }
 
 TEST_F(DestructionWarning, SystemDriveIsTheMarkedOneAndTheOneWithVolumeC) {

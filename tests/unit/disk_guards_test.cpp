@@ -89,5 +89,17 @@ TEST_F(DiskGuards, TheDriveWithVolumeCIsNeverCleanedWhateverItsMark) {
     EXPECT_FALSE(mayCleanDisk(jobs_, volumes_, disk_));
 }
 
+TEST_F(DiskGuards, ADriveThatTheScanMarkedByMistakeIsNotCalledTheSystemDrive) {
+    putVolume('C', 4);
+    disk_.systemDrive = 1;
+    user_.expectStop("***** MARKED DRIVE *****",
+                     "The numbers of the drives have a gap, and so this drive was marked in place of the one that "
+                     "holds volume C:. It cannot be cleaned here. Nothing was written");
+    EXPECT_FALSE(mayCleanDisk(jobs_, volumes_, disk_));
+    putVolume('C', 3);
+    user_.expectStop("***** SYSTEM DRIVE *****", "The drive that holds Windows cannot be cleaned");
+    EXPECT_FALSE(mayCleanDisk(jobs_, volumes_, disk_));
+}
+
 } // namespace
 } // namespace torvane

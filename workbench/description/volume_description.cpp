@@ -14,8 +14,8 @@ void readLetter(ObjectReader& reader, char& letter) {
     if (!reader.has("letter")) {
         return;
     }
-    if (text.size() != 1 || text[0] < 'C' || text[0] > 'Z') {
-        reader.fail("letter", "expected one letter from \"C\" to \"Z\"");
+    if (text.size() != 1 || text[0] < 'A' || text[0] > 'Z') {
+        reader.fail("letter", "expected one letter from \"A\" to \"Z\"");
         return;
     }
     letter = text[0];

@@ -32,7 +32,7 @@ struct BitLockerDescription {
 struct VolumeDescription {
     std::string fileName; ///< the file that describes it, for messages
     std::string field;    ///< its place there, for messages
-    char letter = 0;      ///< 'C' to 'Z'
+    char letter = 0;      ///< 'A' to 'Z'
     VolumeKind kind = VolumeKind::kFixed;
     std::vector<VolumeExtent> extents;
     std::string label;

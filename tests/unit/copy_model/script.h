@@ -46,6 +46,11 @@ struct Script {
     std::map<std::uint64_t, TransferFault> verifyReads; ///< of the finished image
     std::map<std::uint64_t, bool> hashes;               ///< that fail, counted through imaging and verification
 
+    bool sourceHasChanged = false;             ///< since the drives were loaded
+    std::uint64_t destinationChangesAt = 1000; ///< the n-th time that somebody asks, from 0
+    bool cleanFails = false;
+    std::size_t mountedLetters = 0; ///< on the destination after a clean that failed
+
     bool imageCannotBeCreated = false;
     bool imageCannotBeOpened = false; ///< the source image, or the finished one
     bool imageCannotBeRewound = false;
@@ -83,6 +88,7 @@ class ScriptMaker {
             makeRemainderTheEleventhBadBlock();
         }
         makeFileTroubles();
+        makeDriveTroubles();
         makeStop();
         script_.slowReads = chance(3);
         script_.slowWrites = chance(3);
@@ -184,6 +190,15 @@ class ScriptMaker {
         script_.hashFileCannotBeCreated = chance(10);
         script_.imageChangesMeanwhile = chance(6);
         script_.yes = !chance(4);
+    }
+
+    void makeDriveTroubles() {
+        script_.sourceHasChanged = chance(25);
+        if (chance(10)) {
+            script_.destinationChangesAt = below(4);
+        }
+        script_.cleanFails = chance(6);
+        script_.mountedLetters = below(3);
     }
 
     /// The number of the read that makes the eleventh bad block; a high number when there is none.

@@ -23,11 +23,13 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     }
 
     std::uint32_t run() {
-        const CopyOrder order{.kind = kindOf(world_.script.job),
-                              .source = &world_.source,
-                              .destination = &world_.destination,
-                              .path = world_.script.job == ScriptedJob::kImageToDrive ? World::kSourceImage
-                                                                                      : World::kFolder};
+        const ScriptedJob job = world_.script.job;
+        const bool makesImage = job == ScriptedJob::kImageToFile || job == ScriptedJob::kForensicImage;
+        const bool readsImage = job == ScriptedJob::kImageToDrive;
+        const CopyOrder order{.kind = kindOf(job),
+                              .source = readsImage ? nullptr : &world_.source,
+                              .destination = makesImage ? nullptr : &world_.destination,
+                              .path = readsImage ? World::kSourceImage : World::kFolder};
         std::optional<JobClaim> claim = jobs_.begin(jobKindOf(order.kind));
         const std::uint32_t exitCode = runScripted({.order = order,
                                                     .claim = claim.value(),
@@ -80,9 +82,31 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
 
     // --- CopySystem ---
 
-    void cleanDisk(DriveRecord& drive) override {
+    bool isStillTheSource(const DriveRecord& drive) override {
+        EXPECT_EQ(&drive, &world_.source);
+        copyFlags();
+        return world_.isStillTheSource();
+    }
+    bool isStillTheDestination(const DriveRecord& drive) override {
         EXPECT_EQ(&drive, &world_.destination);
-        see("clean");
+        copyFlags();
+        return world_.isStillTheDestination();
+    }
+    void rememberPartitionTable(DriveRecord& drive) override {
+        EXPECT_EQ(&drive, &world_.destination);
+        copyFlags();
+        world_.rememberDestination();
+    }
+    bool cleanDisk(DriveRecord& drive) override {
+        EXPECT_EQ(&drive, &world_.destination);
+        copyFlags();
+        return world_.clean();
+    }
+    std::vector<char> lettersOn(const DriveRecord& drive) override {
+        EXPECT_EQ(&drive, &world_.destination);
+        copyFlags();
+        const std::string letters = world_.mountedLetters();
+        return {letters.begin(), letters.end()};
     }
     void setDriveStatus(const DriveRecord& drive, const std::string& text) override {
         see("drive " + std::string(drive.model.view()) + " [" + text + "]");
@@ -125,6 +149,10 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     void inform(const char* caption, const char* text) override { see(box("inform", caption, text)); }
     bool ask(const char* caption, const char* text) override {
         see(box("ask", caption, text));
+        return world_.script.yes;
+    }
+    bool askDefaultNo(const char* caption, const char* text) override {
+        see(box("ask default no", caption, text));
         return world_.script.yes;
     }
 

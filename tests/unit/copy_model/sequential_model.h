@@ -55,6 +55,10 @@ class SequentialModel {
         world_.see("ask [" + caption + "] [" + line + "]");
         return world_.script.yes;
     }
+    bool askDefaultNoBox(const std::string& caption, const std::string& line) {
+        world_.see("ask default no [" + caption + "] [" + line + "]");
+        return world_.script.yes;
+    }
     void driveStatus(const DriveRecord& drive, const std::string& line) {
         world_.see("drive " + std::string(drive.model.view()) + " [" + line + "]");
     }
@@ -186,12 +190,79 @@ class SequentialModel {
     /// Every block of the job was moved, the remainder too.
     [[nodiscard]] bool whole(std::uint64_t k) const { return k == full_ && (remainder_ == 0 || remainderMoved_); }
 
-    bool clean() {
-        if (flags_.running == 1 && (full_ > 0 || remainder_ > 0)) {
-            driveStatus(world_.destination, "Cleaning disk");
-            world_.see("clean");
+    bool isSourceUnchanged() {
+        if (!world_.isStillTheSource()) {
+            stopBox("***** DRIVE HAS CHANGED *****",
+                    "The SOURCE is not the drive that was loaded any more, or it does not answer. Nothing was written. "
+                    "Load the drives again");
+            return false;
         }
-        return flags_.running == 1;
+        return true;
+    }
+
+    bool isDestinationUnchanged(const std::string& untouched) {
+        if (!world_.isStillTheDestination()) {
+            stopBox("***** DRIVE HAS CHANGED *****",
+                    "The DESTINATION is not the drive that was loaded any more, or it does not answer. " + untouched +
+                        ". Load the drives again");
+            return false;
+        }
+        return true;
+    }
+
+    /// Both drives asked, the destination cleaned and asked again: what comes before the first block.
+    bool destinationReady(bool hasSource) {
+        if (hasSource && !isSourceUnchanged()) {
+            return false;
+        }
+        if (!isDestinationUnchanged("Nothing was written")) {
+            return false;
+        }
+        driveStatus(world_.destination, "Cleaning disk");
+        status(" Status: Cleaning the destination");
+        if (world_.clean()) {
+            world_.rememberDestination();
+            status(" Status: Idle");
+            return isDestinationUnchanged("It was cleaned before, nothing else was written");
+        }
+        status(" Status: Idle");
+        if (!isDestinationUnchanged("Nothing was written")) {
+            return false;
+        }
+        const std::string letters = world_.mountedLetters();
+        const std::string mounted = letters.empty() ? "nothing with a letter" : letters == "K" ? "K:" : "K:, L:";
+        if (!askDefaultNoBox("***** DESTINATION NOT CLEANED *****",
+                             "The DESTINATION could not be cleaned. Still mounted on it: " + mounted +
+                                 ". Windows refuses writes inside mounted volumes, so parts of the copy may not "
+                                 "arrive. Nothing was written yet. Continue anyway?")) {
+            return false;
+        }
+        return isDestinationUnchanged("Nothing was written");
+    }
+
+    enum class Ready { kYes, kStopped, kRefused };
+
+    Ready prepare(bool hasSource) {
+        if (flags_.running == 1 && (full_ > 0 || remainder_ > 0) && !destinationReady(hasSource)) {
+            return Ready::kRefused;
+        }
+        return flags_.running == 1 ? Ready::kYes : Ready::kStopped;
+    }
+
+    /// However the blocks ended: the destination has a table of the job's making.
+    void remember(bool wanted) {
+        if (wanted) {
+            world_.rememberDestination();
+        }
+    }
+
+    std::uint32_t refused(std::initializer_list<const DriveRecord*> drives) {
+        status(" Status: Not started");
+        for (const DriveRecord* drive : drives) {
+            driveStatus(*drive, outcome("not started"));
+        }
+        flags_.running = 0;
+        return 0;
     }
 
     // --- the jobs ---
@@ -205,7 +276,11 @@ class SequentialModel {
         raise();
         status(" Status: Idle");
         repaint();
-        const bool wanted = clean();
+        const Ready ready = prepare(true);
+        if (ready == Ready::kRefused) {
+            return refused({&world_.source, &world_.destination});
+        }
+        const bool wanted = ready == Ready::kYes;
         beginTiming();
         std::uint64_t k = 0;
         for (; wanted && k < full_; ++k) {
@@ -223,6 +298,7 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
+        remember(wanted);
         end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
         endClone(wanted && whole(k));
         flags_.running = 0;
@@ -239,7 +315,11 @@ class SequentialModel {
         raise();
         status(" Status: Idle");
         repaint();
-        const bool wanted = clean();
+        const Ready ready = prepare(true);
+        if (ready == Ready::kRefused) {
+            return refused({&world_.source, &world_.destination});
+        }
+        const bool wanted = ready == Ready::kYes;
         beginTiming();
         std::uint64_t offset = bytes_ - block_;
         std::uint64_t k = 0;
@@ -259,6 +339,7 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(500);
         }
+        remember(wanted);
         end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
         endClone(wanted && whole(k));
         repaintCloneTrack();
@@ -288,6 +369,9 @@ class SequentialModel {
         flags_.carY = 32;
         clearFlags();
         world_.source.badReadCount = 0;
+        if (!isSourceUnchanged()) {
+            return refused({&world_.source});
+        }
         int number = 0;
         const std::string name = makeImageName(number);
         std::optional<World::OpenFile> image = world_.createImage(name);
@@ -355,6 +439,9 @@ class SequentialModel {
         flags_.carY = 32;
         clearFlags();
         world_.source.badReadCount = 0;
+        if (!isSourceUnchanged()) {
+            return refused({&world_.source});
+        }
         int number = 0;
         const std::string name = makeImageName(number);
         std::optional<World::OpenFile> image = world_.createImage(name);
@@ -555,9 +642,9 @@ class SequentialModel {
         }
         std::uint64_t bytes = world_.files[World::kSourceImage].size();
         if (bytes > static_cast<std::uint64_t>(world_.destination.sizeBytes)) {
-            if (!askBox("***** Image File Too Large *****",
-                        "Image File is LARGER than DESTINATION drive. Do you want to "
-                        "truncate file and continue?")) {
+            if (!askDefaultNoBox("***** Image File Too Large *****",
+                                 "Image File is LARGER than DESTINATION drive. Do you want to "
+                                 "truncate file and continue?")) {
                 return 0; // the image stays open
             }
             bytes = static_cast<std::uint64_t>(world_.destination.sizeBytes);
@@ -566,7 +653,11 @@ class SequentialModel {
         raise();
         status(" Status: Idle");
         repaint();
-        const bool wanted = clean();
+        const Ready ready = prepare(false);
+        if (ready == Ready::kRefused) {
+            return refused({&world_.destination});
+        }
+        const bool wanted = ready == Ready::kYes;
         beginTiming();
         const auto readNext = [&](std::size_t length) {
             const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(length));
@@ -574,8 +665,9 @@ class SequentialModel {
         };
         const auto couldNotRead = [&] {
             ++unreadable_;
-            world_.close(*image);
+            remember(true);
             driveStatus(world_.destination, outcome("not completed"));
+            world_.close(*image);
             status("Could not READ FROM SOURCE image. TERMINATING");
             flags_.running = 0;
             return 0;
@@ -599,6 +691,7 @@ class SequentialModel {
             writeBlock(full_ * block_, remainder_);
             remainderMoved_ = true;
         }
+        remember(wanted);
         driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
         end(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
             " Image To Drive Terminated -- Not Completed");

@@ -128,6 +128,27 @@ class World {
         return done;
     }
 
+    // --- the drives' identity, and the clean ---
+
+    bool isStillTheSource() {
+        see("source asked");
+        return !script.sourceHasChanged;
+    }
+    bool isStillTheDestination() {
+        see("destination asked");
+        return destinationQuestions++ < script.destinationChangesAt;
+    }
+    void rememberDestination() { see("destination remembered"); }
+
+    bool clean() {
+        see("clean");
+        return !script.cleanFails;
+    }
+    std::string mountedLetters() {
+        see("letters");
+        return std::string("KL").substr(0, script.mountedLetters);
+    }
+
     // --- files ---
 
     [[nodiscard]] std::optional<OpenFile> createImage(const std::string& path) {
@@ -231,6 +252,7 @@ class World {
     std::uint64_t driveReads = 0;
     std::atomic<std::uint64_t> writesBegun{0};
     std::uint64_t hashCalls = 0;
+    std::uint64_t destinationQuestions = 0;
     std::size_t hashPasses = 0;
     std::size_t pass = 0;
     std::int64_t ticks = 1000000;

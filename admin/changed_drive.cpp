@@ -1,0 +1,13 @@
+#include "admin/changed_drive.h"
+
+namespace torvane {
+
+std::string changedDriveText(std::string_view role, std::string_view untouched) {
+    return std::string("The ")
+        .append(role)
+        .append(" is not the drive that was loaded any more, or it does not answer. ")
+        .append(untouched)
+        .append(". Load the drives again");
+}
+
+} // namespace torvane

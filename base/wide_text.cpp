@@ -1,0 +1,24 @@
+#include "base/wide_text.h"
+
+#include <windows.h>
+
+#include <cstddef>
+
+namespace torvane {
+
+std::wstring wideText(std::string_view text) {
+    const int length = static_cast<int>(text.size());
+    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text.data(), length, nullptr, 0)), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), static_cast<int>(wide.size()));
+    return wide;
+}
+
+std::string ansiText(std::wstring_view text) {
+    const int length = static_cast<int>(text.size());
+    const int needed = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string narrow(static_cast<std::size_t>(needed), '\0');
+    WideCharToMultiByte(CP_ACP, 0, text.data(), length, narrow.data(), needed, nullptr, nullptr);
+    return narrow;
+}
+
+} // namespace torvane

@@ -1,0 +1,86 @@
+#include "copy/jobs/destination_steps.h"
+
+#include "admin/changed_drive.h"
+#include "copy/jobs/copy_steps.h"
+
+#include <string>
+#include <vector>
+
+namespace torvane {
+
+namespace {
+
+bool isDestinationUnchanged(const CopyJob& job, std::string_view untouched) {
+    if (job.system.isStillTheDestination(*job.order.destination)) {
+        return true;
+    }
+    job.system.stop(kDriveHasChanged, changedDriveText("DESTINATION", untouched).c_str());
+    return false;
+}
+
+/// "K:, L:"
+std::string inWords(const std::vector<char>& letters) {
+    std::string text;
+    for (const char letter : letters) {
+        text.append(text.empty() ? "" : ", ").append(1, letter).append(":");
+    }
+    return text.empty() ? "nothing with a letter" : text;
+}
+
+bool wantsItUncleaned(const CopyJob& job) {
+    const std::string text = "The DESTINATION could not be cleaned. Still mounted on it: " +
+                             inWords(job.system.lettersOn(*job.order.destination)) +
+                             ". Windows refuses writes inside mounted volumes, so parts of the copy may not arrive. "
+                             "Nothing was written yet. Continue anyway?";
+    return job.system.askDefaultNo("***** DESTINATION NOT CLEANED *****", text.c_str());
+}
+
+/// True when the destination may be written to now.
+bool clean(const CopyJob& job) {
+    DriveRecord& destination = *job.order.destination;
+    job.system.setDriveStatus(destination, "Cleaning disk");
+    job.display.setStatus(" Status: Cleaning the destination");
+    if (job.system.cleanDisk(destination)) {
+        job.system.rememberPartitionTable(destination);
+        job.display.setStatus(" Status: Idle");
+        return isDestinationUnchanged(job, "It was cleaned before, nothing else was written");
+    }
+    job.display.setStatus(" Status: Idle");
+    // The question may stay open for hours.
+    return isDestinationUnchanged(job, "Nothing was written") && wantsItUncleaned(job) &&
+           isDestinationUnchanged(job, "Nothing was written");
+}
+
+} // namespace
+
+bool isSourceUnchanged(const CopyJob& job) {
+    if (job.system.isStillTheSource(*job.order.source)) {
+        return true;
+    }
+    job.system.stop(kDriveHasChanged, changedDriveText("SOURCE").c_str());
+    return false;
+}
+
+Readiness prepareDestination(const CopyJob& job, const BlockOrder& order) {
+    if (job.claim.isRaised() && order.count() != 0) {
+        const bool ready = (job.order.source == nullptr || isSourceUnchanged(job)) &&
+                           isDestinationUnchanged(job, "Nothing was written") && clean(job);
+        if (!ready) {
+            return Readiness::kRefused;
+        }
+    }
+    return job.claim.isRaised() ? Readiness::kReady : Readiness::kStopped;
+}
+
+std::uint32_t endRefused(const CopyJob& job) {
+    job.display.setStatus(" Status: Not started");
+    for (const DriveRecord* drive : {job.order.source, job.order.destination}) {
+        if (drive != nullptr) {
+            showNotStarted(job, *drive);
+        }
+    }
+    job.claim.lower();
+    return 0;
+}
+
+} // namespace torvane

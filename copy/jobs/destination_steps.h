@@ -1,0 +1,29 @@
+#pragma once
+
+#include "copy/engine/block_layout.h"
+#include "copy/jobs/copy_job.h"
+
+namespace torvane {
+
+// What has to be sure before a job's first block.
+
+enum class Readiness {
+    kReady,
+    kStopped, ///< the job was asked to stop before or meanwhile
+    kRefused, ///< a drive has changed, or the destination could not be cleaned; the user knows. No block may be moved
+};
+
+/// True while the job's source is the drive that was loaded; a box tells when it is not.
+[[nodiscard]] bool isSourceUnchanged(const CopyJob& job);
+
+/// Asks both drives whether they are those that were loaded, wipes the destination's partition table, because the
+/// system refuses raw writes inside a mounted volume, and asks the destination once more: cleaning takes its time. The
+/// source comes first, so that one that has gone costs the destination nothing. Where there is no block to write,
+/// nothing is asked and nothing is wiped. A destination that could not be cleaned is written to when the user wants it.
+/// Call it with the job's flag up.
+[[nodiscard]] Readiness prepareDestination(const CopyJob& job, const BlockOrder& order);
+
+/// Ends a job that was refused before its first block: no drive has got or given a byte. Returns the job's exit code.
+std::uint32_t endRefused(const CopyJob& job);
+
+} // namespace torvane

@@ -1,0 +1,68 @@
+#include "discovery/volume_query.h"
+
+#include "base/owned_handle.h"
+#include "discovery/device_request.h"
+
+#include <winioctl.h>
+
+#include <array>
+#include <cstddef>
+#include <utility>
+
+namespace torvane {
+
+namespace {
+
+constexpr std::size_t kExtentsAnswerBytes = 4096;
+
+VolumeAnswer failedWith(VolumeAnswer::Kind kind) {
+    return {.kind = kind, .extents = {}, .whole = false};
+}
+
+} // namespace
+
+VolumeAnswer requestExtents(NativeHandle volume) {
+    std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
+    const auto answer = requestFromDevice(volume, IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
+    if (!answer) {
+        const DWORD error = GetLastError();
+        const bool unsupported = error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
+        return failedWith(unsupported ? VolumeAnswer::Kind::kUnsupported : VolumeAnswer::Kind::kFailed);
+    }
+    std::vector<VolumeExtent> extents = parseVolumeDiskExtents(*answer);
+    const bool whole = !extents.empty() && extents.size() == loadLe32(*answer, 0);
+    return {.kind = VolumeAnswer::Kind::kExtents, .extents = std::move(extents), .whole = whole};
+}
+
+VolumeAnswer askForExtents(const char* device) {
+    const UniqueHandle volume(openDeviceForQuery(device));
+    if (!volume) {
+        const DWORD error = GetLastError();
+        const bool absent = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+        return failedWith(absent ? VolumeAnswer::Kind::kAbsent : VolumeAnswer::Kind::kFailed);
+    }
+    return requestExtents(volume.get());
+}
+
+DiskPlace placeOf(const VolumeAnswer& answer) {
+    switch (answer.kind) {
+    case VolumeAnswer::Kind::kAbsent:
+    case VolumeAnswer::Kind::kUnsupported:
+        return {.kind = DiskPlace::Kind::kOnNoDisk, .disks = {}};
+    case VolumeAnswer::Kind::kFailed:
+        return {};
+    case VolumeAnswer::Kind::kExtents:
+        break;
+    }
+    if (!answer.whole) {
+        return {};
+    }
+    DiskPlace place{.kind = DiskPlace::Kind::kOnDisks, .disks = {}};
+    place.disks.reserve(answer.extents.size());
+    for (const VolumeExtent& extent : answer.extents) {
+        place.disks.push_back(extent.diskNumber);
+    }
+    return place;
+}
+
+} // namespace torvane

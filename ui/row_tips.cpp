@@ -1,0 +1,82 @@
+#include "ui/row_tips.h"
+
+#include <commctrl.h>
+#include <windowsx.h>
+
+#include <utility>
+
+namespace torvane {
+
+namespace {
+
+constexpr LPARAM kMaximumWidth = 600; // pixels; a longer text takes more lines
+
+int rowAt(HWND list, POINT place) {
+    LVHITTESTINFO hit{};
+    hit.pt = place;
+    return static_cast<int>(SendMessageA(list, LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+}
+
+} // namespace
+
+void RowTips::attach(HWND list, TextOfRow textOfRow) {
+    list_ = list;
+    textOfRow_ = std::move(textOfRow);
+    tip_ = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
+                           GetParent(list), nullptr, GetModuleHandleA(nullptr), nullptr);
+    SendMessageA(tip_, TTM_SETMAXTIPWIDTH, 0, kMaximumWidth);
+    SetWindowSubclass(list, &RowTips::listProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+}
+
+LRESULT CALLBACK RowTips::listProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                        DWORD_PTR self) {
+    if (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) {
+        reinterpret_cast<RowTips*>(self)->watch(message, wParam, lParam);
+    }
+    // Another drive may take the row.
+    if (message == LVM_DELETEALLITEMS || message == LVM_DELETEITEM) {
+        reinterpret_cast<RowTips*>(self)->showRow(-1);
+    }
+    if (message == WM_NCDESTROY) {
+        RemoveWindowSubclass(list, &RowTips::listProcedure, id);
+    }
+    return DefSubclassProc(list, message, wParam, lParam);
+}
+
+void RowTips::watch(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_MOUSEMOVE) {
+        showRow(rowAt(list_, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}));
+    }
+    MSG relayed{};
+    relayed.hwnd = list_;
+    relayed.message = message;
+    relayed.wParam = wParam;
+    relayed.lParam = lParam;
+    SendMessageA(tip_, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&relayed));
+}
+
+// Each row is a tool of its own, because the control waits anew and shows another text only for another tool.
+void RowTips::showRow(int row) {
+    if (row == row_) {
+        return;
+    }
+    if (row_ >= 0) {
+        send(TTM_DELTOOLA, row_, {});
+    }
+    row_ = row;
+    if (row_ >= 0) {
+        send(TTM_ADDTOOLA, row_, textOfRow_(row_));
+    }
+}
+
+void RowTips::send(UINT message, int row, std::string text) {
+    TOOLINFOA tool{};
+    tool.cbSize = sizeof(tool);
+    tool.hwnd = list_;
+    tool.uId = static_cast<UINT_PTR>(row);
+    GetClientRect(list_, &tool.rect); // the mouse is in the row, or another one takes its place
+    tool.lpszText = text.data();
+    SendMessageA(tip_, message, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+} // namespace torvane
