@@ -1,5 +1,6 @@
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
+#include "copy/jobs/job_account.h"
 
 #include <algorithm>
 
@@ -41,13 +42,13 @@ constexpr CloneWay kReverseWay{
 
 BlockOrder cloneOrder(const CopyJob& job, const DriveRecord& source, const DriveRecord& destination,
                       const CloneWay& way) {
-    // A smaller destination is neither refused nor reported: the clone ends where it ends.
+    // A smaller destination is not refused: the clone ends where it ends, and tells what is missing.
     const std::uint64_t bytes = std::min(driveBytes(source), driveBytes(destination));
     return way.direction == CopyDirection::kForward ? BlockOrder::forward(bytes, job.blockSize)
                                                     : BlockOrder::reverse(bytes, job.blockSize);
 }
 
-std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
+std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& account) {
     DriveRecord& source = *job.order.source;
     DriveRecord& destination = *job.order.destination;
     clearTrack(job.track, way.startX, kCloneCarY);
@@ -73,7 +74,8 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
                            .activity = "Cloning",
                            .drives = {&source, &destination}});
 
-    JobLosses losses;
+    JobLosses& losses = account.losses;
+    losses.bytesNotCopied = driveBytes(source);
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, losses);
         // A failed write is counted, nothing more: the clone goes on.
@@ -87,6 +89,8 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
         job.system.rememberPartitionTable(destination);
     }
 
+    account.ending = endingInWords(end);
+    showLosses(job, losses);
     if (movedFullBlocks(end)) {
         showSuccess(job, way.completed, way.finishX);
     } else {
@@ -104,11 +108,11 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
 } // namespace
 
 std::uint32_t runForwardClone(const CopyJob& job) {
-    return runClone(job, kForwardWay);
+    return runAccounted(job, [&](JobAccount& account) { return runClone(job, kForwardWay, account); });
 }
 
 std::uint32_t runReverseClone(const CopyJob& job) {
-    return runClone(job, kReverseWay);
+    return runAccounted(job, [&](JobAccount& account) { return runClone(job, kReverseWay, account); });
 }
 
 } // namespace torvane

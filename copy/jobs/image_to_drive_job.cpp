@@ -1,5 +1,6 @@
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
+#include "copy/jobs/job_account.h"
 
 #include <optional>
 
@@ -31,9 +32,13 @@ std::optional<std::uint64_t> bytesToCopy(const CopyJob& job, std::uint64_t image
     return driveSize;
 }
 
-} // namespace
+/// An image that was cut because the user wanted it so is no failure of the drive.
+std::string outcomeForDrive(RunEnd end, JobLosses losses) {
+    losses.bytesNotCopied = 0;
+    return runOutcomeText(end, losses);
+}
 
-std::uint32_t runImageToDrive(const CopyJob& job) {
+std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     DriveRecord& destination = *job.order.destination;
     clearTrack(job.track, kTrackStartX, kCloneCarY);
 
@@ -64,7 +69,8 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         job, blocks.order(),
         {.track = kCloneTrack, .label = " Status", .activity = "Writing image", .drives = {&destination}});
 
-    JobLosses losses;
+    JobLosses& losses = account.losses;
+    losses.bytesNotCopied = image.size();
     const auto copyBlock = [&](const Block& block) {
         if (block.outcome != TransferOutcome::kWhole) {
             ++losses.unreadableBlocks;
@@ -80,7 +86,9 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         job.system.rememberPartitionTable(destination);
     }
 
-    progress.setDriveStatus(runOutcomeText(end, losses));
+    account.ending = endingInWords(end);
+    showLosses(job, losses);
+    progress.setDriveStatus(outcomeForDrive(end, losses));
     if (end == RunEnd::kGaveUp) {
         job.keptImages.pop_back();
         job.display.setStatus("Could not READ FROM SOURCE image. TERMINATING");
@@ -95,6 +103,12 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
     job.claim.lower();
     job.display.repaintTrack(kCloneTrack);
     return 1;
+}
+
+} // namespace
+
+std::uint32_t runImageToDrive(const CopyJob& job) {
+    return runAccounted(job, [&](JobAccount& account) { return imageToDrive(job, account); });
 }
 
 } // namespace torvane

@@ -82,10 +82,15 @@ ImageFileName WindowsCopySystem::nextImageName(std::string_view folder, const Dr
     return MakeImageFileName(folder, source);
 }
 
+bool WindowsCopySystem::fileExists(const std::string& path) {
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
 std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path, ImageUse use) {
     switch (use) {
     case ImageUse::kNew:
-        return openOwnImage(path, CREATE_ALWAYS);
+        return openOwnImage(path, CREATE_NEW);
     case ImageUse::kAgain:
         return openOwnImage(path, OPEN_EXISTING);
     case ImageUse::kSource:
@@ -112,6 +117,10 @@ LocalMoment WindowsCopySystem::now() {
 
 void WindowsCopySystem::logError(const std::string& text) {
     LogEvent("ERROR", "%s", text.c_str());
+}
+
+void WindowsCopySystem::logJob(const std::string& text) {
+    LogToFile("JOB", "%s", text.c_str());
 }
 
 void WindowsCopySystem::print(const std::string& line) {

@@ -209,7 +209,8 @@ TEST_F(CopyFaults, LargerImageIsCutToTheDriveAfterYes) {
     EXPECT_EQ(run(runImageToDrive), 1U);
     EXPECT_EQ(content(2, 0, 3 * kBlock + 512), noise(3, 0, 3 * kBlock + 512));
     EXPECT_EQ(destination_->writeErrorCount, 0U) << "nothing is written past the end";
-    EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
+    EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED") << "cut because the user wanted it";
+    EXPECT_EQ(display_.losses(), "red: 191.5 KB of the source not copied");
     keptImages().clear();
     testing::expectNoHandleLost([this] {
         user_.expectAskDefaultNo(
@@ -290,7 +291,7 @@ TEST_F(CopyFaults, DestinationOfNoBytesTakesNothing) {
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "a disk that gets nothing is not wiped";
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
-    EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 192 KB of the source not copied");
     testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
     expectIdle();
 }

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <regex>
 #include <set>
 
 namespace torvane {
@@ -168,7 +169,7 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                 event.starts_with("status [") && event.find('%') == std::string::npos) {
                 endings.insert(event.substr(0, end + 1));
             } else if (event.starts_with("stop") || event.starts_with("inform") || event.starts_with("ask")) {
-                endings.insert(event.substr(0, end + 1));
+                endings.insert(std::regex_replace(event.substr(0, end + 1), std::regex("\\.[0-9]+\\.img"), ".#.img"));
             } else if (event.starts_with("timer ")) {
                 endings.insert(event.substr(0, 9));
             } else if (const std::string cell = driveCellWithoutNumber(event); !cell.empty()) {
@@ -231,6 +232,10 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "or it does not answer. Nothing was written. Load the drives again]",
                   "stop [***** DRIVE HAS CHANGED *****] [The SOURCE is not the drive that was loaded any more, or it "
                   "does not answer. Nothing was written. Load the drives again]",
+                  "stop [***** IMAGE NOT COMPLETE *****] [The last block of [E:\\Images\\Model 100%s.#.img] could not "
+                  "be hashed. The image is not whole, and it has no hash file. Make it anew]",
+                  "stop [***** IMAGE NOT COMPLETE *****] [The last block of [E:\\Images\\Model 100%s.#.img] could not "
+                  "be written. The image is not whole, and it has no hash file. Make it anew]",
                   "stop [***** FATAL SYSTEM ERROR *****] [ImageToDrive: [E:\\Images\\source.img] OPEN_EXISTING "
                   "FAILED]",
                   "timer 500",
