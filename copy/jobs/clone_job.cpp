@@ -1,6 +1,7 @@
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
 #include "copy/jobs/job_account.h"
+#include "records/sector_size.h"
 
 #include <algorithm>
 
@@ -40,12 +41,15 @@ constexpr CloneWay kReverseWay{
     .idleBeforeLastRepaint = false,
 };
 
-BlockOrder cloneOrder(const CopyJob& job, const DriveRecord& source, const DriveRecord& destination,
-                      const CloneWay& way) {
+CopyRange cloneRange(const CopyJob& job, const DriveRecord& source, const DriveRecord& destination) {
     // A smaller destination is not refused: the clone ends where it ends, and tells what is missing.
-    const std::uint64_t bytes = std::min(driveBytes(source), driveBytes(destination));
-    return way.direction == CopyDirection::kForward ? BlockOrder::forward(bytes, job.blockSize)
-                                                    : BlockOrder::reverse(bytes, job.blockSize);
+    return copyRange(std::min(driveBytes(source), driveBytes(destination)),
+                     {.source = sectorSizeOf(source), .destination = sectorSizeOf(destination)}, job.blockSize);
+}
+
+BlockOrder cloneOrder(const CopyJob& job, const CopyRange& range, const CloneWay& way) {
+    return way.direction == CopyDirection::kForward ? BlockOrder::forward(range.orderedBytes, job.blockSize)
+                                                    : BlockOrder::reverse(range.orderedBytes, job.blockSize);
 }
 
 std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& account) {
@@ -54,9 +58,14 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     clearTrack(job.track, way.startX, kCloneCarY);
     source.badReadCount = 0;
 
+    const CopyRange range = cloneRange(job, source, destination);
+    if (!isPaddingWanted(job, range, "SOURCE")) {
+        return endDeclined(job);
+    }
     DriveSource driveSource(job.drives, source);
+    LimitedSource limited(driveSource, range.bytes, range.sourceEnd);
     DriveSink sink(job.drives, destination);
-    BlockPipeline blocks(driveSource, cloneOrder(job, source, destination, way));
+    BlockPipeline blocks(limited, cloneOrder(job, range, way));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         showNotStarted(job, source);
@@ -79,7 +88,7 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, losses);
         // A failed write is counted, nothing more: the clone goes on.
-        storeBlock(sink, block, losses);
+        storeBlock(sink, forDestination(block, range), losses);
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = way.badBlockExplosionMilliseconds};

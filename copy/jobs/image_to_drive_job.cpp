@@ -1,6 +1,7 @@
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
 #include "copy/jobs/job_account.h"
+#include "records/sector_size.h"
 
 #include <optional>
 
@@ -51,11 +52,16 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     ImageFile& image = *job.keptImages.emplace_back(std::move(opened));
     const std::optional<std::uint64_t> bytes = bytesToCopy(job, image.size(), driveBytes(destination));
     if (!bytes) {
-        return 0;
+        return endDeclined(job);
+    }
+    const CopyRange range = copyRange(*bytes, {.destination = sectorSizeOf(destination)}, job.blockSize);
+    if (!isPaddingWanted(job, range, "image")) {
+        return endDeclined(job);
     }
     ImageSource imageSource(image);
+    LimitedSource limited(imageSource, range.bytes, range.sourceEnd);
     DriveSink sink(job.drives, destination);
-    BlockPipeline blocks(imageSource, BlockOrder::forward(*bytes, job.blockSize));
+    BlockPipeline blocks(limited, BlockOrder::forward(range.orderedBytes, job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         showNotStarted(job, destination);
@@ -76,7 +82,7 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
             ++losses.unreadableBlocks;
             return false;
         }
-        storeBlock(sink, block, losses);
+        storeBlock(sink, forDestination(block, range), losses);
         return true;
     };
     // The source is a file: there is no limit of unreadable blocks, the first one ends the job.

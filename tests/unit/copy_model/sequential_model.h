@@ -119,13 +119,55 @@ class SequentialModel {
         lastPercent_ = -1;
     }
 
+    /// Whole sectors of both drives, so that every block begins on one; what of it is moved ends with the range.
+    void splitRange(std::uint64_t bytes, std::uint64_t sourceSector) {
+        const auto unit = [this](std::uint64_t sector) { return block_ % sector == 0 ? sector : 1; };
+        const auto up = [](std::uint64_t n, std::uint64_t to) { return n % to == 0 ? n : n - n % to + to; };
+        const std::uint64_t from = unit(sourceSector);
+        const std::uint64_t onto = unit(static_cast<std::uint64_t>(world_.destination.bytesPerSector));
+        rangeEnd_ = bytes;
+        readEnd_ = up(bytes, from);
+        writeEnd_ = up(bytes, onto);
+        odd_ = bytes % onto;
+        split(up(bytes, std::max(from, onto))); // powers of two
+    }
+
+    bool paddingWanted(const std::string& what) {
+        return odd_ == 0 ||
+               askBox("***** LAST SECTOR NOT FILLED *****",
+                      "The " + what + " is " + std::to_string(odd_) +
+                          " bytes longer than whole sectors of the DESTINATION, which have " +
+                          std::to_string(world_.destination.bytesPerSector) +
+                          " bytes. The last sector will be filled up with zeros. Do you want to continue?");
+    }
+
+    std::uint32_t declined(std::initializer_list<const DriveRecord*> drives) {
+        for (const DriveRecord* drive : drives) {
+            driveStatus(*drive, "Idle");
+        }
+        return 0;
+    }
+
     bool readBlock(std::uint64_t offset, std::size_t length) {
-        const World::Transfer done = world_.readDrive(offset, std::span(buffer_).first(length));
+        const bool whole = readAndMark(offset, length);
+        zeroBehindRange(offset, length);
+        return whole;
+    }
+
+    void zeroBehindRange(std::uint64_t offset, std::size_t length) {
+        for (std::size_t i = 0; i < length; ++i) {
+            buffer_[i] = offset + i < rangeEnd_ ? buffer_[i] : std::byte{0};
+        }
+    }
+
+    bool readAndMark(std::uint64_t offset, std::size_t length) {
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, readEnd_ - offset));
+        const World::Transfer done = world_.readDrive(offset, std::span(buffer_).first(wanted));
         if (!done.sought) {
             ++unreadable_;
             return false;
         }
-        if (done.ok && done.count == length) {
+        if (done.ok && done.count == wanted) {
             return true;
         }
         ++unreadable_;
@@ -138,7 +180,8 @@ class SequentialModel {
         return false;
     }
 
-    void writeBlock(std::uint64_t offset, std::size_t length) {
+    void writeBlock(std::uint64_t offset, std::size_t blockLength) {
+        const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(blockLength, writeEnd_ - offset));
         notCopied_ -= std::min<std::uint64_t>(notCopied_, length);
         const World::Transfer done = world_.writeDrive(offset, std::span(buffer_).first(length));
         if (!done.sought) {
@@ -331,7 +374,11 @@ class SequentialModel {
         clearFlags();
         world_.source.badReadCount = 0;
         notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
-        split(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)));
+        splitRange(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)),
+                   static_cast<std::uint64_t>(world_.source.bytesPerSector));
+        if (!paddingWanted("SOURCE")) {
+            return declined({&world_.source, &world_.destination});
+        }
         raise();
         status(" Status: Idle");
         repaint();
@@ -372,7 +419,11 @@ class SequentialModel {
         clearFlags();
         world_.source.badReadCount = 0;
         notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
-        split(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)));
+        splitRange(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)),
+                   static_cast<std::uint64_t>(world_.source.bytesPerSector));
+        if (!paddingWanted("SOURCE")) {
+            return declined({&world_.source, &world_.destination});
+        }
         raise();
         status(" Status: Idle");
         repaint();
@@ -752,11 +803,14 @@ class SequentialModel {
             if (!askDefaultNoBox("***** Image File Too Large *****",
                                  "Image File is LARGER than DESTINATION drive. Do you want to "
                                  "truncate file and continue?")) {
-                return 0; // the image stays open
+                return declined({&world_.destination}); // the image stays open
             }
             bytes = static_cast<std::uint64_t>(world_.destination.sizeBytes);
         }
-        split(bytes);
+        splitRange(bytes, 1);
+        if (!paddingWanted("image")) {
+            return declined({&world_.destination});
+        }
         raise();
         status(" Status: Idle");
         repaint();
@@ -766,9 +820,11 @@ class SequentialModel {
         }
         const bool wanted = ready == Ready::kYes;
         beginTiming();
-        const auto readNext = [&](std::size_t length) {
-            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(length));
-            return done.ok && done.count == length;
+        const auto readNext = [&](std::uint64_t offset, std::size_t length) {
+            const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, rangeEnd_ - offset));
+            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(wanted));
+            zeroBehindRange(offset, length);
+            return done.ok && done.count == wanted;
         };
         const auto couldNotRead = [&] {
             ++unreadable_;
@@ -782,7 +838,7 @@ class SequentialModel {
         };
         std::uint64_t k = 0;
         while (wanted && k < full_) {
-            if (!readNext(block_)) {
+            if (!readNext(k * block_, block_)) {
                 return couldNotRead();
             }
             writeBlock(k * block_, block_);
@@ -793,7 +849,7 @@ class SequentialModel {
             ++k;
         }
         if (remainder_ > 0 && flags_.running == 1) {
-            if (!readNext(remainder_)) {
+            if (!readNext(full_ * block_, remainder_)) {
                 return couldNotRead();
             }
             writeBlock(full_ * block_, remainder_);
@@ -820,6 +876,10 @@ class SequentialModel {
     int lastPercent_ = -1;
     std::uint64_t unreadable_ = 0;
     std::uint64_t failedWrites_ = 0;
+    std::uint64_t rangeEnd_ = ~0ULL; ///< bytes: what is copied, as far as it is read and as far as it is written
+    std::uint64_t readEnd_ = ~0ULL;
+    std::uint64_t writeEnd_ = ~0ULL;
+    std::uint64_t odd_ = 0;
     std::uint64_t notCopied_ = 0; ///< bytes of the source
     bool hashFailed_ = false;
     bool remainderMoved_ = false;
