@@ -7,8 +7,8 @@
 
 namespace torvane {
 
-/// The bytes [0, bytes) of a source on their way onto a drive. Drives move whole sectors alone, and the two may differ in
-/// their sectors: where the range ends inside one, it is read and written up to that sector's end.
+/// The bytes [0, bytes) of a source on their way onto a drive. Drives move whole sectors alone, and the two may differ
+/// in their sectors: where the range ends inside one, it is read and written up to that sector's end.
 struct CopyRange {
     std::uint64_t bytes = 0;
     std::uint64_t sourceEnd = 0;      ///< as far as the source is read

@@ -38,8 +38,7 @@ TEST(CopyRange, ABlockThatWasNotReadWholeGetsItsZerosAndNoByteTooMany) {
     std::array<std::byte, 24> bytes{};
     bytes.fill(std::byte{7});
     const CopyRange range{.bytes = 36, .sourceEnd = 40, .destinationEnd = 40, .orderedBytes = 40};
-    const Block block{
-        .extent = {.offset = 32, .length = 24}, .bytes = bytes, .outcome = TransferOutcome::kNotReached};
+    const Block block{.extent = {.offset = 32, .length = 24}, .bytes = bytes, .outcome = TransferOutcome::kNotReached};
     const Block clipped = forDestination(block, range);
     EXPECT_EQ(clipped.extent, (BlockExtent{.offset = 32, .length = 8}));
     EXPECT_EQ(clipped.bytes.size(), 8U);
