@@ -1,5 +1,6 @@
 #include "tests/ui/copy_ui_test.h"
 #include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
 
 #include <gmock/gmock.h>
 
@@ -97,6 +98,26 @@ TEST_F(CloneDialogTest, ArrivesWholeOnADiskWithMountedVolumes) {
     awaitDriveStatus("SOURCE", "COMPLETED");
     awaitDriveStatus("TARGET", "COMPLETED");
     EXPECT_EQ(driveStatus("SMALL"), "Idle");
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, TellsBesideItsEndWhatItHasLost) {
+    const auto redPixels = [](const CopyDialogWindow& dialog) {
+        return Picture::atRest(dialog.losses().rect()).count(RGB(176, 0, 0));
+    };
+    useBench(copyBenchWithFaults(R"({"reads": [{"firstSector": 5}]})"));
+    {
+        const CopyDialogWindow dialog = openClone("SOURCE");
+        EXPECT_EQ(dialog.losses().text(), "");
+        startOnto(dialog, "SMALL");
+        dialog.awaitStatus(" Image Completed");
+        EXPECT_EQ(dialog.losses().text(), "1 unreadable block, 30 MB of the source not copied");
+        EXPECT_GT(redPixels(dialog), 20);
+        awaitDriveStatus("SMALL", "BAD 1 unreadable block, 30 MB of the source not copied");
+        dialog.leave();
+    }
+    const CopyDialogWindow dialog = openClone("TARGET");
+    EXPECT_EQ(dialog.losses().text(), "");
     dialog.leave();
 }
 
