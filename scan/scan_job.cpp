@@ -2,6 +2,7 @@
 
 #include "admin/disk_part.h"
 #include "base/worker_thread.h"
+#include "discovery/disk_identity.h"
 #include "discovery/physical_drive_probe.h"
 #include "discovery/volume_map.h"
 #include "monitoring/smart_scan.h"
@@ -48,6 +49,7 @@ void probeAllDrives(AppState& state) {
         DriveRecordPtr& slot = state.scan.drives[static_cast<std::size_t>(state.scan.driveCount)];
         slot = ProbePhysicalDrive(driveNumber);
         if (slot) {
+            rememberMedium(*slot);
             readMonitoringData(state, *slot, driveNumber);
             ++state.scan.driveCount;
         }

@@ -3,6 +3,7 @@
 #include "monitoring/smart_scan.h"
 #include "state/app_state.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/leftover_report.h"
 #include "tests/support/recording_main_view.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -395,16 +396,42 @@ TEST_F(ScanJob, FailingToolsAreLoggedAndTheScanGoesOn) {
 }
 
 TEST_F(ScanJob, WithoutTheMonitoringToolADriveGetsTheReportOfAnEarlierScan) {
-    addDrive(0, "sata", R"("road": "ata")");
-    testing::writeFile("PHYS0.txt", "Device Model:     Earlier\r\n"
-                                    "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    7\r\n");
+    addDrive(0, "sata", R"("road": "ata", "ata": {"serial": "E1"})");
+    testing::leaveReport(".", 0, "E1", "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    7\r\n");
     bench_.open(); // and no smartctl.exe anywhere
     scan();
     ASSERT_EQ(state().scan.driveCount, 1);
     EXPECT_TRUE(view_.hasLog("INVALID", "Could not build [Drive Data File.txt]"));
     EXPECT_EQ(drive(0).smartLoaded, 1);
-    EXPECT_EQ(drive(0).model.view(), "Earlier");
+    EXPECT_EQ(drive(0).model.view(), "Left over");
     EXPECT_EQ(drive(0).disk[Counter::kReallocatedSectors], 7);
+}
+
+TEST_F(ScanJob, AnotherDrivesReportOfAnEarlierScanIsNotTaken) {
+    addDrive(0, "sata", R"("road": "ata", "ata": {"model": "M", "serial": "OWN"})");
+    testing::leaveReport(".", 0, "OTHER", "  5 Reallocated_Sector_Ct   PO--CK   100   100   010    -    7\r\n");
+    bench_.open(); // and no smartctl.exe anywhere
+    scan();
+    ASSERT_EQ(state().scan.driveCount, 1);
+    EXPECT_TRUE(view_.hasLog("ERROR", "PHYS0.txt is of an earlier scan and of another drive: not used"));
+    EXPECT_EQ(drive(0).model.view(), "M");
+    EXPECT_EQ(drive(0).serialNumber.view(), "OWN");
+    EXPECT_EQ(drive(0).disk[Counter::kReallocatedSectors], kNotReported);
+}
+
+TEST_F(ScanJob, ARecordKeepsWhatItsDriveTold) {
+    addDrive(0, "sata", R"("road": "ata", "identity": {"product": "P", "serial": "D1"}, "ata": {"serial": "I1"},
+                           "volumes": [{"letter": "D", "extents": [{"offset": 0, "length": "1 MiB"}]}])");
+    testing::leaveReport(".", 0, "I1");
+    bench_.open();
+    scan();
+    ASSERT_EQ(state().scan.driveCount, 1);
+    EXPECT_EQ(drive(0).device.identifySerial, "I1");
+    EXPECT_EQ(drive(0).device.descriptor->serialNumber, "D1");
+    EXPECT_EQ(drive(0).device.descriptor->product, "P");
+    EXPECT_EQ(drive(0).device.mediaChanges, 0U);
+    ASSERT_TRUE(drive(0).partitionTable.get());
+    EXPECT_EQ(drive(0).partitionTable.get()->partitions, 1);
 }
 
 TEST_F(ScanJob, ASolidStateDiskKeepsItsOwnBusTextAndIsAskedForNothingOfNvme) {

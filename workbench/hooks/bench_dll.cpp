@@ -38,19 +38,13 @@ std::string openBench(const std::wstring& folder) {
     return {};
 }
 
-int setUnplugged(int number, bool unplugged) {
+int changeDrive(int number, void (*change)(BenchState&, std::uint32_t)) {
     const std::shared_ptr<BenchSession> session = currentSession();
     const auto drive = static_cast<std::uint32_t>(number);
     if (!session || session->drive(drive) == nullptr) {
         return 0;
     }
-    session->folder().changeState([&](BenchState& state) {
-        if (unplugged) {
-            state.unplugged.insert(drive);
-        } else {
-            state.unplugged.erase(drive);
-        }
-    });
+    session->folder().changeState([&](BenchState& state) { change(state, drive); });
     return 1;
 }
 
@@ -79,11 +73,15 @@ const char* BenchLayOut(const char* source, const char* target) {
 }
 
 int BenchUnplug(int drive) {
-    return setUnplugged(drive, true);
+    return changeDrive(drive, unplugDrive);
 }
 
 int BenchPlug(int drive) {
-    return setUnplugged(drive, false);
+    return changeDrive(drive, plugDrive);
+}
+
+int BenchSwap(int drive) {
+    return changeDrive(drive, swapDrive);
 }
 
 // In a process that was started on a bench the library refuses to load when that bench cannot be opened, and its

@@ -12,6 +12,7 @@
 #include <charconv>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <span>
 #include <string>
 #include <system_error>
@@ -34,7 +35,7 @@ int usage() {
     return complain("usage: bench.exe <bench folder> <program> [arguments...]\n"
                     "       bench.exe --check <bench folder>\n"
                     "       bench.exe --lay-out [--fresh] <bench folder> <target folder>\n"
-                    "       bench.exe --unplug|--plug <bench folder> <drive number>");
+                    "       bench.exe --unplug|--plug|--swap <bench folder> <drive number>");
 }
 
 std::filesystem::path wholePath(const std::wstring& folder) {
@@ -63,7 +64,8 @@ int layOut(Arguments arguments) {
     return error.empty() ? 0 : complain(error);
 }
 
-int setUnplugged(Arguments arguments, bool unplugged) {
+// `change` gets the state and the drive's number.
+int changeDrive(Arguments arguments, const std::function<void(BenchState&, std::uint32_t)>& change) {
     if (arguments.size() != 2) {
         return usage();
     }
@@ -78,13 +80,7 @@ int setUnplugged(Arguments arguments, bool unplugged) {
     if (failure != std::errc() || end != digits.data() + digits.size() || reading.bench.drive(number) == nullptr) {
         return complain("no drive \"" + digits + "\" on this bench");
     }
-    BenchFolder(folder, reading.bench).changeState([&](BenchState& state) {
-        if (unplugged) {
-            state.unplugged.insert(number);
-        } else {
-            state.unplugged.erase(number);
-        }
-    });
+    BenchFolder(folder, reading.bench).changeState([&](BenchState& state) { change(state, number); });
     return 0;
 }
 
@@ -205,8 +201,14 @@ int launch(Arguments arguments) {
     if (arguments[0] == L"--lay-out") {
         return layOut(arguments.subspan(1));
     }
-    if (arguments[0] == L"--unplug" || arguments[0] == L"--plug") {
-        return setUnplugged(arguments.subspan(1), arguments[0] == L"--unplug");
+    if (arguments[0] == L"--unplug") {
+        return changeDrive(arguments.subspan(1), unplugDrive);
+    }
+    if (arguments[0] == L"--plug") {
+        return changeDrive(arguments.subspan(1), plugDrive);
+    }
+    if (arguments[0] == L"--swap") {
+        return changeDrive(arguments.subspan(1), swapDrive);
     }
     return arguments.size() < 2 || arguments[0].starts_with(L"--") ? usage() : run(arguments);
 }

@@ -53,6 +53,21 @@ std::optional<DWORD> waitForDrive(BenchFolder& folder, const BenchDrive& drive, 
     return std::nullopt;
 }
 
+/// A handle of the content that a device reaches: its own, as long as nothing else has taken the drive's place.
+class ContentHandle {
+  public:
+    ContentHandle(const OpenDevice& device, const BenchDrive& reached, HANDLE own)
+        : other_(&reached == device.drive ? UniqueHandle()
+                                          : reached.content().open(GENERIC_READ | GENERIC_WRITE, nullptr)),
+          handle_(other_ ? other_.get() : own) {}
+
+    [[nodiscard]] HANDLE get() const { return handle_; }
+
+  private:
+    UniqueHandle other_;
+    HANDLE handle_;
+};
+
 // The drive's own part of reading: faults, then content. `handle`: one that the drive's content gave.
 TransferResult readDrive(BenchSession& session, BenchDrive& drive, HANDLE handle, std::uint64_t offset,
                          std::span<std::uint8_t> out) {
@@ -140,6 +155,21 @@ TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handl
     return {error, error == 0 ? static_cast<DWORD>(data.size()) : 0};
 }
 
+TransferResult readThrough(BenchSession& session, const OpenDevice& device, HANDLE handle, std::uint64_t offset,
+                           std::span<std::uint8_t> out) {
+    if (device.kind == PathKind::kVolume) {
+        return readVolume(session, *device.volume, offset, out);
+    }
+    BenchDrive& drive = session.reached(device);
+    return readDrive(session, drive, ContentHandle(device, drive, handle).get(), offset, out);
+}
+
+TransferResult writeThrough(BenchSession& session, const OpenDevice& device, HANDLE handle, std::uint64_t offset,
+                            std::span<const std::uint8_t> data) {
+    BenchDrive& drive = session.reached(device);
+    return writeDrive(session, drive, ContentHandle(device, drive, handle).get(), offset, data);
+}
+
 void logTransfer(BenchSession& session, const OpenDevice& device, std::string_view request, std::uint64_t offset,
                  std::uint64_t length, const TransferResult& result) {
     LogLine line(device.target(), request);
@@ -162,8 +192,7 @@ TransferResult readDevice(BenchSession& session, OpenDevice& device, HANDLE hand
         result.error = checkPlace(session, device, place, out.size());
     }
     if (result.error == 0 && !out.empty()) {
-        result = device.kind == PathKind::kVolume ? readVolume(session, *device.volume, place, out)
-                                                  : readDrive(session, *device.drive, handle, place, out);
+        result = readThrough(session, device, handle, place, out);
     }
     if (result.error == 0 && !offset) {
         device.position += result.bytes;
@@ -185,7 +214,7 @@ TransferResult writeDevice(BenchSession& session, OpenDevice& device, HANDLE han
         result.error = checkPlace(session, device, place, data.size());
     }
     if (result.error == 0 && !data.empty()) {
-        result = writeDrive(session, *device.drive, handle, place, data);
+        result = writeThrough(session, device, handle, place, data);
     }
     if (result.error == 0 && !offset) {
         device.position += result.bytes;
