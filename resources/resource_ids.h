@@ -139,11 +139,8 @@
 #define IDC_COPY_IMAGING 1083
 #define IDC_COPY_FOLDER 1084
 #define IDC_COPY_IMAGE_PATH 1085
-<<<<<<< HEAD
 #define IDC_COPY_DESTINATION_DRIVE 1089
-    =======
 #define IDC_COPY_LOSSES 1095
-    >>>>>>> 37c6186 (Copies tell what they have lost, never overwrite an image, and write the rows of their beginning and end)
 #define IDC_COPY_SOURCE_LIST 6003
 #define IDC_COPY_DESTINATION_LIST 6004
 
