@@ -34,10 +34,9 @@ std::string inBrackets(const std::string& path) {
 /// What is copied where; `file` is where an image goes.
 std::string subjectOf(const CopyJob& job, const std::string& file) {
     const CopyOrder& order = job.order;
-    const bool makesImage = order.kind == CopyKind::kImageToFile || order.kind == CopyKind::kForensicImage;
-    const std::string from =
-        order.kind == CopyKind::kImageToDrive ? inBrackets(order.path) : driveInWords(*order.source);
-    const std::string to = makesImage ? "into " + inBrackets(file) : "onto " + driveInWords(*order.destination);
+    const std::string from = order.source != nullptr ? driveInWords(*order.source) : inBrackets(order.path);
+    const std::string to =
+        order.destination != nullptr ? "onto " + driveInWords(*order.destination) : "into " + inBrackets(file);
     return std::string(titleOf(order.kind)).append(" of ").append(from).append(" ").append(to);
 }
 

@@ -821,10 +821,10 @@ class SequentialModel {
         const bool wanted = ready == Ready::kYes;
         beginTiming();
         const auto readNext = [&](std::uint64_t offset, std::size_t length) {
-            const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, rangeEnd_ - offset));
-            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(wanted));
+            const auto within = static_cast<std::size_t>(std::min<std::uint64_t>(length, rangeEnd_ - offset));
+            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(within));
             zeroBehindRange(offset, length);
-            return done.ok && done.count == wanted;
+            return done.ok && done.count == within;
         };
         const auto couldNotRead = [&] {
             ++unreadable_;
