@@ -82,7 +82,7 @@ TEST_F(CloneDialogTest, ADestinationThatIsNoLongerTheLoadedDriveIsLeftAlone) {
                   "The DESTINATION is not the drive that was loaded any more, or it does not answer. Nothing was "
                   "written. Load the drives again",
                   BoxIcon::kStop, "OK");
-    expectNoBox();
+    EXPECT_TRUE(dialog.window().enabled()) << "a second box has opened";
     EXPECT_THAT(program().benchLog({"request=diskpart", "clean"}), IsEmpty());
     EXPECT_EQ(driveStatus("TARGET"), "Idle");
     dialog.leave();
