@@ -1,4 +1,5 @@
 #include "scan/scan_job.h"
+#include "state/still_at_work.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/read_test_bench.h"
 #include "tests/unit/surface_scripted_system.h"
