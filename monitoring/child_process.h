@@ -26,8 +26,8 @@ class ChildProcess {
     [[nodiscard]] bool awaitEnd(std::chrono::milliseconds limit) const;
     void awaitEnd() const;
 
-    /// Ends it and what it has started, and gives them a second to be gone: a process that a driver holds goes only when
-    /// the driver lets go of it, and is not waited for.
+    /// Ends it and what it has started, and gives them a second to be gone: a process that a driver holds goes only
+    /// when the driver lets go of it, and is not waited for.
     void end();
 
     /// What it has started may outlive the program from now on.

@@ -1,6 +1,7 @@
 #include "monitoring/smart_scan.h"
 
 #include "base/format.h"
+#include "base/tool_watch.h"
 #include "monitoring/command_runner.h"
 #include "monitoring/device_listing.h"
 #include "monitoring/smart_report.h"
@@ -40,6 +41,7 @@ LoadedText printAndLoad(const char* fileName, const char* commandLine) {
 /// False when the device's report could not be made, which ends the scan.
 bool makeReport(const ListedDevice& device, const char* listingLine) {
     const std::string fileName = reportFileName(device.driveNumber);
+    const ToolSubject subject(formatText("drive %d", device.driveNumber));
     const LoadedText report = printAndLoad(fileName.c_str(), reportCommandLine(device).c_str());
     if (!report) {
         return false;

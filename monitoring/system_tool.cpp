@@ -51,7 +51,8 @@ std::string systemFolder() {
 }
 
 std::string programFolder() {
-    const std::string program = pathFrom([](char* path, DWORD size) { return GetModuleFileNameA(nullptr, path, size); });
+    const std::string program =
+        pathFrom([](char* path, DWORD size) { return GetModuleFileNameA(nullptr, path, size); });
     return program.substr(0, program.find_last_of('\\'));
 }
 
