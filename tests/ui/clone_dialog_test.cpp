@@ -179,7 +179,7 @@ TEST_F(HeldCloneTest, CanBeLeftWhileTheLastReadIsUnderWayAndNothingElseStartsMea
                                           "has under way. Please try again then.";
     dialog.terminate();
     press(dialog.window().child(kCloneIds.start));
-    expectBoxOver(dialog.window(), kWorking, kStillCloning, BoxIcon::kStop, "OK");
+    expectBoxOver(dialog, kWorking, kStillCloning, BoxIcon::kStop, "OK");
     dialog.leave();
 
     torvane().press(kClone);
