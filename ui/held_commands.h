@@ -6,8 +6,8 @@
 
 namespace torvane {
 
-/// The commands that reach dialogs while the window's thread waits for somebody (ui/waiting.h): kept in their order, and
-/// sent on their way again when this goes. One at a time is asked; everything belongs to the window's thread.
+/// The commands that reach dialogs while the window's thread waits for somebody (ui/waiting.h): kept in their order,
+/// and sent on their way again when this goes. One at a time is asked; everything belongs to the window's thread.
 class HeldCommands {
   public:
     HeldCommands();

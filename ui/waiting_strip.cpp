@@ -41,17 +41,18 @@ void WaitingStrip::show(HWND over, const std::string& what) {
     RECT area{};
     GetClientRect(over, &area);
     const int width = std::min<int>(kWidth, area.right);
-    strip_ = CreateWindowExA(0, kClassName, "", WS_CHILD | WS_BORDER | WS_CLIPCHILDREN, (area.right - width) / 2,
-                             (area.bottom - kHeight) / 2, width, kHeight, over, nullptr, GetModuleHandleA(nullptr),
-                             this);
+    strip_ =
+        CreateWindowExA(0, kClassName, "", WS_CHILD | WS_BORDER | WS_CLIPCHILDREN, (area.right - width) / 2,
+                        (area.bottom - kHeight) / 2, width, kHeight, over, nullptr, GetModuleHandleA(nullptr), this);
     if (strip_ == nullptr) {
         return;
     }
     const int buttonLeft = width - kMargin - kButtonWidth;
     text_ = makeChild(strip_, "STATIC", "", SS_CENTERIMAGE | SS_NOPREFIX,
                       {kMargin, kMargin, buttonLeft - kMargin, kMargin + kRowHeight}, 0);
-    const HWND button = makeChild(strip_, "BUTTON", "&Leave", WS_TABSTOP | BS_DEFPUSHBUTTON,
-                                  {buttonLeft, kMargin, buttonLeft + kButtonWidth, kMargin + kRowHeight}, kLeaveWaitingId);
+    const HWND button =
+        makeChild(strip_, "BUTTON", "&Leave", WS_TABSTOP | BS_DEFPUSHBUTTON,
+                  {buttonLeft, kMargin, buttonLeft + kButtonWidth, kMargin + kRowHeight}, kLeaveWaitingId);
     SetWindowPos(strip_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW | SWP_NOACTIVATE);
     focusBefore_ = SetFocus(button);
 }

@@ -117,9 +117,8 @@ TEST_F(WaitingTest, ASectorThatNeverComesCanBeLeftAndTheNextOneIsShown) {
     expectWaitingFor(viewer, "the drive");
     EXPECT_THAT(viewer.child(kHexPane).text(), IsEmpty());
     leave(viewer);
-    await("the place is told", [&] {
-        return viewer.child(kHexPosition).text() == "Sector 0 of 0 to 2097151    byte offset 0x0";
-    });
+    await("the place is told",
+          [&] { return viewer.child(kHexPosition).text() == "Sector 0 of 0 to 2097151    byte offset 0x0"; });
     bringToFront(viewer);
     pressKey(viewer, VK_NEXT);
     await("the next sector is shown", [&] { return viewer.child(kHexPane).text().starts_with("4C 42 41 3D"); });
@@ -185,9 +184,9 @@ TEST_F(PlantedTest, WhatLiesBesideTheProgramIsNeitherLoadedNorStarted) {
     window.loadDrives();
     window.driveList().click(0);
     window.press(kDataServices);
-    await("the page is asked for",
-          [&] { return !program.benchLog({"request=start", "Start-Process"}).empty(); });
-    EXPECT_THAT(program.benchLog({"request=start", "Start-Process"}).front(), HasSubstr(R"(application="C:\\windows\\)"));
+    await("the page is asked for", [&] { return !program.benchLog({"request=start", "Start-Process"}).empty(); });
+    EXPECT_THAT(program.benchLog({"request=start", "Start-Process"}).front(),
+                HasSubstr(R"(application="C:\\windows\\)"));
     EXPECT_THAT(window.logMessages("ERROR"),
                 Contains(::testing::AllOf(HasSubstr("powershell.exe] does not belong to Windows and is not used"))));
     window.press(kShortTest);

@@ -7,8 +7,9 @@
 namespace torvane {
 namespace {
 
-constexpr const char* kAdvice = ".\n\nNothing was started. What was told to stop ends with the read, write or tool that it "
-                                "has under way. Please try again then.";
+constexpr const char* kAdvice =
+    ".\n\nNothing was started. What was told to stop ends with the read, write or tool that it "
+    "has under way. Please try again then.";
 
 TEST(StillAtWork, NamesEveryKindInTheOrderOfTheKinds) {
     EXPECT_EQ(stillAtWorkText({.kinds = {JobKind::kNistTest, JobKind::kClone}}),
