@@ -1,6 +1,7 @@
 #include "monitoring/smart_scan.h"
 
 #include "base/format.h"
+#include "base/tool_watch.h"
 #include "monitoring/command_runner.h"
 #include "monitoring/device_listing.h"
 #include "monitoring/report_origin.h"
@@ -61,6 +62,7 @@ std::uint64_t lastWriteOf(const std::string& fileName) {
 /// False when the device's report could not be made, which ends the scan.
 bool makeReport(SmartScanState& scan, const ListedDevice& device, const char* listingLine) {
     const std::string fileName = reportFileName(device.driveNumber);
+    const ToolSubject subject(formatText("drive %d", device.driveNumber));
     const LoadedText report = printAndLoad(fileName.c_str(), reportCommandLine(device).c_str());
     if (!report) {
         return false;

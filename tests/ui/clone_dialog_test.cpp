@@ -194,15 +194,20 @@ TEST_F(HeldCloneTest, TerminateOfAReverseCloneSpeaksOfAClone) {
 
 TEST_F(HeldCloneTest, CanBeLeftWhileTheLastReadIsUnderWayAndNothingElseStartsMeanwhile) {
     const CopyDialogWindow dialog = startClone();
+    constexpr const char* kWorking = "***** Working *****";
+    constexpr const char* kStillCloning = "Still at work: a clone.\n\nNothing was started. What was told to stop ends "
+                                          "with the read, write or tool that it "
+                                          "has under way. Please try again then.";
     dialog.terminate();
-    dialog.start();
-    EXPECT_TRUE(dialog.window().enabled()) << "a second job has begun to ask";
+    press(dialog.window().child(kCloneIds.start));
+    expectBoxOver(dialog, kWorking, kStillCloning, BoxIcon::kStop, "OK");
     dialog.leave();
 
     torvane().press(kClone);
-    expectNoBox();
+    expectStopBox(kWorking, kStillCloning);
     EXPECT_EQ(torvane().log().back().message, "The last job on a drive has not ended yet");
     torvane().press(kLoadDrives);
+    expectStopBox(kWorking, kStillCloning);
     EXPECT_EQ(torvane().driveList().rowCount(), 4) << "the records of the drives are still in use";
 
     program().hurry();
