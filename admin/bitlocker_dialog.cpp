@@ -23,18 +23,6 @@ constexpr int kUnderList = 60;
 constexpr int kButtonWidth = 96;
 constexpr int kButtonHeight = 26;
 
-/// Shows for a scope that the program waits for PowerShell.
-class WaitCursor {
-  public:
-    WaitCursor() : previous_(SetCursor(LoadCursorA(nullptr, IDC_WAIT))) {}
-    ~WaitCursor() { SetCursor(previous_); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-
-  private:
-    HCURSOR previous_;
-};
-
 class BitLockerDialog : public Dialog, private BitLockerRows {
   public:
     BitLockerDialog(DriveRecord& drive, const VolumeTable& volumes)
@@ -60,6 +48,8 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
         };
         return route(*this, kRoutes, id);
     }
+
+    [[nodiscard]] bool isWayOut(int id) const override { return id == IDCANCEL || id == IDC_BITLOCKER_EXIT; }
 
     HBRUSH onControlColour(HDC context) override {
         SetBkColor(context, kDialogBackground);
@@ -115,10 +105,7 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
 
     [[nodiscard]] int listWidth() const { return clientArea().right - 2 * kMargin; }
 
-    void onBegin() {
-        const WaitCursor wait;
-        BL_ScanActiveDrive(&drive_, volumes_, *this);
-    }
+    void onBegin() { BL_ScanActiveDrive(&drive_, volumes_, *this); }
 
     void onExit() { end(0); }
 

@@ -7,9 +7,11 @@
 #include "records/drive_record.h"
 #include "state/event_log.h"
 #include "state/scan_tables.h"
+#include "ui/waiting.h"
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -33,6 +35,26 @@ std::optional<BitLockerCheck> checkVolume(char letter, const BitLockerScratch& s
         return std::nullopt;
     }
     return readKeyProtectors(output.get(), letter, scratch);
+}
+
+/// The same while the window goes on answering.
+struct AwaitedCheck {
+    bool left = false; ///< the user has not waited for it
+    std::optional<BitLockerCheck> check;
+};
+
+AwaitedCheck awaitCheck(char letter) {
+    // Shared, because a check that is left goes on alone.
+    struct Work {
+        std::array<char, 8192> line{};
+        std::array<char, 4096> word{};
+        std::optional<BitLockerCheck> check;
+    };
+    const auto work = std::make_shared<Work>();
+    const bool done = waiting::run("PowerShell", [work, letter] {
+        work->check = checkVolume(letter, {work->line, work->word});
+    });
+    return done ? AwaitedCheck{.left = false, .check = work->check} : AwaitedCheck{.left = true, .check = {}};
 }
 
 /// What is beyond the record's room is dropped.
@@ -108,8 +130,6 @@ void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLocke
     drive->bitLockerEntryCount = 0;
     rows.clear();
 
-    std::array<char, 8192> line{};
-    std::array<char, 4096> word{};
     int row = 0;
     for (const VolumeRecord& volume : listed(volumes)) {
         if (volume.diskNumber != drive->driveNumber) {
@@ -118,7 +138,10 @@ void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLocke
         const auto letter = static_cast<char>(volume.driveLetter);
         const std::string name = formatText("%c:\\", letter);
         rows.setRow(row, name.c_str(), "", "");
-        const std::optional<BitLockerCheck> check = checkVolume(letter, {line, word});
+        const auto [left, check] = awaitCheck(letter);
+        if (left) {
+            return;
+        }
         if (!check) {
             continue;
         }

@@ -8,9 +8,9 @@ struct DriveRecord;
 struct ScanState;
 struct VolumeTable;
 
-// Detection of BitLocker volumes by the system's PowerShell module. Each volume is asked for on the calling thread,
-// which waits for PowerShell without a time-out; what it printed last stays in "BITLOCKER.txt". A volume whose command
-// or output fails is skipped: the command runner has logged why.
+// Detection of BitLocker volumes by the system's PowerShell module. The calling thread waits for PowerShell
+// without a time-out; what it printed last stays in "BITLOCKER.txt". A volume whose command or output fails is skipped:
+// the command runner has logged why.
 //
 // A recovery password goes into the drive's record, and from there into the drive's report, into the scan dialog's list
 // and the two BITLOCKER files, and nowhere else: no log row ever holds one.
@@ -25,7 +25,8 @@ class BitLockerRows {
 };
 
 /// Checks every volume of the active drive, replaces the drive's entries and fills the list. Does nothing without one
-/// (null). An eleventh volume is shown in the list but not kept.
+/// (null). On the window's thread, which goes on answering; a user who leaves ends it at the volume that he left. An
+/// eleventh volume is shown in the list but not kept.
 void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLockerRows& rows);
 
 /// Checks every volume of the volume table, adds to the entries of the drives concerned and appends each recovery

@@ -6,6 +6,7 @@
 #include "state/app_state.h"
 #include "state/event_log.h"
 #include "state/job_thread.h"
+#include "state/still_at_work.h"
 #include "ui/prompts.h"
 
 #include <optional>
@@ -76,6 +77,8 @@ void startChange(AppState& state, DriveRecord& drive, DWORD (*change)(AppState&,
     if (std::optional<JobClaim> claim = state.jobs.begin(JobKind::kDiskChange)) {
         startJobThread(std::move(*claim), "change of the disk",
                        [&state, &drive, change](JobClaim& own) { return change(state, own, drive); });
+    } else {
+        sayWhoIsAtWork(state.jobs.whyNot(JobKind::kDiskChange));
     }
 }
 

@@ -10,8 +10,10 @@
 #include "state/event_log.h"
 #include "state/job_thread.h"
 #include "ui/prompts.h"
+#include "ui/waiting.h"
 
 #include <cstdio>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -222,11 +224,11 @@ int DP_TestReadOnly(MainView& view, DriveRecord& drive) {
 }
 
 std::int32_t DP_GetMountStatus(AppState& state) {
-    const LoadedText results = queryDiskPart(mountStatusQuery());
-    if (!results) {
+    const auto results = std::make_shared<LoadedText>();
+    if (!waiting::run("diskpart", [results] { *results = queryDiskPart(mountStatusQuery()); }) || !*results) {
         return 0;
     }
-    const MountStatus status = mountStatusInReport(results.get());
+    const MountStatus status = mountStatusInReport(results->get());
     state.mountStatus = status;
     state.view->redrawDriveList();
     return status;

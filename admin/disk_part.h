@@ -21,7 +21,8 @@ class MainView;
 int DP_TestReadOnly(MainView& view, DriveRecord& drive);
 
 /// Asks for the system's automatic mounting, stores the MountStatus in the state and redraws the drive list. Returns
-/// the status, or 0 on a failure (the stored status is then untouched). Waits for diskpart on the calling thread.
+/// the status, or 0 on a failure or when the user left (the stored status is then untouched). On the window's thread,
+/// which goes on answering while it waits for diskpart.
 std::int32_t DP_GetMountStatus(AppState& state);
 
 /// Sets or clears the drive's read-only attribute, refreshes `drive.readOnly` as DP_TestReadOnly does and returns it; 0

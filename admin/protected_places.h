@@ -23,8 +23,8 @@ struct Refusal {
     bool operator==(const Refusal&) const = default;
 };
 
-/// Why the disk N of "\\.\PhysicalDriveN" is never changed; none when it may be. Volume C: protects its disks whether or
-/// not Windows lies there. A volume that does not exist, or lies on no disk, protects nothing. While Windows is on a
+/// Why the disk N of "\\.\PhysicalDriveN" is never changed; none when it may be. Volume C: protects its disks whether
+/// or not Windows lies there. A volume that does not exist, or lies on no disk, protects nothing. While Windows is on a
 /// volume that does not tell its place, every disk is refused.
 [[nodiscard]] std::optional<Refusal> protectionOf(std::int32_t diskNumber, const ProtectedFolders& folders,
                                                   VolumeSystem& system);

@@ -100,6 +100,7 @@ class BackedDriveIo : public CopyDriveIo {
 class NoDisplay : public JobDisplay {
   public:
     void setStatus(std::string_view) override {}
+    void setLosses(std::string_view, bool) override {}
     void repaint() override {}
     void repaintTrack(const TrackArea&) override {}
     void startExplosionTimer(int) override {}

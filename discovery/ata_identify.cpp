@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <span>
+#include <string>
 
 namespace torvane {
 
@@ -21,6 +22,10 @@ constexpr std::uint8_t kDriveHeadFirstDevice = 0xA0;
 constexpr std::uint8_t kDriveHeadSecondDevice = 0x10;
 constexpr std::uint8_t kIdentifyDevice = 0xEC;
 
+// Of the identify block: words 10-19.
+constexpr std::size_t kSerialOffset = 20;
+constexpr std::size_t kSerialBytes = 20;
+
 template <std::size_t Width>
 void trimInPlace(FixedText<Width>& text) {
     text.assign(trimBlanks(std::string(text.view())));
@@ -35,6 +40,13 @@ void overwriteStart(FixedText<Width>& field, ByteView block, std::size_t offset,
     }
     swapBytePairs(target);
     trimInPlace(field);
+}
+
+// The field alone, which may be filled with blanks or NUL bytes.
+std::string serialOf(ByteView block) {
+    FixedText<kSerialBytes + 1> serial;
+    overwriteStart(serial, block, kSerialOffset, kSerialBytes);
+    return serial.view() == " " ? std::string() : std::string(serial.view());
 }
 
 } // namespace
@@ -54,7 +66,8 @@ std::array<std::uint8_t, kAtaCommandBytes> ataIdentifyRequest(std::int32_t ident
 
 void applyAtaIdentify(DriveRecord& record, ByteView identifyBlock) {
     overwriteStart(record.model, identifyBlock, 54, 40);
-    overwriteStart(record.serialNumber, identifyBlock, 20, 20);
+    overwriteStart(record.serialNumber, identifyBlock, kSerialOffset, kSerialBytes);
+    record.device.identifySerial = serialOf(identifyBlock);
     overwriteStart(record.firmware, identifyBlock, 46, 8);
 }
 

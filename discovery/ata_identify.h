@@ -22,7 +22,8 @@ inline constexpr std::size_t kAtaAnswerBytes = kAtaAnswerHeaderBytes + kAtaIdent
 [[nodiscard]] std::array<std::uint8_t, kAtaCommandBytes> ataIdentifyRequest(std::int32_t identifyDriveNumber);
 
 /// Copies model (words 27-46), serial number (words 10-19) and firmware revision (words 23-26) of an identify block
-/// over the start of the record's texts, then trims them. Bytes missing from a short block read as zero.
+/// over the start of the record's texts, then trims them, and keeps the serial number as the drive's own. Bytes missing
+/// from a short block read as zero.
 void applyAtaIdentify(DriveRecord& record, ByteView identifyBlock);
 
 } // namespace torvane

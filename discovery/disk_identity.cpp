@@ -2,6 +2,7 @@
 
 #include "base/bytes.h"
 #include "discovery/device_request.h"
+#include "discovery/storage_query.h"
 
 #include <windows.h>
 
@@ -31,6 +32,48 @@ std::optional<std::int32_t> readDeviceNumber(NativeHandle device) {
     return static_cast<std::int32_t>(loadLe32(*answer, kNumberOffset));
 }
 
+/// How often the device has had another medium since its driver started. The request also makes the driver look for a
+/// medium that was changed since it looked last, so that what it tells next is that medium's.
+std::optional<std::uint32_t> readMediaChanges(NativeHandle device) {
+    std::array<std::uint8_t, sizeof(std::uint32_t)> buffer{};
+    const auto ask = [&] { return requestFromDevice(device, IOCTL_STORAGE_CHECK_VERIFY, {}, buffer); };
+    auto answer = ask();
+    // A driver that has just found another medium fails the request that found it, and answers the next one.
+    if (!answer && (GetLastError() == ERROR_MEDIA_CHANGED || GetLastError() == ERROR_IO_DEVICE)) {
+        answer = ask();
+    }
+    return answer && answer->size() == buffer.size() ? std::optional(loadLe32(*answer, 0)) : std::nullopt;
+}
+
+bool answersAsTheProbed(const DriveRecord& drive) {
+    const auto geometry = readDiskGeometry(drive.handle);
+    return readDeviceNumber(drive.handle) == drive.driveNumber && geometry && geometry->sizeBytes == drive.sizeBytes;
+}
+
+bool isTheProbedDevice(const DriveRecord& drive) {
+    return !drive.device.descriptor || isSameDevice(drive.device, readStorageDevice(drive.handle));
+}
+
+// What was never told is not asked for.
+bool holdsTheProbedMedium(const DriveRecord& drive, FoundAgain worst) {
+    const std::optional<std::uint32_t>& changes = drive.device.mediaChanges;
+    if (changes && findAgain(changes, readMediaChanges(drive.handle)) > worst) {
+        return false;
+    }
+    const std::optional<PartitionTable> table = drive.partitionTable.get();
+    return !table || findAgain(table, readPartitionTable(drive.handle)) <= worst;
+}
+
+/// True when the record's handle reaches the disk that was probed, and the medium that it then had. `worst`: as what
+/// the medium may be found at most.
+bool isStillTheProbed(const DriveRecord& drive, FoundAgain worst) {
+    if (drive.recordKind == kRecordKindImageFile) {
+        return true;
+    }
+    // The medium first: its driver may find only then that it was changed, and with it the size.
+    return holdsTheProbedMedium(drive, worst) && answersAsTheProbed(drive) && isTheProbedDevice(drive);
+}
+
 } // namespace
 
 std::optional<DiskGeometry> readDiskGeometry(NativeHandle device) {
@@ -40,27 +83,39 @@ std::optional<DiskGeometry> readDiskGeometry(NativeHandle device) {
 }
 
 std::optional<PartitionTable> readPartitionTable(NativeHandle device) {
-    // Room for the 128 entries that a GPT has by default.
+    // DRIVE_LAYOUT_INFORMATION_EX: 48 bytes, then 144 for each entry. Room for the 128 that a GPT has by default; no
+    // table within reason needs the most.
     constexpr std::size_t kLayoutBytes = 48 + 128 * 144;
-    std::vector<std::uint8_t> buffer(kLayoutBytes);
-    const auto answer = requestFromDevice(device, IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, buffer);
-    return answer ? parseDriveLayout(*answer) : std::nullopt;
+    constexpr std::size_t kMostBytes = 64 * kLayoutBytes;
+    for (std::size_t size = kLayoutBytes; size <= kMostBytes; size *= 2) {
+        std::vector<std::uint8_t> buffer(size);
+        if (const auto answer = requestFromDevice(device, IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, buffer)) {
+            return parseDriveLayout(*answer);
+        }
+        if (GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
+            break;
+        }
+    }
+    return std::nullopt;
 }
 
 bool isStillTheProbedDisk(const DriveRecord& drive) {
-    if (drive.recordKind == kRecordKindImageFile) {
-        return true;
-    }
-    const auto geometry = readDiskGeometry(drive.handle);
-    return readDeviceNumber(drive.handle) == drive.driveNumber && geometry && geometry->sizeBytes == drive.sizeBytes;
+    return isStillTheProbed(drive, FoundAgain::kSame);
 }
 
 bool isStillTheProbedSource(const DriveRecord& drive) {
-    return isStillTheProbedDisk(drive);
+    return isStillTheProbed(drive, FoundAgain::kNotTold);
+}
+
+void rememberMedium(DriveRecord& drive) {
+    drive.device.mediaChanges = readMediaChanges(drive.handle);
+    rememberPartitionTable(drive);
 }
 
 void rememberPartitionTable(DriveRecord& drive) {
-    static_cast<void>(drive);
+    if (drive.recordKind != kRecordKindImageFile) {
+        drive.partitionTable.set(readPartitionTable(drive.handle));
+    }
 }
 
 } // namespace torvane

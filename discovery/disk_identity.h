@@ -15,16 +15,23 @@ namespace torvane {
 /// it does not tell.
 [[nodiscard]] std::optional<PartitionTable> readPartitionTable(NativeHandle device);
 
-/// True while the record's handle reaches the disk that was probed: it answers, and both its number
-/// (IOCTL_STORAGE_GET_DEVICE_NUMBER), by which diskpart selects it, and its size are what the record holds. A disk that
-/// was unplugged does not answer, even when another has got its number. An image file is always what it was.
+/// True while the record's handle reaches the disk that was probed, read anew: it answers, and its number
+/// (IOCTL_STORAGE_GET_DEVICE_NUMBER), by which diskpart selects it, its size, its descriptor's texts, the count of its
+/// media changes (IOCTL_STORAGE_CHECK_VERIFY) and what names it in its partition table are what the record holds. What
+/// the disk did not tell then is not compared; what it told then, it has to tell. A disk that was unplugged does not
+/// answer, even when another has got its number. An image file is always what it was.
 [[nodiscard]] bool isStillTheProbedDisk(const DriveRecord& drive);
 
-/// The same of a drive that is only read: it may have failed so far that its partition table is not told any more.
+/// The same of a drive that is only read: it may have failed so far that its partition table and media changes are not
+/// told any more.
 [[nodiscard]] bool isStillTheProbedSource(const DriveRecord& drive);
 
+/// The scan's part: keeps what tells the medium that now is in a probed drive from others, its partition table and the
+/// count of media changes, as far as the drive tells them.
+void rememberMedium(DriveRecord& drive);
+
 /// From now on the partition table that the drive holds is its own: called by whoever has changed it (a clean, a copy
-/// onto the drive, whole or not).
+/// onto the drive, whole or not). The medium has to be the one that it was.
 void rememberPartitionTable(DriveRecord& drive);
 
 } // namespace torvane

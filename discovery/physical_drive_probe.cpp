@@ -7,27 +7,20 @@
 #include "discovery/disk_identity.h"
 #include "discovery/owned_drive_record.h"
 #include "discovery/storage_descriptor.h"
+#include "discovery/storage_query.h"
 #include "state/event_log.h"
 
 #include <windows.h>
+
 #include <winioctl.h>
 
 #include <array>
-#include <cstddef>
-#include <optional>
+#include <cstdint>
 #include <string>
 
 namespace torvane {
 
 namespace {
-
-// STORAGE_PROPERTY_QUERY: property id, query type, and its padded first byte of additional parameters.
-constexpr std::size_t kDeviceQueryBytes = 12;
-constexpr std::size_t kDeviceDescriptorBytes = 551;
-constexpr std::size_t kAdapterQueryBytes = 29;
-constexpr std::size_t kAdapterDescriptorBytes = 540;
-// The second word of every storage descriptor is its size.
-constexpr std::size_t kDescriptorSizeOffset = 4;
 
 std::string drivePath(int driveNumber) {
     return formatText("\\\\.\\PhysicalDrive%d", driveNumber);
@@ -41,30 +34,17 @@ bool readGeometry(DriveRecord& record) {
     return geometry.has_value();
 }
 
-/// `query` and `answer` are zero-filled; the query type stays PropertyStandardQuery.
-std::optional<ByteView> queryProperty(const DriveRecord& record, STORAGE_PROPERTY_ID property,
-                                      std::span<std::uint8_t> query, std::span<std::uint8_t> answer) {
-    storeLe(query, 0, static_cast<std::uint32_t>(property));
-    storeLe(answer, kDescriptorSizeOffset, static_cast<std::uint32_t>(answer.size()));
-    return requestFromDevice(record.handle, IOCTL_STORAGE_QUERY_PROPERTY, query, answer);
-}
-
 // Without an answer the texts stay empty and the bus type 0.
 void readDeviceDescriptor(DriveRecord& record) {
-    std::array<std::uint8_t, kDeviceQueryBytes> query{};
-    std::array<std::uint8_t, kDeviceDescriptorBytes> answer{};
-    if (const auto descriptor = queryProperty(record, StorageDeviceProperty, query, answer)) {
-        applyStorageDevice(record, parseStorageDeviceDescriptor(*descriptor));
+    if (const auto device = readStorageDevice(record.handle)) {
+        applyStorageDevice(record, *device);
     }
 }
 
 void readAdapterDescriptor(DriveRecord& record) {
-    std::array<std::uint8_t, kAdapterQueryBytes> query{};
-    std::array<std::uint8_t, kAdapterDescriptorBytes> answer{};
-    if (const auto descriptor = queryProperty(record, StorageAdapterProperty, query, answer)) {
-        const BusVersion version = parseStorageAdapterDescriptor(*descriptor);
-        record.busMajorVersion = version.major;
-        record.busMinorVersion = version.minor;
+    if (const auto version = readBusVersion(record.handle)) {
+        record.busMajorVersion = version->major;
+        record.busMinorVersion = version->minor;
     }
 }
 

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace torvane {
@@ -56,6 +58,7 @@ DiskGeometry parseDiskGeometry(ByteView geometry) {
 }
 
 void applyStorageDevice(DriveRecord& record, const StorageDeviceTexts& device) {
+    record.device.descriptor = device;
     record.busType = device.busType;
     record.busText.assign(busTypeText(device.busType));
     assignDeviceText(record.vendor, device.vendor);

@@ -1,22 +1,11 @@
 #pragma once
 
 #include "base/bytes.h"
+#include "records/device_identity.h"
 
 #include <cstdint>
-#include <optional>
-#include <string>
 
 namespace torvane {
-
-/// What the probe takes from a STORAGE_DEVICE_DESCRIPTOR (Win32, ntddstor.h). Texts are as the device gave them; absent
-/// when their offset is zero or points outside what the device returned.
-struct StorageDeviceTexts {
-    std::int32_t busType = 0;
-    std::optional<std::string> vendor;
-    std::optional<std::string> product;
-    std::optional<std::string> revision;
-    std::optional<std::string> serialNumber;
-};
 
 /// `descriptor` is what the device returned, no more: a text ends at its NUL or at the view's end, and numbers beyond
 /// the end read as zero.
@@ -40,8 +29,8 @@ struct DiskGeometry {
 
 struct DriveRecord;
 
-/// Fills bus type and text, vendor, product, serial number and firmware. Absent texts become "Not Available", and so
-/// does a serial number that is not wholly printable.
+/// Keeps what the device told, and fills bus type and text, vendor, product, serial number and firmware. Absent texts
+/// become "Not Available", and so does a serial number that is not wholly printable.
 void applyStorageDevice(DriveRecord& record, const StorageDeviceTexts& device);
 
 /// Fills size in bytes, in units of 512 bytes and in units of 2^30 bytes, and the bytes per sector.

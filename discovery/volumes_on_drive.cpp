@@ -10,8 +10,7 @@ namespace {
 
 bool isLetterOn(const DriveRecord& drive, char letter, const VolumeTable& before, VolumeSystem& system) {
     const DiskPlace place = system.placeOfDevice(volumeDevice(static_cast<wchar_t>(letter)));
-    return place.kind == DiskPlace::Kind::kNotTold ? holdsVolume(drive, before, letter)
-                                                   : place.isOn(drive.driveNumber);
+    return place.kind == DiskPlace::Kind::kNotTold ? holdsVolume(drive, before, letter) : place.isOn(drive.driveNumber);
 }
 
 } // namespace

@@ -29,7 +29,8 @@ std::wstring finalPathName(HANDLE file, DWORD volumeName) {
 
 /// For its names and numbers alone: no right to read is asked for, and a folder opens likewise.
 UniqueFile openForQuery(const std::wstring& path) {
-    return UniqueFile(CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return UniqueFile(
+        CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
 std::uint64_t joined(DWORD high, DWORD low) {

@@ -33,6 +33,10 @@ void HexViewer::toScrollPosition(int position) {
     sector_ = sectorAtScrollPosition(sectors_, position);
 }
 
+void HexViewer::toSector(std::uint64_t sector) {
+    sector_ = sector;
+}
+
 void HexViewer::read() {
     ReadBlock(io_, drive_, buffer_, sector_ * sectorBytes_, log_);
 }

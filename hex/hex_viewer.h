@@ -26,6 +26,7 @@ class HexViewer {
     bool toPrevious();
     bool toNext();
     void toScrollPosition(int position);
+    void toSector(std::uint64_t sector);
 
     /// Reads the current sector. An unreadable one is counted and logged, and reads as the unreadable marker; where the
     /// drive cannot even be positioned, the bytes stay those of the last read.

@@ -1,11 +1,16 @@
 #include "hex/hex_viewer_dialog.h"
 
 #include "base/format.h"
-#include "discovery/windows_drive_io.h"
 #include "hex/hex_viewer.h"
+#include "hex/viewed_drive.h"
+#include "records/drive_record.h"
 #include "resources/resource_ids.h"
-#include "state/event_log.h"
 #include "ui/dialog.h"
+#include "ui/waiting_over.h"
+
+#include <memory>
+#include <optional>
+#include <utility>
 
 namespace torvane {
 
@@ -76,7 +81,7 @@ FixedFont chooseFont(HWND window, const RECT& area) {
 class HexViewerDialog : public Dialog {
   public:
     explicit HexViewerDialog(DriveRecord& drive)
-        : Dialog(IDD_HEX_VIEWER), drive_(drive), viewer_(drive, io_, logError) {}
+        : Dialog(IDD_HEX_VIEWER), drive_(drive), viewed_(std::make_shared<ViewedDrive>(drive)) {}
 
   protected:
     bool onInitialise() override {
@@ -154,34 +159,68 @@ class HexViewerDialog : public Dialog {
         placePane(IDC_CHARACTER_PANE, kCharacterColumns);
     }
 
+    // A jump that comes while a sector is read follows it; the last one, when several come.
     void showSector() {
-        viewer_.read();
+        reading_ = true;
+        readAndShow();
+        while (const std::optional<int> position = std::exchange(nextPosition_, std::nullopt)) {
+            viewer().toScrollPosition(*position);
+            readAndShow();
+        }
+        reading_ = false;
+    }
+
+    void readAndShow() {
+        const bool done = waiting::runOver(window(), "the drive", [viewed = viewed_] { viewed->read(); });
+        if (!done) {
+            leaveRead();
+            return;
+        }
+        drive_.badReadCount += viewed_->takeBadReads();
+        showPosition();
+        setControlText(IDC_HEX_PANE, hexPaneText(viewer().bytes()).c_str());
+        setControlText(IDC_CHARACTER_PANE, characterPaneText(viewer().bytes()).c_str());
+    }
+
+    // The read goes on alone, by a handle that nobody else has.
+    void leaveRead() {
+        viewed_ = viewed_->anew();
+        nextPosition_.reset();
+        showPosition();
+        setControlText(IDC_HEX_PANE, "");
+        setControlText(IDC_CHARACTER_PANE, "");
+    }
+
+    void showPosition() {
         setControlText(IDC_HEX_POSITION,
-                       hexPositionText(viewer_.sector(), viewer_.sectors(), viewer_.sectorBytes()).c_str());
-        setControlText(IDC_HEX_PANE, hexPaneText(viewer_.bytes()).c_str());
-        setControlText(IDC_CHARACTER_PANE, characterPaneText(viewer_.bytes()).c_str());
+                       hexPositionText(viewer().sector(), viewer().sectors(), viewer().sectorBytes()).c_str());
     }
 
     void scrollTo(int position) {
         SetScrollPos(window(), SB_VERT, position, TRUE);
-        viewer_.toScrollPosition(position);
+        if (reading_) {
+            nextPosition_ = position;
+            return;
+        }
+        viewer().toScrollPosition(position);
         showSector();
     }
 
     // The scroll bar stays where it is: it is for jumps, and one of its steps is many sectors of a drive.
     void onKey(WPARAM key) {
-        if ((key == VK_PRIOR && viewer_.toPrevious()) || (key == VK_NEXT && viewer_.toNext())) {
+        if (!reading_ && ((key == VK_PRIOR && viewer().toPrevious()) || (key == VK_NEXT && viewer().toNext()))) {
             showSector();
         }
     }
 
+    [[nodiscard]] HexViewer& viewer() { return viewed_->viewer(); }
+
     void onClose() { end(1); }
 
-    static void logError(const std::string& text) { LogEvent("ERROR", "%s", text.c_str()); }
-
     DriveRecord& drive_;
-    WindowsDriveIo io_;
-    HexViewer viewer_;
+    std::shared_ptr<ViewedDrive> viewed_;
+    bool reading_ = false;
+    std::optional<int> nextPosition_; ///< of the scroll bar, wanted while a sector is read
     FixedFont font_{};
     UniqueBrush background_{CreateSolidBrush(kBackground)};
 };

@@ -39,7 +39,7 @@ inline constexpr JobKinds kNobody{};
 // clang-format off
 inline constexpr std::array<JobRule, kJobKinds> kJobRules{{
     // kind                  flag                  waits for: flag, kinds          records  stop   shares
-    {JobKind::kScan,          JobFlag::kFromBegin,  true,  kScanAlone | kRecordUsers, false, false, false},
+    {JobKind::kScan,          JobFlag::kFromBegin,  true,  kScanAlone | kRecordUsers, false, true,  false},
     {JobKind::kClone,         JobFlag::kWhenRaised, true,  kScanAlone | kDriveJobs,   true,  true,  false},
     {JobKind::kImage,         JobFlag::kWhenRaised, false, kScanAlone | kDriveJobs,   true,  true,  false},
     {JobKind::kForensicImage, JobFlag::kWhenRaised, false, kScanAlone | kDriveJobs,   true,  true,  false},

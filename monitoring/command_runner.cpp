@@ -1,14 +1,16 @@
 #include "monitoring/command_runner.h"
 
 #include "base/owned_handle.h"
+#include "base/tool_watch.h"
 #include "base/whole_file.h"
+#include "monitoring/child_process.h"
 #include "state/event_log.h"
 
+#include <chrono>
 #include <cinttypes>
 #include <cstdint>
 #include <mutex>
 #include <optional>
-#include <string>
 
 namespace torvane {
 namespace {
@@ -25,41 +27,20 @@ UniqueFile createInheritableFile(const char* fileName) {
                                   FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable, CREATE_ALWAYS, 0, nullptr)};
 }
 
-/// Starts the command without a window, its output going to `output` and its input being empty. Returns the process, or
-/// null.
-UniqueHandle startHidden(const char* commandLine, HANDLE output) {
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.wShowWindow = SW_HIDE;
-    startup.hStdOutput = output;
-    startup.hStdError = output;
-
-    std::string ownCommandLine(commandLine); // CreateProcess may write into its argument
-    PROCESS_INFORMATION child{};
-    if (!CreateProcessA(nullptr, ownCommandLine.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
-                        &startup, &child)) {
-        return {};
-    }
-    const UniqueHandle mainThread{child.hThread};
-    ResumeThread(mainThread.get());
-    return UniqueHandle{child.hProcess};
-}
-
 /// A command at work and the file that takes its output; either may be missing.
 struct RunningCommand {
     UniqueFile output;
-    UniqueHandle process;
+    ChildProcess process;
 };
 
-/// Only the child of this command inherits its output file: one that is started at the same moment by another thread
-/// does not, and so cannot keep the file open.
-RunningCommand startInto(const char* outputFileName, const char* commandLine) {
+/// Only the child of this command inherits its output file, also where the system cannot be told so: one that is
+/// started at the same moment by another thread does not, and so cannot keep the file open.
+RunningCommand startInto(const char* outputFileName, const char* commandLine, bool watched) {
     static std::mutex oneAtATime;
     const std::scoped_lock lock(oneAtATime);
     RunningCommand command{.output = createInheritableFile(outputFileName), .process = {}};
     if (command.output) {
-        command.process = startHidden(commandLine, command.output.get());
+        command.process = ChildProcess(commandLine, command.output.get(), watched);
         SetHandleInformation(command.output.get(), HANDLE_FLAG_INHERIT, 0);
     }
     return command;
@@ -81,12 +62,33 @@ UniqueFile openFinishedFile(const char* fileName) {
     }
 }
 
-/// Waits for the process's end, however long it takes.
-void waitForEnd(HANDLE process) {
-    WaitForSingleObject(process, INFINITE);
-    // A tool that fails still has run: what went wrong stands in its output.
-    DWORD exitCode = 0;
-    GetExitCodeProcess(process, &exitCode);
+/// Waits for the tool's end, however long it takes. False: whoever watches it has had enough, and the tool was ended.
+bool awaitEnd(ChildProcess& process, ToolWatch* watch, const char* commandLine) {
+    if (watch == nullptr) {
+        process.awaitEnd();
+        return true;
+    }
+    constexpr std::chrono::milliseconds kPause{50};
+    const auto begin = std::chrono::steady_clock::now();
+    ToolAtWork tool{.name = toolName(commandLine), .subject = toolSubject()};
+    bool wanted = true;
+    while (wanted && !process.awaitEnd(kPause)) {
+        tool.runsSince =
+            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
+        wanted = watch->mayGoOn(tool);
+    }
+    if (wanted) {
+        process.letGo();
+    } else {
+        process.end();
+    }
+    watch->ended();
+    return wanted;
+}
+
+int logUnwanted(const char* outputFileName) {
+    LogEvent("ERROR", "PARSE_BuildDataFile: [%s] TERMINATED before the tool was done", outputFileName);
+    return 0;
 }
 
 LoadedText logUnreadable(const char* fileName) {
@@ -97,7 +99,11 @@ LoadedText logUnreadable(const char* fileName) {
 } // namespace
 
 int PARSE_BuildDataFile(const char* outputFileName, const char* commandLine) {
-    const RunningCommand command = startInto(outputFileName, commandLine);
+    ToolWatch* const watch = toolWatch();
+    if (watch != nullptr && !watch->mayBegin()) {
+        return logUnwanted(outputFileName);
+    }
+    RunningCommand command = startInto(outputFileName, commandLine, watch != nullptr);
     if (!command.output) {
         LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CREATE_ALWAYS FAILED", outputFileName);
         return 0;
@@ -106,8 +112,8 @@ int PARSE_BuildDataFile(const char* outputFileName, const char* commandLine) {
         LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CreateProcess FAILED", outputFileName);
         return 0;
     }
-    waitForEnd(command.process.get());
-    return 1;
+    // A tool that fails still has run: what went wrong stands in its output.
+    return awaitEnd(command.process, watch, commandLine) ? 1 : logUnwanted(outputFileName);
 }
 
 LoadedText PARSE_LoadFileIntoBuffer(const char* fileName) {

@@ -12,10 +12,15 @@ namespace {
 
 constexpr std::size_t kLineRoom = 4096;
 
-/// The tool names the system's drives /dev/sda, /dev/sdb and so on, in the order of their numbers.
+/// The tool names the system's drives /dev/sda, /dev/sdb and so on, in the order of their numbers. Those behind
+/// /dev/sdz, which have two letters, are beyond the drives that the program knows.
 std::int32_t driveNumberOf(std::string_view deviceName) {
-    const char last = deviceName.empty() ? '\0' : deviceName.back();
-    return last >= 'a' && last <= 'z' ? last - 'a' : -1;
+    constexpr std::string_view kDisk = "/dev/sd";
+    if (!deviceName.starts_with(kDisk) || deviceName.size() != kDisk.size() + 1) {
+        return -1;
+    }
+    const char letter = deviceName.back();
+    return letter >= 'a' && letter <= 'z' ? letter - 'a' : -1;
 }
 
 /// One argument as a program's start-up code takes it apart again (Win32, CommandLineToArgvW).

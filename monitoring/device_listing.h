@@ -9,9 +9,10 @@ namespace torvane {
 ///
 ///     /dev/sdb -d ata # /dev/sdb, ATA device
 struct ListedDevice {
-    std::string name;              ///< the tool's name for it; empty when the line has fewer than three words
-    std::string commandPart;       ///< what names it on the tool's command line
-    std::int32_t driveNumber = -1; ///< physical drive number; -1: not one of the system's drives
+    std::string name;        ///< the tool's name for it; empty when the line has fewer than three words
+    std::string commandPart; ///< what names it on the tool's command line
+    std::int32_t driveNumber =
+        -1; ///< physical drive number; -1: not named as a drive of the system, /dev/sda to /dev/sdz
 };
 
 /// Reads one line of the listing into `device`, which holds the line before it: a line with fewer than three words

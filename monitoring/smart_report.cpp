@@ -18,7 +18,8 @@ constexpr int kRawValueWord = 7;
 /// Finds lines of one report by key, and takes the found line apart.
 class ReportReader {
   public:
-    explicit ReportReader(const DriveRecord& record) : text_(record.smartText.c_str()) {}
+    explicit ReportReader(const char* text) : text_(text) {}
+    explicit ReportReader(const DriveRecord& record) : ReportReader(record.smartText.c_str()) {}
 
     /// True when a line contains the key. The first such line is what the other functions look at.
     bool find(const char* key) { return PARSE_FindLine(text_, line_, key) >= 0; }
@@ -37,11 +38,18 @@ class ReportReader {
     std::array<char, kLineRoom> word_{};
 };
 
-template <std::size_t Width>
-void parseIdentityText(ReportReader& report, const char* key, FixedText<Width>& field) {
+constexpr const char* kSerialNumberKey = "Serial Number:";
+
+/// Null when the report does not tell it.
+const char* identityText(ReportReader& report, const char* key) {
     const char* const text = report.find(key) ? report.restFromWord(2) : nullptr;
     // "[No Information Found]"
-    if (text != nullptr && !std::string_view(text).starts_with("[No")) {
+    return text == nullptr || std::string_view(text).starts_with("[No") ? nullptr : text;
+}
+
+template <std::size_t Width>
+void parseIdentityText(ReportReader& report, const char* key, FixedText<Width>& field) {
+    if (const char* const text = identityText(report, key)) {
         field.assign(text);
     }
 }
@@ -196,13 +204,19 @@ int parseSmartReport(DriveRecord& record, std::vector<AttributeFinding>& finding
         return 0;
     }
     parseIdentityText(report, "Device Model:", record.model);
-    parseIdentityText(report, "Serial Number:", record.serialNumber);
+    parseIdentityText(report, kSerialNumberKey, record.serialNumber);
     record.disk[Counter::kPowerOnHours] = parsePowerOnHours(report);
     parseSecurity(report, record);
     parseErrorCounters(report, record, findings);
     parseRotationRate(report, record);
     parseErrorLog(record);
     return 1;
+}
+
+std::string reportedSerialNumber(const char* reportText) {
+    ReportReader report(reportText);
+    const char* const serial = identityText(report, kSerialNumberKey);
+    return serial != nullptr ? serial : "";
 }
 
 int SmartIsSolidStateDevice(const DriveRecord& record) {

@@ -3,6 +3,7 @@
 #include "records/drive_record.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace torvane {
@@ -31,6 +32,9 @@ struct AttributeFinding {
 /// Returns 1; 0 when the report tells of a failed SMART read: then `smartLoaded` becomes 0, SmartType "none", and
 /// nothing else changes.
 int parseSmartReport(DriveRecord& record, std::vector<AttributeFinding>& findings);
+
+/// The serial number that a report gives; empty when it gives none.
+[[nodiscard]] std::string reportedSerialNumber(const char* reportText);
 
 /// 1 when the report's rotation rate reads "Solid State Device", else 0.
 int SmartIsSolidStateDevice(const DriveRecord& record);

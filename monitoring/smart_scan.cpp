@@ -1,14 +1,19 @@
 #include "monitoring/smart_scan.h"
 
 #include "base/format.h"
+#include "base/tool_watch.h"
 #include "monitoring/command_runner.h"
 #include "monitoring/device_listing.h"
+#include "monitoring/report_origin.h"
 #include "monitoring/smart_report.h"
 #include "monitoring/text_scanners.h"
 #include "state/event_log.h"
 #include "state/smart_scan_state.h"
 
+#include <windows.h>
+
 #include <array>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -37,13 +42,33 @@ LoadedText printAndLoad(const char* fileName, const char* commandLine) {
     return text;
 }
 
+std::uint64_t ticksOf(const FILETIME& time) {
+    return (std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime;
+}
+
+std::uint64_t now() {
+    FILETIME time{};
+    GetSystemTimeAsFileTime(&time);
+    return ticksOf(time);
+}
+
+/// 0 when the system does not tell.
+std::uint64_t lastWriteOf(const std::string& fileName) {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    return GetFileAttributesExA(fileName.c_str(), GetFileExInfoStandard, &data) != 0 ? ticksOf(data.ftLastWriteTime)
+                                                                                     : 0;
+}
+
 /// False when the device's report could not be made, which ends the scan.
-bool makeReport(const ListedDevice& device, const char* listingLine) {
+bool makeReport(SmartScanState& scan, const ListedDevice& device, const char* listingLine) {
     const std::string fileName = reportFileName(device.driveNumber);
+    const ToolSubject subject(formatText("drive %d", device.driveNumber));
     const LoadedText report = printAndLoad(fileName.c_str(), reportCommandLine(device).c_str());
     if (!report) {
         return false;
     }
+    scan.reports.at(static_cast<std::size_t>(device.driveNumber)) = {.scan = scan.scan,
+                                                                     .written = lastWriteOf(fileName)};
     Line line{};
     if (PARSE_FindLine(report.get(), line, kSmartReadFailed) >= 0) {
         LogEvent("INVALID", "Invalid Device found at [%s]", listingLine);
@@ -74,18 +99,21 @@ void logFindings(const DriveRecord& record, const std::vector<AttributeFinding>&
 } // namespace
 
 int SmartScanDevices(SmartScanState& scan) {
+    ++scan.scan;
+    scan.started = now();
     const LoadedText listing = printAndLoad(kListingFile, kListingCommand);
     if (!listing) {
         return 0;
     }
-    scan = {};
+    scan.deviceLineCount = 0;
+    scan.driveNames = {};
     LineCursor cursor(listing.get());
     Line line{};
     ListedDevice device;
     while (cursor.next(line) == 1) {
         readListedDevice(line.data(), device);
         keepName(scan, device);
-        if (device.driveNumber >= 0 && !makeReport(device, line.data())) {
+        if (device.driveNumber >= 0 && !makeReport(scan, device, line.data())) {
             return 0;
         }
         ++scan.deviceLineCount; // every line counts, used or not
@@ -98,6 +126,11 @@ int SmartParseDrive(const SmartScanState& scan, DriveRecord& record, int driveNu
     const LoadedText text = PARSE_LoadFileIntoBuffer(fileName.c_str());
     if (!text) {
         LogEvent("ERROR", "Could not load SMART [%s] File for Processing", fileName.c_str());
+        return 0;
+    }
+    const ReportOrigin origin = originOfReport(scan, driveNumber, lastWriteOf(fileName));
+    if (!isReportOf(record.device, origin, reportedSerialNumber(text.get()))) {
+        LogEvent("ERROR", "%s is of an earlier scan and of another drive: not used", fileName.c_str());
         return 0;
     }
     record.smartText = text.get();

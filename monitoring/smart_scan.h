@@ -17,8 +17,9 @@ int SmartScanDevices(SmartScanState& scan);
 /// for every error counter that is not zero.
 ///
 /// Returns 1 when the report was read; 0 with the record unchanged, after an "ERROR" log row of its own behind the
-/// loader's, when the file cannot be loaded; 0 with `smartLoaded` 0 and SmartType "none" when the report tells of a
-/// failed SMART read.
+/// loader's, when the file cannot be loaded, or after one such row when it was left by an earlier scan and does not
+/// have the drive's own serial number; 0 with `smartLoaded` 0 and SmartType "none" when the report tells of a failed
+/// SMART read.
 int SmartParseDrive(const SmartScanState& scan, DriveRecord& record, int driveNumber);
 
 } // namespace torvane

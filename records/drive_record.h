@@ -2,8 +2,10 @@
 
 #include "base/fixed_text.h"
 #include "base/shared_number.h"
+#include "base/shared_value.h"
 #include "records/bitlocker_entry.h"
 #include "records/counters.h"
+#include "records/device_identity.h"
 #include "records/read_test_result.h"
 #include "records/smart_type.h"
 
@@ -12,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace torvane {
@@ -75,6 +78,11 @@ struct DriveRecord {
     FixedText<32> firmware;
     FixedText<2048> imageFilePath; ///< image-file records only
     FixedText<256> driveName;
+
+    DeviceIdentity device; ///< what the drive itself told, whatever model and serial number its report gives
+
+    /// As last taken for the drive's own, by the scan or by a job that changed it. None: the drive did not tell.
+    SharedValue<std::optional<PartitionTable>> partitionTable;
 
     /// The report "PHYS%d.txt" as loaded, NUL-terminated; kept for later passes. Empty when none was loaded.
     std::string smartText;

@@ -7,6 +7,9 @@
 #include "state/active_drive.h"
 #include "state/app_state.h"
 #include "ui/prompts.h"
+#include "ui/waiting.h"
+
+#include <string>
 
 namespace torvane {
 
@@ -47,7 +50,9 @@ void CreateReport(AppState& state) {
     if (write(state) == 0) {
         return;
     }
-    PARSE_BuildDataFile("WorkFile.txt", openReportCommand(state.chosen.reportFileName.view()).c_str());
+    const std::string command = openReportCommand(state.chosen.reportFileName.view());
+    // The report is there, whether or not the user has waited for it to be opened.
+    static_cast<void>(waiting::run("PowerShell", [command] { PARSE_BuildDataFile("WorkFile.txt", command.c_str()); }));
     prompts::inform("***** REPORT COMPLETED*****",
                     formatText("Report for <%s> successfully CREATED\n", state.chosen.reportFileName.c_str()).c_str());
 }

@@ -1,15 +1,14 @@
 #include "scan/load_guard.h"
 
-#include "jobs/job_rules.h"
 #include "jobs/jobs.h"
+#include "state/still_at_work.h"
 #include "ui/prompts.h"
 
 namespace torvane {
 
 bool mayLoadDrives(const Jobs& jobs) {
     const Jobs::Obstacle obstacle = jobs.whyNot(JobKind::kScan);
-    // A copy that was told to stop uses its drives' records until its last read is done.
-    if (obstacle.flag || !(obstacle.kinds & kDriveJobs).empty()) {
+    if (obstacle.flag) {
         return false;
     }
     if (obstacle.kinds.contains(JobKind::kScan)) {
@@ -20,8 +19,11 @@ bool mayLoadDrives(const Jobs& jobs) {
         prompts::stop("***** Load Drives *****", "Short Test is Running");
         return false;
     }
-    // Likewise a read test that was told to stop.
-    return obstacle.kinds.empty();
+    // A copy or a read test that was told to stop uses its drives' records until its last read is done.
+    if (obstacle) {
+        sayWhoIsAtWork(obstacle);
+    }
+    return !obstacle;
 }
 
 } // namespace torvane

@@ -1,18 +1,22 @@
 #include "scan/scan_job.h"
 
 #include "admin/disk_part.h"
+#include "base/format.h"
+#include "base/tool_watch.h"
 #include "base/worker_thread.h"
+#include "discovery/disk_identity.h"
 #include "discovery/physical_drive_probe.h"
 #include "discovery/volume_map.h"
 #include "monitoring/smart_scan.h"
 #include "scan/load_guard.h"
 #include "scan/monitoring_dispatch.h"
+#include "scan/scan_watch.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
 #include "state/job_thread.h"
 
 #include <optional>
-#include <string_view>
+#include <string>
 #include <utility>
 
 namespace torvane {
@@ -27,28 +31,33 @@ enum ScanStage : std::int32_t {
     kStageComplete = 5, // 4 is never used
 };
 
-constexpr std::int64_t kProgressSeconds = 60;
 constexpr std::uint32_t kProgressPollMilliseconds = 10;
 constexpr std::uint32_t kProgressLingerMilliseconds = 2000;
 
-void enterStage(AppState& state, ScanStage stage, std::string_view status) {
+void enterStage(AppState& state, ScanWatch& watch, ScanStage stage, const char* status) {
     state.scan.stage = stage;
-    state.view->setScanStatus(status);
+    watch.enterStage(status);
 }
 
-void readMonitoringData(AppState& state, DriveRecord& record, int driveNumber) {
+void readMonitoringData(AppState& state, ScanWatch& watch, DriveRecord& record, int driveNumber) {
+    const ToolSubject subject(formatText("drive %d", driveNumber));
     SmartParseDrive(state.smart, record, driveNumber);
     dispatchMonitoring(record);
-    DP_TestReadOnly(*state.view, record);
+    if (watch.mayBegin()) {
+        DP_TestReadOnly(*state.view, record);
+    } else {
+        record.readOnly = 1; // not known
+    }
 }
 
 // The table stays compact: a slot that received nothing takes the next number's drive.
-void probeAllDrives(AppState& state) {
+void probeAllDrives(AppState& state, ScanWatch& watch) {
     for (int driveNumber = 0; driveNumber < kMaxDrives; ++driveNumber) {
         DriveRecordPtr& slot = state.scan.drives[static_cast<std::size_t>(state.scan.driveCount)];
         slot = ProbePhysicalDrive(driveNumber);
         if (slot) {
-            readMonitoringData(state, *slot, driveNumber);
+            rememberMedium(*slot);
+            readMonitoringData(state, watch, *slot, driveNumber);
             ++state.scan.driveCount;
         }
     }
@@ -88,23 +97,29 @@ void LoadDrives(AppState& state) {
     ++state.scan.scanNumber;
     static_cast<void>(startThread([&state] { return runScanProgress(state, systemScanClock()); }));
     forgetLastScan(state);
-    startJobThread(std::move(*claim), "drive scan", [&state](JobClaim& own) { return runDriveScan(state, own); });
+    if (!startJobThread(std::move(*claim), "drive scan",
+                        [&state](JobClaim& own) { return runDriveScan(state, own); })) {
+        state.scan.stage = kStageComplete; // nothing that the bar could wait for
+    }
 }
 
 DWORD runDriveScan(AppState& state, JobClaim& claim) {
-    // Again, should somebody have lowered it before this thread came to run.
-    static_cast<void>(claim.raise());
+    ScanWatch watch(claim, [&state](const std::string& text) { state.view->setScanStatus(text); });
+    const ToolWatchScope watched(watch);
     state.scan.driveCount = 0;
     LogEvent("STATUS", "Beginning Drive Scan");
-    enterStage(state, kStageDriveDevices, "Loading Drive Devices");
+    enterStage(state, watch, kStageDriveDevices, "Loading Drive Devices");
     SmartScanDevices(state.smart);
-    enterStage(state, kStagePhysicalDevices, "Loading Physical Devices");
-    probeAllDrives(state);
-    enterStage(state, kStageLogicalDevices, "Loading Logical Devices");
+    enterStage(state, watch, kStagePhysicalDevices, "Loading Physical Devices");
+    probeAllDrives(state, watch);
+    enterStage(state, watch, kStageLogicalDevices, "Loading Logical Devices");
     EnumerateVolumes(state.scan);
     listDrives(state);
+    if (claim.stopAsked()) {
+        LogEvent("ERROR", "Drive Scan TERMINATED: tools that had not been asked for a drive's data were not asked");
+    }
     claim.lower();
-    enterStage(state, kStageComplete, "Scan Complete");
+    enterStage(state, watch, kStageComplete, "Scan Complete");
     LogEvent("STATUS", "Drive Scan Completed: [%d] Drives Found", static_cast<int>(state.scan.driveCount));
     return 1;
 }
@@ -120,7 +135,6 @@ DWORD runScanProgress(AppState& state, const ScanClock& clock) {
     state.view->showScanProgress(kStageComplete);
 
     std::int64_t shownSecond = clock.seconds();
-    const std::int64_t deadline = shownSecond + kProgressSeconds;
     while (!superseded()) {
         const std::int64_t now = clock.seconds();
         if (now != shownSecond) {
@@ -130,9 +144,6 @@ DWORD runScanProgress(AppState& state, const ScanClock& clock) {
             if (stage == kStageComplete) {
                 break;
             }
-        }
-        if (now >= deadline) {
-            break;
         }
         clock.sleep(kProgressPollMilliseconds);
     }

@@ -15,7 +15,8 @@ class JobClaim;
 void LoadDrives(AppState& state);
 
 /// The scan itself, on the worker thread: fills the drive and volume tables and the drive list. The drive table is
-/// empty when it begins. A scan cannot be stopped. Returns the thread's exit code, 1.
+/// empty when it begins. Asked to stop, it ends the tool at work, runs no other, and lists the drives with what it
+/// has. Returns the thread's exit code, 1.
 DWORD runDriveScan(AppState& state, JobClaim& claim);
 
 /// Time as the progress thread sees it.
@@ -27,7 +28,7 @@ struct ScanClock {
 /// The system's clock.
 [[nodiscard]] ScanClock systemScanClock();
 
-/// Shows the scan's stage once a second, at most for a minute, and hides the bar two seconds later. A later scan's bar
+/// Shows the scan's stage once a second until it is complete, and hides the bar two seconds later. A later scan's bar
 /// is left alone. Returns the thread's exit code, 1.
 DWORD runScanProgress(AppState& state, const ScanClock& clock);
 

@@ -6,6 +6,7 @@
 #include "state/event_log.h"
 #include "state/job_thread.h"
 #include "state/last_drive_job.h"
+#include "state/still_at_work.h"
 #include "surface/read_tests.h"
 #include "surface/windows_read_test_system.h"
 
@@ -61,6 +62,7 @@ bool startReadTest(AppState& state, ReadTestKind kind, DriveRecord& drive, std::
     if (!claim) {
         LogEvent("STATUS", "%s", kLastDriveJobStillEnding);
         display->setStatus(std::string("Status: ") + kLastDriveJobStillEnding);
+        sayWhoIsAtWork(state.jobs.whyNot(jobKindOf(kind)));
         return false;
     }
     return startJobThread(std::move(*claim), "read test",

@@ -1,5 +1,8 @@
 #include "ui/dialog.h"
 
+#include "ui/held_commands.h"
+#include "ui/waiting_strip.h"
+
 #include <algorithm>
 
 namespace torvane {
@@ -8,6 +11,8 @@ namespace {
 
 // The low four bits of a system command's id are the system's own (WM_SYSCOMMAND).
 constexpr WPARAM kSystemCommandMask = 0xFFF0;
+// From here on (SC_SIZE) they are the system's, below the program's.
+constexpr WPARAM kFirstSystemCommand = 0xF000;
 
 // Controls report much through WM_COMMAND; a command is a menu item (0), an accelerator (1) or a click (BN_CLICKED, 0).
 bool isCommand(WPARAM wParam) {
@@ -89,9 +94,10 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
             onTextChange(LOWORD(wParam));
             return TRUE;
         }
-        return isCommand(wParam) && onCommand(LOWORD(wParam));
+        return isCommand(wParam) && (isHeldBack(message, wParam, lParam) || onCommand(LOWORD(wParam)));
     case WM_SYSCOMMAND:
-        return onSystemCommand(wParam & kSystemCommandMask);
+        return (wParam < kFirstSystemCommand && isHeldBack(message, wParam, lParam)) ||
+               onSystemCommand(wParam & kSystemCommandMask);
     case WM_NOTIFY:
         return answer(onNotify(*reinterpret_cast<NMHDR*>(lParam)));
     case WM_TIMER:
@@ -113,6 +119,13 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     default:
         return answer(onMessage(message, wParam, lParam));
     }
+}
+
+bool Dialog::isHeldBack(UINT message, WPARAM wParam, LPARAM lParam) const {
+    const int id = LOWORD(wParam);
+    const bool wayOut = message == WM_COMMAND && (id == kLeaveWaitingId || isWayOut(id));
+    return HeldCommands::holdsBack(
+        {.hwnd = window_, .message = message, .wParam = wParam, .lParam = lParam, .time = 0, .pt = {}}, wayOut);
 }
 
 // A dialog procedure hands its result over through DWLP_MSGRESULT and says by TRUE that it did.

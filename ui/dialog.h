@@ -70,6 +70,8 @@ class Dialog {
     /// WM_COMMAND of a menu item, of an accelerator, of a control that was clicked, or of a list of choices in which
     /// another one was selected (CBN_SELCHANGE has the accelerators' code, 1).
     virtual bool onCommand(int) { return false; }
+    /// A command by which the user gets out: it also leaves whoever is waited for (ui/waiting.h).
+    [[nodiscard]] virtual bool isWayOut(int id) const { return id == IDCANCEL; }
     /// WM_COMMAND of an edit control whose text has changed (EN_CHANGE).
     virtual void onTextChange(int) {}
     /// WM_SYSCOMMAND; `id` without its low four bits, which belong to the system.
@@ -89,6 +91,7 @@ class Dialog {
     static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR dispatch(UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR answer(std::optional<LRESULT> result);
+    [[nodiscard]] bool isHeldBack(UINT message, WPARAM wParam, LPARAM lParam) const;
 
     int templateId_;
     HWND window_ = nullptr;

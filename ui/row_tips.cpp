@@ -30,7 +30,8 @@ void RowTips::attach(HWND list, TextOfRow textOfRow) {
 
 LRESULT CALLBACK RowTips::listProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                         DWORD_PTR self) {
-    if (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) {
+    // The wheel's messages have another place in them.
+    if (message >= WM_MOUSEFIRST && message <= WM_MBUTTONDBLCLK) {
         reinterpret_cast<RowTips*>(self)->watch(message, wParam, lParam);
     }
     // Another drive may take the row.
@@ -44,9 +45,13 @@ LRESULT CALLBACK RowTips::listProcedure(HWND list, UINT message, WPARAM wParam, 
 }
 
 void RowTips::watch(UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_MOUSEMOVE) {
-        showRow(rowAt(list_, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}));
+    const int row = rowAt(list_, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+    if (message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN) {
+        clicked_ = row;
+    } else if (row != clicked_) {
+        clicked_ = -1;
     }
+    showRow(row == clicked_ ? -1 : row);
     MSG relayed{};
     relayed.hwnd = list_;
     relayed.message = message;

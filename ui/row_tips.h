@@ -7,8 +7,8 @@
 
 namespace torvane {
 
-/// A text for each row of a report-style list, shown while the mouse rests on the row. It must not be destroyed before
-/// the list.
+/// A text for each row of a report-style list, shown while the mouse rests on the row, and not after a click there. It
+/// must not be destroyed before the list.
 class RowTips {
   public:
     /// The text of a row, counted from 0; with an empty one nothing shows.
@@ -25,7 +25,8 @@ class RowTips {
 
     HWND list_ = nullptr;
     HWND tip_ = nullptr;
-    int row_ = -1; ///< under the mouse; -1: none
+    int row_ = -1;     ///< under the mouse, and with a tip; -1: none
+    int clicked_ = -1; ///< has no tip until the mouse has left it; -1: none
     TextOfRow textOfRow_;
 };
 

@@ -4,6 +4,7 @@
 #include "state/app_state.h"
 #include "state/event_log.h"
 #include "state/last_drive_job.h"
+#include "state/still_at_work.h"
 #include "ui/prompts.h"
 
 #include <algorithm>
@@ -68,10 +69,12 @@ bool requireListedDrives(const AppState& state) {
 }
 
 bool lastDriveJobIsStillEnding(const Jobs& jobs) {
-    if ((jobs.atWork() & kDriveJobs).empty()) {
+    const JobKinds atWork = jobs.atWork() & kDriveJobs;
+    if (atWork.empty()) {
         return false;
     }
     LogEvent("STATUS", "%s", kLastDriveJobStillEnding);
+    sayWhoIsAtWork({.kinds = atWork});
     return true;
 }
 

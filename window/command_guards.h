@@ -6,8 +6,8 @@ class Jobs;
 struct AppState;
 struct DriveRecord;
 
-// What must hold before a command starts. Each guard that refuses has shown its box, or written its log row where that
-// is said; a refusal changes nothing. They run on the window's thread.
+// What must hold before a command starts. Each guard that refuses has shown its box; a refusal changes nothing. They
+// run on the window's thread.
 
 /// The one ticked drive to clone, to image or to image forensically; null when none or several are ticked. For an image
 /// also null, without a box, when a ticked drive's size is all ones.
@@ -18,8 +18,8 @@ struct DriveRecord;
 /// True when the drive list has rows.
 [[nodiscard]] bool requireListedDrives(const AppState& state);
 
-/// True, with a log row, while a copy or a change of a disk is still at work that was told to stop: its last read may
-/// take long.
+/// True, with a box and a log row, while a copy or a change of a disk is still at work that was told to stop: its last
+/// read may take long.
 [[nodiscard]] bool lastDriveJobIsStillEnding(const Jobs& jobs);
 
 } // namespace torvane

@@ -51,6 +51,8 @@ void runMainDialog() {
 } // namespace torvane
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+    // Before anything is loaded: from beside the program, or from the current folder, nothing ever is.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     torvane::runProgram({.startSockets = torvane::startSockets,
                          .endSockets = [] { WSACleanup(); },
                          .socketsFailedText = [] { return torvane::loadText(IDS_SOCKETS_FAILED); },

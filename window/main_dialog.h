@@ -33,6 +33,7 @@ class MainDialog : public Dialog {
   protected:
     bool onInitialise() override;
     bool onCommand(int id) override;
+    [[nodiscard]] bool isWayOut(int id) const override;
     bool onSystemCommand(WPARAM id) override;
     std::optional<LRESULT> onNotify(NMHDR& header) override;
     bool onTimer(int id) override;

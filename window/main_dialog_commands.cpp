@@ -91,6 +91,10 @@ bool MainDialog::onCommand(int id) {
     return route(*this, kRoutes, id);
 }
 
+bool MainDialog::isWayOut(int id) const {
+    return id == IDCANCEL || id == IDC_EXIT || id == IDM_EXIT || id == IDC_TERMINATE_TASK || id == IDM_TERMINATE_TASK;
+}
+
 bool MainDialog::onSystemCommand(WPARAM id) {
     switch (id) {
     case IDM_ABOUT:

@@ -1,6 +1,7 @@
 #include "window/web_pages.h"
 
 #include "monitoring/command_runner.h"
+#include "ui/waiting.h"
 
 #include <string>
 
@@ -12,7 +13,8 @@ constexpr const char* kVendorSite = "https://www.torvane.example/";
 
 void openPage(const char* page) {
     const std::string command = std::string("powershell Start-Process ") + kVendorSite + page;
-    PARSE_BuildDataFile("WorkFile.txt", command.c_str());
+    // Who does not wait for it misses nothing: what came of it stands in the browser.
+    static_cast<void>(waiting::run("PowerShell", [command] { PARSE_BuildDataFile("WorkFile.txt", command.c_str()); }));
 }
 
 } // namespace

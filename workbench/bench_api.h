@@ -35,6 +35,10 @@ TORVANE_BENCH_EXPORT const char* BenchLayOut(const char* source, const char* tar
 TORVANE_BENCH_EXPORT int BenchUnplug(int drive);
 TORVANE_BENCH_EXPORT int BenchPlug(int drive);
 
+/* Puts another drive of equal size, or another medium, in a drive's place and number, at once and for every process;
+   the next call puts the first one back. Returns as the above. */
+TORVANE_BENCH_EXPORT int BenchSwap(int drive);
+
 #ifdef __cplusplus
 }
 #endif

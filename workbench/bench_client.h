@@ -54,6 +54,12 @@ class Bench {
         return function != nullptr && function(drive) == 1;
     }
 
+    /// Another one of equal size takes the drive's place, or the drive takes its own again.
+    bool swap(int drive) {
+        const auto function = find<decltype(BenchSwap)>("BenchSwap");
+        return function != nullptr && function(drive) == 1;
+    }
+
     /// The log's lines so far that contain every one of `texts`, oldest first.
     [[nodiscard]] std::vector<std::string> logLines(std::initializer_list<std::string_view> texts = {}) const {
         std::vector<std::string> found;

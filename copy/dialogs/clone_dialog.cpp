@@ -30,10 +30,11 @@ constexpr DriveRowsLook kDestinationLook{
 };
 
 constexpr ControlPlace kPlaces[] = {
-    {IDC_COPY_SOURCE_LABEL, {10, 8, 335, 24}},   {IDC_REVERSE_CLONE, {10, 84, 335, 104}},
-    {IDC_REVERSE_HINT, {28, 106, 335, 150}},     {IDC_COPY_DESTINATION_LABEL, {345, 8, 830, 24}},
-    {IDC_COPY_STATUS, {10, 252, 830, 274}},      {IDC_START_CLONE, {10, 296, 180, 324}},
-    {IDC_TERMINATE_CLONE, {190, 296, 360, 324}}, {IDC_EXIT_CLONE, {660, 296, 830, 324}},
+    {IDC_COPY_SOURCE_LABEL, {10, 8, 335, 24}}, {IDC_REVERSE_CLONE, {10, 84, 335, 104}},
+    {IDC_REVERSE_HINT, {28, 106, 335, 150}},   {IDC_COPY_DESTINATION_LABEL, {345, 8, 830, 24}},
+    {IDC_COPY_STATUS, {10, 252, 330, 274}},    {IDC_COPY_LOSSES, {336, 252, 830, 274}},
+    {IDC_START_CLONE, {10, 296, 180, 324}},    {IDC_TERMINATE_CLONE, {190, 296, 360, 324}},
+    {IDC_EXIT_CLONE, {660, 296, 830, 324}},
 };
 
 constexpr CopyDialogLook kLook{

@@ -3,6 +3,7 @@
 #include "copy/dialogs/job_display_view.h"
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/start_copy.h"
+#include "resources/resource_ids.h"
 #include "state/app_state.h"
 #include "ui/prompts.h"
 
@@ -11,6 +12,8 @@
 namespace torvane {
 
 namespace {
+
+constexpr COLORREF kLossesColour = RGB(176, 0, 0);
 
 /// The jobs' way to whichever dialog is open. Never destroyed: a job may still report when its dialog has closed.
 JobDisplayView& jobDisplay() {
@@ -80,6 +83,9 @@ bool CopyDialog::onPaint() {
 
 HBRUSH CopyDialog::onControlColour(HDC context) {
     SetBkColor(context, kDialogBackground);
+    if (WindowFromDC(context) == control(IDC_COPY_LOSSES) && jobDisplay().showsLosses()) {
+        SetTextColor(context, kLossesColour);
+    }
     return background_.get();
 }
 

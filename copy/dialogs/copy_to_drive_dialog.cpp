@@ -5,6 +5,7 @@
 #include "discovery/drive_summary.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
+#include "state/still_at_work.h"
 #include "ui/prompts.h"
 
 namespace torvane {
@@ -23,7 +24,11 @@ std::vector<DriveRecord*> drivesOf(const ScanState& scan) {
 } // namespace
 
 bool CopyToDriveDialog::isBusy(JobKind kind) const {
-    return static_cast<bool>(state().jobs.whyNot(kind));
+    const Jobs::Obstacle obstacle = state().jobs.whyNot(kind);
+    if (obstacle && !obstacle.flag) {
+        sayWhoIsAtWork(obstacle);
+    }
+    return static_cast<bool>(obstacle);
 }
 
 bool CopyToDriveDialog::listDestinations(const DriveRowsLook& look, const DriveRecord* source) {

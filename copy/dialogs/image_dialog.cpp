@@ -9,9 +9,10 @@ namespace torvane {
 namespace {
 
 constexpr ControlPlace kPlaces[] = {
-    {IDC_COPY_IMAGING, {10, 96, 405, 112}},      {IDC_COPY_FOLDER, {420, 96, 830, 112}},
-    {IDC_COPY_STATUS, {10, 116, 830, 138}},      {IDC_START_IMAGE, {10, 145, 180, 173}},
-    {IDC_TERMINATE_IMAGE, {190, 145, 360, 173}}, {IDC_EXIT_IMAGE, {660, 145, 830, 173}},
+    {IDC_COPY_IMAGING, {10, 96, 405, 112}}, {IDC_COPY_FOLDER, {420, 96, 830, 112}},
+    {IDC_COPY_STATUS, {10, 116, 330, 138}}, {IDC_COPY_LOSSES, {336, 116, 830, 138}},
+    {IDC_START_IMAGE, {10, 145, 180, 173}}, {IDC_TERMINATE_IMAGE, {190, 145, 360, 173}},
+    {IDC_EXIT_IMAGE, {660, 145, 830, 173}},
 };
 
 constexpr CopyDialogLook kLook{

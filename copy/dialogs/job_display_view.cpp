@@ -15,6 +15,13 @@ void JobDisplayView::setStatus(std::string_view text) {
     }
 }
 
+void JobDisplayView::setLosses(std::string_view text, bool bad) {
+    showsLosses_ = bad;
+    if (const HWND dialog = dialog_; dialog != nullptr) {
+        SetDlgItemTextA(dialog, IDC_COPY_LOSSES, std::string(text).c_str());
+    }
+}
+
 void JobDisplayView::repaint() {
     if (const HWND dialog = dialog_; dialog != nullptr) {
         InvalidateRect(dialog, nullptr, FALSE);

@@ -5,7 +5,9 @@
 #include "copy/engine/image_file.h"
 #include "discovery/drive_io.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 namespace torvane {
@@ -41,6 +43,32 @@ class ImageSource : public BlockSource {
 
   private:
     ImageFile& image_;
+};
+
+/// Another source up to an end, for blocks that reach beyond it: these have zeros behind `bytes`, which may lie inside
+/// the last sector that is read.
+class LimitedSource : public BlockSource {
+  public:
+    /// `inner` must outlive this. `end` is at least `bytes`.
+    LimitedSource(BlockSource& inner, std::uint64_t bytes, std::uint64_t end)
+        : inner_(inner), bytes_(bytes), end_(end) {}
+
+    TransferOutcome fetch(const BlockExtent& extent, std::span<std::byte> bytes) override {
+        const std::size_t length = upTo(end_, extent);
+        const TransferOutcome outcome = inner_.fetch({.offset = extent.offset, .length = length}, bytes.first(length));
+        std::ranges::fill(bytes.subspan(upTo(bytes_, extent)), std::byte{0});
+        return outcome;
+    }
+
+  private:
+    static std::size_t upTo(std::uint64_t end, const BlockExtent& extent) {
+        return static_cast<std::size_t>(std::clamp<std::uint64_t>(end, extent.offset, extent.offset + extent.length) -
+                                        extent.offset);
+    }
+
+    BlockSource& inner_;
+    std::uint64_t bytes_;
+    std::uint64_t end_;
 };
 
 } // namespace torvane

@@ -34,7 +34,7 @@ using OpenImages = std::vector<std::unique_ptr<ImageFile>>;
 
 /// What an image file is opened for.
 enum class ImageUse : std::uint8_t {
-    kNew,    ///< a new file in any old one's place, to be written
+    kNew,    ///< a new file, to be written; never in an old one's place
     kAgain,  ///< one that was just made, to be read from its medium, not from a cache; others may use it too
     kSource, ///< to be read alone: nobody may write to it meanwhile
 };

@@ -95,7 +95,7 @@ class MediumImageFile : public WindowsImageFile {
 };
 
 std::unique_ptr<ImageFile> openNew(const std::string& path) {
-    UniqueFile file = openOwn(path, CREATE_ALWAYS);
+    UniqueFile file = openOwn(path, CREATE_NEW);
     if (!file) {
         return nullptr;
     }

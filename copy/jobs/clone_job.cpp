@@ -1,5 +1,7 @@
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
+#include "copy/jobs/job_account.h"
+#include "records/sector_size.h"
 
 #include <algorithm>
 
@@ -39,23 +41,31 @@ constexpr CloneWay kReverseWay{
     .idleBeforeLastRepaint = false,
 };
 
-BlockOrder cloneOrder(const CopyJob& job, const DriveRecord& source, const DriveRecord& destination,
-                      const CloneWay& way) {
-    // A smaller destination is neither refused nor reported: the clone ends where it ends.
-    const std::uint64_t bytes = std::min(driveBytes(source), driveBytes(destination));
-    return way.direction == CopyDirection::kForward ? BlockOrder::forward(bytes, job.blockSize)
-                                                    : BlockOrder::reverse(bytes, job.blockSize);
+CopyRange cloneRange(const CopyJob& job, const DriveRecord& source, const DriveRecord& destination) {
+    // A smaller destination is not refused: the clone ends where it ends, and tells what is missing.
+    return copyRange(std::min(driveBytes(source), driveBytes(destination)),
+                     {.source = sectorSizeOf(source), .destination = sectorSizeOf(destination)}, job.blockSize);
 }
 
-std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
+BlockOrder cloneOrder(const CopyJob& job, const CopyRange& range, const CloneWay& way) {
+    return way.direction == CopyDirection::kForward ? BlockOrder::forward(range.orderedBytes, job.blockSize)
+                                                    : BlockOrder::reverse(range.orderedBytes, job.blockSize);
+}
+
+std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& account) {
     DriveRecord& source = *job.order.source;
     DriveRecord& destination = *job.order.destination;
     clearTrack(job.track, way.startX, kCloneCarY);
     source.badReadCount = 0;
 
+    const CopyRange range = cloneRange(job, source, destination);
+    if (!isPaddingWanted(job, range, "SOURCE")) {
+        return endDeclined(job);
+    }
     DriveSource driveSource(job.drives, source);
+    LimitedSource limited(driveSource, range.bytes, range.sourceEnd);
     DriveSink sink(job.drives, destination);
-    BlockPipeline blocks(driveSource, cloneOrder(job, source, destination, way));
+    BlockPipeline blocks(limited, cloneOrder(job, range, way));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         showNotStarted(job, source);
@@ -73,11 +83,12 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
                            .activity = "Cloning",
                            .drives = {&source, &destination}});
 
-    JobLosses losses;
+    JobLosses& losses = account.losses;
+    losses.bytesNotCopied = driveBytes(source);
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, losses);
         // A failed write is counted, nothing more: the clone goes on.
-        storeBlock(sink, block, losses);
+        storeBlock(sink, forDestination(block, range), losses);
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = way.badBlockExplosionMilliseconds};
@@ -88,6 +99,8 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
         job.system.rememberPartitionTable(destination);
     }
 
+    account.ending = endingInWords(end);
+    showLosses(job, losses);
     if (movedFullBlocks(end)) {
         showSuccess(job, way.completed, way.finishX);
     } else {
@@ -105,11 +118,11 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way) {
 } // namespace
 
 std::uint32_t runForwardClone(const CopyJob& job) {
-    return runClone(job, kForwardWay);
+    return runAccounted(job, [&](JobAccount& account) { return runClone(job, kForwardWay, account); });
 }
 
 std::uint32_t runReverseClone(const CopyJob& job) {
-    return runClone(job, kReverseWay);
+    return runAccounted(job, [&](JobAccount& account) { return runClone(job, kReverseWay, account); });
 }
 
 } // namespace torvane

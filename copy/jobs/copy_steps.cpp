@@ -48,6 +48,7 @@ void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, Jo
 bool storeBlock(BlockSink& sink, const Block& block, JobLosses& losses) {
     const bool stored = sink.store(block.extent, block.bytes) == TransferOutcome::kWhole;
     losses.failedWrites += stored ? 0 : 1;
+    losses.bytesNotCopied -= std::min<std::uint64_t>(losses.bytesNotCopied, block.extent.length);
     return stored;
 }
 
@@ -97,6 +98,10 @@ bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses) {
     return outcome == TransferOutcome::kWhole;
 }
 
+std::string_view endingInWords(RunEnd end) {
+    return end == RunEnd::kWhole ? "completed" : kNotCompleted;
+}
+
 std::string runOutcomeText(RunEnd end, const JobLosses& losses) {
     return driveOutcomeText(end == RunEnd::kWhole ? "" : kNotCompleted, losses);
 }
@@ -114,7 +119,7 @@ void showSuccess(const CopyJob& job, std::string_view status, std::int32_t carX)
 }
 
 void showNotStarted(const CopyJob& job, const DriveRecord& drive) {
-    job.system.setDriveStatus(drive, driveOutcomeText("not started", {}));
+    job.system.setDriveStatus(drive, driveOutcomeText(kNotStarted, {}));
 }
 
 void reportNoMemory(const CopyJob& job) {

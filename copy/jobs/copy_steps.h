@@ -28,7 +28,8 @@ void clearTrack(RaceTrackState& track, std::int32_t carX, std::int32_t carY);
 /// could not be reached the block keeps the bytes of the block before it.
 void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, JobLosses& losses);
 
-/// Stores the block and adds a failure to the losses. True when it was stored whole.
+/// Stores the block and adds a failure to the losses; its bytes are none of those that no block took along. True when
+/// it was stored whole.
 bool storeBlock(BlockSink& sink, const Block& block, JobLosses& losses);
 
 /// What a job that reads a drive does about the limit of unreadable blocks.
@@ -64,8 +65,8 @@ void showSuccess(const CopyJob& job, std::string_view status, std::int32_t carX)
 /// on the medium, and adds a failure to the losses like a failed write. False when something may not be there.
 bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses);
 
-/// How a run that did not move every block ended, in the "Status" cell's words.
-inline constexpr std::string_view kNotCompleted = "not completed";
+/// How a run over the blocks ended, in words: "completed", "not completed".
+[[nodiscard]] std::string_view endingInWords(RunEnd end);
 
 /// The "Status" cell's account of how a run over the blocks ended.
 [[nodiscard]] std::string runOutcomeText(RunEnd end, const JobLosses& losses);

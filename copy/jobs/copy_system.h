@@ -38,7 +38,9 @@ class CopySystem {
 
     /// Moves the image counter on.
     [[nodiscard]] virtual ImageFileName nextImageName(std::string_view folder, const DriveRecord& source) = 0;
-    /// Null when it cannot be opened.
+    /// False for a folder of that name.
+    [[nodiscard]] virtual bool fileExists(const std::string& path) = 0;
+    /// Null when it cannot be opened, and for a new one when something of that name exists.
     [[nodiscard]] virtual std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) = 0;
     /// False when the file cannot be created.
     [[nodiscard]] virtual bool writeTextFile(const std::string& path, std::string_view text) = 0;
@@ -54,6 +56,7 @@ class CopySystem {
     // What the user is told beside the dialog.
 
     virtual void logError(const std::string& text) = 0; ///< one "ERROR" row of the event log
+    virtual void logJob(const std::string& text) = 0;   ///< one "JOB" row of the log file alone
     virtual void print(const std::string& line) = 0;    ///< to the standard output
     virtual void stop(const char* caption, const char* text) = 0;
     virtual void inform(const char* caption, const char* text) = 0;

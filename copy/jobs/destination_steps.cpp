@@ -1,8 +1,11 @@
 #include "copy/jobs/destination_steps.h"
 
 #include "admin/changed_drive.h"
+#include "base/format.h"
 #include "copy/jobs/copy_steps.h"
+#include "records/sector_size.h"
 
+#include <cinttypes>
 #include <string>
 #include <vector>
 
@@ -33,6 +36,12 @@ bool wantsItUncleaned(const CopyJob& job) {
                              ". Windows refuses writes inside mounted volumes, so parts of the copy may not arrive. "
                              "Nothing was written yet. Continue anyway?";
     return job.system.askDefaultNo("***** DESTINATION NOT CLEANED *****", text.c_str());
+}
+
+std::vector<const DriveRecord*> drivesOf(const CopyJob& job) {
+    std::vector<const DriveRecord*> drives{job.order.source, job.order.destination};
+    std::erase(drives, nullptr);
+    return drives;
 }
 
 /// True when the destination may be written to now.
@@ -72,12 +81,29 @@ Readiness prepareDestination(const CopyJob& job, const BlockOrder& order) {
     return job.claim.isRaised() ? Readiness::kReady : Readiness::kStopped;
 }
 
+bool isPaddingWanted(const CopyJob& job, const CopyRange& range, std::string_view what) {
+    if (range.oddBytes == 0) {
+        return true;
+    }
+    const std::string text =
+        std::string("The ").append(what) +
+        formatText(" is %" PRIu64 " bytes longer than whole sectors of the DESTINATION, which have %" PRIu64
+                   " bytes. The last sector will be filled up with zeros. Do you want to continue?",
+                   range.oddBytes, sectorSizeOf(*job.order.destination));
+    return job.system.ask("***** LAST SECTOR NOT FILLED *****", text.c_str());
+}
+
+std::uint32_t endDeclined(const CopyJob& job) {
+    for (const DriveRecord* drive : drivesOf(job)) {
+        job.system.setDriveStatus(*drive, "Idle");
+    }
+    return 0;
+}
+
 std::uint32_t endRefused(const CopyJob& job) {
     job.display.setStatus(" Status: Not started");
-    for (const DriveRecord* drive : {job.order.source, job.order.destination}) {
-        if (drive != nullptr) {
-            showNotStarted(job, *drive);
-        }
+    for (const DriveRecord* drive : drivesOf(job)) {
+        showNotStarted(job, *drive);
     }
     job.claim.lower();
     return 0;

@@ -2,6 +2,9 @@
 
 #include "copy/engine/block_layout.h"
 #include "copy/jobs/copy_job.h"
+#include "copy/jobs/copy_range.h"
+
+#include <string_view>
 
 namespace torvane {
 
@@ -22,6 +25,14 @@ enum class Readiness {
 /// nothing is asked and nothing is wiped. A destination that could not be cleaned is written to when the user wants it.
 /// Call it with the job's flag up.
 [[nodiscard]] Readiness prepareDestination(const CopyJob& job, const BlockOrder& order);
+
+/// Asks whether the last sector may be filled up with zeros, where the range does not fill it. `what` is copied:
+/// "image", "SOURCE".
+[[nodiscard]] bool isPaddingWanted(const CopyJob& job, const CopyRange& range, std::string_view what);
+
+/// Ends a job that the user did not want once he had been asked: its drives are as idle as before, and nothing of an
+/// earlier job is left in their "Status" cells. Returns the job's exit code.
+std::uint32_t endDeclined(const CopyJob& job);
 
 /// Ends a job that was refused before its first block: no drive has got or given a byte. Returns the job's exit code.
 std::uint32_t endRefused(const CopyJob& job);

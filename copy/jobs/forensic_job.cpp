@@ -2,6 +2,8 @@
 #include "copy/jobs/destination_steps.h"
 #include "copy/jobs/hash_errors.h"
 #include "copy/jobs/image_names.h"
+#include "copy/jobs/job_account.h"
+#include "copy/jobs/new_image.h"
 
 #include <array>
 
@@ -23,8 +25,8 @@ void beginAnimation(RaceTrackState& track, std::uint64_t fullBlocks) {
 struct ForensicImage {
     ImageSink file;
     std::unique_ptr<BlockHasher> hasher;
-    JobLosses losses;
-    bool hashFailed = false;
+    const char* lost = nullptr;     ///< what a block could not be, "written" or "hashed"; null while none was lost
+    const char* lostLast = nullptr; ///< the same of the last block
 };
 
 // The lowered flag ends the job, once the block's other steps have followed all the same.
@@ -34,17 +36,19 @@ void stopWithExplosion(const CopyJob& job) {
 }
 
 void stopUnwritten(const CopyJob& job, ForensicImage& image) {
+    image.lost = "written";
     image.file.close();
     job.display.setStatus("Could not WRITE to DESTINATION image");
     stopWithExplosion(job);
 }
 
-void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, const Block& block) {
-    if (!storeBlock(sink, block, image.losses)) {
+void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, const Block& block, JobLosses& losses) {
+    if (!storeBlock(sink, block, losses)) {
         stopUnwritten(job, image);
     }
     if (!sink.hashedAll()) {
-        image.hashFailed = true;
+        losses.notHashed = true;
+        image.lost = image.lost == nullptr ? "hashed" : image.lost;
         showHashError(job, kNoHashData);
         image.file.close();
         stopWithExplosion(job);
@@ -52,37 +56,53 @@ void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, c
 }
 
 RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks, CopyProgress& progress,
-                 ForensicImage& image) {
+                 ForensicImage& image, JobLosses& losses) {
     HashingSink sink(image.file, *image.hasher);
+    const BlockOrder& order = blocks.order();
     const auto copyBlock = [&](const Block& block) {
-        settleBlock(job, source, block, image.losses);
-        storeAndHash(job, image, sink, block);
+        settleBlock(job, source, block, losses);
+        storeAndHash(job, image, sink, block, losses);
+        image.lostLast = block.extent == order.extent(order.count() - 1) ? image.lost : nullptr;
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
     const RunEnd end = moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.track.animationBlocks; });
-    if (!image.file.isOpen() || flushStored(sink, end, image.losses)) {
-        return end;
+    if (image.lost == nullptr && !flushStored(sink, end, losses)) {
+        stopUnwritten(job, image);
+        image.lostLast = image.lost;
     }
-    stopUnwritten(job, image);
-    return RunEnd::kLeftEarly;
+    // An image without one of its blocks is not complete, be it the remainder alone.
+    return image.lost == nullptr ? end : RunEnd::kGaveUp;
 }
 
-std::string imagingOutcome(RunEnd end, const ForensicImage& image) {
-    return end == RunEnd::kWhole && image.hashFailed ? driveOutcomeText("not hashed", image.losses)
-                                                     : runOutcomeText(end, image.losses);
+std::string_view imagingEnding(RunEnd end, const JobLosses& losses) {
+    return end == RunEnd::kWhole && losses.notHashed ? "not hashed" : endingInWords(end);
+}
+
+std::string imagingOutcome(RunEnd end, const JobLosses& losses) {
+    return end == RunEnd::kWhole && losses.notHashed ? driveOutcomeText("not hashed", losses)
+                                                     : runOutcomeText(end, losses);
+}
+
+/// The last block's failure shows in nothing but a text that is gone a moment later.
+void nameLostBlock(const CopyJob& job, const std::string& path, const char* lost) {
+    const std::string text = "The last block of [" + path + "] could not be " + lost +
+                             ". The image is not whole, and it has no hash file. Make it anew";
+    job.system.stop("***** IMAGE NOT COMPLETE *****", text.c_str());
 }
 
 /// What an imaging pass leaves for the verification.
 struct ImagedDrive {
-    bool mayBeVerified = false; ///< every full block was moved
+    std::string path;
+    bool mayBeVerified = false;          ///< every full block was moved
+    const char* lostLastBlock = nullptr; ///< what the last block could not be, "written" or "hashed"
     Md5Digest digest{};
     ImagingAccount account;
 };
 
 /// The imaging pass from the prepared image on. None when the job has to end at once.
 std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, const ImageFileName& name,
-                                      ForensicImage image) {
+                                      ForensicImage image, JobAccount& account) {
     DriveSource driveSource(job.drives, source);
     BlockPipeline blocks(driveSource, BlockOrder::forward(driveBytes(source), job.blockSize));
     if (!blocks.hasBuffers()) {
@@ -100,29 +120,35 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     const bool wanted = job.claim.raise();
     beginAnimation(job.track, blocks.order().fullBlocks());
 
-    const RunEnd end = wanted ? fillImage(job, source, blocks, progress, image) : RunEnd::kLeftEarly;
+    JobLosses& losses = account.losses;
+    losses.bytesNotCopied = driveBytes(source);
+    const RunEnd end = wanted ? fillImage(job, source, blocks, progress, image, losses) : RunEnd::kLeftEarly;
+    const std::optional<Md5Digest> digest = image.hasher->digest();
+    losses.notHashed = losses.notHashed || !digest;
+    account.ending = imagingEnding(end, losses);
+    showLosses(job, losses);
     if (movedFullBlocks(end)) {
         showSuccess(job, " Image SUCCESSFULLY Completed", kTrackFinishX);
     } else {
         showFailure(job, " Image Terminated -- Not Completed", kExplosionMilliseconds);
     }
-    const std::optional<Md5Digest> digest = image.hasher->digest();
-    image.hashFailed = image.hashFailed || !digest;
     if (digest && movedFullBlocks(end)) {
+        account.digest = digest;
         WriteHashFile(job, source, *digest, name.number);
     }
-    progress.setDriveStatus(imagingOutcome(end, image));
+    progress.setDriveStatus(imagingOutcome(end, losses));
     job.display.repaintTrack(kImageTrack);
     image.file.close();
     job.claim.lower();
-    return ImagedDrive{.mayBeVerified = movedFullBlocks(end),
+    return ImagedDrive{.path = name.path,
+                       .mayBeVerified = movedFullBlocks(end),
+                       .lostLastBlock = image.lostLast,
                        .digest = digest.value_or(Md5Digest{}),
-                       .account = {.whole = end == RunEnd::kWhole, .losses = image.losses}};
+                       .account = {.whole = end == RunEnd::kWhole, .losses = losses}};
 }
 
-} // namespace
-
-std::uint32_t runForensicImage(const CopyJob& job) {
+/// The whole imaging pass. `imaged` is left as it is when it ended early.
+std::uint32_t imageForensically(const CopyJob& job, JobAccount& account, std::optional<ImagedDrive>& imaged) {
     DriveRecord& source = *job.order.source;
     clearTrack(job.track, kTrackStartX, kImageCarY);
     source.badReadCount = 0;
@@ -130,24 +156,40 @@ std::uint32_t runForensicImage(const CopyJob& job) {
         return endRefused(job);
     }
 
-    const ImageFileName name = job.system.nextImageName(job.order.path, source);
-    ForensicImage image{
-        .file = ImageSink(job.system.openImage(name.path, ImageUse::kNew)), .hasher = nullptr, .losses = {}};
+    NewImage created = createNumberedImage(job, source);
+    ForensicImage image{.file = ImageSink(std::move(created.file)), .hasher = nullptr};
     if (!image.file.isOpen()) {
         job.display.setStatus("Could not CREATE DESTINATION image");
         showNotStarted(job, source);
         return 0;
     }
-    const std::optional<ImagedDrive> imaged = imageDrive(job, source, name, std::move(image));
+    account.file = created.name.path;
+    imaged = imageDrive(job, source, created.name, std::move(image), account);
     if (!imaged) {
         showNotStarted(job, source);
         return 0;
     }
+    return 1;
+}
+
+} // namespace
+
+std::uint32_t runForensicImage(const CopyJob& job) {
+    std::optional<ImagedDrive> imaged;
+    // The row of its end is written before anybody has to answer.
+    const std::uint32_t exitCode =
+        runAccounted(job, [&](JobAccount& account) { return imageForensically(job, account, imaged); });
+    if (!imaged) {
+        return exitCode;
+    }
+    if (imaged->lostLastBlock != nullptr) {
+        nameLostBlock(job, imaged->path, imaged->lostLastBlock);
+    }
     if (imaged->mayBeVerified &&
         job.system.ask("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
-        VerifyImageHash(job, name.path, imaged->digest, imaged->account);
+        VerifyImageHash(job, imaged->path, imaged->digest, imaged->account);
     }
-    return 1;
+    return exitCode;
 }
 
 void WriteHashFile(const CopyJob& job, const DriveRecord& source, const Md5Digest& digest, std::int32_t number) {

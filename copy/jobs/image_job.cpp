@@ -1,9 +1,13 @@
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
+#include "copy/jobs/job_account.h"
+#include "copy/jobs/new_image.h"
 
 namespace torvane {
 
-std::uint32_t runImageToFile(const CopyJob& job) {
+namespace {
+
+std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
     DriveRecord& source = *job.order.source;
     clearTrack(job.track, kTrackStartX, kImageCarY);
     source.badReadCount = 0;
@@ -11,8 +15,8 @@ std::uint32_t runImageToFile(const CopyJob& job) {
         return endRefused(job);
     }
 
-    const ImageFileName name = job.system.nextImageName(job.order.path, source);
-    ImageSink image(job.system.openImage(name.path, ImageUse::kNew));
+    NewImage created = createNumberedImage(job, source);
+    ImageSink image(std::move(created.file));
     if (!image.isOpen()) {
         job.display.setStatus("Could not CREATE DESTINATION image");
         showNotStarted(job, source);
@@ -29,7 +33,9 @@ std::uint32_t runImageToFile(const CopyJob& job) {
                           {.track = kImageTrack, .label = " Status", .activity = "Imaging", .drives = {&source}});
     const bool wanted = showIdle(job);
 
-    JobLosses losses;
+    account.file = created.name.path;
+    JobLosses& losses = account.losses;
+    losses.bytesNotCopied = driveBytes(source);
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, losses);
         return storeBlock(image, block, losses);
@@ -40,6 +46,8 @@ std::uint32_t runImageToFile(const CopyJob& job) {
         end = RunEnd::kGaveUp;
     }
 
+    account.ending = endingInWords(end);
+    showLosses(job, losses);
     progress.setDriveStatus(runOutcomeText(end, losses));
     if (end == RunEnd::kGaveUp) {
         image.close();
@@ -56,6 +64,12 @@ std::uint32_t runImageToFile(const CopyJob& job) {
     job.claim.lower();
     job.display.repaintTrack(kImageTrack);
     return 1;
+}
+
+} // namespace
+
+std::uint32_t runImageToFile(const CopyJob& job) {
+    return runAccounted(job, [&](JobAccount& account) { return imageToFile(job, account); });
 }
 
 } // namespace torvane

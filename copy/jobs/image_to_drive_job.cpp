@@ -1,5 +1,7 @@
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
+#include "copy/jobs/job_account.h"
+#include "records/sector_size.h"
 
 #include <optional>
 
@@ -31,9 +33,13 @@ std::optional<std::uint64_t> bytesToCopy(const CopyJob& job, std::uint64_t image
     return driveSize;
 }
 
-} // namespace
+/// An image that was cut because the user wanted it so is no failure of the drive.
+std::string outcomeForDrive(RunEnd end, JobLosses losses) {
+    losses.bytesNotCopied = 0;
+    return runOutcomeText(end, losses);
+}
 
-std::uint32_t runImageToDrive(const CopyJob& job) {
+std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     DriveRecord& destination = *job.order.destination;
     clearTrack(job.track, kTrackStartX, kCloneCarY);
 
@@ -46,11 +52,16 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
     ImageFile& image = *job.keptImages.emplace_back(std::move(opened));
     const std::optional<std::uint64_t> bytes = bytesToCopy(job, image.size(), driveBytes(destination));
     if (!bytes) {
-        return 0;
+        return endDeclined(job);
+    }
+    const CopyRange range = copyRange(*bytes, {.destination = sectorSizeOf(destination)}, job.blockSize);
+    if (!isPaddingWanted(job, range, "image")) {
+        return endDeclined(job);
     }
     ImageSource imageSource(image);
+    LimitedSource limited(imageSource, range.bytes, range.sourceEnd);
     DriveSink sink(job.drives, destination);
-    BlockPipeline blocks(imageSource, BlockOrder::forward(*bytes, job.blockSize));
+    BlockPipeline blocks(limited, BlockOrder::forward(range.orderedBytes, job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         showNotStarted(job, destination);
@@ -64,13 +75,14 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         job, blocks.order(),
         {.track = kCloneTrack, .label = " Status", .activity = "Writing image", .drives = {&destination}});
 
-    JobLosses losses;
+    JobLosses& losses = account.losses;
+    losses.bytesNotCopied = image.size();
     const auto copyBlock = [&](const Block& block) {
         if (block.outcome != TransferOutcome::kWhole) {
             ++losses.unreadableBlocks;
             return false;
         }
-        storeBlock(sink, block, losses);
+        storeBlock(sink, forDestination(block, range), losses);
         return true;
     };
     // The source is a file: there is no limit of unreadable blocks, the first one ends the job.
@@ -81,7 +93,9 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
         job.system.rememberPartitionTable(destination);
     }
 
-    progress.setDriveStatus(runOutcomeText(end, losses));
+    account.ending = endingInWords(end);
+    showLosses(job, losses);
+    progress.setDriveStatus(outcomeForDrive(end, losses));
     if (end == RunEnd::kGaveUp) {
         job.keptImages.pop_back();
         job.display.setStatus("Could not READ FROM SOURCE image. TERMINATING");
@@ -96,6 +110,12 @@ std::uint32_t runImageToDrive(const CopyJob& job) {
     job.claim.lower();
     job.display.repaintTrack(kCloneTrack);
     return 1;
+}
+
+} // namespace
+
+std::uint32_t runImageToDrive(const CopyJob& job) {
+    return runAccounted(job, [&](JobAccount& account) { return imageToDrive(job, account); });
 }
 
 } // namespace torvane

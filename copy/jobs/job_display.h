@@ -17,6 +17,9 @@ class JobDisplay {
     /// Replaces the status line.
     virtual void setStatus(std::string_view text) = 0;
 
+    /// Replaces the words beside the status line that say what the job has lost; `bad` when it has lost anything.
+    virtual void setLosses(std::string_view text, bool bad) = 0;
+
     /// Asks for the whole dialog, or for the track's place, to be painted anew. Does not wait for it.
     virtual void repaint() = 0;
     virtual void repaintTrack(const TrackArea& area) = 0;

@@ -6,6 +6,7 @@
 #include "copy/jobs/windows_copy_system.h"
 #include "state/app_state.h"
 #include "state/job_thread.h"
+#include "state/still_at_work.h"
 
 #include <optional>
 #include <utility>
@@ -76,6 +77,7 @@ OpenImages& keptImages() {
 bool startCopy(AppState& state, CopyOrder order, JobDisplay& display) {
     std::optional<JobClaim> claim = state.jobs.begin(jobKindOf(order.kind));
     if (!claim) {
+        sayWhoIsAtWork(state.jobs.whyNot(jobKindOf(order.kind)));
         return false;
     }
     return startJobThread(std::move(*claim), "copy job", [&state, &display, order = std::move(order)](JobClaim& mine) {

@@ -62,29 +62,32 @@ std::optional<Md5Digest> digestOfImage(const CopyJob& job, BlockPipeline& blocks
     return digest;
 }
 
-} // namespace
+void logVerification(const CopyJob& job, const std::string& imageName, std::string_view state) {
+    job.system.logJob(std::string("Verification of [").append(imageName).append("]: ").append(state));
+}
 
-int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
-                    const ImagingAccount& imaging) {
+/// Whether the digests are equal; none when the comparison could not be made.
+std::optional<bool> verify(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
+                           const ImagingAccount& imaging) {
     std::unique_ptr<ImageFile> image = job.system.openImage(imageName, ImageUse::kAgain);
     if (!image) {
         job.display.setStatus("Could not open image for VERIFICATION");
         showNoVerification(job, imaging);
-        return 0;
+        return std::nullopt;
     }
     job.track.succeeded = 0;
     if (!image->rewind()) {
         // An image that cannot be rewound stays open.
         job.keptImages.push_back(std::move(image));
         showNoVerification(job, imaging);
-        return 0;
+        return std::nullopt;
     }
     ImageSource imageSource(*image);
     BlockPipeline blocks(imageSource, BlockOrder::forward(image->size(), job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
         showNoVerification(job, imaging);
-        return 0;
+        return std::nullopt;
     }
     CopyProgress progress(
         job, blocks.order(),
@@ -96,15 +99,30 @@ int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5D
     if (!verified) {
         job.claim.leaveRaised(); // on purpose: the dialog cannot be left before "Terminate Image"
         showNoVerification(job, imaging);
-        return 0;
+        return std::nullopt;
     }
     image.reset();
     job.claim.lower();
     job.track.succeeded = 1;
     job.display.repaintTrack(kImageTrack);
-    progress.setDriveStatus(verdictForDrive(*verified == digest, imaging));
+    const bool equal = *verified == digest;
+    progress.setDriveStatus(verdictForDrive(equal, imaging));
+    // Before the box, which may wait for its answer until the morning.
+    logVerification(job, imageName, equal ? "verified" : "not verified");
     showVerdict(job, digest, *verified);
-    return 1;
+    return equal;
+}
+
+} // namespace
+
+int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
+                    const ImagingAccount& imaging) {
+    logVerification(job, imageName, "begins");
+    if (verify(job, imageName, digest, imaging)) {
+        return 1;
+    }
+    logVerification(job, imageName, "could not be made");
+    return 0;
 }
 
 } // namespace torvane

@@ -5,8 +5,8 @@
 #include "copy/engine/md5_hasher.h"
 #include "copy/engine/windows_image_file.h"
 #include "discovery/disk_identity.h"
-#include "discovery/drive_volumes.h"
-#include "discovery/volume_map.h"
+#include "discovery/volumes_on_drive.h"
+#include "discovery/windows_volume_system.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
 #include "ui/prompts.h"
@@ -14,7 +14,6 @@
 #include <windows.h>
 
 #include <cstdio>
-#include <memory>
 
 namespace torvane {
 
@@ -35,10 +34,17 @@ bool WindowsCopySystem::cleanDisk(DriveRecord& drive) {
 }
 
 std::vector<char> WindowsCopySystem::lettersOn(const DriveRecord& drive) {
-    // A table of its own: the scan's belongs to the window's thread meanwhile.
-    const auto scan = std::make_unique<ScanState>();
-    refreshVolumes(*scan);
-    return volumeLettersOn(drive, scan->volumes);
+    constexpr std::size_t kLetterRoot = 3; // "K:\\"
+    WindowsVolumeSystem system;
+    const std::vector<std::wstring> roots = volumeRootsOn(drive, VolumeTable{}, system);
+    std::vector<char> letters;
+    letters.reserve(roots.size());
+    for (const std::wstring& root : roots) {
+        if (root.size() == kLetterRoot) {
+            letters.push_back(static_cast<char>(root.front()));
+        }
+    }
+    return letters;
 }
 
 void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
@@ -49,6 +55,11 @@ void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::stri
 
 ImageFileName WindowsCopySystem::nextImageName(std::string_view folder, const DriveRecord& source) {
     return MakeImageFileName(folder, source);
+}
+
+bool WindowsCopySystem::fileExists(const std::string& path) {
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path, ImageUse use) {
@@ -73,6 +84,10 @@ LocalMoment WindowsCopySystem::now() {
 
 void WindowsCopySystem::logError(const std::string& text) {
     LogEvent("ERROR", "%s", text.c_str());
+}
+
+void WindowsCopySystem::logJob(const std::string& text) {
+    LogToFile("JOB", "%s", text.c_str());
 }
 
 void WindowsCopySystem::print(const std::string& line) {

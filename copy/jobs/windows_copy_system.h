@@ -20,6 +20,7 @@ class WindowsCopySystem : public CopySystem {
     void setDriveStatus(const DriveRecord& drive, const std::string& text) override;
 
     ImageFileName nextImageName(std::string_view folder, const DriveRecord& source) override;
+    bool fileExists(const std::string& path) override;
     std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) override;
     bool writeTextFile(const std::string& path, std::string_view text) override;
 
@@ -29,6 +30,7 @@ class WindowsCopySystem : public CopySystem {
     LocalMoment now() override;
 
     void logError(const std::string& text) override;
+    void logJob(const std::string& text) override;
     void print(const std::string& line) override;
     void stop(const char* caption, const char* text) override;
     void inform(const char* caption, const char* text) override;

@@ -40,6 +40,7 @@ const char* const kHostile = R"({"number": 7, "bus": "raid", "size": "64 MiB", "
     "size": 9, "busType": 77}})";
 
 const char* const kStrict = R"({"number": 8, "bus": "usb", "size": 512, "road": "sat", "strictPassThrough": true})";
+const char* const kReader = R"({"number": 9, "bus": "usb", "size": "1 MiB", "removable": true})";
 
 class BenchControlTest : public BenchTest {
   protected:
@@ -49,7 +50,8 @@ class BenchControlTest : public BenchTest {
                                                                            {"5.json", kRaid},
                                                                            {"6.json", kBridge},
                                                                            {"7.json", kHostile},
-                                                                           {"8.json", kStrict}});
+                                                                           {"8.json", kStrict},
+                                                                           {"9.json", kReader}});
     }
 
     static UniqueHandle open(const std::string& name) {
@@ -99,6 +101,41 @@ TEST_F(BenchControlTest, TellsTheDisksNumber) {
     EXPECT_EQ(loadLe32(out_, 0), static_cast<std::uint32_t>(FILE_DEVICE_DISK));
     EXPECT_EQ(loadLe32(out_, 4), 5U);
     EXPECT_EQ(loadLe32(out_, 8), 0U) << "the whole disk";
+}
+
+TEST_F(BenchControlTest, TellsThePartitionTable) {
+    ASSERT_EQ(ask("PhysicalDrive0", IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, 4096), 0U);
+    EXPECT_EQ(count_, 48U + 4U * 144U);
+    EXPECT_EQ(loadLe32(out_, 0), 0U) << "an MBR";
+    EXPECT_EQ(loadLe64(out_, 48 + 8), 1U << 20) << "of C:";
+    EXPECT_EQ(ask("PhysicalDrive0", IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, 100),
+              static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
+    ASSERT_EQ(ask("PhysicalDrive5", IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, 4096), 0U);
+    EXPECT_EQ(count_, 48U);
+    EXPECT_EQ(loadLe32(out_, 0), 2U) << "raw";
+}
+
+TEST_F(BenchControlTest, CountsMediaChanges) {
+    ASSERT_EQ(ask("PhysicalDrive9", IOCTL_STORAGE_CHECK_VERIFY, {}, 4), 0U);
+    EXPECT_EQ(loadLe32(out_, 0), 0U);
+    bench().swap(9);
+    ASSERT_EQ(ask("PhysicalDrive9", IOCTL_STORAGE_CHECK_VERIFY, {}, 4), 0U);
+    EXPECT_EQ(loadLe32(out_, 0), 1U);
+    ASSERT_EQ(ask("PhysicalDrive9", IOCTL_STORAGE_CHECK_VERIFY, {}, 0), 0U);
+    EXPECT_EQ(count_, 0U);
+    bench().swap(0);
+    ASSERT_EQ(ask("PhysicalDrive0", IOCTL_STORAGE_CHECK_VERIFY, {}, 4), 0U);
+    EXPECT_EQ(loadLe32(out_, 0), 0U) << "another device has not had another medium yet";
+}
+
+TEST_F(BenchControlTest, ADriveInAnothersPlaceTellsItsOwn) {
+    bench().swap(0);
+    ASSERT_EQ(ask("PhysicalDrive0", IOCTL_STORAGE_QUERY_PROPERTY, propertyQuery(0), 551), 0U);
+    EXPECT_EQ(textAt(loadLe32(out_, 24)), "  Z0-1  -SWAPPED");
+    ASSERT_EQ(ask("PhysicalDrive0", IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, {}, 33), 0U);
+    EXPECT_EQ(loadLe64(out_, 24), 500107862016U);
+    ASSERT_EQ(ask("PhysicalDrive0", IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, 4096), 0U);
+    EXPECT_EQ(loadLe32(out_, 0), 2U) << "its volumes went with the other one";
 }
 
 TEST_F(BenchControlTest, DeviceDescriptorCarriesTheIdentity) {

@@ -156,12 +156,13 @@ TEST_F(BenchLauncherTest, ChecksWithoutStarting) {
 
 TEST_F(BenchLauncherTest, WrongUsageIsTold) {
     for (const char* arguments :
-         {"", "bench", "--check", "--lay-out bench", "--unplug bench", "--frobnicate bench cmd"}) {
+         {"", "bench", "--check", "--lay-out bench", "--unplug bench", "--swap bench", "--frobnicate bench cmd"}) {
         EXPECT_TRUE(launch(arguments).starts_with("usage: bench.exe")) << arguments;
         EXPECT_EQ(exitCode_, 2U) << arguments;
     }
     EXPECT_EQ(launch("--unplug bench 1"), "no drive \"1\" on this bench\r\n");
     EXPECT_EQ(exitCode_, 2U);
+    EXPECT_EQ(launch("--swap bench 1"), "no drive \"1\" on this bench\r\n");
     launch("bench no-such-program.exe");
     EXPECT_EQ(exitCode_, 3U);
 }
@@ -183,6 +184,17 @@ TEST_F(BenchLauncherTest, SmartctlListsTheDrivesByTheirNumbers) {
     EXPECT_EQ(smartctl("--scan").find("/dev/sdc"), std::string::npos);
     launch("--plug bench 2");
     EXPECT_NE(smartctl("--scan").find("/dev/sdc"), std::string::npos);
+}
+
+TEST_F(BenchLauncherTest, SmartctlReadsTheDriveThatIsInPlace) {
+    const auto serial = [&] {
+        return wordsOfLine(smartctl("/dev/sda -d sat -s on -x -T verypermissive"), "Serial Number:").back();
+    };
+    EXPECT_EQ(serial(), "Z-0001");
+    EXPECT_EQ(launch("--swap bench 0"), "");
+    EXPECT_EQ(serial(), "Z-0001-SWAPPED");
+    EXPECT_EQ(launch("--swap bench 0"), "");
+    EXPECT_EQ(serial(), "Z-0001");
 }
 
 TEST_F(BenchLauncherTest, SmartctlReadsTheAttributes) {

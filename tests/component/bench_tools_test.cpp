@@ -1,7 +1,10 @@
+#include "base/bytes.h"
 #include "tests/component/bench_test_folder.h"
 #include "workbench/session/unique_handle.h"
 
 #include <windows.h>
+
+#include <winioctl.h>
 
 #include <array>
 #include <chrono>
@@ -9,6 +12,7 @@
 #include <fstream>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace torvane::testing {
@@ -113,6 +117,34 @@ TEST_F(BenchToolsTest, CleaningTakesTheVolumesAway) {
     SetFilePointer(drive.get(), 0, nullptr, FILE_BEGIN);
     ASSERT_NE(ReadFile(drive.get(), data.data(), 512, &count, nullptr), 0);
     EXPECT_EQ(data[0], 0); // the first mebibyte was overwritten
+}
+
+/// Style (0: MBR, 2: raw) and count of entries that the drive's partition table has now.
+std::pair<std::uint32_t, std::uint32_t> tableOf(const char* path) {
+    const UniqueHandle drive(
+        CreateFileA(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    std::array<std::uint8_t, 4096> layout{};
+    DWORD count = 0;
+    EXPECT_NE(DeviceIoControl(drive.get(), IOCTL_DISK_GET_DRIVE_LAYOUT_EX, nullptr, 0, layout.data(),
+                              static_cast<DWORD>(layout.size()), &count, nullptr),
+              0);
+    return {loadLe32(layout, 0), loadLe32(layout, 4)};
+}
+
+TEST_F(BenchToolsTest, CleaningLeavesNoPartitions) {
+    EXPECT_EQ(tableOf(R"(\\.\PhysicalDrive1)"), std::pair(0U, 4U));
+    diskpart("select disk 1\nclean\n");
+    EXPECT_EQ(tableOf(R"(\\.\PhysicalDrive1)"), std::pair(2U, 0U));
+}
+
+TEST_F(BenchToolsTest, CleaningADriveInAnothersPlaceLeavesTheOtherAlone) {
+    ASSERT_TRUE(bench().swap(1));
+    EXPECT_TRUE(diskpart("select disk 1\nclean\n").ends_with("DiskPart succeeded in cleaning the disk.\r\n"));
+    ASSERT_TRUE(bench().swap(1));
+    EXPECT_EQ(tableOf(R"(\\.\PhysicalDrive1)"), std::pair(0U, 4U));
+    ASSERT_TRUE(bench().swap(0));
+    EXPECT_TRUE(diskpart("select disk 0\nclean\n").ends_with("DiskPart succeeded in cleaning the disk.\r\n"))
+        << "C: is not on it";
 }
 
 TEST_F(BenchToolsTest, TheSystemDiskIsNotCleaned) {

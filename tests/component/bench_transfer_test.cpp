@@ -254,6 +254,42 @@ TEST_F(BenchTransferTest, AnUnpluggedDriveIsGoneAtOnce) {
     EXPECT_FALSE(bench().unplug(1));
 }
 
+TEST_F(BenchTransferTest, ADriveInAnothersPlaceIsOpenedAnew) {
+    const UniqueHandle drive = open(R"(\\.\PhysicalDrive0)");
+    EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(512, 0x11)), 0U);
+    EXPECT_TRUE(bench().swap(0));
+    EXPECT_EQ(read(drive, 0, 512), static_cast<DWORD>(ERROR_DEVICE_NOT_CONNECTED));
+    EXPECT_FALSE(open(R"(\\.\C:)"));
+    {
+        const UniqueHandle other = open(R"(\\.\PhysicalDrive0)");
+        EXPECT_EQ(read(other, 0, 512), 0U);
+        EXPECT_EQ(buffer_.front(), 0);
+        EXPECT_EQ(write(other, 1 * kMiB, std::vector<std::uint8_t>(512, 0x22)), 0U) << "no volume is mounted there";
+    }
+    EXPECT_TRUE(bench().swap(0));
+    EXPECT_EQ(read(drive, 0, 512), 0U);
+    EXPECT_EQ(buffer_.front(), 0x11);
+    EXPECT_EQ(read(drive, 1 * kMiB, 512), 0U);
+    EXPECT_EQ(buffer_.front(), 0) << "the other's content is its own";
+    EXPECT_FALSE(bench().swap(1));
+}
+
+TEST_F(BenchTransferTest, AHandleReachesTheMediumThatIsInTheReader) {
+    ASSERT_EQ(tryBench("{}", {{"0.json", R"({"number": 0, "bus": "usb", "size": "1 MiB", "removable": true})"}}), "");
+    const UniqueHandle reader = open(R"(\\.\PhysicalDrive0)");
+    EXPECT_EQ(write(reader, 0, std::vector<std::uint8_t>(512, 0x11)), 0U);
+    EXPECT_TRUE(bench().swap(0));
+    EXPECT_EQ(read(reader, 0, 512), 0U);
+    EXPECT_EQ(buffer_.front(), 0);
+    EXPECT_EQ(write(reader, 0, std::vector<std::uint8_t>(512, 0x22)), 0U);
+    EXPECT_TRUE(bench().swap(0));
+    EXPECT_EQ(read(reader, 0, 512), 0U);
+    EXPECT_EQ(buffer_.front(), 0x11);
+    EXPECT_TRUE(bench().swap(0));
+    EXPECT_EQ(read(reader, 0, 512), 0U);
+    EXPECT_EQ(buffer_.front(), 0x22);
+}
+
 TEST_F(BenchTransferTest, AfterClosingDevicesAreTheMachinesAgain) {
     bench().close();
     const std::size_t before = bench().logLines().size();

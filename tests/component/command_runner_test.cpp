@@ -1,5 +1,6 @@
 #include "monitoring/command_runner.h"
 
+#include "base/tool_watch.h"
 #include "state/app_state.h"
 #include "tests/component/handle_count.h"
 #include "tests/component/import_patched.h"
@@ -165,6 +166,7 @@ struct SeenProcessRequest {
     DWORD flags = 0;
     bool hasEnvironmentOrFolder = false;
     STARTUPINFOA startup{};
+    std::string application;
 };
 SeenProcessRequest seenProcess;
 decltype(&CreateProcessA) realCreateProcess;
@@ -172,9 +174,14 @@ decltype(&CreateProcessA) realCreateProcess;
 BOOL WINAPI watchedCreateProcess(LPCSTR name, LPSTR commandLine, LPSECURITY_ATTRIBUTES process,
                                  LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags, LPVOID environment,
                                  LPCSTR folder, LPSTARTUPINFOA startup, LPPROCESS_INFORMATION child) {
-    seenProcess = {name != nullptr, commandLine, process != nullptr || thread != nullptr,
-                   inherit,         flags,       environment != nullptr || folder != nullptr,
-                   *startup};
+    seenProcess = {name != nullptr,
+                   commandLine,
+                   process != nullptr || thread != nullptr,
+                   inherit,
+                   flags,
+                   environment != nullptr || folder != nullptr,
+                   *startup,
+                   name != nullptr ? name : ""};
     const BOOL result =
         realCreateProcess(name, commandLine, process, thread, inherit, flags, environment, folder, startup, child);
     commandLine[0] = '!'; // as the system may: the argument is the callee's
@@ -196,11 +203,11 @@ TEST_F(CommandRunner, StartsTheChildExactlySo) {
     EXPECT_EQ(seenProcess.commandLine, commandLine);
     EXPECT_FALSE(seenProcess.hasAttributes);
     EXPECT_EQ(seenProcess.inherit, TRUE);
-    EXPECT_EQ(seenProcess.flags, 0x08000000U);
+    EXPECT_EQ(seenProcess.flags, 0x08080000U) << "no window, and a list of what is inherited";
     EXPECT_FALSE(seenProcess.hasEnvironmentOrFolder);
 
     const STARTUPINFOA& startup = seenProcess.startup;
-    EXPECT_EQ(startup.cb, sizeof(STARTUPINFOA));
+    EXPECT_EQ(startup.cb, sizeof(STARTUPINFOEXA));
     EXPECT_EQ(startup.dwFlags, static_cast<DWORD>(STARTF_USESTDHANDLES));
     EXPECT_EQ(startup.wShowWindow, SW_HIDE);
     EXPECT_EQ(startup.hStdInput, nullptr);
@@ -212,16 +219,23 @@ TEST_F(CommandRunner, StartsTheChildExactlySo) {
     EXPECT_EQ(startup.cbReserved2, 0);
 }
 
-TEST_F(CommandRunner, LetsTheChildInheritNothingButItsOutput) {
-    const UniqueHandle event{CreateEventA(nullptr, TRUE, FALSE, nullptr)};
-    const auto value = std::to_string(reinterpret_cast<std::uintptr_t>(event.get()));
-    EXPECT_EQ(run("set:" + value), 1);
-    EXPECT_EQ(WaitForSingleObject(event.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
-
-    // The same child does reach an event that is inheritable, so the check above can fail.
+TEST_F(CommandRunner, LetsTheChildInheritNothingButItsOutputWhateverIsInheritable) {
     SECURITY_ATTRIBUTES attributes{sizeof attributes, nullptr, TRUE};
     const UniqueHandle inheritable{CreateEventA(&attributes, TRUE, FALSE, nullptr)};
-    EXPECT_EQ(run("set:" + std::to_string(reinterpret_cast<std::uintptr_t>(inheritable.get()))), 1);
+    const auto value = std::to_string(reinterpret_cast<std::uintptr_t>(inheritable.get()));
+    EXPECT_EQ(run("set:" + value), 1);
+    EXPECT_EQ(WaitForSingleObject(inheritable.get(), 0), static_cast<DWORD>(WAIT_TIMEOUT));
+
+    // A child of the system's plain start does reach the event, so the check above can fail.
+    std::string command = "torvane_child_program.exe set:" + value;
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION child{};
+    ASSERT_TRUE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr,
+                               &startup, &child));
+    const UniqueHandle process{child.hProcess};
+    const UniqueHandle thread{child.hThread};
+    WaitForSingleObject(process.get(), INFINITE);
     EXPECT_EQ(WaitForSingleObject(inheritable.get(), 0), WAIT_OBJECT_0);
 }
 
@@ -323,6 +337,113 @@ TEST_F(CommandRunner, KeepsWhatAChildPrintedThatDiedOrHungUp) {
     EXPECT_EQ(run("exit:1"), 1) << "a silent one";
     EXPECT_EQ(readFile("output.txt"), "");
     EXPECT_THAT(log(), IsEmpty());
+}
+
+// --- tools of the system
+
+/// The full path that a system function gives.
+std::string systemFolder() {
+    char path[MAX_PATH]{};
+    GetSystemDirectoryA(path, sizeof path);
+    return path;
+}
+
+void copyChildProgramTo(const char* name) {
+    char program[MAX_PATH]{};
+    ASSERT_NE(SearchPathA(nullptr, "torvane_child_program.exe", nullptr, sizeof program, program, nullptr), 0U);
+    std::filesystem::copy_file(program, name);
+}
+
+TEST_F(CommandRunner, AToolOfTheSystemStartsFromTheSystemsFolderWhateverLiesHere) {
+    const std::string own = systemFolder() + R"(\WindowsPowerShell\v1.0\powershell.exe)";
+    ASSERT_TRUE(std::filesystem::exists(own)) << "the check below could not fail";
+    copyChildProgramTo("powershell.exe");
+    const std::string stranger = (std::filesystem::current_path() / "powershell.exe").string();
+    {
+        const testing::ImportPatched watched(__imp_CreateProcessA, &watchedCreateProcess);
+        realCreateProcess = watched.original();
+        EXPECT_EQ(PARSE_BuildDataFile("output.txt", "powershell out:planted"), 1);
+        EXPECT_EQ(PARSE_BuildDataFile("output.txt", "powershell out:planted"), 1);
+    }
+    EXPECT_EQ(seenProcess.application, own);
+    EXPECT_EQ(seenProcess.commandLine, "powershell out:planted");
+    EXPECT_EQ(readFile("output.txt").find("planted"), std::string::npos);
+    EXPECT_THAT(log(), ElementsAre("ERROR: [" + stranger + "] does not belong to Windows and is not used: [" + own +
+                                   "] is started"))
+        << "once";
+}
+
+TEST_F(CommandRunner, AToolThatTheSystemDoesNotHaveIsSearchedByItsTextAndNamed) {
+    ASSERT_FALSE(std::filesystem::exists(systemFolder() + R"(\diskpart.exe)")) << "the check below could not fail";
+    copyChildProgramTo("diskpart.exe");
+    EXPECT_EQ(PARSE_BuildDataFile("output.txt", "diskpart out:found"), 1);
+    EXPECT_EQ(readFile("output.txt"), "found");
+    EXPECT_THAT(log(), ElementsAre("ERROR: [" + (std::filesystem::current_path() / "diskpart.exe").string() +
+                                   "] does not belong to Windows and is started all the same: Windows has none"));
+}
+
+// --- tools that somebody watches
+
+/// Has enough of a tool as soon as a file is there, or at once.
+class PatientUntil : public ToolWatch {
+  public:
+    explicit PatientUntil(const char* file) : file_(file) {}
+    [[nodiscard]] bool mayBegin() override { return !impatient_; }
+    [[nodiscard]] bool mayGoOn(const ToolAtWork& tool) override {
+        seen_ = tool;
+        impatient_ = std::filesystem::exists(file_);
+        return !impatient_;
+    }
+    void ended() override { ++ended_; }
+
+    [[nodiscard]] const ToolAtWork& seen() const { return seen_; }
+    [[nodiscard]] int endedCount() const { return ended_; }
+
+  private:
+    const char* file_;
+    bool impatient_ = false;
+    ToolAtWork seen_;
+    int ended_ = 0;
+};
+
+TEST_F(CommandRunner, AWatchedToolIsEndedWithWhatItStartedAndNoOtherBegins) {
+    PatientUntil watch("enough.txt");
+    const ToolWatchScope watched(watch);
+    const ToolSubject subject("drive 3");
+    std::thread impatience([] {
+        while (!std::filesystem::exists("output.txt") || std::filesystem::file_size("output.txt") != 5) {
+            Sleep(5);
+        }
+        writeFile("enough.txt", "");
+    });
+    // The child's own child holds the output too, and would keep it open for a minute.
+    EXPECT_EQ(run("start-own:until:never.txt out:first until:never.txt out:last"), 0);
+    impatience.join();
+    EXPECT_EQ(watch.seen().name, "torvane_child_program");
+    EXPECT_EQ(watch.seen().subject, "drive 3");
+    EXPECT_GE(watch.seen().runsSince.count(), 1);
+    EXPECT_EQ(watch.endedCount(), 1);
+    EXPECT_EQ(run("out:second", "second.txt"), 0);
+    EXPECT_FALSE(std::filesystem::exists("second.txt"));
+    {
+        const testing::PatienceGone atOnce;
+        const LoadedText text = load("output.txt");
+        ASSERT_TRUE(text) << "somebody still holds it";
+        EXPECT_STREQ(text.get(), "first");
+    }
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [output.txt] TERMINATED before the tool was done",
+                                   "ERROR: PARSE_BuildDataFile: [second.txt] TERMINATED before the tool was done"));
+}
+
+TEST_F(CommandRunner, WhatAWatchedToolStartedOutlivesAToolThatEndedByItself) {
+    PatientUntil watch("never.txt");
+    const ToolWatchScope watched(watch);
+    EXPECT_EQ(run("start-own:until:go.txt,make:made.txt"), 1);
+    writeFile("go.txt", "");
+    for (int patience = 6000; !std::filesystem::exists("made.txt") && patience > 0; --patience) {
+        Sleep(10);
+    }
+    EXPECT_TRUE(std::filesystem::exists("made.txt"));
 }
 
 // --- PARSE_LoadFileIntoBuffer

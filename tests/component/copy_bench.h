@@ -39,6 +39,10 @@ class RecordingDisplay : public JobDisplay {
             onStatus(text);
         }
     }
+    void setLosses(std::string_view text, bool bad) override {
+        const std::lock_guard lock(mutex_);
+        losses_ = (bad ? "red: " : "") + std::string(text);
+    }
     void repaint() override {}
     void repaintTrack(const TrackArea&) override {}
     void startExplosionTimer(int milliseconds) override {
@@ -54,6 +58,11 @@ class RecordingDisplay : public JobDisplay {
         const std::lock_guard lock(mutex_);
         return statuses_.empty() ? "" : statuses_.back();
     }
+    /// The words of losses; behind "red: " when they tell of any.
+    [[nodiscard]] std::string losses() const {
+        const std::lock_guard lock(mutex_);
+        return losses_;
+    }
     [[nodiscard]] std::vector<int> timers() const {
         const std::lock_guard lock(mutex_);
         return timers_;
@@ -64,6 +73,7 @@ class RecordingDisplay : public JobDisplay {
   private:
     mutable std::mutex mutex_;
     std::vector<std::string> statuses_;
+    std::string losses_;
     std::vector<int> timers_;
 };
 

@@ -80,6 +80,7 @@ TEST_F(Clone, ForwardOntoADiskWithMountedVolumesArrivesWhole) {
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
+    EXPECT_EQ(display_.losses(), "Nothing was lost");
     EXPECT_THAT(events(), IsEmpty());
 }
 
@@ -150,11 +151,15 @@ TEST_F(Clone, WithThirtyTwoMebibyteBlocksAsTheProgramRunsIt) {
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 1 unreadable block");
 }
 
-TEST_F(Clone, ASourceLargerThanTheDestinationIsCutSilently) {
+TEST_F(Clone, ASourceLargerThanTheDestinationIsCutAndWhatIsMissingIsTold) {
     openDrives(5 * kBlock, 3 * kBlock + 512);
     EXPECT_EQ(run(runForwardClone), 1U);
     EXPECT_TRUE(arrived(0, 3 * kBlock + 512));
     EXPECT_THAT(events(), IsEmpty());
+    EXPECT_EQ(display_.lastStatus(), " Image Completed");
+    EXPECT_EQ(display_.losses(), "red: 127.5 KB of the source not copied");
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 127.5 KB of the source not copied");
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD 127.5 KB of the source not copied");
     EXPECT_EQ(destination_->writeErrorCount, 0U);
 }
 
@@ -305,6 +310,7 @@ TEST_F(Clone, FailedWritesAreCountedAndTheCloneGoesOn) {
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_TRUE(arrived(3 * kBlock, 5 * kBlock));
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD 2 failed writes");
+    EXPECT_EQ(display_.losses(), "red: 2 failed writes");
 }
 
 TEST_F(Clone, ASourceThatVanishesGivesElevenBadBlocks) {
@@ -340,6 +346,7 @@ TEST_F(Clone, TerminateStopsItAfterTheBlockInFlight) {
     EXPECT_EQ(content(2, 20 * kBlock, 512), std::string(512, '\0'));
     EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
     EXPECT_EQ(lastDriveStatus(*destination_), "BAD not completed");
+    EXPECT_EQ(display_.losses(), "red: 960.5 KB of the source not copied");
 }
 
 TEST_F(Clone, ASourceThatWasUnpluggedCostsTheDestinationNothing) {

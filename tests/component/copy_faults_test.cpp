@@ -57,6 +57,35 @@ class CopyFaults : public testing::CopyBench {
         EXPECT_EQ(run(job), 0U);
     }
 
+    static constexpr std::size_t kOddBytes = 5 * kBlock + 3 * 512;
+
+    /// From sectors of 512 bytes onto larger ones that the source does not fill.
+    void expectOddRangeArrives(std::uint32_t (*job)(const CopyJob&)) {
+        addSource(kOddBytes);
+        addDestination(8 * kBlock, "{}", 4096);
+        openDrives();
+        user_.expectAsk("***** LAST SECTOR NOT FILLED *****",
+                        "The SOURCE is 1536 bytes longer than whole sectors of the DESTINATION, which have 4096 bytes. "
+                        "The last sector will be filled up with zeros. Do you want to continue?",
+                        true);
+        EXPECT_EQ(run(job), 1U);
+        EXPECT_TRUE(content(2, 0, kOddBytes) == noise(7, 0, kOddBytes));
+        EXPECT_EQ(content(2, kOddBytes, kBlock), std::string(kBlock, '\0'));
+        EXPECT_EQ(destination_->writeErrorCount, 0U);
+        EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
+    }
+
+    /// From sectors of 4096 bytes onto a destination that ends inside one of them.
+    void expectEndInsideASectorIsReached(std::uint32_t (*job)(const CopyJob&)) {
+        addSource(8 * kBlock, "{}", 4096);
+        addDestination(kOddBytes);
+        openDrives();
+        EXPECT_EQ(run(job), 1U);
+        EXPECT_TRUE(content(2, 0, kOddBytes) == noise(7, 0, kOddBytes));
+        EXPECT_EQ(source_->badReadCount, 0U);
+        EXPECT_EQ(lastDriveStatus(*destination_), "BAD 190.5 KB of the source not copied");
+    }
+
     static void expectIdle() { EXPECT_FALSE(state().jobs.active()); }
 
     /// Faults that make the first sector of these blocks unreadable.
@@ -209,7 +238,8 @@ TEST_F(CopyFaults, LargerImageIsCutToTheDriveAfterYes) {
     EXPECT_EQ(run(runImageToDrive), 1U);
     EXPECT_EQ(content(2, 0, 3 * kBlock + 512), noise(3, 0, 3 * kBlock + 512));
     EXPECT_EQ(destination_->writeErrorCount, 0U) << "nothing is written past the end";
-    EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
+    EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED") << "cut because the user wanted it";
+    EXPECT_EQ(display_.losses(), "red: 191.5 KB of the source not copied");
     keptImages().clear();
     testing::expectNoHandleLost([this] {
         user_.expectAskDefaultNo(
@@ -290,7 +320,7 @@ TEST_F(CopyFaults, DestinationOfNoBytesTakesNothing) {
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty()) << "a disk that gets nothing is not wiped";
     EXPECT_EQ(display_.lastStatus(), " Image Completed");
-    EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
+    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 192 KB of the source not copied");
     testing::expectNoHandleLost([this] { EXPECT_EQ(run(runForwardClone), 1U); });
     expectIdle();
 }
@@ -320,21 +350,20 @@ TEST_F(CopyFaults, LargeSectorsAreImagedAndNamedAsTheDriveCountsThem) {
     expectIdle();
 }
 
-TEST_F(CopyFaults, ImageThatEndsInsideALargeSectorLosesItsLastTransfer) {
-    // Raw transfers are whole sectors, so the drive refuses the remainder and it is counted.
-    addDestination(6 * kBlock, "{}", 4096);
-    openImageAndDestination(2 * kBlock + 512);
-    EXPECT_EQ(run(runImageToDrive), 1U);
-    EXPECT_EQ(content(2, 0, 2 * kBlock), noise(3, 0, 2 * kBlock));
-    EXPECT_EQ(content(2, 2 * kBlock, 512), std::string(512, '\0'));
-    EXPECT_EQ(destination_->writeErrorCount, 1U);
-    EXPECT_EQ(lastDriveStatus(*destination_), "BAD 1 failed write");
-    keptImages().clear();
-    testing::expectNoHandleLost([this] {
-        EXPECT_EQ(run(runImageToDrive), 1U);
-        keptImages().clear(); // kept on purpose until the program ends
-    });
-    expectIdle();
+TEST_F(CopyFaults, CloneOfARangeThatEndsInsideALargeSectorArrivesWhole) {
+    expectOddRangeArrives(runForwardClone);
+}
+
+TEST_F(CopyFaults, ReverseCloneOfARangeThatEndsInsideALargeSectorArrivesWhole) {
+    expectOddRangeArrives(runReverseClone);
+}
+
+TEST_F(CopyFaults, CloneFromLargeSectorsOntoAnEndInsideOneArrivesWhole) {
+    expectEndInsideASectorIsReached(runForwardClone);
+}
+
+TEST_F(CopyFaults, ReverseCloneFromLargeSectorsOntoAnEndInsideOneArrivesWhole) {
+    expectEndInsideASectorIsReached(runReverseClone);
 }
 
 TEST_F(CopyFaults, TenUnreadableBlocksLetAForensicImageFinish) {

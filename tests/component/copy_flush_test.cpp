@@ -213,6 +213,9 @@ TEST_F(FlushedImage, OnAFileSystemThatKnowsNoFlushIsCompleted) {
 
 TEST_F(FlushedImage, ForensicWithoutItsFlushHasNoHashFileAndIsNoSuccess) {
     openDrive(2 * kBlock);
+    user_.expectStop("***** IMAGE NOT COMPLETE *****",
+                     "The last block of [" + order_.path + "\\" + kImage +
+                         "] could not be written. The image is not whole, and it has no hash file. Make it anew");
     {
         const FailingFlush failing;
         EXPECT_EQ(run(runForensicImage), 1U);

@@ -247,6 +247,56 @@ TEST_F(Forensic, ThatCannotBeWrittenIsTerminated) {
     testing::expectNoHandleLost(imageWithoutThirdBlock);
 }
 
+/// Writes of blocks with this many bytes fail.
+class LostBlocks {
+  public:
+    explicit LostBlocks(DWORD bytes) : patched_(__imp_WriteFile, &write) {
+        lost_ = bytes;
+        original_ = patched_.original();
+    }
+
+  private:
+    static BOOL WINAPI write(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD count, LPOVERLAPPED overlapped) {
+        return size == lost_ ? FALSE : original_(file, bytes, size, count, overlapped);
+    }
+
+    static inline DWORD lost_ = 0;
+    static inline decltype(&WriteFile) original_ = nullptr;
+    ImportPatched<decltype(&WriteFile)> patched_;
+};
+
+std::string notComplete(const std::string& verb) {
+    return "The last block of [" + std::filesystem::current_path().string() + "\\Model X.41.img] could not be " + verb +
+           ". The image is not whole, and it has no hash file. Make it anew";
+}
+
+TEST_F(Forensic, WhoseRemainderCannotBeWrittenIsNoSuccess) {
+    openDrive(3 * kBlock + 1024);
+    user_.expectStop("***** IMAGE NOT COMPLETE *****", notComplete("written"));
+    {
+        const LostBlocks lost(1024);
+        EXPECT_EQ(run(runForensicImage), 1U);
+    }
+    EXPECT_FALSE(std::filesystem::exists(kHashFile));
+    EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
+    EXPECT_EQ(state().raceTrack.succeeded, 0);
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
+    EXPECT_EQ(display_.losses(), "red: 1 failed write");
+    EXPECT_FALSE(state().jobs.active());
+}
+
+TEST_F(Forensic, WhoseLastBlockCannotBeHashedIsNoSuccess) {
+    openDrive(kBlock);
+    const ImportPatched patched(
+        __imp_CryptHashData, +[](HCRYPTHASH, const BYTE*, DWORD, DWORD) -> BOOL { return FALSE; });
+    user_.expectStop(kHashError, "Could not get HASH data. Exiting");
+    user_.expectStop("***** IMAGE NOT COMPLETE *****", notComplete("hashed"));
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_FALSE(std::filesystem::exists(kHashFile));
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed");
+    EXPECT_EQ(display_.losses(), "red: not hashed");
+}
+
 TEST_F(Forensic, AHashFileThatCannotBeCreatedIsLogged) {
     openDrive(kBlock);
     std::filesystem::create_directory(kHashFile);

@@ -10,6 +10,7 @@
 extern "C" {
 extern decltype(&WriteFile) __imp_WriteFile;
 extern decltype(&GetDiskFreeSpaceA) __imp_GetDiskFreeSpaceA;
+extern decltype(&GetFileAttributesA) __imp_GetFileAttributesA;
 extern decltype(&SetThreadExecutionState) __imp_SetThreadExecutionState;
 }
 // NOLINTEND(bugprone-reserved-identifier)
@@ -112,11 +113,36 @@ TEST_F(Image, GoesToTheFolderThatItWasStartedWith) {
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock));
 }
 
-TEST_F(Image, TakesThePlaceOfAnOldImageOfThatNumber) {
+TEST_F(Image, TakesTheFirstNumberThatNeitherAnImageNorAHashFileHas) {
     openDrive(kBlock);
-    writeFile(kImage, std::string(3 * kBlock, 'x'));
+    writeFile(kImage, "an old image");
+    writeFile("MD5-HASH--Model X.42.txt", "an old hash");
     EXPECT_EQ(run(runImageToFile), 1U);
-    EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBlock));
+    EXPECT_TRUE(readFile("Model X.43.img") == noise(7, 0, kBlock));
+    EXPECT_EQ(readFile(kImage), "an old image");
+    EXPECT_EQ(readFile("MD5-HASH--Model X.42.txt"), "an old hash");
+    EXPECT_FALSE(std::filesystem::exists("Model X.42.img"));
+    EXPECT_EQ(readFile("FileCounter.txt"), std::string("\x2B\0\0\0", 4)) << "each number that was tried is used up";
+}
+
+TEST_F(Image, BehindTheLargestNumberFindsAFreeOne) {
+    openDrive(kBlock);
+    writeFile("FileCounter.txt", "\xFF\xFF\xFF\x7F");
+    writeFile("Model X.2147483647.img", "an old image");
+    EXPECT_EQ(run(runImageToFile), 1U);
+    EXPECT_TRUE(readFile("Model X.2147483646.img") == noise(7, 0, kBlock));
+    EXPECT_EQ(readFile("Model X.2147483647.img"), "an old image");
+}
+
+TEST_F(Image, OfNoNameIsNotTriedForEver) {
+    openDrive(kBlock);
+    // Whatever is asked for exists.
+    const ImportPatched patched(
+        __imp_GetFileAttributesA, +[](LPCSTR) -> DWORD { return FILE_ATTRIBUTE_NORMAL; });
+    EXPECT_EQ(run(runImageToFile), 0U);
+    EXPECT_EQ(display_.lastStatus(), "Could not CREATE DESTINATION image");
+    EXPECT_THAT(events(), ElementsAre(HasSubstr("ERROR: No image number is free after [")));
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not started");
 }
 
 TEST_F(Image, OthersMayReadItMeanwhile) {

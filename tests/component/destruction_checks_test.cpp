@@ -47,8 +47,8 @@ class DestructionChecks : public ::testing::Test {
                         R"(, "volumes": [)" + volumes + "]}");
     }
     static std::string volume(char letter, const std::string& more = "") {
-        return std::string(R"({"letter": ")") + letter +
-               R"(", "extents": [{"offset": "1 MiB", "length": "8 MiB"}])" + more + "}";
+        return std::string(R"({"letter": ")") + letter + R"(", "extents": [{"offset": "1 MiB", "length": "8 MiB"}])" +
+               more + "}";
     }
     static char workLetter() { return std::filesystem::current_path().root_name().string().front(); }
     static std::string inWorkFolder() { return (std::filesystem::current_path() / "disk.img").string(); }

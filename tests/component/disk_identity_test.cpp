@@ -1,6 +1,14 @@
 #include "discovery/disk_identity.h"
 
+#include "base/bytes.h"
 #include "tests/component/copy_bench.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <span>
+#include <string>
 
 namespace torvane {
 namespace {
@@ -9,9 +17,35 @@ class DiskIdentity : public testing::CopyBench {
   protected:
     DriveRecord& openDisk(const std::string& more = "") {
         bench_.addDrive(R"({"number": 3, "bus": "nvme", "size": "16 MiB")" + more + "}");
-        return drive(3);
+        DriveRecord& disk = drive(3);
+        rememberMedium(disk); // as the scan does
+        return disk;
+    }
+
+    /// An MBR with that signature on drive 3, past the program: `file` is its content's.
+    static void putMbr(std::uint32_t signature, const char* file = "drive3.img") {
+        std::array<std::uint8_t, 512> sector{};
+        storeLe(std::span(sector), 440, signature);
+        sector[510] = 0x55;
+        sector[511] = 0xAA;
+        const std::string path = std::string("bench\\backing\\") + file;
+        std::filesystem::create_directories("bench\\backing");
+        std::ofstream(path, std::ios::binary | std::ios::app).flush();
+        std::fstream content(path, std::ios::binary | std::ios::in | std::ios::out);
+        content.write(reinterpret_cast<const char*>(sector.data()), sector.size());
+        ASSERT_TRUE(content.flush());
     }
 };
+
+constexpr const char* kReader = R"(, "removable": true, "identity": {"vendor": "Card", "product": "Reader"})";
+/// A dock: it stays connected, whatever disk is in it.
+constexpr const char* kDock = R"(, "identity": {"vendor": "V", "product": "Disk", "serial": "S1"},
+                                   "swap": {"keepsHandles": true, "identity": )";
+
+std::string faultOf(const std::string& request, const std::string& error, int after) {
+    return R"(, "faults": {"requests": [{"request": ")" + request + R"(", "error": ")" + error + R"(", "after": )" +
+           std::to_string(after) + "}]}";
+}
 
 TEST_F(DiskIdentity, AProbedDiskIsWhatItWas) {
     EXPECT_TRUE(isStillTheProbedDisk(openDisk()));
@@ -45,6 +79,107 @@ TEST_F(DiskIdentity, AnImageFileAlwaysIs) {
     disk.recordKind = kRecordKindImageFile;
     disk.driveNumber = 0;
     EXPECT_TRUE(isStillTheProbedDisk(disk));
+}
+
+TEST_F(DiskIdentity, ADiskInItsPlaceIsNot) {
+    const DriveRecord& disk = openDisk();
+    bench_.swap(3);
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+    EXPECT_FALSE(isStillTheProbedSource(disk));
+    bench_.swap(3);
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+}
+
+TEST_F(DiskIdentity, ADiskOfOtherTextsIsNot) {
+    for (const char* other : {R"({"vendor": "W", "product": "Disk", "serial": "S1"})",
+                              R"({"vendor": "V", "product": "Disc", "serial": "S1"})",
+                              R"({"vendor": "V", "product": "Disk", "serial": "S2"})", R"({})"}) {
+        testing::TestBench bench;
+        bench.addDrive(R"({"number": 3, "bus": "nvme", "size": "16 MiB")" + std::string(kDock) + other + "}}");
+        bench.open();
+        const DriveRecordPtr disk = ProbePhysicalDrive(3);
+        ASSERT_TRUE(disk);
+        EXPECT_TRUE(isStillTheProbedDisk(*disk));
+        bench.swap(3);
+        EXPECT_FALSE(isStillTheProbedDisk(*disk)) << other;
+        EXPECT_FALSE(isStillTheProbedSource(*disk)) << other;
+    }
+}
+
+TEST_F(DiskIdentity, AnotherCardOfEqualSizeIsNotItsMedium) {
+    const DriveRecord& disk = openDisk(kReader);
+    EXPECT_EQ(disk.device.mediaChanges, 0U);
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+    bench_.swap(3);
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+    EXPECT_FALSE(isStillTheProbedSource(disk));
+    bench_.swap(3);
+    EXPECT_FALSE(isStillTheProbedDisk(disk)) << "whatever happened to it meanwhile";
+}
+
+TEST_F(DiskIdentity, AnotherPartitionTableIsNotItsOwn) {
+    putMbr(0x11111111);
+    const DriveRecord& disk = openDisk(faultOf("IOCTL_STORAGE_CHECK_VERIFY", "ERROR_INVALID_FUNCTION", 0));
+    EXPECT_EQ(disk.device.mediaChanges, std::nullopt);
+    EXPECT_EQ(disk.partitionTable.get()->mbrSignature, 0x11111111U);
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+    putMbr(0x22222222);
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+    EXPECT_FALSE(isStillTheProbedSource(disk));
+}
+
+TEST_F(DiskIdentity, WhoeverChangedTheTableMakesItTheDisksOwn) {
+    putMbr(0x11111111);
+    DriveRecord& disk = openDisk();
+    putMbr(0x22222222);
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+    rememberPartitionTable(disk);
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+    putMbr(0x11111111);
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+}
+
+TEST_F(DiskIdentity, RememberingTheTableDoesNotTakeAnotherCardForTheFirst) {
+    DriveRecord& disk = openDisk(kReader);
+    bench_.swap(3);
+    rememberPartitionTable(disk);
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+}
+
+TEST_F(DiskIdentity, WhatIsNotToldAnyMoreIsAcceptedOfASourceAlone) {
+    putMbr(0x11111111);
+    for (const char* request : {"IOCTL_DISK_GET_DRIVE_LAYOUT_EX", "IOCTL_STORAGE_CHECK_VERIFY"}) {
+        testing::TestBench bench;
+        bench.addDrive(R"({"number": 3, "bus": "nvme", "size": "16 MiB")" + faultOf(request, "ERROR_CRC", 1) + "}");
+        bench.open();
+        const DriveRecordPtr disk = ProbePhysicalDrive(3);
+        ASSERT_TRUE(disk);
+        rememberMedium(*disk);
+        EXPECT_FALSE(isStillTheProbedDisk(*disk)) << request;
+        EXPECT_TRUE(isStillTheProbedSource(*disk)) << request;
+    }
+}
+
+TEST_F(DiskIdentity, ASourceHasToTellItsTexts) {
+    const DriveRecord& disk =
+        openDisk(R"(, "identity": {"product": "P"})" + faultOf("StorageDeviceProperty", "ERROR_IO_DEVICE", 1));
+    EXPECT_FALSE(isStillTheProbedSource(disk));
+}
+
+TEST_F(DiskIdentity, WhatWasNeverToldIsNotCompared) {
+    DriveRecord& disk = openDisk(
+        R"(, "faults": {"requests": [{"request": "IOCTL_DISK_GET_DRIVE_LAYOUT_EX", "error": "ERROR_NOT_SUPPORTED"},
+                                     {"request": "IOCTL_STORAGE_CHECK_VERIFY", "error": "ERROR_INVALID_FUNCTION"}]})");
+    EXPECT_EQ(disk.partitionTable.get(), std::nullopt);
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+    disk.device.descriptor.reset();
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+}
+
+TEST_F(DiskIdentity, ADriverThatHasJustFoundAnotherMediumIsAskedAgain) {
+    const DriveRecord& disk = openDisk(
+        R"(, "faults": {"requests": [{"request": "IOCTL_STORAGE_CHECK_VERIFY", "error": 1110, "after": 1, "times": 1}]})");
+    EXPECT_TRUE(isStillTheProbedDisk(disk)) << "it tells the count the second time, and that has not changed";
 }
 
 } // namespace

@@ -15,9 +15,9 @@ namespace torvane {
 namespace {
 
 constexpr const char* kNotKnown = "***** WINDOWS DRIVE NOT KNOWN *****";
-constexpr const char* kNotKnownText =
-    "It cannot be told which drive holds Windows, so no drive is changed. Nothing was written. Restart the computer, or "
-    "see whether drive C: can be opened";
+constexpr const char* kNotKnownText = "It cannot be told which drive holds Windows, so no drive is changed. Nothing "
+                                      "was written. Restart the computer, or "
+                                      "see whether drive C: can be opened";
 
 /// Drives of 64 MiB on a bench; the tests' own files lie on a real volume, whose letter the bench may have too.
 class ProtectedDrives : public ::testing::Test {

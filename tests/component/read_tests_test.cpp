@@ -1,4 +1,5 @@
 #include "scan/scan_job.h"
+#include "state/still_at_work.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/read_test_bench.h"
 #include "tests/unit/surface_scripted_system.h"
@@ -195,6 +196,7 @@ TEST_F(StoppedReadTests, ALoadOfDrivesWaitsForTheReadInFlight) {
     awaitHeldRead();
     state().jobs.askToStop();
     // The records must stay: the run still uses one.
+    user_.expectStop("***** Working *****", stillAtWorkText({.kinds = {JobKind::kCriticalTest}}));
     LoadDrives(state());
     EXPECT_EQ(state().jobs.atWork(), JobKinds{JobKind::kCriticalTest});
     EXPECT_FALSE(state().jobs.active());
@@ -278,6 +280,7 @@ TEST_F(StoppedReadTests, ACopyThatIsStillEndingIsNotMadeToGoOn) {
     const std::optional<JobClaim> copy = state().jobs.begin(JobKind::kClone);
     state().jobs.askToStop(); // its last read is in flight
     for (const ReadTestKind kind : {kCriticalReadTest, kNistReadTest}) {
+        user_.expectStop("***** Working *****", stillAtWorkText({.kinds = {JobKind::kClone}}));
         EXPECT_FALSE(startReadTest(state(), kind, drive, display_));
         EXPECT_FALSE(state().jobs.active());
         EXPECT_EQ(state().jobs.atWork(), JobKinds{JobKind::kClone});

@@ -6,6 +6,7 @@
 #include "tests/component/patience_gone.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/leftover_report.h"
 #include "tests/support/recording_main_view.h"
 #include "ui/owned.h"
 
@@ -191,19 +192,67 @@ TEST_F(SmartScan, FailsWithoutTheTool) {
 // The report may tell of an earlier state of the drive; it is still all that is known of it.
 TEST_F(SmartScan, WithoutTheToolAReportLeftFromAnEarlierScanIsReadAllTheSame) {
     ASSERT_TRUE(std::filesystem::remove("smartctl.exe"));
-    writeFile("PHYS0.txt", "Device Model:     Earlier\r\nSerial Number:    E1\r\n"
-                           "  9 Power_On_Hours   -O--CK   100   100   000    -    77\r\n");
+    testing::leaveReport(".", 0, "E1", "  9 Power_On_Hours   -O--CK   100   100   000    -    77\r\n");
     EXPECT_EQ(scan(), 0);
     EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt"));
     const auto record = probedRecord();
+    record->device.identifySerial = "E1";
     EXPECT_EQ(SmartParseDrive(appState().smart, *record, 0), 1);
     EXPECT_EQ(record->smartLoaded, 1);
-    EXPECT_EQ(record->model.view(), "Earlier");
+    EXPECT_EQ(record->model.view(), "Left over");
     EXPECT_EQ(record->serialNumber.view(), "E1");
     EXPECT_EQ(record->disk[Counter::kPowerOnHours], 77);
     EXPECT_EQ(record->driveName.view(), "") << "no listing has named it";
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [Drive Data File.txt] CreateProcess FAILED",
                                    "INVALID: Could not build [Drive Data File.txt]"));
+}
+
+TEST_F(SmartScan, AReportOfAnEarlierScanAndAnotherDriveIsNotUsed) {
+    listingIs("/dev/sda -d ata # x\r\n");
+    reportOf("sda", "report of a\r\n");
+    testing::leaveReport(".", 3, "OTHER", "  9 Power_On_Hours   -O--CK   100   100   000    -    77\r\n");
+    EXPECT_EQ(scan(), 1);
+    const auto record = probedRecord();
+    record->device.identifySerial = "OWN";
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 3), 0);
+    EXPECT_EQ(record->model.view(), "probed model");
+    EXPECT_EQ(record->serialNumber.view(), "probed serial");
+    EXPECT_EQ(record->smartText, "");
+    EXPECT_EQ(record->smartLoaded, 0);
+    EXPECT_THAT(log(), ElementsAre("ERROR: PHYS3.txt is of an earlier scan and of another drive: not used"));
+}
+
+TEST_F(SmartScan, AReportOfThisScanCountsWhateverItsSerialNumber) {
+    listingIs("/dev/sda -d ata # x\r\n");
+    reportOf("sda", "Serial Number:    BRIDGE\r\n");
+    EXPECT_EQ(scan(), 1);
+    const auto record = probedRecord();
+    record->device.identifySerial = "OWN";
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 0), 1);
+    EXPECT_EQ(record->serialNumber.view(), "BRIDGE");
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(SmartScan, TheReportOfTheScanBeforeIsLeftOverHoweverYoung) {
+    listingIs("/dev/sda -d ata # x\r\n");
+    reportOf("sda", "Serial Number:    OTHER\r\n");
+    EXPECT_EQ(scan(), 1);
+    listingIs("/dev/sdb -d ata # x\r\n"); // drive 0 is not named any more
+    reportOf("sdb", "report of b\r\n");
+    EXPECT_EQ(scan(), 1);
+    const auto record = probedRecord(); // and does not tell a serial number
+    EXPECT_EQ(SmartParseDrive(appState().smart, *record, 0), 0);
+    EXPECT_THAT(log(), ElementsAre("ERROR: PHYS0.txt is of an earlier scan and of another drive: not used"));
+}
+
+TEST_F(SmartScan, ADriveOfTwoLettersHasNoReport) {
+    listingIs("/dev/sda -d ata # x\r\n/dev/sdaa -d ata # x\r\n");
+    reportOf("sda", "report of a\r\n");
+    reportOf("sdaa", "report of aa\r\n");
+    EXPECT_EQ(scan(), 1);
+    EXPECT_EQ(readFile("PHYS0.txt"), "report of a\r\n");
+    EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt"));
+    EXPECT_EQ(appState().smart.deviceLineCount, 2);
 }
 
 decltype(&CreateProcessA) realCreateProcess;

@@ -18,7 +18,7 @@ class ScriptedVolumes : public VolumeSystem {
     std::map<std::wstring, std::wstring> mountedFolders; ///< a folder with a backslash at its end, and its volume
     std::map<std::pair<std::wstring, std::wstring>, std::wstring> shares; ///< of this computer, by server and share
     std::vector<LetterlessVolume> letterless;
-    std::map<std::wstring, FileIdentity> files; ///< by path
+    std::map<std::wstring, FileIdentity> files;          ///< by path
     std::map<std::wstring, FileIdentity> filesOfVolumes; ///< one for each root
     std::map<std::wstring, DiskPlace> devices;
 

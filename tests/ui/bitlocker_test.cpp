@@ -5,6 +5,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace torvane::driver {
@@ -68,6 +69,16 @@ class BitLockerTest : public UiTest {
         }
         return texts;
     }
+    /// Presses "Begin" and returns when PowerShell has told about every volume.
+    static void begin(const Window& dialog) {
+        press(dialog.child(kBeginScan));
+        await("every volume was asked for", [&] {
+            dialog.settle();
+            const std::vector<Window> parts = dialog.children();
+            return std::ranges::none_of(parts,
+                                        [](const Window& part) { return part.className() == "TorvaneWaitingStrip"; });
+        });
+    }
     static void close(const Window& dialog) {
         press(dialog.child(kExitScan));
         await("the dialog has closed", [&] { return !dialog.exists(); });
@@ -125,14 +136,14 @@ TEST_F(BitLockerTest, ShowsTheDrivesModelAndAnEmptyList) {
 
 TEST_F(BitLockerTest, BeginListsEveryVolume) {
     const Window dialog = openScan();
-    press(dialog.child(kBeginScan));
+    begin(dialog);
     const std::vector<std::string> expected = {std::string("C:\\|Encrypted|") + kPassword,
                                                "D:\\|Encrypted and Locked|No Key Found",
                                                // The volume that printed nothing lost its row to the next one.
                                                "F:\\|Not Bitlocker Encrypted|No Key Found"};
     EXPECT_EQ(rows(dialog), expected);
     // Again, from the beginning.
-    press(dialog.child(kBeginScan));
+    begin(dialog);
     EXPECT_EQ(rows(dialog), expected);
     close(dialog);
 }
@@ -140,7 +151,7 @@ TEST_F(BitLockerTest, BeginListsEveryVolume) {
 TEST_F(BitLockerTest, ADriveWithoutVolumesHasNoRows) {
     torvane().driveList().click(1);
     const Window dialog = openScan();
-    press(dialog.child(kBeginScan));
+    begin(dialog);
     EXPECT_EQ(list(dialog).rowCount(), 0);
     bringToFront(dialog);
     pressKey(dialog, VK_ESCAPE);
@@ -149,7 +160,7 @@ TEST_F(BitLockerTest, ADriveWithoutVolumesHasNoRows) {
 
 TEST_F(BitLockerTest, ThePasswordStandsInNoLogAndNoOtherFile) {
     const Window dialog = openScan();
-    press(dialog.child(kBeginScan));
+    begin(dialog);
     ASSERT_EQ(list(dialog).cell(0, 2), kPassword);
     close(dialog);
     for (const LogEntry& entry : torvane().log()) {

@@ -1,5 +1,6 @@
 #include "tests/ui/copy_ui_test.h"
 #include "tests/ui/driver/input.h"
+#include "tests/ui/driver/picture.h"
 
 #include <gmock/gmock.h>
 
@@ -81,7 +82,7 @@ TEST_F(CloneDialogTest, ADestinationThatIsNoLongerTheLoadedDriveIsLeftAlone) {
                   "The DESTINATION is not the drive that was loaded any more, or it does not answer. Nothing was "
                   "written. Load the drives again",
                   BoxIcon::kStop, "OK");
-    expectNoBox();
+    EXPECT_TRUE(dialog.window().enabled()) << "a second box has opened";
     EXPECT_THAT(program().benchLog({"request=diskpart", "clean"}), IsEmpty());
     EXPECT_EQ(driveStatus("TARGET"), "Idle");
     dialog.leave();
@@ -97,6 +98,26 @@ TEST_F(CloneDialogTest, ArrivesWholeOnADiskWithMountedVolumes) {
     awaitDriveStatus("SOURCE", "COMPLETED");
     awaitDriveStatus("TARGET", "COMPLETED");
     EXPECT_EQ(driveStatus("SMALL"), "Idle");
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, TellsBesideItsEndWhatItHasLost) {
+    const auto redPixels = [](const CopyDialogWindow& dialog) {
+        return Picture::atRest(dialog.losses().rect()).count(RGB(176, 0, 0));
+    };
+    useBench(copyBenchWithFaults(R"({"reads": [{"firstSector": 5}]})"));
+    {
+        const CopyDialogWindow dialog = openClone("SOURCE");
+        EXPECT_EQ(dialog.losses().text(), "");
+        startOnto(dialog, "SMALL");
+        dialog.awaitStatus(" Image Completed");
+        EXPECT_EQ(dialog.losses().text(), "1 unreadable block, 30 MB of the source not copied");
+        EXPECT_GT(redPixels(dialog), 20);
+        awaitDriveStatus("SMALL", "BAD 1 unreadable block, 30 MB of the source not copied");
+        dialog.leave();
+    }
+    const CopyDialogWindow dialog = openClone("TARGET");
+    EXPECT_EQ(dialog.losses().text(), "");
     dialog.leave();
 }
 
@@ -173,15 +194,20 @@ TEST_F(HeldCloneTest, TerminateOfAReverseCloneSpeaksOfAClone) {
 
 TEST_F(HeldCloneTest, CanBeLeftWhileTheLastReadIsUnderWayAndNothingElseStartsMeanwhile) {
     const CopyDialogWindow dialog = startClone();
+    constexpr const char* kWorking = "***** Working *****";
+    constexpr const char* kStillCloning = "Still at work: a clone.\n\nNothing was started. What was told to stop ends "
+                                          "with the read, write or tool that it "
+                                          "has under way. Please try again then.";
     dialog.terminate();
-    dialog.start();
-    EXPECT_TRUE(dialog.window().enabled()) << "a second job has begun to ask";
+    press(dialog.window().child(kCloneIds.start));
+    expectBoxOver(dialog, kWorking, kStillCloning, BoxIcon::kStop, "OK");
     dialog.leave();
 
     torvane().press(kClone);
-    expectNoBox();
+    expectStopBox(kWorking, kStillCloning);
     EXPECT_EQ(torvane().log().back().message, "The last job on a drive has not ended yet");
     torvane().press(kLoadDrives);
+    expectStopBox(kWorking, kStillCloning);
     EXPECT_EQ(torvane().driveList().rowCount(), 4) << "the records of the drives are still in use";
 
     program().hurry();

@@ -20,6 +20,7 @@ inline constexpr CopyDialogIds kForensicIds{1026, 1027, 1028};
 inline constexpr CopyDialogIds kImageToDriveIds{1023, 1024, 1025};
 inline constexpr int kReverseClone = 1016;
 inline constexpr int kCopyStatus = 1080;
+inline constexpr int kCopyLosses = 1095;
 inline constexpr int kImagingText = 1083;
 inline constexpr int kFolderText = 1084;
 inline constexpr int kImagePathText = 1085;
@@ -42,6 +43,8 @@ class CopyDialogWindow {
     void leave() const;
 
     [[nodiscard]] std::string status() const { return window_.child(kCopyStatus).text(); }
+    /// What the job has lost, in words.
+    [[nodiscard]] Window losses() const { return window_.child(kCopyLosses); }
     void awaitStatus(const std::string& text) const;
     /// Waits until the status line has a text that begins so.
     void awaitStatusStart(const std::string& start) const;

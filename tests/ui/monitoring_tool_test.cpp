@@ -1,12 +1,11 @@
 // The monitoring tool fails in front of the whole program: nothing hangs, nothing crashes, the log tells.
 
+#include "tests/support/leftover_report.h"
 #include "tests/ui/health_bench.h"
 #include "tests/ui/health_panel_reader.h"
 #include "tests/ui/ui_test.h"
 
 #include <gmock/gmock.h>
-
-#include <fstream>
 
 namespace torvane::driver {
 namespace {
@@ -36,12 +35,6 @@ class MonitoringToolTest : public UiTest {
     void silenceTool() const {
         removeTool();
         std::filesystem::copy_file(TORVANE_SMARTCTL_PROGRAM, folder() / "smartctl.exe");
-    }
-
-    void write(const std::string& name, const std::string& text) const {
-        std::ofstream file(folder() / name, std::ios::binary);
-        file << text;
-        ASSERT_TRUE(file.flush());
     }
 
     void loadDrives() const {
@@ -84,11 +77,19 @@ TEST_F(MonitoringToolTest, SilentLeavesTheWhiteLampAndTellsTheLog) {
 
 TEST_F(MonitoringToolTest, AReportOfAnEarlierScanIsReadWhereThisOneLeftNone) {
     removeTool();
-    write("PHYS0.txt", kFailingAttributes);
+    testing::leaveReport(folder(), 0, "S-0", kFailingAttributes);
     loadDrives();
     EXPECT_THAT(log(), Contains("INVALID: Could not build [Drive Data File.txt]"));
     EXPECT_THAT(log(), Each(Not("ERROR: Could not load SMART [PHYS0.txt] File for Processing")));
     clickAndExpectPanel(torvane(), {"SOUND", kStandardPanel, kFailingNeedles, "red", "Failing"});
+}
+
+TEST_F(MonitoringToolTest, AnotherDrivesReportOfAnEarlierScanIsNotUsed) {
+    removeTool();
+    testing::leaveReport(folder(), 0, "ANOTHER", kFailingAttributes);
+    loadDrives();
+    EXPECT_THAT(log(), Contains("ERROR: PHYS0.txt is of an earlier scan and of another drive: not used"));
+    expectWhiteLamp();
 }
 
 } // namespace

@@ -53,6 +53,17 @@ TEST(ApplyAtaIdentify, TakesSwappedAndTrimmedTexts) {
     EXPECT_EQ(record.firmware.view(), "CC43");
 }
 
+TEST(ApplyAtaIdentify, KeepsTheSerialNumberAsTheDrivesOwn) {
+    DriveRecord record;
+    record.serialNumber.assign("LONGER THAN THE TWENTY BYTES");
+    applyAtaIdentify(record, IdentifyBlock("M", "            Z9AB12CD", "CC43").bytes());
+    EXPECT_EQ(record.device.identifySerial, "Z9AB12CD") << "without the tail of what stood in the record";
+    applyAtaIdentify(record, IdentifyBlock("M", "", "CC43").bytes());
+    EXPECT_EQ(record.device.identifySerial, "");
+    applyAtaIdentify(record, {});
+    EXPECT_EQ(record.device.identifySerial, "");
+}
+
 TEST(ApplyAtaIdentify, TakesTextsThatFillTheirWordsToTheLastCharacter) {
     DriveRecord record;
     applyAtaIdentify(record, IdentifyBlock(std::string(39, 'M') + "m", std::string(19, 'S') + "s", "1234567f").bytes());

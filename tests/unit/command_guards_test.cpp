@@ -1,6 +1,7 @@
 #include "window/command_guards.h"
 
 #include "state/app_state.h"
+#include "state/still_at_work.h"
 #include "tests/support/recording_main_view.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -69,8 +70,9 @@ TEST_F(CommandGuardsTest, EmptyDriveListIsSaid) {
     EXPECT_TRUE(requireListedDrives(state_));
 }
 
-TEST_F(CommandGuardsTest, NothingStartsWhileTheLastDriveJobIsAtWork) {
+TEST_F(CommandGuardsTest, NothingStartsWhileTheLastDriveJobIsAtWorkAndTheBoxSaysWhoItIs) {
     Jobs jobs;
+    user_.expectStop("***** Working *****", stillAtWorkText({.kinds = {JobKind::kImage}}));
     EXPECT_FALSE(lastDriveJobIsStillEnding(jobs));
     {
         const std::optional<JobClaim> copy = jobs.begin(JobKind::kImage);

@@ -23,11 +23,14 @@ TEST(DeviceListing, ReadsALineOfTheListing) {
     EXPECT_EQ(reportCommandLine(device), "smartctl.exe /dev/sdb -d sat -s on -x -T verypermissive -T verypermissive");
 }
 
-TEST(DeviceListing, TheNamesLastLetterIsTheDriveNumber) {
+TEST(DeviceListing, TheOneLetterOfTheNameIsTheDriveNumber) {
     EXPECT_EQ(read("/dev/sda -d nvme # x").driveNumber, 0);
     EXPECT_EQ(read("/dev/sdc -d scsi # x").driveNumber, 2);
     EXPECT_EQ(read("/dev/sdz -d scsi # x").driveNumber, 25);
-    EXPECT_EQ(read("/dev/sdaa -d scsi # x").driveNumber, 0) << "only the last letter counts";
+    EXPECT_EQ(read("/dev/sdaa -d scsi # x", 3).driveNumber, -1) << "two letters are no drive's, and none's last report";
+    EXPECT_EQ(read("/dev/sd -d scsi # x", 3).driveNumber, -1);
+    EXPECT_EQ(read("/dev/hda -d ata # x", 3).driveNumber, -1);
+    EXPECT_EQ(read("sda -d ata # x", 3).driveNumber, -1);
     EXPECT_EQ(read("/dev/nvme0 -d nvme # x", 3).driveNumber, -1);
     EXPECT_EQ(read("/dev/csmi0,0 -d ata # x", 3).driveNumber, -1);
     EXPECT_EQ(read("/dev/sdB -d ata # x", 3).driveNumber, -1) << "a capital is no drive's letter";

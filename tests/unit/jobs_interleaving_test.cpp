@@ -39,7 +39,7 @@ bool isStoppableTest(JobKind kind) {
     return kind == JobKind::kCriticalTest || kind == JobKind::kNistTest;
 }
 bool heedsStop(JobKind kind) {
-    return (isDriveJob(kind) && kind != JobKind::kDiskChange) || isStoppableTest(kind);
+    return kind == JobKind::kScan || (isDriveJob(kind) && kind != JobKind::kDiskChange) || isStoppableTest(kind);
 }
 
 /// What `Jobs` must do, told once more: a list of who is at work, one step at a time.

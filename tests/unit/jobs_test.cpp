@@ -152,8 +152,8 @@ TEST(Jobs, AJobIsAlsoAskedBeforeItHasRaisedItsFlag) {
     EXPECT_FALSE(jobs.active());
 }
 
-TEST(Jobs, ScanDiskChangeMountingAndShortTestPayNoHeed) {
-    for (const JobKind kind : {JobKind::kScan, JobKind::kDiskChange, JobKind::kMounting, JobKind::kShortTest}) {
+TEST(Jobs, DiskChangeMountingAndShortTestPayNoHeed) {
+    for (const JobKind kind : {JobKind::kDiskChange, JobKind::kMounting, JobKind::kShortTest}) {
         Jobs jobs;
         const JobClaim claim = begun(jobs, kind);
         jobs.askToStop();
@@ -163,12 +163,14 @@ TEST(Jobs, ScanDiskChangeMountingAndShortTestPayNoHeed) {
     }
 }
 
-TEST(Jobs, AScanThatWasAskedToStopMayRaiseItsFlagAgain) {
+TEST(Jobs, AScanHeedsAStopAndIsAtWorkUntilItsEnd) {
     Jobs jobs;
     JobClaim claim = begun(jobs, JobKind::kScan);
     jobs.askToStop();
-    EXPECT_TRUE(claim.raise());
-    EXPECT_TRUE(jobs.active());
+    EXPECT_TRUE(claim.stopAsked());
+    EXPECT_FALSE(claim.raise());
+    EXPECT_FALSE(jobs.active());
+    EXPECT_EQ(jobs.whyNot(JobKind::kScan).kinds, JobKinds{JobKind::kScan});
 }
 
 TEST(Jobs, AFlagThatIsLeftStaysUpUntilSomebodyIsAskedToStop) {

@@ -1,6 +1,7 @@
 #include "scan/load_guard.h"
 
 #include "jobs/jobs.h"
+#include "state/still_at_work.h"
 #include "tests/support/scripted_prompts.h"
 
 #include <gtest/gtest.h>
@@ -36,11 +37,12 @@ TEST_F(LoadGuard, IsSilentWhileAFlagIsLeftUp) {
     EXPECT_FALSE(mayLoadDrives(jobs_));
 }
 
-TEST_F(LoadGuard, IsSilentWhileADriveJobIsAtWorkAlsoOneThatWasStopped) {
-    for (const JobKind kind :
-         {JobKind::kClone, JobKind::kImage, JobKind::kForensicImage, JobKind::kImageToDrive, JobKind::kDiskChange}) {
+TEST_F(LoadGuard, SaysWhichJobIsStillAtWorkThatWasStopped) {
+    for (const JobKind kind : {JobKind::kClone, JobKind::kImage, JobKind::kForensicImage, JobKind::kImageToDrive,
+                               JobKind::kDiskChange, JobKind::kCriticalTest, JobKind::kNistTest}) {
         const JobClaim job = begin(kind);
         jobs_.askToStop();
+        user_.expectStop("***** Working *****", stillAtWorkText({.kinds = {kind}}));
         EXPECT_FALSE(mayLoadDrives(jobs_));
     }
 }
@@ -63,14 +65,6 @@ TEST_F(LoadGuard, SaysThatTheShortTestRuns) {
     jobs_.askToStop();
     user_.expectStop("***** Load Drives *****", "Short Test is Running");
     EXPECT_FALSE(mayLoadDrives(jobs_));
-}
-
-TEST_F(LoadGuard, IsSilentWhileAStoppedReadTestStillReads) {
-    for (const JobKind kind : {JobKind::kCriticalTest, JobKind::kNistTest}) {
-        const JobClaim test = begin(kind);
-        jobs_.askToStop();
-        EXPECT_FALSE(mayLoadDrives(jobs_));
-    }
 }
 
 } // namespace

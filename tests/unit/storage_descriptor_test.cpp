@@ -68,6 +68,15 @@ TEST(StorageDescriptor, EveryFieldIsTakenFromItsPlace) {
     EXPECT_EQ(record.serialNumber.view(), "DD564198838F0");
 }
 
+TEST(StorageDescriptor, WhatTheDeviceToldIsKeptAsItIs) {
+    const DriveRecord record =
+        recordOf(Descriptor(7).text(kVendorOffset, "JMicron ").text(kSerialOffset, "  %d\x02 ").bytes());
+    ASSERT_TRUE(record.device.descriptor);
+    EXPECT_EQ(record.device.descriptor->vendor, "JMicron ");
+    EXPECT_EQ(record.device.descriptor->serialNumber, "  %d\x02 ");
+    EXPECT_EQ(record.device.descriptor->product, std::nullopt);
+}
+
 TEST(StorageDescriptor, AnOffsetOfZeroReadsNotAvailable) {
     const DriveRecord record = recordOf(Descriptor(11).bytes());
     EXPECT_EQ(record.vendor.view(), "Not Available");

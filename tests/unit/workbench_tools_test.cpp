@@ -95,6 +95,15 @@ TEST_F(DiskpartTest, CleaningIsRefusedWhereWindowsRefusesIt) {
     EXPECT_FALSE(state_.isMounted(*bench_.volume('D')));
 }
 
+TEST_F(DiskpartTest, CleaningADriveInAnothersPlaceTakesNoVolumes) {
+    swapDrive(state_, 2);
+    EXPECT_EQ(run("select disk 2\nattributes disk clear readonly\nclean\n").cleanedNow, std::vector<std::uint32_t>{2});
+    swapDrive(state_, 2);
+    EXPECT_TRUE(state_.isMounted(*bench_.volume('D')));
+    swapDrive(state_, 0);
+    EXPECT_EQ(run("select disk 0\nclean\n").exitCode, 0U) << "C: is not on it";
+}
+
 TEST_F(DiskpartTest, StepsAreTold) {
     const DiskpartRun steps = run("rem first\r\n\r\nSEL DIS 2\r\nfrobnicate\r\nautomount\r\n");
     ASSERT_EQ(steps.steps.size(), 3U);

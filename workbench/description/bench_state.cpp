@@ -21,14 +21,32 @@ bool BenchState::isReadOnly(const DriveDescription& drive) const {
 }
 
 bool BenchState::isMounted(const VolumeDescription& volume) const {
-    return std::none_of(volume.extents.begin(), volume.extents.end(),
-                        [&](const VolumeExtent& extent) { return cleaned.contains(extent.disk); });
+    return std::none_of(volume.extents.begin(), volume.extents.end(), [&](const VolumeExtent& extent) {
+        return cleaned.contains(extent.disk) || isSwapped(extent.disk);
+    });
+}
+
+std::uint32_t BenchState::swapsOf(std::uint32_t drive) const {
+    const auto found = swaps.find(drive);
+    return found == swaps.end() ? 0 : found->second;
 }
 
 BenchState firstState(const BenchDescription& bench) {
     BenchState state;
     state.automount = bench.automount;
     return state;
+}
+
+void unplugDrive(BenchState& state, std::uint32_t drive) {
+    state.unplugged.insert(drive);
+}
+
+void plugDrive(BenchState& state, std::uint32_t drive) {
+    state.unplugged.erase(drive);
+}
+
+void swapDrive(BenchState& state, std::uint32_t drive) {
+    ++state.swaps[drive];
 }
 
 std::string stateText(const BenchState& state) {
@@ -40,6 +58,10 @@ std::string stateText(const BenchState& state) {
     }
     json["cleaned"] = state.cleaned;
     json["unplugged"] = state.unplugged;
+    json["swaps"] = Json::object();
+    for (const auto& [drive, count] : state.swaps) {
+        json["swaps"][std::to_string(drive)] = count;
+    }
     return json.dump(4) + "\n";
 }
 
@@ -51,6 +73,10 @@ BenchState stateFromText(const std::string& text, const BenchDescription& bench)
         const Json readOnly = json.value("readOnly", Json::object());
         for (const auto& [drive, on] : readOnly.items()) {
             state.readOnly[static_cast<std::uint32_t>(std::stoul(drive))] = on.get<bool>();
+        }
+        const Json swaps = json.value("swaps", Json::object());
+        for (const auto& [drive, count] : swaps.items()) {
+            state.swaps[static_cast<std::uint32_t>(std::stoul(drive))] = count.get<std::uint32_t>();
         }
         state.cleaned = numbersOf(json, "cleaned");
         state.unplugged = numbersOf(json, "unplugged");

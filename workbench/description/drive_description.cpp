@@ -122,16 +122,39 @@ void readBacking(ObjectReader& reader, Backing& backing) {
     reader.number("seed", backing.seed);
 }
 
+// Characters that IDENTIFY DEVICE and Identify Controller have room for.
+constexpr std::size_t kModelLength = 40;
+constexpr std::size_t kSerialLength = 20;
+constexpr std::size_t kFirmwareLength = 8;
+
 std::string cut(const std::optional<std::string>& text, std::size_t length) {
     return text.value_or("").substr(0, length);
 }
 
 // What `ata` and `nvme` say when they are not described: the same device that the descriptor tells of.
 void deriveDeviceTexts(DriveDescription& drive) {
-    drive.ata.model = drive.nvme.model = cut(drive.identity.product, 40);
-    drive.ata.serial = drive.nvme.serial = cut(drive.identity.serial, 20);
-    drive.ata.firmware = drive.nvme.firmware = cut(drive.identity.revision, 8);
+    drive.ata.model = drive.nvme.model = cut(drive.identity.product, kModelLength);
+    drive.ata.serial = drive.nvme.serial = cut(drive.identity.serial, kSerialLength);
+    drive.ata.firmware = drive.nvme.firmware = cut(drive.identity.revision, kFirmwareLength);
     drive.nvme.namespaceSectors = drive.size / drive.sectorSize;
+}
+
+// Another medium in the same device, or another device of the same make.
+void readSwap(ObjectReader& reader, DriveDescription& drive) {
+    drive.swap.identity = drive.identity;
+    if (!drive.removable) {
+        drive.swap.identity.serial = drive.identity.serial.value_or("") + "-SWAPPED";
+    }
+    drive.swap.backing.file = "drive" + std::to_string(drive.number) + "-swapped.img";
+    drive.swap.keepsHandles = drive.removable;
+    reader.object("swap", [&](ObjectReader& object) {
+        object.object("identity", [&](ObjectReader& identity) {
+            drive.swap.identity = {};
+            readIdentity(identity, drive.swap.identity);
+        });
+        object.object("backing", [&](ObjectReader& backing) { readBacking(backing, drive.swap.backing); });
+        object.boolean("keepsHandles", drive.swap.keepsHandles);
+    });
 }
 
 void readShape(ObjectReader& reader, DriveDescription& drive) {
@@ -172,10 +195,28 @@ DriveDescription readDrive(ObjectReader& reader, std::vector<VolumeDescription>&
     deriveDeviceTexts(drive);
     reader.object("ata", [&](ObjectReader& object) { readAta(object, drive.ata); });
     reader.object("nvme", [&](ObjectReader& object) { readNvme(object, drive.nvme); });
+    readSwap(reader, drive);
     reader.list("volumes", [&](ObjectReader& item) { volumes.push_back(readVolume(item, drive.number)); });
     reader.object("faults", [&](ObjectReader& object) { readFaults(object, drive, drive.faults); });
     reader.finish();
     return drive;
+}
+
+DriveDescription swappedDrive(const DriveDescription& drive) {
+    DriveDescription other = drive;
+    other.identity = drive.swap.identity;
+    other.backing = drive.swap.backing;
+    other.faults = {};
+    if (other.identity.product != drive.identity.product) {
+        other.ata.model = other.nvme.model = cut(other.identity.product, kModelLength);
+    }
+    if (other.identity.serial != drive.identity.serial) {
+        other.ata.serial = other.nvme.serial = cut(other.identity.serial, kSerialLength);
+    }
+    if (other.identity.revision != drive.identity.revision) {
+        other.ata.firmware = other.nvme.firmware = cut(other.identity.revision, kFirmwareLength);
+    }
+    return other;
 }
 
 } // namespace torvane::bench

@@ -62,6 +62,14 @@ struct Backing {
     std::uint64_t seed = 0; ///< of `kNoise`
 };
 
+/// What --swap puts in a drive's place. It has the same number, kind and size; nothing lies on it at first, and nothing
+/// goes wrong with it.
+struct SwapDescription {
+    Identity identity;
+    Backing backing;
+    bool keepsHandles = false; ///< what has the drive open reaches the other one from then on
+};
+
 struct DriveDescription {
     std::string fileName; ///< the description's own file, for messages
     std::uint32_t number = 0;
@@ -81,7 +89,11 @@ struct DriveDescription {
     AtaDescription ata;
     NvmeDescription nvme;
     DriveFaults faults;
+    SwapDescription swap;
 };
+
+/// The drive that --swap puts in the place of `drive`.
+[[nodiscard]] DriveDescription swappedDrive(const DriveDescription& drive);
 
 /// Bus type names in the order of STORAGE_BUS_TYPE, from 0 (unknown) to 17 (NVMe).
 inline constexpr std::array<std::string_view, 18> kBusNames = {

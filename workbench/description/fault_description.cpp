@@ -10,10 +10,12 @@
 namespace torvane::bench {
 namespace {
 
-constexpr std::array<std::string_view, 17> kRequestNames = {
+constexpr std::array<std::string_view, 19> kRequestNames = {
     "IOCTL_DISK_GET_DRIVE_GEOMETRY",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX",
+    "IOCTL_DISK_GET_DRIVE_LAYOUT_EX",
     "IOCTL_DISK_GET_LENGTH_INFO",
+    "IOCTL_STORAGE_CHECK_VERIFY",
     "IOCTL_STORAGE_GET_DEVICE_NUMBER",
     "IOCTL_STORAGE_QUERY_PROPERTY",
     "IOCTL_SCSI_GET_ADDRESS",

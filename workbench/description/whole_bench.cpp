@@ -44,15 +44,26 @@ void checkLetters(const BenchDescription& bench, Mistake& mistake) {
     }
 }
 
+// The content of a drive, or of what takes its place.
+struct PlacedContent {
+    const DriveDescription* drive;
+    std::string field;
+    const Backing* backing;
+};
+
 void checkBackingFiles(const BenchDescription& bench, Mistake& mistake) {
-    for (std::size_t i = 0; i < bench.drives.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            const DriveDescription& drive = bench.drives[i];
-            const DriveDescription& other = bench.drives[j];
-            if (drive.backing.kind == BackingKind::kFile && other.backing.kind == BackingKind::kFile &&
-                drive.backing.file == other.backing.file) {
-                mistake.report(drive.fileName, "backing.file", "is the content of " + other.fileName + " already");
+    std::vector<PlacedContent> contents;
+    for (const DriveDescription& drive : bench.drives) {
+        for (const PlacedContent& content : {PlacedContent{&drive, "backing.file", &drive.backing},
+                                             PlacedContent{&drive, "swap.backing.file", &drive.swap.backing}}) {
+            for (const PlacedContent& other : contents) {
+                if (content.backing->kind == BackingKind::kFile && other.backing->kind == BackingKind::kFile &&
+                    content.backing->file == other.backing->file) {
+                    mistake.report(drive.fileName, content.field,
+                                   "is the content of " + other.drive->fileName + " already");
+                }
             }
+            contents.push_back(content);
         }
     }
 }

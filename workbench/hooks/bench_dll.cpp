@@ -2,7 +2,7 @@
 #include "workbench/description/bench_files.h"
 #include "workbench/hooks/child_process.h"
 #include "workbench/hooks/hooks.h"
-#include "workbench/session/plugging.h"
+#include "workbench/session/volatile_cache.h"
 #include "workbench/session/win32_text.h"
 
 #include <windows.h>
@@ -39,13 +39,14 @@ std::string openBench(const std::wstring& folder) {
     return {};
 }
 
-int setNumberUnplugged(int number, bool unplugged) {
+int changeDrive(int number, void (*change)(BenchState&, std::uint32_t)) {
     const std::shared_ptr<BenchSession> session = currentSession();
     const BenchDrive* const drive = session ? session->drive(static_cast<std::uint32_t>(number)) : nullptr;
     if (drive == nullptr) {
         return 0;
     }
-    setUnplugged(session->folder(), drive->description(), unplugged);
+    session->folder().changeState([&](BenchState& state) { change(state, drive->description().number); });
+    loseUnflushed(session->folder().path(), drive->description());
     return 1;
 }
 
@@ -74,11 +75,15 @@ const char* BenchLayOut(const char* source, const char* target) {
 }
 
 int BenchUnplug(int drive) {
-    return setNumberUnplugged(drive, true);
+    return changeDrive(drive, unplugDrive);
 }
 
 int BenchPlug(int drive) {
-    return setNumberUnplugged(drive, false);
+    return changeDrive(drive, plugDrive);
+}
+
+int BenchSwap(int drive) {
+    return changeDrive(drive, swapDrive);
 }
 
 // In a process that was started on a bench the library refuses to load when that bench cannot be opened, and its

@@ -49,9 +49,19 @@ void redirect(StartRequest& request, const CommandLine& line, Tool tool) {
     request.commandLine = L"\"" + program + L"\"" + line.rest;
 }
 
-void logStart(BenchSession& session, const std::string& commandLine, DWORD error) {
+// What was asked for, before a stand-in took a tool's place.
+struct Asked {
+    std::string application;
+    std::string commandLine;
+};
+
+void logStart(BenchSession& session, const Asked& asked, DWORD error) {
     LogLine line("bench", "start");
-    session.folder().log(line.quoted("command-line", commandLine).result(error));
+    line.quoted("command-line", asked.commandLine);
+    if (!asked.application.empty()) {
+        line.quoted("application", asked.application);
+    }
+    session.folder().log(line.result(error));
 }
 
 // A child that cannot be put on the bench must not run at all: it could reach real drives.
@@ -68,7 +78,9 @@ DWORD putOnBench(const PROCESS_INFORMATION& child) {
 // `create` calls the real function with the startup record that the caller brought.
 template <typename Create>
 BOOL startOnBench(BenchSession& session, StartRequest& request, LPPROCESS_INFORMATION out, Create create) {
-    const std::string shown = utf8FromWide(request.commandLine.empty() ? request.application : request.commandLine);
+    const Asked shown{.application = utf8FromWide(request.application),
+                      .commandLine =
+                          utf8FromWide(request.commandLine.empty() ? request.application : request.commandLine)};
     const CommandLine line = splitCommandLine(request.commandLine);
     const Tool tool = toolOfRequest(request, line);
     if (tool != Tool::kNone && describedTool(session, tool).missing) {
@@ -138,14 +150,18 @@ BOOL WINAPI createProcessA(LPCSTR application, LPSTR commandLine, LPSECURITY_ATT
                               folder, startup, out);
     }
     const auto wide = [](LPCSTR text) { return text == nullptr ? std::wstring() : wideFromAnsi(text); };
-    StartRequest request{wide(application), wide(commandLine),
-                         processSecurity,   threadSecurity,
-                         inherit,           flags & ~static_cast<DWORD>(EXTENDED_STARTUPINFO_PRESENT),
+    StartRequest request{wide(application), wide(commandLine), processSecurity, threadSecurity, inherit, flags,
                          environment,       wide(folder)};
     std::wstring desktop = wide(startup->lpDesktop);
     std::wstring title = wide(startup->lpTitle);
-    STARTUPINFOW startupWide{};
-    startupWide.cb = sizeof(startupWide);
+    // The list of attributes, such as the handles to inherit, knows no texts: it goes on as it is.
+    STARTUPINFOEXW extended{};
+    STARTUPINFOW& startupWide = extended.StartupInfo;
+    startupWide.cb = sizeof(STARTUPINFOW);
+    if ((flags & EXTENDED_STARTUPINFO_PRESENT) != 0) {
+        startupWide.cb = sizeof(STARTUPINFOEXW);
+        extended.lpAttributeList = reinterpret_cast<const STARTUPINFOEXA*>(startup)->lpAttributeList;
+    }
     startupWide.lpDesktop = startup->lpDesktop == nullptr ? nullptr : desktop.data();
     startupWide.lpTitle = startup->lpTitle == nullptr ? nullptr : title.data();
     startupWide.dwX = startup->dwX;

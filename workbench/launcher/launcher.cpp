@@ -2,8 +2,8 @@
 #include "workbench/hooks/child_process.h"
 #include "workbench/hooks/start_again.h"
 #include "workbench/session/bench_folder.h"
-#include "workbench/session/plugging.h"
 #include "workbench/session/unique_handle.h"
+#include "workbench/session/volatile_cache.h"
 #include "workbench/session/win32_text.h"
 
 #include <windows.h>
@@ -13,6 +13,7 @@
 #include <charconv>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <span>
 #include <string>
 #include <system_error>
@@ -35,7 +36,7 @@ int usage() {
     return complain("usage: bench.exe <bench folder> <program> [arguments...]\n"
                     "       bench.exe --check <bench folder>\n"
                     "       bench.exe --lay-out [--fresh] <bench folder> <target folder>\n"
-                    "       bench.exe --unplug|--plug <bench folder> <drive number>");
+                    "       bench.exe --unplug|--plug|--swap <bench folder> <drive number>");
 }
 
 std::filesystem::path wholePath(const std::wstring& folder) {
@@ -64,7 +65,8 @@ int layOut(Arguments arguments) {
     return error.empty() ? 0 : complain(error);
 }
 
-int plugOrUnplug(Arguments arguments, bool unplugged) {
+// `change` gets the state and the drive's number.
+int changeDrive(Arguments arguments, const std::function<void(BenchState&, std::uint32_t)>& change) {
     if (arguments.size() != 2) {
         return usage();
     }
@@ -80,8 +82,8 @@ int plugOrUnplug(Arguments arguments, bool unplugged) {
     if (failure != std::errc() || end != digits.data() + digits.size() || drive == nullptr) {
         return complain("no drive \"" + digits + "\" on this bench");
     }
-    BenchFolder bench(folder, reading.bench);
-    setUnplugged(bench, *drive, unplugged);
+    BenchFolder(folder, reading.bench).changeState([&](BenchState& state) { change(state, number); });
+    loseUnflushed(folder, *drive);
     return 0;
 }
 
@@ -202,8 +204,14 @@ int launch(Arguments arguments) {
     if (arguments[0] == L"--lay-out") {
         return layOut(arguments.subspan(1));
     }
-    if (arguments[0] == L"--unplug" || arguments[0] == L"--plug") {
-        return plugOrUnplug(arguments.subspan(1), arguments[0] == L"--unplug");
+    if (arguments[0] == L"--unplug") {
+        return changeDrive(arguments.subspan(1), unplugDrive);
+    }
+    if (arguments[0] == L"--plug") {
+        return changeDrive(arguments.subspan(1), plugDrive);
+    }
+    if (arguments[0] == L"--swap") {
+        return changeDrive(arguments.subspan(1), swapDrive);
     }
     return arguments.size() < 2 || arguments[0].starts_with(L"--") ? usage() : run(arguments);
 }

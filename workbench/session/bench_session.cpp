@@ -45,17 +45,26 @@ std::shared_ptr<BenchSession> BenchSession::open(const std::filesystem::path& fo
     }
     for (const DriveDescription& drive : session->description_.drives) {
         session->drives_.try_emplace(drive.number, session->folder_->path(), drive);
+        const auto other = session->swappedDescriptions_.try_emplace(drive.number, swappedDrive(drive)).first;
+        session->swappedDrives_.try_emplace(drive.number, session->folder_->path(), other->second);
     }
     return session;
 }
 
 BenchDrive* BenchSession::drive(std::uint32_t number) {
-    const auto found = drives_.find(number);
-    return found == drives_.end() ? nullptr : &found->second;
+    auto& inPlace = folder_->state().isSwapped(number) ? swappedDrives_ : drives_;
+    const auto found = inPlace.find(number);
+    return found == inPlace.end() ? nullptr : &found->second;
+}
+
+BenchDrive& BenchSession::reached(const OpenDevice& device) {
+    const DriveDescription& opened = device.drive->description();
+    return opened.swap.keepsHandles ? *drive(opened.number) : *device.drive;
 }
 
 bool BenchSession::isPresent(const BenchDrive& drive) {
-    return !drive.hasVanished() && !folder_->state().isUnplugged(drive.description().number);
+    const std::uint32_t number = drive.description().number;
+    return this->drive(number) == &drive && !drive.hasVanished() && !folder_->state().isUnplugged(number);
 }
 
 const VolumeDescription* BenchSession::mountedVolume(char letter) {
@@ -86,10 +95,11 @@ DWORD BenchSession::resolve(const DevicePath& device, const OpenRequest& request
         const DriveDescription& drive = entry.second.description();
         return (device.kind == PathKind::kDrive ? drive.number : drive.scsiPort) == device.number;
     });
-    if (found == drives_.end() || !isPresent(found->second)) {
+    BenchDrive* const inPlace = found == drives_.end() ? nullptr : drive(found->first);
+    if (inPlace == nullptr || !isPresent(*inPlace)) {
         return kErrorFileNotFound;
     }
-    opened.drive = &found->second;
+    opened.drive = inPlace;
     return device.kind == PathKind::kDrive ? opened.drive->openFault().value_or(0) : 0;
 }
 

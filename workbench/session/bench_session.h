@@ -48,7 +48,10 @@ class BenchSession {
 
     [[nodiscard]] const BenchDescription& description() const { return description_; }
     [[nodiscard]] BenchFolder& folder() { return *folder_; }
+    /// The drive that has the number now; null when there is none of that number.
     [[nodiscard]] BenchDrive* drive(std::uint32_t number);
+    /// The drive that an open drive or port reaches now: another medium in a device that keeps its handles.
+    [[nodiscard]] BenchDrive& reached(const OpenDevice& device);
 
     /// Opens what `device` names. INVALID_HANDLE_VALUE on failure, with the thread's last error set.
     [[nodiscard]] HANDLE openDevice(const DevicePath& device, const OpenRequest& request);
@@ -59,7 +62,7 @@ class BenchSession {
     /// Forgets a handle that is about to be closed.
     void forget(HANDLE handle);
 
-    /// The drive is there: neither unplugged nor vanished.
+    /// The drive is there: in its place, neither unplugged nor vanished.
     [[nodiscard]] bool isPresent(const BenchDrive& drive);
     /// The volume of this letter, if it is mounted and all its drives are there.
     [[nodiscard]] const VolumeDescription* mountedVolume(char letter);
@@ -73,6 +76,8 @@ class BenchSession {
     BenchDescription description_;
     std::unique_ptr<BenchFolder> folder_;
     std::map<std::uint32_t, BenchDrive> drives_;
+    std::map<std::uint32_t, DriveDescription> swappedDescriptions_;
+    std::map<std::uint32_t, BenchDrive> swappedDrives_; ///< those that can take their places
     std::shared_mutex handlesMutex_;
     std::unordered_map<HANDLE, std::shared_ptr<OpenDevice>> handles_;
 };

@@ -24,7 +24,9 @@ struct NamedCode {
 constexpr std::array kNames = {
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY, "IOCTL_DISK_GET_DRIVE_GEOMETRY"},
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX"},
+    NamedCode{IOCTL_DISK_GET_DRIVE_LAYOUT_EX, "IOCTL_DISK_GET_DRIVE_LAYOUT_EX"},
     NamedCode{IOCTL_DISK_GET_LENGTH_INFO, "IOCTL_DISK_GET_LENGTH_INFO"},
+    NamedCode{IOCTL_STORAGE_CHECK_VERIFY, "IOCTL_STORAGE_CHECK_VERIFY"},
     NamedCode{IOCTL_STORAGE_GET_DEVICE_NUMBER, "IOCTL_STORAGE_GET_DEVICE_NUMBER"},
     NamedCode{IOCTL_STORAGE_QUERY_PROPERTY, "IOCTL_STORAGE_QUERY_PROPERTY"},
     NamedCode{IOCTL_SCSI_GET_ADDRESS, "IOCTL_SCSI_GET_ADDRESS"},
@@ -40,13 +42,17 @@ constexpr std::array kNames = {
 
 constexpr std::size_t kLoggedUnknown = 64; // bytes of a request that the bench does not know
 
-ControlResult driveRequest(BenchDrive& drive, const ControlRequest& request, LogLine& line) {
+ControlResult driveRequest(BenchSession& session, BenchDrive& drive, const ControlRequest& request, LogLine& line) {
     const DriveDescription& description = drive.description();
     switch (request.code) {
     case IOCTL_DISK_GET_DRIVE_GEOMETRY:
         return giveWhole(request, driveGeometry(description));
     case IOCTL_DISK_GET_DRIVE_GEOMETRY_EX:
         return giveWhole(request, driveGeometryEx(description));
+    case IOCTL_DISK_GET_DRIVE_LAYOUT_EX:
+        return partitionLayout(session, drive, request);
+    case IOCTL_STORAGE_CHECK_VERIFY:
+        return mediaChanges(session, drive, request);
     case IOCTL_DISK_GET_LENGTH_INFO: {
         std::array<std::uint8_t, 8> length{};
         storeLe<std::uint64_t>(length, 0, description.size);
@@ -90,7 +96,7 @@ ControlResult volumeRequest(BenchSession& session, const VolumeDescription& volu
     }
     // What a volume on a single disk does not know itself is its disk's matter.
     if (volume.extents.size() == 1) {
-        return driveRequest(*session.drive(volume.extents.front().disk), request, line);
+        return driveRequest(session, *session.drive(volume.extents.front().disk), request, line);
     }
     line.hex("data", requestBytes(request, kLoggedUnknown));
     return {kErrorInvalidFunction, 0};
@@ -100,14 +106,15 @@ ControlResult answer(BenchSession& session, OpenDevice& device, const ControlReq
     if (device.kind == PathKind::kVolume) {
         return volumeRequest(session, *device.volume, request, line);
     }
-    if (!session.isPresent(*device.drive)) {
+    BenchDrive& drive = session.reached(device);
+    if (!session.isPresent(drive)) {
         return {kErrorDeviceNotConnected, 0};
     }
-    if (const std::optional<DWORD> error = device.drive->requestFault(controlName(request.code))) {
+    if (const std::optional<DWORD> error = drive.requestFault(controlName(request.code))) {
         return {*error, 0};
     }
-    return device.kind == PathKind::kScsiPort ? portRequest(*device.drive, request, line)
-                                              : driveRequest(*device.drive, request, line);
+    return device.kind == PathKind::kScsiPort ? portRequest(drive, request, line)
+                                              : driveRequest(session, drive, request, line);
 }
 
 } // namespace

@@ -13,6 +13,11 @@ namespace torvane::bench {
 /// IOCTL_STORAGE_QUERY_PROPERTY: descriptors, and NVMe data where the drive answers that way.
 [[nodiscard]] ControlResult queryProperty(BenchDrive& drive, const ControlRequest& request, LogLine& line);
 
+/// IOCTL_DISK_GET_DRIVE_LAYOUT_EX.
+[[nodiscard]] ControlResult partitionLayout(BenchSession& session, BenchDrive& drive, const ControlRequest& request);
+/// IOCTL_STORAGE_CHECK_VERIFY: how often the medium was changed, where the caller has room for it.
+[[nodiscard]] ControlResult mediaChanges(BenchSession& session, BenchDrive& drive, const ControlRequest& request);
+
 /// SMART_GET_VERSION, SMART_RCV_DRIVE_DATA, SMART_SEND_DRIVE_COMMAND, IOCTL_ATA_PASS_THROUGH.
 [[nodiscard]] ControlResult smartVersion(BenchDrive& drive, const ControlRequest& request);
 [[nodiscard]] ControlResult smartCommand(BenchDrive& drive, const ControlRequest& request, LogLine& line);

@@ -61,6 +61,20 @@ bool isPresent(BenchSession& session, const BenchDrive& drive) {
     }
     return present;
 }
+/// A handle of the content that a device reaches: its own, as long as nothing else has taken the drive's place.
+class ContentHandle {
+  public:
+    ContentHandle(const OpenDevice& device, const BenchDrive& reached, HANDLE own)
+        : other_(&reached == device.drive ? UniqueHandle()
+                                          : reached.content().open(GENERIC_READ | GENERIC_WRITE, nullptr)),
+          handle_(other_ ? other_.get() : own) {}
+
+    [[nodiscard]] HANDLE get() const { return handle_; }
+
+  private:
+    UniqueHandle other_;
+    HANDLE handle_;
+};
 
 // The drive's own part of reading: faults, then content. `handle`: one that the drive's content gave.
 TransferResult readDrive(BenchSession& session, BenchDrive& drive, HANDLE handle, std::uint64_t offset,
@@ -170,6 +184,21 @@ DWORD flushVolume(BenchSession& session, const VolumeDescription& volume) {
     return 0;
 }
 
+TransferResult readThrough(BenchSession& session, const OpenDevice& device, HANDLE handle, std::uint64_t offset,
+                           std::span<std::uint8_t> out) {
+    if (device.kind == PathKind::kVolume) {
+        return readVolume(session, *device.volume, offset, out);
+    }
+    BenchDrive& drive = session.reached(device);
+    return readDrive(session, drive, ContentHandle(device, drive, handle).get(), offset, out);
+}
+
+TransferResult writeThrough(BenchSession& session, const OpenDevice& device, HANDLE handle, std::uint64_t offset,
+                            std::span<const std::uint8_t> data) {
+    BenchDrive& drive = session.reached(device);
+    return writeDrive(session, drive, ContentHandle(device, drive, handle).get(), offset, data);
+}
+
 void logTransfer(BenchSession& session, const OpenDevice& device, std::string_view request, std::uint64_t offset,
                  std::uint64_t length, const TransferResult& result) {
     LogLine line(device.target(), request);
@@ -192,8 +221,7 @@ TransferResult readDevice(BenchSession& session, OpenDevice& device, HANDLE hand
         result.error = checkPlace(session, device, place, out.size());
     }
     if (result.error == 0 && !out.empty()) {
-        result = device.kind == PathKind::kVolume ? readVolume(session, *device.volume, place, out)
-                                                  : readDrive(session, *device.drive, handle, place, out);
+        result = readThrough(session, device, handle, place, out);
     }
     if (result.error == 0 && !offset) {
         device.position += result.bytes;
@@ -215,7 +243,7 @@ TransferResult writeDevice(BenchSession& session, OpenDevice& device, HANDLE han
         result.error = checkPlace(session, device, place, data.size());
     }
     if (result.error == 0 && !data.empty()) {
-        result = writeDrive(session, *device.drive, handle, place, data);
+        result = writeThrough(session, device, handle, place, data);
     }
     if (result.error == 0 && !offset) {
         device.position += result.bytes;
@@ -232,7 +260,7 @@ DWORD flushDevice(BenchSession& session, OpenDevice& device) {
     } else if (device.kind == PathKind::kVolume) {
         error = flushVolume(session, *device.volume);
     } else if (device.kind == PathKind::kDrive) {
-        error = flushDrive(session, *device.drive);
+        error = flushDrive(session, session.reached(device));
     }
     LogLine line(device.target(), "flush");
     session.folder().log(line.result(error));

@@ -108,4 +108,10 @@ void VolatileCache::lose(const DriveContent& content) const {
     file.empty();
 }
 
+void loseUnflushed(const std::filesystem::path& benchFolder, const DriveDescription& drive) {
+    if (drive.faults.volatileCache) {
+        VolatileCache(benchFolder, drive).lose(DriveContent(benchFolder, drive));
+    }
+}
+
 } // namespace torvane::bench

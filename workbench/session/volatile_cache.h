@@ -32,4 +32,7 @@ class VolatileCache {
     std::filesystem::path file_;
 };
 
+/// A drive is unplugged, or another one takes its place: what a volatile cache of it held is lost.
+void loseUnflushed(const std::filesystem::path& benchFolder, const DriveDescription& drive);
+
 } // namespace torvane::bench

@@ -68,7 +68,8 @@ int runTool(StandIn& standIn) {
     DiskpartRun run;
     standIn.folder->changeState([&](BenchState& state) { run = runDiskpartScript(standIn.bench, state, *script); });
     for (const std::uint32_t number : run.cleanedNow) {
-        wipeEnds(standIn.folder->path(), *standIn.bench.drive(number));
+        const DriveDescription& drive = *standIn.bench.drive(number);
+        wipeEnds(standIn.folder->path(), standIn.folder->state().isSwapped(number) ? swappedDrive(drive) : drive);
     }
     logSteps(standIn, run);
     print(STD_OUTPUT_HANDLE, run.output);

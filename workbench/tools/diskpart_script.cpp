@@ -229,7 +229,7 @@ class Script {
 
     bool holdsSystem() const {
         const VolumeDescription* system = bench_.volume('C');
-        return system != nullptr &&
+        return system != nullptr && !state_.isSwapped(selected_->number) &&
                std::any_of(system->extents.begin(), system->extents.end(),
                            [&](const VolumeExtent& extent) { return extent.disk == selected_->number; });
     }
@@ -268,7 +268,10 @@ class Script {
                                    "See the System Event Log for more information.");
             return kServiceFailed;
         }
-        state_.cleaned.insert(selected_->number);
+        // The drive that is out of its place keeps what it holds.
+        if (!state_.isSwapped(selected_->number)) {
+            state_.cleaned.insert(selected_->number);
+        }
         run_.cleanedNow.push_back(selected_->number);
         run_.output += message("DiskPart succeeded in cleaning the disk.");
         return 0;

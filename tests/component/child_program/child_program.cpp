@@ -10,6 +10,8 @@
 //     set:HANDLE  sets the event behind the handle value, if this process has such a handle
 //     sleep:MS    waits
 //     until:FILE  waits until there is such a file, at most a minute
+//     make:FILE   makes an empty file
+//     start-own:A starts itself with the arguments A, separated by commas, and does not wait for it
 //     hang-up     closes its standard output and error
 //     die         is ended at once, as by a fault
 //     exit:N      ends with exit code N, which is 0 otherwise
@@ -73,6 +75,23 @@ void waitForFile(const char* name) {
     }
 }
 
+void makeFile(const char* name) {
+    CloseHandle(CreateFileA(name, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr));
+}
+
+/// The other one shares our output.
+void startOwn(std::string arguments) {
+    std::replace(arguments.begin(), arguments.end(), ',', ' ');
+    std::string commandLine = "torvane_child_program.exe " + arguments;
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION child{};
+    if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &child)) {
+        CloseHandle(child.hThread);
+        CloseHandle(child.hProcess);
+    }
+}
+
 /// The text behind "name:", or null when the argument is another one.
 const char* valueOf(std::string_view argument, std::string_view name) {
     return argument.starts_with(name) ? argument.data() + name.size() : nullptr;
@@ -98,6 +117,10 @@ int main(int count, char** arguments) {
             Sleep(static_cast<DWORD>(std::stoul(milliseconds)));
         } else if (const char* const file = valueOf(argument, "until:")) {
             waitForFile(file);
+        } else if (const char* const made = valueOf(argument, "make:")) {
+            makeFile(made);
+        } else if (const char* const own = valueOf(argument, "start-own:")) {
+            startOwn(own);
         } else if (const char* const code = valueOf(argument, "exit:")) {
             exitCode = std::stoi(code);
         } else if (argument == "crlf") {

@@ -166,6 +166,10 @@ void clickBlindly(POINT place) {
     }
 }
 
+void hoverAt(POINT place) {
+    moveMouse(place);
+}
+
 void parkMouse() {
     moveMouse({GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1});
 }

@@ -22,6 +22,9 @@ void drag(const Window& window, POINT from, POINT to);
 /// Clicks a place on the screen whatever is there, for showing that nothing happens.
 void clickBlindly(POINT place);
 
+/// Moves the mouse to a place of the screen and leaves it there.
+void hoverAt(POINT place);
+
 /// Moves the mouse away to a corner of the screen, where it hovers over nothing.
 void parkMouse();
 

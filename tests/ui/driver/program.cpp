@@ -288,6 +288,10 @@ void Program::plug(int drive) const {
     runLauncher(L"--plug", drive);
 }
 
+void Program::swap(int drive) const {
+    runLauncher(L"--swap", drive);
+}
+
 void Program::hurry() const {
     if (!std::ofstream(launch_.bench / kHurryFile)) {
         throw Failure("the bench cannot be told to hurry");

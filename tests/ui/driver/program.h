@@ -54,6 +54,8 @@ class Program {
     /// Makes a drive of the bench vanish, or brings it back.
     void unplug(int drive) const;
     void plug(int drive) const;
+    /// Puts another one of equal size in a drive's place, or the drive back.
+    void swap(int drive) const;
 
     /// From now on nothing on the bench takes its time, however long a delay was described: lets go what a test has
     /// held.

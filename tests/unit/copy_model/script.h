@@ -53,6 +53,9 @@ struct Script {
     bool cleanFails = false;
     std::size_t mountedLetters = 0; ///< on the destination after a clean that failed
 
+    std::size_t takenImages = 0;    ///< numbers in a row whose image exists already
+    std::size_t takenHashFiles = 0; ///< numbers behind those, whose hash file exists
+    std::size_t lostRaces = 0;      ///< images that somebody else makes in the last moment
     bool imageCannotBeCreated = false;
     bool imageCannotBeOpened = false; ///< the source image, or the finished one
     bool imageCannotBeRewound = false;
@@ -183,6 +186,9 @@ class ScriptMaker {
     }
 
     void makeFileTroubles() {
+        script_.takenImages = chance(4) ? below(3) : 0;
+        script_.takenHashFiles = chance(4) ? below(3) : 0;
+        script_.lostRaces = chance(8) ? 1 + below(2) : 0;
         script_.imageCannotBeCreated = chance(20);
         script_.imageCannotBeOpened = chance(15);
         script_.imageCannotBeRewound = chance(20);

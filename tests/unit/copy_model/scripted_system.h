@@ -122,6 +122,7 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         const std::int32_t number = world_.nextNumber();
         return {imageFileName(folder, source.model.view(), number), number};
     }
+    bool fileExists(const std::string& path) override { return world_.exists(path); }
     std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) override {
         std::optional<World::OpenFile> opened =
             use == ImageUse::kNew ? world_.createImage(path) : world_.openImage(path);
@@ -150,6 +151,7 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     LocalMoment now() override { return World::now(); }
 
     void logError(const std::string& text) override { see("log ERROR " + text); }
+    void logJob(const std::string& text) override { see("log JOB " + text); }
     void print(const std::string& line) override { see("print " + line); }
     void stop(const char* caption, const char* text) override { see(box("stop", caption, text)); }
     void inform(const char* caption, const char* text) override { see(box("inform", caption, text)); }
@@ -169,6 +171,9 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
             EXPECT_FALSE(fetching_) << "the end is shown while a read is in flight";
         }
         see("status [" + std::string(text) + "]");
+    }
+    void setLosses(std::string_view text, bool bad) override {
+        see((bad ? "bad losses [" : "losses [") + std::string(text) + "]");
     }
     void repaint() override { see("repaint"); }
     void repaintTrack(const TrackArea& area) override {

@@ -2,6 +2,7 @@
 
 #include "tests/unit/copy_model/world.h"
 
+#include <array>
 #include <cinttypes>
 #include <cstdio>
 #include <string>
@@ -15,6 +16,17 @@ class SequentialModel {
     explicit SequentialModel(World& world) : world_(world), flags_(world.flags), block_(world.script.blockSize) {}
 
     std::uint32_t run() {
+        world_.see("losses []");
+        jobRow(subject(destinationText()) + " begins");
+        const std::uint32_t exitCode = runJob();
+        jobRow(subject(path_.empty() ? destinationText() : "into [" + path_ + "]") + ": " + ending_ +
+               (ending_ == "not started" ? "" : ". " + losses()) + digestText_);
+        afterwards();
+        return exitCode;
+    }
+
+  private:
+    std::uint32_t runJob() {
         switch (world_.script.job) {
         case ScriptedJob::kForwardClone:
             return forwardClone();
@@ -30,7 +42,25 @@ class SequentialModel {
         return 99;
     }
 
-  private:
+    // --- the log file ---
+
+    void jobRow(const std::string& row) { world_.see("log JOB " + row); }
+
+    [[nodiscard]] std::string destinationText() const {
+        const ScriptedJob job = world_.script.job;
+        return job == ScriptedJob::kImageToFile || job == ScriptedJob::kForensicImage
+                   ? std::string("into [") + World::kFolder + "]"
+                   : "onto drive 12 [Destination] [D 9]";
+    }
+    [[nodiscard]] std::string subject(const std::string& to) const {
+        static constexpr std::array<const char*, 5> kTitles{"Clone", "Reverse clone", "Image", "Forensic image",
+                                                            "Image to drive"};
+        const std::string from = world_.script.job == ScriptedJob::kImageToDrive
+                                     ? std::string("[") + World::kSourceImage + "]"
+                                     : "drive 3 [Model 100%s] [S/N 7]";
+        return kTitles[static_cast<std::size_t>(world_.script.job)] + (" of " + from) + " " + to;
+    }
+
     static std::string text(const char* format, auto... arguments) {
         char buffer[2048];
         std::snprintf(buffer, sizeof buffer, format, arguments...);
@@ -89,13 +119,55 @@ class SequentialModel {
         lastPercent_ = -1;
     }
 
+    /// Whole sectors of both drives, so that every block begins on one; what of it is moved ends with the range.
+    void splitRange(std::uint64_t bytes, std::uint64_t sourceSector) {
+        const auto unit = [this](std::uint64_t sector) { return block_ % sector == 0 ? sector : 1; };
+        const auto up = [](std::uint64_t n, std::uint64_t to) { return n % to == 0 ? n : n - n % to + to; };
+        const std::uint64_t from = unit(sourceSector);
+        const std::uint64_t onto = unit(static_cast<std::uint64_t>(world_.destination.bytesPerSector));
+        rangeEnd_ = bytes;
+        readEnd_ = up(bytes, from);
+        writeEnd_ = up(bytes, onto);
+        odd_ = bytes % onto;
+        split(up(bytes, std::max(from, onto))); // powers of two
+    }
+
+    bool paddingWanted(const std::string& what) {
+        return odd_ == 0 ||
+               askBox("***** LAST SECTOR NOT FILLED *****",
+                      "The " + what + " is " + std::to_string(odd_) +
+                          " bytes longer than whole sectors of the DESTINATION, which have " +
+                          std::to_string(world_.destination.bytesPerSector) +
+                          " bytes. The last sector will be filled up with zeros. Do you want to continue?");
+    }
+
+    std::uint32_t declined(std::initializer_list<const DriveRecord*> drives) {
+        for (const DriveRecord* drive : drives) {
+            driveStatus(*drive, "Idle");
+        }
+        return 0;
+    }
+
     bool readBlock(std::uint64_t offset, std::size_t length) {
-        const World::Transfer done = world_.readDrive(offset, std::span(buffer_).first(length));
+        const bool whole = readAndMark(offset, length);
+        zeroBehindRange(offset, length);
+        return whole;
+    }
+
+    void zeroBehindRange(std::uint64_t offset, std::size_t length) {
+        for (std::size_t i = 0; i < length; ++i) {
+            buffer_[i] = offset + i < rangeEnd_ ? buffer_[i] : std::byte{0};
+        }
+    }
+
+    bool readAndMark(std::uint64_t offset, std::size_t length) {
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, readEnd_ - offset));
+        const World::Transfer done = world_.readDrive(offset, std::span(buffer_).first(wanted));
         if (!done.sought) {
             ++unreadable_;
             return false;
         }
-        if (done.ok && done.count == length) {
+        if (done.ok && done.count == wanted) {
             return true;
         }
         ++unreadable_;
@@ -108,7 +180,9 @@ class SequentialModel {
         return false;
     }
 
-    void writeBlock(std::uint64_t offset, std::size_t length) {
+    void writeBlock(std::uint64_t offset, std::size_t blockLength) {
+        const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(blockLength, writeEnd_ - offset));
+        notCopied_ -= std::min<std::uint64_t>(notCopied_, length);
         const World::Transfer done = world_.writeDrive(offset, std::span(buffer_).first(length));
         const bool whole = done.sought && done.ok && done.count == length;
         if (!whole) {
@@ -201,17 +275,44 @@ class SequentialModel {
         }
     }
 
-    std::string outcome(const std::string& ending) const {
-        std::string faults = ending;
-        const auto add = [&](std::uint64_t count, const char* one, const char* many) {
+    [[nodiscard]] std::string faults(const std::string& before, bool notCopied) const {
+        std::string faults = before;
+        const auto add = [&](const std::string& clause) { faults += (faults.empty() ? "" : ", ") + clause; };
+        const auto addCount = [&](std::uint64_t count, const char* one, const char* many) {
             if (count != 0) {
-                faults += (faults.empty() ? "" : ", ") + std::to_string(count) + " " + (count == 1 ? one : many);
+                add(std::to_string(count) + " " + (count == 1 ? one : many));
             }
         };
-        add(unreadable_, "unreadable block", "unreadable blocks");
-        add(failedWrites_, "failed write", "failed writes");
-        return faults.empty() ? "COMPLETED" : "BAD " + faults;
+        addCount(unreadable_, "unreadable block", "unreadable blocks");
+        addCount(failedWrites_, "failed write", "failed writes");
+        if (notCopied && notCopied_ != 0) {
+            // Scripted drives are small.
+            add((notCopied_ < 1024        ? std::to_string(notCopied_) + (notCopied_ == 1 ? " byte" : " bytes")
+                 : notCopied_ % 1024 == 0 ? std::to_string(notCopied_ / 1024) + " KB"
+                                          : text("%.1f KB", static_cast<double>(notCopied_) / 1024)) +
+                " of the source not copied");
+        }
+        return faults;
     }
+
+    std::string outcome(const std::string& ending) const {
+        const bool cutIsBad = ending.empty() && world_.script.job != ScriptedJob::kImageToDrive;
+        const std::string all = faults(ending, cutIsBad);
+        return all.empty() ? "COMPLETED" : "BAD " + all;
+    }
+
+    [[nodiscard]] std::string losses() const {
+        std::string all = faults("", true);
+        if (hashFailed_) {
+            all += all.empty() ? "not hashed" : ", not hashed";
+        }
+        return all.empty() ? "Nothing was lost" : all;
+    }
+    void showLosses(const std::string& ending) {
+        ending_ = ending;
+        world_.see((losses() == "Nothing was lost" ? "losses [" : "bad losses [") + losses() + "]");
+    }
+    [[nodiscard]] static const char* completed(bool everything) { return everything ? "completed" : "not completed"; }
 
     /// Every block of the job was moved, the remainder too.
     [[nodiscard]] bool whole(std::uint64_t k) const { return k == full_ && (remainder_ == 0 || remainderMoved_); }
@@ -298,7 +399,12 @@ class SequentialModel {
         flags_.carY = 182;
         clearFlags();
         world_.source.badReadCount = 0;
-        split(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)));
+        notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
+        splitRange(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)),
+                   static_cast<std::uint64_t>(world_.source.bytesPerSector));
+        if (!paddingWanted("SOURCE")) {
+            return declined({&world_.source, &world_.destination});
+        }
         raise();
         status(" Status: Idle");
         repaint();
@@ -328,6 +434,7 @@ class SequentialModel {
             flushDrive();
         }
         remember(wanted);
+        showLosses(completed(wanted && whole(k)));
         end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
         endClone(wanted && whole(k));
         flags_.running = 0;
@@ -340,7 +447,12 @@ class SequentialModel {
         flags_.carY = 182;
         clearFlags();
         world_.source.badReadCount = 0;
-        split(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)));
+        notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
+        splitRange(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)),
+                   static_cast<std::uint64_t>(world_.source.bytesPerSector));
+        if (!paddingWanted("SOURCE")) {
+            return declined({&world_.source, &world_.destination});
+        }
         raise();
         status(" Status: Idle");
         repaint();
@@ -372,6 +484,7 @@ class SequentialModel {
             flushDrive();
         }
         remember(wanted);
+        showLosses(completed(wanted && whole(k)));
         end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
         endClone(wanted && whole(k));
         repaintCloneTrack();
@@ -384,12 +497,26 @@ class SequentialModel {
         driveStatus(world_.destination, outcome(everything ? "" : "not completed"));
     }
 
-    std::string makeImageName(int& number) {
-        number = world_.nextNumber();
-        return text("%s\\%s.%d.img", World::kFolder, world_.source.model.c_str(), number);
+    /// The image under the first number that nobody has. Every number that is tried is used up.
+    std::optional<World::OpenFile> createImage(std::string& name, int& number) {
+        while (true) {
+            number = world_.nextNumber();
+            name = text("%s\\%s.%d.img", World::kFolder, world_.source.model.c_str(), number);
+            if (world_.exists(name) || world_.exists(hashFileName(number))) {
+                continue;
+            }
+            std::optional<World::OpenFile> image = world_.createImage(name);
+            if (image || !world_.exists(name)) {
+                return image;
+            }
+        }
+    }
+    [[nodiscard]] std::string hashFileName(int number) const {
+        return text("%s\\MD5-HASH--%s.%d.txt", World::kFolder, world_.source.model.c_str(), number);
     }
 
     bool writeImage(World::OpenFile& image, std::size_t length) {
+        notCopied_ -= std::min<std::uint64_t>(notCopied_, length);
         const World::Transfer done = world_.writeFile(image, std::span(buffer_).first(length));
         const bool written = done.ok && done.count == length;
         failedWrites_ += written ? 0 : 1;
@@ -406,19 +533,22 @@ class SequentialModel {
             return refused({&world_.source});
         }
         int number = 0;
-        const std::string name = makeImageName(number);
-        std::optional<World::OpenFile> image = world_.createImage(name);
+        std::string name;
+        std::optional<World::OpenFile> image = createImage(name, number);
         if (!image) {
             status("Could not CREATE DESTINATION image");
             driveStatus(world_.source, outcome("not started"));
             return 0;
         }
-        split(static_cast<std::uint64_t>(world_.source.sizeBytes));
+        path_ = name;
+        notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
+        split(notCopied_);
         beginTiming();
         const bool wanted = raise();
         status(" Status: Idle");
         repaint();
         const auto couldNotWrite = [&] {
+            showLosses("not completed");
             driveStatus(world_.source, outcome("not completed"));
             world_.close(*image);
             status("Could not WRITE to DESTINATION image");
@@ -447,6 +577,7 @@ class SequentialModel {
         if (wanted && k == full_ && !flushRest(name)) {
             return couldNotWrite();
         }
+        showLosses(completed(wanted && whole(k)));
         driveStatus(world_.source, outcome(wanted && whole(k) ? "" : "not completed"));
         end(wanted && k == full_, " Image  SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
         world_.close(*image);
@@ -479,8 +610,8 @@ class SequentialModel {
             return refused({&world_.source});
         }
         int number = 0;
-        const std::string name = makeImageName(number);
-        std::optional<World::OpenFile> image = world_.createImage(name);
+        std::string name;
+        std::optional<World::OpenFile> image = createImage(name, number);
         if (!image) {
             status("Could not CREATE DESTINATION image");
             driveStatus(world_.source, outcome("not started"));
@@ -492,7 +623,9 @@ class SequentialModel {
                 image.reset();
             }
         };
-        split(static_cast<std::uint64_t>(world_.source.sizeBytes));
+        path_ = name;
+        notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
+        split(notCopied_);
         beginTiming();
         status(" Status: Idle");
         if (!beginHashing()) {
@@ -507,8 +640,9 @@ class SequentialModel {
             world_.chasePoints.push_back(static_cast<std::int64_t>(full_ * percent / 100));
         }
         world_.aboutToCopy();
-        bool hashFailed = false;
+        const char* lost = nullptr;
         const auto couldNotWrite = [&] {
+            lost = "written";
             closeImage();
             status("Could not WRITE to DESTINATION image");
             flags_.running = 0;
@@ -519,7 +653,8 @@ class SequentialModel {
                 couldNotWrite();
             }
             if (!world_.hash(digest_, std::span(buffer_).first(length))) {
-                hashFailed = true;
+                hashFailed_ = true;
+                lost = lost == nullptr ? "hashed" : lost;
                 stopBox("****** HASH ERROR ******", "Could not get HASH data. Exiting");
                 closeImage();
                 flags_.running = 0;
@@ -543,34 +678,54 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
-        bool complete = wanted && k == full_;
-        if (complete && image && !flushRest(name)) {
+        const bool flushLost = wanted && k == full_ && lost == nullptr && !flushRest(name);
+        if (flushLost) {
             couldNotWrite();
-            complete = false;
         }
+        // The remainder is a block like the others: without it the image is no success.
+        const bool complete = wanted && k == full_ && lost == nullptr;
+        imagedWhole_ = complete && whole(k);
+        const bool hasDigest = !world_.digestFails();
+        hashFailed_ = hashFailed_ || !hasDigest;
+        showLosses(imagedWhole_ && hashFailed_ ? "not hashed" : completed(imagedWhole_));
         end(complete, " Image SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
-        Md5Digest imaged{};
-        if (world_.digestFails()) {
-            hashFailed = true;
-        } else {
-            imaged = digest_.value();
+        if (hasDigest) {
+            imaged_ = digest_.value();
             if (complete) {
-                hashFile(imaged, number);
+                hashFile(imaged_, number);
+                digestText_ = ". MD5";
+                for (const unsigned byte : imaged_) {
+                    digestText_ += text(" %02X", byte);
+                }
             }
         }
-        imagedWhole_ = complete && whole(k);
-        driveStatus(world_.source, outcome(!imagedWhole_ ? "not completed" : hashFailed ? "not hashed" : ""));
+        driveStatus(world_.source, outcome(!imagedWhole_ ? "not completed" : hashFailed_ ? "not hashed" : ""));
         repaintImageTrack();
         closeImage();
         flags_.running = 0;
-        if (complete && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
-            verify(name, imaged);
-        }
+        const bool lastLost = flushLost || (lost != nullptr && (remainder_ > 0 ? remainderMoved_ : k + 1 == full_));
+        lostLast_ = lastLost ? lost : nullptr;
+        verifiable_ = complete;
         return 1;
     }
 
+    /// What follows an imaging pass once its row is written: what the user has to answer.
+    void afterwards() {
+        if (lostLast_ != nullptr) {
+            stopBox("***** IMAGE NOT COMPLETE *****", "The last block of [" + path_ + "] could not be " + lostLast_ +
+                                                          ". The image is not whole, and it has no hash file. Make it "
+                                                          "anew");
+        }
+        if (verifiable_ && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
+            jobRow("Verification of [" + path_ + "]: begins");
+            if (verify(path_, imaged_) == 0) {
+                jobRow("Verification of [" + path_ + "]: could not be made");
+            }
+        }
+    }
+
     void hashFile(const Md5Digest& digest, int number) {
-        const std::string name = text("%s\\MD5-HASH--%s.%d.txt", World::kFolder, world_.source.model.c_str(), number);
+        const std::string name = hashFileName(number);
         const LocalMoment now = World::now();
         std::string lines = "KVL Data MD5 HASH\n";
         lines += text("Date:\t\t\t%02d/%02d/%04d\n", now.month, now.day, now.year);
@@ -662,6 +817,7 @@ class SequentialModel {
         repaintImageTrack();
         driveStatus(world_.source,
                     imaged == verified ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
+        jobRow("Verification of [" + name + "]: " + (imaged == verified ? "verified" : "not verified"));
         world_.see("print " + hashLine("Match HASH:", imaged));
         world_.see("print " + hashLine("Gen   HASH:", verified));
         if (imaged == verified) {
@@ -685,15 +841,19 @@ class SequentialModel {
             return 0;
         }
         std::uint64_t bytes = world_.files[World::kSourceImage].size();
+        notCopied_ = bytes;
         if (bytes > static_cast<std::uint64_t>(world_.destination.sizeBytes)) {
             if (!askDefaultNoBox("***** Image File Too Large *****",
                                  "Image File is LARGER than DESTINATION drive. Do you want to "
                                  "truncate file and continue?")) {
-                return 0; // the image stays open
+                return declined({&world_.destination}); // the image stays open
             }
             bytes = static_cast<std::uint64_t>(world_.destination.sizeBytes);
         }
-        split(bytes);
+        splitRange(bytes, 1);
+        if (!paddingWanted("image")) {
+            return declined({&world_.destination});
+        }
         raise();
         status(" Status: Idle");
         repaint();
@@ -703,13 +863,16 @@ class SequentialModel {
         }
         const bool wanted = ready == Ready::kYes;
         beginTiming();
-        const auto readNext = [&](std::size_t length) {
-            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(length));
-            return done.ok && done.count == length;
+        const auto readNext = [&](std::uint64_t offset, std::size_t length) {
+            const auto within = static_cast<std::size_t>(std::min<std::uint64_t>(length, rangeEnd_ - offset));
+            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(within));
+            zeroBehindRange(offset, length);
+            return done.ok && done.count == within;
         };
         const auto couldNotRead = [&] {
             ++unreadable_;
             remember(true);
+            showLosses("not completed");
             driveStatus(world_.destination, outcome("not completed"));
             world_.close(*image);
             status("Could not READ FROM SOURCE image. TERMINATING");
@@ -718,7 +881,7 @@ class SequentialModel {
         };
         std::uint64_t k = 0;
         while (wanted && k < full_) {
-            if (!readNext(block_)) {
+            if (!readNext(k * block_, block_)) {
                 return couldNotRead();
             }
             writeBlock(k * block_, block_);
@@ -729,7 +892,7 @@ class SequentialModel {
             ++k;
         }
         if (remainder_ > 0 && flags_.running == 1) {
-            if (!readNext(remainder_)) {
+            if (!readNext(full_ * block_, remainder_)) {
                 return couldNotRead();
             }
             writeBlock(full_ * block_, remainder_);
@@ -739,6 +902,7 @@ class SequentialModel {
             flushDrive();
         }
         remember(wanted);
+        showLosses(completed(wanted && whole(k)));
         driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
         end(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
             " Image To Drive Terminated -- Not Completed");
@@ -758,12 +922,25 @@ class SequentialModel {
     int lastPercent_ = -1;
     std::uint64_t unreadable_ = 0;
     std::uint64_t failedWrites_ = 0;
-    std::uint64_t unflushed_ = 0; ///< blocks stored since the last flush
-    bool flushed_ = true;         ///< no flush has failed
-    bool gone_ = false;           ///< the destination, when the last block was to be stored
+    std::uint64_t unflushed_ = 0;    ///< blocks stored since the last flush
+    bool flushed_ = true;            ///< no flush has failed
+    bool gone_ = false;              ///< the destination, when the last block was to be stored
+    std::uint64_t rangeEnd_ = ~0ULL; ///< bytes: what is copied, as far as it is read and as far as it is written
+    std::uint64_t readEnd_ = ~0ULL;
+    std::uint64_t writeEnd_ = ~0ULL;
+    std::uint64_t odd_ = 0;
+    std::uint64_t notCopied_ = 0; ///< bytes of the source
+    bool hashFailed_ = false;
     bool remainderMoved_ = false;
     bool imagedWhole_ = false;
     ScriptedDigest digest_;
+
+    std::string ending_ = "not started";
+    std::string path_; ///< of the image that was made
+    std::string digestText_;
+    const char* lostLast_ = nullptr; ///< what the last block of an image could not be
+    bool verifiable_ = false;
+    Md5Digest imaged_{};
 };
 
 } // namespace torvane::testing

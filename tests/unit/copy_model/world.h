@@ -65,10 +65,13 @@ class World {
         std::mt19937_64 random(script.seed);
         source.model.assign("Model 100%s");
         source.serialNumber.assign("S/N 7");
+        source.driveNumber = 3;
         source.bytesPerSector = script.sourceSector;
         source.sizeBytes = script.sourceBytes;
         source.badReadCount = 99; // left by an earlier job
         destination.model.assign("Destination");
+        destination.driveNumber = 12;
+        destination.serialNumber.assign("D 9");
         destination.bytesPerSector = script.destinationSector;
         destination.sizeBytes = script.destinationBytes;
         destination.writeErrorCount = 5; // never reset
@@ -76,6 +79,12 @@ class World {
         destinationBytes = noise(random, script.destinationBytes);
         files[kSourceImage] = sourceBytes;
         media_[kDestination] = destinationBytes;
+        for (std::size_t i = 0; i < script.takenImages + script.takenHashFiles; ++i) {
+            const std::string number = std::to_string(static_cast<std::size_t>(imageNumber) + 1 + i);
+            const std::string name =
+                i < script.takenImages ? "Model 100%s." + number + ".img" : "MD5-HASH--Model 100%s." + number + ".txt";
+            files[std::string(kFolder) + "\\" + name] = Bytes(3, std::byte{'o'});
+        }
     }
 
     static constexpr const char* kFolder = "E:\\Images";
@@ -181,7 +190,12 @@ class World {
     // --- files ---
 
     [[nodiscard]] std::optional<OpenFile> createImage(const std::string& path) {
-        if (script.imageCannotBeCreated) {
+        if (script.imageCannotBeCreated || exists(path)) {
+            return std::nullopt;
+        }
+        if (racesLost < script.lostRaces) {
+            ++racesLost;
+            files[path] = Bytes(5, std::byte{'r'});
             return std::nullopt;
         }
         files[path].clear();
@@ -200,6 +214,8 @@ class World {
         ++openFiles[path];
         return OpenFile{path};
     }
+
+    [[nodiscard]] bool exists(const std::string& path) const { return files.contains(path); }
 
     void close(const OpenFile& file) { --openFiles[file.path]; }
 
@@ -288,6 +304,7 @@ class World {
     std::atomic<std::uint64_t> flushes{0};
     std::uint64_t hashCalls = 0;
     std::uint64_t destinationQuestions = 0;
+    std::size_t racesLost = 0;
     std::size_t hashPasses = 0;
     std::size_t pass = 0;
     std::int64_t ticks = 1000000;

@@ -1,0 +1,73 @@
+#include "copy/jobs/job_account.h"
+
+#include "base/format.h"
+#include "records/drive_record.h"
+
+namespace torvane {
+
+namespace {
+
+std::string_view titleOf(CopyKind kind) {
+    switch (kind) {
+    case CopyKind::kForwardClone:
+        return "Clone";
+    case CopyKind::kReverseClone:
+        return "Reverse clone";
+    case CopyKind::kImageToFile:
+        return "Image";
+    case CopyKind::kForensicImage:
+        return "Forensic image";
+    case CopyKind::kImageToDrive:
+        break;
+    }
+    return "Image to drive";
+}
+
+std::string driveInWords(const DriveRecord& drive) {
+    return formatText("drive %d [%s] [%s]", drive.driveNumber, drive.model.c_str(), drive.serialNumber.c_str());
+}
+
+std::string inBrackets(const std::string& path) {
+    return "[" + path + "]";
+}
+
+/// What is copied where; `file` is where an image goes.
+std::string subjectOf(const CopyJob& job, const std::string& file) {
+    const CopyOrder& order = job.order;
+    const std::string from = order.source != nullptr ? driveInWords(*order.source) : inBrackets(order.path);
+    const std::string to =
+        order.destination != nullptr ? "onto " + driveInWords(*order.destination) : "into " + inBrackets(file);
+    return std::string(titleOf(order.kind)).append(" of ").append(from).append(" ").append(to);
+}
+
+std::string endRow(const CopyJob& job, const JobAccount& account) {
+    std::string row = subjectOf(job, account.file.empty() ? job.order.path : account.file);
+    row.append(": ").append(account.ending);
+    if (account.ending != kNotStarted) {
+        row.append(". ").append(lossesInWords(account.losses));
+    }
+    if (account.digest) {
+        row.append(". MD5");
+        for (const std::uint8_t byte : *account.digest) {
+            row += formatText(" %02X", byte);
+        }
+    }
+    return row;
+}
+
+} // namespace
+
+std::uint32_t runAccounted(const CopyJob& job, const std::function<std::uint32_t(JobAccount&)>& run) {
+    job.display.setLosses("", false);
+    job.system.logJob(subjectOf(job, job.order.path) + " begins");
+    JobAccount account;
+    const std::uint32_t exitCode = run(account);
+    job.system.logJob(endRow(job, account));
+    return exitCode;
+}
+
+void showLosses(const CopyJob& job, const JobLosses& losses) {
+    job.display.setLosses(lossesInWords(losses), hasLost(losses));
+}
+
+} // namespace torvane
