@@ -182,6 +182,7 @@ std::optional<Script> withoutTrouble(Script script) {
     }
     script.reads.clear();
     script.writes.clear();
+    script.flushes.clear();
     script.sourceHasChanged = false;
     script.destinationChangesAt = 1000;
     script.imageCannotBeOpened = false;
