@@ -109,6 +109,10 @@ class ScriptedReadTest : public DriveIo, public ReadTestSystem, public ReadTestD
         ADD_FAILURE() << "a read test writes";
         return TransferOutcome::kFailed;
     }
+    TransferOutcome flush(const DriveRecord&) override {
+        ADD_FAILURE() << "a read test has nothing to flush";
+        return TransferOutcome::kFailed;
+    }
     ReadBuffer allocate(std::size_t size) override {
         allocations.push_back(size);
         return ReadBuffer(size > mostMemory ? nullptr : static_cast<std::byte*>(std::calloc(size, 1)));

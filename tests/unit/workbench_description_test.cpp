@@ -212,6 +212,8 @@ TEST(WorkbenchDescription, FaultsAreRead) {
         R"("faults": {"open": "ERROR_ACCESS_DENIED", "vanishAfterRequests": 7,
            "requests": [{"request": "ioctl:0x0004d014", "error": 1, "after": 2, "times": 3}],
            "slow": [{"firstSector": 1, "sectors": 2, "milliseconds": 30}],
+           "flush": {"error": "ERROR_CRC", "after": 4}, "volatileCache": true,
+           "corruptWrites": [{"firstSector": 5, "times": 6}],
            "stopsAnswering": {"afterRequests": 9}})"));
     ASSERT_EQ(reading.error, "");
     const DriveFaults& faults = reading.bench.drives.front().faults;
@@ -220,6 +222,11 @@ TEST(WorkbenchDescription, FaultsAreRead) {
     EXPECT_EQ(faults.requests.front().occurrence.after, 2U);
     EXPECT_EQ(faults.requests.front().occurrence.times, 3U);
     EXPECT_EQ(faults.slow.front().amount, 30U);
+    EXPECT_EQ(faults.flush->error, kErrorCrc);
+    EXPECT_EQ(faults.flush->occurrence.after, 4U);
+    EXPECT_TRUE(faults.volatileCache);
+    EXPECT_EQ(faults.corruptWrites.front().firstSector, 5U);
+    EXPECT_EQ(faults.corruptWrites.front().occurrence.times, 6U);
     EXPECT_EQ(faults.stopsAnswering->afterRequests, 9U);
     EXPECT_EQ(faults.stopsAnswering->milliseconds, 30000U);
     EXPECT_EQ(faults.stopsAnswering->error, kErrorSemTimeout);

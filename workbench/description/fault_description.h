@@ -14,7 +14,8 @@ struct Occurrence {
     std::uint32_t times = std::numeric_limits<std::uint32_t>::max();
 };
 
-struct OpenFault {
+/// A request that fails: opening, or a flush.
+struct FailingRequest {
     std::uint32_t error = 0;
     Occurrence occurrence;
 };
@@ -41,15 +42,18 @@ struct SilenceFault {
 };
 
 struct DriveFaults {
-    std::optional<OpenFault> open;
+    std::optional<FailingRequest> open;
+    std::optional<FailingRequest> flush;
     std::vector<RequestFault> requests;
-    std::vector<RangeFault> reads;      ///< amount: error
-    std::vector<RangeFault> shortReads; ///< amount: bytes
-    std::vector<RangeFault> writes;     ///< amount: error
-    std::vector<RangeFault> seeks;      ///< amount: error
-    std::vector<RangeFault> slow;       ///< amount: milliseconds
+    std::vector<RangeFault> reads;         ///< amount: error
+    std::vector<RangeFault> shortReads;    ///< amount: bytes
+    std::vector<RangeFault> writes;        ///< amount: error
+    std::vector<RangeFault> corruptWrites; ///< amount: none
+    std::vector<RangeFault> seeks;         ///< amount: error
+    std::vector<RangeFault> slow;          ///< amount: milliseconds
     std::optional<SilenceFault> stopsAnswering;
     std::optional<std::uint32_t> vanishAfterRequests;
+    bool volatileCache = false; ///< what was written since the last flush is lost when the drive goes
 };
 
 /// Requests that a fault may name; one written "ioctl:0x..." always is.
