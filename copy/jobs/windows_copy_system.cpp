@@ -1,6 +1,7 @@
 #include "copy/jobs/windows_copy_system.h"
 
 #include "admin/disk_part.h"
+#include "base/owned_handle.h"
 #include "base/positioned_io.h"
 #include "base/stdio_file.h"
 #include "copy/engine/md5_hasher.h"

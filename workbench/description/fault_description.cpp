@@ -10,7 +10,8 @@
 namespace torvane::bench {
 namespace {
 
-constexpr std::array<std::string_view, 19> kRequestNames = {
+constexpr std::array<std::string_view, 20> kRequestNames = {
+    "IOCTL_DISK_GET_DISK_ATTRIBUTES",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX",
     "IOCTL_DISK_GET_DRIVE_LAYOUT_EX",
@@ -93,6 +94,13 @@ void readOpenFault(ObjectReader& reader, DriveFaults& faults) {
     faults.open = open;
 }
 
+void readClean(ObjectReader& reader, DriveFaults& faults) {
+    static constexpr std::array<std::string_view, 3> kNames = {"done", "refused", "pretended"};
+    auto index = static_cast<std::size_t>(CleanFault::kNone);
+    reader.choice("clean", kNames, index);
+    faults.clean = static_cast<CleanFault>(index);
+}
+
 void readSilence(ObjectReader& reader, DriveFaults& faults) {
     reader.object("stopsAnswering", [&](ObjectReader& object) {
         SilenceFault silence;
@@ -127,6 +135,7 @@ void readFaults(ObjectReader& reader, const DriveDescription& drive, DriveFaults
                 [&](ObjectReader& item) { faults.slow.push_back(readRangeFault(item, drive, "milliseconds", 0)); });
     readSilence(reader, faults);
     reader.number("vanishAfterRequests", faults.vanishAfterRequests);
+    readClean(reader, faults);
 }
 
 } // namespace torvane::bench

@@ -40,6 +40,13 @@ struct SilenceFault {
     std::uint32_t error = 0;
 };
 
+/// What "clean" does to a disk.
+enum class CleanFault {
+    kNone,
+    kRefused,   ///< it is refused, as for a disk of which a volume is in use
+    kPretended, ///< it reports success and leaves the disk as it is
+};
+
 struct DriveFaults {
     std::optional<OpenFault> open;
     std::vector<RequestFault> requests;
@@ -50,6 +57,7 @@ struct DriveFaults {
     std::vector<RangeFault> slow;       ///< amount: milliseconds
     std::optional<SilenceFault> stopsAnswering;
     std::optional<std::uint32_t> vanishAfterRequests;
+    CleanFault clean = CleanFault::kNone;
 };
 
 /// Requests that a fault may name; one written "ioctl:0x..." always is.
