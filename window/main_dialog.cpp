@@ -1,6 +1,6 @@
 #include "window/main_dialog.h"
 
-#include "admin/disk_part.h"
+#include "admin/mounting.h"
 #include "base/colours.h"
 #include "discovery/drive_summary.h"
 #include "health/health_message_view.h"

@@ -85,6 +85,8 @@ class MainDialog : public Dialog {
     void onToggleLogPanel();
     void onSetReadOnly();
     void onClearReadOnly();
+    /// The selected drive, once it may be changed and the user wants it; else null.
+    DriveRecord* driveWhoseAttributeMayBecome(bool readOnly);
     void onCleanDisk();
     void onAbout();
     void onEditMessages();

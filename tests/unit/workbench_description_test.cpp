@@ -123,6 +123,8 @@ const std::vector<Mistaken> kMistakes = {
      R"(drives/a.json: faults.reads[0].error: expected a Win32 error by number or name, got "ERROR_OOPS")"},
     {driveWith(R"("faults": {"reads": [{"firstSector": 0, "error": 0}]})"),
      "drives/a.json: faults.reads[0].error: expected a Win32 error by number or name, got 0"},
+    {driveWith(R"("faults": {"clean": "forgotten"})"),
+     R"(drives/a.json: faults.clean: expected one of "done" "refused" "pretended", got "forgotten")"},
     {driveWith(R"("faults": {"shortReads": [{"firstSector": 0}]})"),
      "drives/a.json: faults.shortReads[0].bytes: missing, but required"},
     {driveWith(R"("faults": {"stopsAnswering": {"after": 1}})"),
