@@ -1,12 +1,12 @@
 #include "settings/portable_drive.h"
 
+#include "base/program_folder.h"
 #include "base/whole_file.h"
 #include "base/worker_thread.h"
 #include "settings/portable_files.h"
 #include "state/event_log.h"
 #include "ui/prompts.h"
 
-#include <array>
 #include <cinttypes>
 #include <optional>
 #include <utility>
@@ -20,13 +20,6 @@ struct LoadedFile {
     LoadedText bytes;
     DWORD size = 0;
 };
-
-std::string folderOfProgram() {
-    std::array<char, 1024> path{};
-    GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    const std::string whole(path.data());
-    return whole.substr(0, whole.find_last_of('\\'));
-}
 
 std::optional<LoadedFile> load(const std::string& path) {
     const UniqueFile file{CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
