@@ -1,6 +1,7 @@
 #include "settings/portable_drive.h"
 
 #include "base/format.h"
+#include "base/program_folder.h"
 #include "base/whole_file.h"
 #include "base/worker_thread.h"
 #include "settings/portable_files.h"
@@ -8,7 +9,6 @@
 #include "state/main_view.h"
 #include "ui/prompts.h"
 
-#include <array>
 #include <cinttypes>
 #include <optional>
 #include <utility>
@@ -22,13 +22,6 @@ struct LoadedFile {
     LoadedText bytes;
     DWORD size = 0;
 };
-
-std::string folderOfProgram() {
-    std::array<char, 1024> path{};
-    GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    const std::string whole(path.data());
-    return whole.substr(0, whole.find_last_of('\\'));
-}
 
 /// One copy; it ends with the first file that fails.
 class PortableCopy {
@@ -133,7 +126,7 @@ class Progress {
 
 /// True when all were copied.
 bool copyAll(PortableCopy& copy, const std::string& destinationFolder, const PortableCopyView& place) {
-    const std::string sourceFolder = folderOfProgram();
+    const std::string sourceFolder = programFolder();
     Progress progress(place);
     int number = 0;
     for (const char* const name : kPortableFileList) {
