@@ -126,7 +126,7 @@ class Progress {
 
 /// True when all were copied.
 bool copyAll(PortableCopy& copy, const std::string& destinationFolder, const PortableCopyView& place) {
-    const std::string sourceFolder = programFolder();
+    const std::string sourceFolder = folderOfProgram();
     Progress progress(place);
     int number = 0;
     for (const char* const name : kPortableFileList) {
