@@ -166,6 +166,8 @@ TEST_F(Forensic, AnImageThatIsTruncatedWhileItIsVerifiedCannotBeRead) {
     };
     const auto imageAndVerify = [&] {
         restartCounter();
+        std::filesystem::remove(kImage);
+        std::filesystem::remove(kHashFile);
         user_.expectAsk(kVerify, kVerifyQuestion, true);
         EXPECT_EQ(run(runForensicImage), 1U);
     };

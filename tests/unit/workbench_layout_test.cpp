@@ -185,9 +185,9 @@ TEST(WorkbenchSwap, IsAsItIsDescribed) {
 }
 
 TEST(WorkbenchSwap, IsKeptInTheState) {
-    const BenchReading reading =
-        readBench({"bench.json", "{}"}, {{"a.json", R"({"number": 3, "bus": "sata", "size": 512,
-        "volumes": [{"letter": "D", "extents": [{"offset": 0, "length": 512}]}]})"}});
+    const char* const json = R"({"number": 3, "bus": "sata", "size": 512,
+        "volumes": [{"letter": "D", "extents": [{"offset": 0, "length": 512}]}]})";
+    const BenchReading reading = readBench({"bench.json", "{}"}, {{"a.json", json}});
     ASSERT_EQ(reading.error, "");
     BenchState state = firstState(reading.bench);
     EXPECT_FALSE(state.isSwapped(3));

@@ -10,7 +10,8 @@
 namespace torvane::bench {
 namespace {
 
-constexpr std::array<std::string_view, 19> kRequestNames = {
+constexpr std::array<std::string_view, 20> kRequestNames = {
+    "IOCTL_DISK_GET_DISK_ATTRIBUTES",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX",
     "IOCTL_DISK_GET_DRIVE_LAYOUT_EX",
@@ -94,6 +95,13 @@ void readFailingRequest(ObjectReader& reader, const std::string& key, std::optio
     fault = request;
 }
 
+void readClean(ObjectReader& reader, DriveFaults& faults) {
+    static constexpr std::array<std::string_view, 3> kNames = {"done", "refused", "pretended"};
+    auto index = static_cast<std::size_t>(CleanFault::kNone);
+    reader.choice("clean", kNames, index);
+    faults.clean = static_cast<CleanFault>(index);
+}
+
 void readSilence(ObjectReader& reader, DriveFaults& faults) {
     reader.object("stopsAnswering", [&](ObjectReader& object) {
         SilenceFault silence;
@@ -132,6 +140,7 @@ void readFaults(ObjectReader& reader, const DriveDescription& drive, DriveFaults
     readSilence(reader, faults);
     reader.number("vanishAfterRequests", faults.vanishAfterRequests);
     reader.boolean("volatileCache", faults.volatileCache);
+    readClean(reader, faults);
 }
 
 } // namespace torvane::bench

@@ -41,6 +41,13 @@ struct SilenceFault {
     std::uint32_t error = 0;
 };
 
+/// What "clean" does to a disk.
+enum class CleanFault {
+    kNone,
+    kRefused,   ///< it is refused, as for a disk of which a volume is in use
+    kPretended, ///< it reports success and leaves the disk as it is
+};
+
 struct DriveFaults {
     std::optional<FailingRequest> open;
     std::optional<FailingRequest> flush;
@@ -54,6 +61,7 @@ struct DriveFaults {
     std::optional<SilenceFault> stopsAnswering;
     std::optional<std::uint32_t> vanishAfterRequests;
     bool volatileCache = false; ///< what was written since the last flush is lost when the drive goes
+    CleanFault clean = CleanFault::kNone;
 };
 
 /// Requests that a fault may name; one written "ioctl:0x..." always is.
