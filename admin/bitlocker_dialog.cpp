@@ -3,9 +3,10 @@
 #include "admin/bitlocker_scan.h"
 #include "base/colours.h"
 #include "base/format.h"
+#include "discovery/volume_map.h"
 #include "records/drive_record.h"
-#include "records/volume_record.h"
 #include "resources/resource_ids.h"
+#include "state/scan_tables.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
 
@@ -20,13 +21,13 @@ constexpr int kTitleTop = 20;
 constexpr int kTitleHeight = 20;
 constexpr int kListTop = 50;
 constexpr int kUnderList = 60;
+constexpr int kKeysMargin = 6;
 constexpr int kButtonWidth = 96;
 constexpr int kButtonHeight = 26;
 
 class BitLockerDialog : public Dialog, private BitLockerRows {
   public:
-    BitLockerDialog(DriveRecord& drive, const VolumeTable& volumes)
-        : Dialog(IDD_BITLOCKER_SCAN), drive_(drive), volumes_(volumes) {}
+    BitLockerDialog(DriveRecord& drive, ScanState& scan) : Dialog(IDD_BITLOCKER_SCAN), drive_(drive), scan_(scan) {}
 
   protected:
     bool onInitialise() override {
@@ -101,24 +102,30 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
         const LONG beginLeft = exitLeft - kMargin - kButtonWidth;
         placeControl(IDC_BITLOCKER_BEGIN, {beginLeft, top, beginLeft + kButtonWidth, top + kButtonHeight});
         placeControl(IDC_BITLOCKER_EXIT, {exitLeft, top, exitLeft + kButtonWidth, top + kButtonHeight});
+        placeControl(IDC_BITLOCKER_KEYS,
+                     {kMargin, area.bottom - kUnderList + kKeysMargin, beginLeft - kMargin, area.bottom - kKeysMargin});
     }
 
     [[nodiscard]] int listWidth() const { return clientArea().right - 2 * kMargin; }
 
-    void onBegin() { BL_ScanActiveDrive(&drive_, volumes_, *this); }
+    void onBegin() {
+        // Letters may have been given and moved since the drives were loaded.
+        refreshVolumes(scan_);
+        BL_ScanActiveDrive(&drive_, scan_.volumes, *this);
+    }
 
     void onExit() { end(0); }
 
     DriveRecord& drive_;
-    const VolumeTable& volumes_;
+    ScanState& scan_;
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     ListView list_;
 };
 
 } // namespace
 
-void showBitLockerScan(DriveRecord& drive, const VolumeTable& volumes, HWND owner) {
-    BitLockerDialog(drive, volumes).runModal(owner);
+void showBitLockerScan(DriveRecord& drive, ScanState& scan, HWND owner) {
+    BitLockerDialog(drive, scan).runModal(owner);
 }
 
 } // namespace torvane

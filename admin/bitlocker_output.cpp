@@ -2,6 +2,8 @@
 
 #include "monitoring/text_scanners.h"
 
+#include <string_view>
+
 namespace torvane {
 
 namespace {
@@ -9,6 +11,28 @@ namespace {
 constexpr const char* kPasswordKey = "RecoveryPassword";
 // "RecoveryPassword    : 111111-222222-..."
 constexpr int kPasswordWord = 2;
+
+bool isErrorLine(std::string_view line) {
+    // A record begins with the command that failed, and ends with these two, in whatever language the rest is.
+    return line.starts_with("Get-BitLockerVolume :") || line.find("+ CategoryInfo") != std::string_view::npos ||
+           line.find("+ FullyQualifiedErrorId") != std::string_view::npos;
+}
+
+/// The first line that is not blank, when the output holds an error record; else empty.
+std::string errorIn(const char* output, const BitLockerScratch& scratch) {
+    std::string first;
+    LineCursor lines(output);
+    while (lines.next(scratch.line) != 0) {
+        const std::string_view line(scratch.line.data());
+        if (first.empty() && line.find_first_not_of(' ') != std::string_view::npos) {
+            first = line;
+        }
+        if (isErrorLine(line)) {
+            return first;
+        }
+    }
+    return {};
+}
 
 } // namespace
 
@@ -33,6 +57,10 @@ BitLockerCheck readKeyProtectors(const char* output, char driveLetter, const Bit
             break;
         }
     }
+    if (check.finding == BitLockerFinding::kNotEncrypted) {
+        check.error = errorIn(output, scratch);
+        check.finding = check.error.empty() ? BitLockerFinding::kNotEncrypted : BitLockerFinding::kNotTold;
+    }
     return check;
 }
 
@@ -42,6 +70,8 @@ const char* bitLockerStatusText(BitLockerFinding finding) {
         return "Encrypted";
     case BitLockerFinding::kLocked:
         return "Encrypted and Locked";
+    case BitLockerFinding::kNotTold:
+        return "Windows could not tell";
     default:
         return "Not Bitlocker Encrypted";
     }

@@ -3,6 +3,7 @@
 #include "records/bitlocker_entry.h"
 
 #include <span>
+#include <string>
 
 namespace torvane {
 
@@ -12,12 +13,14 @@ enum class BitLockerFinding {
     kNoOutput,     ///< nothing was printed: not encrypted
     kNotEncrypted, ///< something was printed, but no protector
     kKeyRead,
-    kLocked, ///< protectors, none of which tells its recovery password
+    kLocked,  ///< protectors, none of which tells its recovery password
+    kNotTold, ///< an error record of PowerShell in their place
 };
 
 struct BitLockerCheck {
     BitLockerFinding finding = BitLockerFinding::kNoOutput;
     BitLockerVolumeEntry entry; ///< zero-filled but for kKeyRead and, its letter alone, kLocked
+    std::string error;          ///< of kNotTold: the record's first line
 };
 
 /// Room for one line and for one word of the output; what does not fit is not seen.

@@ -7,6 +7,7 @@
 #include "records/drive_record.h"
 #include "state/event_log.h"
 #include "state/scan_tables.h"
+#include "ui/prompts.h"
 #include "ui/waiting.h"
 
 #include <algorithm>
@@ -23,6 +24,15 @@ namespace {
 constexpr const char* kOutputFileName = "BITLOCKER.txt";
 constexpr const char* kKeyFileName = "BITLOCKER.db";
 
+/// What PowerShell has printed, keys among it, is not to be found by whoever looks into the folder next.
+void emptyOutputFile() {
+    const UniqueFile file{CreateFileA(kOutputFileName, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    if (!file) {
+        LogEvent("ERROR", "Could not empty [%s]: it may hold recovery passwords", kOutputFileName);
+    }
+}
+
 /// Asks for the volume's key protectors. Nothing when the command or its output failed.
 std::optional<BitLockerCheck> checkVolume(char letter, const BitLockerScratch& scratch) {
     const std::string command =
@@ -31,6 +41,7 @@ std::optional<BitLockerCheck> checkVolume(char letter, const BitLockerScratch& s
         return std::nullopt;
     }
     const LoadedText output = PARSE_LoadFileIntoBuffer(kOutputFileName);
+    emptyOutputFile();
     if (!output) {
         return std::nullopt;
     }
@@ -56,6 +67,27 @@ AwaitedCheck awaitCheck(char letter) {
     });
     return done ? AwaitedCheck{.left = false, .check = work->check} : AwaitedCheck{.left = true, .check = {}};
 }
+
+/// The volumes of which Windows did not tell, for the box at a scan's end.
+class Untold {
+  public:
+    void note(const std::string& volume, const std::optional<BitLockerCheck>& check) {
+        if (!check) {
+            lines_ += volume + " - powershell could not be run, or what it printed could not be read\n";
+        } else if (check->finding == BitLockerFinding::kNotTold) {
+            lines_ += volume + " - " + check->error + "\n";
+        }
+    }
+    void tell() const {
+        if (!lines_.empty()) {
+            prompts::stop("***** BITLOCKER NOT KNOWN *****",
+                          ("Windows could not tell whether these volumes are encrypted:\n" + lines_).c_str());
+        }
+    }
+
+  private:
+    std::string lines_;
+};
 
 /// What is beyond the record's room is dropped.
 void keepEntry(DriveRecord& drive, const BitLockerVolumeEntry& entry) {
@@ -130,6 +162,7 @@ void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLocke
     drive->bitLockerEntryCount = 0;
     rows.clear();
 
+    Untold untold;
     int row = 0;
     for (const VolumeRecord& volume : listed(volumes)) {
         if (volume.diskNumber != drive->driveNumber) {
@@ -142,6 +175,7 @@ void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLocke
         if (left) {
             return;
         }
+        untold.note(name, check);
         if (!check) {
             continue;
         }
@@ -152,6 +186,7 @@ void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLocke
             ++row;
         }
     }
+    untold.tell();
 }
 
 void BL_SaveRecoveryKeys(const ScanState& scan) {

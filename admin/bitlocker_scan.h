@@ -8,12 +8,12 @@ struct DriveRecord;
 struct ScanState;
 struct VolumeTable;
 
-// Detection of BitLocker volumes by the system's PowerShell module. The calling thread waits for PowerShell
-// without a time-out; what it printed last stays in "BITLOCKER.txt". A volume whose command or output fails is skipped:
-// the command runner has logged why.
+// Detection of BitLocker volumes by the system's PowerShell module. The calling thread waits for PowerShell without a
+// time-out. A volume whose command or output fails is skipped: the command runner has logged why.
 //
 // A recovery password goes into the drive's record, and from there into the drive's report, into the scan dialog's list
-// and the two BITLOCKER files, and nowhere else: no log row ever holds one.
+// and "BITLOCKER.db", and nowhere else: no log row ever holds one, and "BITLOCKER.txt", into which PowerShell printed
+// it, is emptied once it was read.
 
 /// The list of the scan dialog, rows counting from 0.
 class BitLockerRows {
@@ -26,7 +26,8 @@ class BitLockerRows {
 
 /// Checks every volume of the active drive, replaces the drive's entries and fills the list. Does nothing without one
 /// (null). On the window's thread, which goes on answering; a user who leaves ends it at the volume that he left. An
-/// eleventh volume is shown in the list but not kept.
+/// eleventh volume is shown in the list but not kept. A box at the end names the volumes of which Windows did not tell,
+/// and why.
 void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLockerRows& rows);
 
 /// Checks every volume of the volume table, adds to the entries of the drives concerned and appends each recovery

@@ -36,7 +36,8 @@ using VolumeIdentityReader = std::function<std::optional<VolumeIdentity>(const s
                                                   const std::vector<std::wstring>& volumeRoots,
                                                   const VolumeIdentityReader& identify);
 
-/// What stands below the list: the drive's number and its size, to the byte.
+/// What stands below the list: the drive's number and its size, to the byte; and both serial numbers, where its report
+/// tells another one than the drive itself.
 [[nodiscard]] std::string warningDetails(const DriveRecord& destination);
 
 } // namespace torvane

@@ -21,13 +21,13 @@ namespace {
 constexpr COLORREF kWarningColour = RGB(147, 19, 15);
 
 // Pixels of the client area.
-constexpr SIZE kClientSize{470, 328};
+constexpr SIZE kClientSize{470, 342};
 constexpr RECT kWarningPlace{10, 8, 460, 28};
 constexpr RECT kListPlace{10, 30, 460, 204};
 constexpr RECT kDrivePlace{10, 212, 460, 244};
-constexpr RECT kDetailsPlace{10, 246, 460, 286};
-constexpr RECT kYesPlace{272, 292, 362, 318};
-constexpr RECT kNoPlace{370, 292, 460, 318};
+constexpr RECT kDetailsPlace{10, 246, 460, 300};
+constexpr RECT kYesPlace{272, 306, 362, 332};
+constexpr RECT kNoPlace{370, 306, 460, 332};
 
 class DestructionWarningDialog : public Dialog {
   public:
@@ -93,7 +93,10 @@ class DestructionWarningDialog : public Dialog {
         }
         // Names longer than their column must be seen whole before anybody says "Yes".
         setControlText(IDC_WARNING_DRIVE, rows.front().name.c_str());
-        const std::string details = warningDetails(destruction_.drive) + "\n" + imagePlaceNote(state_, destruction_);
+        std::string details = warningDetails(destruction_.drive);
+        if (const std::string note = imagePlaceNote(state_, destruction_); !note.empty()) {
+            details.append("\n").append(note);
+        }
         setControlText(IDC_WARNING_DETAILS, details.c_str());
     }
 

@@ -1,5 +1,6 @@
 #include "admin/disk_commands.h"
 
+#include "admin/changed_drive.h"
 #include "admin/disk_part.h"
 #include "base/format.h"
 #include "records/drive_record.h"
@@ -59,16 +60,24 @@ std::string diskSentence(const DriveRecord& drive, const char* ending) {
                       ending);
 }
 
-DWORD reportOutcome(AppState& state, JobClaim& claim, const DriveRecord& drive, const ChangeTexts& texts, bool done) {
-    const std::string sentence = diskSentence(drive, done ? texts.done : texts.failed);
-    LogEvent(done ? "SUCCESS" : "FAILURE", "%s", sentence.c_str());
-    state.view->setDriveStatus(drive, done ? texts.doneStatus : texts.failedStatus);
-    claim.lower();
-    if (done) {
+void showOutcome(DiskChange end, const ChangeTexts& texts, const std::string& sentence) {
+    if (const char* const consequence = changedDriveConsequence(end)) {
+        prompts::stop(kDriveHasChanged, changedDriveText("DISK", consequence).c_str());
+    } else if (end == DiskChange::kMade) {
         prompts::inform(texts.doneCaption, sentence.c_str());
     } else {
         prompts::stop(texts.failedCaption, sentence.c_str());
     }
+}
+
+DWORD reportOutcome(AppState& state, JobClaim& claim, const DriveRecord& drive, const ChangeTexts& texts,
+                    DiskChange end) {
+    const bool done = end == DiskChange::kMade;
+    const std::string sentence = diskSentence(drive, done ? texts.done : texts.failed);
+    LogEvent(done ? "SUCCESS" : "FAILURE", "%s", sentence.c_str());
+    state.view->setDriveStatus(drive, done ? texts.doneStatus : texts.failedStatus);
+    claim.lower();
+    showOutcome(end, texts, sentence);
     return done ? 1 : 0;
 }
 
@@ -108,7 +117,7 @@ DWORD clearReadOnly(AppState& state, JobClaim& claim, DriveRecord& drive) {
 
 DWORD cleanDisk(AppState& state, JobClaim& claim, DriveRecord& drive) {
     state.view->setDriveStatus(drive, kCleanTexts.activity);
-    return reportOutcome(state, claim, drive, kCleanTexts, DP_CleanDisk(drive) == 1);
+    return reportOutcome(state, claim, drive, kCleanTexts, cleanDrive(drive));
 }
 
 } // namespace torvane

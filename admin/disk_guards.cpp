@@ -1,9 +1,13 @@
 #include "admin/disk_guards.h"
 
+#include "base/format.h"
 #include "discovery/drive_volumes.h"
 #include "jobs/jobs.h"
 #include "records/drive_record.h"
+#include "records/drive_texts.h"
 #include "ui/prompts.h"
+
+#include <string>
 
 namespace torvane {
 
@@ -45,6 +49,19 @@ bool mayCleanDisk(const Jobs& jobs, const VolumeTable& volumes, const DriveRecor
         return false;
     }
     return true;
+}
+
+bool confirmReadOnlyChange(const DriveRecord& drive, bool wanted) {
+    const std::string disk = formatText("Disk %03d - %s %s, %s GB. ", drive.driveNumber, drive.model.c_str(),
+                                        drive.serialNumber.c_str(), sizeGigabytesText(drive).c_str());
+    return wanted ? prompts::askDefaultNo("***** SET READ-ONLY *****",
+                                          (disk + "Nobody will be able to write to it until its read-only attribute is "
+                                                  "cleared again. Do you want to set it READ-ONLY?")
+                                              .c_str())
+                  : prompts::askDefaultNo("***** CLEAR READ-ONLY *****",
+                                          (disk + "Windows and every program will be able to write to it. Do you want "
+                                                  "to CLEAR its read-only attribute?")
+                                              .c_str());
 }
 
 } // namespace torvane

@@ -15,4 +15,7 @@ struct VolumeTable;
 /// The same before a disk may be cleaned; the system drive never may.
 [[nodiscard]] bool mayCleanDisk(const Jobs& jobs, const VolumeTable& volumes, const DriveRecord& drive);
 
+/// The question before the disk's read-only attribute is set (`wanted`) or cleared, which names the disk.
+[[nodiscard]] bool confirmReadOnlyChange(const DriveRecord& drive, bool wanted);
+
 } // namespace torvane

@@ -1,169 +1,59 @@
 #include "admin/disk_part.h"
 
 #include "admin/disk_part_results.h"
+#include "admin/disk_part_script.h"
 #include "base/file_name_part.h"
 #include "base/format.h"
-#include "base/stdio_file.h"
-#include "base/whole_file.h"
-#include "monitoring/command_runner.h"
-#include "state/app_state.h"
+#include "discovery/device_request.h"
+#include "discovery/disk_attributes.h"
+#include "discovery/disk_identity.h"
 #include "state/event_log.h"
-#include "state/job_thread.h"
-#include "ui/prompts.h"
-#include "ui/waiting.h"
+#include "state/main_view.h"
 
-#include <cstdio>
-#include <memory>
+#include <windows.h>
+
+#include <winioctl.h>
+
 #include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
 
 namespace torvane {
 
 namespace {
-
-/// One run of diskpart.
-struct DiskPartScript {
-    const char* fileName;
-    std::string text;
-    const char* resultsFileName;
-};
-
-constexpr const char* kMountResultsFileName = "DISKPART MountResults.txt";
 
 DiskPartScript readOnlyTest(std::int32_t diskNumber) {
     return {"ReadOnlyTest.txt", formatText("select disk %d\n", diskNumber) + "attributes disk\n",
             "DISKPART Results.txt"};
 }
 
-DiskPartScript mountStatusQuery() {
-    return {"MountStatusScript.txt", "automount\n", kMountResultsFileName};
+DiskPartScript cleanScript(std::int32_t diskNumber) {
+    return {"DPCleanDiskScript.txt", formatText("select disk %d\nclean\n", diskNumber), "DISKPART Clean Results.txt"};
 }
 
-DiskPartScript mountingDisable() {
-    return {"DisableMountScript.txt", "automount disable\nautomount scrub\n", kMountResultsFileName};
-}
-
-DiskPartScript mountingEnable() {
-    // Misspelt, and kept: users know the script that stays in their folder by this name.
-    return {"EnbleMountScript.txt", "automount enable\nautomount scrub\n", kMountResultsFileName};
-}
-
-// What the two changes of the read-only attribute differ in.
+/// What the two changes of the read-only attribute differ in.
 struct ReadOnlyChange {
+    bool wanted;
     const char* verb;        ///< in the script
     const char* resultsWord; ///< first word of the results file's name
     const char* failure;     ///< tail of the log row for a script that cannot be written
 };
 
-constexpr ReadOnlyChange kSetReadOnly{"set", "Enable", "ENABLING READ ONLY"};
+constexpr ReadOnlyChange kSetReadOnly{true, "set", "Enable", "ENABLING READ ONLY"};
 // Misspelt, and kept: users search their logs for the row as it is.
-constexpr ReadOnlyChange kClearReadOnly{"clear", "Disable", "DISBLING READ ONLY"};
+constexpr ReadOnlyChange kClearReadOnly{false, "clear", "Disable", "DISBLING READ ONLY"};
 
-/// Writes a script that changes a disk, and keeps everybody from writing to it as long as the result lives: another
-/// Torvane in the same folder writes scripts of the same names. Null when the file does not hold `text` then.
-UniqueFile writeGuarded(const char* fileName, std::string_view text) {
-    if (!writeWholeFile(fileName, text)) {
-        return {};
-    }
-    UniqueFile file{
-        CreateFileA(fileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
-    std::string held(text.size(), '\0');
-    if (!file || sizeOfFile(file.get()) != text.size() || !readWholeFile(file.get(), held.size(), held.data()) ||
-        held != text) {
-        return {};
-    }
-    return file;
+/// The model and the serial number stand in the name as the drive tells them, as far as a file name can hold them.
+std::string readOnlyResultsFileName(const ReadOnlyChange& change, const DriveRecord& drive) {
+    constexpr std::size_t kLongestPart = 80;
+    return formatText("%s RO Results DISK [%s] - [%s].txt", change.resultsWord,
+                      fileNamePart(drive.model.view(), kLongestPart).c_str(),
+                      fileNamePart(drive.serialNumber.view(), kLongestPart).c_str());
 }
 
-bool writeScript(const DiskPartScript& script) {
-    if (writeWholeFile(script.fileName, script.text)) {
-        return true;
-    }
-    // The text speaks of the read-only attribute whatever the script is for.
-    LogEvent("ERROR", "Could not create DISKPART [%s] script. Setting READONLY to OFF", script.fileName);
-    return false;
-}
-
-bool runScript(const DiskPartScript& script) {
-    const std::string commandLine = formatText("diskpart /s %s", script.fileName);
-    return PARSE_BuildDataFile(script.resultsFileName, commandLine.c_str()) != 0;
-}
-
-LoadedText loadResults(const DiskPartScript& script) {
-    LoadedText results = PARSE_LoadFileIntoBuffer(script.resultsFileName);
-    if (!results) {
-        LogEvent("ERROR", "Could not Load File [%s] into buffer", script.resultsFileName);
-    }
-    return results;
-}
-
-LoadedText queryDiskPart(const DiskPartScript& script) {
-    if (!writeScript(script)) {
-        return nullptr;
-    }
-    if (!runScript(script)) {
-        LogEvent("ERROR", "Could not BuildDataFile [%s]", script.resultsFileName);
-        return nullptr;
-    }
-    return loadResults(script);
-}
-
-/// Runs the script and takes the status from its results. False leaves the status as it was: a disable request then
-/// stays "in progress".
-bool runMountingScript(AppState& state, const DiskPartScript& script) {
-    if (!runScript(script)) {
-        LogEvent("ERROR", "Could not BuildDataFile for [%s]", script.resultsFileName);
-        return false;
-    }
-    const LoadedText results = loadResults(script);
-    if (!results) {
-        return false;
-    }
-    state.mountStatus = mountStatusAfterScrub(results.get());
-    state.view->redrawDriveList();
-    return true;
-}
-
-DWORD changeMounting(AppState& state, JobClaim& claim, const DiskPartScript& script) {
-    if (!writeScript(script)) {
-        return 0;
-    }
-    // Refused while a scan or another job on a drive is at work: then the change shows no flag of its own.
-    static_cast<void>(claim.raise());
-    if (!runMountingScript(state, script)) {
-        // Kept: after a failed change the program goes on saying that a job runs, until somebody terminates it.
-        claim.leaveRaised();
-        return 0;
-    }
-    claim.lower();
-    return 1;
-}
-
-/// Several changes may be at work at once.
-bool startChange(AppState& state, DWORD (*change)(AppState&, JobClaim&)) {
-    std::optional<JobClaim> claim = state.jobs.begin(JobKind::kMounting);
-    return claim && startJobThread(std::move(*claim), "change of Drive Mounting",
-                                   [&state, change](JobClaim& own) { return change(state, own); });
-}
-
-void showDisableOutcome(std::int32_t mountStatus) {
-    if (mountStatus == kMountingDisabled) {
-        prompts::inform("****** DISABLED ******", "Drive Mounting has been DISABLED");
-    } else {
-        prompts::inform("****** NOT DISABLED ******", "Drive Mounting has NOT been DISABLED");
-    }
-}
-
-void showEnableOutcome(std::int32_t mountStatus) {
-    std::fputs("Setting ENABLE Complete\n", stdout); // a diagnostic line, seen when started from a console
-    if (mountStatus == kMountingEnabled) {
-        prompts::inform("****** ENABLED ******", "Drive Mounting has been ENABLED");
-    } else {
-        // The odd blanks are kept: scripts that answer the box know its text.
-        prompts::inform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
-    }
+DiskPartScript readOnlyScript(const ReadOnlyChange& change, const DriveRecord& drive) {
+    return {"ScriptReadOnly.txt",
+            formatText("select disk %d\nattributes disk %s readonly\n", drive.driveNumber, change.verb),
+            readOnlyResultsFileName(change, drive)};
 }
 
 /// What a test of the attribute told.
@@ -188,50 +78,139 @@ ReadOnlyAnswer testReadOnly(MainView& view, DriveRecord& drive) {
     return answer;
 }
 
-/// The model and the serial number stand in the name as the drive tells them, as far as a file name can hold them.
-std::string readOnlyResultsFileName(const ReadOnlyChange& change, const DriveRecord& drive) {
-    constexpr std::size_t kLongestPart = 80;
-    return formatText("%s RO Results DISK [%s] - [%s].txt", change.resultsWord,
-                      fileNamePart(drive.model.view(), kLongestPart).c_str(),
-                      fileNamePart(drive.serialNumber.view(), kLongestPart).c_str());
+void keepReadOnly(MainView& view, DriveRecord& drive, bool readOnly) {
+    const std::int32_t flag = readOnly ? 1 : 0;
+    if (drive.readOnly != flag) {
+        drive.readOnly = flag;
+        view.redrawDriveList();
+    }
+}
+
+DiskChange madeIf(bool made) {
+    return made ? DiskChange::kMade : DiskChange::kNotMade;
+}
+
+DiskChange refuseChangedDrive(const DriveRecord& drive) {
+    LogEvent("ERROR", "[%s] is not the drive that was loaded any more: diskpart was not run", drive.devicePath.c_str());
+    return DiskChange::kOtherDrive;
+}
+
+DiskChange reportGoneDrive(const DriveRecord& drive) {
+    LogEvent("ERROR", "[%s] is not the drive that was loaded any more: what diskpart has changed is not known",
+             drive.devicePath.c_str());
+    return DiskChange::kDriveLost;
+}
+
+/// What came of the change, by the test of diskpart and by the system, which has the last word where it tells.
+DiskChange readOnlyOutcome(MainView& view, DriveRecord& drive, bool wanted) {
+    const ReadOnlyAnswer answer = testReadOnly(view, drive);
+    if (!isStillTheProbedDisk(drive)) {
+        return reportGoneDrive(drive);
+    }
+    if (const std::optional<bool> told = readReadOnlyAttribute(drive.handle)) {
+        keepReadOnly(view, drive, *told);
+        return madeIf(*told == wanted);
+    }
+    return madeIf(wanted ? answer.readOnly : answer.writable);
 }
 
 /// None when the script could not be written.
-std::optional<ReadOnlyAnswer> runReadOnlyChange(MainView& view, DriveRecord& drive, const ReadOnlyChange& change) {
-    constexpr const char* kScriptFileName = "ScriptReadOnly.txt";
-    const UniqueFile script = writeGuarded(
-        kScriptFileName, formatText("select disk %d\nattributes disk %s readonly\n", drive.driveNumber, change.verb));
-    if (!script) {
-        LogEvent("ERROR", "Could not create DISKPART [%s] script. %s", kScriptFileName, change.failure);
+std::optional<DiskChange> runReadOnlyChange(MainView& view, DriveRecord& drive, const ReadOnlyChange& change) {
+    const DiskPartScript script = readOnlyScript(change, drive);
+    const UniqueFile held = writeHeld(script);
+    if (!held) {
+        LogEvent("ERROR", "Could not create DISKPART [%s] script. %s", script.fileName, change.failure);
         return std::nullopt;
     }
+    if (!isStillTheProbedDisk(drive)) {
+        return refuseChangedDrive(drive);
+    }
     // Unchecked: the test that follows tells what came of it.
-    static_cast<void>(
-        PARSE_BuildDataFile(readOnlyResultsFileName(change, drive).c_str(), "diskpart /s ScriptReadOnly.txt"));
-    return testReadOnly(view, drive);
+    static_cast<void>(runDiskPart(script));
+    return readOnlyOutcome(view, drive, change.wanted);
 }
 
-int reportUncleaned(const DriveRecord& drive) {
+DiskChange reportUncleaned(const DriveRecord& drive) {
     // "nore" here and below is kept: users search their logs for the rows as they are.
     LogEvent("ERROR", "Could nore VERIFY partition CLEAR for [%s]", drive.devicePath.c_str());
-    return 0;
+    return DiskChange::kNotMade;
+}
+
+/// The table as it is now. What is there is told from memory where nobody has looked since it was changed, so that one
+/// that should be empty is read anew from the disk before it is believed.
+std::optional<PartitionTable> tableAfterClean(const DriveRecord& drive, bool reportedCleaned) {
+    const std::optional<PartitionTable> table = readPartitionTable(drive.handle);
+    if (!table || table->partitions == 0 || !reportedCleaned) {
+        return table;
+    }
+    static_cast<void>(requestFromDevice(drive.handle, IOCTL_DISK_UPDATE_PROPERTIES, {}, {}));
+    return readPartitionTable(drive.handle);
+}
+
+/// What came of a run of the clean; `reported` is what its output says, none when that could not be read.
+DiskChange cleanOutcome(DriveRecord& drive, const std::optional<PartitionTable>& before, std::optional<bool> reported) {
+    const std::optional<PartitionTable> after = tableAfterClean(drive, reported.value_or(false));
+    rememberPartitionTable(drive);
+    if (!isStillTheProbedDisk(drive)) {
+        return reportGoneDrive(drive);
+    }
+    if (!reported) {
+        return DiskChange::kNotMade;
+    }
+    return wasCleaned(before, after, *reported) ? DiskChange::kMade : reportUncleaned(drive);
+}
+
+/// None when the results cannot be read. Without a whole run they are those of an earlier one.
+std::optional<bool> reportedCleaned(const DiskPartScript& script, bool ran) {
+    const LoadedText results = loadResults(script);
+    if (!results) {
+        LogEvent("ERROR", "Could nore LOAD [%s] to TEST for CLEAR", script.resultsFileName.c_str());
+        return std::nullopt;
+    }
+    return ran && reportsCleanedDisk(results.get());
+}
+
+DiskChange runClean(DriveRecord& drive) {
+    const DiskPartScript script = cleanScript(drive.driveNumber);
+    const UniqueFile held = writeHeld(script);
+    if (!held) {
+        LogEvent("ERROR", "Could not create diskpart script file %s", script.fileName);
+        return DiskChange::kNotMade;
+    }
+    const std::optional<PartitionTable> before = readPartitionTable(drive.handle);
+    if (!isStillTheProbedDisk(drive)) {
+        return refuseChangedDrive(drive);
+    }
+    const bool ran = runDiskPart(script);
+    return cleanOutcome(drive, before, reportedCleaned(script, ran));
+}
+
+const char* endText(DiskChange end) {
+    switch (end) {
+    case DiskChange::kMade:
+        return "done";
+    case DiskChange::kNotMade:
+        return "NOT done";
+    default:
+        return changedDriveConsequence(end);
+    }
+}
+
+/// The change with its rows in the day's log.
+template <typename Change>
+DiskChange logged(const char* name, const DriveRecord& drive, Change change) {
+    const std::string job = formatText("%s of disk %03d - %s %s, %lld bytes", name, drive.driveNumber,
+                                       drive.model.c_str(), drive.serialNumber.c_str(), drive.sizeBytes);
+    LogToFile("JOB", "%s begins", job.c_str());
+    const DiskChange end = change();
+    LogToFile("JOB", "%s ended: %s", job.c_str(), endText(end));
+    return end;
 }
 
 } // namespace
 
 int DP_TestReadOnly(MainView& view, DriveRecord& drive) {
     return testReadOnly(view, drive).loaded ? 1 : 0;
-}
-
-std::int32_t DP_GetMountStatus(AppState& state) {
-    const auto results = std::make_shared<LoadedText>();
-    if (!waiting::run("diskpart", [results] { *results = queryDiskPart(mountStatusQuery()); }) || !*results) {
-        return 0;
-    }
-    const MountStatus status = mountStatusInReport(results->get());
-    state.mountStatus = status;
-    state.view->redrawDriveList();
-    return status;
 }
 
 std::int32_t DP_SetReadOnly(MainView& view, DriveRecord& drive) {
@@ -242,91 +221,36 @@ std::int32_t DP_ClearReadOnly(MainView& view, DriveRecord& drive) {
     return runReadOnlyChange(view, drive, kClearReadOnly) ? drive.readOnly : 0;
 }
 
-bool changeReadOnly(MainView& view, DriveRecord& drive, bool wanted) {
+DiskChange changeReadOnly(MainView& view, DriveRecord& drive, bool wanted) {
     // An image file stands for no disk of the system: its number 0 is another disk's.
     if (drive.recordKind == kRecordKindImageFile) {
-        return false;
+        return DiskChange::kNotMade;
     }
-    const auto answer = runReadOnlyChange(view, drive, wanted ? kSetReadOnly : kClearReadOnly);
-    return answer && (wanted ? answer->readOnly : answer->writable);
+    return logged(wanted ? "Set Read-Only" : "Clear Read-Only", drive, [&] {
+        return runReadOnlyChange(view, drive, wanted ? kSetReadOnly : kClearReadOnly).value_or(DiskChange::kNotMade);
+    });
 }
 
-int DP_CleanDisk(const DriveRecord& drive) {
-    constexpr const char* kScriptFileName = "DPCleanDiskScript.txt";
-    constexpr const char* kResultsFileName = "DISKPART Clean Results.txt";
+int DP_CleanDisk(DriveRecord& drive) {
+    return cleanDrive(drive) == DiskChange::kMade ? 1 : 0;
+}
+
+DiskChange cleanDrive(DriveRecord& drive) {
     // An image file stands for no disk of the system: its number 0 is another disk's.
     if (drive.recordKind == kRecordKindImageFile) {
         return reportUncleaned(drive);
     }
-    const UniqueFile script = writeGuarded(kScriptFileName, formatText("select disk %d\nclean\n", drive.driveNumber));
-    if (!script) {
-        LogEvent("ERROR", "Could not create diskpart script file %s", kScriptFileName);
-        return 0;
-    }
-    const bool ran = PARSE_BuildDataFile(kResultsFileName, "diskpart /s DPCleanDiskScript.txt") != 0;
-    const LoadedText results = PARSE_LoadFileIntoBuffer(kResultsFileName);
-    if (!results) {
-        LogEvent("ERROR", "Could nore LOAD [%s] to TEST for CLEAR", kResultsFileName);
-        return 0;
-    }
-    // Without a run the results are those of an earlier one.
-    if (!ran || !reportsCleanedDisk(results.get())) {
-        return reportUncleaned(drive);
-    }
-    return 1;
+    return logged("Clean Disk", drive, [&] { return runClean(drive); });
 }
 
-DWORD DP_DisableMountingWorker(AppState& state, JobClaim& claim) {
-    return changeMounting(state, claim, mountingDisable());
-}
-
-DWORD DP_EnableMountingWorker(AppState& state, JobClaim& claim) {
-    return changeMounting(state, claim, mountingEnable());
-}
-
-bool startEnableMounting(AppState& state) {
-    return startChange(state, DP_EnableMountingWorker);
-}
-
-void onDisableMounting(AppState& state) {
-    if (DP_GetMountStatus(state) == kMountingDisabled &&
-        !prompts::ask("***** MOUNTING DISABLED -- REBOOT *****",
-                      "Mounting Status is already DISABLED. If not working TRY REBOOTING for mounting status change to "
-                      "register. Continue DISABLE anyway?")) {
-        return;
-    }
-    const std::int32_t known = state.mountStatus.exchange(kMountingChanging);
-    if (!startChange(state, DP_DisableMountingWorker)) {
-        state.mountStatus = known;
-        return;
-    }
-    state.view->startTimer(kDisableMountTimer, kMountTimerMilliseconds);
-}
-
-void onEnableMounting(AppState& state) {
-    if (DP_GetMountStatus(state) == kMountingEnabled &&
-        !prompts::ask("***** MOUNTING ENABLED -- REBOOT *****",
-                      "Mounting Status is already ENABLED. If not working TRY REBOOTING for mounting status change to "
-                      "register. Continue ENABLE anyway?")) {
-        return;
-    }
-    // Unlike the disable command, the status is not set to "changing": the first tick reports whatever the check left.
-    if (startEnableMounting(state)) {
-        state.view->startTimer(kEnableMountTimer, kMountTimerMilliseconds);
-    }
-}
-
-void onMountTimer(AppState& state, int timerId) {
-    const std::int32_t status = state.mountStatus;
-    if (status == kMountingChanging || (timerId != kEnableMountTimer && timerId != kDisableMountTimer)) {
-        return;
-    }
-    // The timer first, lest a second box opens on top of this one.
-    state.view->stopTimer(timerId);
-    if (timerId == kDisableMountTimer) {
-        showDisableOutcome(status);
-    } else {
-        showEnableOutcome(status);
+const char* changedDriveConsequence(DiskChange end) {
+    switch (end) {
+    case DiskChange::kOtherDrive:
+        return "Nothing was changed";
+    case DiskChange::kDriveLost:
+        return "What diskpart has changed is not known";
+    default:
+        return nullptr;
     }
 }
 

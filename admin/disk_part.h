@@ -1,63 +1,53 @@
 #pragma once
 
-#include "base/owned_handle.h"
-
 #include <cstdint>
 
 namespace torvane {
 
-struct AppState;
 struct DriveRecord;
-class JobClaim;
 class MainView;
 
-// Disk administration by the system's diskpart tool. Every operation writes a small script into the current folder,
-// runs "diskpart /s <script>" with its output captured to a results file, and reads the outcome from that file. Scripts
-// and results stay on disk as a record of what was done. Each failure gives an "ERROR" log row, behind that of the
-// command runner when it was this that failed.
+// Changes of a disk by the system's diskpart tool. Every operation writes a small script into the current folder, runs
+// "diskpart /s <script>" with its output captured to a results file, and reads the outcome from that file. Scripts and
+// results stay on disk as a record of what was done. Each failure gives an "ERROR" log row, behind that of the command
+// runner when it was this that failed. All of them wait for diskpart on the calling thread.
+//
+// diskpart selects a disk by its number, which another disk may have got since the drives were loaded. So each change
+// asks right before diskpart is run whether the disk of that number is still the record's, and takes the outcome from
+// the drive itself where it tells: diskpart prints in the system's language.
+
+/// How a change of a disk ended.
+enum class DiskChange {
+    kMade,
+    kNotMade,
+    kOtherDrive, ///< the disk was not the record's any more, or did not answer: diskpart was not run
+    kDriveLost,  ///< that was so when diskpart had ended: what it has changed is not known
+};
 
 /// Refreshes `drive.readOnly` (1: read-only or not known) and redraws the drive list. Returns 1 when the results were
-/// read, 0 on a failure. Waits for diskpart on the calling thread.
+/// read, 0 on a failure.
 int DP_TestReadOnly(MainView& view, DriveRecord& drive);
 
-/// Asks for the system's automatic mounting, stores the MountStatus in the state and redraws the drive list. Returns
-/// the status, or 0 on a failure or when the user left (the stored status is then untouched). On the window's thread,
-/// which goes on answering while it waits for diskpart.
-std::int32_t DP_GetMountStatus(AppState& state);
-
-/// Sets or clears the drive's read-only attribute, refreshes `drive.readOnly` as DP_TestReadOnly does and returns it; 0
-/// when the script could not be written. Waits for diskpart on the calling thread. Two of the program's named
-/// operations; no command calls them.
+/// Sets or clears the drive's read-only attribute, refreshes `drive.readOnly` as DP_TestReadOnly does, then from what
+/// the system tells, and returns it; 0 when the script could not be written. Two of the program's named operations; no
+/// command calls them.
 std::int32_t DP_SetReadOnly(MainView& view, DriveRecord& drive);
 std::int32_t DP_ClearReadOnly(MainView& view, DriveRecord& drive);
 
-/// What these two do, for the commands. True when diskpart tells afterwards that the attribute is as wanted; never for
-/// an image file, for which diskpart is not asked.
-bool changeReadOnly(MainView& view, DriveRecord& drive, bool wanted);
+/// What these two do, for the commands. Made is what the system tells to be as wanted, or diskpart where the system
+/// does not tell; never for an image file, for which diskpart is not asked.
+DiskChange changeReadOnly(MainView& view, DriveRecord& drive, bool wanted);
 
 /// Wipes the drive's partition table, so that the system lets go of its volumes and takes raw writes. Returns 1 when
-/// diskpart reported success; otherwise 0, after one "ERROR" log row. Waits for diskpart on the calling thread.
-int DP_CleanDisk(const DriveRecord& drive);
+/// that was done; otherwise 0, after one "ERROR" log row.
+int DP_CleanDisk(DriveRecord& drive);
 
-/// What the threads run that change automatic mounting. Exit code 1 after a normal end, 0 after a failure; once the
-/// script has been written, a failure leaves the flag up.
-DWORD DP_DisableMountingWorker(AppState& state, JobClaim& claim);
-DWORD DP_EnableMountingWorker(AppState& state, JobClaim& claim);
+/// What it does, for whoever needs to know why not. Made is what leaves no partition in the drive's table, or what
+/// diskpart reports to be done where the drive does not tell its table. After a run, whatever came of it, the table
+/// that is there is the drive's own.
+DiskChange cleanDrive(DriveRecord& drive);
 
-/// Starts the thread that enables automatic mounting.
-bool startEnableMounting(AppState& state);
-
-/// The commands "Disable Drive Mounting" and "Enable Drive Mounting", on the window's thread: each starts its worker
-/// and its timer, which reports the outcome.
-void onDisableMounting(AppState& state);
-void onEnableMounting(AppState& state);
-
-inline constexpr int kEnableMountTimer = 3000;
-inline constexpr int kDisableMountTimer = 3001;
-inline constexpr int kMountTimerMilliseconds = 500;
-
-/// Each tick of the two timers: once no disable request is in progress, stops the timer and shows the outcome. Other
-/// timers are ignored.
-void onMountTimer(AppState& state, int timerId);
+/// For a box that says that the drive has changed: what was done to it, without a full stop. Null for the other ends.
+[[nodiscard]] const char* changedDriveConsequence(DiskChange end);
 
 } // namespace torvane

@@ -66,4 +66,12 @@ bool reportsCleanedDisk(const char* results) {
     return PARSE_FindLine(results, line, "succeeded") >= 0;
 }
 
+bool wasCleaned(const std::optional<PartitionTable>& before, const std::optional<PartitionTable>& after,
+                bool reported) {
+    if (!after) {
+        return reported;
+    }
+    return after->partitions == 0 && (reported || (before && *before != *after));
+}
+
 } // namespace torvane

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "records/partition_table.h"
 #include "state/mount_status.h"
+
+#include <optional>
 
 namespace torvane {
 
@@ -21,5 +24,12 @@ namespace torvane {
 
 /// True when "clean" reports that it succeeded.
 [[nodiscard]] bool reportsCleanedDisk(const char* results);
+
+/// True when a run of "clean" has cleaned the disk, by the tables that the disk told before and after it (none: it does
+/// not tell) and by what diskpart reports, which is English on an English Windows alone. Without a table the report
+/// decides. With one, partitions that are left are the proof that nothing was cleaned; where none are, either the
+/// report or a table that is another than before is the proof that it was.
+[[nodiscard]] bool wasCleaned(const std::optional<PartitionTable>& before, const std::optional<PartitionTable>& after,
+                              bool reported);
 
 } // namespace torvane

@@ -29,6 +29,20 @@ bool tellsThatDeviceIsGone(DWORD error) {
     }
 }
 
+/// What a handle answers that cannot be flushed at all: its driver knows no such request, or it is none for writing.
+bool tellsThatFlushIsUnknown(DWORD error) {
+    switch (error) {
+    case ERROR_INVALID_FUNCTION:
+    case ERROR_NOT_SUPPORTED:
+    case ERROR_CALL_NOT_IMPLEMENTED:
+    case ERROR_INVALID_HANDLE: // a console's output, and whatever else has no buffers (FlushFileBuffers)
+    case ERROR_ACCESS_DENIED:  // the handle has no GENERIC_WRITE: nothing was written through it
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// Leaves the thread's last error as it is.
 TransferOutcome outcomeOf(BOOL done, bool whole) {
     if (done != FALSE) {
@@ -77,6 +91,14 @@ TransferOutcome readNext(void* handle, std::span<std::byte> bytes) {
 
 TransferOutcome writeNext(void* handle, std::span<const std::byte> bytes) {
     return write(handle, bytes, nullptr);
+}
+
+TransferOutcome flushWrites(void* handle) {
+    const BOOL done = FlushFileBuffers(handle);
+    if (done == FALSE && tellsThatFlushIsUnknown(GetLastError())) {
+        return TransferOutcome::kWhole;
+    }
+    return outcomeOf(done, true);
 }
 
 } // namespace torvane

@@ -24,4 +24,8 @@ namespace torvane {
 [[nodiscard]] TransferOutcome readNext(void* handle, std::span<std::byte> bytes);
 [[nodiscard]] TransferOutcome writeNext(void* handle, std::span<const std::byte> bytes);
 
+/// Brings what was written to the file or device, through whatever handle, onto its medium (FlushFileBuffers): whole,
+/// failed or gone. Whole, too, where the request is not known: then nobody tells of anything that is held back.
+[[nodiscard]] TransferOutcome flushWrites(void* handle);
+
 } // namespace torvane

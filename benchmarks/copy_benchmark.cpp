@@ -1,12 +1,14 @@
 // Times one copy job, with the program's own block size, threads and Win32 calls, on the drives of a bench:
 //
-//   torvane_copy_benchmark.exe BENCH forward|reverse|image|forensic|verified
+//   torvane_copy_benchmark.exe BENCH forward|flushed|reverse|image|forensic|verified
 //
-// Clones copy drive 1 onto drive 2; images are made of drive 1 in the current folder. "verified" is a forensic image
-// with its verification, which prints its two digests. The last line printed: seconds, peak working set in MiB, what
-// the drive's "Status" cell said last. The destination is not cleaned by diskpart first, because the peers do nothing
-// of the kind either.
+// Clones copy drive 1 onto drive 2; images are made of drive 1 in the current folder. "flushed" is a forward clone
+// whose flushes reach the medium under the bench's "backing/clone.img"; a bench's own are done at once. "verified" is a
+// forensic image with its verification, which prints its two digests. The last line printed: seconds, peak working set
+// in MiB, what the drive's "Status" cell said last. The destination is not cleaned by diskpart first, because the peers
+// do nothing of the kind either.
 
+#include "base/owned_handle.h"
 #include "copy/engine/copy_drive_io.h"
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/start_copy.h"
@@ -80,6 +82,21 @@ class BenchmarkSystem : public WindowsCopySystem {
     std::string lastStatus;
 };
 
+/// A destination whose content lies in a file: that is flushed.
+class BackedDriveIo : public CopyDriveIo {
+  public:
+    explicit BackedDriveIo(const std::string& benchFolder)
+        : file_(CreateFileA((benchFolder + "\\backing\\clone.img").c_str(), GENERIC_WRITE,
+                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0,
+                            nullptr)) {}
+    TransferOutcome flush(const DriveRecord&) override {
+        return FlushFileBuffers(file_.get()) != FALSE ? TransferOutcome::kWhole : TransferOutcome::kFailed;
+    }
+
+  private:
+    UniqueFile file_;
+};
+
 class NoDisplay : public JobDisplay {
   public:
     void setStatus(std::string_view) override {}
@@ -97,8 +114,8 @@ struct NamedJob {
 
 constexpr NamedJob kJobs[] = {
     {"forward", CopyKind::kForwardClone, runForwardClone},    {"reverse", CopyKind::kReverseClone, runReverseClone},
-    {"image", CopyKind::kImageToFile, runImageToFile},        {"forensic", CopyKind::kForensicImage, runForensicImage},
-    {"verified", CopyKind::kForensicImage, runForensicImage},
+    {"flushed", CopyKind::kForwardClone, runForwardClone},    {"image", CopyKind::kImageToFile, runImageToFile},
+    {"forensic", CopyKind::kForensicImage, runForensicImage}, {"verified", CopyKind::kForensicImage, runForensicImage},
 };
 
 std::size_t peakWorkingSetMiB() {
@@ -107,7 +124,7 @@ std::size_t peakWorkingSetMiB() {
     return counters.PeakWorkingSetSize >> 20;
 }
 
-int run(const NamedJob& job) {
+int run(const NamedJob& job, const std::string& benchFolder) {
     AppState& state = appState();
     const DriveRecordPtr source = ProbePhysicalDrive(1);
     const DriveRecordPtr destination = ProbePhysicalDrive(2);
@@ -117,7 +134,9 @@ int run(const NamedJob& job) {
     }
     const CopyOrder order{.kind = job.kind, .source = source.get(), .destination = destination.get(), .path = "."};
     JobClaim claim = state.jobs.begin(jobKindOf(job.kind)).value(); // nobody else is at work
-    CopyDriveIo drives;
+    CopyDriveIo ordinary;
+    BackedDriveIo backed(benchFolder);
+    CopyDriveIo& drives = job.name == "flushed" ? backed : ordinary;
     BenchmarkSystem system(state);
     NoDisplay display;
     const auto started = std::chrono::steady_clock::now();
@@ -145,9 +164,9 @@ int runNamed(const char* benchFolder, std::string_view name) {
             return 2;
         }
         verifyWanted = name == "verified";
-        return run(job);
+        return run(job, benchFolder);
     }
-    std::fprintf(stderr, "usage: torvane_copy_benchmark BENCH forward|reverse|image|forensic|verified\n");
+    std::fprintf(stderr, "usage: torvane_copy_benchmark BENCH forward|flushed|reverse|image|forensic|verified\n");
     return 2;
 }
 

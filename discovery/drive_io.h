@@ -24,6 +24,10 @@ class DriveIo {
                                                std::span<std::byte> bytes) = 0;
     [[nodiscard]] virtual TransferOutcome write(const DriveRecord& drive, std::uint64_t offset,
                                                 std::span<const std::byte> bytes) = 0;
+
+    /// Brings what was written onto the medium, out of every cache on the way: whole, failed or gone. Whole, too, for a
+    /// drive that does not know the request.
+    [[nodiscard]] virtual TransferOutcome flush(const DriveRecord& drive) = 0;
 };
 
 /// The same, once the place can be reached.

@@ -17,4 +17,8 @@ TransferOutcome WindowsDriveIo::write(const DriveRecord& drive, std::uint64_t of
     return writeAt(drive.handle, offset, bytes);
 }
 
+TransferOutcome WindowsDriveIo::flush(const DriveRecord& drive) {
+    return flushWrites(drive.handle);
+}
+
 } // namespace torvane

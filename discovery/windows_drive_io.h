@@ -10,6 +10,7 @@ class WindowsDriveIo : public DriveIo {
     bool canReach(const DriveRecord& drive, std::uint64_t offset) override;
     TransferOutcome read(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) override;
     TransferOutcome write(const DriveRecord& drive, std::uint64_t offset, std::span<const std::byte> bytes) override;
+    TransferOutcome flush(const DriveRecord& drive) override;
 };
 
 } // namespace torvane

@@ -90,6 +90,7 @@ class HexViewerDialog : public Dialog {
         useFont();
         placePanes();
         setControlText(IDC_HEX_OFFSETS, rowOffsetsText().c_str());
+        clearPanes();
         showSector();
         SetFocus(window());
         return false;
@@ -187,6 +188,10 @@ class HexViewerDialog : public Dialog {
         viewed_ = viewed_->anew();
         nextPosition_.reset();
         showPosition();
+        clearPanes();
+    }
+
+    void clearPanes() {
         setControlText(IDC_HEX_PANE, "");
         setControlText(IDC_CHARACTER_PANE, "");
     }

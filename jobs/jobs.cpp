@@ -57,27 +57,44 @@ void JobClaim::leaveRaised() {
 }
 
 void JobClaim::release() {
-    if (jobs_ == nullptr) {
-        return;
+    if (Jobs* const jobs = std::exchange(jobs_, nullptr)) {
+        jobs->erase(number_);
+        jobs->tellChange();
     }
-    const std::lock_guard lock(jobs_->mutex_);
-    Jobs::Entry& entry = jobs_->entry(number_);
-    if (entry.flagUp && entry.leavesFlagUp) {
-        jobs_->flagLeftUp_ = true;
-    } else {
-        jobs_->lower(entry);
-    }
-    std::erase_if(jobs_->entries_, [this](const Jobs::Entry& each) { return each.number == number_; });
-    jobs_ = nullptr;
 }
 
 std::optional<JobClaim> Jobs::begin(JobKind kind) {
+    std::optional<JobClaim> claim = enter(kind);
+    if (claim) {
+        tellChange();
+    }
+    return claim;
+}
+
+std::optional<JobClaim> Jobs::enter(JobKind kind) {
     const std::lock_guard lock(mutex_);
     if (obstacleFor(kind)) {
         return std::nullopt;
     }
     entries_.push_back({.number = ++lastNumber_, .kind = kind, .flagUp = ruleOf(kind).flag == JobFlag::kFromBegin});
     return JobClaim(*this, lastNumber_);
+}
+
+void Jobs::erase(std::uint64_t number) {
+    const std::lock_guard lock(mutex_);
+    Entry& own = entry(number);
+    if (own.flagUp && own.leavesFlagUp) {
+        flagLeftUp_ = true;
+    } else {
+        lower(own);
+    }
+    std::erase_if(entries_, [number](const Entry& each) { return each.number == number; });
+}
+
+void Jobs::tellChange() const {
+    if (changed_) {
+        changed_();
+    }
 }
 
 Jobs::Obstacle Jobs::whyNot(JobKind kind) const {

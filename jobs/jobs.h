@@ -3,8 +3,10 @@
 #include "jobs/job_kind.h"
 
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace torvane {
@@ -78,6 +80,10 @@ class Jobs {
     /// The kinds that are at work, with and without a flag.
     [[nodiscard]] JobKinds atWork() const;
 
+    /// From now on `changed` is called when a job has begun and when one has ended, on the thread in which it did,
+    /// after the fact. To be set once, before any job begins.
+    void watch(std::function<void()> changed) { changed_ = std::move(changed); }
+
     /// Asks every job to stop that heeds it, also one that has not raised its flag yet, and lowers every flag.
     void askToStop();
 
@@ -92,6 +98,10 @@ class Jobs {
         bool leavesFlagUp = false;
     };
 
+    [[nodiscard]] std::optional<JobClaim> enter(JobKind kind);
+    void erase(std::uint64_t number);
+    void tellChange() const;
+
     // With the mutex held.
     [[nodiscard]] Obstacle obstacleFor(JobKind kind) const;
     [[nodiscard]] JobKinds kindsAtWork() const;
@@ -100,6 +110,7 @@ class Jobs {
     [[nodiscard]] Entry& entry(std::uint64_t number);
     void lower(Entry& entry);
 
+    std::function<void()> changed_;
     mutable std::mutex mutex_; ///< for everything below
     std::vector<Entry> entries_;
     std::uint64_t lastNumber_ = 0;

@@ -97,6 +97,7 @@ struct DriveRecord {
     SharedNumber<ReadTestResult> shortTestResult = ReadTestResult::kNotPerformed;
     SharedNumber<ReadTestResult> criticalTestResult = ReadTestResult::kNotPerformed;
     SharedNumber<ReadTestResult> nistTestResult = ReadTestResult::kNotPerformed;
+    ReadTestsAtWork readTestsAtWork;
     ReadTestTimes readTimes;
 
     std::int32_t busType = 0; ///< STORAGE_BUS_TYPE as the system reported it

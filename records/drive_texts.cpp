@@ -18,6 +18,11 @@ std::string sizeGigabytesText(const DriveRecord& record) {
     return formatText("%.02f", record.sizeGigabytes);
 }
 
+std::string jobDriveText(const DriveRecord& record) {
+    return formatText("disk %03d - %s %s, %" PRId64 " bytes", record.driveNumber, record.model.c_str(),
+                      record.serialNumber.c_str(), record.sizeBytes);
+}
+
 std::string driveProgressText(std::string_view activity, std::int32_t percent) {
     return std::string(activity).append(formatText(" %d%%", percent));
 }

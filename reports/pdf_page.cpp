@@ -3,6 +3,7 @@
 #include "base/bytes.h"
 #include "base/stdio_file.h"
 #include "reports/png_check.h"
+#include "reports/report_file.h"
 #include "reports/report_page.h"
 #include "reports/windows_1252.h"
 #include "state/event_log.h"
@@ -16,6 +17,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <type_traits>
 #include <vector>
 
@@ -138,6 +140,20 @@ bool isWholePdf(const char* fileName) {
            std::string_view(end.data(), end.size()) == kEnd;
 }
 
+/// Why the document could not be saved, in one line; "" when it was.
+std::string saveDocument(HPDF_Doc document, const char* fileName) {
+    const std::string newName = newReportFileName(fileName);
+    const HPDF_STATUS saved = HPDF_SaveToFile(document, newName.c_str());
+    if (saved == HPDF_FILE_OPEN_ERROR) {
+        // The library's detail is the C library's error number.
+        return std::generic_category().message(static_cast<int>(HPDF_GetErrorDetail(document))) + ".";
+    }
+    if (saved != HPDF_OK || !isWholePdf(newName.c_str())) {
+        return "not all of it could be written. The disk may be full.";
+    }
+    return placeNewReport(fileName);
+}
+
 } // namespace
 
 void DrawTextLine(HPDF_Page page, const char* text, HPDF_Font font, float size, float x, float yFromTop) {
@@ -161,8 +177,9 @@ int writePdfPage(const ReportPage& page, const char* fileName) {
     HPDF_Page sheet = HPDF_AddPage(document.get());
     openAtTop(document.get(), sheet);
     drawPage(document.get(), sheet, page);
-    if (HPDF_SaveToFile(document.get(), fileName) != HPDF_OK || !isWholePdf(fileName)) {
-        LogEvent("ERROR", "Could not SAVE report file [%s]", fileName);
+    if (const std::string reason = saveDocument(document.get(), fileName); !reason.empty()) {
+        reportNotSaved(fileName, reason);
+        return 0;
     }
     return 1;
 }

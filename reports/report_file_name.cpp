@@ -26,6 +26,14 @@ std::string reportFileName(std::string_view serialNumber) {
     return formatText("Report%s.pdf", name.c_str());
 }
 
+std::string olderReportFileName(std::string_view fileName, const LocalMoment& written, int number) {
+    const std::string_view name = fileName.substr(0, fileName.rfind('.'));
+    const std::string_view extension = fileName.substr(name.size());
+    const std::string date = formatText(" %04d-%02d-%02d", written.year, written.month, written.day);
+    const std::string count = number > 1 ? formatText(" (%d)", number) : "";
+    return std::string(name) + date + count + std::string(extension);
+}
+
 std::string openReportCommand(std::string_view fileName) {
     // PowerShell is given its arguments without the quotation marks around them and puts them together again with
     // blanks. A name with a blank would come apart there, so it gets a second pair that PowerShell itself sees.

@@ -97,19 +97,31 @@ void writeSections(PageComposer& composer, const ReportSections& sections) {
     }
 }
 
+struct PrintedReadTest {
+    const char* name;
+    const SharedNumber<ReadTestResult>& result;
+    const SharedNumber<std::int32_t>& runs; ///< that are not over
+};
+
+// Asked for runs before and after: a test that begins or ends in between never reads as passed.
+std::string readTestLine(const PrintedReadTest& test) {
+    const bool running = test.runs > 0;
+    std::string line;
+    FormatTestResult(line, test.name, test.result);
+    return running || test.runs > 0 ? textLine(test.name, " running") : line;
+}
+
 void writeReadTests(PageComposer& composer, const DriveRecord& drive) {
     composer.setFont(16, kBlack);
     composer.moveDown(30);
     composer.write("Read Test Results if Applicable");
     composer.setFont(12, kBlack);
     composer.moveDown(20);
-    const std::pair<const char*, ReadTestResult> kTests[] = {{"Critical Test", drive.criticalTestResult},
-                                                             {"Short Test", drive.shortTestResult},
-                                                             {"NIST Test", drive.nistTestResult}};
-    for (const auto& [name, result] : kTests) {
-        std::string line;
-        FormatTestResult(line, name, result);
-        composer.write(line);
+    const PrintedReadTest kTests[] = {{"Critical Test", drive.criticalTestResult, drive.readTestsAtWork.criticalTests},
+                                      {"Short Test", drive.shortTestResult, drive.readTestsAtWork.shortTests},
+                                      {"NIST Test", drive.nistTestResult, drive.readTestsAtWork.nistTests}};
+    for (const PrintedReadTest& test : kTests) {
+        composer.write(readTestLine(test));
         composer.moveDown(20);
     }
 }

@@ -5,8 +5,7 @@ namespace torvane {
 struct AppState;
 
 // Each writes the report of the active drive, which there must be, under the state's report file name. Returns 1, or 0
-// after one "ERROR" log row when no PDF document could be made. A file that could not be saved is an "ERROR" log row
-// alone.
+// after one "ERROR" log row when no PDF document could be made, and after a box, too, when it could not be saved.
 
 /// For a drive with ATA SMART attributes.
 int WriteAtaReport(AppState& state);

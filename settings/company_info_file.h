@@ -13,9 +13,9 @@ inline constexpr const char* kCompanyInfoFileName = "Config.db";
 /// leaves what could be read over the defaults.
 int LoadCompanyInfo(CompanyInfo& info);
 
-/// Takes the three texts, cut at 255 bytes each, into the record and writes it over the start of "Config.db", which
-/// must exist. Tells the user how it went by a box and a log row. Returns 1, or 0: the record is unchanged when the
-/// file could not be opened, and changed when it could not be written.
+/// Writes the record with the three texts, cut at 255 bytes each, over the start of "Config.db", which must exist, and
+/// makes it the one in use. The file is replaced as a whole (base/replace_file.h). Tells the user how it went by a box
+/// and a log row. Returns 1, or 0 with file and record unchanged.
 int SaveCompanyInfo(CompanyInfo& info, std::string_view name, std::string_view address, std::string_view phone);
 
 } // namespace torvane

@@ -1,38 +1,19 @@
 #include "settings/messages.h"
 
-#include "base/owned_handle.h"
+#include "base/replace_file.h"
 #include "settings/message_file.h"
 #include "state/event_log.h"
 
 #include <windows.h>
 
+#include <cstdint>
+#include <span>
+#include <utility>
+#include <vector>
+
 namespace torvane {
 
 namespace {
-
-// Beside the file itself, because a file can be renamed over another one only within a volume.
-constexpr const char* kNewMessageFileName = "Message.db.new";
-
-/// True when all bytes are on the disk, not merely in a cache.
-bool writeNewFile(const char* fileName, const std::vector<std::uint8_t>& bytes) {
-    const UniqueFile file{
-        CreateFileA(fileName, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
-    if (!file) {
-        return false;
-    }
-    DWORD written = 0;
-    return WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE &&
-           written == bytes.size() && FlushFileBuffers(file.get()) != FALSE;
-}
-
-bool replaceFile(const char* fileName, const std::vector<std::uint8_t>& bytes) {
-    if (writeNewFile(kNewMessageFileName, bytes) &&
-        MoveFileExA(kNewMessageFileName, fileName, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE) {
-        return true;
-    }
-    DeleteFileA(kNewMessageFileName);
-    return false;
-}
 
 /// How many whole records the file holds; none when it is missing.
 std::uint64_t recordsInFile(const char* fileName) {
@@ -61,7 +42,8 @@ int saveMessages(MessageTable& messages, MessageTable changed) {
         LogEvent("ERROR", "Could not SAVE message file: [%s] holds more messages than were loaded", kMessageFileName);
         return 0;
     }
-    if (!replaceFile(kMessageFileName, serializeMessageTable(changed))) {
+    const std::vector<std::uint8_t> bytes = serializeMessageTable(changed);
+    if (replaceFile(kMessageFileName, std::as_bytes(std::span(bytes))) != FileSaving::kDone) {
         LogEvent("ERROR", "Could not SAVE message file");
         return 0;
     }

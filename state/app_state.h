@@ -4,6 +4,7 @@
 #include "jobs/jobs.h"
 #include "records/company_info.h"
 #include "records/message_table.h"
+#include "state/event_log_file.h"
 #include "state/main_view.h"
 #include "state/mount_status.h"
 #include "state/race_track_state.h"
@@ -45,6 +46,10 @@ struct AppState {
     /// The main window. Set once at start-up, before any other thread runs, and never cleared: before the window exists
     /// and after its end the view itself ignores every call. Null in tests that need no window.
     MainView* view = nullptr;
+
+    /// The file that keeps the event log. Set once at start-up, before any other thread runs, and never cleared. Null
+    /// in tests, and in every other program that is linked with this state: none of them leaves a log behind.
+    EventLogFile* eventLogFile = nullptr;
 };
 
 /// The application's one state record.

@@ -8,20 +8,42 @@
 
 namespace torvane {
 
+namespace {
+
+void show(const LogRow& row) {
+    if (MainView* const view = appState().view) {
+        view->appendLogRow(row);
+    }
+}
+
+// What the file complains of is shown and not kept: it would fail in the same way.
+void keep(const LocalMoment& when, const LogRow& row) {
+    EventLogFile* const file = appState().eventLogFile;
+    if (file == nullptr) {
+        return;
+    }
+    if (std::optional<std::string> complaint = file->append(when, row)) {
+        show(makeLogRow("ERROR", when, std::move(*complaint)));
+    }
+}
+
+} // namespace
+
 void LogEvent(const char* category, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    std::string message = formatTextV(format, arguments);
+    const LocalMoment now = localNow();
+    const LogRow row = makeLogRow(category, now, formatTextV(format, arguments));
     va_end(arguments);
-    if (MainView* const view = appState().view) {
-        view->appendLogRow(makeLogRow(category, localNow(), std::move(message)));
-    }
+    keep(now, row);
+    show(row);
 }
 
 void LogToFile(const char* category, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    static_cast<void>(makeLogRow(category, localNow(), formatTextV(format, arguments)));
+    const LocalMoment now = localNow();
+    keep(now, makeLogRow(category, now, formatTextV(format, arguments)));
     va_end(arguments);
 }
 

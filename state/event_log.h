@@ -4,13 +4,14 @@
 
 namespace torvane {
 
-/// Appends one row to the main window's event log: `category` ("STATUS", "ERROR", "INVALID", "SUCCESS", "FAILURE" ...),
-/// the local date and time, and the text made from `format` and its arguments. Any thread may call it; before the main
-/// window exists, and after its end, the row is dropped.
+/// Appends one row to the event log, in the day's file and in the main window's list: `category` ("STATUS", "ERROR",
+/// "INVALID", "SUCCESS", "FAILURE" ...), the local date and time, and the text made from `format` and its arguments.
+/// Any thread may call it; before the main window exists, and after its end, the file alone gets the row. Where the
+/// file cannot be written, the list says so, once. Secrets are never logged.
 void LogEvent(const char* category, const char* format, ...) TORVANE_PRINTF_LIKE(2, 3);
 
-/// One row for the day's log file alone: what a job that leaves the window's list as it is began with, and how it
-/// ended. Any thread may call it.
+/// One row for the day's file alone: what a job that leaves the window's list as it is began with, and how it ended
+/// (category "JOB"). Any thread may call it.
 void LogToFile(const char* category, const char* format, ...) TORVANE_PRINTF_LIKE(2, 3);
 
 } // namespace torvane

@@ -19,12 +19,13 @@ struct PhaseTexts {
     std::string_view failed;
     std::string_view terminated;
     std::string_view passed;
+    bool endsTest; ///< the passed phase is the test's last
 };
 
 constexpr PhaseTexts kFirstPhaseTexts{"Phase 1 Critical Read Test FAILED", "Phase 1 Critical Read Test User Terminated",
-                                      "Phase 1 PASSED Critical Read Test"};
+                                      "Phase 1 PASSED Critical Read Test", false};
 constexpr PhaseTexts kLastPhaseTexts{"Phase 2 Critical Read Test FAILED", "Phase 2 Critical Read Test User Terminated",
-                                     "PASSED Critical Read Test"};
+                                     "PASSED Critical Read Test", true};
 
 void finish(const ReadTestJob& job, ReadTestResult result) {
     showDriveEnding(job, result);
@@ -36,6 +37,9 @@ void finish(const ReadTestJob& job, ReadTestResult result) {
 bool runPhase(ReadTestJob& job, const BlockRange& range, const PhaseTexts& texts) {
     // A phase whose start cannot be reached counts as passed. Kept.
     const ReadTestResult result = ReadRange(job, range).value_or(ReadTestResult::kPassed);
+    if (result != ReadTestResult::kPassed || texts.endsTest) {
+        endReadTest(job);
+    }
     switch (result) {
     case ReadTestResult::kFailed:
         job.display.setStatus(texts.failed);
@@ -87,6 +91,7 @@ std::optional<ReadTestResult> ReadRange(ReadTestJob& job, const BlockRange& rang
 
 std::uint32_t runCriticalTest(ReadTestJob& job) {
     job.display.setStatus("Critical Read Test PHASE 1 STARTED");
+    beginReadTest(job);
     job.drive.criticalTestResult = ReadTestResult::kPassed;
     showDrivePercent(job, 0, kAllBlocks);
     // Fixed ranges, so that results compare between drives: on a smaller one the first fails at its end.

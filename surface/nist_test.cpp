@@ -89,20 +89,24 @@ bool ProbeNistSegment(ReadTestJob& job, SegmentBuffer& buffer, const NistSegment
 
 std::uint32_t runNistTest(ReadTestJob& job) {
     job.display.startProgress(kNistSegments);
+    beginReadTest(job);
     job.drive.nistTestResult = ReadTestResult::kPassed;
     job.display.setStatus("NIST Read Test STARTED");
     showDrivePercent(job, 0, kNistSegments);
 
     switch (sampleSegments(job, sectorsOf(job.drive) / kNistDivisions)) {
     case Sampling::kWhole:
+        endReadTest(job);
         ShowTestOutcome(job, 0);
         break;
     case Sampling::kFailed:
         job.drive.nistTestResult = ReadTestResult::kFailed;
+        endReadTest(job);
         ShowTestOutcome(job, 1);
         break;
     case Sampling::kTerminated:
         job.drive.nistTestResult = ReadTestResult::kTerminated;
+        endReadTest(job);
         job.display.setStatus("NIST Random Read Test User Terminated");
         break;
     }

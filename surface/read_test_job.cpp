@@ -28,7 +28,40 @@ TransferOutcome readAndTime(ReadTestJob& job, std::uint64_t offset, std::span<st
     return outcome;
 }
 
+SharedNumber<std::int32_t>& runsAtWork(DriveRecord& drive, ReadTestKind kind) {
+    switch (kind) {
+    case kShortReadTest:
+        return drive.readTestsAtWork.shortTests;
+    case kCriticalReadTest:
+        return drive.readTestsAtWork.criticalTests;
+    case kNistReadTest:
+        break;
+    }
+    return drive.readTestsAtWork.nistTests;
+}
+
+std::string jobText(const ReadTestJob& job) {
+    return std::string(readTestName(job.kind)) + " of " + jobDriveText(job.drive);
+}
+
 } // namespace
+
+ReadTestAtWork::ReadTestAtWork(DriveRecord& drive, ReadTestKind kind) : runs_(runsAtWork(drive, kind)) {
+    ++runs_;
+}
+
+ReadTestAtWork::~ReadTestAtWork() {
+    runs_ += -1;
+}
+
+void beginReadTest(ReadTestJob& job) {
+    job.atWork.emplace(job.drive, job.kind);
+    job.system.logJob(jobText(job) + " begins");
+}
+
+void endReadTest(ReadTestJob& job) {
+    job.atWork.reset();
+}
 
 TransferOutcome TimedRead(ReadTestJob& job, std::span<std::byte> bytes, std::int64_t sector) {
     const std::uint64_t offset = static_cast<std::uint64_t>(sector) * sectorSizeOf(job.drive);
@@ -55,7 +88,9 @@ void showDrivePercent(ReadTestJob& job, std::uint64_t done, std::uint64_t total)
 
 void showDriveEnding(const ReadTestJob& job, ReadTestResult result) {
     const auto sector = job.failedRead ? std::optional(job.failedRead->sector) : std::nullopt;
-    job.system.setDriveStatus(job.drive, readTestDriveStatus(readTestName(job.kind), {result, sector}));
+    const std::string ending = readTestDriveStatus(readTestName(job.kind), {result, sector});
+    job.system.setDriveStatus(job.drive, ending);
+    job.system.logJob(jobText(job) + " ended: " + ending);
 }
 
 void ShowTestOutcome(const ReadTestJob& job, int failureCount) {

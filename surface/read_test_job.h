@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/shared_number.h"
 #include "base/transfer_outcome.h"
 #include "discovery/drive_io.h"
 #include "jobs/jobs.h"
@@ -21,6 +22,18 @@ struct FailedRead {
     TransferOutcome outcome;
 };
 
+/// A test that counts as at work in its drive's record, from here until the end of this.
+class ReadTestAtWork {
+  public:
+    ReadTestAtWork(DriveRecord& drive, ReadTestKind kind);
+    ~ReadTestAtWork();
+    ReadTestAtWork(const ReadTestAtWork&) = delete;
+    ReadTestAtWork& operator=(const ReadTestAtWork&) = delete;
+
+  private:
+    SharedNumber<std::int32_t>& runs_;
+};
+
 /// One run of a read test, and what it works with. Its thread alone uses it.
 struct ReadTestJob {
     ReadTestKind kind;
@@ -32,6 +45,7 @@ struct ReadTestJob {
 
     std::optional<FailedRead> failedRead;
     std::int32_t shownPercent = -1; ///< in the drive list
+    std::optional<ReadTestAtWork> atWork = std::nullopt;
 };
 
 /// The drive's size in its own sectors.
@@ -41,7 +55,13 @@ struct ReadTestJob {
 /// writes one "ERROR" log row; a place that cannot be reached writes none. The job keeps which read failed.
 [[nodiscard]] TransferOutcome TimedRead(ReadTestJob& job, std::span<std::byte> bytes, std::int64_t sector);
 
-/// The drive's "Status" cell while the test runs and at its end.
+/// The test is at work from now on; before it sets its result in the record. One row in the day's log file.
+void beginReadTest(ReadTestJob& job);
+/// The record holds the test's result; before anything that is shown says so.
+void endReadTest(ReadTestJob& job);
+
+/// The drive's "Status" cell while the test runs and at its end, with one row in the day's log
+/// file.
 void showDrivePercent(ReadTestJob& job, std::uint64_t done, std::uint64_t total);
 void showDriveEnding(const ReadTestJob& job, ReadTestResult result);
 

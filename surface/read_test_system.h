@@ -34,6 +34,8 @@ class ReadTestSystem {
     [[nodiscard]] virtual int random() = 0;
 
     virtual void log(const char* category, const std::string& text) = 0;
+    /// One row of a job in the day's log file alone.
+    virtual void logJob(const std::string& text) = 0;
     /// Replaces the drive's "Status" cell in the main window.
     virtual void setDriveStatus(const DriveRecord& drive, const std::string& text) = 0;
     /// Moves the main window's wide progress bar, 0 to 100.

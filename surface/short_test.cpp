@@ -79,6 +79,7 @@ void ComputeReadDurationStats(DriveRecord& drive, std::span<const std::int64_t> 
 std::uint32_t runShortTest(ReadTestJob& job) {
     job.display.setStatus("Short Read Test STARTED");
     job.display.startProgress(kProbes);
+    beginReadTest(job);
     job.drive.shortTestResult = ReadTestResult::kPassed;
     job.drive.readTimes.readDurationTotal = 0;
     job.drive.readTimes.readDurationCount = 0;
@@ -90,6 +91,7 @@ std::uint32_t runShortTest(ReadTestJob& job) {
         job.drive.uncLbaCount > 0 ? probeLoggedSectors(job, buffer) : probeEvenly(job, buffer, durations);
 
     ComputeReadDurationStats(job.drive, durations, kProbes);
+    endReadTest(job);
     ShowTestOutcome(job, failures);
     showDriveEnding(job, failures == 0 ? ReadTestResult::kPassed : ReadTestResult::kFailed);
     job.display.setProgress(0);

@@ -43,6 +43,10 @@ void WindowsReadTestSystem::log(const char* category, const std::string& text) {
     LogEvent(category, "%s", text.c_str());
 }
 
+void WindowsReadTestSystem::logJob(const std::string& text) {
+    LogToFile("JOB", "%s", text.c_str());
+}
+
 void WindowsReadTestSystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
     if (view_ != nullptr) {
         view_->setDriveStatus(drive, text);

@@ -18,6 +18,7 @@ class WindowsReadTestSystem : public ReadTestSystem {
     void endFineClock() override;
     int random() override;
     void log(const char* category, const std::string& text) override;
+    void logJob(const std::string& text) override;
     void setDriveStatus(const DriveRecord& drive, const std::string& text) override;
     void setWideProgress(int position) override;
 

@@ -58,6 +58,7 @@ STATE = {
     "activeDriveChosen": {"state", "scan", "window"},
     "chosen": {"reports", "window"},
     "companyInfo": {"reports", "window"},
+    "eventLogFile": {"state", "window"},
     "jobs": {"admin", "scan", "surface", "copy", "window"},
     "messages": {"health", "window"},
     "mountStatus": {"admin", "window"},

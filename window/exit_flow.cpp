@@ -1,6 +1,6 @@
 #include "window/exit_flow.h"
 
-#include "admin/disk_part.h"
+#include "admin/mounting.h"
 #include "state/app_state.h"
 #include "state/mount_status.h"
 #include "ui/prompts.h"

@@ -1,5 +1,7 @@
+#include "base/program_folder.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
+#include "state/day_log_file.h"
 #include "window/main_dialog.h"
 #include "window/main_window_view.h"
 #include "window/start_up.h"
@@ -40,8 +42,16 @@ MainWindowView& mainWindowView() {
     return view;
 }
 
+/// Beside the program, which works in its own folder: a stick that a technician carries keeps its own log. Never
+/// destroyed, for the same reason.
+DayLogFile& dayLogFile() {
+    static DayLogFile& file = *new DayLogFile(folderOfProgram());
+    return file;
+}
+
 void runMainDialog() {
     initialiseControls();
+    appState().eventLogFile = &dayLogFile();
     appState().view = &mainWindowView();
     MainDialog(appState(), mainWindowView()).runModal(nullptr);
 }

@@ -1,6 +1,6 @@
 #include "window/main_dialog.h"
 
-#include "admin/disk_part.h"
+#include "admin/mounting.h"
 #include "base/colours.h"
 #include "discovery/drive_summary.h"
 #include "health/health_message_view.h"
@@ -14,6 +14,7 @@
 #include "ui/prompt_owner.h"
 #include "window/main_layout.h"
 #include "window/main_window_view.h"
+#include "window/shutdown_guard.h"
 
 #include <windowsx.h>
 
@@ -48,6 +49,7 @@ bool MainDialog::onInitialise() {
     gdiPlus_.start();
     view_.attach(window());
     prompts::setOwner(window());
+    watchJobs();
     state_.activeDriveChosen = 0;
     state_.activeDrive = nullptr;
     createFonts();
@@ -65,6 +67,11 @@ bool MainDialog::onInitialise() {
     ShowTutorialIfWanted(window());
     SetFocus(driveList_.window());
     return false;
+}
+
+// Jobs begin and end on many threads, the system takes the reason from the window's own alone.
+void MainDialog::watchJobs() {
+    state_.jobs.watch([own = window()] { PostMessageA(own, kJobsChangedMessage, 0, 0); });
 }
 
 void MainDialog::addSystemMenuItems() {
@@ -236,6 +243,16 @@ std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM
     switch (message) {
     case MainWindowView::kRunTaskMessage:
         (*reinterpret_cast<const MainWindowView::WindowTask*>(lParam))(*this);
+        return 0;
+    case kJobsChangedMessage:
+        showShutdownReason(window(), state_.jobs.atWork());
+        return 0;
+    case WM_QUERYENDSESSION:
+        return mayEndSession(state_.jobs.atWork()) ? TRUE : FALSE;
+    case WM_ENDSESSION:
+        if (wParam != FALSE) {
+            noteSessionEnd(state_.jobs.atWork());
+        }
         return 0;
     case WM_DRAWITEM:
         drawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));

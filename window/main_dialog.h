@@ -44,6 +44,9 @@ class MainDialog : public Dialog {
     std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
+    /// The private message by which this window hears that a job has begun or ended.
+    static constexpr UINT kJobsChangedMessage = WM_APP + 2;
+
     // Start
     void createFonts();
     void addSystemMenuItems();
@@ -53,6 +56,7 @@ class MainDialog : public Dialog {
     void buildListViews();
     void showThenHidePanel();
 
+    void watchJobs();
     void updateSystemMenu();
     void resizeWindow(int height);
     void drawItem(const DRAWITEMSTRUCT& item);
@@ -85,6 +89,8 @@ class MainDialog : public Dialog {
     void onToggleLogPanel();
     void onSetReadOnly();
     void onClearReadOnly();
+    /// The selected drive, once it may be changed and the user wants it; else null.
+    DriveRecord* driveWhoseAttributeMayBecome(bool readOnly);
     void onCleanDisk();
     void onAbout();
     void onEditMessages();

@@ -4,7 +4,8 @@
 #include "admin/destruction_warning_dialog.h"
 #include "admin/disk_commands.h"
 #include "admin/disk_guards.h"
-#include "admin/disk_part.h"
+#include "admin/mounting.h"
+#include "admin/protected_drives.h"
 #include "copy/dialogs/clone_dialog.h"
 #include "copy/dialogs/copy_choices.h"
 #include "copy/dialogs/destination_folder.h"
@@ -203,7 +204,9 @@ void MainDialog::onCompanyInformation() {
 void MainDialog::onCreatePortable() {
     // The folder does not become the current one: the program's own files lie there.
     if (ChooseDestinationFolder(state_.chosen.destinationFolder, false) != 0) {
-        startPortableCopy(std::string(state_.chosen.destinationFolder.view()));
+        startPortableCopy(std::string(state_.chosen.destinationFolder.view()),
+                          {.view = *state_.view,
+                           .isTaken = [&jobs = state_.jobs] { return jobs.atWork().contains(JobKind::kScan); }});
     }
 }
 
@@ -212,7 +215,7 @@ void MainDialog::onDetectBitLocker() {
         prompts::warn("****** CHOOSE A DRIVE ******", "Please choose a drive to check for BITLOCKER encryption.");
         return;
     }
-    showBitLockerScan(*state_.activeDrive, state_.scan.volumes, window());
+    showBitLockerScan(*state_.activeDrive, state_.scan, window());
 }
 
 void MainDialog::onQuickDiskView() {
@@ -230,15 +233,23 @@ void MainDialog::onToggleLogPanel() {
 }
 
 void MainDialog::onSetReadOnly() {
-    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_.jobs, *drive)) {
+    if (DriveRecord* const drive = driveWhoseAttributeMayBecome(true)) {
         startSetReadOnly(state_, *drive);
     }
 }
 
 void MainDialog::onClearReadOnly() {
-    if (DriveRecord* const drive = driveList_.selectedDrive(); drive != nullptr && mayChangeDisk(state_.jobs, *drive)) {
+    if (DriveRecord* const drive = driveWhoseAttributeMayBecome(false)) {
         startClearReadOnly(state_, *drive);
     }
+}
+
+DriveRecord* MainDialog::driveWhoseAttributeMayBecome(bool readOnly) {
+    DriveRecord* const drive = driveList_.selectedDrive();
+    return drive != nullptr && mayChangeDisk(state_.jobs, *drive) && mayBeChanged(*drive) &&
+                   confirmReadOnlyChange(*drive, readOnly)
+               ? drive
+               : nullptr;
 }
 
 void MainDialog::onCleanDisk() {

@@ -9,6 +9,9 @@ namespace torvane {
 /// Bytes that every copy job moves at a time: 32 MiB.
 inline constexpr std::size_t kCopyBlockSize = 0x2000000;
 
+/// A job's buffers begin at multiples of this many bytes, as unbuffered transfers demand: more than any sector.
+inline constexpr std::size_t kBufferAlignment = 0x10000;
+
 /// A reading job stops after the block in which the source's bad-read count reached this.
 inline constexpr std::uint64_t kBadBlockLimit = 11;
 

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
+#include <memory>
 
 namespace torvane {
 
@@ -11,9 +13,18 @@ void BlockPipeline::FreeMemory::operator()(std::byte* memory) const {
     std::free(memory);
 }
 
-BlockPipeline::BlockPipeline(BlockSource& source, const BlockOrder& order)
-    : source_(source), order_(order),
-      buffers_(static_cast<std::byte*>(std::calloc(kBuffers, std::max<std::size_t>(order.blockSize(), 1)))) {}
+BlockPipeline::BlockPipeline(BlockSource& source, const BlockOrder& order) : source_(source), order_(order) {
+    constexpr std::size_t kMost = (std::numeric_limits<std::size_t>::max() - kBufferAlignment) / kBuffers;
+    if (order.blockSize() > kMost) {
+        return;
+    }
+    const std::size_t bytes = kBuffers * order.blockSize();
+    std::size_t room = bytes + kBufferAlignment;
+    // Zero bytes that the system makes when they are first touched.
+    memory_.reset(static_cast<std::byte*>(std::calloc(room, 1)));
+    void* aligned = memory_.get();
+    buffers_ = static_cast<std::byte*>(std::align(kBufferAlignment, bytes, aligned, room));
+}
 
 BlockPipeline::~BlockPipeline() {
     stop();
@@ -47,7 +58,7 @@ void BlockPipeline::stop() {
 }
 
 std::span<std::byte> BlockPipeline::buffer(std::uint64_t index, std::size_t length) const {
-    return {buffers_.get() + (index % kBuffers) * order_.blockSize(), length};
+    return {buffers_ + (index % kBuffers) * order_.blockSize(), length};
 }
 
 bool BlockPipeline::mayFetch(std::uint64_t index) const {

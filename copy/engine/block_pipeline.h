@@ -32,7 +32,8 @@ struct Block {
 ///  - blocks that were read ahead and never taken have left no trace.
 ///
 /// A thread reads, at most two blocks ahead of the one in the job's hands. Where the system has no room for a thread,
-/// each block is read when it is taken. Memory: four blocks.
+/// each block is read when it is taken. Memory: four blocks, each at a multiple of `kBufferAlignment` where the block
+/// size is one.
 class BlockPipeline {
   public:
     /// The source must outlive the pipeline.
@@ -72,7 +73,8 @@ class BlockPipeline {
 
     BlockSource& source_;
     const BlockOrder order_;
-    std::unique_ptr<std::byte[], FreeMemory> buffers_;
+    std::unique_ptr<std::byte[], FreeMemory> memory_;
+    std::byte* buffers_ = nullptr; ///< in it, aligned
     std::thread reader_;
     std::uint64_t next_ = 0; ///< the block that the job will take next; the job's thread alone uses it
 

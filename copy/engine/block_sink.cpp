@@ -5,7 +5,34 @@
 namespace torvane {
 
 TransferOutcome DriveSink::store(const BlockExtent& extent, std::span<const std::byte> bytes) {
-    return WriteBlock(io_, drive_, bytes, extent.offset);
+    const TransferOutcome outcome = WriteBlock(io_, drive_, bytes, extent.offset);
+    flushing_.stored(outcome);
+    return outcome;
+}
+
+TransferOutcome DriveSink::flush() {
+    const TransferOutcome outcome = flushing_.finish();
+    if (hasFailed(outcome)) {
+        ++drive_.writeErrorCount;
+    }
+    return outcome;
+}
+
+ImageSink::ImageSink(std::unique_ptr<ImageFile> image) : image_(std::move(image)) {
+    if (image_) {
+        flushing_ = std::make_unique<FlushBehind>([file = image_.get()] { return file->flush(); });
+    }
+}
+
+void ImageSink::close() {
+    flushing_.reset();
+    image_.reset();
+}
+
+TransferOutcome ImageSink::store(const BlockExtent&, std::span<const std::byte> bytes) {
+    const TransferOutcome outcome = image_->write(bytes);
+    flushing_->stored(outcome);
+    return outcome;
 }
 
 TransferOutcome HashingSink::store(const BlockExtent& extent, std::span<const std::byte> bytes) {

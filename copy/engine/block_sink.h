@@ -2,6 +2,7 @@
 
 #include "base/transfer_outcome.h"
 #include "copy/engine/block_layout.h"
+#include "copy/engine/flush_behind.h"
 #include "copy/engine/hash_thread.h"
 #include "copy/engine/image_file.h"
 #include "discovery/drive_io.h"
@@ -20,34 +21,42 @@ class BlockSink {
     /// Stores one block. Called for the blocks in job order, from the job's thread; what a failure means is left to the
     /// job.
     [[nodiscard]] virtual TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) = 0;
+
+    /// Brings what was stored onto the medium, once the last block was stored: whole when everything is there. Flushes
+    /// that were under way meanwhile and failed are told here. `kNotReached` when the device was gone by the last
+    /// block, whose own outcome has told it.
+    [[nodiscard]] virtual TransferOutcome flush() = 0;
 };
 
-/// Blocks of a drive; each that fails is counted on its record.
+/// Blocks of a drive; each that fails is counted on its record, and so is a failed flush.
 class DriveSink : public BlockSink {
   public:
-    DriveSink(DriveIo& io, DriveRecord& drive) : io_(io), drive_(drive) {}
+    DriveSink(DriveIo& io, DriveRecord& drive)
+        : io_(io), drive_(drive), flushing_([&io, &drive] { return io.flush(drive); }) {}
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
+    TransferOutcome flush() override;
 
   private:
     DriveIo& io_;
     DriveRecord& drive_;
+    FlushBehind flushing_;
 };
 
 /// An image file in the making, one block after the other from its start.
 class ImageSink : public BlockSink {
   public:
-    explicit ImageSink(std::unique_ptr<ImageFile> image) : image_(std::move(image)) {}
+    explicit ImageSink(std::unique_ptr<ImageFile> image);
 
-    /// False for an image that could not be opened, and once it was closed. Then nothing may be stored.
+    /// False for an image that could not be opened, and once it was closed. Then nothing may be stored or flushed.
     [[nodiscard]] bool isOpen() const { return image_ != nullptr; }
-    void close() { image_.reset(); }
+    void close();
 
-    TransferOutcome store(const BlockExtent&, std::span<const std::byte> bytes) override {
-        return image_->write(bytes);
-    }
+    TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
+    TransferOutcome flush() override { return flushing_->finish(); }
 
   private:
     std::unique_ptr<ImageFile> image_;
+    std::unique_ptr<FlushBehind> flushing_; // after the image: its end waits for a flush of it
 };
 
 /// Another sink, with a digest of what it is given: each block is hashed on a thread of its own while it is stored.
@@ -58,6 +67,7 @@ class HashingSink : public BlockSink {
 
     /// The inner sink's outcome, once the block was hashed as well.
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
+    TransferOutcome flush() override { return inner_.flush(); }
 
     /// False once a block could not be added to the digest.
     [[nodiscard]] bool hashedAll() const { return hashedAll_; }

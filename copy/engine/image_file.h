@@ -19,6 +19,10 @@ class ImageFile {
     [[nodiscard]] virtual TransferOutcome read(std::span<std::byte> bytes) = 0;
     [[nodiscard]] virtual TransferOutcome write(std::span<const std::byte> bytes) = 0;
 
+    /// Brings what was written onto the medium: whole, failed or gone. May be called from another thread while the next
+    /// bytes are written.
+    [[nodiscard]] virtual TransferOutcome flush() = 0;
+
     /// Moves to the start of the file.
     [[nodiscard]] virtual bool rewind() = 0;
 
@@ -31,7 +35,7 @@ using OpenImages = std::vector<std::unique_ptr<ImageFile>>;
 /// What an image file is opened for.
 enum class ImageUse : std::uint8_t {
     kNew,    ///< a new file, to be written; never in an old one's place
-    kAgain,  ///< one that was just made, to be read; others may use it too
+    kAgain,  ///< one that was just made, to be read from its medium, not from a cache; others may use it too
     kSource, ///< to be read alone: nobody may write to it meanwhile
 };
 

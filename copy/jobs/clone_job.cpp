@@ -95,6 +95,7 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     RunEnd end = RunEnd::kLeftEarly;
     if (readiness == Readiness::kReady) {
         end = moveBlocks(job, blocks, progress, rule, copyBlock);
+        flushStored(sink, end, losses); // counted like a failed write, too
         job.system.rememberPartitionTable(destination);
     }
 

@@ -89,6 +89,15 @@ RunEnd moveBlocks(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progr
     return remainderSkipped ? RunEnd::kRemainderSkipped : RunEnd::kWhole;
 }
 
+bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses) {
+    if (!movedFullBlocks(end)) {
+        return true;
+    }
+    const TransferOutcome outcome = sink.flush();
+    losses.failedWrites += hasFailed(outcome) ? 1 : 0;
+    return outcome == TransferOutcome::kWhole;
+}
+
 std::string_view endingInWords(RunEnd end) {
     return end == RunEnd::kWhole ? "completed" : kNotCompleted;
 }

@@ -61,6 +61,10 @@ void showFailure(const CopyJob& job, std::string_view status, int explosionMilli
 /// Marks the job as completed, the vehicle at its finish.
 void showSuccess(const CopyJob& job, std::string_view status, std::int32_t carX);
 
+/// After a run that moved its full blocks, and before any success is shown: waits until everything that was stored is
+/// on the medium, and adds a failure to the losses like a failed write. False when something may not be there.
+bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses);
+
 /// How a run over the blocks ended, in words: "completed", "not completed".
 [[nodiscard]] std::string_view endingInWords(RunEnd end);
 

@@ -35,12 +35,16 @@ void stopWithExplosion(const CopyJob& job) {
     job.display.startExplosionTimer(kExplosionMilliseconds);
 }
 
+void stopUnwritten(const CopyJob& job, ForensicImage& image) {
+    image.lost = "written";
+    image.file.close();
+    job.display.setStatus("Could not WRITE to DESTINATION image");
+    stopWithExplosion(job);
+}
+
 void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, const Block& block, JobLosses& losses) {
     if (!storeBlock(sink, block, losses)) {
-        image.lost = "written";
-        image.file.close();
-        job.display.setStatus("Could not WRITE to DESTINATION image");
-        stopWithExplosion(job);
+        stopUnwritten(job, image);
     }
     if (!sink.hashedAll()) {
         losses.notHashed = true;
@@ -63,6 +67,10 @@ RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks,
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
     const RunEnd end = moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.track.animationBlocks; });
+    if (image.lost == nullptr && !flushStored(sink, end, losses)) {
+        stopUnwritten(job, image);
+        image.lostLast = image.lost;
+    }
     // An image without one of its blocks is not complete, be it the remainder alone.
     return image.lost == nullptr ? end : RunEnd::kGaveUp;
 }

@@ -41,7 +41,10 @@ std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
         return storeBlock(image, block, losses);
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
-    const RunEnd end = wanted ? moveBlocks(job, blocks, progress, rule, copyBlock) : RunEnd::kLeftEarly;
+    RunEnd end = wanted ? moveBlocks(job, blocks, progress, rule, copyBlock) : RunEnd::kLeftEarly;
+    if (!flushStored(image, end, losses)) {
+        end = RunEnd::kGaveUp;
+    }
 
     account.ending = endingInWords(end);
     showLosses(job, losses);

@@ -89,6 +89,7 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     RunEnd end = RunEnd::kLeftEarly;
     if (readiness == Readiness::kReady) {
         end = moveBlocks(job, blocks, progress, {}, copyBlock);
+        flushStored(sink, end, losses);
         job.system.rememberPartitionTable(destination);
     }
 

@@ -1,9 +1,9 @@
 #include "copy/jobs/windows_copy_system.h"
 
 #include "admin/disk_part.h"
-#include "base/positioned_io.h"
 #include "base/stdio_file.h"
 #include "copy/engine/md5_hasher.h"
+#include "copy/engine/windows_image_file.h"
 #include "discovery/disk_identity.h"
 #include "discovery/volumes_on_drive.h"
 #include "discovery/windows_volume_system.h"
@@ -16,37 +16,6 @@
 #include <cstdio>
 
 namespace torvane {
-
-namespace {
-
-class WindowsImageFile : public ImageFile {
-  public:
-    explicit WindowsImageFile(UniqueFile file) : file_(std::move(file)) {}
-
-    TransferOutcome read(std::span<std::byte> bytes) override { return readNext(file_.get(), bytes); }
-    TransferOutcome write(std::span<const std::byte> bytes) override { return writeNext(file_.get(), bytes); }
-    bool rewind() override { return SetFilePointer(file_.get(), 0, nullptr, FILE_BEGIN) != INVALID_SET_FILE_POINTER; }
-
-    std::uint64_t size() override {
-        LARGE_INTEGER size{};
-        return GetFileSizeEx(file_.get(), &size) ? static_cast<std::uint64_t>(size.QuadPart) : 0;
-    }
-
-  private:
-    UniqueFile file_;
-};
-
-std::unique_ptr<ImageFile> openFile(const std::string& path, DWORD access, DWORD share, DWORD disposition) {
-    UniqueFile file(CreateFileA(path.c_str(), access, share, nullptr, disposition, 0, nullptr));
-    return file ? std::make_unique<WindowsImageFile>(std::move(file)) : nullptr;
-}
-
-std::unique_ptr<ImageFile> openOwnImage(const std::string& path, DWORD disposition) {
-    return openFile(path, GENERIC_READ | GENERIC_WRITE | FILE_WRITE_ATTRIBUTES | FILE_READ_ATTRIBUTES,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE, disposition);
-}
-
-} // namespace
 
 bool WindowsCopySystem::isStillTheSource(const DriveRecord& drive) {
     return isStillTheProbedSource(drive);
@@ -94,15 +63,7 @@ bool WindowsCopySystem::fileExists(const std::string& path) {
 }
 
 std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path, ImageUse use) {
-    switch (use) {
-    case ImageUse::kNew:
-        return openOwnImage(path, CREATE_NEW);
-    case ImageUse::kAgain:
-        return openOwnImage(path, OPEN_EXISTING);
-    case ImageUse::kSource:
-        return openFile(path, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, OPEN_EXISTING);
-    }
-    return nullptr;
+    return openWindowsImage(path, use);
 }
 
 bool WindowsCopySystem::writeTextFile(const std::string& path, std::string_view text) {

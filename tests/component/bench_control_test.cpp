@@ -28,7 +28,7 @@ const char* const kAta =
             "smart": {"attributes": [{"id": 9, "raw": 8123}]}},
     "volumes": [{"letter": "C", "label": "SYSTEM", "serial": "1A2B-3C4D", "freeSpace": "10 GiB",
                  "extents": [{"offset": "1 MiB", "length": "4 MiB"}, {"disk": 3, "offset": 0, "length": "2 MiB"}]}]})";
-const char* const kNvme = R"({"number": 3, "bus": "nvme", "size": "64 MiB", "road": "nvme-query",
+const char* const kNvme = R"({"number": 3, "bus": "nvme", "size": "64 MiB", "road": "nvme-query", "readOnly": true,
     "identity": {"product": "Fast", "serial": "F3"},
     "nvme": {"healthOnlyForAllNamespaces": true, "health": {"percentageUsed": 7, "powerOnHours": 5127}}})";
 const char* const kRaid = R"({"number": 5, "bus": "raid", "size": "64 MiB", "road": "raid-miniport", "scsiPort": 2,
@@ -93,6 +93,19 @@ TEST_F(BenchControlTest, GeometryFitsAnOddBuffer) {
               static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
     ASSERT_EQ(ask("PhysicalDrive0", IOCTL_DISK_GET_LENGTH_INFO, {}, 8), 0U);
     EXPECT_EQ(loadLe64(out_, 0), 500107862016U);
+}
+
+TEST_F(BenchControlTest, TellsTheReadOnlyAttribute) {
+    // GET_DISK_ATTRIBUTES, <winioctl.h> of Windows 7 on: version, reserved, 64 bits of attributes, of which 2 is
+    // read-only.
+    constexpr DWORD kGetDiskAttributes = 0x000700F0;
+    ASSERT_EQ(ask("PhysicalDrive0", kGetDiskAttributes, {}, 16), 0U);
+    EXPECT_EQ(count_, 16U);
+    EXPECT_EQ(loadLe32(out_, 0), 16U);
+    EXPECT_EQ(loadLe64(out_, 8), 0U);
+    ASSERT_EQ(ask("PhysicalDrive3", kGetDiskAttributes, {}, 16), 0U);
+    EXPECT_EQ(loadLe64(out_, 8), 2U);
+    EXPECT_EQ(ask("PhysicalDrive0", kGetDiskAttributes, {}, 15), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
 }
 
 TEST_F(BenchControlTest, TellsTheDisksNumber) {

@@ -48,6 +48,7 @@ class BenchTransferTest : public BenchTest {
                    ? 0
                    : GetLastError();
     }
+    static DWORD flush(const UniqueHandle& handle) { return FlushFileBuffers(handle.get()) != 0 ? 0 : GetLastError(); }
     static void seek(const UniqueHandle& handle, std::uint64_t offset) {
         LARGE_INTEGER place{};
         place.QuadPart = static_cast<LONGLONG>(offset);
@@ -355,6 +356,66 @@ TEST_F(BenchFaultTest, SeeksFailInTheirRange) {
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SEEK));
     EXPECT_EQ(SetFilePointer(drive.get(), 0, nullptr, FILE_CURRENT), 15U * 512);
     EXPECT_EQ(bench().logLines({"target=drive:4 request=seek offset=8192", "result=ERROR_SEEK"}).size(), 1U);
+}
+
+TEST_F(BenchFaultTest, CorruptWritesSucceedAndStoreSomethingElse) {
+    openFaulty(R"({"corruptWrites": [{"firstSector": 3, "sectors": 2, "times": 1}]})");
+    const UniqueHandle drive = open(R"(\\.\PhysicalDrive4)");
+    EXPECT_EQ(write(drive, 1024, std::vector<std::uint8_t>(1024, 9)), 0U);
+    EXPECT_EQ(count_, 1024U);
+    EXPECT_EQ(read(drive, 1024, 1536), 0U);
+    EXPECT_EQ(buffer_[511], 9);
+    EXPECT_EQ(buffer_[512], 9 ^ 0xFF);
+    EXPECT_EQ(buffer_[1023], 9 ^ 0xFF);
+    EXPECT_EQ(buffer_[1024], 0) << "was not written";
+    EXPECT_EQ(write(drive, 1024, std::vector<std::uint8_t>(1024, 9)), 0U);
+    EXPECT_EQ(read(drive, 1024, 1024), 0U);
+    EXPECT_EQ(buffer_[1023], 9) << "once only";
+}
+
+TEST_F(BenchFaultTest, FlushesFailWhenTheyAreMeantTo) {
+    openFaulty(R"({"flush": {"error": "ERROR_WRITE_FAULT", "after": 1, "times": 1}})");
+    const UniqueHandle drive = open(R"(\\.\PhysicalDrive4)");
+    EXPECT_EQ(flush(drive), 0U);
+    EXPECT_EQ(flush(drive), static_cast<DWORD>(ERROR_WRITE_FAULT));
+    EXPECT_EQ(flush(drive), 0U);
+    EXPECT_EQ(bench().logLines({"target=drive:4 request=flush result=ERROR_WRITE_FAULT"}).size(), 1U);
+    EXPECT_EQ(flush(open(R"(\\.\PhysicalDrive4)", GENERIC_READ)), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(flush(open(R"(\\.\Scsi4:)")), static_cast<DWORD>(ERROR_INVALID_FUNCTION));
+    bench().unplug(4);
+    EXPECT_EQ(flush(drive), static_cast<DWORD>(ERROR_DEVICE_NOT_CONNECTED));
+}
+
+TEST_F(BenchFaultTest, AVolatileCacheLosesWhatWasNotFlushedWhenItsDriveIsUnplugged) {
+    openFaulty(R"({"volatileCache": true})");
+    {
+        const UniqueHandle drive = open(R"(\\.\PhysicalDrive4)");
+        EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(1024, 1)), 0U);
+        EXPECT_EQ(flush(drive), 0U);
+        EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(512, 2)), 0U);
+        EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(512, 3)), 0U);
+        EXPECT_EQ(write(drive, 4096, std::vector<std::uint8_t>(512, 4)), 0U);
+        EXPECT_EQ(read(drive, 0, 512), 0U);
+        EXPECT_EQ(buffer_[0], 3) << "reads see the cache";
+        bench().unplug(4);
+        EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(512, 5)), static_cast<DWORD>(ERROR_DEVICE_NOT_CONNECTED));
+    }
+    bench().plug(4);
+    const UniqueHandle drive = open(R"(\\.\PhysicalDrive4)");
+    EXPECT_EQ(read(drive, 0, 8192), 0U);
+    EXPECT_EQ(buffer_[0], 1);
+    EXPECT_EQ(buffer_[512], 1);
+    EXPECT_EQ(buffer_[4096], 0);
+}
+
+TEST_F(BenchFaultTest, AVolatileCacheIsLostWhenItsDriveVanishes) {
+    openFaulty(R"({"volatileCache": true, "vanishAfterRequests": 2})");
+    const UniqueHandle drive = open(R"(\\.\PhysicalDrive4)");
+    EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(512, 1)), 0U);
+    EXPECT_EQ(flush(drive), 0U);
+    EXPECT_EQ(write(drive, 0, std::vector<std::uint8_t>(512, 2)), 0U);
+    EXPECT_EQ(flush(drive), static_cast<DWORD>(ERROR_DEVICE_NOT_CONNECTED));
+    EXPECT_EQ(readFile("bench\\backing\\drive4.img").front(), 1);
 }
 
 TEST_F(BenchFaultTest, WritesFailInTheirRange) {

@@ -6,6 +6,7 @@
 #include "state/app_state.h"
 #include "tests/component/test_bench.h"
 #include "tests/support/recording_main_view.h"
+#include "tests/support/scripted_prompts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -92,6 +93,12 @@ class BitLockerBench : public ::testing::Test {
         state().activeDrive = &drive(0);
     }
 
+    /// The box of a scan that was not told of every volume.
+    void expectUntold(const std::string& lines) {
+        user_.expectStop("***** BITLOCKER NOT KNOWN *****",
+                         "Windows could not tell whether these volumes are encrypted:\n" + lines);
+    }
+
     void scan() { BL_ScanActiveDrive(state().activeDrive, state().scan.volumes, rows_); }
 
     [[nodiscard]] std::vector<std::string> events() const {
@@ -105,6 +112,7 @@ class BitLockerBench : public ::testing::Test {
     TestBench bench_;
     RecordingMainView view_;
     ViewInstalled installed_{appState(), view_};
+    ScriptedPrompts user_;
     RecordingRows rows_;
 };
 

@@ -19,6 +19,7 @@ extern "C" {
 extern decltype(&CreateFileA) __imp_CreateFileA; // NOLINT: the linker's names
 extern decltype(&ReadFile) __imp_ReadFile;       // NOLINT
 extern decltype(&WriteFile) __imp_WriteFile;     // NOLINT
+extern decltype(&MoveFileExA) __imp_MoveFileExA; // NOLINT
 }
 
 namespace torvane::testing {
@@ -306,14 +307,50 @@ TEST_F(CompanyInfoSaved, OverAReadOnlyFileChangesNothing) {
     EXPECT_EQ(readFile(kFile), record("old", "old", "old"));
 }
 
-TEST_F(CompanyInfoSaved, OverAFileThatCannotBeWrittenKeepsTheNewTexts) {
+TEST_F(CompanyInfoSaved, OverAFileThatCannotBeWrittenChangesNothing) {
     for (const auto write : {&failToWrite, &writeABit}) {
         const ImportPatched failing(__imp_WriteFile, write);
         expectWriteError();
         EXPECT_EQ(SaveCompanyInfo(info_, "new", "new", "new"), 0);
     }
     EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not SAVE config file", "Could not SAVE config file"));
-    EXPECT_EQ(bytesOf(info_), record("new", "new", "new"));
+    EXPECT_EQ(bytesOf(info_), record("old", "old", "old"));
+    EXPECT_EQ(readFile(kFile), record("old", "old", "old"));
+}
+
+BOOL WINAPI failToMove(LPCSTR, LPCSTR, DWORD) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
+TEST_F(CompanyInfoSaved, OverAFileThatCannotBeReplacedChangesNothing) {
+    {
+        const ImportPatched failing(__imp_MoveFileExA, &failToMove);
+        expectWriteError();
+        EXPECT_EQ(SaveCompanyInfo(info_, "new", "new", "new"), 0);
+    }
+    expectLog("ERROR", "Could not SAVE config file");
+    EXPECT_EQ(bytesOf(info_), record("old", "old", "old"));
+    EXPECT_EQ(readFile(kFile), record("old", "old", "old"));
+    EXPECT_FALSE(fs::exists("Config.db.new"));
+}
+
+TEST_F(CompanyInfoSaved, OverAFileThatCannotBeReadChangesNothing) {
+    {
+        const ImportPatched failing(__imp_ReadFile, &failToRead);
+        expectWriteError();
+        EXPECT_EQ(SaveCompanyInfo(info_, "new", "new", "new"), 0);
+    }
+    EXPECT_EQ(bytesOf(info_), record("old", "old", "old"));
+    EXPECT_EQ(readFile(kFile), record("old", "old", "old"));
+}
+
+TEST_F(CompanyInfoSaved, OverAFileThatIsFarTooLargeChangesNothing) {
+    const std::string large((std::size_t{1} << 20) + 1, 'x');
+    writeFile(kFile, large);
+    expectWriteError();
+    EXPECT_EQ(SaveCompanyInfo(info_, "new", "new", "new"), 0);
+    EXPECT_TRUE(readFile(kFile) == large);
 }
 
 } // namespace

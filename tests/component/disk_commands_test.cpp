@@ -106,6 +106,21 @@ TEST_F(DiskCommands, AReadOnlyDiskIsNotCleanedAndThatIsSaid) {
     EXPECT_FALSE(state().jobs.active());
 }
 
+TEST_F(DiskCommands, ADriveThatHasChangedIsNotTouchedAndThatIsSaid) {
+    DriveRecord& disk = openDisk();
+    bench_.unplug(3);
+    constexpr const char* kText = "The DISK is not the drive that was loaded any more, or it does not answer. Nothing "
+                                  "was changed. Load the drives again";
+    user_.expectStop("***** DRIVE HAS CHANGED *****", kText, [] { EXPECT_FALSE(state().jobs.active()); });
+    EXPECT_EQ(run(cleanDisk, disk), 0U);
+    EXPECT_EQ(lastDriveStatus(disk), "BAD disk not cleaned");
+    EXPECT_EQ(events().back(), "FAILURE: Disk 003 - Tarn N16 S1 has NOT been CLEANED");
+    user_.expectStop("***** DRIVE HAS CHANGED *****", kText);
+    EXPECT_EQ(run(setReadOnly, disk), 0U);
+    EXPECT_EQ(lastDriveStatus(disk), "BAD read-only not set");
+    EXPECT_THAT(bench_.log("request=start"), IsEmpty());
+}
+
 TEST_F(DiskCommands, WithoutDiskPartNothingIsCleanedAndThatIsSaid) {
     DriveRecord& disk = openDisk("", kSilent);
     user_.expectStop("****** DISK NOT CLEANED ******", "Disk 003 - Tarn N16 S1 has NOT been CLEANED");

@@ -1,4 +1,5 @@
 #include "admin/disk_part.h"
+#include "discovery/disk_identity.h"
 #include "tests/component/copy_bench.h"
 #include "ui/owned.h"
 
@@ -25,6 +26,28 @@ class DiskPartChanges : public testing::CopyBench {
         return disk;
     }
 
+    /// A diskpart that prints so, whatever it does.
+    static std::string acting(const std::string& output) { return R"({"acts": true, "output": ")" + output + R"("})"; }
+    /// Makes the change of disk 3, which is pulled while diskpart runs.
+    template <typename Change>
+    DiskChange endOfPulledDisk(Change change) {
+        DiskChange end = DiskChange::kMade;
+        std::thread working([&] { end = change(); });
+        EXPECT_TRUE(bench_.awaitLog("request=start"));
+        bench_.unplug(3);
+        bench_.hurry();
+        working.join();
+        return end;
+    }
+    void expectNothingRun() const { EXPECT_THAT(bench_.log("request=start"), IsEmpty()); }
+
+    static constexpr const char* kChanged =
+        "ERROR: [\\\\.\\PhysicalDrive3] is not the drive that was loaded any more: diskpart was not run";
+    static constexpr const char* kGone = "ERROR: [\\\\.\\PhysicalDrive3] is not the drive that was loaded any more: "
+                                         "what diskpart has changed is not known";
+    /// The system does not tell the attribute, as before Windows 7.
+    static constexpr const char* kAttributeUntold =
+        R"(, "faults": {"requests": [{"request": "IOCTL_DISK_GET_DISK_ATTRIBUTES", "error": "ERROR_INVALID_FUNCTION"}]})";
     static constexpr const char* kReadOnly = R"(, "readOnly": true)";
     static constexpr const char* kMounted =
         R"(, "volumes": [{"letter": "K", "extents": [{"offset": "1 MiB", "length": "8 MiB"}]}])";
@@ -62,8 +85,8 @@ TEST_F(DiskPartChanges, AScriptThatCannotBeWrittenChangesNothing) {
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
 }
 
-TEST_F(DiskPartChanges, WithoutDiskPartTheFlagIsReadOnly) {
-    DriveRecord& disk = openDisk("", R"({"missing": true})");
+TEST_F(DiskPartChanges, WithoutDiskPartAndASystemThatTellsTheFlagIsReadOnly) {
+    DriveRecord& disk = openDisk(kAttributeUntold, R"({"missing": true})");
     EXPECT_EQ(DP_ClearReadOnly(view_, disk), 1);
 }
 
@@ -88,28 +111,80 @@ TEST_F(DiskPartChanges, TheLongestTextsOfADriveStillMakeAFileName) {
     EXPECT_THAT(events(), IsEmpty());
 }
 
-TEST_F(DiskPartChanges, AChangeIsTrueOnlyWhenDiskPartTellsSo) {
-    DriveRecord& disk = openDisk();
-    EXPECT_TRUE(changeReadOnly(view_, disk, true));
+TEST_F(DiskPartChanges, WhereTheSystemDoesNotTellAChangeIsWhatDiskPartTells) {
+    DriveRecord& disk = openDisk(kAttributeUntold);
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kMade);
     EXPECT_EQ(disk.readOnly, 1);
-    EXPECT_TRUE(changeReadOnly(view_, disk, false));
+    EXPECT_EQ(changeReadOnly(view_, disk, false), DiskChange::kMade);
     EXPECT_EQ(disk.readOnly, 0);
 }
 
 TEST_F(DiskPartChanges, AReadOnlyFlagThatIsOnlyAssumedIsNoChange) {
-    DriveRecord& disk = openDisk("", R"({"output": "There is no disk selected.\r\n"})");
-    EXPECT_FALSE(changeReadOnly(view_, disk, true));
+    DriveRecord& disk = openDisk(kAttributeUntold, R"({"output": "There is no disk selected.\r\n"})");
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kNotMade);
     EXPECT_EQ(disk.readOnly, 1);
     EXPECT_EQ(DP_SetReadOnly(view_, disk), 1) << "read-only, or not known";
-    EXPECT_FALSE(changeReadOnly(view_, disk, false));
+    EXPECT_EQ(changeReadOnly(view_, disk, false), DiskChange::kNotMade);
+}
+
+TEST_F(DiskPartChanges, AnAttributeThatIsChangedInAnotherLanguageIsChanged) {
+    DriveRecord& disk = openDisk("", acting("Die Datentr\\u00e4gerattribute wurden erfolgreich festgelegt.\\r\\n"));
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kMade);
+    EXPECT_EQ(disk.readOnly, 1);
+    EXPECT_EQ(changeReadOnly(view_, disk, false), DiskChange::kMade);
+    EXPECT_EQ(disk.readOnly, 0);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPartChanges, AnAttributeThatDiskPartOnlyClaimsToHaveChangedIsNot) {
+    DriveRecord& disk = openDisk("", R"({"output": "Current Read-only State : Yes\r\n"})");
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kNotMade);
+    EXPECT_EQ(disk.readOnly, 0) << "what the system tells";
+    EXPECT_EQ(DP_SetReadOnly(view_, disk), 0);
+}
+
+// diskpart selects by number, whoever has the number.
+
+TEST_F(DiskPartChanges, ADiskThatIsNotTheOneThatWasLoadedIsNotTouched) {
+    DriveRecord& disk = openDisk(kMounted);
+    disk.sizeBytes += 512;
+    EXPECT_EQ(DP_CleanDisk(disk), 0);
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kOtherDrive);
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kOtherDrive);
+    EXPECT_EQ(changeReadOnly(view_, disk, false), DiskChange::kOtherDrive);
+    DP_SetReadOnly(view_, disk);
+    expectNothingRun();
+    EXPECT_THAT(events(), ElementsAre(kChanged, kChanged, kChanged, kChanged, kChanged));
+}
+
+TEST_F(DiskPartChanges, ADiskThatWasPulledIsNotTouched) {
+    DriveRecord& disk = openDisk(kMounted);
+    bench_.unplug(3);
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kOtherDrive);
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kOtherDrive);
+    expectNothingRun();
+}
+
+TEST_F(DiskPartChanges, WhatDiskPartSaysAfterTheDiskWasPulledIsNotOfThisDisk) {
+    DriveRecord& disk = openDisk("", R"({"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
+                                         R"(, "output": "DiskPart succeeded in cleaning the disk.\r\n"})");
+    EXPECT_EQ(endOfPulledDisk([&] { return cleanDrive(disk); }), DiskChange::kDriveLost);
+    EXPECT_EQ(events().back(), kGone);
+}
+
+TEST_F(DiskPartChanges, TheAttributeOfAnotherDiskThatGotTheNumberIsNotTakenForThisOnes) {
+    DriveRecord& disk = openDisk("", R"({"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
+                                         R"(, "output": "Current Read-only State : Yes\r\n"})");
+    EXPECT_EQ(endOfPulledDisk([&] { return changeReadOnly(view_, disk, true); }), DiskChange::kDriveLost);
+    EXPECT_EQ(events().back(), kGone);
 }
 
 TEST_F(DiskPartChanges, AnImageFilesAttributeIsNeverChanged) {
     DriveRecord& disk = openDisk();
     disk.recordKind = kRecordKindImageFile;
     disk.driveNumber = 0;
-    EXPECT_FALSE(changeReadOnly(view_, disk, true));
-    EXPECT_FALSE(changeReadOnly(view_, disk, false));
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kNotMade);
+    EXPECT_EQ(changeReadOnly(view_, disk, false), DiskChange::kNotMade);
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
 }
 
@@ -186,6 +261,36 @@ TEST_F(DiskPartChanges, NobodyChangesTheScriptWhileDiskPartRuns) {
     cleaning.join();
     EXPECT_EQ(cleaned, 1);
     EXPECT_TRUE(openForWriting());
+}
+
+TEST_F(DiskPartChanges, ACleanThatIsToldInAnotherLanguageIsOne) {
+    DriveRecord& disk = openDisk(kMounted, acting("Der Datentr\\u00e4ger wurde bereinigt.\\r\\n"));
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kMade);
+    EXPECT_THAT(events(), IsEmpty());
+    EXPECT_TRUE(isStillTheProbedDisk(disk)) << "the empty table is the drive's own now";
+}
+
+TEST_F(DiskPartChanges, ACleanThatLeavesTheTableIsNoneWhateverDiskPartReports) {
+    DriveRecord& disk = openDisk(std::string(kMounted) + R"(, "faults": {"clean": "pretended"})");
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kNotMade);
+    EXPECT_THAT(readFile("DISKPART Clean Results.txt"), HasSubstr("succeeded"));
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]"));
+}
+
+TEST_F(DiskPartChanges, AnotherDiskOfTheSameNumberAndSizeIsNotTouched) {
+    DriveRecord& disk = openDisk(kMounted);
+    bench_.swap(3);
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kOtherDrive);
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kOtherDrive);
+    expectNothingRun();
+    bench_.swap(3);
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kMade) << "the disk is back";
+}
+
+TEST_F(DiskPartChanges, ACleanThatIsRefusedIsNone) {
+    DriveRecord& disk = openDisk(std::string(kMounted) + R"(, "faults": {"clean": "refused"})");
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kNotMade);
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]"));
 }
 
 TEST_F(DiskPartChanges, AnImageFileIsNeverCleaned) {

@@ -1,4 +1,5 @@
 #include "admin/disk_part.h"
+#include "admin/mounting.h"
 
 #include "base/owned_handle.h"
 #include "state/app_state.h"
@@ -13,8 +14,11 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace torvane {
@@ -82,6 +86,10 @@ class DiskPart : public ::testing::Test {
             rows.push_back(row.category + ": " + row.message);
         }
         return rows;
+    }
+    /// The box of a change of mounting that failed.
+    void expectFailureBox(const std::string& text, std::function<void()> whileShown = {}) {
+        user_.expectStop("***** DRIVE MOUNTING FAILED *****", text, std::move(whileShown));
     }
     [[nodiscard]] std::vector<std::string> diskpartRuns() { return bench_.log("request=start"); }
 
@@ -236,6 +244,13 @@ TEST_F(DiskPart, MountResultsThatCannotBeLoadedAreLogged) {
 
 // --- disabling
 
+constexpr const char* kNoScript =
+    "Drive Mounting was not changed: the file [DisableMountScript.txt] could not be written.";
+constexpr const char* kNotRun = "Drive Mounting was not changed: diskpart could not be run. Press \"Terminate Current "
+                                "Task\" before the next job.";
+constexpr const char* kNoResults = "Whether Drive Mounting was changed is not known: the file [DISKPART "
+                                   "MountResults.txt] could not be read. Press \"Terminate Current Task\" before the "
+                                   "next job.";
 constexpr const char* kAlreadyDisabled = "Mounting Status is already DISABLED. If not working TRY REBOOTING for "
                                          "mounting status change to register. Continue DISABLE anyway?";
 constexpr const char* kAlreadyEnabled = "Mounting Status is already ENABLED. If not working TRY REBOOTING for mounting "
@@ -473,6 +488,7 @@ TEST_F(DiskPart, DisablingWithoutAScrubbedLineIsNotDisabled) {
 TEST_F(DiskPart, ADisableScriptThatCannotBeCreatedIsLoggedAndNeverReported) {
     openBench();
     blockFile("DisableMountScript.txt");
+    expectFailureBox(kNoScript);
     onDisableMounting(state());
     EXPECT_EQ(awaitWorker(), 0U);
     EXPECT_EQ(state().mountStatus, 1003);
@@ -481,9 +497,8 @@ TEST_F(DiskPart, ADisableScriptThatCannotBeCreatedIsLoggedAndNeverReported) {
         events(),
         ElementsAre("ERROR: Could not create DISKPART [DisableMountScript.txt] script. Setting READONLY to OFF"));
     onMountTimer(state(), 3001);
-    onMountTimer(state(), 3001);
-    EXPECT_THAT(user_.shown(), IsEmpty());
-    EXPECT_THAT(view_.timers(), SizeIs(1));
+    EXPECT_THAT(user_.shown(), SizeIs(1));
+    EXPECT_THAT(view_.timers(), IsEmpty());
 }
 
 TEST_F(DiskPart, AScriptThatCannotBeCreatedLeavesTheFlagOfAnEarlierFailureUp) {
@@ -494,6 +509,7 @@ TEST_F(DiskPart, AScriptThatCannotBeCreatedLeavesTheFlagOfAnEarlierFailureUp) {
         failed->leaveRaised();
     }
     blockFile("DisableMountScript.txt");
+    expectFailureBox(kNoScript); // an earlier change's box has told about the flag
     onDisableMounting(state());
     EXPECT_EQ(awaitWorker(), 0U);
     EXPECT_TRUE(state().jobs.active());
@@ -520,28 +536,51 @@ TEST_F(DiskPart, DisableResultsThatCannotBeLoadedAreLoggedAndLeaveTheStatusAndTh
                                       "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer"));
 }
 
-TEST_F(DiskPart, ADisableThatFailsToRunIsNeverReported) {
+TEST_F(DiskPart, ADisableThatFailsToRunIsSaidAtOnceAndNeverReported) {
     openBenchWithoutDiskPart();
+    expectFailureBox(kNotRun, [] { EXPECT_TRUE(state().jobs.active()); });
     onDisableMounting(state());
     EXPECT_EQ(awaitWorker(), 0U);
     EXPECT_EQ(state().mountStatus, 1003);
     EXPECT_EQ(events().back(), "ERROR: Could not BuildDataFile for [DISKPART MountResults.txt]");
     onMountTimer(state(), 3001);
-    onMountTimer(state(), 3001);
-    EXPECT_THAT(user_.shown(), IsEmpty());
-    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3001, 500)));
+    EXPECT_THAT(user_.shown(), SizeIs(1));
+    EXPECT_THAT(view_.timers(), IsEmpty()) << "it would report on the next change";
 }
 
-TEST_F(DiskPart, ADisableWhoseResultsCannotBeLoadedIsNeverReported) {
+TEST_F(DiskPart, ADisableWhoseResultsCannotBeLoadedIsSaidAtOnceAndNeverReported) {
     openBench();
     const ResultsHeldOpen held(kMountResults);
+    expectFailureBox(kNoResults);
     onDisableMounting(state());
     EXPECT_EQ(awaitWorker(), 0U);
     EXPECT_EQ(state().mountStatus, 1003);
     EXPECT_EQ(events().back(), "ERROR: Could not Load File [DISKPART MountResults.txt] into buffer");
     onMountTimer(state(), 3001);
-    EXPECT_THAT(user_.shown(), IsEmpty());
-    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3001, 500)));
+    EXPECT_THAT(user_.shown(), SizeIs(1));
+    EXPECT_THAT(view_.timers(), IsEmpty());
+}
+
+TEST_F(DiskPart, AFailureBesideACopySaysNothingOfAFlag) {
+    openBenchWithoutDiskPart();
+    const JobClaim copy = begin(JobKind::kClone);
+    expectFailureBox("Drive Mounting was not changed: diskpart could not be run.");
+    onDisableMounting(state());
+    EXPECT_EQ(awaitWorker(), 0U);
+    EXPECT_FALSE(state().jobs.active());
+}
+
+TEST_F(DiskPart, TheChangeAfterAFailedOneIsReportedForItself) {
+    openBench();
+    blockFile("DisableMountScript.txt");
+    expectFailureBox(kNoScript);
+    onDisableMounting(state());
+    EXPECT_EQ(awaitWorker(), 0U);
+    // The check for the next change stores what mounting is now.
+    user_.expectAsk("***** MOUNTING ENABLED -- REBOOT *****", kAlreadyEnabled, true);
+    onEnableMounting(state());
+    EXPECT_EQ(awaitWorker(), 1U);
+    EXPECT_THAT(view_.timers(), ElementsAre(Pair(3000, 500)));
 }
 
 // --- enabling
@@ -599,6 +638,24 @@ TEST_F(DiskPart, EnablingWhatIsEnabledAndAnsweringYesRunsAnyway) {
     EXPECT_THAT(diskpartRuns(), SizeIs(2));
 }
 
+TEST_F(DiskPart, AnEnableThatFailsToRunIsSaidAtOnce) {
+    openBenchWithoutDiskPart();
+    expectFailureBox(kNotRun);
+    onEnableMounting(state());
+    EXPECT_EQ(awaitWorker(), 0U);
+    EXPECT_TRUE(state().jobs.active());
+}
+
+TEST_F(DiskPart, WhatAnEarlierChangeLeftIsNotReportedOfAnEnableThatFailed) {
+    openBenchWithoutDiskPart();
+    state().mountStatus = kMountingEnabled;
+    expectFailureBox(kNotRun);
+    onEnableMounting(state());
+    EXPECT_EQ(awaitWorker(), 0U);
+    user_.expectInform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
+    onMountTimer(state(), 3000);
+}
+
 TEST_F(DiskPart, AnEnableScriptThatCannotBeCreatedIsLogged) {
     openBench();
     blockFile("EnbleMountScript.txt");
@@ -639,6 +696,57 @@ TEST_F(DiskPart, EnablingWithoutAScrubbedLineIsNotEnabled) {
     EXPECT_FALSE(state().jobs.active());
     user_.expectInform("****** NOT ENABLED ******", "Drive Mounting hasNOT  been ENABLED");
     onMountTimer(state(), 3000);
+}
+
+// --- scripts
+
+TEST_F(DiskPart, NobodyChangesAScriptWhileDiskPartRunsIt) {
+    const auto openForWriting = [](const char* script) {
+        return UniqueFile(CreateFileA(script, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    };
+    openBench(R"({"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) + "}");
+    std::vector<std::thread> runs;
+    runs.emplace_back([this] { DP_TestReadOnly(view_, drive_); });
+    runs.emplace_back([] { DP_GetMountStatus(state()); });
+    runs.emplace_back([] { run(DP_DisableMountingWorker); });
+    runs.emplace_back([] { run(DP_EnableMountingWorker); });
+    EXPECT_TRUE(bench_.awaitLog("request=start", runs.size()));
+    const auto scripts = {"ReadOnlyTest.txt", "MountStatusScript.txt", "DisableMountScript.txt",
+                          "EnbleMountScript.txt"};
+    for (const char* script : scripts) {
+        EXPECT_FALSE(openForWriting(script)) << script;
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
+    }
+    bench_.hurry();
+    for (std::thread& run : runs) {
+        run.join();
+    }
+    for (const char* script : scripts) {
+        EXPECT_TRUE(openForWriting(script)) << script;
+    }
+}
+
+TEST_F(DiskPart, AScriptThatSomebodyRewritesMeanwhileIsNotRun) {
+    openBench();
+    // Its writer lets nobody write, and has written something else.
+    testing::writeFile("DisableMountScript.txt", "automount enable\n");
+    const UniqueFile writer(CreateFileA("DisableMountScript.txt", GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
+    ASSERT_TRUE(writer);
+    EXPECT_EQ(run(DP_DisableMountingWorker), 0U);
+    EXPECT_THAT(diskpartRuns(), IsEmpty());
+}
+
+TEST_F(DiskPart, AChangeThatIsAskedForTwiceRunsTwice) {
+    openHeldBench();
+    onDisableMounting(state());
+    awaitSecondRun();
+    std::thread second([] { EXPECT_EQ(run(DP_DisableMountingWorker), 1U); });
+    EXPECT_TRUE(bench_.awaitLog("request=start", 3));
+    bench_.hurry();
+    second.join();
+    EXPECT_EQ(awaitWorker(), 1U);
 }
 
 TEST_F(DiskPart, OtherTimersAreIgnored) {

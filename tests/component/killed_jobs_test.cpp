@@ -178,7 +178,8 @@ TEST_F(KilledJobs, CleansTouchNothingButTheEnds) {
 }
 
 TEST_F(KilledJobs, ReadOnlyChangesTouchNoData) {
-    killOften("read-only", [] { EXPECT_TRUE(content(2, 0, kDestinationBytes) == std::string(kDestinationBytes, 'o')); });
+    killOften("read-only",
+              [] { EXPECT_TRUE(content(2, 0, kDestinationBytes) == std::string(kDestinationBytes, 'o')); });
 }
 
 } // namespace

@@ -101,7 +101,14 @@ class PortableDrive : public ::testing::Test {
 
     [[nodiscard]] std::string at(const std::string& name) const { return (folder_.path() / name).string(); }
     static std::string contentOf(const std::string& name) { return "content of " + name; }
-    [[nodiscard]] DWORD copy() const { return CopyPortableFiles(at("stick")); }
+    [[nodiscard]] DWORD copy() { return CopyPortableFiles(at("stick"), place()); }
+    PortableCopyView place() {
+        return {.view = view_, .isTaken = [this] { return scanning_; }};
+    }
+    /// The box of a copy that ended with a failure, of which the log has the same text.
+    void expectFailure(const std::string& failure) {
+        user_.expectStop("***** DISK NOT CREATED *****", failure + "\nThe files that were copied before it stay.");
+    }
     /// Names in the folder of the copy.
     static std::set<std::string> copied() {
         std::set<std::string> names;
@@ -120,6 +127,7 @@ class PortableDrive : public ::testing::Test {
     testing::RecordingMainView view_;
     testing::ViewInstalled installed_{appState(), view_};
     testing::ScriptedPrompts user_;
+    bool scanning_ = false;
     ImportPatched<decltype(&GetModuleFileNameA)> elsewhere_{__imp_GetModuleFileNameA, &tellProgramPath};
 };
 
@@ -150,6 +158,7 @@ TEST_F(PortableDrive, TheListIsKeptInItsOrderWithItsDuplicate) {
 
 TEST_F(PortableDrive, AMissingLicenceStopsTheCopyAfterThirtyFourFiles) {
     fs::remove("program\\license.txt");
+    expectFailure("Could not find [" + at("program") + "\\license.txt] file. Disk Creation Terminated.");
     EXPECT_EQ(copy(), 0U);
     EXPECT_EQ(view_.messages("SUCCESS").size(), 34U);
     EXPECT_THAT(view_.messages("ERROR"),
@@ -159,6 +168,7 @@ TEST_F(PortableDrive, AMissingLicenceStopsTheCopyAfterThirtyFourFiles) {
 
 TEST_F(PortableDrive, AMissingProgramStopsTheCopyAtOnce) {
     fs::remove("program\\Torvane.exe");
+    expectFailure("Could not find [" + at("program") + "\\Torvane.exe] file. Disk Creation Terminated.");
     EXPECT_EQ(copy(), 0U);
     expectOnly("ERROR", "Could not find [" + at("program") + "\\Torvane.exe] file. Disk Creation Terminated.");
     EXPECT_THAT(copied(), IsEmpty());
@@ -198,18 +208,22 @@ TEST_F(PortableDrive, ZeroBytesInAFileAreCopied) {
 }
 
 TEST_F(PortableDrive, WithoutMemoryTheCopyEnds) {
+    const std::string row =
+        "Could not allocate 22 bytes to copy  [" + at("program") + "\\Torvane.exe]. Disk Creation Terminated.";
+    expectFailure(row);
     const ImportPatched patched(__imp_GlobalAlloc, &allocateNothing);
     EXPECT_EQ(copy(), 0U);
-    expectOnly("ERROR",
-               "Could not allocate 22 bytes to copy  [" + at("program") + "\\Torvane.exe]. Disk Creation Terminated.");
+    expectOnly("ERROR", row);
 }
 
 TEST_F(PortableDrive, AFailedOrShortReadEndsTheCopy) {
     for (const auto read : {&failToRead, &readShort}) {
         const ImportPatched patched(__imp_ReadFile, read);
+        const std::string row = "Could not read [" + at("program") + "\\Torvane.exe] for [22] bytes";
+        expectFailure(row);
         EXPECT_EQ(copy(), 0U);
         EXPECT_EQ(view_.logRows().back().category, "ERROR");
-        EXPECT_EQ(view_.logRows().back().message, "Could not read [" + at("program") + "\\Torvane.exe] for [22] bytes");
+        EXPECT_EQ(view_.logRows().back().message, row);
     }
     EXPECT_EQ(view_.logRows().size(), 2U);
     EXPECT_THAT(copied(), IsEmpty());
@@ -217,12 +231,14 @@ TEST_F(PortableDrive, AFailedOrShortReadEndsTheCopy) {
 
 TEST_F(PortableDrive, AFileOfFourGigabytesIsReadShort) {
     const ImportPatched patched(__imp_GetFileSize, &tellHugeSize);
+    expectFailure("Could not read [" + at("program") + "\\Torvane.exe] for [4294967307] bytes");
     EXPECT_EQ(copy(), 0U);
     expectOnly("ERROR", "Could not read [" + at("program") + "\\Torvane.exe] for [4294967307] bytes");
 }
 
 TEST_F(PortableDrive, AFileThatCannotBeCreatedEndsTheCopy) {
     fs::create_directory("stick\\smartctl.exe");
+    expectFailure("Could not create [" + at("stick") + "\\smartctl.exe] file. Disk Creation Terminated.");
     EXPECT_EQ(copy(), 0U);
     EXPECT_THAT(view_.messages("SUCCESS"), ElementsAre("File [" + at("stick") + "\\Torvane.exe] copied"));
     EXPECT_THAT(view_.messages("ERROR"),
@@ -230,22 +246,58 @@ TEST_F(PortableDrive, AFileThatCannotBeCreatedEndsTheCopy) {
 }
 
 TEST_F(PortableDrive, AFolderThatHasGoneEndsTheCopy) {
-    EXPECT_EQ(CopyPortableFiles(at("nowhere")), 0U);
+    expectFailure("Could not create [" + at("nowhere") + "\\Torvane.exe] file. Disk Creation Terminated.");
+    EXPECT_EQ(CopyPortableFiles(at("nowhere"), place()), 0U);
     expectOnly("ERROR", "Could not create [" + at("nowhere") + "\\Torvane.exe] file. Disk Creation Terminated.");
 }
 
-TEST_F(PortableDrive, AFailedOrShortWriteEndsTheCopy) {
+TEST_F(PortableDrive, AFailedOrShortWriteEndsTheCopyAndLeavesNoHalfFile) {
+    const std::string row = "Could not Write [" + at("stick") + "\\Torvane.exe] for [22] bytes";
     for (const auto write : {&failToWrite, &writeShort}) {
         const ImportPatched patched(__imp_WriteFile, write);
+        expectFailure(row);
         EXPECT_EQ(copy(), 0U);
+        EXPECT_THAT(copied(), IsEmpty());
     }
-    const std::string row = "Could not Write [" + at("stick") + "\\Torvane.exe] for [22] bytes";
     EXPECT_THAT(view_.messages("ERROR"), ElementsAre(row, row));
+}
+
+TEST_F(PortableDrive, AHalfFileThatCannotBeRemovedIsSaid) {
+    const std::string path = at("stick") + "\\Torvane.exe";
+    const std::string row = "Could not Write [" + path + "] for [22] bytes";
+    writeFile("stick\\Torvane.exe", "");
+    const UniqueFile reader{CreateFileA("stick\\Torvane.exe", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                        OPEN_EXISTING, 0, nullptr)};
+    const ImportPatched patched(__imp_WriteFile, &failToWrite);
+    expectFailure(row + "\nThis file is not whole, and could not be removed.");
+    EXPECT_EQ(copy(), 0U);
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre(row, "Could not remove [" + path + "], which is not whole"));
+}
+
+TEST_F(PortableDrive, ProgressIsShownWhereScansShowTheirs) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created", [this] { EXPECT_FALSE(view_.progressVisible()); });
+    EXPECT_EQ(copy(), 1U);
+    EXPECT_EQ(view_.progressMaximum(), 35);
+    ASSERT_EQ(view_.statuses().size(), 35U);
+    EXPECT_EQ(view_.statuses().front(), "Portable drive: file 1 of 35, Torvane.exe");
+    EXPECT_EQ(view_.statuses().back(), "Portable drive: file 35 of 35, license.txt");
+    EXPECT_EQ(view_.progress().back(), 35);
+}
+
+TEST_F(PortableDrive, AScansProgressIsLeftAlone) {
+    scanning_ = true;
+    view_.showScanProgress(100);
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    EXPECT_EQ(copy(), 1U);
+    EXPECT_THAT(view_.statuses(), IsEmpty());
+    EXPECT_EQ(view_.progressMaximum(), 100);
+    EXPECT_TRUE(view_.progressVisible());
 }
 
 TEST_F(PortableDrive, PercentSignsInAFoldersNameAreText) {
     fs::create_directory("100%s %n");
-    EXPECT_EQ(CopyPortableFiles(at("100%s %n\\deeper")), 0U);
+    expectFailure("Could not create [" + at("100%s %n") + "\\deeper\\Torvane.exe] file. Disk Creation Terminated.");
+    EXPECT_EQ(CopyPortableFiles(at("100%s %n\\deeper"), place()), 0U);
     expectOnly("ERROR",
                "Could not create [" + at("100%s %n") + "\\deeper\\Torvane.exe] file. Disk Creation Terminated.");
 }
@@ -253,7 +305,7 @@ TEST_F(PortableDrive, PercentSignsInAFoldersNameAreText) {
 TEST_F(PortableDrive, TheWorkerCopiesIntoTheFolderThatWasChosen) {
     const testing::StartedThreads threads;
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
-    ASSERT_TRUE(startPortableCopy(at("stick")));
+    ASSERT_TRUE(startPortableCopy(at("stick"), place()));
     EXPECT_EQ(testing::StartedThreads::awaitLast(), 1U);
     EXPECT_EQ(copied().size(), 34U);
     EXPECT_TRUE(appState().jobs.atWork().empty()) << "the copy is no job that others wait for";
@@ -261,7 +313,8 @@ TEST_F(PortableDrive, TheWorkerCopiesIntoTheFolderThatWasChosen) {
 
 TEST_F(PortableDrive, TheWorkerEndsWithZeroOnAFailure) {
     const testing::StartedThreads threads;
-    ASSERT_TRUE(startPortableCopy(at("nowhere")));
+    expectFailure("Could not create [" + at("nowhere") + "\\Torvane.exe] file. Disk Creation Terminated.");
+    ASSERT_TRUE(startPortableCopy(at("nowhere"), place()));
     EXPECT_EQ(testing::StartedThreads::awaitLast(), 0U);
 }
 
@@ -270,8 +323,8 @@ TEST_F(PortableDrive, TwoCopiesMayRunAtOnce) {
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     fs::create_directory("another");
-    ASSERT_TRUE(startPortableCopy(at("stick")));
-    ASSERT_TRUE(startPortableCopy(at("another")));
+    ASSERT_TRUE(startPortableCopy(at("stick"), place()));
+    ASSERT_TRUE(startPortableCopy(at("another"), place()));
     testing::StartedThreads::awaitAll();
     EXPECT_EQ(readFile("stick\\license.txt"), readFile("another\\license.txt"));
     EXPECT_EQ(copied().size(), 34U);
@@ -279,7 +332,7 @@ TEST_F(PortableDrive, TwoCopiesMayRunAtOnce) {
 
 TEST_F(PortableDrive, AThreadThatCannotBeStartedIsLogged) {
     const ImportPatched patched(__imp_CreateThread, &startNoThread);
-    EXPECT_FALSE(startPortableCopy(at("stick")));
+    EXPECT_FALSE(startPortableCopy(at("stick"), place()));
     expectOnly("ERROR", "Could not start the copy of the portable drive's files");
 }
 

@@ -1,5 +1,6 @@
 #include "reports/create_report.h"
 
+#include "base/system_error.h"
 #include "reports/pdf_page.h"
 #include "state/app_state.h"
 #include "tests/component/handle_count.h"
@@ -18,11 +19,15 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <set>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 // The linker puts this in the place of the library's function (--wrap), for the test in which it fails.
 extern "C" {
@@ -31,6 +36,8 @@ HPDF_Doc __wrap_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT
 
 extern decltype(&std::fopen) __imp_fopen;                        // NOLINT
 extern decltype(&std::fwrite) __imp_fwrite;                      // NOLINT
+extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers;       // NOLINT
+extern decltype(&MoveFileExA) __imp_MoveFileExA;                 // NOLINT
 extern decltype(&MultiByteToWideChar) __imp_MultiByteToWideChar; // NOLINT
 }
 
@@ -79,6 +86,35 @@ class Reports : public ::testing::Test {
         EXPECT_EQ(appState().chosen.reportFileName.view(), fileName);
     }
 
+    /// Creates the report, which cannot be saved: a box says why, and nothing is opened.
+    void createInVain(const std::string& reason) {
+        const std::size_t before = opened().size();
+        user_.expectStop("***** REPORT NOT SAVED *****",
+                         std::string("Report <") + kFileName + "> could not be saved: " + reason +
+                             "\n\nNothing was opened, and no older report was overwritten. Close the report where it "
+                             "is open, see that the disk has room, and create it again.");
+        CreateReport(appState());
+        EXPECT_EQ(opened().size(), before);
+        EXPECT_FALSE(fs::exists(kNewFileName));
+        EXPECT_THAT(view_.messages("ERROR").back(), std::string("Could not SAVE report file [") + kFileName + "]");
+    }
+
+    /// Leaves a report of an earlier day under the name of the next one.
+    static void leaveOlderReport(const std::string& bytes = "an older report") {
+        writeFile(kFileName, bytes);
+        const UniqueFile file{
+            CreateFileA(kFileName, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+        // At noon, so that the day is the same one in every time zone but the outermost.
+        SYSTEMTIME written{};
+        written.wYear = 2026;
+        written.wMonth = 3;
+        written.wDay = 7;
+        written.wHour = 12;
+        FILETIME time{};
+        ASSERT_TRUE(SystemTimeToFileTime(&written, &time));
+        ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &time));
+    }
+
     /// Creates the report and keeps its file under a name of its own, to be read back by tests/reports/read_back.py.
     void createAndKeep(const std::string& name) {
         create(kFileName);
@@ -115,6 +151,8 @@ class Reports : public ::testing::Test {
     }
 
     static constexpr const char* kFileName = "ReportWD-WCC6Y7ABCDEF.pdf";
+    static constexpr const char* kNewFileName = "ReportWD-WCC6Y7ABCDEF.pdf.new";
+    static constexpr const char* kOlderFileName = "ReportWD-WCC6Y7ABCDEF 2026-03-07.pdf";
 
     TestBench bench_;
     RecordingMainView view_;
@@ -227,11 +265,24 @@ TEST_F(Reports, AreNotMadeOfAnUnsupportedDevice) {
 
 // --- the file's name ---
 
-TEST_F(Reports, ReplaceAnOlderOne) {
+TEST_F(Reports, KeepAnOlderOneUnderItsDate) {
     drive_.smartType = kSmartTypeSsd;
-    writeFile(kFileName, std::string(100'000, 'x'));
+    leaveOlderReport(std::string(100'000, 'x'));
     create(kFileName);
     EXPECT_TRUE(isPdf(kFileName));
+    EXPECT_EQ(readFile(kOlderFileName), std::string(100'000, 'x'));
+    EXPECT_THAT(opened(), ElementsAre(kFileName));
+}
+
+TEST_F(Reports, OverwriteNoneOfTheOlderOnes) {
+    drive_.smartType = kSmartTypeSsd;
+    for (const std::string older : {"first", "second", "third"}) {
+        leaveOlderReport(older);
+        create(kFileName);
+    }
+    EXPECT_EQ(readFile(kOlderFileName), "first");
+    EXPECT_EQ(readFile("ReportWD-WCC6Y7ABCDEF 2026-03-07 (2).pdf"), "second");
+    EXPECT_EQ(readFile("ReportWD-WCC6Y7ABCDEF 2026-03-07 (3).pdf"), "third");
 }
 
 TEST_F(Reports, OfADriveWithoutASerialNumberOpenUnderOneName) {
@@ -336,24 +387,90 @@ TEST_F(Reports, GoOnWithoutDamagedIcons) {
     EXPECT_EQ(::testing::internal::GetCapturedStdout(), expected);
 }
 
-TEST_F(Reports, ThatCannotBeSavedAreLogged) {
+TEST_F(Reports, InWhosePlaceAFolderStandsAreTold) {
     drive_.smartType = kSmartTypeSsd;
-    ::testing::internal::CaptureStdout();
     fs::create_directory(kFileName);
-    create(kFileName);
-    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]"));
-    EXPECT_THAT(::testing::internal::GetCapturedStdout(), HasSubstr("ERROR: error_no=1017, detail_no=13\n"));
-    EXPECT_THAT(opened(), ElementsAre(kFileName));
+    createInVain("a folder has that name.");
+    EXPECT_TRUE(fs::is_directory(kFileName));
 }
 
-TEST_F(Reports, OverAFileThatAViewerHoldsAreLogged) {
+TEST_F(Reports, OverAFileThatAViewerHoldsAreTold) {
     drive_.smartType = kSmartTypeSsd;
     writeFile(kFileName, "an older report");
     const UniqueFile viewer{
         CreateFileA(kFileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
     ASSERT_TRUE(viewer);
-    create(kFileName);
-    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]"));
+    createInVain("the older report of that name cannot be set aside: " + systemErrorText(ERROR_SHARING_VIOLATION));
+    EXPECT_EQ(readFile(kFileName), "an older report");
+}
+
+BOOL WINAPI flushNothing(HANDLE) {
+    SetLastError(ERROR_WRITE_FAULT);
+    return FALSE;
+}
+
+TEST_F(Reports, ThatDoNotReachTheDiskAreTold) {
+    drive_.smartType = kSmartTypeSsd;
+    writeFile(kFileName, "an older report");
+    const ImportPatched failing(__imp_FlushFileBuffers, &flushNothing);
+    createInVain(systemErrorText(ERROR_WRITE_FAULT));
+    EXPECT_EQ(readFile(kFileName), "an older report");
+}
+
+// The moves that fail, counted from 0.
+std::vector<int> failingMoves;
+int moves = 0;
+decltype(&MoveFileExA) realMove = nullptr;
+
+BOOL WINAPI moveUnlessItFails(LPCSTR from, LPCSTR to, DWORD flags) {
+    if (std::ranges::find(failingMoves, moves++) != failingMoves.end()) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    }
+    return realMove(from, to, flags);
+}
+
+class ReportsThatCannotBePlaced : public Reports {
+  protected:
+    ReportsThatCannotBePlaced() {
+        drive_.smartType = kSmartTypeSsd;
+        moves = 0;
+        realMove = patched_.original();
+    }
+
+  private:
+    ImportPatched<decltype(&MoveFileExA)> patched_{__imp_MoveFileExA, &moveUnlessItFails};
+};
+
+TEST_F(ReportsThatCannotBePlaced, AreToldWhereNoOlderOneIs) {
+    failingMoves = {0};
+    createInVain(systemErrorText(ERROR_ACCESS_DENIED));
+    EXPECT_FALSE(fs::exists(kFileName));
+}
+
+TEST_F(ReportsThatCannotBePlaced, LeaveTheOlderOneThatCannotBeSetAside) {
+    leaveOlderReport();
+    failingMoves = {0};
+    createInVain("the older report of that name cannot be set aside: " + systemErrorText(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(readFile(kFileName), "an older report");
+    EXPECT_FALSE(fs::exists(kOlderFileName));
+}
+
+TEST_F(ReportsThatCannotBePlaced, PutTheOlderOneBack) {
+    leaveOlderReport();
+    failingMoves = {1};
+    createInVain(systemErrorText(ERROR_ACCESS_DENIED));
+    EXPECT_EQ(readFile(kFileName), "an older report");
+    EXPECT_FALSE(fs::exists(kOlderFileName));
+}
+
+TEST_F(ReportsThatCannotBePlaced, TellWhereTheOlderOneIsThatCannotBePutBack) {
+    leaveOlderReport();
+    failingMoves = {1, 2};
+    createInVain(systemErrorText(ERROR_ACCESS_DENIED) + " The older report of that name is now <" + kOlderFileName +
+                 ">.");
+    EXPECT_FALSE(fs::exists(kFileName));
+    EXPECT_EQ(readFile(kOlderFileName), "an older report");
 }
 
 // A folder in which nobody may make a file; Wine lets root into each.
@@ -367,15 +484,14 @@ std::FILE* openNothingForWriting(const char* name, const char* mode) {
     return realOpen(name, mode);
 }
 
-TEST_F(Reports, InAReadOnlyFolderAreLogged) {
+TEST_F(Reports, InAReadOnlyFolderAreTold) {
     drive_.smartType = kSmartTypeStandard;
     realOpen = __imp_fopen;
     ::testing::internal::CaptureStdout();
     {
         const ImportPatched readOnly(__imp_fopen, &openNothingForWriting);
-        create(kFileName);
+        createInVain(std::generic_category().message(EACCES) + ".");
     }
-    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]"));
     EXPECT_EQ(::testing::internal::GetCapturedStdout(), "ERROR: error_no=1017, detail_no=13\n")
         << "HPDF_FILE_OPEN_ERROR, EACCES";
     EXPECT_FALSE(fs::exists(kFileName));
@@ -399,21 +515,20 @@ std::size_t writeWhileThereIsRoom(const void* bytes, std::size_t size, std::size
 
 class ReportsOnAFullDisk : public Reports, public ::testing::WithParamInterface<bool> {};
 
-TEST_P(ReportsOnAFullDisk, AreLogged) {
+TEST_P(ReportsOnAFullDisk, AreToldAndCostNoOlderOne) {
     drive_.smartType = kSmartTypeStandard;
+    writeFile(kFileName, "an older report");
     honest = GetParam();
     realWrite = __imp_fwrite;
     for (const std::size_t room : {std::size_t{0}, std::size_t{1000}, std::size_t{4000}}) {
         roomLeft = room;
         {
             const ImportPatched full(__imp_fwrite, &writeWhileThereIsRoom);
-            create(kFileName);
+            createInVain("not all of it could be written. The disk may be full.");
         }
         EXPECT_EQ(roomLeft, 0U) << "the disk was filled";
-        EXPECT_FALSE(isPdf(kFileName));
+        EXPECT_EQ(readFile(kFileName), "an older report");
     }
-    const std::string row = "Could not SAVE report file [ReportWD-WCC6Y7ABCDEF.pdf]";
-    EXPECT_THAT(view_.messages("ERROR"), ElementsAre(row, row, row));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ReportsOnAFullDisk, ::testing::Bool(),

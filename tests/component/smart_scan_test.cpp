@@ -162,12 +162,14 @@ TEST_F(SmartScan, TheListingsLastLineCountsOnlyWithItsEnd) {
 }
 
 TEST_F(SmartScan, NoWordOfTheListingBecomesTwoArguments) {
-    listingIs("/dev/\"-s,off -d ata\r\nx\t-s\toff/dev/sda -d ata\r\n");
+    // Lines of one word: of the drive before them, and named by their own text.
+    listingIs("/dev/sda -d ata\r\n/dev/\"-s,off\r\nx\t-s\toff/dev/sda\r\n");
     EXPECT_EQ(scan(), 1);
     EXPECT_THAT(commands(),
                 ElementsAre("smartctl.exe --scan",
-                            R"(smartctl.exe "/dev/\"-s,off" -d sat -s on -x -T verypermissive -T verypermissive)",
-                            "smartctl.exe \"x\t-s\toff/dev/sda\" -d sat -s on -x -T verypermissive -T verypermissive"));
+                            "smartctl.exe /dev/sda -d sat -s on -x -T verypermissive -T verypermissive",
+                            R"(smartctl.exe "/dev/\"-s,off" -s on -x -T verypermissive -T verypermissive)",
+                            "smartctl.exe \"x\t-s\toff/dev/sda\" -s on -x -T verypermissive -T verypermissive"));
 }
 
 TEST_F(SmartScan, LogsADeviceWhoseSmartDataCannotBeReadAndGoesOn) {
@@ -337,13 +339,12 @@ TEST_F(SmartScan, AToolThatPrintsNothingOfADeviceLeavesNothingReported) {
 
 TEST_F(SmartScan, AListingOfNulBytesInvalidUtf8AndEndlessLinesIsReadAsFarAsItGoes) {
     const std::string endless = "/dev/" + std::string(100'000, 'x') + " -d ata # x\r\n";
-    listingIs(endless + "/dev/\xFF\xFE\x80sda -d ata # x\r\n" + std::string("\0", 1) + "/dev/sdb -d ata # x\r\n");
+    listingIs(endless + "/dev/sda -d \xFF\xFE\x80 # x\r\n" + std::string("\0", 1) + "/dev/sdb -d ata # x\r\n");
     EXPECT_EQ(scan(), 1);
     EXPECT_EQ(appState().smart.deviceLineCount, 2) << "the text ends at its first NUL byte";
     EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt")) << "the endless line shows no third word";
     EXPECT_THAT(commands(), ElementsAre("smartctl.exe --scan",
-                                        "smartctl.exe /dev/\xFF\xFE\x80sda -d sat -s on -x -T verypermissive "
-                                        "-T verypermissive"));
+                                        "smartctl.exe /dev/sda -d sat -s on -x -T verypermissive -T verypermissive"));
 }
 
 /// A writer that lets others write but keeps the file from being loaded.

@@ -19,6 +19,7 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::SizeIs;
 
 constexpr std::uint64_t kGibibyte = 0x40000000;
 
@@ -95,6 +96,26 @@ TEST_F(WindowsDriveIoTest, ADriveThatVanishesBetweenTwoReadsIsGone) {
     EXPECT_EQ(io_.read(drive, 0, bytes_), TransferOutcome::kWhole);
     EXPECT_EQ(io_.read(drive, 0, bytes_), TransferOutcome::kWhole);
     EXPECT_EQ(io_.read(drive, 0, bytes_), TransferOutcome::kGone);
+}
+
+TEST_F(WindowsDriveIoTest, AFlushReachesTheDrive) {
+    const DriveRecord& drive = openDrive();
+    EXPECT_EQ(io_.flush(drive), TransferOutcome::kWhole);
+    EXPECT_THAT(bench_.log("target=drive:1 request=flush result=ok"), SizeIs(1));
+    bench_.unplug(1);
+    EXPECT_EQ(io_.flush(drive), TransferOutcome::kGone);
+}
+
+TEST_F(WindowsDriveIoTest, AFlushMayFail) {
+    const DriveRecord& drive = openDrive(R"({"flush": "ERROR_WRITE_FAULT"})");
+    EXPECT_EQ(io_.flush(drive), TransferOutcome::kFailed);
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_WRITE_FAULT));
+}
+
+TEST_F(WindowsDriveIoTest, ADriveThatKnowsNoFlushHoldsNothingBack) {
+    const DriveRecord& drive = openDrive(R"({"flush": "ERROR_INVALID_FUNCTION"})");
+    EXPECT_EQ(io_.flush(drive), TransferOutcome::kWhole);
+    EXPECT_THAT(bench_.log("target=drive:1 request=flush result=ERROR_INVALID_FUNCTION"), SizeIs(1));
 }
 
 TEST_F(WindowsDriveIoTest, TriesNothingAgain) {

@@ -21,8 +21,10 @@ std::string alike(int number, const std::string& volumes = "") {
 class AlikeDrivesTest : public CopyUiTest {
   protected:
     [[nodiscard]] BenchFolder layOutBench() const override {
-        return BenchFolder().drive("1", alike(1)).drive("2", alike(2)).drive(
-            "3", alike(3, R"({"letter": "K", "extents": [{"offset": "1 MiB", "length": "1 MiB"}]},
+        return BenchFolder()
+            .drive("1", alike(1))
+            .drive("2", alike(2))
+            .drive("3", alike(3, R"({"letter": "K", "extents": [{"offset": "1 MiB", "length": "1 MiB"}]},
                              {"letter": "M", "extents": [{"offset": "4 MiB", "length": "1 MiB"}]})"));
     }
 

@@ -13,6 +13,7 @@ namespace {
 
 constexpr int kExitScan = 1025;
 constexpr int kBeginScan = 1026;
+constexpr int kKeysLabel = 1081;
 constexpr int kScanList = 6006;
 constexpr int kFirstLabel = 7300;
 constexpr int kLastLabel = 7349;
@@ -79,6 +80,15 @@ class BitLockerTest : public UiTest {
                                         [](const Window& part) { return part.className() == "TorvaneWaitingStrip"; });
         });
     }
+    /// Begins a scan of drive 0 and waits for its end: the box that tells of F:.
+    void beginScan(const Window& dialog) const {
+        press(dialog.child(kBeginScan));
+        expectBoxOver(
+            dialog, "***** BITLOCKER NOT KNOWN *****",
+            "Windows could not tell whether these volumes are encrypted:\nF:\\ - Get-BitLockerVolume : Access "
+            "denied\n",
+            BoxIcon::kStop, "OK");
+    }
     static void close(const Window& dialog) {
         press(dialog.child(kExitScan));
         await("the dialog has closed", [&] { return !dialog.exists(); });
@@ -115,6 +125,11 @@ TEST_F(BitLockerTest, ShowsTheDrivesModelAndAnEmptyList) {
     EXPECT_EQ(volumes.background(), RGB(136, 196, 236));
     EXPECT_EQ(volumes.extendedStyle(), DWORD{LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES});
     EXPECT_EQ(volumes.rowCount(), 0);
+    const Window keys = dialog.child(kKeysLabel);
+    EXPECT_EQ(keys.text(), "Keys remain in the drive's record until drives are loaded again, in every report that was "
+                           "made of it, and in BITLOCKER.db where they were saved.");
+    EXPECT_TRUE(keys.visible());
+    EXPECT_LE(keys.rectIn(dialog).right, dialog.child(kBeginScan).rectIn(dialog).left);
     EXPECT_EQ(powershellRuns().size(), runs) << "nothing runs before Begin";
     for (int id = kFirstLabel; id <= kLastLabel; ++id) {
         EXPECT_EQ(dialog.child(id).text(), "No Text");
@@ -136,14 +151,14 @@ TEST_F(BitLockerTest, ShowsTheDrivesModelAndAnEmptyList) {
 
 TEST_F(BitLockerTest, BeginListsEveryVolume) {
     const Window dialog = openScan();
-    begin(dialog);
+    beginScan(dialog);
     const std::vector<std::string> expected = {std::string("C:\\|Encrypted|") + kPassword,
                                                "D:\\|Encrypted and Locked|No Key Found",
                                                // The volume that printed nothing lost its row to the next one.
-                                               "F:\\|Not Bitlocker Encrypted|No Key Found"};
+                                               "F:\\|Windows could not tell|No Key Found"};
     EXPECT_EQ(rows(dialog), expected);
     // Again, from the beginning.
-    begin(dialog);
+    beginScan(dialog);
     EXPECT_EQ(rows(dialog), expected);
     close(dialog);
 }
@@ -160,7 +175,7 @@ TEST_F(BitLockerTest, ADriveWithoutVolumesHasNoRows) {
 
 TEST_F(BitLockerTest, ThePasswordStandsInNoLogAndNoOtherFile) {
     const Window dialog = openScan();
-    begin(dialog);
+    beginScan(dialog);
     ASSERT_EQ(list(dialog).cell(0, 2), kPassword);
     close(dialog);
     for (const LogEntry& entry : torvane().log()) {
@@ -176,7 +191,6 @@ TEST_F(BitLockerTest, ThePasswordStandsInNoLogAndNoOtherFile) {
             holders.push_back(file.path().filename().string());
         }
     }
-    // The last volume asked was F:, which told none.
     EXPECT_TRUE(holders.empty()) << holders.front();
     EXPECT_TRUE(std::filesystem::exists(program().folder() / "BITLOCKER.txt"));
 }

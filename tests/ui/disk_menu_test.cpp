@@ -26,6 +26,8 @@ constexpr int kWarningDetails = 3303;
 constexpr int kWarningList = 3400;
 
 constexpr const char* kWorking = "***** Working *****";
+constexpr const char* kSetQuestion = "***** SET READ-ONLY *****";
+constexpr const char* kClearQuestion = "***** CLEAR READ-ONLY *****";
 constexpr const char* kDiskPart = "request=diskpart";
 
 /// A test that changes a disk leaves the program used: what diskpart changes stays on the bench.
@@ -95,6 +97,17 @@ class DiskMenuTest : public UiTest {
             "the drives are listed again", [&] { return torvane().driveList().rowCount() == drives; },
             std::chrono::seconds(60));
         torvane().awaitLoaded();
+    }
+
+    /// Answers the question whether the attribute of disk 1 or 2 is to be changed.
+    void answerQuestion(const std::string& caption, int disk, const std::string& answer) const {
+        const MessageBoxWindow box = program().awaitBox();
+        EXPECT_EQ(box.caption(), caption);
+        const std::string number = std::to_string(disk);
+        EXPECT_THAT(box.text(),
+                    ::testing::StartsWith("Disk 00" + number + " - Tarn N16 TN16-" + number + ", 0.02 GB. "));
+        EXPECT_EQ(box.buttons(), (std::vector<std::string>{"Yes", "No"}));
+        box.answer(answer);
     }
 
     [[nodiscard]] std::string status(int row) const { return torvane().driveList().cell(row, 5); }
@@ -207,6 +220,12 @@ TEST_F(DiskMenuTest, SetsAndClearsTheAttributeByMouseMenuKeyAndShiftF10) {
     leaveProgramUsed();
     loadOnce();
     chooseFor(1, kSetKey);
+    EXPECT_EQ(focused(program().awaitDialog()).id(), IDNO);
+    answerQuestion(kSetQuestion, 1, "No");
+    expectNoBox();
+    EXPECT_THAT(changes(), IsEmpty());
+    chooseFor(1, kSetKey);
+    answerQuestion(kSetQuestion, 1, "Yes");
     expectOutcome("****** READ-ONLY SET ******", "Disk 001 - Tarn N16 TN16-1 is now READ-ONLY", BoxIcon::kNone);
     EXPECT_EQ(status(1), "COMPLETED read-only set");
     EXPECT_TRUE(std::filesystem::exists(program().folder() / "Enable RO Results DISK [Tarn N16] - [TN16-1].txt"));
@@ -218,6 +237,7 @@ TEST_F(DiskMenuTest, SetsAndClearsTheAttributeByMouseMenuKeyAndShiftF10) {
         EXPECT_NEAR(menuWindow().rect().top, torvane().driveList().cellRect(1, 0).bottom, 4);
     };
     chooseAfterAChange(openByMenuKey, kClearKey);
+    answerQuestion(kClearQuestion, 1, "Yes");
     expectOutcome("****** READ-ONLY CLEARED ******", "Disk 001 - Tarn N16 TN16-1 is now WRITABLE", BoxIcon::kNone);
     EXPECT_EQ(status(1), "COMPLETED read-only cleared");
     EXPECT_THAT(changes(),
@@ -232,6 +252,7 @@ TEST_F(DiskMenuTest, SetsAndClearsTheAttributeByMouseMenuKeyAndShiftF10) {
         await("the menu opens", [] { return menuIsOpen(); });
     };
     chooseAfterAChange(openByShiftF10, kClearKey);
+    answerQuestion(kClearQuestion, 2, "Yes");
     expectOutcome("****** READ-ONLY CLEARED ******", "Disk 002 - Tarn N16 TN16-2 is now WRITABLE", BoxIcon::kNone);
 }
 
@@ -261,6 +282,7 @@ TEST_F(DiskMenuTest, WindowStaysUsableWhileDiskPartWorks) {
     loadOnce();
     program().takeTime();
     chooseFor(1, kSetKey);
+    answerQuestion(kSetQuestion, 1, "Yes");
     await("diskpart is at work", [&] { return status(1) == "Setting read-only"; });
     // A second change meanwhile is refused, and so is a scan.
     chooseFor(2, kClearKey);

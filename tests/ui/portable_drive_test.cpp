@@ -169,8 +169,10 @@ TEST_F(PortableDriveTest, TheProgramsOwnFolderIsRefusedByItsRunningProgram) {
     const std::string before = readFile(program().folder() / "Torvane.exe");
     copyTo(program().folder());
     awaitError();
-    EXPECT_THAT(rows(), ElementsAre("ERROR: Could not create [" + native(program().folder() / "Torvane.exe") +
-                                    "] file. Disk Creation Terminated."));
+    const std::string failure =
+        "Could not create [" + native(program().folder() / "Torvane.exe") + "] file. Disk Creation Terminated.";
+    expectStopBox("***** DISK NOT CREATED *****", failure + "\nThe files that were copied before it stay.");
+    EXPECT_THAT(rows(), ElementsAre("ERROR: " + failure));
     EXPECT_EQ(readFile(program().folder() / "Torvane.exe"), before);
     expectNoBox();
 }

@@ -94,15 +94,21 @@ TEST_F(ReportCommandTest, StandsOnItsAccessKey) {
     expectCompleted("ReportNW5K00123417.pdf");
 }
 
-TEST_F(ReportCommandTest, OfAFileThatAViewerHoldsIsLogged) {
+TEST_F(ReportCommandTest, OfAFileThatAViewerHoldsIsToldAndNotOpened) {
     choose("Northwind HD500 Platter");
     const auto path = program().folder() / "ReportNW5K00123417.pdf";
     std::ofstream(path) << "an older report";
+    const std::size_t before = opened().size();
     const HANDLE viewer = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(viewer, INVALID_HANDLE_VALUE);
     torvane().press(kCreateReport);
-    expectCompleted("ReportNW5K00123417.pdf");
+    const MessageBoxWindow box = program().awaitBox();
+    EXPECT_EQ(box.caption(), "***** REPORT NOT SAVED *****");
+    EXPECT_THAT(box.text(), HasSubstr("Report <ReportNW5K00123417.pdf> could not be saved: the older report of that "
+                                      "name cannot be set aside"));
+    box.answer("OK");
     CloseHandle(viewer);
+    EXPECT_EQ(opened().size(), before);
     EXPECT_EQ(torvane().log().back().type, "ERROR");
     EXPECT_EQ(torvane().log().back().message, "Could not SAVE report file [ReportNW5K00123417.pdf]");
     EXPECT_EQ(readFile(path), "an older report");

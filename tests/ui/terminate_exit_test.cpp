@@ -68,6 +68,19 @@ TEST_F(TerminateTest, NoLeavesTheScanRunningAndYesEndsTheToolAtWorkAndTheScanWit
     torvane().awaitProgressHidden();
 }
 
+TEST_F(TerminateTest, WindowsMayNotEndTheSessionWhileAJobUsesDrives) {
+    const Window window = program().mainWindow();
+    EXPECT_NE(window.send(WM_QUERYENDSESSION), FALSE) << "nothing is at work";
+    torvane().startLoading();
+    EXPECT_EQ(window.send(WM_QUERYENDSESSION), FALSE);
+    EXPECT_THAT(torvane().logMessages("STATUS"),
+                Contains("Windows asked to end the session. Refused: The drives are being scanned."));
+    expectNoBox();
+    program().hurry();
+    torvane().awaitLoaded();
+    await("the scan is over", [&] { return window.send(WM_QUERYENDSESSION) != FALSE; });
+}
+
 /// The program ends in these tests, unless it is told to stay.
 class ExitTest : public UiTest {
   protected:

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace torvane {
 namespace {
@@ -73,8 +74,28 @@ TEST(BitLockerOutput, NoOutputIsNotEncrypted) {
     EXPECT_STREQ(bitLockerKeyText(check), "No Key Found");
 }
 
-TEST(BitLockerOutput, AnErrorTextIsNotEncryptedAndLeavesTheEntryZero) {
-    for (const char* text : {"Get-BitLockerVolume : Access denied\r\nAt line:1 char:2\r\n", "\r\n", "x"}) {
+TEST(BitLockerOutput, AnErrorRecordTellsNothingAndLeavesTheEntryZero) {
+    const std::pair<const char*, const char*> records[] = {
+        {"Get-BitLockerVolume : Access denied\r\nAt line:1 char:2\r\n", "Get-BitLockerVolume : Access denied"},
+        {"\r\n  \r\nZugriff verweigert\r\n    + CategoryInfo          : PermissionDenied\r\n", "Zugriff verweigert"},
+        {"Zugriff verweigert\r\n    + FullyQualifiedErrorId : HRESULT 0x80041003\r\n", "Zugriff verweigert"}};
+    for (const auto& [text, firstLine] : records) {
+        const BitLockerCheck check = read(text);
+        EXPECT_EQ(check.finding, BitLockerFinding::kNotTold) << text;
+        EXPECT_EQ(check.error, firstLine);
+        EXPECT_TRUE(isZeroFilled(check.entry)) << text;
+        EXPECT_STREQ(bitLockerStatusText(check.finding), "Windows could not tell");
+        EXPECT_STREQ(bitLockerKeyText(check), "No Key Found");
+    }
+}
+
+TEST(BitLockerOutput, AnErrorRecordBesideAPasswordChangesNothing) {
+    EXPECT_EQ(read(protector("RecoveryPassword", "1-1") + "Get-BitLockerVolume : x\r\n").finding,
+              BitLockerFinding::kKeyRead);
+}
+
+TEST(BitLockerOutput, AnyOtherTextIsNotEncryptedAndLeavesTheEntryZero) {
+    for (const char* text : {"\r\n", "x"}) {
         const BitLockerCheck check = read(text);
         EXPECT_EQ(check.finding, BitLockerFinding::kNotEncrypted) << text;
         EXPECT_TRUE(isZeroFilled(check.entry)) << text;

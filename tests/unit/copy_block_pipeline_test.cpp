@@ -76,6 +76,30 @@ std::string textOf(const Block& block) {
 /// Long enough for a thread that wrongly goes on to be caught at it.
 constexpr auto kForAWhile = 50ms;
 
+TEST(BlockPipeline, BlocksOfTheUsualSizeBeginWhereUnbufferedTransfersMay) {
+    NumberedBlocks source;
+    source.allow(100);
+    BlockPipeline blocks(source, BlockOrder::forward(5 * kBufferAlignment, kBufferAlignment));
+    ASSERT_TRUE(blocks.hasBuffers());
+    blocks.start();
+    for (int block = 0; block < 5; ++block) {
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blocks.take().bytes.data()) % kBufferAlignment, 0U);
+    }
+}
+
+TEST(BlockPipeline, WithoutMemoryForItsBlocksItHasNoBuffers) {
+    NumberedBlocks source;
+    const auto hasBuffers = [&](std::size_t blockSize) {
+        return BlockPipeline(source, BlockOrder::forward(1, blockSize)).hasBuffers();
+    };
+    constexpr std::size_t kMost = ~std::size_t{0};
+    EXPECT_FALSE(hasBuffers(kMost));
+    EXPECT_FALSE(hasBuffers(kMost / 2 + 1));
+    EXPECT_FALSE(hasBuffers(kMost / 4 + 1));
+    EXPECT_FALSE(hasBuffers(kMost / 4));
+    EXPECT_TRUE(hasBuffers(1));
+}
+
 TEST(BlockPipeline, DeliversTheBlocksInOrder) {
     NumberedBlocks source;
     BlockPipeline blocks(source, BlockOrder::forward(35, 4));

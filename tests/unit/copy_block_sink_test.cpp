@@ -30,7 +30,10 @@ class RecordingSink : public BlockSink {
         return outcome;
     }
 
+    TransferOutcome flush() override { return flushOutcome; }
+
     TransferOutcome outcome = TransferOutcome::kWhole;
+    TransferOutcome flushOutcome = TransferOutcome::kWhole;
     std::vector<BlockExtent> stored;
     std::string text;
     std::future<void> mayEnd;
@@ -61,6 +64,7 @@ class RecordingImage : public ImageFile {
         text_ += PatternedDrive::textOf(bytes);
         return TransferOutcome::kWhole;
     }
+    TransferOutcome flush() override { return TransferOutcome::kFailed; }
     bool rewind() override { return false; }
     std::uint64_t size() override { return text_.size(); }
 
@@ -78,6 +82,45 @@ TEST(DriveSink, WritesWhereTheBlockBelongsAndCountsWhatFails) {
     EXPECT_EQ(sink.store({.offset = 0, .length = 2}, bytesOf("de")), TransferOutcome::kGone);
     EXPECT_THAT(io.writes, ElementsAre(PatternedDrive::Transfer{8192, 3}, PatternedDrive::Transfer{0, 2}));
     EXPECT_EQ(drive.writeErrorCount, 1U);
+}
+
+TEST(DriveSink, AFlushThatFailsIsCountedLikeAWrite) {
+    PatternedDrive io;
+    DriveRecord drive;
+    DriveSink sink(io, drive);
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    io.flushFate = TransferOutcome::kFailed;
+    EXPECT_EQ(sink.flush(), TransferOutcome::kFailed);
+    EXPECT_EQ(drive.writeErrorCount, 1U);
+    EXPECT_EQ(io.flushes, 1);
+}
+
+TEST(DriveSink, ADriveThatWasGoneByItsLastBlockIsNotAskedToFlush) {
+    PatternedDrive io;
+    DriveRecord drive;
+    DriveSink sink(io, drive);
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    io.fate = [](std::uint64_t) { return TransferOutcome::kGone; };
+    EXPECT_EQ(sink.store({.offset = 3, .length = 2}, bytesOf("de")), TransferOutcome::kGone);
+    EXPECT_EQ(sink.flush(), TransferOutcome::kNotReached);
+    EXPECT_EQ(drive.writeErrorCount, 1U) << "the block's own failure";
+    EXPECT_EQ(io.flushes, 0);
+}
+
+TEST(ImageSink, TellsHowItsFileWasFlushed) {
+    std::string text;
+    bool open = false;
+    ImageSink sink(std::make_unique<RecordingImage>(text, open));
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    EXPECT_EQ(sink.flush(), TransferOutcome::kFailed);
+}
+
+TEST(HashingSink, PassesAFlushOn) {
+    RecordingSink inner;
+    inner.flushOutcome = TransferOutcome::kGone;
+    RecordingHasher hasher;
+    HashingSink sink(inner, hasher);
+    EXPECT_EQ(sink.flush(), TransferOutcome::kGone);
 }
 
 TEST(ImageSink, WritesOneBlockBehindTheOther) {

@@ -79,6 +79,8 @@ std::string differences(const World& world, const World& model) {
                    static_cast<std::int64_t>(model.destination.writeErrorCount));
     compareNumbers("writes", static_cast<std::int64_t>(world.writesBegun),
                    static_cast<std::int64_t>(model.writesBegun));
+    compareNumbers("flushes", static_cast<std::int64_t>(world.flushes), static_cast<std::int64_t>(model.flushes));
+    compareNumbers("what was completed is on the medium", world.completedOnMedium ? 1 : 0, 1);
     compareNumbers("hashes", static_cast<std::int64_t>(world.hashCalls), static_cast<std::int64_t>(model.hashCalls));
     compareNumbers("image counter", world.imageNumber, model.imageNumber);
     compareNumbers("running", world.flags.running, model.flags.running);

@@ -148,6 +148,20 @@ TEST_F(DestructionWarning, TellsTheDrivesNumberAndItsSizeToTheByte) {
     EXPECT_EQ(warningDetails(drive_), "Drive number 3, 1863.02 GB (2000398934016 bytes)");
 }
 
+TEST_F(DestructionWarning, TellsBothSerialNumbersWhereReportAndDriveDisagree) {
+    const std::string alone = warningDetails(drive_);
+    drive_.device.identifySerial = "TS-77";
+    EXPECT_EQ(warningDetails(drive_), alone);
+    drive_.device.identifySerial = "ts-77 ";
+    EXPECT_EQ(warningDetails(drive_), alone) << "one number, written otherwise";
+    drive_.device.identifySerial = "TS-99";
+    EXPECT_EQ(warningDetails(drive_), alone + "\nSerial number by its report: TS-77, by the drive itself: TS-99");
+    drive_.device.identifySerial.clear();
+    drive_.device.descriptor = StorageDeviceTexts{};
+    drive_.device.descriptor->serialNumber = "TS-55";
+    EXPECT_EQ(warningDetails(drive_), alone + "\nSerial number by its report: TS-77, by the drive itself: TS-55");
+}
+
 TEST_F(DestructionWarning, SystemDriveIsTheMarkedOneAndTheOneWithVolumeC) {
     EXPECT_FALSE(isSystemDrive(drive_, volumes_));
     addVolume('D', {3});

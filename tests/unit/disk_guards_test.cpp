@@ -82,6 +82,22 @@ TEST_F(DiskGuards, TheSystemDriveIsNeverCleaned) {
     EXPECT_TRUE(mayChangeDisk(jobs_, disk_));
 }
 
+TEST_F(DiskGuards, TheAttributeIsChangedOnAYesAlone) {
+    disk_.model.assign("Tarn N16");
+    disk_.serialNumber.assign("S1");
+    disk_.sizeGigabytes = 931.513;
+    constexpr const char* kSet = "Disk 003 - Tarn N16 S1, 931.51 GB. Nobody will be able to write to it until its "
+                                 "read-only attribute is cleared again. Do you want to set it READ-ONLY?";
+    constexpr const char* kClear = "Disk 003 - Tarn N16 S1, 931.51 GB. Windows and every program will be able to write "
+                                   "to it. Do you want to CLEAR its read-only attribute?";
+    for (const bool answer : {false, true}) {
+        user_.expectAskDefaultNo("***** SET READ-ONLY *****", kSet, answer);
+        EXPECT_EQ(confirmReadOnlyChange(disk_, true), answer);
+        user_.expectAskDefaultNo("***** CLEAR READ-ONLY *****", kClear, answer);
+        EXPECT_EQ(confirmReadOnlyChange(disk_, false), answer);
+    }
+}
+
 TEST_F(DiskGuards, TheDriveWithVolumeCIsNeverCleanedWhateverItsMark) {
     // Where numbers have gaps the mark lands on another drive.
     putVolume('C', 3);

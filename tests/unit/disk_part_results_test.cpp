@@ -107,5 +107,33 @@ TEST(DiskPartClean, SucceededWhereTheReportSaysSo) {
     EXPECT_FALSE(reportsCleanedDisk(""));
 }
 
+constexpr PartitionTable kTwoPartitions{.style = PartitionStyle::kMbr, .mbrSignature = 7, .partitions = 2};
+constexpr PartitionTable kEmptied{.style = PartitionStyle::kMbr, .mbrSignature = 7, .partitions = 0};
+constexpr PartitionTable kRaw{};
+
+TEST(DiskPartClean, WithoutATableTheReportDecides) {
+    EXPECT_TRUE(wasCleaned(std::nullopt, std::nullopt, true));
+    EXPECT_FALSE(wasCleaned(std::nullopt, std::nullopt, false));
+    EXPECT_TRUE(wasCleaned(kTwoPartitions, std::nullopt, true));
+    EXPECT_FALSE(wasCleaned(kTwoPartitions, std::nullopt, false));
+}
+
+TEST(DiskPartClean, PartitionsThatAreLeftBelieTheReport) {
+    EXPECT_FALSE(wasCleaned(kTwoPartitions, kTwoPartitions, true));
+    EXPECT_FALSE(wasCleaned(kRaw, kTwoPartitions, true));
+}
+
+TEST(DiskPartClean, ATableThatHasGoneIsACleanInWhateverLanguage) {
+    EXPECT_TRUE(wasCleaned(kTwoPartitions, kRaw, false));
+    EXPECT_TRUE(wasCleaned(kTwoPartitions, kEmptied, false));
+    EXPECT_TRUE(wasCleaned(kEmptied, kRaw, false));
+}
+
+TEST(DiskPartClean, ADiskThatHeldNothingBeforeIsCleanWhenTheReportSaysSo) {
+    EXPECT_TRUE(wasCleaned(kRaw, kRaw, true));
+    EXPECT_FALSE(wasCleaned(kRaw, kRaw, false));
+    EXPECT_FALSE(wasCleaned(std::nullopt, kRaw, false));
+}
+
 } // namespace
 } // namespace torvane

@@ -3,8 +3,10 @@
 #include "base/local_moment.h"
 #include "state/app_state.h"
 #include "state/log_row.h"
+#include "tests/support/recording_log_file.h"
 #include "tests/support/recording_main_view.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -12,6 +14,9 @@
 
 namespace torvane::testing {
 namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 TEST(EventLogTest, DeliversTheFormattedRow) {
     RecordingMainView view;
@@ -48,6 +53,42 @@ TEST(EventLogTest, OutsideTextIsNeverAFormat) {
 TEST(EventLogTest, WithoutAWindowTheRowIsDropped) {
     ASSERT_EQ(appState().view, nullptr);
     LogEvent("STATUS", "nobody listens");
+}
+
+TEST(EventLogTest, RowsAreKeptInTheFileToo) {
+    RecordingMainView view;
+    const ViewInstalled installed(appState(), view);
+    RecordingLogFile file;
+    LogEvent("ERROR", "sector %d", 7);
+    EXPECT_THAT(file.messages("ERROR"), ElementsAre("sector 7"));
+    EXPECT_THAT(view.messages("ERROR"), ElementsAre("sector 7"));
+}
+
+TEST(EventLogTest, RowsForTheFileAloneAreNotShown) {
+    RecordingMainView view;
+    const ViewInstalled installed(appState(), view);
+    RecordingLogFile file;
+    LogToFile("JOB", "drive %d", 3);
+    EXPECT_THAT(file.messages("JOB"), ElementsAre("drive 3"));
+    EXPECT_THAT(view.logRows(), IsEmpty());
+}
+
+TEST(EventLogTest, TheFileGetsItsRowsWithoutAWindowToo) {
+    RecordingLogFile file;
+    LogEvent("ERROR", "before there is a window");
+    EXPECT_THAT(file.messages("ERROR"), ElementsAre("before there is a window"));
+}
+
+TEST(EventLogTest, WhatTheFileComplainsOfIsShownAndNotKept) {
+    RecordingMainView view;
+    const ViewInstalled installed(appState(), view);
+    RecordingLogFile file;
+    file.complain("no room");
+    LogEvent("STATUS", "first");
+    LogToFile("JOB", "second");
+    EXPECT_THAT(view.messages("ERROR"), ElementsAre("no room"));
+    EXPECT_THAT(view.messages("STATUS"), ElementsAre("first"));
+    EXPECT_THAT(file.messages("ERROR"), IsEmpty());
 }
 
 TEST(EventLogTest, TakesRowsFromManyThreads) {

@@ -322,5 +322,20 @@ TEST(JobClaim, TravelsAndEndsOnce) {
     EXPECT_EQ(jobs.atWork(), JobKinds{JobKind::kMounting});
 }
 
+TEST(JobsWatch, HearsOfEveryBeginningAndEnd) {
+    Jobs jobs;
+    std::vector<bool> clonesAtWork;
+    jobs.watch([&] { clonesAtWork.push_back(jobs.atWork().contains(JobKind::kClone)); });
+    {
+        std::optional<JobClaim> clone = jobs.begin(JobKind::kClone);
+        EXPECT_EQ(clonesAtWork, (std::vector{true}));
+        EXPECT_FALSE(jobs.begin(JobKind::kClone)) << "one that is refused has not begun";
+        const JobClaim moved = std::move(*clone);
+        clone.reset();
+        EXPECT_EQ(clonesAtWork, (std::vector{true}));
+    }
+    EXPECT_EQ(clonesAtWork, (std::vector{true, false}));
+}
+
 } // namespace
 } // namespace torvane

@@ -3,6 +3,7 @@
 #include "discovery/drive_io.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -42,6 +43,11 @@ class PatternedDrive : public DriveIo {
         return fate(offset);
     }
 
+    TransferOutcome flush(const DriveRecord&) override {
+        ++flushes;
+        return flushFate;
+    }
+
     static std::string textOf(std::span<const std::byte> bytes) {
         return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
     }
@@ -49,6 +55,8 @@ class PatternedDrive : public DriveIo {
     std::function<TransferOutcome(std::uint64_t offset)> fate = [](std::uint64_t) { return TransferOutcome::kWhole; };
     std::vector<Transfer> reads;
     std::vector<Transfer> writes;
+    TransferOutcome flushFate = TransferOutcome::kWhole;
+    std::atomic<int> flushes{0};
 
   private:
     static std::byte byteAt(std::uint64_t offset) {

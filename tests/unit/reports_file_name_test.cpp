@@ -50,5 +50,12 @@ TEST(OpenReportCommandTest, ANameWithABlankStaysOneArgument) {
     EXPECT_EQ(openReportCommand(reportFileName(R"(X' "calc)")), R"(powershell Start-Process "'ReportX_ _calc.pdf'")");
 }
 
+TEST(OlderReportFileName, HasItsDateAndThenANumber) {
+    const LocalMoment written{.year = 2026, .month = 11, .day = 2};
+    EXPECT_EQ(olderReportFileName("ReportX.1.pdf", written, 1), "ReportX.1 2026-11-02.pdf");
+    EXPECT_EQ(olderReportFileName("ReportX.1.pdf", written, 2), "ReportX.1 2026-11-02 (2).pdf");
+    EXPECT_EQ(olderReportFileName("ReportX.1.pdf", written, 17), "ReportX.1 2026-11-02 (17).pdf");
+}
+
 } // namespace
 } // namespace torvane

@@ -241,5 +241,29 @@ TEST_F(ReportPages, TakeTextsAsTheyAre) {
     EXPECT_EQ(lines[6].text, std::string(255, 'P'));
 }
 
+std::vector<std::string> readTestLines(const ReportPage& page) {
+    std::vector<std::string> lines;
+    for (const ReportLine& line : page.lines) {
+        if (line.text.find(" Test ") != std::string::npos && line.text.find("Read Test") == std::string::npos &&
+            line.text.find("Hard Drive") == std::string::npos) {
+            lines.push_back(line.text);
+        }
+    }
+    return lines;
+}
+
+TEST(ReadTestLines, OfADriveUnderTestSaysWhichTestsAreNotOver) {
+    DriveRecord drive = testing::reportedDrive();
+    const CompanyInfo company = testing::reportedCompany();
+    drive.criticalTestResult = drive.shortTestResult = drive.nistTestResult = ReadTestResult::kPassed;
+    drive.readTestsAtWork.shortTests = 2;
+    const auto lines = [&] { return readTestLines(composeSsdReport({drive, company, {2026, 11, 22}})); };
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Critical Test PASSED", "Short Test running", "NIST Test PASSED"}));
+    drive.readTestsAtWork.shortTests = 0;
+    drive.readTestsAtWork.criticalTests = 1;
+    drive.readTestsAtWork.nistTests = 1;
+    EXPECT_EQ(lines(), (std::vector<std::string>{"Critical Test running", "Short Test PASSED", "NIST Test running"}));
+}
+
 } // namespace
 } // namespace torvane

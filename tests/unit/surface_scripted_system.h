@@ -73,6 +73,7 @@ class ScriptedReadTest : public DriveIo, public ReadTestSystem, public ReadTestD
     std::function<bool(std::uint64_t)> seekFails = [](std::uint64_t) { return false; };
     std::uint64_t mostMemory = std::numeric_limits<std::uint64_t>::max();
     std::function<void()> afterRead = [] {};
+    std::function<void(std::string_view)> onStatus = [](std::string_view) {};
     std::uint32_t clock = 1000;
     std::function<std::uint32_t()> readTakes = [] { return 3U; }; ///< milliseconds
     std::function<int()> numbers = [generator = RuntimeNumbers()]() mutable { return generator.next(); };
@@ -85,6 +86,7 @@ class ScriptedReadTest : public DriveIo, public ReadTestSystem, public ReadTestD
     std::vector<std::string> progress; ///< of the dialog: "0..100", "7"
     std::vector<int> wideProgress;
     std::vector<std::string> logRows;
+    std::vector<std::string> jobRows; ///< of the day's log file
     std::vector<std::string> driveStatuses;
     int fineClock = 0; ///< begins less ends
 
@@ -109,6 +111,10 @@ class ScriptedReadTest : public DriveIo, public ReadTestSystem, public ReadTestD
         ADD_FAILURE() << "a read test writes";
         return TransferOutcome::kFailed;
     }
+    TransferOutcome flush(const DriveRecord&) override {
+        ADD_FAILURE() << "a read test has nothing to flush";
+        return TransferOutcome::kFailed;
+    }
     ReadBuffer allocate(std::size_t size) override {
         allocations.push_back(size);
         return ReadBuffer(size > mostMemory ? nullptr : static_cast<std::byte*>(std::calloc(size, 1)));
@@ -120,10 +126,14 @@ class ScriptedReadTest : public DriveIo, public ReadTestSystem, public ReadTestD
     void log(const char* category, const std::string& text) override {
         logRows.push_back(std::string(category) + ": " + text);
     }
+    void logJob(const std::string& text) override { jobRows.push_back(text); }
     void setDriveStatus(const DriveRecord&, const std::string& text) override { driveStatuses.push_back(text); }
     void setWideProgress(int position) override { wideProgress.push_back(position); }
 
-    void setStatus(std::string_view text) override { statuses.emplace_back(text); }
+    void setStatus(std::string_view text) override {
+        statuses.emplace_back(text);
+        onStatus(text);
+    }
     void startProgress(int maximum) override { progress.push_back("0.." + std::to_string(maximum)); }
     void setProgress(int position) override { progress.push_back(std::to_string(position)); }
 };

@@ -95,8 +95,8 @@ const std::vector<Mistaken> kMistakes = {
      "drives/a.json: ata.smart.errorLog[0].lba: expected a number from 0 to 281474976710655, got 281474976710656"},
     {driveWith(R"("nvme": {"health": {"percentageUsed": 256}})"),
      "drives/a.json: nvme.health.percentageUsed: expected a number from 0 to 255, got 256"},
-    {driveWith(R"("volumes": [{"letter": "B"}])"),
-     R"(drives/a.json: volumes[0].letter: expected one letter from "C" to "Z")"},
+    {driveWith(R"("volumes": [{"letter": "b"}])"),
+     R"(drives/a.json: volumes[0].letter: expected one letter from "A" to "Z")"},
     {driveWith(R"("volumes": [{}])"), "drives/a.json: volumes[0].letter: missing, but required"},
     {driveWith(R"("volumes": [{"letter": "D", "serial": "12345678"}])"),
      R"(drives/a.json: volumes[0].serial: expected eight hexadecimal digits as in "1A2B-3C4D")"},
@@ -123,6 +123,8 @@ const std::vector<Mistaken> kMistakes = {
      R"(drives/a.json: faults.reads[0].error: expected a Win32 error by number or name, got "ERROR_OOPS")"},
     {driveWith(R"("faults": {"reads": [{"firstSector": 0, "error": 0}]})"),
      "drives/a.json: faults.reads[0].error: expected a Win32 error by number or name, got 0"},
+    {driveWith(R"("faults": {"clean": "forgotten"})"),
+     R"(drives/a.json: faults.clean: expected one of "done" "refused" "pretended", got "forgotten")"},
     {driveWith(R"("faults": {"shortReads": [{"firstSector": 0}]})"),
      "drives/a.json: faults.shortReads[0].bytes: missing, but required"},
     {driveWith(R"("faults": {"stopsAnswering": {"after": 1}})"),
@@ -212,6 +214,8 @@ TEST(WorkbenchDescription, FaultsAreRead) {
         R"("faults": {"open": "ERROR_ACCESS_DENIED", "vanishAfterRequests": 7,
            "requests": [{"request": "ioctl:0x0004d014", "error": 1, "after": 2, "times": 3}],
            "slow": [{"firstSector": 1, "sectors": 2, "milliseconds": 30}],
+           "flush": {"error": "ERROR_CRC", "after": 4}, "volatileCache": true,
+           "corruptWrites": [{"firstSector": 5, "times": 6}],
            "stopsAnswering": {"afterRequests": 9}})"));
     ASSERT_EQ(reading.error, "");
     const DriveFaults& faults = reading.bench.drives.front().faults;
@@ -220,6 +224,11 @@ TEST(WorkbenchDescription, FaultsAreRead) {
     EXPECT_EQ(faults.requests.front().occurrence.after, 2U);
     EXPECT_EQ(faults.requests.front().occurrence.times, 3U);
     EXPECT_EQ(faults.slow.front().amount, 30U);
+    EXPECT_EQ(faults.flush->error, kErrorCrc);
+    EXPECT_EQ(faults.flush->occurrence.after, 4U);
+    EXPECT_TRUE(faults.volatileCache);
+    EXPECT_EQ(faults.corruptWrites.front().firstSector, 5U);
+    EXPECT_EQ(faults.corruptWrites.front().occurrence.times, 6U);
     EXPECT_EQ(faults.stopsAnswering->afterRequests, 9U);
     EXPECT_EQ(faults.stopsAnswering->milliseconds, 30000U);
     EXPECT_EQ(faults.stopsAnswering->error, kErrorSemTimeout);

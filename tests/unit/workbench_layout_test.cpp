@@ -1,6 +1,6 @@
 #include "tests/unit/workbench_drives.h"
-#include "workbench/devices/drive_layout.h"
 #include "workbench/description/bench_state.h"
+#include "workbench/devices/drive_layout.h"
 
 #include <gtest/gtest.h>
 
@@ -151,8 +151,7 @@ TEST(WorkbenchLayout, DescribedVolumesArePartitionsWhereNoTableLies) {
 // --- what takes a drive's place
 
 TEST(WorkbenchSwap, AnotherDriveOfTheSameMakeTakesADrivesPlace) {
-    const DriveDescription other =
-        swappedDrive(drive(R"("identity": {"vendor": "V", "product": "P", "serial": "S"},
+    const DriveDescription other = swappedDrive(drive(R"("identity": {"vendor": "V", "product": "P", "serial": "S"},
                               "ata": {"model": "M", "serial": "S"}, "faults": {"reads": [{"firstSector": 0}]})"));
     EXPECT_EQ(other.number, 3U);
     EXPECT_EQ(other.size, 8U << 20);
@@ -174,8 +173,8 @@ TEST(WorkbenchSwap, OfARemovableDriveTheMediumAloneIsChanged) {
 }
 
 TEST(WorkbenchSwap, IsAsItIsDescribed) {
-    const DriveDescription other = swappedDrive(
-        drive(R"("identity": {"serial": "S"}, "swap": {"identity": {"product": "Other", "revision": "2"},
+    const DriveDescription other =
+        swappedDrive(drive(R"("identity": {"serial": "S"}, "swap": {"identity": {"product": "Other", "revision": "2"},
                  "backing": {"pattern": "zero"}, "keepsHandles": true})"));
     EXPECT_EQ(other.identity.product, "Other");
     EXPECT_EQ(other.identity.serial, std::nullopt);
@@ -186,8 +185,9 @@ TEST(WorkbenchSwap, IsAsItIsDescribed) {
 }
 
 TEST(WorkbenchSwap, IsKeptInTheState) {
-    const BenchReading reading = readBench({"bench.json", "{}"}, {{"a.json", R"({"number": 3, "bus": "sata", "size": 512,
-        "volumes": [{"letter": "D", "extents": [{"offset": 0, "length": 512}]}]})"}});
+    const char* const json = R"({"number": 3, "bus": "sata", "size": 512,
+        "volumes": [{"letter": "D", "extents": [{"offset": 0, "length": 512}]}]})";
+    const BenchReading reading = readBench({"bench.json", "{}"}, {{"a.json", json}});
     ASSERT_EQ(reading.error, "");
     BenchState state = firstState(reading.bench);
     EXPECT_FALSE(state.isSwapped(3));

@@ -74,6 +74,21 @@ TEST_F(DiskpartTest, CommandsNeedADisk) {
     EXPECT_EQ(run("select disk\n").output, "\r\nThere is no disk selected.\r\n");
 }
 
+TEST_F(DiskpartTest, ACleanMayBeRefusedOrPretended) {
+    DriveDescription& disk = bench_.drives.back();
+    state_.readOnly[2] = false;
+    disk.faults.clean = CleanFault::kRefused;
+    const DiskpartRun refused = run("select disk 2\nclean\n");
+    EXPECT_EQ(refused.output.find("succeeded"), std::string::npos);
+    EXPECT_EQ(refused.exitCode, 4U);
+    disk.faults.clean = CleanFault::kPretended;
+    const DiskpartRun pretended = run("select disk 2\nclean\n");
+    EXPECT_NE(pretended.output.find("succeeded"), std::string::npos);
+    EXPECT_EQ(pretended.exitCode, 0U);
+    EXPECT_TRUE(pretended.cleanedNow.empty());
+    EXPECT_TRUE(state_.cleaned.empty());
+}
+
 TEST_F(DiskpartTest, AutomountTellsItsStateLast) {
     EXPECT_EQ(run("automount\n").output, "\r\nAutomatic mounting of new volumes enabled.\r\n");
     EXPECT_EQ(run("automount disable\nautomount scrub\n").output,

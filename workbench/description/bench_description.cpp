@@ -11,6 +11,10 @@ void readTool(ObjectReader& reader, ToolDescription& tool) {
     reader.boolean("missing", tool.missing);
     tool.hasOutput = reader.has("output");
     reader.text("output", tool.output);
+    reader.boolean("acts", tool.acts);
+    if (tool.acts && !tool.hasOutput) {
+        reader.fail("acts", "without an output it means nothing");
+    }
     tool.hasExitCode = reader.has("exitCode");
     reader.number("exitCode", tool.exitCode);
     reader.number("delayMilliseconds", tool.delayMilliseconds);

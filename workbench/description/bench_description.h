@@ -16,6 +16,7 @@ struct ToolDescription {
     bool missing = false;     ///< cannot be started
     bool hasOutput = false;   ///< print `output` instead of acting
     std::string output;       ///< bytes
+    bool acts = false;        ///< prints `output`, but does its work all the same
     bool hasExitCode = false; ///< end with `exitCode` whatever happened
     std::uint32_t exitCode = 0;
     std::uint32_t delayMilliseconds = 0;

@@ -10,7 +10,8 @@
 namespace torvane::bench {
 namespace {
 
-constexpr std::array<std::string_view, 19> kRequestNames = {
+constexpr std::array<std::string_view, 20> kRequestNames = {
+    "IOCTL_DISK_GET_DISK_ATTRIBUTES",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX",
     "IOCTL_DISK_GET_DRIVE_LAYOUT_EX",
@@ -51,7 +52,8 @@ RequestFault readRequestFault(ObjectReader& reader) {
     return fault;
 }
 
-// `amountKey`: the field that says what happens to a transfer in the range; `amount` is its value when absent.
+// `amountKey`: the field that says what happens to a transfer in the range, empty where nothing is left to say;
+// `amount` is its value when absent.
 RangeFault readRangeFault(ObjectReader& reader, const DriveDescription& drive, const std::string& amountKey,
                           std::uint32_t amount) {
     RangeFault fault;
@@ -61,7 +63,7 @@ RangeFault readRangeFault(ObjectReader& reader, const DriveDescription& drive, c
     reader.number("sectors", fault.sectors, 1);
     if (amountKey == "error") {
         reader.error(amountKey, fault.amount);
-    } else {
+    } else if (!amountKey.empty()) {
         reader.require(amountKey);
         reader.number(amountKey, fault.amount);
     }
@@ -75,22 +77,29 @@ RangeFault readRangeFault(ObjectReader& reader, const DriveDescription& drive, c
     return fault;
 }
 
-void readOpenFault(ObjectReader& reader, DriveFaults& faults) {
-    if (!reader.has("open")) {
+void readFailingRequest(ObjectReader& reader, const std::string& key, std::optional<FailingRequest>& fault) {
+    if (!reader.has(key)) {
         return;
     }
-    OpenFault open;
-    const Json* value = reader.raw("open");
+    FailingRequest request;
+    const Json* value = reader.raw(key);
     if (value->is_object()) {
-        reader.object("open", [&](ObjectReader& object) {
+        reader.object(key, [&](ObjectReader& object) {
             object.require("error");
-            object.error("error", open.error);
-            readOccurrence(object, open.occurrence);
+            object.error("error", request.error);
+            readOccurrence(object, request.occurrence);
         });
     } else {
-        reader.error("open", open.error);
+        reader.error(key, request.error);
     }
-    faults.open = open;
+    fault = request;
+}
+
+void readClean(ObjectReader& reader, DriveFaults& faults) {
+    static constexpr std::array<std::string_view, 3> kNames = {"done", "refused", "pretended"};
+    auto index = static_cast<std::size_t>(CleanFault::kNone);
+    reader.choice("clean", kNames, index);
+    faults.clean = static_cast<CleanFault>(index);
 }
 
 void readSilence(ObjectReader& reader, DriveFaults& faults) {
@@ -112,7 +121,8 @@ bool isKnownRequestName(const std::string& name) {
 }
 
 void readFaults(ObjectReader& reader, const DriveDescription& drive, DriveFaults& faults) {
-    readOpenFault(reader, faults);
+    readFailingRequest(reader, "open", faults.open);
+    readFailingRequest(reader, "flush", faults.flush);
     reader.list("requests", [&](ObjectReader& item) { faults.requests.push_back(readRequestFault(item)); });
     reader.list("reads",
                 [&](ObjectReader& item) { faults.reads.push_back(readRangeFault(item, drive, "error", kErrorCrc)); });
@@ -121,12 +131,16 @@ void readFaults(ObjectReader& reader, const DriveDescription& drive, DriveFaults
     reader.list("writes", [&](ObjectReader& item) {
         faults.writes.push_back(readRangeFault(item, drive, "error", kErrorIoDevice));
     });
+    reader.list("corruptWrites",
+                [&](ObjectReader& item) { faults.corruptWrites.push_back(readRangeFault(item, drive, "", 0)); });
     reader.list("seeks",
                 [&](ObjectReader& item) { faults.seeks.push_back(readRangeFault(item, drive, "error", kErrorSeek)); });
     reader.list("slow",
                 [&](ObjectReader& item) { faults.slow.push_back(readRangeFault(item, drive, "milliseconds", 0)); });
     readSilence(reader, faults);
     reader.number("vanishAfterRequests", faults.vanishAfterRequests);
+    reader.boolean("volatileCache", faults.volatileCache);
+    readClean(reader, faults);
 }
 
 } // namespace torvane::bench

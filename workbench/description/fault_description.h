@@ -14,7 +14,8 @@ struct Occurrence {
     std::uint32_t times = std::numeric_limits<std::uint32_t>::max();
 };
 
-struct OpenFault {
+/// A request that fails: opening, or a flush.
+struct FailingRequest {
     std::uint32_t error = 0;
     Occurrence occurrence;
 };
@@ -40,16 +41,27 @@ struct SilenceFault {
     std::uint32_t error = 0;
 };
 
+/// What "clean" does to a disk.
+enum class CleanFault {
+    kNone,
+    kRefused,   ///< it is refused, as for a disk of which a volume is in use
+    kPretended, ///< it reports success and leaves the disk as it is
+};
+
 struct DriveFaults {
-    std::optional<OpenFault> open;
+    std::optional<FailingRequest> open;
+    std::optional<FailingRequest> flush;
     std::vector<RequestFault> requests;
-    std::vector<RangeFault> reads;      ///< amount: error
-    std::vector<RangeFault> shortReads; ///< amount: bytes
-    std::vector<RangeFault> writes;     ///< amount: error
-    std::vector<RangeFault> seeks;      ///< amount: error
-    std::vector<RangeFault> slow;       ///< amount: milliseconds
+    std::vector<RangeFault> reads;         ///< amount: error
+    std::vector<RangeFault> shortReads;    ///< amount: bytes
+    std::vector<RangeFault> writes;        ///< amount: error
+    std::vector<RangeFault> corruptWrites; ///< amount: none
+    std::vector<RangeFault> seeks;         ///< amount: error
+    std::vector<RangeFault> slow;          ///< amount: milliseconds
     std::optional<SilenceFault> stopsAnswering;
     std::optional<std::uint32_t> vanishAfterRequests;
+    bool volatileCache = false; ///< what was written since the last flush is lost when the drive goes
+    CleanFault clean = CleanFault::kNone;
 };
 
 /// Requests that a fault may name; one written "ioctl:0x..." always is.

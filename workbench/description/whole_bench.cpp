@@ -53,6 +53,7 @@ struct PlacedContent {
 
 void checkBackingFiles(const BenchDescription& bench, Mistake& mistake) {
     std::vector<PlacedContent> contents;
+    contents.reserve(2 * bench.drives.size());
     for (const DriveDescription& drive : bench.drives) {
         for (const PlacedContent& content : {PlacedContent{&drive, "backing.file", &drive.backing},
                                              PlacedContent{&drive, "swap.backing.file", &drive.swap.backing}}) {

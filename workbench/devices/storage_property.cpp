@@ -41,7 +41,17 @@ void override32(Bytes& bytes, std::size_t at, const std::optional<std::uint32_t>
     }
 }
 
+// DISK_ATTRIBUTE_READ_ONLY, <winioctl.h>.
+constexpr std::uint64_t kAttributeReadOnly = 2;
+
 } // namespace
+
+Bytes diskAttributes(bool readOnly) {
+    Bytes bytes(16);
+    storeLe<std::uint32_t>(bytes, 0, static_cast<std::uint32_t>(bytes.size()));
+    storeLe<std::uint64_t>(bytes, 8, readOnly ? kAttributeReadOnly : 0);
+    return bytes;
+}
 
 Bytes driveGeometry(const DriveDescription& drive) {
     Bytes bytes(24);

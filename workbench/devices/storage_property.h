@@ -15,6 +15,9 @@ using Bytes = std::vector<std::uint8_t>;
 /// DISK_GEOMETRY_EX without the partition and detection records that may follow it (32 bytes).
 [[nodiscard]] Bytes driveGeometryEx(const DriveDescription& drive);
 
+/// GET_DISK_ATTRIBUTES (16 bytes): DISK_ATTRIBUTE_READ_ONLY or nothing.
+[[nodiscard]] Bytes diskAttributes(bool readOnly);
+
 /// STORAGE_DEVICE_NUMBER of the whole disk: device type, N of "\\.\PhysicalDriveN", partition number 0.
 [[nodiscard]] Bytes deviceNumber(const DriveDescription& drive);
 

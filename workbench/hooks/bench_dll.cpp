@@ -2,6 +2,7 @@
 #include "workbench/description/bench_files.h"
 #include "workbench/hooks/child_process.h"
 #include "workbench/hooks/hooks.h"
+#include "workbench/session/volatile_cache.h"
 #include "workbench/session/win32_text.h"
 
 #include <windows.h>
@@ -40,11 +41,12 @@ std::string openBench(const std::wstring& folder) {
 
 int changeDrive(int number, void (*change)(BenchState&, std::uint32_t)) {
     const std::shared_ptr<BenchSession> session = currentSession();
-    const auto drive = static_cast<std::uint32_t>(number);
-    if (!session || session->drive(drive) == nullptr) {
+    const BenchDrive* const drive = session ? session->drive(static_cast<std::uint32_t>(number)) : nullptr;
+    if (drive == nullptr) {
         return 0;
     }
-    session->folder().changeState([&](BenchState& state) { change(state, drive); });
+    session->folder().changeState([&](BenchState& state) { change(state, drive->description().number); });
+    loseUnflushed(session->folder().path(), drive->description());
     return 1;
 }
 

@@ -125,6 +125,14 @@ BOOL WINAPI writeFile(HANDLE handle, LPCVOID buffer, DWORD length, LPDWORD bytes
     return finish(result.error, result.bytes, bytes, overlapped);
 }
 
+BOOL WINAPI flushFileBuffers(HANDLE handle) {
+    const Found found = findDevice(handle);
+    if (!found) {
+        return FlushFileBuffers(handle);
+    }
+    return finish(flushDevice(*found.session, *found.device), 0, nullptr, nullptr);
+}
+
 DWORD WINAPI setFilePointer(HANDLE handle, LONG distance, PLONG distanceHigh, DWORD method) {
     const Found found = findDevice(handle);
     if (!found) {
@@ -207,6 +215,7 @@ std::span<const Replacement> fileReplacements() {
         Replacement{"DuplicateHandle", hookAddress(duplicateHandle)},
         Replacement{"ReadFile", hookAddress(readFile)},
         Replacement{"WriteFile", hookAddress(writeFile)},
+        Replacement{"FlushFileBuffers", hookAddress(flushFileBuffers)},
         Replacement{"SetFilePointer", hookAddress(setFilePointer)},
         Replacement{"SetFilePointerEx", hookAddress(setFilePointerEx)},
         Replacement{"GetFileSize", hookAddress(getFileSize)},

@@ -3,6 +3,7 @@
 #include "workbench/hooks/start_again.h"
 #include "workbench/session/bench_folder.h"
 #include "workbench/session/unique_handle.h"
+#include "workbench/session/volatile_cache.h"
 #include "workbench/session/win32_text.h"
 
 #include <windows.h>
@@ -77,10 +78,12 @@ int changeDrive(Arguments arguments, const std::function<void(BenchState&, std::
     const std::string digits = utf8FromWide(arguments[1]);
     std::uint32_t number = 0;
     const auto [end, failure] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (failure != std::errc() || end != digits.data() + digits.size() || reading.bench.drive(number) == nullptr) {
+    const DriveDescription* const drive = reading.bench.drive(number);
+    if (failure != std::errc() || end != digits.data() + digits.size() || drive == nullptr) {
         return complain("no drive \"" + digits + "\" on this bench");
     }
     BenchFolder(folder, reading.bench).changeState([&](BenchState& state) { change(state, number); });
+    loseUnflushed(folder, *drive);
     return 0;
 }
 

@@ -5,10 +5,13 @@
 namespace torvane::bench {
 
 BenchDrive::BenchDrive(const std::filesystem::path& benchFolder, const DriveDescription& drive)
-    : drive_(drive), content_(benchFolder, drive), ata_(drive), scsi_(drive, ata_) {
+    : drive_(drive), content_(benchFolder, drive), cache_(benchFolder, drive), ata_(drive), scsi_(drive, ata_) {
     const DriveFaults& faults = drive.faults;
     if (faults.open) {
         opens_.emplace_back(*faults.open);
+    }
+    if (faults.flush) {
+        flushes_.emplace_back(*faults.flush);
     }
     for (const RequestFault& fault : faults.requests) {
         requests_.emplace_back(fault);
@@ -21,6 +24,7 @@ BenchDrive::BenchDrive(const std::filesystem::path& benchFolder, const DriveDesc
     count(reads_, faults.reads);
     count(shortReads_, faults.shortReads);
     count(writes_, faults.writes);
+    count(corruptWrites_, faults.corruptWrites);
     count(seeks_, faults.seeks);
 }
 
@@ -28,6 +32,15 @@ bool BenchDrive::touches(const RangeFault& fault, std::uint64_t offset, std::uin
     const std::uint64_t begin = fault.firstSector * drive_.sectorSize;
     const std::uint64_t end = begin + fault.sectors * drive_.sectorSize;
     return offset < end && begin < offset + length;
+}
+
+std::optional<DWORD> BenchDrive::firstStrike(FailingRequests& faults) {
+    for (CountedFault<FailingRequest>& counted : faults) {
+        if (counted.strikes()) {
+            return counted.fault.error;
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<std::uint32_t> BenchDrive::firstStrike(RangeFaults& faults, std::uint64_t offset,
@@ -41,12 +54,11 @@ std::optional<std::uint32_t> BenchDrive::firstStrike(RangeFaults& faults, std::u
 }
 
 std::optional<DWORD> BenchDrive::openFault() {
-    for (CountedFault<OpenFault>& counted : opens_) {
-        if (counted.strikes()) {
-            return counted.fault.error;
-        }
-    }
-    return std::nullopt;
+    return firstStrike(opens_);
+}
+
+std::optional<DWORD> BenchDrive::flushFault() {
+    return firstStrike(flushes_);
 }
 
 std::optional<DWORD> BenchDrive::requestFault(std::string_view name) {
@@ -72,6 +84,45 @@ std::optional<DWORD> BenchDrive::seekFault(std::uint64_t offset) {
 
 std::optional<std::uint32_t> BenchDrive::shortRead(std::uint64_t offset, std::uint64_t length) {
     return firstStrike(shortReads_, offset, length);
+}
+
+std::vector<std::uint8_t> BenchDrive::storedInstead(std::uint64_t offset, std::span<const std::uint8_t> data) {
+    std::vector<std::uint8_t> stored(data.begin(), data.end());
+    for (CountedFault<RangeFault>& counted : corruptWrites_) {
+        if (!touches(counted.fault, offset, data.size()) || !counted.strikes()) {
+            continue;
+        }
+        const std::uint64_t begin = std::max(counted.fault.firstSector * drive_.sectorSize, offset);
+        const std::uint64_t end =
+            std::min((counted.fault.firstSector + counted.fault.sectors) * drive_.sectorSize, offset + data.size());
+        for (std::uint64_t place = begin; place < end; ++place) {
+            stored[place - offset] ^= 0xFF;
+        }
+    }
+    return stored;
+}
+
+DWORD BenchDrive::store(HANDLE handle, std::uint64_t offset, std::span<const std::uint8_t> data,
+                        const std::function<bool()>& isPluggedIn) {
+    std::vector<std::uint8_t> other;
+    if (!corruptWrites_.empty()) {
+        other = storedInstead(offset, data);
+        data = other;
+    }
+    return drive_.faults.volatileCache ? cache_.write(content_, handle, offset, data, isPluggedIn)
+                                       : content_.write(handle, offset, data);
+}
+
+void BenchDrive::flush() const {
+    if (drive_.faults.volatileCache) {
+        cache_.flush();
+    }
+}
+
+void BenchDrive::loseUnflushed() const {
+    if (drive_.faults.volatileCache) {
+        cache_.lose(content_);
+    }
 }
 
 std::uint32_t BenchDrive::slownessMilliseconds(std::uint64_t offset, std::uint64_t length) const {

@@ -4,13 +4,17 @@
 #include "workbench/devices/ata_device.h"
 #include "workbench/devices/scsi_device.h"
 #include "workbench/session/drive_content.h"
+#include "workbench/session/volatile_cache.h"
 
 #include <atomic>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <optional>
+#include <span>
 #include <string_view>
+#include <vector>
 
 namespace torvane::bench {
 
@@ -41,6 +45,7 @@ class BenchDrive {
 
     // Each of these counts a request. Nothing: it passes.
     [[nodiscard]] std::optional<DWORD> openFault();
+    [[nodiscard]] std::optional<DWORD> flushFault();
     [[nodiscard]] std::optional<DWORD> requestFault(std::string_view name);
     [[nodiscard]] std::optional<DWORD> readFault(std::uint64_t offset, std::uint64_t length);
     [[nodiscard]] std::optional<DWORD> writeFault(std::uint64_t offset, std::uint64_t length);
@@ -48,6 +53,14 @@ class BenchDrive {
     /// The bytes that a read delivers at most.
     [[nodiscard]] std::optional<std::uint32_t> shortRead(std::uint64_t offset, std::uint64_t length);
     [[nodiscard]] std::uint32_t slownessMilliseconds(std::uint64_t offset, std::uint64_t length) const;
+
+    /// Stores what no fault stands against, by a handle that the content gave; where the cache may be lost, only while
+    /// the drive is plugged in. Returns a Win32 error, 0 for success.
+    [[nodiscard]] DWORD store(HANDLE handle, std::uint64_t offset, std::span<const std::uint8_t> data,
+                              const std::function<bool()>& isPluggedIn);
+    void flush() const;
+    /// The drive goes, with what was not flushed.
+    void loseUnflushed() const;
 
     /// What a transfer that `countTransfer` has counted meets when the drive does not answer any more.
     [[nodiscard]] const SilenceFault* silence() const;
@@ -59,20 +72,27 @@ class BenchDrive {
 
   private:
     using RangeFaults = std::deque<CountedFault<RangeFault>>;
+    using FailingRequests = std::deque<CountedFault<FailingRequest>>;
 
     [[nodiscard]] bool touches(const RangeFault& fault, std::uint64_t offset, std::uint64_t length) const;
+    [[nodiscard]] static std::optional<DWORD> firstStrike(FailingRequests& faults);
     [[nodiscard]] std::optional<std::uint32_t> firstStrike(RangeFaults& faults, std::uint64_t offset,
                                                            std::uint64_t length) const;
 
+    [[nodiscard]] std::vector<std::uint8_t> storedInstead(std::uint64_t offset, std::span<const std::uint8_t> data);
+
     const DriveDescription& drive_;
     DriveContent content_;
+    VolatileCache cache_;
     AtaDevice ata_;
     ScsiDevice scsi_;
-    std::deque<CountedFault<OpenFault>> opens_;
+    FailingRequests opens_;
+    FailingRequests flushes_;
     std::deque<CountedFault<RequestFault>> requests_;
     RangeFaults reads_;
     RangeFaults shortReads_;
     RangeFaults writes_;
+    RangeFaults corruptWrites_;
     RangeFaults seeks_;
     std::atomic<std::uint64_t> transfers_{0};
 };

@@ -21,7 +21,11 @@ struct NamedCode {
     const char* name;
 };
 
+// <winioctl.h> of Windows 7 on; mingw's has it not.
+constexpr DWORD kGetDiskAttributes = CTL_CODE(IOCTL_DISK_BASE, 0x003c, METHOD_BUFFERED, FILE_ANY_ACCESS);
+
 constexpr std::array kNames = {
+    NamedCode{kGetDiskAttributes, "IOCTL_DISK_GET_DISK_ATTRIBUTES"},
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY, "IOCTL_DISK_GET_DRIVE_GEOMETRY"},
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX"},
     NamedCode{IOCTL_DISK_GET_DRIVE_LAYOUT_EX, "IOCTL_DISK_GET_DRIVE_LAYOUT_EX"},
@@ -45,6 +49,8 @@ constexpr std::size_t kLoggedUnknown = 64; // bytes of a request that the bench 
 ControlResult driveRequest(BenchSession& session, BenchDrive& drive, const ControlRequest& request, LogLine& line) {
     const DriveDescription& description = drive.description();
     switch (request.code) {
+    case kGetDiskAttributes:
+        return giveWhole(request, diskAttributes(session.folder().state().isReadOnly(description)));
     case IOCTL_DISK_GET_DRIVE_GEOMETRY:
         return giveWhole(request, driveGeometry(description));
     case IOCTL_DISK_GET_DRIVE_GEOMETRY_EX:

@@ -53,6 +53,14 @@ std::optional<DWORD> waitForDrive(BenchFolder& folder, const BenchDrive& drive, 
     return std::nullopt;
 }
 
+// A drive that is gone has lost what it had not flushed.
+bool isPresent(BenchSession& session, const BenchDrive& drive) {
+    const bool present = session.isPresent(drive);
+    if (!present) {
+        drive.loseUnflushed();
+    }
+    return present;
+}
 /// A handle of the content that a device reaches: its own, as long as nothing else has taken the drive's place.
 class ContentHandle {
   public:
@@ -71,7 +79,7 @@ class ContentHandle {
 // The drive's own part of reading: faults, then content. `handle`: one that the drive's content gave.
 TransferResult readDrive(BenchSession& session, BenchDrive& drive, HANDLE handle, std::uint64_t offset,
                          std::span<std::uint8_t> out) {
-    if (!session.isPresent(drive) || !drive.countTransfer()) {
+    if (!isPresent(session, drive) || !drive.countTransfer()) {
         return {kErrorDeviceNotConnected, 0};
     }
     if (const std::optional<DWORD> error = waitForDrive(session.folder(), drive, offset, out.size())) {
@@ -133,7 +141,7 @@ bool touchesMountedVolume(BenchSession& session, std::uint32_t disk, std::uint64
 TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handle, std::uint64_t offset,
                           std::span<const std::uint8_t> data) {
     const DriveDescription& description = drive.description();
-    if (!session.isPresent(drive)) {
+    if (!isPresent(session, drive)) {
         return {kErrorDeviceNotConnected, 0};
     }
     if (session.folder().state().isReadOnly(description)) {
@@ -151,8 +159,29 @@ TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handl
     if (const std::optional<DWORD> error = drive.writeFault(offset, data.size())) {
         return {*error, 0};
     }
-    const DWORD error = drive.content().write(handle, offset, data);
+    const DWORD error =
+        drive.store(handle, offset, data, [&] { return !session.folder().state().isUnplugged(description.number); });
     return {error, error == 0 ? static_cast<DWORD>(data.size()) : 0};
+}
+
+DWORD flushDrive(BenchSession& session, BenchDrive& drive) {
+    if (!isPresent(session, drive)) {
+        return kErrorDeviceNotConnected;
+    }
+    if (const std::optional<DWORD> error = drive.flushFault()) {
+        return *error;
+    }
+    drive.flush();
+    return 0;
+}
+
+DWORD flushVolume(BenchSession& session, const VolumeDescription& volume) {
+    for (const VolumeExtent& extent : volume.extents) {
+        if (const DWORD error = flushDrive(session, *session.drive(extent.disk)); error != 0) {
+            return error;
+        }
+    }
+    return 0;
 }
 
 TransferResult readThrough(BenchSession& session, const OpenDevice& device, HANDLE handle, std::uint64_t offset,
@@ -221,6 +250,21 @@ TransferResult writeDevice(BenchSession& session, OpenDevice& device, HANDLE han
     }
     logTransfer(session, device, "write", place, data.size(), result);
     return result;
+}
+
+DWORD flushDevice(BenchSession& session, OpenDevice& device) {
+    const std::lock_guard lock(device.transferMutex);
+    DWORD error = kErrorInvalidFunction;
+    if (device.kind != PathKind::kScsiPort && !device.mayWrite()) {
+        error = kErrorAccessDenied;
+    } else if (device.kind == PathKind::kVolume) {
+        error = flushVolume(session, *device.volume);
+    } else if (device.kind == PathKind::kDrive) {
+        error = flushDrive(session, session.reached(device));
+    }
+    LogLine line(device.target(), "flush");
+    session.folder().log(line.result(error));
+    return error;
 }
 
 DWORD moveDevicePointer(BenchSession& session, OpenDevice& device, std::int64_t distance, DWORD method,

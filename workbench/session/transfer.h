@@ -23,6 +23,9 @@ struct TransferResult {
 [[nodiscard]] TransferResult writeDevice(BenchSession& session, OpenDevice& device, HANDLE handle,
                                          std::optional<std::uint64_t> offset, std::span<const std::uint8_t> data);
 
+/// Brings what was written onto the medium, as FlushFileBuffers does. Returns a Win32 error, 0 for success.
+[[nodiscard]] DWORD flushDevice(BenchSession& session, OpenDevice& device);
+
 /// Moves the handle's position as SetFilePointerEx does; `method` is FILE_BEGIN, FILE_CURRENT or FILE_END.
 /// `position` becomes the new one. Returns a Win32 error, 0 for success.
 [[nodiscard]] DWORD moveDevicePointer(BenchSession& session, OpenDevice& device, std::int64_t distance, DWORD method,

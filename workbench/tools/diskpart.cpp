@@ -58,11 +58,12 @@ int runTool(StandIn& standIn) {
         standIn.folder->log(line.quoted("command-line", standIn.commandLine).result(0));
         return exitCodeOf(tool, 0);
     }
-    print(STD_OUTPUT_HANDLE, diskpartBanner(standIn.bench.computer));
+    printOwn(tool, STD_OUTPUT_HANDLE, diskpartBanner(standIn.bench.computer));
     const std::optional<std::string> script = scriptText(standIn.arguments);
     if (!script) {
-        print(STD_OUTPUT_HANDLE, "\r\nDiskPart has encountered an error: The system cannot find the file specified.\r\n"
-                                 "See the System Event Log for more information.\r\n");
+        printOwn(tool, STD_OUTPUT_HANDLE,
+                 "\r\nDiskPart has encountered an error: The system cannot find the file specified.\r\n"
+                 "See the System Event Log for more information.\r\n");
         return exitCodeOf(tool, kCannotOpenScript);
     }
     DiskpartRun run;
@@ -72,7 +73,7 @@ int runTool(StandIn& standIn) {
         wipeEnds(standIn.folder->path(), standIn.folder->state().isSwapped(number) ? swappedDrive(drive) : drive);
     }
     logSteps(standIn, run);
-    print(STD_OUTPUT_HANDLE, run.output);
+    printOwn(tool, STD_OUTPUT_HANDLE, run.output);
     return exitCodeOf(tool, run.exitCode);
 }
 

@@ -268,11 +268,18 @@ class Script {
                                    "See the System Event Log for more information.");
             return kServiceFailed;
         }
-        // The drive that is out of its place keeps what it holds.
-        if (!state_.isSwapped(selected_->number)) {
-            state_.cleaned.insert(selected_->number);
+        if (selected_->faults.clean == CleanFault::kRefused) {
+            run_.output += message("Virtual Disk Service error:\r\n"
+                                   "The operation is not allowed on the disk: a volume on it is in use.\r\n");
+            return kServiceFailed;
         }
-        run_.cleanedNow.push_back(selected_->number);
+        if (selected_->faults.clean != CleanFault::kPretended) {
+            // The drive that is out of its place keeps what it holds.
+            if (!state_.isSwapped(selected_->number)) {
+                state_.cleaned.insert(selected_->number);
+            }
+            run_.cleanedNow.push_back(selected_->number);
+        }
         run_.output += message("DiskPart succeeded in cleaning the disk.");
         return 0;
     }

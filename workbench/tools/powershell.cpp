@@ -18,8 +18,8 @@ int runTool(StandIn& standIn) {
         line.quoted("opened", run.what);
     }
     standIn.folder->log(line.word("result", run.exitCode == 0 ? "ok" : "exit:" + std::to_string(run.exitCode)));
-    print(STD_OUTPUT_HANDLE, run.output);
-    print(STD_ERROR_HANDLE, run.errors);
+    printOwn(tool, STD_OUTPUT_HANDLE, run.output);
+    printOwn(tool, STD_ERROR_HANDLE, run.errors);
     return exitCodeOf(tool, run.exitCode);
 }
 

@@ -45,7 +45,13 @@ bool obeyDescription(const StandIn& standIn, const ToolDescription& tool) {
     if (tool.hasOutput) {
         print(STD_OUTPUT_HANDLE, tool.output);
     }
-    return tool.hasOutput;
+    return tool.hasOutput && !tool.acts;
+}
+
+void printOwn(const ToolDescription& tool, DWORD standardHandle, const std::string& bytes) {
+    if (!tool.hasOutput) {
+        print(standardHandle, bytes);
+    }
 }
 
 int exitCodeOf(const ToolDescription& tool, std::uint32_t own) {

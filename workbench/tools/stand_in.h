@@ -26,6 +26,9 @@ void print(DWORD standardHandle, const std::string& bytes);
 /// nothing left to do.
 [[nodiscard]] bool obeyDescription(const StandIn& standIn, const ToolDescription& tool);
 
+/// Prints what the tool itself has to say, unless the description's output stands in its place.
+void printOwn(const ToolDescription& tool, DWORD standardHandle, const std::string& bytes);
+
 /// The exit code that the description orders, else the tool's own.
 [[nodiscard]] int exitCodeOf(const ToolDescription& tool, std::uint32_t own);
 

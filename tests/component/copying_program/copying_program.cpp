@@ -41,7 +41,7 @@ constexpr int kWrongUsage = 98;
 class NoDisplay : public JobDisplay {
   public:
     void setStatus(std::string_view /*text*/) override {}
-    void setLosses(std::string_view, bool) override {}
+    void setLosses(std::string_view /*text*/, bool /*bad*/) override {}
     void repaint() override {}
     void repaintTrack(const TrackArea& /*area*/) override {}
     void startExplosionTimer(int /*milliseconds*/) override {}

@@ -41,8 +41,10 @@ struct Script {
     std::int32_t sourceSector = 512;   ///< bytes; drives move whole sectors only
     std::int32_t destinationSector = 512;
 
-    std::map<std::uint64_t, TransferFault> reads;       ///< of the source drive or the source image
-    std::map<std::uint64_t, TransferFault> writes;      ///< to the destination drive or the image
+    std::map<std::uint64_t, TransferFault> reads;  ///< of the source drive or the source image
+    std::map<std::uint64_t, TransferFault> writes; ///< to the destination drive or the image
+    std::map<std::uint64_t, TransferFault>
+        flushes; ///< that fail or find the device gone: what they should store is lost
     std::map<std::uint64_t, TransferFault> verifyReads; ///< of the finished image
     std::map<std::uint64_t, bool> hashes;               ///< that fail, counted through imaging and verification
 
@@ -71,6 +73,7 @@ struct Script {
     bool slowReads = false; ///< the threads' relative speeds
     bool slowWrites = false;
     bool slowHashes = false;
+    bool slowFlushes = false;
 };
 
 /// Rolls the dice for one script; the same seed gives the same script on every machine.
@@ -96,6 +99,7 @@ class ScriptMaker {
         script_.slowReads = chance(3);
         script_.slowWrites = chance(3);
         script_.slowHashes = chance(3);
+        makeFailedFlush();
         return script_;
     }
 
@@ -207,6 +211,13 @@ class ScriptMaker {
         script_.mountedLetters = below(3);
     }
 
+    void makeFailedFlush() {
+        script_.slowFlushes = chance(3);
+        if (chance(5)) {
+            script_.flushes[below(4)] = {.fault = pick<Fault>({Fault::kFails, Fault::kGone}), .part = 0};
+        }
+    }
+
     /// The number of the read that makes the eleventh bad block; a high number when there is none.
     [[nodiscard]] std::uint64_t eleventhBadRead() const {
         int bad = 0;
@@ -251,8 +262,9 @@ inline std::ostream& operator<<(std::ostream& out, const Script& script) {
                                                        "tick",  "event", "first block"};
     return out << "script " << script.seed << ": " << kJobs[static_cast<std::size_t>(script.job)] << ", blocks of "
                << script.blockSize << ", source " << script.sourceBytes << ", destination " << script.destinationBytes
-               << ", " << script.reads.size() << " bad reads, " << script.writes.size() << " bad writes, stop at "
-               << kStops[static_cast<std::size_t>(script.stopAt)] << " " << script.stopNumber;
+               << ", " << script.reads.size() << " bad reads, " << script.writes.size() << " bad writes, "
+               << script.flushes.size() << " bad flushes, stop at " << kStops[static_cast<std::size_t>(script.stopAt)]
+               << " " << script.stopNumber;
 }
 
 } // namespace torvane::testing

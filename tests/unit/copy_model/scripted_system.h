@@ -80,6 +80,12 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         return outcomeOf(world_.writeDrive(offset, bytes), bytes.size());
     }
 
+    TransferOutcome flush(const DriveRecord& drive) override {
+        EXPECT_EQ(&drive, &world_.destination);
+        pause(world_.script.slowFlushes);
+        return outcomeOf(world_.flush(World::kDestination), 0);
+    }
+
     // --- CopySystem ---
 
     bool isStillTheSource(const DriveRecord& drive) override {
@@ -188,6 +194,10 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         TransferOutcome write(std::span<const std::byte> bytes) override {
             pause(world_.script.slowWrites);
             return outcomeOf(world_.writeFile(file_, bytes), bytes.size());
+        }
+        TransferOutcome flush() override {
+            pause(world_.script.slowFlushes);
+            return outcomeOf(world_.flush(file_.path), 0);
         }
         bool rewind() override { return !world_.script.imageCannotBeRewound; }
         std::uint64_t size() override { return world_.files[file_.path].size(); }

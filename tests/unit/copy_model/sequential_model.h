@@ -184,13 +184,39 @@ class SequentialModel {
         const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(blockLength, writeEnd_ - offset));
         notCopied_ -= std::min<std::uint64_t>(notCopied_, length);
         const World::Transfer done = world_.writeDrive(offset, std::span(buffer_).first(length));
-        if (!done.sought) {
-            ++failedWrites_;
-        } else if (!done.ok || done.count != length) {
-            ++world_.destination.writeErrorCount;
+        const bool whole = done.sought && done.ok && done.count == length;
+        if (!whole) {
+            world_.destination.writeErrorCount += done.sought ? 1 : 0;
             ++failedWrites_;
         }
+        stored(World::kDestination, whole, done.gone);
     }
+
+    /// Every fourth block that was stored is followed by a flush.
+    void stored(const std::string& where, bool whole, bool gone) {
+        gone_ = gone;
+        unflushed_ += whole ? 1 : 0;
+        if (unflushed_ == 4) {
+            flush(where);
+        }
+    }
+    void flush(const std::string& where) {
+        unflushed_ = 0;
+        flushed_ = world_.flush(where).ok && flushed_;
+    }
+
+    /// Flushes the rest. False when a flush has failed, now or before: together they are one failed write.
+    bool flushRest(const std::string& where) {
+        if (gone_) {
+            return true; // its last write has told it
+        }
+        if (unflushed_ != 0) {
+            flush(where);
+        }
+        failedWrites_ += flushed_ ? 0 : 1;
+        return flushed_;
+    }
+    void flushDrive() { world_.destination.writeErrorCount += flushRest(World::kDestination) ? 0 : 1; }
 
     std::string remaining(std::int64_t done) {
         std::string out = "00:00:00";
@@ -404,6 +430,9 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
+        if (wanted && k == full_) {
+            flushDrive();
+        }
         remember(wanted);
         showLosses(completed(wanted && whole(k)));
         end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
@@ -451,6 +480,9 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(500);
         }
+        if (wanted && k == full_) {
+            flushDrive();
+        }
         remember(wanted);
         showLosses(completed(wanted && whole(k)));
         end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
@@ -488,6 +520,7 @@ class SequentialModel {
         const World::Transfer done = world_.writeFile(image, std::span(buffer_).first(length));
         const bool written = done.ok && done.count == length;
         failedWrites_ += written ? 0 : 1;
+        stored(image.path, written, done.gone);
         return written;
     }
 
@@ -540,6 +573,9 @@ class SequentialModel {
             }
             remainderMoved_ = true;
             tooManyBadBlocks(750);
+        }
+        if (wanted && k == full_ && !flushRest(name)) {
+            return couldNotWrite();
         }
         showLosses(completed(wanted && whole(k)));
         driveStatus(world_.source, outcome(wanted && whole(k) ? "" : "not completed"));
@@ -605,13 +641,16 @@ class SequentialModel {
         }
         world_.aboutToCopy();
         const char* lost = nullptr;
+        const auto couldNotWrite = [&] {
+            lost = "written";
+            closeImage();
+            status("Could not WRITE to DESTINATION image");
+            flags_.running = 0;
+            timer(750);
+        };
         const auto store = [&](std::size_t length) {
             if (!writeImage(*image, length)) {
-                lost = "written";
-                closeImage();
-                status("Could not WRITE to DESTINATION image");
-                flags_.running = 0;
-                timer(750);
+                couldNotWrite();
             }
             if (!world_.hash(digest_, std::span(buffer_).first(length))) {
                 hashFailed_ = true;
@@ -639,6 +678,10 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
+        const bool flushLost = wanted && k == full_ && lost == nullptr && !flushRest(name);
+        if (flushLost) {
+            couldNotWrite();
+        }
         // The remainder is a block like the others: without it the image is no success.
         const bool complete = wanted && k == full_ && lost == nullptr;
         imagedWhole_ = complete && whole(k);
@@ -660,7 +703,7 @@ class SequentialModel {
         repaintImageTrack();
         closeImage();
         flags_.running = 0;
-        const bool lastLost = lost != nullptr && (remainder_ > 0 ? remainderMoved_ : k + 1 == full_);
+        const bool lastLost = flushLost || (lost != nullptr && (remainder_ > 0 ? remainderMoved_ : k + 1 == full_));
         lostLast_ = lastLost ? lost : nullptr;
         verifiable_ = complete;
         return 1;
@@ -855,6 +898,9 @@ class SequentialModel {
             writeBlock(full_ * block_, remainder_);
             remainderMoved_ = true;
         }
+        if (wanted && k == full_) {
+            flushDrive();
+        }
         remember(wanted);
         showLosses(completed(wanted && whole(k)));
         driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
@@ -876,6 +922,9 @@ class SequentialModel {
     int lastPercent_ = -1;
     std::uint64_t unreadable_ = 0;
     std::uint64_t failedWrites_ = 0;
+    std::uint64_t unflushed_ = 0;    ///< blocks stored since the last flush
+    bool flushed_ = true;            ///< no flush has failed
+    bool gone_ = false;              ///< the destination, when the last block was to be stored
     std::uint64_t rangeEnd_ = ~0ULL; ///< bytes: what is copied, as far as it is read and as far as it is written
     std::uint64_t readEnd_ = ~0ULL;
     std::uint64_t writeEnd_ = ~0ULL;

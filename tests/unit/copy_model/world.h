@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -57,7 +58,7 @@ class ScriptedDigest {
 /// Drives, files, clock and user as one script has them, and a record of all that could be seen. The job under test and
 /// the plain sequential model each run in a world of their own; then the two worlds are compared.
 ///
-/// Only reads of the source and hashing may come from another thread than the job's.
+/// Only reads of the source, hashing and flushing may come from another thread than the job's.
 class World {
   public:
     explicit World(const Script& theScript) : script(theScript) {
@@ -77,6 +78,7 @@ class World {
         sourceBytes = noise(random, script.sourceBytes);
         destinationBytes = noise(random, script.destinationBytes);
         files[kSourceImage] = sourceBytes;
+        media_[kDestination] = destinationBytes;
         for (std::size_t i = 0; i < script.takenImages + script.takenHashFiles; ++i) {
             const std::string number = std::to_string(static_cast<std::size_t>(imageNumber) + 1 + i);
             const std::string name =
@@ -87,6 +89,7 @@ class World {
 
     static constexpr const char* kFolder = "E:\\Images";
     static constexpr const char* kSourceImage = "E:\\Images\\source.img";
+    static constexpr const char* kDestination = "destination drive";
 
     // --- transfers: each is the number-th of its kind in job order ---
 
@@ -112,7 +115,8 @@ class World {
     }
 
     Transfer writeDrive(std::uint64_t offset, std::span<const std::byte> buffer) {
-        return write(destinationBytes, offset, buffer, isWholeSectors(destination, offset, buffer.size()));
+        return write(kDestination, destinationBytes, offset, buffer,
+                     isWholeSectors(destination, offset, buffer.size()));
     }
 
     struct OpenFile {
@@ -131,7 +135,7 @@ class World {
     Transfer writeFile(OpenFile& file, std::span<const std::byte> buffer) {
         Bytes& content = files[file.path];
         content.resize(std::max(content.size(), file.position + buffer.size()));
-        const Transfer done = write(content, file.position, buffer, true);
+        const Transfer done = write(file.path, content, file.position, buffer, true);
         file.position += done.count;
         content.resize(file.position);
         return done;
@@ -158,6 +162,31 @@ class World {
         return std::string("KL").substr(0, script.mountedLetters);
     }
 
+    /// Brings what lies in the cache of a drive or file onto its medium. One that fails has lost it.
+    Transfer flush(const std::string& name) {
+        const TransferFault fault = faultOf(script.flushes, flushes++);
+        const std::lock_guard lock(cacheMutex_);
+        if (fault.fault == Fault::kNone) {
+            for (const CachedWrite& write : cached_[name]) {
+                Bytes& medium = media_[name];
+                medium.resize(std::max(medium.size(), write.offset + write.bytes.size()));
+                std::copy(write.bytes.begin(), write.bytes.end(),
+                          medium.begin() + static_cast<std::ptrdiff_t>(write.offset));
+            }
+        }
+        cached_[name].clear();
+        return {.ok = fault.fault == Fault::kNone, .gone = fault.fault == Fault::kGone};
+    }
+
+    /// Whether the job's destination would hold the same if it were unplugged now.
+    [[nodiscard]] bool isOnMedium() {
+        const std::lock_guard lock(cacheMutex_);
+        const bool drive = destinationBytes == media_[kDestination];
+        return drive && std::all_of(openFiles.begin(), openFiles.end(), [this](const auto& file) {
+                   return file.first == kSourceImage || files[file.first] == media_[file.first];
+               });
+    }
+
     // --- files ---
 
     [[nodiscard]] std::optional<OpenFile> createImage(const std::string& path) {
@@ -170,6 +199,7 @@ class World {
             return std::nullopt;
         }
         files[path].clear();
+        media_[path].clear();
         ++openFiles[path];
         return OpenFile{path};
     }
@@ -245,6 +275,9 @@ class World {
             line += " " + std::to_string(flag);
         }
         seen.push_back(line);
+        if (line.find("[COMPLETED") != std::string::npos) {
+            completedOnMedium = completedOnMedium && isOnMedium();
+        }
         stopAt(StopAt::kEvent, seen.size() - 1);
     }
 
@@ -265,8 +298,10 @@ class World {
     std::map<std::string, int> openFiles;
     std::vector<std::string> seen;
     std::vector<std::int64_t> chasePoints;
+    bool completedOnMedium = true; ///< whenever a "Status" cell said so
     std::uint64_t driveReads = 0;
     std::atomic<std::uint64_t> writesBegun{0};
+    std::atomic<std::uint64_t> flushes{0};
     std::uint64_t hashCalls = 0;
     std::uint64_t destinationQuestions = 0;
     std::size_t racesLost = 0;
@@ -277,6 +312,11 @@ class World {
     std::int32_t imageNumber = 40;
 
   private:
+    struct CachedWrite {
+        std::size_t offset;
+        Bytes bytes;
+    };
+
     static Bytes noise(std::mt19937_64& random, std::int64_t size) {
         Bytes bytes(static_cast<std::size_t>(size));
         std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::byte>(random()); });
@@ -312,7 +352,8 @@ class World {
         return {.ok = fault.fault != Fault::kFails, .count = count};
     }
 
-    Transfer write(Bytes& into, std::uint64_t offset, std::span<const std::byte> buffer, bool accepted) {
+    Transfer write(const std::string& name, Bytes& into, std::uint64_t offset, std::span<const std::byte> buffer,
+                   bool accepted) {
         const std::uint64_t number = writesBegun++;
         stopAt(StopAt::kWrite, number);
         const TransferFault fault = faultOf(script.writes, number);
@@ -328,6 +369,9 @@ class World {
             count = std::min(count, fault.part);
         }
         std::copy_n(buffer.begin(), count, into.begin() + static_cast<std::ptrdiff_t>(begin));
+        const std::lock_guard lock(cacheMutex_);
+        cached_[name].push_back(
+            {.offset = begin, .bytes = Bytes(buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(count))});
         return {.ok = fault.fault != Fault::kFails, .count = count};
     }
 
@@ -336,6 +380,10 @@ class World {
             askToStop();
         }
     }
+
+    std::mutex cacheMutex_; ///< for the two below
+    std::map<std::string, Bytes> media_;
+    std::map<std::string, std::vector<CachedWrite>> cached_; ///< since the last flush
 };
 
 } // namespace torvane::testing

@@ -1,0 +1,82 @@
+#include "base/replace_file.h"
+
+#include "base/owned_handle.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+// Beside the file itself, because a file can be renamed over another one only within a volume.
+std::string newFileName(const char* fileName) {
+    return std::string(fileName) + ".new";
+}
+
+FileSaving writeNewFile(const std::string& name, std::span<const std::byte> bytes) {
+    const UniqueFile file{
+        CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    if (!file) {
+        return FileSaving::kNotMade;
+    }
+    DWORD written = 0;
+    const bool whole =
+        WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE &&
+        written == bytes.size() && FlushFileBuffers(file.get()) != FALSE;
+    return whole ? FileSaving::kDone : FileSaving::kNotWritten;
+}
+
+bool isReadOnly(const char* fileName) {
+    const DWORD attributes = GetFileAttributesA(fileName);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+/// Attributes that a user may have given the old file.
+void takeAttributes(const std::string& newName, const char* oldName) {
+    constexpr DWORD kTaken = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+    const DWORD attributes = GetFileAttributesA(oldName);
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kTaken) != 0) {
+        SetFileAttributesA(newName.c_str(), attributes & kTaken);
+    }
+}
+
+FileSaving saveWhole(const char* fileName, std::span<const std::byte> bytes, DWORD moving) {
+    // The system refuses to rename a file over it, too, but not every file system for every user.
+    if (isReadOnly(fileName)) {
+        return FileSaving::kNotPlaced;
+    }
+    const std::string newName = newFileName(fileName);
+    // What a crash has left may have attributes that keep it from being created anew.
+    DeleteFileA(newName.c_str());
+    FileSaving saved = writeNewFile(newName, bytes);
+    if (saved == FileSaving::kDone) {
+        takeAttributes(newName, fileName);
+        saved = MoveFileExA(newName.c_str(), fileName, moving | MOVEFILE_WRITE_THROUGH) != FALSE
+                    ? FileSaving::kDone
+                    : FileSaving::kNotPlaced;
+    }
+    if (saved != FileSaving::kDone) {
+        DeleteFileA(newName.c_str());
+    }
+    return saved;
+}
+
+} // namespace
+
+FileSaving replaceFile(const char* fileName, std::span<const std::byte> bytes) {
+    return saveWhole(fileName, bytes, MOVEFILE_REPLACE_EXISTING);
+}
+
+FileSaving makeWholeFile(const char* fileName, std::span<const std::byte> bytes) {
+    return saveWhole(fileName, bytes, 0);
+}
+
+bool flushFile(const char* fileName) {
+    const UniqueFile file{
+        CreateFileA(fileName, GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    return file && FlushFileBuffers(file.get()) != FALSE;
+}
+
+} // namespace torvane

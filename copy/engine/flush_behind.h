@@ -1,0 +1,48 @@
+#pragma once
+
+#include "base/transfer_outcome.h"
+
+#include <cstdint>
+#include <functional>
+#include <thread>
+
+namespace torvane {
+
+/// Blocks that are stored while the ones before them are brought onto the medium. With blocks of 32 MiB never more than
+/// 256 MiB wait for it, so that a job's end does not stand still on a slow medium.
+inline constexpr std::uint64_t kBlocksBetweenFlushes = 4;
+
+/// Brings what a job stores onto the medium as the job goes, on a thread of its own, one flush at a time. The job sees
+/// what it would see if it flushed itself between two blocks and asked at its end how that went. Where the system has
+/// no room for a thread, the job's own flushes. One thread at a time may use this.
+class FlushBehind {
+  public:
+    /// `flush` brings everything stored so far onto the medium; it may be called from another thread while the next
+    /// blocks are stored.
+    explicit FlushBehind(std::function<TransferOutcome()> flush) : flush_(std::move(flush)) {}
+    ~FlushBehind() { awaitFlush(); }
+    FlushBehind(const FlushBehind&) = delete;
+    FlushBehind& operator=(const FlushBehind&) = delete;
+
+    /// Tells how a block was stored. May begin a flush, once the one before it has ended.
+    void stored(TransferOutcome outcome);
+
+    /// Flushes the rest. Whole when everything that was stored is on the medium; otherwise how the first flush that
+    /// failed ended. `kNotReached` when the device was gone by its last block: then there is nobody to ask, and the
+    /// blocks' own outcomes have told it.
+    [[nodiscard]] TransferOutcome finish();
+
+  private:
+    void begin();
+    void awaitFlush();
+    void note(TransferOutcome outcome);
+
+    std::function<TransferOutcome()> flush_;
+    std::uint64_t waiting_ = 0; ///< blocks stored since the last flush began
+    bool gone_ = false;         ///< the device was gone when the last block was to be stored
+    TransferOutcome worst_ = TransferOutcome::kWhole;
+    TransferOutcome running_ = TransferOutcome::kWhole; ///< the thread's own until it was joined
+    std::thread thread_;
+};
+
+} // namespace torvane

@@ -1,0 +1,92 @@
+#include "state/day_log_file.h"
+
+#include "base/format.h"
+#include "base/owned_handle.h"
+#include "base/system_error.h"
+#include "base/whole_file.h"
+#include "state/log_file_line.h"
+#include "state/log_row.h"
+
+#include <windows.h>
+
+#include <utility>
+
+namespace torvane {
+
+namespace {
+
+/// Keeps other writers out for a scope. They all lock the same byte, one far behind any row, which lets readers
+/// through.
+class WriterLock {
+  public:
+    explicit WriterLock(HANDLE file) : file_(file) {
+        place_.OffsetHigh = MAXLONG;
+        locked_ = LockFileEx(file_, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place_) != FALSE;
+    }
+    ~WriterLock() {
+        if (locked_) {
+            UnlockFileEx(file_, 0, 1, 0, &place_);
+        }
+    }
+    WriterLock(const WriterLock&) = delete;
+    WriterLock& operator=(const WriterLock&) = delete;
+
+  private:
+    HANDLE file_;
+    OVERLAPPED place_{};
+    bool locked_ = false; // a file system that knows no locks: then the system's own appending has to do
+};
+
+// To append and nothing else: what is there already can never be written over. A lock asks for reading besides.
+UniqueFile openToAppend(const std::string& path) {
+    return UniqueFile{CreateFileA(path.c_str(), FILE_APPEND_DATA | FILE_READ_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr)};
+}
+
+/// NO_ERROR, or why not all of the text is in the file.
+DWORD writeText(HANDLE file, const std::string& text) {
+    DWORD written = 0;
+    if (WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr) == FALSE) {
+        return GetLastError();
+    }
+    return written == text.size() ? NO_ERROR : ERROR_DISK_FULL;
+}
+
+std::string lastLine(const LocalMoment& when) {
+    return logFileLine(makeLogRow("STATUS", when, "This file is full: no more rows are kept on this day"));
+}
+
+/// NO_ERROR also when the day's file is full, which its last row has told.
+DWORD appendLine(HANDLE file, const LocalMoment& when, std::string line, std::uint64_t mostBytes) {
+    const WriterLock lock(file);
+    const std::uint64_t size = sizeOfFile(file).value_or(0);
+    if (size >= mostBytes) {
+        return NO_ERROR;
+    }
+    if (size + line.size() >= mostBytes) {
+        line += lastLine(when);
+    }
+    if (const DWORD error = writeText(file, line); error != NO_ERROR) {
+        return error;
+    }
+    return FlushFileBuffers(file) != FALSE ? NO_ERROR : GetLastError();
+}
+
+} // namespace
+
+DayLogFile::DayLogFile(std::string folder, std::uint64_t mostBytes)
+    : folder_(std::move(folder)), mostBytes_(mostBytes) {}
+
+std::optional<std::string> DayLogFile::append(const LocalMoment& when, const LogRow& row) {
+    const std::string path = folder_ + '\\' + logFileName(when);
+    const UniqueFile file = openToAppend(path);
+    const DWORD error = file ? appendLine(file.get(), when, logFileLine(row), mostBytes_) : GetLastError();
+    if (error == NO_ERROR || failureTold_.exchange(true)) {
+        return std::nullopt;
+    }
+    return formatText("Could not WRITE event log file [%s]: %s Rows that it lacks stand in this list alone.",
+                      path.c_str(), systemErrorText(error).c_str());
+}
+
+} // namespace torvane
