@@ -360,6 +360,15 @@ TEST_F(Clone, ASourceThatWasUnpluggedCostsTheDestinationNothing) {
     }
 }
 
+TEST_F(Clone, ASourceThatWasReplacedByOneOfItsSizeCostsTheDestinationNothing) {
+    openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
+    bench_.swap(1);
+    expectChangedDrive("SOURCE");
+    EXPECT_EQ(run(runForwardClone), 0U);
+    expectNothingWasWritten();
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+}
+
 TEST_F(Clone, ADestinationThatWasUnpluggedIsNotCleaned) {
     openDrives(10 * kBlock, 10 * kBlock, "{}", kUsedDisk);
     bench_.unplug(2);

@@ -111,6 +111,17 @@ TEST_F(ImageToDrive, ADriveThatGoesWhileTheQuestionIsOpenIsNotCleaned) {
     EXPECT_FALSE(state().jobs.active());
 }
 
+TEST_F(ImageToDrive, ADriveThatTakesTheNumberWhileTheQuestionIsOpenIsNotCleaned) {
+    openDrive(5 * kBlock, 3 * kBlock);
+    user_.expectAskDefaultNo(kTooLarge, kTruncate, true, [this] { bench_.swap(2); });
+    user_.expectStop("***** DRIVE HAS CHANGED *****",
+                     "The DESTINATION is not the drive that was loaded any more, or it does not answer. Nothing was "
+                     "written. Load the drives again");
+    EXPECT_EQ(run(runImageToDrive), 0U);
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    EXPECT_THAT(bench_.log("request=write"), IsEmpty());
+}
+
 TEST_F(ImageToDrive, NobodyMayChangeTheImageMeanwhile) {
     openDrive(3 * kBlock, 3 * kBlock);
     display_.onStatus = [](std::string_view) {
