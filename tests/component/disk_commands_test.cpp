@@ -2,6 +2,7 @@
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/started_threads.h"
+#include "tests/support/recording_log_file.h"
 
 namespace torvane {
 namespace {
@@ -125,6 +126,20 @@ TEST_F(DiskCommands, WithoutDiskPartNothingIsCleanedAndThatIsSaid) {
     DriveRecord& disk = openDisk("", kSilent);
     user_.expectStop("****** DISK NOT CLEANED ******", "Disk 003 - Tarn N16 S1 has NOT been CLEANED");
     EXPECT_EQ(run(cleanDisk, disk), 0U);
+}
+
+TEST_F(DiskCommands, CleansAndReadOnlyChangesStandInTheDaysLog) {
+    DriveRecord& disk = openDisk();
+    const testing::RecordingLogFile file;
+    user_.expectInform("****** READ-ONLY SET ******", "Disk 003 - Tarn N16 S1 is now READ-ONLY");
+    EXPECT_EQ(run(setReadOnly, disk), 1U);
+    user_.expectStop("****** DISK NOT CLEANED ******", "Disk 003 - Tarn N16 S1 has NOT been CLEANED");
+    EXPECT_EQ(run(cleanDisk, disk), 0U);
+    EXPECT_THAT(file.messages("JOB"),
+                ElementsAre("Set Read-Only of disk 003 - Tarn N16 S1, 16777216 bytes begins",
+                            "Set Read-Only of disk 003 - Tarn N16 S1, 16777216 bytes ended: done",
+                            "Clean Disk of disk 003 - Tarn N16 S1, 16777216 bytes begins",
+                            "Clean Disk of disk 003 - Tarn N16 S1, 16777216 bytes ended: NOT done"));
 }
 
 TEST_F(DiskCommands, ADevicesTextsAreNoFormats) {
