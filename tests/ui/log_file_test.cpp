@@ -2,8 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <regex>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace torvane::driver {
 namespace {
