@@ -1,4 +1,5 @@
 #include "admin/disk_commands.h"
+#include "state/still_at_work.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/started_threads.h"
@@ -196,6 +197,7 @@ TEST_F(DiskCommands, AThreadThatCannotBeStartedChangesNothing) {
 TEST_F(DiskCommands, AChangeThatMayNotBeginAnyMoreChangesNothing) {
     DriveRecord& disk = openDisk();
     const JobClaim copy = begin(JobKind::kClone);
+    user_.expectStop("***** Working *****", stillAtWorkText(state().jobs.whyNot(JobKind::kDiskChange)));
     startCleanDisk(state(), disk);
     EXPECT_FALSE(testing::StartedThreads::any());
     EXPECT_THAT(events(), IsEmpty());
