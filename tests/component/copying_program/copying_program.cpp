@@ -11,6 +11,7 @@
 #include "copy/jobs/windows_copy_system.h"
 #include "discovery/physical_drive_probe.h"
 #include "state/app_state.h"
+#include "tests/support/recording_main_view.h"
 #include "ui/prompts.h"
 #include "workbench/bench_client.h"
 
@@ -98,6 +99,8 @@ constexpr Task kTasks[] = {
 };
 
 int runForEver(const Task& task) {
+    testing::RecordingMainView view;
+    const testing::ViewInstalled installed(appState(), view);
     Drives drives;
     while (drives.source && drives.destination) {
         std::optional<JobClaim> claim = appState().jobs.begin(task.kind);
