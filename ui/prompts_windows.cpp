@@ -41,7 +41,7 @@ bool ask(const char* caption, const char* text) {
 }
 
 bool askDefaultNo(const char* caption, const char* text) {
-    return show(caption, text, MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION) == IDYES;
+    return show(caption, text, MB_YESNO | MB_DEFBUTTON2) == IDYES;
 }
 
 } // namespace torvane::prompts

@@ -81,7 +81,7 @@ TEST_F(MonitoringToolTest, AReportOfAnEarlierScanIsReadWhereThisOneLeftNone) {
     loadDrives();
     EXPECT_THAT(log(), Contains("INVALID: Could not build [Drive Data File.txt]"));
     EXPECT_THAT(log(), Each(Not("ERROR: Could not load SMART [PHYS0.txt] File for Processing")));
-    clickAndExpectPanel(torvane(), {"SOUND", kStandardPanel, kFailingNeedles, "red", "Failing"});
+    clickAndExpectPanel(torvane(), {"Left over", kStandardPanel, kFailingNeedles, "red", "Failing"});
 }
 
 TEST_F(MonitoringToolTest, AnotherDrivesReportOfAnEarlierScanIsNotUsed) {

@@ -116,7 +116,7 @@ TEST_F(RaceTrackTest, CloneEndsAtTheTrophyAlsoWhereTheDestinationDoesAndTheNextB
     startOnto(dialog, "SMALL");
     dialog.awaitStatus(" Image Completed");
     expectTrack(dialog, trophy, car);
-    awaitDriveStatus("SMALL", "COMPLETED");
+    awaitDriveStatus("SMALL", "BAD 30 MB of the source not copied");
     EXPECT_EQ(content(3, 0, kSmallSize), noise(7, 0, kSmallSize));
     dialog.leave();
     const CopyDialogWindow next = openClone("SOURCE");

@@ -364,7 +364,10 @@ TEST_F(SilentDriveTest, DialogAndThenTheProgramMayGoWhileAReadIsInFlight) {
     EXPECT_EQ(readCount(), 12U) << "the read came to an end; nothing was shown here";
     // The records are in use until the read comes back.
     torvane().press(kLoadDrives);
-    expectNoBox();
+    expectStopBox("***** Working *****",
+                  "Still at work: a NIST Read Test.\n\nNothing was started. What was told to stop "
+                  "ends with the read, write or tool that it has under way. Please try again "
+                  "then.");
     EXPECT_EQ(torvane().driveList().rowCount(), 2);
     torvane().press(kExit);
     expectQuestion("***** Exiting Application *****", "You are about to EXIT TVN. Are you sure?", "Yes");
