@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -33,11 +34,24 @@ void emptyOutputFile() {
     }
 }
 
-/// Asks for the volume's key protectors. Nothing when the command or its output failed.
+bool outputFileHoldsSomething() {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    return GetFileAttributesExA(kOutputFileName, GetFileExInfoStandard, &data) != 0 &&
+           (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 && (data.nFileSizeHigh | data.nFileSizeLow) != 0;
+}
+
+/// Asks for the volume's key protectors. Nothing when the command or its output failed. One check at a time: one that
+/// its user has left goes on alone, and must not empty the file of the next.
 std::optional<BitLockerCheck> checkVolume(char letter, const BitLockerScratch& scratch) {
+    static std::mutex oneAtATime;
+    const std::scoped_lock lock(oneAtATime);
     const std::string command =
         formatText("powershell -windowstyle hidden (Get-BitLockerVolume -MountPoint %c).KeyProtector", letter);
     if (PARSE_BuildDataFile(kOutputFileName, command.c_str()) == 0) {
+        // One that was ended may have printed its keys before.
+        if (outputFileHoldsSomething()) {
+            emptyOutputFile();
+        }
         return std::nullopt;
     }
     const LoadedText output = PARSE_LoadFileIntoBuffer(kOutputFileName);

@@ -13,7 +13,7 @@ struct VolumeTable;
 //
 // A recovery password goes into the drive's record, and from there into the drive's report, into the scan dialog's list
 // and "BITLOCKER.db", and nowhere else: no log row ever holds one, and "BITLOCKER.txt", into which PowerShell printed
-// it, is emptied once it was read.
+// it, is emptied once it was read, or PowerShell was ended.
 
 /// The list of the scan dialog, rows counting from 0.
 class BitLockerRows {

@@ -116,6 +116,10 @@ DiskChange readOnlyOutcome(MainView& view, DriveRecord& drive, bool wanted) {
 
 /// None when the script could not be written.
 std::optional<DiskChange> runReadOnlyChange(MainView& view, DriveRecord& drive, const ReadOnlyChange& change) {
+    // An image file stands for no disk of the system: its number 0 is another disk's.
+    if (drive.recordKind == kRecordKindImageFile) {
+        return DiskChange::kNotMade;
+    }
     const DiskPartScript script = readOnlyScript(change, drive);
     const UniqueFile held = writeHeld(script);
     if (!held) {
@@ -137,20 +141,28 @@ DiskChange reportUncleaned(const DriveRecord& drive) {
 }
 
 /// The table as it is now. What is there is told from memory where nobody has looked since it was changed, so that one
-/// that should be empty is read anew from the disk before it is believed.
-std::optional<PartitionTable> tableAfterClean(const DriveRecord& drive, bool reportedCleaned) {
+/// that holds something is read anew from the disk before it is believed.
+std::optional<PartitionTable> tableAfterClean(const DriveRecord& drive) {
     const std::optional<PartitionTable> table = readPartitionTable(drive.handle);
-    if (!table || table->partitions == 0 || !reportedCleaned) {
+    if (!table || table->partitions == 0) {
         return table;
     }
     static_cast<void>(requestFromDevice(drive.handle, IOCTL_DISK_UPDATE_PROPERTIES, {}, {}));
     return readPartitionTable(drive.handle);
 }
 
+/// True for a table that a clean, whatever came of it, may have left: another one with partitions is another medium's.
+bool mayBeLeft(const std::optional<PartitionTable>& before, const std::optional<PartitionTable>& after) {
+    return !before || !after || after->partitions == 0 || nameSameDisk(*before, *after);
+}
+
 /// What came of a run of the clean; `reported` is what its output says, none when that could not be read.
-DiskChange cleanOutcome(DriveRecord& drive, const std::optional<PartitionTable>& before, std::optional<bool> reported) {
-    const std::optional<PartitionTable> after = tableAfterClean(drive, reported.value_or(false));
-    rememberPartitionTable(drive);
+DiskChange cleanOutcome(DriveRecord& drive, const std::optional<PartitionTable>& before,
+                        std::optional<CleanReport> reported) {
+    const std::optional<PartitionTable> after = tableAfterClean(drive);
+    if (mayBeLeft(before, after)) {
+        rememberPartitionTable(drive);
+    }
     if (!isStillTheProbedDisk(drive)) {
         return reportGoneDrive(drive);
     }
@@ -161,13 +173,13 @@ DiskChange cleanOutcome(DriveRecord& drive, const std::optional<PartitionTable>&
 }
 
 /// None when the results cannot be read. Without a whole run they are those of an earlier one.
-std::optional<bool> reportedCleaned(const DiskPartScript& script, bool ran) {
+std::optional<CleanReport> reportOfClean(const DiskPartScript& script, bool ran) {
     const LoadedText results = loadResults(script);
     if (!results) {
         LogEvent("ERROR", "Could nore LOAD [%s] to TEST for CLEAR", script.resultsFileName.c_str());
         return std::nullopt;
     }
-    return ran && reportsCleanedDisk(results.get());
+    return ran ? cleanReport(results.get()) : CleanReport::kNotRun;
 }
 
 DiskChange runClean(DriveRecord& drive) {
@@ -182,7 +194,7 @@ DiskChange runClean(DriveRecord& drive) {
         return refuseChangedDrive(drive);
     }
     const bool ran = runDiskPart(script);
-    return cleanOutcome(drive, before, reportedCleaned(script, ran));
+    return cleanOutcome(drive, before, reportOfClean(script, ran));
 }
 
 const char* endText(DiskChange end) {
@@ -222,10 +234,6 @@ std::int32_t DP_ClearReadOnly(MainView& view, DriveRecord& drive) {
 }
 
 DiskChange changeReadOnly(MainView& view, DriveRecord& drive, bool wanted) {
-    // An image file stands for no disk of the system: its number 0 is another disk's.
-    if (drive.recordKind == kRecordKindImageFile) {
-        return DiskChange::kNotMade;
-    }
     return logged(wanted ? "Set Read-Only" : "Clear Read-Only", drive, [&] {
         return runReadOnlyChange(view, drive, wanted ? kSetReadOnly : kClearReadOnly).value_or(DiskChange::kNotMade);
     });

@@ -28,9 +28,9 @@ enum class DiskChange {
 /// read, 0 on a failure.
 int DP_TestReadOnly(MainView& view, DriveRecord& drive);
 
-/// Sets or clears the drive's read-only attribute, refreshes `drive.readOnly` as DP_TestReadOnly does, then from what
-/// the system tells, and returns it; 0 when the script could not be written. Two of the program's named operations; no
-/// command calls them.
+/// Sets or clears the drive's read-only attribute (never an image file's), refreshes `drive.readOnly` as
+/// DP_TestReadOnly does, then from what the system tells, and returns it; 0 when the script could not be written. Two
+/// of the program's named operations; no command calls them.
 std::int32_t DP_SetReadOnly(MainView& view, DriveRecord& drive);
 std::int32_t DP_ClearReadOnly(MainView& view, DriveRecord& drive);
 
@@ -44,7 +44,8 @@ int DP_CleanDisk(DriveRecord& drive);
 
 /// What it does, for whoever needs to know why not. Made is what leaves no partition in the drive's table, or what
 /// diskpart reports to be done where the drive does not tell its table. After a run, whatever came of it, the table
-/// that is there is the drive's own.
+/// that is there is the drive's own; but one with partitions that names another disk is a medium's that was put in
+/// meanwhile.
 DiskChange cleanDrive(DriveRecord& drive);
 
 /// For a box that says that the drive has changed: what was done to it, without a full stop. Null for the other ends.

@@ -61,17 +61,24 @@ MountStatus mountStatusAfterScrub(const char* results) {
     return mountStatusInLine(line);
 }
 
-bool reportsCleanedDisk(const char* results) {
+CleanReport cleanReport(const char* results) {
     std::array<char, 1024> line{};
-    return PARSE_FindLine(results, line, "succeeded") >= 0;
+    if (PARSE_FindLine(results, line, "succeeded") >= 0) {
+        return CleanReport::kSucceeded;
+    }
+    const bool english = PARSE_FindLine(results, line, "is now the selected disk") >= 0;
+    return english || *results == '\0' ? CleanReport::kRefused : CleanReport::kOtherLanguage;
 }
 
 bool wasCleaned(const std::optional<PartitionTable>& before, const std::optional<PartitionTable>& after,
-                bool reported) {
-    if (!after) {
-        return reported;
+                CleanReport reported) {
+    if (reported == CleanReport::kNotRun) {
+        return false;
     }
-    return after->partitions == 0 && (reported || (before && *before != *after));
+    if (!after) {
+        return reported == CleanReport::kSucceeded;
+    }
+    return after->partitions == 0 && (reported != CleanReport::kRefused || (before && *before != *after));
 }
 
 } // namespace torvane

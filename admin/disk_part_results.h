@@ -22,14 +22,21 @@ namespace torvane {
 /// `kMountingUndetermined`.
 [[nodiscard]] MountStatus mountStatusAfterScrub(const char* results);
 
-/// True when "clean" reports that it succeeded.
-[[nodiscard]] bool reportsCleanedDisk(const char* results);
+/// What a run of "clean" tells of itself.
+enum class CleanReport {
+    kNotRun,        ///< not to its end
+    kSucceeded,     ///< in as many words
+    kRefused,       ///< English without them, or nothing at all
+    kOtherLanguage, ///< diskpart prints in the language of the system
+};
+
+[[nodiscard]] CleanReport cleanReport(const char* results);
 
 /// True when a run of "clean" has cleaned the disk, by the tables that the disk told before and after it (none: it does
-/// not tell) and by what diskpart reports, which is English on an English Windows alone. Without a table the report
-/// decides. With one, partitions that are left are the proof that nothing was cleaned; where none are, either the
-/// report or a table that is another than before is the proof that it was.
+/// not tell) and by what diskpart reports. A run that did not come to its end never has. Without a table the report
+/// decides. With one, partitions that are left are the proof that nothing was cleaned; where none are, it was, unless
+/// diskpart says in English that it refused, and the table is none but the one before.
 [[nodiscard]] bool wasCleaned(const std::optional<PartitionTable>& before, const std::optional<PartitionTable>& after,
-                              bool reported);
+                              CleanReport reported);
 
 } // namespace torvane

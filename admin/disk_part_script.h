@@ -15,8 +15,9 @@ struct DiskPartScript {
 };
 
 /// Writes the script, and keeps everybody from writing to it as long as the result lives: until diskpart has ended.
-/// Another Torvane in the same folder writes scripts of the same names. Null when the file does not hold the script's
-/// text then; without a log row.
+/// Another Torvane in the same folder writes scripts of the same names. Readers that share reading are let in, diskpart
+/// among them: it opens the scripts of cleans, which were always held so, without asking for more. Null when the file
+/// does not hold the script's text then; without a log row.
 [[nodiscard]] UniqueFile writeHeld(const DiskPartScript& script);
 
 /// Runs "diskpart /s <script>" into the results file, and waits for its end. False, after the command runner's log row,

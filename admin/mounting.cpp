@@ -137,17 +137,25 @@ void showEnableOutcome(std::int32_t mountStatus) {
     }
 }
 
-} // namespace
-
-std::int32_t DP_GetMountStatus(AppState& state) {
+/// What DP_GetMountStatus gives, 0 after a failure; none when the user has not waited for it.
+std::optional<std::int32_t> awaitMountStatus(AppState& state) {
     const auto results = std::make_shared<LoadedText>();
-    if (!waiting::run("diskpart", [results] { *results = queryDiskPart(statusQuery()); }) || !*results) {
+    if (!waiting::run("diskpart", [results] { *results = queryDiskPart(statusQuery()); })) {
+        return std::nullopt;
+    }
+    if (!*results) {
         return 0;
     }
     const MountStatus status = mountStatusInReport(results->get());
     state.mountStatus = status;
     state.view->redrawDriveList();
     return status;
+}
+
+} // namespace
+
+std::int32_t DP_GetMountStatus(AppState& state) {
+    return awaitMountStatus(state).value_or(0);
 }
 
 DWORD DP_DisableMountingWorker(AppState& state, JobClaim& claim) {
@@ -163,7 +171,11 @@ bool startEnableMounting(AppState& state) {
 }
 
 void onDisableMounting(AppState& state) {
-    if (DP_GetMountStatus(state) == kMountingDisabled &&
+    const std::optional<std::int32_t> status = awaitMountStatus(state);
+    if (!status) {
+        return;
+    }
+    if (*status == kMountingDisabled &&
         !prompts::ask("***** MOUNTING DISABLED -- REBOOT *****",
                       "Mounting Status is already DISABLED. If not working TRY REBOOTING for mounting status change to "
                       "register. Continue DISABLE anyway?")) {
@@ -179,14 +191,17 @@ void onDisableMounting(AppState& state) {
 }
 
 void onEnableMounting(AppState& state) {
-    const std::int32_t status = DP_GetMountStatus(state);
-    if (status == kMountingEnabled &&
+    const std::optional<std::int32_t> status = awaitMountStatus(state);
+    if (!status) {
+        return;
+    }
+    if (*status == kMountingEnabled &&
         !prompts::ask("***** MOUNTING ENABLED -- REBOOT *****",
                       "Mounting Status is already ENABLED. If not working TRY REBOOTING for mounting status change to "
                       "register. Continue ENABLE anyway?")) {
         return;
     }
-    if (status == 0 && !state.jobs.atWork().contains(JobKind::kMounting)) {
+    if (*status == 0 && !state.jobs.atWork().contains(JobKind::kMounting)) {
         // What is stored is an earlier change's outcome, and not to be told as this one's.
         state.mountStatus = kMountingUndetermined;
     }

@@ -25,8 +25,9 @@ DWORD DP_EnableMountingWorker(AppState& state, JobClaim& claim);
 /// Starts the thread that enables automatic mounting, for whoever tells the outcome himself.
 bool startEnableMounting(AppState& state);
 
-/// The commands "Disable Drive Mounting" and "Enable Drive Mounting", on the window's thread: each starts its worker
-/// and its timer, which reports the outcome. When the worker fails, its thread shows a box at once that says at what,
+/// The commands "Disable Drive Mounting" and "Enable Drive Mounting", on the window's thread: each asks for the
+/// status, then starts its worker and its timer, which reports the outcome; a user who leaves while it asks starts
+/// nothing. When the worker fails, its thread shows a box at once that says at what,
 /// and how to lower the flag that it left up; the disable command's timer has nothing to report then and stops.
 void onDisableMounting(AppState& state);
 void onEnableMounting(AppState& state);

@@ -20,13 +20,17 @@ namespace {
 // DISK_GEOMETRY_EX: 24 bytes of DISK_GEOMETRY, the 64-bit size, and the first byte of what may follow.
 constexpr std::size_t kGeometryBytes = 33;
 
-/// N of "\\.\PhysicalDriveN". None when the device does not answer.
+/// N of "\\.\PhysicalDriveN". None when the device does not answer, GetLastError telling why.
 std::optional<std::int32_t> readDeviceNumber(NativeHandle device) {
     // STORAGE_DEVICE_NUMBER: device type, device number, partition number, 32 bits each.
     constexpr std::size_t kNumberOffset = 4;
     std::array<std::uint8_t, sizeof(STORAGE_DEVICE_NUMBER)> buffer{};
     const auto answer = requestFromDevice(device, IOCTL_STORAGE_GET_DEVICE_NUMBER, {}, buffer);
-    if (!answer || answer->size() < buffer.size()) {
+    if (!answer) {
+        return std::nullopt;
+    }
+    if (answer->size() < buffer.size()) {
+        SetLastError(ERROR_INVALID_DATA);
         return std::nullopt;
     }
     return static_cast<std::int32_t>(loadLe32(*answer, kNumberOffset));
@@ -45,33 +49,61 @@ std::optional<std::uint32_t> readMediaChanges(NativeHandle device) {
     return answer && answer->size() == buffer.size() ? std::optional(loadLe32(*answer, 0)) : std::nullopt;
 }
 
-bool answersAsTheProbed(const DriveRecord& drive) {
+/// What the disk is asked for.
+enum class Use {
+    kDestination, ///< will be changed: all has to be told again
+    kSource,      ///< will be read: it may be failing
+};
+
+bool hasTheProbedNumber(const DriveRecord& drive, Use use) {
+    if (const auto number = readDeviceNumber(drive.handle)) {
+        return *number == drive.driveNumber;
+    }
+    const DWORD error = GetLastError();
+    const bool unknownRequest = error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
+    return use == Use::kSource && unknownRequest;
+}
+
+bool hasTheProbedSize(const DriveRecord& drive) {
     const auto geometry = readDiskGeometry(drive.handle);
-    return readDeviceNumber(drive.handle) == drive.driveNumber && geometry && geometry->sizeBytes == drive.sizeBytes;
+    return geometry && geometry->sizeBytes == drive.sizeBytes;
 }
 
 bool isTheProbedDevice(const DriveRecord& drive) {
     return !drive.device.descriptor || isSameDevice(drive.device, readStorageDevice(drive.handle));
 }
 
+/// A disk that was never initialised has a table without a name.
+bool namesItsDisk(const PartitionTable& table) {
+    return table.mbrSignature != 0 || table.gptDiskId != PartitionTable{}.gptDiskId;
+}
+
 // What was never told is not asked for.
-bool holdsTheProbedMedium(const DriveRecord& drive, FoundAgain worst) {
+bool holdsTheProbedMedium(const DriveRecord& drive, Use use) {
+    const FoundAgain worst = use == Use::kSource ? FoundAgain::kNotTold : FoundAgain::kSame;
     const std::optional<std::uint32_t>& changes = drive.device.mediaChanges;
-    if (changes && findAgain(changes, readMediaChanges(drive.handle)) > worst) {
+    // First, since the driver may find only then that its medium was changed, and with it the table.
+    const FoundAgain count = changes ? findAgain(changes, readMediaChanges(drive.handle)) : FoundAgain::kSame;
+    const bool mayBeAnother = count > worst;
+    if (mayBeAnother && use == Use::kDestination) {
         return false;
     }
     const std::optional<PartitionTable> table = drive.partitionTable.get();
-    return !table || findAgain(table, readPartitionTable(drive.handle)) <= worst;
+    const FoundAgain found = table ? findAgain(table, readPartitionTable(drive.handle)) : FoundAgain::kSame;
+    if (mayBeAnother) {
+        return table && namesItsDisk(*table) && found == FoundAgain::kSame;
+    }
+    return found <= worst;
 }
 
-/// True when the record's handle reaches the disk that was probed, and the medium that it then had. `worst`: as what
-/// the medium may be found at most.
-bool isStillTheProbed(const DriveRecord& drive, FoundAgain worst) {
+/// True when the record's handle reaches the disk that was probed, and the medium that it then had.
+bool isStillTheProbed(const DriveRecord& drive, Use use) {
     if (drive.recordKind == kRecordKindImageFile) {
         return true;
     }
     // The medium first: its driver may find only then that it was changed, and with it the size.
-    return holdsTheProbedMedium(drive, worst) && answersAsTheProbed(drive) && isTheProbedDevice(drive);
+    return holdsTheProbedMedium(drive, use) && hasTheProbedNumber(drive, use) && hasTheProbedSize(drive) &&
+           isTheProbedDevice(drive);
 }
 
 } // namespace
@@ -100,16 +132,15 @@ std::optional<PartitionTable> readPartitionTable(NativeHandle device) {
 }
 
 bool isStillTheProbedDisk(const DriveRecord& drive) {
-    return isStillTheProbed(drive, FoundAgain::kSame);
+    return isStillTheProbed(drive, Use::kDestination);
 }
 
 bool isStillTheProbedSource(const DriveRecord& drive) {
-    return isStillTheProbed(drive, FoundAgain::kNotTold);
+    return isStillTheProbed(drive, Use::kSource);
 }
 
-void rememberMedium(DriveRecord& drive) {
+void rememberMediaChanges(DriveRecord& drive) {
     drive.device.mediaChanges = readMediaChanges(drive.handle);
-    rememberPartitionTable(drive);
 }
 
 void rememberPartitionTable(DriveRecord& drive) {

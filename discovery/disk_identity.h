@@ -23,15 +23,16 @@ namespace torvane {
 [[nodiscard]] bool isStillTheProbedDisk(const DriveRecord& drive);
 
 /// The same of a drive that is only read: it may have failed so far that its partition table and media changes are not
-/// told any more.
+/// told any more. A higher count is no proof against a partition table that names the disk and is the same, since the
+/// resets of a failing drive raise it as well; and a number that its driver never tells is not compared.
 [[nodiscard]] bool isStillTheProbedSource(const DriveRecord& drive);
 
-/// The scan's part: keeps what tells the medium that now is in a probed drive from others, its partition table and the
-/// count of media changes, as far as the drive tells them.
-void rememberMedium(DriveRecord& drive);
+/// The scan's part, after the last request that it sends to a probed drive: keeps the count of media changes, as far as
+/// the drive tells it.
+void rememberMediaChanges(DriveRecord& drive);
 
-/// From now on the partition table that the drive holds is its own: called by whoever has changed it (a clean, a copy
-/// onto the drive, whole or not). The medium has to be the one that it was.
+/// From now on the partition table that the drive holds is its own: called by the scan, and by whoever has changed it
+/// (a clean, a copy onto the drive, whole or not). The medium has to be the one that it was.
 void rememberPartitionTable(DriveRecord& drive);
 
 } // namespace torvane

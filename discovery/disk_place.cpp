@@ -57,12 +57,25 @@ std::wstring join(std::wstring folder, std::wstring_view rest) {
 
 DiskPlace placeAfter(const std::wstring& path, VolumeSystem& system, int hops);
 
+/// True for two files that are one, as far as size and last write tell: a file that is reached through a share of FAT
+/// or exFAT has no index that the volume knows.
+bool lookAlike(const std::wstring& one, const std::wstring& other, VolumeSystem& system) {
+    const auto first = system.identityOf(one);
+    const auto second = first ? system.identityOf(other) : std::nullopt;
+    return second && first->size == second->size && first->lastWrite == second->lastWrite;
+}
+
 DiskPlace placeOnShare(const std::wstring& path, VolumeSystem& system, int hops) {
     constexpr std::size_t kServerAt = 2;
     const std::wstring server = partAt(path, kServerAt);
     const std::wstring share = partAt(path, kServerAt + server.size() + 1);
     const auto folder = system.sharedFolder(server, share);
     if (!folder) {
+        // The server may be this computer under an alias or its address in the network.
+        const std::wstring here = L"\\\\localhost" + path.substr(kServerAt + server.size());
+        if (hops < kMaximumHops && system.sharedFolder(L"localhost", share) && lookAlike(path, here, system)) {
+            return placeOnShare(here, system, hops + 1);
+        }
         return {.kind = DiskPlace::Kind::kOnNoDisk, .disks = {}};
     }
     if (folder->empty()) {

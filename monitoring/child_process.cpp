@@ -1,7 +1,5 @@
 #include "monitoring/child_process.h"
 
-#include "monitoring/system_tool.h"
-
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -74,13 +72,14 @@ UniqueHandle makeGroup(HANDLE process) {
 
 } // namespace
 
-ChildProcess::ChildProcess(const char* commandLine, HANDLE output, bool watched) {
-    const std::string application = systemToolPath(commandLine);
+ChildProcess::ChildProcess(const std::string& application, const char* commandLine, HANDLE output, bool watched) {
+    // What is watched does nothing before it belongs to its group, so that all it starts belongs to it, too.
+    const DWORD suspended = watched ? CREATE_SUSPENDED : 0;
     std::string ownCommandLine(commandLine); // CreateProcess may write into its argument
     StartUp startUp(output);
     PROCESS_INFORMATION child{};
     if (CreateProcessA(application.empty() ? nullptr : application.c_str(), ownCommandLine.data(), nullptr, nullptr,
-                       TRUE, startUp.flags(), nullptr, nullptr, startUp.record(), &child) == FALSE) {
+                       TRUE, startUp.flags() | suspended, nullptr, nullptr, startUp.record(), &child) == FALSE) {
         return;
     }
     process_.reset(child.hProcess);

@@ -12,9 +12,9 @@ namespace torvane {
 class ChildProcess {
   public:
     /// Starts the command without a window, its output and errors going to `output`, which must be inheritable, and its
-    /// input being empty; of our handles it inherits that one alone. `watched`: see above. Not started: it is false
-    /// then.
-    ChildProcess(const char* commandLine, HANDLE output, bool watched);
+    /// input being empty; of our handles it inherits that one alone. `application`: the program's path; empty when the
+    /// command line names it. `watched`: see above. Not started: it is false then.
+    ChildProcess(const std::string& application, const char* commandLine, HANDLE output, bool watched);
     ChildProcess() = default;
     ChildProcess(ChildProcess&&) = default;
     ChildProcess& operator=(ChildProcess&&) = default;

@@ -4,6 +4,7 @@
 #include "base/tool_watch.h"
 #include "base/whole_file.h"
 #include "monitoring/child_process.h"
+#include "monitoring/system_tool.h"
 #include "state/event_log.h"
 
 #include <chrono>
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <mutex>
 #include <optional>
+#include <string>
 
 namespace torvane {
 namespace {
@@ -36,11 +38,12 @@ struct RunningCommand {
 /// Only the child of this command inherits its output file, also where the system cannot be told so: one that is
 /// started at the same moment by another thread does not, and so cannot keep the file open.
 RunningCommand startInto(const char* outputFileName, const char* commandLine, bool watched) {
+    const std::string application = systemToolPath(commandLine); // before the lock, as it may log
     static std::mutex oneAtATime;
     const std::scoped_lock lock(oneAtATime);
     RunningCommand command{.output = createInheritableFile(outputFileName), .process = {}};
     if (command.output) {
-        command.process = ChildProcess(commandLine, command.output.get(), watched);
+        command.process = ChildProcess(application, commandLine, command.output.get(), watched);
         SetHandleInformation(command.output.get(), HANDLE_FLAG_INHERIT, 0);
     }
     return command;

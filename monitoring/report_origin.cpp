@@ -24,7 +24,9 @@ ReportOrigin originOfReport(const SmartScanState& scan, int driveNumber, std::ui
             return ReportOrigin::kEarlierScan;
         }
     }
-    return written + kCoarsestFileTime < scan.started ? ReportOrigin::kEarlierScan : ReportOrigin::kUnclear;
+    // One of the future was made while the clock was ahead.
+    const bool young = written + kCoarsestFileTime >= scan.started && written <= scan.started + kCoarsestFileTime;
+    return young ? ReportOrigin::kUnclear : ReportOrigin::kEarlierScan;
 }
 
 bool isReportOf(const DeviceIdentity& device, ReportOrigin origin, std::string_view reportedSerial) {

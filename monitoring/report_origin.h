@@ -13,7 +13,7 @@ struct SmartScanState;
 enum class ReportOrigin {
     kThisScan,
     kEarlierScan,
-    kUnclear, ///< not made by this program, and too young to be called older than the scan
+    kUnclear, ///< not made by this program, and written too close to the scan's start to be called older
 };
 
 /// `written`: the file's last write, as FILETIME.

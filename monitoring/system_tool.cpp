@@ -63,7 +63,8 @@ std::string currentFolder() {
 /// True the first time that it is asked about the path.
 bool isNews(const std::string& path) {
     static std::mutex mutex;
-    static std::set<std::string> named;
+    // Never destroyed: a thread may still start a tool while the program ends.
+    static std::set<std::string>& named = *new std::set<std::string>;
     const std::scoped_lock lock(mutex);
     return named.insert(path).second;
 }

@@ -56,8 +56,10 @@ void probeAllDrives(AppState& state, ScanWatch& watch) {
         DriveRecordPtr& slot = state.scan.drives[static_cast<std::size_t>(state.scan.driveCount)];
         slot = ProbePhysicalDrive(driveNumber);
         if (slot) {
-            rememberMedium(*slot);
+            rememberPartitionTable(*slot);
             readMonitoringData(state, watch, *slot, driveNumber);
+            // Last: a driver may count what the drive is asked for its monitoring data as a change of its medium.
+            rememberMediaChanges(*slot);
             ++state.scan.driveCount;
         }
     }

@@ -50,7 +50,6 @@ bool clean(const CopyJob& job) {
     job.system.setDriveStatus(destination, "Cleaning disk");
     job.display.setStatus(" Status: Cleaning the destination");
     if (job.system.cleanDisk(destination)) {
-        job.system.rememberPartitionTable(destination);
         job.display.setStatus(" Status: Idle");
         return isDestinationUnchanged(job, "It was cleaned before, nothing else was written");
     }

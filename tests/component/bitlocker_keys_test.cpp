@@ -1,4 +1,5 @@
 #include "base/owned_handle.h"
+#include "base/tool_watch.h"
 #include "tests/component/bitlocker_bench.h"
 #include "tests/component/import_patched.h"
 
@@ -212,6 +213,29 @@ TEST_F(BitLockerKeys, OthersMayReadTheFileMeanwhile) {
                                         FILE_ATTRIBUTE_NORMAL, nullptr)};
     ASSERT_TRUE(reader);
     EXPECT_EQ(BL_AppendRecord(entryOf("1-1", 'D')), 1);
+}
+
+/// Has enough of a PowerShell that has printed a key.
+class EnoughOfAKey : public ToolWatch {
+  public:
+    [[nodiscard]] bool mayBegin() override { return true; }
+    [[nodiscard]] bool mayGoOn(const ToolAtWork&) override {
+        writeFile("BITLOCKER.txt", "RecoveryPassword : 1-1\r\n");
+        return false;
+    }
+};
+
+TEST_F(BitLockerKeys, WhatAPowershellPrintedThatWasEndedIsEmptiedToo) {
+    addDrive(0, volume('D', unlocked("1-1")));
+    describePowershell(std::string(R"({"delayMilliseconds": )") + testing::kUntilToldToHurry + "}");
+    open();
+    EnoughOfAKey watch;
+    const ToolWatchScope watched(watch);
+    BL_SaveRecoveryKeys(state().scan);
+    ASSERT_TRUE(std::filesystem::exists("BITLOCKER.txt"));
+    EXPECT_EQ(readFile("BITLOCKER.txt"), "");
+    EXPECT_THAT(events(),
+                ElementsAre("ERROR: PARSE_BuildDataFile: [BITLOCKER.txt] TERMINATED before the tool was done"));
 }
 
 TEST_F(BitLockerKeys, APasswordStandsNowhereElse) {

@@ -435,6 +435,16 @@ TEST_F(CommandRunner, AWatchedToolIsEndedWithWhatItStartedAndNoOtherBegins) {
                                    "ERROR: PARSE_BuildDataFile: [second.txt] TERMINATED before the tool was done"));
 }
 
+TEST_F(CommandRunner, AWatchedToolIsResumedOnceItBelongsToItsGroup) {
+    PatientUntil watch("never.txt");
+    const ToolWatchScope watched(watch);
+    const testing::ImportPatched watchedProcesses(__imp_CreateProcessA, &watchedCreateProcess);
+    realCreateProcess = watchedProcesses.original();
+    EXPECT_EQ(run("out:x"), 1);
+    EXPECT_EQ(seenProcess.flags, 0x08080004U) << "no window, a list of what is inherited, and suspended";
+    EXPECT_EQ(readFile("output.txt"), "x");
+}
+
 TEST_F(CommandRunner, WhatAWatchedToolStartedOutlivesAToolThatEndedByItself) {
     PatientUntil watch("never.txt");
     const ToolWatchScope watched(watch);

@@ -18,8 +18,14 @@ class DiskIdentity : public testing::CopyBench {
     DriveRecord& openDisk(const std::string& more = "") {
         bench_.addDrive(R"({"number": 3, "bus": "nvme", "size": "16 MiB")" + more + "}");
         DriveRecord& disk = drive(3);
-        rememberMedium(disk); // as the scan does
+        rememberMedium(disk);
         return disk;
+    }
+
+    /// As the scan does.
+    static void rememberMedium(DriveRecord& disk) {
+        rememberPartitionTable(disk);
+        rememberMediaChanges(disk);
     }
 
     /// An MBR with that signature on drive 3, past the program: `file` is its content's.
@@ -115,6 +121,37 @@ TEST_F(DiskIdentity, AnotherCardOfEqualSizeIsNotItsMedium) {
     EXPECT_FALSE(isStillTheProbedSource(disk));
     bench_.swap(3);
     EXPECT_FALSE(isStillTheProbedDisk(disk)) << "whatever happened to it meanwhile";
+}
+
+TEST_F(DiskIdentity, AHigherCountIsNoProofAgainstASourceWhoseTableNamesIt) {
+    putMbr(0x11111111);
+    putMbr(0x11111111, "drive3-swapped.img");
+    const DriveRecord& disk = openDisk(kReader);
+    bench_.swap(3);
+    EXPECT_TRUE(isStillTheProbedSource(disk)) << "its resets are counted, too";
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+    putMbr(0x22222222, "drive3-swapped.img");
+    EXPECT_FALSE(isStillTheProbedSource(disk));
+}
+
+TEST_F(DiskIdentity, AHigherCountDecidesOfASourceWhoseTableHasNoName) {
+    putMbr(0);
+    putMbr(0, "drive3-swapped.img");
+    const DriveRecord& disk = openDisk(kReader);
+    EXPECT_TRUE(isStillTheProbedSource(disk));
+    bench_.swap(3);
+    EXPECT_FALSE(isStillTheProbedSource(disk));
+}
+
+TEST_F(DiskIdentity, ANumberThatTheDriverNeverTellsIsNotAskedOfASource) {
+    const DriveRecord& disk = openDisk(faultOf("IOCTL_STORAGE_GET_DEVICE_NUMBER", "ERROR_INVALID_FUNCTION", 0));
+    EXPECT_TRUE(isStillTheProbedSource(disk));
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+}
+
+TEST_F(DiskIdentity, ASourceThatFailsToTellItsNumberIsNot) {
+    const DriveRecord& disk = openDisk(faultOf("IOCTL_STORAGE_GET_DEVICE_NUMBER", "ERROR_IO_DEVICE", 0));
+    EXPECT_FALSE(isStillTheProbedSource(disk));
 }
 
 TEST_F(DiskIdentity, AnotherPartitionTableIsNotItsOwn) {

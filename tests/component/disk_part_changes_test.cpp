@@ -1,8 +1,15 @@
 #include "admin/disk_part.h"
+#include "base/bytes.h"
 #include "discovery/disk_identity.h"
 #include "tests/component/copy_bench.h"
 #include "ui/owned.h"
 
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <span>
+#include <string>
 #include <thread>
 
 namespace torvane {
@@ -38,6 +45,19 @@ class DiskPartChanges : public testing::CopyBench {
         bench_.hurry();
         working.join();
         return end;
+    }
+    /// Writes an MBR with one partition before the bench opens.
+    static void putPartitionedMbr(std::uint32_t signature, const char* file) {
+        std::array<std::uint8_t, 512> sector{};
+        storeLe(std::span(sector), 440, signature);
+        sector[446 + 4] = 7;                         // type of the first entry
+        storeLe(std::span(sector), 446 + 8, 2048U);  // first sector
+        storeLe(std::span(sector), 446 + 12, 4096U); // sectors
+        sector[510] = 0x55;
+        sector[511] = 0xAA;
+        std::filesystem::create_directories("bench\\backing");
+        std::ofstream content(std::string("bench\\backing\\") + file, std::ios::binary);
+        content.write(reinterpret_cast<const char*>(sector.data()), sector.size());
     }
     void expectNothingRun() const { EXPECT_THAT(bench_.log("request=start"), IsEmpty()); }
 
@@ -185,6 +205,9 @@ TEST_F(DiskPartChanges, AnImageFilesAttributeIsNeverChanged) {
     disk.driveNumber = 0;
     EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kNotMade);
     EXPECT_EQ(changeReadOnly(view_, disk, false), DiskChange::kNotMade);
+    DP_SetReadOnly(view_, disk);
+    DP_ClearReadOnly(view_, disk);
+    EXPECT_FALSE(std::filesystem::exists("ScriptReadOnly.txt"));
     EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
 }
 
@@ -268,6 +291,33 @@ TEST_F(DiskPartChanges, ACleanThatIsToldInAnotherLanguageIsOne) {
     EXPECT_EQ(cleanDrive(disk), DiskChange::kMade);
     EXPECT_THAT(events(), IsEmpty());
     EXPECT_TRUE(isStillTheProbedDisk(disk)) << "the empty table is the drive's own now";
+}
+
+TEST_F(DiskPartChanges, ABlankDiskIsCleanedInAnotherLanguageToo) {
+    DriveRecord& disk = openDisk("", acting("Der Datentr\\u00e4ger wurde bereinigt.\\r\\n"));
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kMade);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPartChanges, ACardThatIsPutInDuringTheCleanDoesNotBecomeTheDrive) {
+    putPartitionedMbr(0x11111111, "drive3.img");
+    putPartitionedMbr(0x22222222, "drive3-swapped.img");
+    // The reader does not count its media.
+    DriveRecord& disk = openDisk(
+        R"(, "removable": true,
+            "faults": {"requests": [{"request": "IOCTL_STORAGE_CHECK_VERIFY", "error": "ERROR_INVALID_FUNCTION"}]})",
+        R"({"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
+            R"(, "output": "Disk 3 is now the selected disk.\r\nDiskPart succeeded in cleaning the disk.\r\n"})");
+    rememberPartitionTable(disk);
+    DiskChange end = DiskChange::kMade;
+    std::thread cleaning([&] { end = cleanDrive(disk); });
+    EXPECT_TRUE(bench_.awaitLog("request=start"));
+    bench_.swap(3);
+    bench_.hurry();
+    cleaning.join();
+    EXPECT_EQ(end, DiskChange::kDriveLost);
+    EXPECT_EQ(events().back(), kGone);
+    EXPECT_EQ(disk.partitionTable.get()->mbrSignature, 0x11111111U);
 }
 
 TEST_F(DiskPartChanges, ACleanThatLeavesTheTableIsNoneWhateverDiskPartReports) {

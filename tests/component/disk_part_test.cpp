@@ -7,6 +7,7 @@
 #include "tests/component/patience_gone.h"
 #include "tests/component/started_threads.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/direct_waiting.h"
 #include "tests/support/recording_main_view.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -283,6 +284,20 @@ TEST_F(DiskPart, TheDriveListIsRedrawnByTheStatusCheckAndByEitherWorker) {
     awaitWorker();
     EXPECT_THAT(view_.calls(), UnorderedElementsAre("redraw drives", "redraw drives", "redraw drives", "redraw drives",
                                                     "start timer 3001 500"));
+}
+
+TEST_F(DiskPart, WhoLeavesWhileTheStatusIsAskedForChangesNothing) {
+    openBench();
+    state().mountStatus = kMountingEnabled;
+    const testing::LeavingUser leaving;
+    onDisableMounting(state());
+    onEnableMounting(state());
+    EXPECT_TRUE(state().jobs.atWork().empty());
+    EXPECT_FALSE(testing::StartedThreads::any());
+    EXPECT_THAT(diskpartRuns(), IsEmpty());
+    EXPECT_THAT(view_.timers(), IsEmpty());
+    EXPECT_EQ(state().mountStatus, 1001);
+    EXPECT_EQ(DP_GetMountStatus(state()), 0);
 }
 
 // A status check that fails tells 0, which is neither "disabled" nor "enabled": nothing is asked, and the worker tries.

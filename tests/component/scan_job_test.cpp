@@ -214,7 +214,12 @@ TEST_F(ScanJob, TerminatingEndsAToolThatNeverEndsAndTheScanEndsWithWhatItHas) {
     describeHeldDiskpart();
     bench_.open();
     loadDrives();
-    EXPECT_TRUE(waitFor([this] { return !bench_.log("request=start").empty() && state().scan.stage == 2; }));
+    // Not the first start in the log: that is of the tool that lists the devices.
+    EXPECT_TRUE(waitFor([this] {
+        const auto starts = bench_.log("request=start");
+        return std::any_of(starts.begin(), starts.end(),
+                           [](const std::string& row) { return row.find("diskpart") != std::string::npos; });
+    }));
     // The test lets nothing go: it is the scan that ends the tool.
     state().jobs.askToStop();
     awaitScan();
@@ -471,6 +476,21 @@ TEST_F(ScanJob, ARecordKeepsWhatItsDriveTold) {
     EXPECT_EQ(drive(0).device.mediaChanges, 0U);
     ASSERT_TRUE(drive(0).partitionTable.get());
     EXPECT_EQ(drive(0).partitionTable.get()->partitions, 1);
+}
+
+TEST_F(ScanJob, MediaChangesAreCountedAfterTheLastRequestForMonitoringData) {
+    addDrive(0, "nvme");
+    bench_.open();
+    scan();
+    const std::vector<std::string> rows = bench_.log("program=torvane_component_tests.exe");
+    const auto last = [&](const char* request) {
+        const auto found = std::find_if(rows.rbegin(), rows.rend(),
+                                        [&](const std::string& row) { return row.find(request) != std::string::npos; });
+        return rows.rend() - found;
+    };
+    EXPECT_GT(last("IOCTL_STORAGE_CHECK_VERIFY"), last("request=start")) << "diskpart's, for the read-only attribute";
+    EXPECT_GT(last("request=start"), last("IOCTL_DISK_GET_DRIVE_LAYOUT_EX"));
+    EXPECT_GT(last("IOCTL_DISK_GET_DRIVE_LAYOUT_EX"), 0);
 }
 
 TEST_F(ScanJob, ASolidStateDiskKeepsItsOwnBusTextAndIsAskedForNothingOfNvme) {

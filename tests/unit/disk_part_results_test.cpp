@@ -100,11 +100,13 @@ TEST(DiskPartScrub, WithoutTheLineBelowTheStatusIsUndetermined) {
 }
 
 TEST(DiskPartClean, SucceededWhereTheReportSaysSo) {
-    EXPECT_TRUE(reportsCleanedDisk("\r\nDisk 2 is now the selected disk.\r\n\r\n"
-                                   "DiskPart succeeded in cleaning the disk.\r\n"));
-    EXPECT_FALSE(reportsCleanedDisk("\r\nDisk 2 is now the selected disk.\r\n\r\n"
-                                    "Virtual Disk Service error:\r\nThe media is write protected.\r\n"));
-    EXPECT_FALSE(reportsCleanedDisk(""));
+    EXPECT_EQ(CleanReport::kSucceeded, cleanReport("\r\nDisk 2 is now the selected disk.\r\n\r\n"
+                                                   "DiskPart succeeded in cleaning the disk.\r\n"));
+    EXPECT_EQ(CleanReport::kRefused, cleanReport("\r\nDisk 2 is now the selected disk.\r\n\r\n"
+                                                 "Virtual Disk Service error:\r\nThe media is write protected.\r\n"));
+    EXPECT_EQ(cleanReport(""), CleanReport::kRefused);
+    EXPECT_EQ(cleanReport("\r\nDatentraeger 2 ist jetzt der derzeit ausgewaehlte Datentraeger.\r\n"),
+              CleanReport::kOtherLanguage);
 }
 
 constexpr PartitionTable kTwoPartitions{.style = PartitionStyle::kMbr, .mbrSignature = 7, .partitions = 2};
@@ -112,27 +114,38 @@ constexpr PartitionTable kEmptied{.style = PartitionStyle::kMbr, .mbrSignature =
 constexpr PartitionTable kRaw{};
 
 TEST(DiskPartClean, WithoutATableTheReportDecides) {
-    EXPECT_TRUE(wasCleaned(std::nullopt, std::nullopt, true));
-    EXPECT_FALSE(wasCleaned(std::nullopt, std::nullopt, false));
-    EXPECT_TRUE(wasCleaned(kTwoPartitions, std::nullopt, true));
-    EXPECT_FALSE(wasCleaned(kTwoPartitions, std::nullopt, false));
+    for (const auto& before : {std::optional<PartitionTable>(), std::optional(kTwoPartitions)}) {
+        EXPECT_TRUE(wasCleaned(before, std::nullopt, CleanReport::kSucceeded));
+        EXPECT_FALSE(wasCleaned(before, std::nullopt, CleanReport::kRefused));
+        EXPECT_FALSE(wasCleaned(before, std::nullopt, CleanReport::kOtherLanguage));
+    }
 }
 
 TEST(DiskPartClean, PartitionsThatAreLeftBelieTheReport) {
-    EXPECT_FALSE(wasCleaned(kTwoPartitions, kTwoPartitions, true));
-    EXPECT_FALSE(wasCleaned(kRaw, kTwoPartitions, true));
+    EXPECT_FALSE(wasCleaned(kTwoPartitions, kTwoPartitions, CleanReport::kSucceeded));
+    EXPECT_FALSE(wasCleaned(kRaw, kTwoPartitions, CleanReport::kSucceeded));
+    EXPECT_FALSE(wasCleaned(kTwoPartitions, kTwoPartitions, CleanReport::kOtherLanguage));
 }
 
-TEST(DiskPartClean, ATableThatHasGoneIsACleanInWhateverLanguage) {
-    EXPECT_TRUE(wasCleaned(kTwoPartitions, kRaw, false));
-    EXPECT_TRUE(wasCleaned(kTwoPartitions, kEmptied, false));
-    EXPECT_TRUE(wasCleaned(kEmptied, kRaw, false));
+TEST(DiskPartClean, ATableThatHasGoneIsACleanWhateverTheReportSays) {
+    for (const CleanReport report : {CleanReport::kSucceeded, CleanReport::kRefused, CleanReport::kOtherLanguage}) {
+        EXPECT_TRUE(wasCleaned(kTwoPartitions, kRaw, report));
+        EXPECT_TRUE(wasCleaned(kTwoPartitions, kEmptied, report));
+        EXPECT_TRUE(wasCleaned(kEmptied, kRaw, report));
+    }
 }
 
-TEST(DiskPartClean, ADiskThatHeldNothingBeforeIsCleanWhenTheReportSaysSo) {
-    EXPECT_TRUE(wasCleaned(kRaw, kRaw, true));
-    EXPECT_FALSE(wasCleaned(kRaw, kRaw, false));
-    EXPECT_FALSE(wasCleaned(std::nullopt, kRaw, false));
+TEST(DiskPartClean, ADiskThatHeldNothingBeforeIsCleanUnlessTheReportSaysInEnglishThatItIsNot) {
+    for (const auto& before : {std::optional<PartitionTable>(), std::optional(kRaw)}) {
+        EXPECT_TRUE(wasCleaned(before, kRaw, CleanReport::kSucceeded));
+        EXPECT_TRUE(wasCleaned(before, kRaw, CleanReport::kOtherLanguage));
+        EXPECT_FALSE(wasCleaned(before, kRaw, CleanReport::kRefused));
+    }
+}
+
+TEST(DiskPartClean, ARunThatDidNotComeToItsEndCleanedNothing) {
+    EXPECT_FALSE(wasCleaned(kTwoPartitions, kRaw, CleanReport::kNotRun));
+    EXPECT_FALSE(wasCleaned(std::nullopt, std::nullopt, CleanReport::kNotRun));
 }
 
 } // namespace

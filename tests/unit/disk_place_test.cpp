@@ -108,6 +108,26 @@ TEST_F(DiskPlaceOf, AShareOfAnotherComputerIsOnNoDiskOfThisOne) {
     EXPECT_EQ(placeOf(L"\\\\localhost\\hidden\\disk.img"), kNotTold) << "ours, and Windows does not tell";
 }
 
+TEST_F(DiskPlaceOf, AShareOfThisComputerIsKnownByItsFileWhateverTheServerIsCalled) {
+    constexpr const wchar_t* kImage = L"\\\\192.168.1.5\\images\\deep\\disk.img";
+    constexpr const wchar_t* kHere = L"\\\\localhost\\images\\deep\\disk.img";
+    // The volume serial numbers and indices are what each road makes of them.
+    const FileIdentity there{.volumeSerialNumber = 1, .fileIndex = 77, .size = 1048576, .lastWrite = 5};
+    const FileIdentity here{.volumeSerialNumber = 2, .fileIndex = 78, .size = 1048576, .lastWrite = 5};
+    volumes_.shares[{L"localhost", L"images"}] = L"E:\\kept";
+    volumes_.files[kImage] = there;
+    EXPECT_EQ(placeOf(kImage), kOnNoDisk) << "no such file here";
+    volumes_.files[kHere] = here;
+    EXPECT_TRUE(placeOf(kImage).isOn(2));
+    volumes_.files[kHere].lastWrite = 6;
+    EXPECT_EQ(placeOf(kImage), kOnNoDisk) << "another file of that name";
+    volumes_.files[kHere] = {.volumeSerialNumber = 1, .fileIndex = 77, .size = 1048577, .lastWrite = 5};
+    EXPECT_EQ(placeOf(kImage), kOnNoDisk) << "another file of that name";
+    volumes_.files[kHere] = here;
+    volumes_.shares.clear();
+    EXPECT_EQ(placeOf(kImage), kOnNoDisk);
+}
+
 TEST_F(DiskPlaceOf, WhatIsNoPathIsNotTold) {
     EXPECT_EQ(placeOf(L""), kNotTold);
     EXPECT_EQ(placeOf(L"disk.img"), kNotTold);

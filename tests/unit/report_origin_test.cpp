@@ -34,7 +34,9 @@ TEST(ReportOrigin, AReportFromElsewhereIsJudgedByItsTime) {
     for (const int drive : {0, 2, 25, 26}) { // 2: written anew since the earlier scan made it
         EXPECT_EQ(originOfReport(secondScan(), drive, kStart - 2 * kSecond - 1), ReportOrigin::kEarlierScan) << drive;
         EXPECT_EQ(originOfReport(secondScan(), drive, kStart - 2 * kSecond), ReportOrigin::kUnclear) << drive;
-        EXPECT_EQ(originOfReport(secondScan(), drive, kStart + kSecond), ReportOrigin::kUnclear) << drive;
+        EXPECT_EQ(originOfReport(secondScan(), drive, kStart + 2 * kSecond), ReportOrigin::kUnclear) << drive;
+        EXPECT_EQ(originOfReport(secondScan(), drive, kStart + 2 * kSecond + 1), ReportOrigin::kEarlierScan)
+            << "made while the clock was ahead";
     }
 }
 

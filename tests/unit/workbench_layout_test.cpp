@@ -164,6 +164,12 @@ TEST(WorkbenchSwap, AnotherDriveOfTheSameMakeTakesADrivesPlace) {
     EXPECT_FALSE(other.swap.keepsHandles);
 }
 
+TEST(WorkbenchSwap, ASerialNumberBehindARoadAloneIsAnotherToo) {
+    const DriveDescription other = swappedDrive(drive(R"("identity": {"product": "P"}, "ata": {"serial": "A"})"));
+    EXPECT_EQ(other.ata.serial, "A-SWAPPED");
+    EXPECT_EQ(swappedDrive(drive(R"("ata": {"serial": "A"}, "swap": {"identity": {"serial": "B"}})")).ata.serial, "B");
+}
+
 TEST(WorkbenchSwap, OfARemovableDriveTheMediumAloneIsChanged) {
     const DriveDescription other = swappedDrive(
         drive(R"("removable": true, "identity": {"product": "Card reader", "serial": "R"}, "ata": {"serial": "A"})"));

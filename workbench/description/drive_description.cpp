@@ -139,11 +139,14 @@ void deriveDeviceTexts(DriveDescription& drive) {
     drive.nvme.namespaceSectors = drive.size / drive.sectorSize;
 }
 
+/// Behind the serial numbers of another device of the same make.
+constexpr const char* kSwapped = "-SWAPPED";
+
 // Another medium in the same device, or another device of the same make.
 void readSwap(ObjectReader& reader, DriveDescription& drive) {
     drive.swap.identity = drive.identity;
     if (!drive.removable) {
-        drive.swap.identity.serial = drive.identity.serial.value_or("") + "-SWAPPED";
+        drive.swap.identity.serial = drive.identity.serial.value_or("") + kSwapped;
     }
     drive.swap.backing.file = "drive" + std::to_string(drive.number) + "-swapped.img";
     drive.swap.keepsHandles = drive.removable;
@@ -155,6 +158,13 @@ void readSwap(ObjectReader& reader, DriveDescription& drive) {
         object.object("backing", [&](ObjectReader& backing) { readBacking(backing, drive.swap.backing); });
         object.boolean("keepsHandles", drive.swap.keepsHandles);
     });
+}
+
+// Of what takes the drive's place; `own` is the drive's.
+std::string serialBehindRoad(const DriveDescription& drive, const std::string& own) {
+    const std::optional<std::string>& serial = drive.swap.identity.serial;
+    const bool sameMake = serial == drive.identity.serial.value_or("") + kSwapped;
+    return cut(sameMake ? own + kSwapped : serial, kSerialLength);
 }
 
 void readShape(ObjectReader& reader, DriveDescription& drive) {
@@ -211,7 +221,8 @@ DriveDescription swappedDrive(const DriveDescription& drive) {
         other.ata.model = other.nvme.model = cut(other.identity.product, kModelLength);
     }
     if (other.identity.serial != drive.identity.serial) {
-        other.ata.serial = other.nvme.serial = cut(other.identity.serial, kSerialLength);
+        other.ata.serial = serialBehindRoad(drive, drive.ata.serial);
+        other.nvme.serial = serialBehindRoad(drive, drive.nvme.serial);
     }
     if (other.identity.revision != drive.identity.revision) {
         other.ata.firmware = other.nvme.firmware = cut(other.identity.revision, kFirmwareLength);

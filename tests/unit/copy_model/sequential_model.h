@@ -348,7 +348,6 @@ class SequentialModel {
         driveStatus(world_.destination, "Cleaning disk");
         status(" Status: Cleaning the destination");
         if (world_.clean()) {
-            world_.rememberDestination();
             status(" Status: Idle");
             return isDestinationUnchanged("It was cleaned before, nothing else was written");
         }
