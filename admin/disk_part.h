@@ -1,5 +1,7 @@
 #pragma once
 
+#include "admin/changed_drive.h"
+
 #include <cstdint>
 
 namespace torvane {
@@ -15,14 +17,6 @@ class MainView;
 // diskpart selects a disk by its number, which another disk may have got since the drives were loaded. So each change
 // asks right before diskpart is run whether the disk of that number is still the record's, and takes the outcome from
 // the drive itself where it tells: diskpart prints in the system's language.
-
-/// How a change of a disk ended.
-enum class DiskChange {
-    kMade,
-    kNotMade,
-    kOtherDrive, ///< the disk was not the record's any more, or did not answer: diskpart was not run
-    kDriveLost,  ///< that was so when diskpart had ended: what it has changed is not known
-};
 
 /// Refreshes `drive.readOnly` (1: read-only or not known) and redraws the drive list. Returns 1 when the results were
 /// read, 0 on a failure.
@@ -46,8 +40,5 @@ int DP_CleanDisk(DriveRecord& drive);
 /// diskpart reports to be done where the drive does not tell its table. After a run, whatever came of it, the table
 /// that is there is the drive's own.
 DiskChange cleanDrive(DriveRecord& drive);
-
-/// For a box that says that the drive has changed: what was done to it, without a full stop. Null for the other ends.
-[[nodiscard]] const char* changedDriveConsequence(DiskChange end);
 
 } // namespace torvane

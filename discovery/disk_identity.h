@@ -34,4 +34,8 @@ void rememberMedium(DriveRecord& drive);
 /// onto the drive, whole or not). The medium has to be the one that it was.
 void rememberPartitionTable(DriveRecord& drive);
 
+/// The same where the drive tells its table. One that does not any more, and did, keeps what it told: it is not to be
+/// taken for whatever disk comes next.
+void rememberToldPartitionTable(DriveRecord& drive);
+
 } // namespace torvane
