@@ -2,6 +2,17 @@
 
 namespace torvane {
 
+const char* changedDriveConsequence(DiskChange end) {
+    switch (end) {
+    case DiskChange::kOtherDrive:
+        return "Nothing was changed";
+    case DiskChange::kDriveLost:
+        return "What diskpart has changed is not known";
+    default:
+        return nullptr;
+    }
+}
+
 std::string changedDriveText(std::string_view role, std::string_view untouched) {
     return std::string("The ")
         .append(role)

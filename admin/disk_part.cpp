@@ -251,15 +251,4 @@ DiskChange cleanDrive(DriveRecord& drive) {
     return logged("Clean Disk", drive, [&] { return runClean(drive); });
 }
 
-const char* changedDriveConsequence(DiskChange end) {
-    switch (end) {
-    case DiskChange::kOtherDrive:
-        return "Nothing was changed";
-    case DiskChange::kDriveLost:
-        return "What diskpart has changed is not known";
-    default:
-        return nullptr;
-    }
-}
-
 } // namespace torvane

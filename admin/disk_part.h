@@ -1,5 +1,7 @@
 #pragma once
 
+#include "admin/changed_drive.h"
+
 #include <cstdint>
 
 namespace torvane {
@@ -15,14 +17,6 @@ class MainView;
 // diskpart selects a disk by its number, which another disk may have got since the drives were loaded. So each change
 // asks right before diskpart is run whether the disk of that number is still the record's, and takes the outcome from
 // the drive itself where it tells: diskpart prints in the system's language.
-
-/// How a change of a disk ended.
-enum class DiskChange {
-    kMade,
-    kNotMade,
-    kOtherDrive, ///< the disk was not the record's any more, or did not answer: diskpart was not run
-    kDriveLost,  ///< that was so when diskpart had ended: what it has changed is not known
-};
 
 /// Refreshes `drive.readOnly` (1: read-only or not known) and redraws the drive list. Returns 1 when the results were
 /// read, 0 on a failure.
@@ -47,8 +41,5 @@ int DP_CleanDisk(DriveRecord& drive);
 /// that is there is the drive's own; but one with partitions that names another disk is a medium's that was put in
 /// meanwhile.
 DiskChange cleanDrive(DriveRecord& drive);
-
-/// For a box that says that the drive has changed: what was done to it, without a full stop. Null for the other ends.
-[[nodiscard]] const char* changedDriveConsequence(DiskChange end);
 
 } // namespace torvane

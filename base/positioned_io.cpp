@@ -29,17 +29,26 @@ bool tellsThatDeviceIsGone(DWORD error) {
     }
 }
 
-/// What a handle answers that cannot be flushed at all: its driver knows no such request, or it is none for writing.
+/// What is answered where nobody knows a request to flush.
 bool tellsThatFlushIsUnknown(DWORD error) {
     switch (error) {
     case ERROR_INVALID_FUNCTION:
     case ERROR_NOT_SUPPORTED:
     case ERROR_CALL_NOT_IMPLEMENTED:
-    case ERROR_INVALID_HANDLE: // a console's output, and whatever else has no buffers (FlushFileBuffers)
-    case ERROR_ACCESS_DENIED:  // the handle has no GENERIC_WRITE: nothing was written through it
         return true;
     default:
         return false;
+    }
+}
+
+/// What a drive's handle answers besides that cannot be flushed at all.
+bool tellsThatDriveIsNotFlushed(DWORD error) {
+    switch (error) {
+    case ERROR_INVALID_HANDLE: // whatever has no buffers (FlushFileBuffers)
+    case ERROR_ACCESS_DENIED:  // the handle has no GENERIC_WRITE: nothing was written through it
+        return true;
+    default:
+        return tellsThatFlushIsUnknown(error);
     }
 }
 
@@ -49,6 +58,14 @@ TransferOutcome outcomeOf(BOOL done, bool whole) {
         return whole ? TransferOutcome::kWhole : TransferOutcome::kFailed;
     }
     return tellsThatDeviceIsGone(GetLastError()) ? TransferOutcome::kGone : TransferOutcome::kFailed;
+}
+
+TransferOutcome flush(HANDLE handle, bool (*tellsThatItIsNotFlushed)(DWORD error)) {
+    const BOOL done = FlushFileBuffers(handle);
+    if (done == FALSE && tellsThatItIsNotFlushed(GetLastError())) {
+        return TransferOutcome::kWhole;
+    }
+    return outcomeOf(done, true);
 }
 
 /// `place` null: at the file pointer.
@@ -93,12 +110,12 @@ TransferOutcome writeNext(void* handle, std::span<const std::byte> bytes) {
     return write(handle, bytes, nullptr);
 }
 
-TransferOutcome flushWrites(void* handle) {
-    const BOOL done = FlushFileBuffers(handle);
-    if (done == FALSE && tellsThatFlushIsUnknown(GetLastError())) {
-        return TransferOutcome::kWhole;
-    }
-    return outcomeOf(done, true);
+TransferOutcome flushFile(void* handle) {
+    return flush(handle, &tellsThatFlushIsUnknown);
+}
+
+TransferOutcome flushDrive(void* handle) {
+    return flush(handle, &tellsThatDriveIsNotFlushed);
 }
 
 } // namespace torvane

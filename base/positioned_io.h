@@ -24,8 +24,10 @@ namespace torvane {
 [[nodiscard]] TransferOutcome readNext(void* handle, std::span<std::byte> bytes);
 [[nodiscard]] TransferOutcome writeNext(void* handle, std::span<const std::byte> bytes);
 
-/// Brings what was written to the file or device, through whatever handle, onto its medium (FlushFileBuffers): whole,
-/// failed or gone. Whole, too, where the request is not known: then nobody tells of anything that is held back.
-[[nodiscard]] TransferOutcome flushWrites(void* handle);
+/// Brings what was written to the file, through whatever handle, onto its medium (FlushFileBuffers): whole, failed or
+/// gone. Whole, too, where the request is not known: then nobody tells of anything that is held back.
+[[nodiscard]] TransferOutcome flushFile(void* handle);
+/// The same of a drive. Whole as well where its handle is none that could be flushed.
+[[nodiscard]] TransferOutcome flushDrive(void* handle);
 
 } // namespace torvane

@@ -76,7 +76,7 @@ class BenchmarkSystem : public WindowsCopySystem {
   public:
     using WindowsCopySystem::WindowsCopySystem;
 
-    bool cleanDisk(DriveRecord&) override { return true; }
+    DiskChange cleanDisk(DriveRecord&) override { return DiskChange::kMade; }
     void setDriveStatus(const DriveRecord&, const std::string& text) override { lastStatus = text; }
 
     std::string lastStatus;

@@ -149,4 +149,13 @@ void rememberPartitionTable(DriveRecord& drive) {
     }
 }
 
+void rememberToldPartitionTable(DriveRecord& drive) {
+    if (drive.recordKind == kRecordKindImageFile) {
+        return;
+    }
+    if (const std::optional<PartitionTable> table = readPartitionTable(drive.handle)) {
+        drive.partitionTable.set(table);
+    }
+}
+
 } // namespace torvane

@@ -35,4 +35,8 @@ void rememberMediaChanges(DriveRecord& drive);
 /// (a clean, a copy onto the drive, whole or not). The medium has to be the one that it was.
 void rememberPartitionTable(DriveRecord& drive);
 
+/// The same where the drive tells its table. One that does not any more, and did, keeps what it told: it is not to be
+/// taken for whatever disk comes next.
+void rememberToldPartitionTable(DriveRecord& drive);
+
 } // namespace torvane

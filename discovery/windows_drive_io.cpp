@@ -18,7 +18,7 @@ TransferOutcome WindowsDriveIo::write(const DriveRecord& drive, std::uint64_t of
 }
 
 TransferOutcome WindowsDriveIo::flush(const DriveRecord& drive) {
-    return flushWrites(drive.handle);
+    return flushDrive(drive.handle);
 }
 
 } // namespace torvane

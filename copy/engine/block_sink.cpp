@@ -10,8 +10,8 @@ TransferOutcome DriveSink::store(const BlockExtent& extent, std::span<const std:
     return outcome;
 }
 
-TransferOutcome DriveSink::flush() {
-    const TransferOutcome outcome = flushing_.finish();
+TransferOutcome DriveSink::flush(UnflushedBlocks rest) {
+    const TransferOutcome outcome = flushing_.finish(rest);
     if (hasFailed(outcome)) {
         ++drive_.writeErrorCount;
     }

@@ -22,10 +22,10 @@ class BlockSink {
     /// job.
     [[nodiscard]] virtual TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) = 0;
 
-    /// Brings what was stored onto the medium, once the last block was stored: whole when everything is there. Flushes
-    /// that were under way meanwhile and failed are told here. `kNotReached` when the device was gone by the last
-    /// block, whose own outcome has told it.
-    [[nodiscard]] virtual TransferOutcome flush() = 0;
+    /// Brings what was stored onto the medium, once the last block was stored, or leaves what is not there yet: whole
+    /// when no flush has failed. Flushes that were under way meanwhile and failed are told here. `kNotReached` when the
+    /// device was gone by the last block, whose own outcome has told it.
+    [[nodiscard]] virtual TransferOutcome flush(UnflushedBlocks rest) = 0;
 };
 
 /// Blocks of a drive; each that fails is counted on its record, and so is a failed flush.
@@ -34,7 +34,7 @@ class DriveSink : public BlockSink {
     DriveSink(DriveIo& io, DriveRecord& drive)
         : io_(io), drive_(drive), flushing_([&io, &drive] { return io.flush(drive); }) {}
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
-    TransferOutcome flush() override;
+    TransferOutcome flush(UnflushedBlocks rest) override;
 
   private:
     DriveIo& io_;
@@ -52,7 +52,7 @@ class ImageSink : public BlockSink {
     void close();
 
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
-    TransferOutcome flush() override { return flushing_->finish(); }
+    TransferOutcome flush(UnflushedBlocks rest) override { return flushing_->finish(rest); }
 
   private:
     std::unique_ptr<ImageFile> image_;
@@ -67,7 +67,7 @@ class HashingSink : public BlockSink {
 
     /// The inner sink's outcome, once the block was hashed as well.
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
-    TransferOutcome flush() override { return inner_.flush(); }
+    TransferOutcome flush(UnflushedBlocks rest) override { return inner_.flush(rest); }
 
     /// False once a block could not be added to the digest.
     [[nodiscard]] bool hashedAll() const { return hashedAll_; }

@@ -12,12 +12,12 @@ void FlushBehind::stored(TransferOutcome outcome) {
     }
 }
 
-TransferOutcome FlushBehind::finish() {
+TransferOutcome FlushBehind::finish(UnflushedBlocks rest) {
     awaitFlush();
     if (gone_) {
         return TransferOutcome::kNotReached;
     }
-    if (waiting_ != 0) {
+    if (waiting_ != 0 && rest == UnflushedBlocks::kFlush) {
         waiting_ = 0;
         note(flush_());
     }

@@ -12,6 +12,12 @@ namespace torvane {
 /// 256 MiB wait for it, so that a job's end does not stand still on a slow medium.
 inline constexpr std::uint64_t kBlocksBetweenFlushes = 4;
 
+/// What is done at a job's end about the blocks that no flush has been begun for.
+enum class UnflushedBlocks {
+    kFlush,
+    kLeave, ///< to the system: the job was left before its end
+};
+
 /// Brings what a job stores onto the medium as the job goes, on a thread of its own, one flush at a time. The job sees
 /// what it would see if it flushed itself between two blocks and asked at its end how that went. Where the system has
 /// no room for a thread, the job's own flushes. One thread at a time may use this.
@@ -27,10 +33,11 @@ class FlushBehind {
     /// Tells how a block was stored. May begin a flush, once the one before it has ended.
     void stored(TransferOutcome outcome);
 
-    /// Flushes the rest. Whole when everything that was stored is on the medium; otherwise how the first flush that
-    /// failed ended. `kNotReached` when the device was gone by its last block: then there is nobody to ask, and the
-    /// blocks' own outcomes have told it.
-    [[nodiscard]] TransferOutcome finish();
+    /// Waits for the flush under way, and flushes the rest or leaves it. Whole when no flush has failed: then
+    /// everything that was stored and not left is on the medium; otherwise how the first flush that failed ended.
+    /// `kNotReached` when the device was gone by its last block: then there is nobody to ask, and the blocks' own
+    /// outcomes have told it.
+    [[nodiscard]] TransferOutcome finish(UnflushedBlocks rest);
 
   private:
     void begin();

@@ -35,7 +35,7 @@ class WindowsImageFile : public ImageFile {
 
     TransferOutcome read(std::span<std::byte> bytes) override { return readNext(file_.get(), bytes); }
     TransferOutcome write(std::span<const std::byte> bytes) override { return writeNext(file_.get(), bytes); }
-    TransferOutcome flush() override { return flushWrites(flushing_ ? flushing_.get() : file_.get()); }
+    TransferOutcome flush() override { return flushFile(flushing_ ? flushing_.get() : file_.get()); }
     bool rewind() override { return SetFilePointer(file_.get(), 0, nullptr, FILE_BEGIN) != INVALID_SET_FILE_POINTER; }
 
     std::uint64_t size() override {

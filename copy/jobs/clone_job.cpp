@@ -41,10 +41,15 @@ constexpr CloneWay kReverseWay{
     .idleBeforeLastRepaint = false,
 };
 
+/// Bytes of what the source is read in. An image file has no sectors.
+std::uint64_t sourceUnit(const DriveRecord& source) {
+    return source.recordKind == kRecordKindImageFile ? 1 : sectorSizeOf(source);
+}
+
 CopyRange cloneRange(const CopyJob& job, const DriveRecord& source, const DriveRecord& destination) {
     // A smaller destination is not refused: the clone ends where it ends, and tells what is missing.
     return copyRange(std::min(driveBytes(source), driveBytes(destination)),
-                     {.source = sectorSizeOf(source), .destination = sectorSizeOf(destination)}, job.blockSize);
+                     {.source = sourceUnit(source), .destination = sectorSizeOf(destination)}, job.blockSize);
 }
 
 BlockOrder cloneOrder(const CopyJob& job, const CopyRange& range, const CloneWay& way) {

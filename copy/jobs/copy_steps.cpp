@@ -90,12 +90,10 @@ RunEnd moveBlocks(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progr
 }
 
 bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses) {
-    if (!movedFullBlocks(end)) {
-        return true;
-    }
-    const TransferOutcome outcome = sink.flush();
+    const bool moved = movedFullBlocks(end);
+    const TransferOutcome outcome = sink.flush(moved ? UnflushedBlocks::kFlush : UnflushedBlocks::kLeave);
     losses.failedWrites += hasFailed(outcome) ? 1 : 0;
-    return outcome == TransferOutcome::kWhole;
+    return !moved || outcome == TransferOutcome::kWhole;
 }
 
 std::string_view endingInWords(RunEnd end) {

@@ -61,8 +61,9 @@ void showFailure(const CopyJob& job, std::string_view status, int explosionMilli
 /// Marks the job as completed, the vehicle at its finish.
 void showSuccess(const CopyJob& job, std::string_view status, std::int32_t carX);
 
-/// After a run that moved its full blocks, and before any success is shown: waits until everything that was stored is
-/// on the medium, and adds a failure to the losses like a failed write. False when something may not be there.
+/// After a run, and before its end is shown: where it moved its full blocks, waits until everything that was stored is
+/// on the medium. A flush that failed, on the way too, is added to the losses like a failed write. False when something
+/// of a run that moved its full blocks may not be there.
 bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses);
 
 /// How a run over the blocks ended, in words: "completed", "not completed".

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "admin/changed_drive.h"
 #include "base/local_moment.h"
 #include "copy/engine/block_hasher.h"
 #include "copy/engine/image_file.h"
@@ -27,10 +28,10 @@ class CopySystem {
     /// From now on the drive is known by the partition table that it holds: after each change that is a job's own.
     virtual void rememberPartitionTable(DriveRecord& drive) = 0;
 
-    /// Wipes the drive's partition table. False, after a log row, when that failed.
-    [[nodiscard]] virtual bool cleanDisk(DriveRecord& drive) = 0;
-    /// The letters of the volumes that lie on the drive now.
-    [[nodiscard]] virtual std::vector<char> lettersOn(const DriveRecord& drive) = 0;
+    /// Wipes the drive's partition table. Not made only after a log row.
+    [[nodiscard]] virtual DiskChange cleanDisk(DriveRecord& drive) = 0;
+    /// The roots of the volumes that lie on the drive now: "K:\", "C:\mnt\", "\\?\Volume{...}\".
+    [[nodiscard]] virtual std::vector<std::string> volumesOn(const DriveRecord& drive) = 0;
     /// Replaces the drive's "Status" cell in the main window.
     virtual void setDriveStatus(const DriveRecord& drive, const std::string& text) = 0;
 

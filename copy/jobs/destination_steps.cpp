@@ -21,18 +21,27 @@ bool isDestinationUnchanged(const CopyJob& job, std::string_view untouched) {
     return false;
 }
 
-/// "K:, L:"
-std::string inWords(const std::vector<char>& letters) {
+/// "K:", "C:\mnt\": as the user knows the volume.
+std::string inWords(const std::string& root) {
+    constexpr std::size_t kLetterRoot = 3; // "K:\"
+    if (root.size() < kLetterRoot || root[1] != ':') {
+        return "a volume without a letter";
+    }
+    return root.size() == kLetterRoot ? root.substr(0, 2) : root;
+}
+
+/// "K:, C:\mnt\"
+std::string inWords(const std::vector<std::string>& roots) {
     std::string text;
-    for (const char letter : letters) {
-        text.append(text.empty() ? "" : ", ").append(1, letter).append(":");
+    for (const std::string& root : roots) {
+        text.append(text.empty() ? "" : ", ").append(inWords(root));
     }
     return text.empty() ? "nothing with a letter" : text;
 }
 
 bool wantsItUncleaned(const CopyJob& job) {
     const std::string text = "The DESTINATION could not be cleaned. Still mounted on it: " +
-                             inWords(job.system.lettersOn(*job.order.destination)) +
+                             inWords(job.system.volumesOn(*job.order.destination)) +
                              ". Windows refuses writes inside mounted volumes, so parts of the copy may not arrive. "
                              "Nothing was written yet. Continue anyway?";
     return job.system.askDefaultNo("***** DESTINATION NOT CLEANED *****", text.c_str());
@@ -44,38 +53,53 @@ std::vector<const DriveRecord*> drivesOf(const CopyJob& job) {
     return drives;
 }
 
-/// True when the destination may be written to now.
-bool clean(const CopyJob& job) {
-    DriveRecord& destination = *job.order.destination;
-    job.system.setDriveStatus(destination, "Cleaning disk");
-    job.display.setStatus(" Status: Cleaning the destination");
-    if (job.system.cleanDisk(destination)) {
-        job.display.setStatus(" Status: Idle");
-        return isDestinationUnchanged(job, "It was cleaned before, nothing else was written");
-    }
-    job.display.setStatus(" Status: Idle");
-    // The question may stay open for hours.
-    return isDestinationUnchanged(job, "Nothing was written") && wantsItUncleaned(job) &&
+bool areUnchanged(const CopyJob& job) {
+    return (job.order.source == nullptr || isSourceUnchanged(job)) &&
            isDestinationUnchanged(job, "Nothing was written");
+}
+
+bool areUnchangedSinceClean(const CopyJob& job) {
+    return (job.order.source == nullptr ||
+            isSourceUnchanged(job, "The DESTINATION was cleaned before, nothing was written to it")) &&
+           isDestinationUnchanged(job, "It was cleaned before, nothing else was written");
+}
+
+DiskChange cleanOut(const CopyJob& job) {
+    job.system.setDriveStatus(*job.order.destination, "Cleaning disk");
+    job.display.setStatus(" Status: Cleaning the destination");
+    const DiskChange end = job.system.cleanDisk(*job.order.destination);
+    job.display.setStatus(" Status: Idle");
+    return end;
+}
+
+/// False when the destination must not be written to.
+bool clean(const CopyJob& job) {
+    const DiskChange end = cleanOut(job);
+    if (const char* const consequence = changedDriveConsequence(end)) {
+        job.system.stop(kDriveHasChanged, changedDriveText("DESTINATION", consequence).c_str());
+        return false;
+    }
+    if (end == DiskChange::kMade) {
+        return areUnchangedSinceClean(job);
+    }
+    // Whoever has asked the job to stop does not want it uncleaned either. The question may stay open for hours.
+    return !job.claim.isRaised() ||
+           (isDestinationUnchanged(job, "Nothing was written") && wantsItUncleaned(job) && areUnchanged(job));
 }
 
 } // namespace
 
-bool isSourceUnchanged(const CopyJob& job) {
+bool isSourceUnchanged(const CopyJob& job, std::string_view untouched) {
     if (job.system.isStillTheSource(*job.order.source)) {
         return true;
     }
-    job.system.stop(kDriveHasChanged, changedDriveText("SOURCE").c_str());
+    job.system.stop(kDriveHasChanged, changedDriveText("SOURCE", untouched).c_str());
     return false;
 }
 
 Readiness prepareDestination(const CopyJob& job, const BlockOrder& order) {
-    if (job.claim.isRaised() && order.count() != 0) {
-        const bool ready = (job.order.source == nullptr || isSourceUnchanged(job)) &&
-                           isDestinationUnchanged(job, "Nothing was written") && clean(job);
-        if (!ready) {
-            return Readiness::kRefused;
-        }
+    if (job.claim.isRaised() && order.count() != 0 && !(areUnchanged(job) && clean(job))) {
+        return Readiness::kRefused;
     }
     return job.claim.isRaised() ? Readiness::kReady : Readiness::kStopped;
 }

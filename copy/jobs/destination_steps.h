@@ -16,14 +16,15 @@ enum class Readiness {
     kRefused, ///< a drive has changed, or the destination could not be cleaned; the user knows. No block may be moved
 };
 
-/// True while the job's source is the drive that was loaded; a box tells when it is not.
-[[nodiscard]] bool isSourceUnchanged(const CopyJob& job);
+/// True while the job's source is the drive that was loaded; a box tells when it is not, and with `untouched`, a whole
+/// sentence without its full stop, what was not done.
+[[nodiscard]] bool isSourceUnchanged(const CopyJob& job, std::string_view untouched = "Nothing was written");
 
 /// Asks both drives whether they are those that were loaded, wipes the destination's partition table, because the
-/// system refuses raw writes inside a mounted volume, and asks the destination once more: cleaning takes its time. The
-/// source comes first, so that one that has gone costs the destination nothing. Where there is no block to write,
-/// nothing is asked and nothing is wiped. A destination that could not be cleaned is written to when the user wants it.
-/// Call it with the job's flag up.
+/// system refuses raw writes inside a mounted volume, and asks both once more: cleaning takes its time. The source
+/// comes first, so that one that has gone costs the destination nothing. Where there is no block to write, nothing is
+/// asked and nothing is wiped. A destination that could not be cleaned is written to when the user wants it. Call it
+/// with the job's flag up.
 [[nodiscard]] Readiness prepareDestination(const CopyJob& job, const BlockOrder& order);
 
 /// Asks whether the last sector may be filled up with zeros, where the range does not fill it. `what` is copied:

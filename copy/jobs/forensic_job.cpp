@@ -21,12 +21,15 @@ void beginAnimation(RaceTrackState& track, std::uint64_t fullBlocks) {
     }
 }
 
+/// What keeps an image from being whole.
+enum class ImageLoss { kNone, kNotWritten, kNotHashed, kNotOnMedium, kNoDigest };
+
 /// An image in the making: the file and the digest of what it was given.
 struct ForensicImage {
     ImageSink file;
     std::unique_ptr<BlockHasher> hasher;
-    const char* lost = nullptr;     ///< what a block could not be, "written" or "hashed"; null while none was lost
-    const char* lostLast = nullptr; ///< the same of the last block
+    ImageLoss lost = ImageLoss::kNone;     ///< with any of its blocks
+    ImageLoss lostLast = ImageLoss::kNone; ///< with its last block or after it
 };
 
 // The lowered flag ends the job, once the block's other steps have followed all the same.
@@ -35,8 +38,8 @@ void stopWithExplosion(const CopyJob& job) {
     job.display.startExplosionTimer(kExplosionMilliseconds);
 }
 
-void stopUnwritten(const CopyJob& job, ForensicImage& image) {
-    image.lost = "written";
+void stopUnwritten(const CopyJob& job, ForensicImage& image, ImageLoss loss) {
+    image.lost = loss;
     image.file.close();
     job.display.setStatus("Could not WRITE to DESTINATION image");
     stopWithExplosion(job);
@@ -44,11 +47,11 @@ void stopUnwritten(const CopyJob& job, ForensicImage& image) {
 
 void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, const Block& block, JobLosses& losses) {
     if (!storeBlock(sink, block, losses)) {
-        stopUnwritten(job, image);
+        stopUnwritten(job, image, ImageLoss::kNotWritten);
     }
     if (!sink.hashedAll()) {
         losses.notHashed = true;
-        image.lost = image.lost == nullptr ? "hashed" : image.lost;
+        image.lost = image.lost == ImageLoss::kNone ? ImageLoss::kNotHashed : image.lost;
         showHashError(job, kNoHashData);
         image.file.close();
         stopWithExplosion(job);
@@ -62,17 +65,17 @@ RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks,
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, losses);
         storeAndHash(job, image, sink, block, losses);
-        image.lostLast = block.extent == order.extent(order.count() - 1) ? image.lost : nullptr;
+        image.lostLast = block.extent == order.extent(order.count() - 1) ? image.lost : ImageLoss::kNone;
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
     const RunEnd end = moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.track.animationBlocks; });
-    if (image.lost == nullptr && !flushStored(sink, end, losses)) {
-        stopUnwritten(job, image);
+    if (image.lost == ImageLoss::kNone && !flushStored(sink, end, losses)) {
+        stopUnwritten(job, image, ImageLoss::kNotOnMedium);
         image.lostLast = image.lost;
     }
     // An image without one of its blocks is not complete, be it the remainder alone.
-    return image.lost == nullptr ? end : RunEnd::kGaveUp;
+    return image.lost == ImageLoss::kNone ? end : RunEnd::kGaveUp;
 }
 
 std::string_view imagingEnding(RunEnd end, const JobLosses& losses) {
@@ -84,18 +87,32 @@ std::string imagingOutcome(RunEnd end, const JobLosses& losses) {
                                                      : runOutcomeText(end, losses);
 }
 
-/// The last block's failure shows in nothing but a text that is gone a moment later.
-void nameLostBlock(const CopyJob& job, const std::string& path, const char* lost) {
-    const std::string text = "The last block of [" + path + "] could not be " + lost +
-                             ". The image is not whole, and it has no hash file. Make it anew";
-    job.system.stop("***** IMAGE NOT COMPLETE *****", text.c_str());
+std::string lossInWords(ImageLoss loss, const std::string& path) {
+    const std::string image = "[" + path + "]";
+    const std::string consequence = ". The image is not whole, and it has no hash file. Make it anew";
+    switch (loss) {
+    case ImageLoss::kNotWritten:
+        return "The last block of " + image + " could not be written" + consequence;
+    case ImageLoss::kNotHashed:
+        return "The last block of " + image + " could not be hashed" + consequence;
+    case ImageLoss::kNotOnMedium:
+        return "Not everything of " + image + " could be brought onto the medium" + consequence;
+    default:
+        return "The HASH of " + image +
+               " could not be read. The image has no hash file, and it cannot be verified. Make it anew";
+    }
+}
+
+/// A failure at the very end shows in nothing but a text that is gone a moment later.
+void nameLoss(const CopyJob& job, const ImageLoss loss, const std::string& path) {
+    job.system.stop("***** IMAGE NOT COMPLETE *****", lossInWords(loss, path).c_str());
 }
 
 /// What an imaging pass leaves for the verification.
 struct ImagedDrive {
     std::string path;
-    bool mayBeVerified = false;          ///< every full block was moved
-    const char* lostLastBlock = nullptr; ///< what the last block could not be, "written" or "hashed"
+    bool mayBeVerified = false;                ///< every full block was moved, and there is a digest
+    ImageLoss lostAtItsEnd = ImageLoss::kNone; ///< with the last block or after it
     Md5Digest digest{};
     ImagingAccount account;
 };
@@ -127,12 +144,13 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     losses.notHashed = losses.notHashed || !digest;
     account.ending = imagingEnding(end, losses);
     showLosses(job, losses);
-    if (movedFullBlocks(end)) {
+    const bool complete = digest && movedFullBlocks(end);
+    if (complete) {
         showSuccess(job, " Image SUCCESSFULLY Completed", kTrackFinishX);
     } else {
         showFailure(job, " Image Terminated -- Not Completed", kExplosionMilliseconds);
     }
-    if (digest && movedFullBlocks(end)) {
+    if (complete) {
         account.digest = digest;
         WriteHashFile(job, source, *digest, name.number);
     }
@@ -141,8 +159,8 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     image.file.close();
     job.claim.lower();
     return ImagedDrive{.path = name.path,
-                       .mayBeVerified = movedFullBlocks(end),
-                       .lostLastBlock = image.lostLast,
+                       .mayBeVerified = complete,
+                       .lostAtItsEnd = !digest && movedFullBlocks(end) ? ImageLoss::kNoDigest : image.lostLast,
                        .digest = digest.value_or(Md5Digest{}),
                        .account = {.whole = end == RunEnd::kWhole, .losses = losses}};
 }
@@ -182,8 +200,8 @@ std::uint32_t runForensicImage(const CopyJob& job) {
     if (!imaged) {
         return exitCode;
     }
-    if (imaged->lostLastBlock != nullptr) {
-        nameLostBlock(job, imaged->path, imaged->lostLastBlock);
+    if (imaged->lostAtItsEnd != ImageLoss::kNone) {
+        nameLoss(job, imaged->lostAtItsEnd, imaged->path);
     }
     if (imaged->mayBeVerified &&
         job.system.ask("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {

@@ -2,6 +2,7 @@
 
 #include "admin/disk_part.h"
 #include "base/stdio_file.h"
+#include "base/wide_text.h"
 #include "copy/engine/md5_hasher.h"
 #include "copy/engine/windows_image_file.h"
 #include "discovery/disk_identity.h"
@@ -13,6 +14,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace torvane {
@@ -26,25 +28,19 @@ bool WindowsCopySystem::isStillTheDestination(const DriveRecord& drive) {
 }
 
 void WindowsCopySystem::rememberPartitionTable(DriveRecord& drive) {
-    torvane::rememberPartitionTable(drive);
+    rememberToldPartitionTable(drive);
 }
 
-bool WindowsCopySystem::cleanDisk(DriveRecord& drive) {
-    return DP_CleanDisk(drive) == 1;
+DiskChange WindowsCopySystem::cleanDisk(DriveRecord& drive) {
+    return cleanDrive(drive);
 }
 
-std::vector<char> WindowsCopySystem::lettersOn(const DriveRecord& drive) {
-    constexpr std::size_t kLetterRoot = 3; // "K:\\"
+std::vector<std::string> WindowsCopySystem::volumesOn(const DriveRecord& drive) {
     WindowsVolumeSystem system;
     const std::vector<std::wstring> roots = volumeRootsOn(drive, VolumeTable{}, system);
-    std::vector<char> letters;
-    letters.reserve(roots.size());
-    for (const std::wstring& root : roots) {
-        if (root.size() == kLetterRoot) {
-            letters.push_back(static_cast<char>(root.front()));
-        }
-    }
-    return letters;
+    std::vector<std::string> texts(roots.size());
+    std::transform(roots.begin(), roots.end(), texts.begin(), [](const std::wstring& root) { return ansiText(root); });
+    return texts;
 }
 
 void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {

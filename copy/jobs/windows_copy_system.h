@@ -15,8 +15,8 @@ class WindowsCopySystem : public CopySystem {
     bool isStillTheDestination(const DriveRecord& drive) override;
     void rememberPartitionTable(DriveRecord& drive) override;
 
-    bool cleanDisk(DriveRecord& drive) override;
-    std::vector<char> lettersOn(const DriveRecord& drive) override;
+    DiskChange cleanDisk(DriveRecord& drive) override;
+    std::vector<std::string> volumesOn(const DriveRecord& drive) override;
     void setDriveStatus(const DriveRecord& drive, const std::string& text) override;
 
     ImageFileName nextImageName(std::string_view folder, const DriveRecord& source) override;

@@ -387,9 +387,33 @@ TEST_F(Clone, ADestinationThatGoesWhileItIsCleanedGetsNoBlock) {
         bench_.unplug(2);
         bench_.hurry();
     });
-    expectChangedDrive("DESTINATION");
+    expectChangedDrive("DESTINATION", "What diskpart has changed is not known");
     EXPECT_EQ(run(runForwardClone), 0U);
     user.join();
+    expectNothingWasWritten();
+}
+
+TEST_F(Clone, ASourceThatGoesWhileTheDestinationIsCleanedGivesNoBlock) {
+    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
+                    "}}}");
+    openDrives(3 * kBlock, 3 * kBlock);
+    std::thread user([this] {
+        EXPECT_TRUE(bench_.awaitLog("request=start"));
+        bench_.swap(1);
+        bench_.hurry();
+    });
+    expectChangedDrive("SOURCE", "The DESTINATION was cleaned before, nothing was written to it");
+    EXPECT_EQ(run(runForwardClone), 0U);
+    user.join();
+    expectNothingWasWritten();
+}
+
+TEST_F(Clone, ASourceThatGoesWhileTheUserIsAskedGivesNoBlock) {
+    bench_.describe(kRefusingDiskPart);
+    openDrives(3 * kBlock, 10 * kBlock, "{}", kUsedDisk);
+    user_.expectAskDefaultNo(kNotCleaned, kContinueAnyway, true, [this] { bench_.unplug(1); });
+    expectChangedDrive("SOURCE");
+    EXPECT_EQ(run(runForwardClone), 0U);
     expectNothingWasWritten();
 }
 
@@ -482,6 +506,10 @@ TEST_F(Clone, ASecondJobDoesNotStartWhileTheFirstOnesThreadIsAtWork) {
     openDrives(3 * kBlock, 3 * kBlock,
                R"({"slow": [{"firstSector": 0, "milliseconds": )" + std::string(testing::kUntilToldToHurry) + "}]}");
     ASSERT_TRUE(start(CopyKind::kForwardClone));
+    user_.expectStop(
+        "***** Working *****",
+        "Still at work: a clone.\n\nNothing was started. What was told to stop ends with the read, write or "
+        "tool that it has under way. Please try again then.");
     EXPECT_FALSE(start(CopyKind::kForwardClone));
     bench_.hurry();
     ASSERT_TRUE(awaitEnd());

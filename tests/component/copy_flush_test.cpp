@@ -211,11 +211,24 @@ TEST_F(FlushedImage, OnAFileSystemThatKnowsNoFlushIsCompleted) {
     }
 }
 
+// What a drive's handle may answer that has nothing to flush is a failure of a file that was written to.
+TEST_F(FlushedImage, WhoseFileRefusesTheFlushCouldNotBeWritten) {
+    openDrive(2 * kBlock);
+    for (const DWORD error : {ERROR_INVALID_HANDLE, ERROR_ACCESS_DENIED}) {
+        {
+            const FailingFlush failing(0, error);
+            EXPECT_EQ(run(runImageToFile), 0U);
+        }
+        EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
+    }
+}
+
 TEST_F(FlushedImage, ForensicWithoutItsFlushHasNoHashFileAndIsNoSuccess) {
     openDrive(2 * kBlock);
     user_.expectStop("***** IMAGE NOT COMPLETE *****",
-                     "The last block of [" + order_.path + "\\" + kImage +
-                         "] could not be written. The image is not whole, and it has no hash file. Make it anew");
+                     "Not everything of [" + order_.path + "\\" + kImage +
+                         "] could be brought onto the medium. The image is not whole, and it has no hash file. Make it "
+                         "anew");
     {
         const FailingFlush failing;
         EXPECT_EQ(run(runForensicImage), 1U);

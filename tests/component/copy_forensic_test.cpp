@@ -375,14 +375,19 @@ TEST_F(Forensic, WithoutItsDigestGetsNoHashFile) {
     openDrive(kBlock);
     const ImportPatched patched(
         __imp_CryptGetHashParam, +[](HCRYPTHASH, DWORD, BYTE*, DWORD*, DWORD) -> BOOL { return FALSE; });
+    int number = 40;
     const auto image = [&] {
-        user_.expectAsk(kVerify, kVerifyQuestion, true);
-        user_.expectStop(kHashError, "Could not get HASH PARAM. Exiting");
+        user_.expectStop("***** IMAGE NOT COMPLETE *****",
+                         "The HASH of [" + order_.path + "\\Model X." + std::to_string(++number) +
+                             ".img] could not be read. The image has no hash file, and it cannot be "
+                             "verified. Make it anew");
         EXPECT_EQ(run(runForensicImage), 1U);
     };
     image();
     EXPECT_FALSE(std::filesystem::exists(kHashFile));
-    EXPECT_EQ(lastDriveStatus(*source_), "BAD verification failed");
+    EXPECT_EQ(display_.lastStatus(), " Image Terminated -- Not Completed");
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not hashed");
+    EXPECT_EQ(state().raceTrack.succeeded, 0);
     testing::expectNoHandleLost(image);
 }
 

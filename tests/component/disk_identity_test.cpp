@@ -203,6 +203,23 @@ TEST_F(DiskIdentity, ASourceHasToTellItsTexts) {
     EXPECT_FALSE(isStillTheProbedSource(disk));
 }
 
+TEST_F(DiskIdentity, ACopyOntoADiskThatThenTellsNoTableLeavesTheOneThatItTold) {
+    DriveRecord& disk = openDisk(faultOf("IOCTL_DISK_GET_DRIVE_LAYOUT_EX", "ERROR_CRC", 1));
+    ASSERT_NE(disk.partitionTable.get(), std::nullopt);
+    rememberToldPartitionTable(disk);
+    EXPECT_NE(disk.partitionTable.get(), std::nullopt);
+    EXPECT_FALSE(isStillTheProbedDisk(disk)) << "what it told once it has to tell";
+}
+
+TEST_F(DiskIdentity, ACopyOntoADiskGivesItTheTableThatItThenTells) {
+    putMbr(0x11111111);
+    DriveRecord& disk = openDisk();
+    putMbr(0x22222222);
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+    rememberToldPartitionTable(disk);
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+}
+
 TEST_F(DiskIdentity, WhatWasNeverToldIsNotCompared) {
     DriveRecord& disk = openDisk(
         R"(, "faults": {"requests": [{"request": "IOCTL_DISK_GET_DRIVE_LAYOUT_EX", "error": "ERROR_NOT_SUPPORTED"},

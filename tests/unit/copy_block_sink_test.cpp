@@ -30,7 +30,7 @@ class RecordingSink : public BlockSink {
         return outcome;
     }
 
-    TransferOutcome flush() override { return flushOutcome; }
+    TransferOutcome flush(UnflushedBlocks) override { return flushOutcome; }
 
     TransferOutcome outcome = TransferOutcome::kWhole;
     TransferOutcome flushOutcome = TransferOutcome::kWhole;
@@ -90,7 +90,7 @@ TEST(DriveSink, AFlushThatFailsIsCountedLikeAWrite) {
     DriveSink sink(io, drive);
     EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
     io.flushFate = TransferOutcome::kFailed;
-    EXPECT_EQ(sink.flush(), TransferOutcome::kFailed);
+    EXPECT_EQ(sink.flush(UnflushedBlocks::kFlush), TransferOutcome::kFailed);
     EXPECT_EQ(drive.writeErrorCount, 1U);
     EXPECT_EQ(io.flushes, 1);
 }
@@ -102,7 +102,7 @@ TEST(DriveSink, ADriveThatWasGoneByItsLastBlockIsNotAskedToFlush) {
     EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
     io.fate = [](std::uint64_t) { return TransferOutcome::kGone; };
     EXPECT_EQ(sink.store({.offset = 3, .length = 2}, bytesOf("de")), TransferOutcome::kGone);
-    EXPECT_EQ(sink.flush(), TransferOutcome::kNotReached);
+    EXPECT_EQ(sink.flush(UnflushedBlocks::kFlush), TransferOutcome::kNotReached);
     EXPECT_EQ(drive.writeErrorCount, 1U) << "the block's own failure";
     EXPECT_EQ(io.flushes, 0);
 }
@@ -112,7 +112,7 @@ TEST(ImageSink, TellsHowItsFileWasFlushed) {
     bool open = false;
     ImageSink sink(std::make_unique<RecordingImage>(text, open));
     EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
-    EXPECT_EQ(sink.flush(), TransferOutcome::kFailed);
+    EXPECT_EQ(sink.flush(UnflushedBlocks::kFlush), TransferOutcome::kFailed);
 }
 
 TEST(HashingSink, PassesAFlushOn) {
@@ -120,7 +120,7 @@ TEST(HashingSink, PassesAFlushOn) {
     inner.flushOutcome = TransferOutcome::kGone;
     RecordingHasher hasher;
     HashingSink sink(inner, hasher);
-    EXPECT_EQ(sink.flush(), TransferOutcome::kGone);
+    EXPECT_EQ(sink.flush(UnflushedBlocks::kFlush), TransferOutcome::kGone);
 }
 
 TEST(ImageSink, WritesOneBlockBehindTheOther) {

@@ -177,14 +177,15 @@ std::optional<Script> withoutTrouble(Script script) {
     const bool makesImage = script.job == ScriptedJob::kImageToFile || script.job == ScriptedJob::kForensicImage;
     const bool readsImage = script.job == ScriptedJob::kImageToDrive;
     if (makesImage || !isWhole(script.destinationBytes, script.destinationSector) ||
-        (!readsImage && !isWhole(script.sourceBytes, script.sourceSector))) {
+        (!readsImage && !script.sourceIsImageFile && !isWhole(script.sourceBytes, script.sourceSector))) {
         return std::nullopt;
     }
     script.reads.clear();
     script.writes.clear();
     script.flushes.clear();
-    script.sourceHasChanged = false;
+    script.sourceChangesAt = 1000;
     script.destinationChangesAt = 1000;
+    script.clean = DiskChange::kMade;
     script.imageCannotBeOpened = false;
     script.yes = true;
     script.stopAt = StopAt::kNever;
@@ -217,6 +218,29 @@ TEST(CopyEngine, BringsEveryByteOntoTheDestination) {
     EXPECT_GT(odd, static_cast<int>(scriptCount() / 200)) << "ranges that do not fill the destination's last sector";
 }
 
+// Whoever stops a job does not want it to go on over a disk that could not be cleaned.
+TEST(CopyEngine, StoppedDuringACleanThatFailsItDoesNotAskWhetherToContinue) {
+    Script script;
+    script.sourceBytes = script.destinationBytes = 32;
+    script.sourceSector = script.destinationSector = 16;
+    script.clean = DiskChange::kNotMade;
+    const auto eventsOf = [](const World& world, const std::string& what) {
+        return std::find_if(world.seen.begin(), world.seen.end(),
+                            [&](const std::string& event) { return event.starts_with(what); });
+    };
+    World unstopped(script);
+    std::uint32_t exitCode = 0;
+    runJob(unstopped, exitCode);
+    ASSERT_NE(eventsOf(unstopped, "ask default no"), unstopped.seen.end());
+
+    script.stopAt = StopAt::kEvent;
+    script.stopNumber = static_cast<std::uint64_t>(eventsOf(unstopped, "clean") - unstopped.seen.begin());
+    World stopped(script);
+    runJob(stopped, exitCode);
+    EXPECT_EQ(eventsOf(stopped, "ask default no"), stopped.seen.end());
+    EXPECT_EQ(stopped.writesBegun, 0U);
+}
+
 // The scripts must reach what they are meant to test.
 TEST(CopyEngine, TheScriptsCoverEveryEnding) {
     std::set<std::string> endings;
@@ -246,8 +270,12 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "DESTINATION, which have # bytes. The last sector will be filled up with zeros. Do you want to "
                   "continue?]",
                   "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
-                  "mounted on it: K:, L:. Windows refuses writes inside mounted volumes, so parts of the copy may not "
+                  "mounted on it: K:, C:\\mnt\\, a volume without a letter. Windows refuses writes inside mounted "
+                  "volumes, so parts of the copy may not "
                   "arrive. Nothing was written yet. Continue anyway?]",
+                  "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
+                  "mounted on it: K:, C:\\mnt\\. Windows refuses writes inside mounted volumes, so parts of the copy "
+                  "may not arrive. Nothing was written yet. Continue anyway?]",
                   "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
                   "mounted on it: K:. Windows refuses writes inside mounted volumes, so parts of the copy may not "
                   "arrive. Nothing was written yet. Continue anyway?]",
@@ -296,12 +324,23 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "or it does not answer. It was cleaned before, nothing else was written. Load the drives again]",
                   "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
                   "or it does not answer. Nothing was written. Load the drives again]",
+                  "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
+                  "or it does not answer. Nothing was changed. Load the drives again]",
+                  "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
+                  "or it does not answer. What diskpart has changed is not known. Load the drives again]",
+                  "stop [***** DRIVE HAS CHANGED *****] [The SOURCE is not the drive that was loaded any more, or it "
+                  "does not answer. The DESTINATION was cleaned before, nothing was written to it. Load the drives "
+                  "again]",
                   "stop [***** DRIVE HAS CHANGED *****] [The SOURCE is not the drive that was loaded any more, or it "
                   "does not answer. Nothing was written. Load the drives again]",
                   "stop [***** IMAGE NOT COMPLETE *****] [The last block of [E:\\Images\\Model 100%s.#.img] could not "
                   "be hashed. The image is not whole, and it has no hash file. Make it anew]",
                   "stop [***** IMAGE NOT COMPLETE *****] [The last block of [E:\\Images\\Model 100%s.#.img] could not "
                   "be written. The image is not whole, and it has no hash file. Make it anew]",
+                  "stop [***** IMAGE NOT COMPLETE *****] [Not everything of [E:\\Images\\Model 100%s.#.img] could be "
+                  "brought onto the medium. The image is not whole, and it has no hash file. Make it anew]",
+                  "stop [***** IMAGE NOT COMPLETE *****] [The HASH of [E:\\Images\\Model 100%s.#.img] could not be "
+                  "read. The image has no hash file, and it cannot be verified. Make it anew]",
                   "stop [***** FATAL SYSTEM ERROR *****] [ImageToDrive: [E:\\Images\\source.img] OPEN_EXISTING "
                   "FAILED]",
                   "timer 500",

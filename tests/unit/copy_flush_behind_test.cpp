@@ -35,42 +35,52 @@ class FlushBehindTest : public ::testing::Test {
 
 TEST_F(FlushBehindTest, NothingIsFlushedWhereNothingWasStored) {
     store(3, kFailed);
-    EXPECT_EQ(flushing_.finish(), kWhole);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kWhole);
     EXPECT_EQ(flushes_, 0U);
 }
 
 TEST_F(FlushBehindTest, FlushesAsItGoesAndTheRestAtTheEnd) {
     store(2 * kBlocksBetweenFlushes + 1);
-    EXPECT_EQ(flushing_.finish(), kWhole);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kWhole);
     EXPECT_EQ(flushes_, 3U);
-    EXPECT_EQ(flushing_.finish(), kWhole);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kWhole);
     EXPECT_EQ(flushes_, 3U) << "there was nothing left";
 }
 
 TEST_F(FlushBehindTest, AFlushThatFailedOnTheWayIsToldAtTheEnd) {
     outcomes_ = {kWhole, kFailed, kGone};
     store(4 * kBlocksBetweenFlushes + 1);
-    EXPECT_EQ(flushing_.finish(), kFailed);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kFailed);
     EXPECT_EQ(flushes_, 5U);
+}
+
+TEST_F(FlushBehindTest, BlocksThatAreLeftAreNotFlushedButFailuresOnTheWayAreTold) {
+    store(kBlocksBetweenFlushes + 1);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kLeave), kWhole);
+    EXPECT_EQ(flushes_, 1U);
+    outcomes_ = {kWhole, kFailed};
+    store(kBlocksBetweenFlushes);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kLeave), kFailed);
+    EXPECT_EQ(flushes_, 2U);
 }
 
 TEST_F(FlushBehindTest, TheLastFlushMayFailToo) {
     outcomes_ = {kGone};
     store(1);
-    EXPECT_EQ(flushing_.finish(), kGone);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kGone);
 }
 
 TEST_F(FlushBehindTest, ADeviceThatIsGoneIsNotAsked) {
     store(1);
     store(1, kGone);
-    EXPECT_EQ(flushing_.finish(), TransferOutcome::kNotReached);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), TransferOutcome::kNotReached);
     EXPECT_EQ(flushes_, 0U);
 }
 
 TEST_F(FlushBehindTest, ADeviceThatCameBackIsAsked) {
     store(1, kGone);
     store(1);
-    EXPECT_EQ(flushing_.finish(), kWhole);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kWhole);
     EXPECT_EQ(flushes_, 1U);
 }
 
@@ -85,7 +95,7 @@ TEST(FlushBehind, TheNextBlocksAreStoredWhileTheOnesBeforeThemAreFlushed) {
         flushing.stored(kWhole); // the last of them would never return if it waited for the flush
     }
     stored.set_value();
-    EXPECT_EQ(flushing.finish(), kWhole);
+    EXPECT_EQ(flushing.finish(UnflushedBlocks::kFlush), kWhole);
 }
 
 TEST(FlushBehind, NoMoreThanTwoRoundsOfBlocksWaitForTheMedium) {
@@ -102,7 +112,7 @@ TEST(FlushBehind, NoMoreThanTwoRoundsOfBlocksWaitForTheMedium) {
         flushing.stored(kWhole);
         EXPECT_LE(blocks - flushed, 2 * kBlocksBetweenFlushes);
     }
-    EXPECT_EQ(flushing.finish(), kWhole);
+    EXPECT_EQ(flushing.finish(UnflushedBlocks::kFlush), kWhole);
     EXPECT_EQ(flushed, 40U);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "admin/changed_drive.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -48,10 +50,11 @@ struct Script {
     std::map<std::uint64_t, TransferFault> verifyReads; ///< of the finished image
     std::map<std::uint64_t, bool> hashes;               ///< that fail, counted through imaging and verification
 
-    bool sourceHasChanged = false;             ///< since the drives were loaded
-    std::uint64_t destinationChangesAt = 1000; ///< the n-th time that somebody asks, from 0
-    bool cleanFails = false;
-    std::size_t mountedLetters = 0; ///< on the destination after a clean that failed
+    bool sourceIsImageFile = false;            ///< a record of the drive list that stands for a file
+    std::uint64_t sourceChangesAt = 1000;      ///< the n-th time that somebody asks, from 0
+    std::uint64_t destinationChangesAt = 1000; ///< the same of the destination
+    DiskChange clean = DiskChange::kMade;
+    std::size_t mountedVolumes = 0; ///< on the destination after a clean that failed
 
     std::size_t takenImages = 0;    ///< numbers in a row whose image exists already
     std::size_t takenHashFiles = 0; ///< numbers behind those, whose hash file exists
@@ -100,6 +103,7 @@ class ScriptMaker {
         script_.slowWrites = chance(3);
         script_.slowHashes = chance(3);
         makeFailedFlush();
+        script_.sourceIsImageFile = chance(8);
         return script_;
     }
 
@@ -203,12 +207,17 @@ class ScriptMaker {
     }
 
     void makeDriveTroubles() {
-        script_.sourceHasChanged = chance(25);
+        if (chance(12)) {
+            script_.sourceChangesAt = below(3);
+        }
         if (chance(10)) {
             script_.destinationChangesAt = below(4);
         }
-        script_.cleanFails = chance(6);
-        script_.mountedLetters = below(3);
+        if (chance(5)) {
+            script_.clean = pick<DiskChange>(
+                {DiskChange::kNotMade, DiskChange::kNotMade, DiskChange::kOtherDrive, DiskChange::kDriveLost});
+        }
+        script_.mountedVolumes = below(4);
     }
 
     void makeFailedFlush() {

@@ -103,16 +103,15 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         copyFlags();
         world_.rememberDestination();
     }
-    bool cleanDisk(DriveRecord& drive) override {
+    DiskChange cleanDisk(DriveRecord& drive) override {
         EXPECT_EQ(&drive, &world_.destination);
         copyFlags();
         return world_.clean();
     }
-    std::vector<char> lettersOn(const DriveRecord& drive) override {
+    std::vector<std::string> volumesOn(const DriveRecord& drive) override {
         EXPECT_EQ(&drive, &world_.destination);
         copyFlags();
-        const std::string letters = world_.mountedLetters();
-        return {letters.begin(), letters.end()};
+        return world_.mountedVolumes();
     }
     void setDriveStatus(const DriveRecord& drive, const std::string& text) override {
         see("drive " + std::string(drive.model.view()) + " [" + text + "]");

@@ -216,7 +216,16 @@ class SequentialModel {
         failedWrites_ += flushed_ ? 0 : 1;
         return flushed_;
     }
-    void flushDrive() { world_.destination.writeErrorCount += flushRest(World::kDestination) ? 0 : 1; }
+    /// What a job does that was left early: a flush that has failed is told, what is not flushed stays so.
+    bool tellFailedFlush() {
+        const bool failed = !gone_ && !flushed_;
+        failedWrites_ += failed ? 1 : 0;
+        return !failed;
+    }
+    void flushDrive(bool complete) {
+        const bool onMedium = complete ? flushRest(World::kDestination) : tellFailedFlush();
+        world_.destination.writeErrorCount += onMedium ? 0 : 1;
+    }
 
     std::string remaining(std::int64_t done) {
         std::string out = "00:00:00";
@@ -317,27 +326,34 @@ class SequentialModel {
     /// Every block of the job was moved, the remainder too.
     [[nodiscard]] bool whole(std::uint64_t k) const { return k == full_ && (remainder_ == 0 || remainderMoved_); }
 
-    bool isSourceUnchanged() {
-        if (!world_.isStillTheSource()) {
-            stopBox("***** DRIVE HAS CHANGED *****",
-                    "The SOURCE is not the drive that was loaded any more, or it does not answer. Nothing was written. "
-                    "Load the drives again");
-            return false;
+    [[nodiscard]] std::uint64_t sourceUnit() const {
+        return world_.script.sourceIsImageFile ? 1 : static_cast<std::uint64_t>(world_.source.bytesPerSector);
+    }
+
+    void changedDriveBox(const std::string& role, const std::string& untouched) {
+        stopBox("***** DRIVE HAS CHANGED *****", "The " + role +
+                                                     " is not the drive that was loaded any more, or it does not "
+                                                     "answer. " +
+                                                     untouched + ". Load the drives again");
+    }
+
+    bool isSourceUnchanged(const std::string& untouched = "Nothing was written") {
+        const bool unchanged = world_.isStillTheSource();
+        if (!unchanged) {
+            changedDriveBox("SOURCE", untouched);
         }
-        return true;
+        return unchanged;
     }
 
     bool isDestinationUnchanged(const std::string& untouched) {
-        if (!world_.isStillTheDestination()) {
-            stopBox("***** DRIVE HAS CHANGED *****",
-                    "The DESTINATION is not the drive that was loaded any more, or it does not answer. " + untouched +
-                        ". Load the drives again");
-            return false;
+        const bool unchanged = world_.isStillTheDestination();
+        if (!unchanged) {
+            changedDriveBox("DESTINATION", untouched);
         }
-        return true;
+        return unchanged;
     }
 
-    /// Both drives asked, the destination cleaned and asked again: what comes before the first block.
+    /// Both drives asked, the destination cleaned, and both asked again: what comes before the first block.
     bool destinationReady(bool hasSource) {
         if (hasSource && !isSourceUnchanged()) {
             return false;
@@ -347,23 +363,34 @@ class SequentialModel {
         }
         driveStatus(world_.destination, "Cleaning disk");
         status(" Status: Cleaning the destination");
-        if (world_.clean()) {
-            status(" Status: Idle");
-            return isDestinationUnchanged("It was cleaned before, nothing else was written");
-        }
+        const DiskChange cleaned = world_.clean();
         status(" Status: Idle");
+        if (cleaned == DiskChange::kOtherDrive || cleaned == DiskChange::kDriveLost) {
+            changedDriveBox("DESTINATION", cleaned == DiskChange::kOtherDrive
+                                               ? "Nothing was changed"
+                                               : "What diskpart has changed is not known");
+            return false;
+        }
+        if (cleaned == DiskChange::kMade) {
+            return (!hasSource || isSourceUnchanged("The DESTINATION was cleaned before, nothing was written to it")) &&
+                   isDestinationUnchanged("It was cleaned before, nothing else was written");
+        }
+        if (flags_.running == 0) {
+            return true; // stopped meanwhile: there is nothing to ask
+        }
         if (!isDestinationUnchanged("Nothing was written")) {
             return false;
         }
-        const std::string letters = world_.mountedLetters();
-        const std::string mounted = letters.empty() ? "nothing with a letter" : letters == "K" ? "K:" : "K:, L:";
+        static constexpr std::array<const char*, 4> kMounted{"nothing with a letter", "K:", "K:, C:\\mnt\\",
+                                                             "K:, C:\\mnt\\, a volume without a letter"};
+        const std::string mounted = kMounted[world_.mountedVolumes().size()];
         if (!askDefaultNoBox("***** DESTINATION NOT CLEANED *****",
                              "The DESTINATION could not be cleaned. Still mounted on it: " + mounted +
                                  ". Windows refuses writes inside mounted volumes, so parts of the copy may not "
                                  "arrive. Nothing was written yet. Continue anyway?")) {
             return false;
         }
-        return isDestinationUnchanged("Nothing was written");
+        return (!hasSource || isSourceUnchanged()) && isDestinationUnchanged("Nothing was written");
     }
 
     enum class Ready { kYes, kStopped, kRefused };
@@ -400,7 +427,7 @@ class SequentialModel {
         world_.source.badReadCount = 0;
         notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
         splitRange(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)),
-                   static_cast<std::uint64_t>(world_.source.bytesPerSector));
+                   sourceUnit());
         if (!paddingWanted("SOURCE")) {
             return declined({&world_.source, &world_.destination});
         }
@@ -429,9 +456,7 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
-        if (wanted && k == full_) {
-            flushDrive();
-        }
+        flushDrive(wanted && k == full_);
         remember(wanted);
         showLosses(completed(wanted && whole(k)));
         end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
@@ -448,7 +473,7 @@ class SequentialModel {
         world_.source.badReadCount = 0;
         notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
         splitRange(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)),
-                   static_cast<std::uint64_t>(world_.source.bytesPerSector));
+                   sourceUnit());
         if (!paddingWanted("SOURCE")) {
             return declined({&world_.source, &world_.destination});
         }
@@ -479,9 +504,7 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(500);
         }
-        if (wanted && k == full_) {
-            flushDrive();
-        }
+        flushDrive(wanted && k == full_);
         remember(wanted);
         showLosses(completed(wanted && whole(k)));
         end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
@@ -557,6 +580,7 @@ class SequentialModel {
         while (wanted && k < full_) {
             readBlock(k * block_, block_);
             if (!writeImage(*image, block_)) {
+                tellFailedFlush();
                 return couldNotWrite();
             }
             if (tooManyBadBlocks(750) || flags_.running == 0) {
@@ -568,12 +592,15 @@ class SequentialModel {
         if (remainder_ > 0 && flags_.running == 1) {
             readBlock(full_ * block_, remainder_);
             if (!writeImage(*image, remainder_)) {
+                tellFailedFlush();
                 return couldNotWrite();
             }
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
-        if (wanted && k == full_ && !flushRest(name)) {
+        if (!(wanted && k == full_)) {
+            tellFailedFlush();
+        } else if (!flushRest(name)) {
             return couldNotWrite();
         }
         showLosses(completed(wanted && whole(k)));
@@ -677,14 +704,18 @@ class SequentialModel {
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
-        const bool flushLost = wanted && k == full_ && lost == nullptr && !flushRest(name);
+        const bool movedAll = wanted && k == full_ && lost == nullptr;
+        const bool flushLost = movedAll && !flushRest(name);
         if (flushLost) {
             couldNotWrite();
+        } else if (!movedAll && lost == nullptr) {
+            tellFailedFlush();
         }
-        // The remainder is a block like the others: without it the image is no success.
-        const bool complete = wanted && k == full_ && lost == nullptr;
-        imagedWhole_ = complete && whole(k);
+        // The remainder is a block like the others: without it the image is no success, and without its digest it is
+        // none either.
+        imagedWhole_ = wanted && whole(k) && lost == nullptr;
         const bool hasDigest = !world_.digestFails();
+        const bool complete = movedAll && !flushLost && hasDigest;
         hashFailed_ = hashFailed_ || !hasDigest;
         showLosses(imagedWhole_ && hashFailed_ ? "not hashed" : completed(imagedWhole_));
         end(complete, " Image SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
@@ -703,17 +734,28 @@ class SequentialModel {
         closeImage();
         flags_.running = 0;
         const bool lastLost = flushLost || (lost != nullptr && (remainder_ > 0 ? remainderMoved_ : k + 1 == full_));
-        lostLast_ = lastLost ? lost : nullptr;
+        const auto lastBlock = [&](const char* what) {
+            return "The last block of [" + path_ + "] could not be " + what +
+                   ". The image is not whole, and it has no hash file. Make it anew";
+        };
+        if (flushLost) {
+            trouble_ = "Not everything of [" + path_ +
+                       "] could be brought onto the medium. The image is not whole, and it has no hash file. Make it "
+                       "anew";
+        } else if (lastLost) {
+            trouble_ = lastBlock(lost);
+        } else if (movedAll && !hasDigest) {
+            trouble_ = "The HASH of [" + path_ +
+                       "] could not be read. The image has no hash file, and it cannot be verified. Make it anew";
+        }
         verifiable_ = complete;
         return 1;
     }
 
     /// What follows an imaging pass once its row is written: what the user has to answer.
     void afterwards() {
-        if (lostLast_ != nullptr) {
-            stopBox("***** IMAGE NOT COMPLETE *****", "The last block of [" + path_ + "] could not be " + lostLast_ +
-                                                          ". The image is not whole, and it has no hash file. Make it "
-                                                          "anew");
+        if (!trouble_.empty()) {
+            stopBox("***** IMAGE NOT COMPLETE *****", trouble_);
         }
         if (verifiable_ && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
             jobRow("Verification of [" + path_ + "]: begins");
@@ -870,6 +912,7 @@ class SequentialModel {
         };
         const auto couldNotRead = [&] {
             ++unreadable_;
+            flushDrive(false);
             remember(true);
             showLosses("not completed");
             driveStatus(world_.destination, outcome("not completed"));
@@ -897,9 +940,7 @@ class SequentialModel {
             writeBlock(full_ * block_, remainder_);
             remainderMoved_ = true;
         }
-        if (wanted && k == full_) {
-            flushDrive();
-        }
+        flushDrive(wanted && k == full_);
         remember(wanted);
         showLosses(completed(wanted && whole(k)));
         driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
@@ -937,7 +978,7 @@ class SequentialModel {
     std::string ending_ = "not started";
     std::string path_; ///< of the image that was made
     std::string digestText_;
-    const char* lostLast_ = nullptr; ///< what the last block of an image could not be
+    std::string trouble_; ///< at the end of an image, in words
     bool verifiable_ = false;
     Md5Digest imaged_{};
 };

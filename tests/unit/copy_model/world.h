@@ -67,6 +67,7 @@ class World {
         source.serialNumber.assign("S/N 7");
         source.driveNumber = 3;
         source.bytesPerSector = script.sourceSector;
+        source.recordKind = script.sourceIsImageFile ? kRecordKindImageFile : kRecordKindPhysicalDrive;
         source.sizeBytes = script.sourceBytes;
         source.badReadCount = 99; // left by an earlier job
         destination.model.assign("Destination");
@@ -145,7 +146,7 @@ class World {
 
     bool isStillTheSource() {
         see("source asked");
-        return !script.sourceHasChanged;
+        return sourceQuestions++ < script.sourceChangesAt;
     }
     bool isStillTheDestination() {
         see("destination asked");
@@ -153,13 +154,15 @@ class World {
     }
     void rememberDestination() { see("destination remembered"); }
 
-    bool clean() {
+    DiskChange clean() {
         see("clean");
-        return !script.cleanFails;
+        return script.clean;
     }
-    std::string mountedLetters() {
-        see("letters");
-        return std::string("KL").substr(0, script.mountedLetters);
+    std::vector<std::string> mountedVolumes() {
+        see("volumes");
+        std::vector<std::string> roots{"K:\\", "C:\\mnt\\", "\\\\?\\Volume{7}\\"};
+        roots.resize(script.mountedVolumes);
+        return roots;
     }
 
     /// Brings what lies in the cache of a drive or file onto its medium. One that fails has lost it.
@@ -303,6 +306,7 @@ class World {
     std::atomic<std::uint64_t> writesBegun{0};
     std::atomic<std::uint64_t> flushes{0};
     std::uint64_t hashCalls = 0;
+    std::uint64_t sourceQuestions = 0;
     std::uint64_t destinationQuestions = 0;
     std::size_t racesLost = 0;
     std::size_t hashPasses = 0;
@@ -323,9 +327,10 @@ class World {
         return bytes;
     }
 
-    /// A raw drive refuses what does not begin on a sector or is no whole number of them.
+    /// A raw drive refuses what does not begin on a sector or is no whole number of them; a file does not.
     static bool isWholeSectors(const DriveRecord& drive, std::uint64_t offset, std::size_t length) {
-        const auto sector = static_cast<std::uint64_t>(drive.bytesPerSector);
+        const bool file = drive.recordKind == kRecordKindImageFile;
+        const auto sector = file ? 1 : static_cast<std::uint64_t>(drive.bytesPerSector);
         return offset % sector == 0 && length % sector == 0;
     }
 
