@@ -238,6 +238,7 @@ TEST_F(Reports, OfACompanyWithAForeignNameInUtf8) {
 }
 
 TEST_F(Reports, AreNotOpenedWhenTheUserLeavesADiskThatDoesNotAnswer) {
+    drive_.smartType = kSmartTypeSsd;
     constexpr const char* kCaption = "***** REPORT NOT READY *****";
     const std::string text = std::string("Report <") + kFileName +
                              "> is still being written: its disk does not answer.\n\nNothing was opened. Look for the "
