@@ -1,9 +1,9 @@
 #include "admin/bitlocker_dialog.h"
 
 #include "admin/bitlocker_scan.h"
+#include "admin/volume_refresh.h"
 #include "base/colours.h"
 #include "base/format.h"
-#include "discovery/volume_map.h"
 #include "records/drive_record.h"
 #include "resources/resource_ids.h"
 #include "state/scan_tables.h"
@@ -109,9 +109,9 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
     [[nodiscard]] int listWidth() const { return clientArea().right - 2 * kMargin; }
 
     void onBegin() {
-        // Letters may have been given and moved since the drives were loaded.
-        refreshVolumes(scan_);
-        BL_ScanActiveDrive(&drive_, scan_.volumes, *this);
+        if (bringVolumesUpToDate(scan_)) {
+            BL_ScanActiveDrive(&drive_, scan_.volumes, *this);
+        }
     }
 
     void onExit() { end(0); }

@@ -1,18 +1,15 @@
 #include "admin/destruction_warning_dialog.h"
 
 #include "admin/destruction_warning.h"
-#include "admin/volume_identity.h"
+#include "admin/volume_refresh.h"
 #include "base/colours.h"
-#include "discovery/volume_map.h"
-#include "discovery/volumes_on_drive.h"
-#include "discovery/windows_volume_system.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
 
+#include <optional>
 #include <string>
-#include <vector>
 
 namespace torvane {
 
@@ -31,8 +28,8 @@ constexpr RECT kNoPlace{370, 306, 460, 332};
 
 class DestructionWarningDialog : public Dialog {
   public:
-    DestructionWarningDialog(const AppState& state, const Destruction& destruction)
-        : Dialog(IDD_DESTRUCTION_WARNING), state_(state), destruction_(destruction) {}
+    DestructionWarningDialog(const Destruction& destruction, const WarningFacts& facts)
+        : Dialog(IDD_DESTRUCTION_WARNING), destruction_(destruction), facts_(facts) {}
 
   protected:
     bool onInitialise() override {
@@ -83,19 +80,16 @@ class DestructionWarningDialog : public Dialog {
         list_.addColumn("Type", 100);
         list_.addColumn("Model/Volume", 230);
         list_.addColumn("Relation", 120);
-        WindowsVolumeSystem system;
-        const std::vector<WarningRow> rows = warningRows(
-            destruction_.drive, volumeRootsOn(destruction_.drive, state_.scan.volumes, system), readVolumeIdentity);
-        for (const WarningRow& row : rows) {
+        for (const WarningRow& row : facts_.rows) {
             const int position = list_.appendRow(row.type.c_str(), 0);
             list_.setCell(position, 1, row.name.c_str());
             list_.setCell(position, 2, row.relation.c_str());
         }
         // Names longer than their column must be seen whole before anybody says "Yes".
-        setControlText(IDC_WARNING_DRIVE, rows.front().name.c_str());
+        setControlText(IDC_WARNING_DRIVE, facts_.rows.front().name.c_str());
         std::string details = warningDetails(destruction_.drive);
-        if (const std::string note = imagePlaceNote(state_, destruction_); !note.empty()) {
-            details.append("\n").append(note);
+        if (!facts_.note.empty()) {
+            details.append("\n").append(facts_.note);
         }
         setControlText(IDC_WARNING_DETAILS, details.c_str());
     }
@@ -103,8 +97,8 @@ class DestructionWarningDialog : public Dialog {
     void onYes() { end(1); }
     void onNo() { end(0); }
 
-    const AppState& state_;
     const Destruction& destruction_;
+    const WarningFacts& facts_;
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     UniqueFont boldFont_;
     ListView list_;
@@ -113,12 +107,14 @@ class DestructionWarningDialog : public Dialog {
 } // namespace
 
 Confirmation confirmDestruction(AppState& state, const Destruction& destruction, HWND owner) {
-    // Letters may have been given and moved since the drives were loaded.
-    refreshVolumes(state.scan);
+    if (!bringVolumesUpToDate(state.scan)) {
+        return Confirmation::kNo;
+    }
     if (const Confirmation checked = checkDestruction(state, destruction); checked != Confirmation::kYes) {
         return checked;
     }
-    if (DestructionWarningDialog(state, destruction).runModal(owner) != 1) {
+    const std::optional<WarningFacts> facts = askForWarning(state, destruction);
+    if (!facts || DestructionWarningDialog(destruction, *facts).runModal(owner) != 1) {
         return Confirmation::kNo;
     }
     return checkIdentity(state, destruction);

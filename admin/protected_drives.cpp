@@ -4,9 +4,11 @@
 #include "discovery/windows_volume_system.h"
 #include "records/drive_record.h"
 #include "ui/prompts.h"
+#include "ui/waiting.h"
 
 #include <windows.h>
 
+#include <memory>
 #include <optional>
 
 namespace torvane {
@@ -33,16 +35,22 @@ ProtectedFolders protectedFolders() {
 
 } // namespace
 
-bool mayBeChanged(const DriveRecord& drive) {
+std::optional<bool> mayBeChanged(const DriveRecord& drive) {
     if (drive.recordKind == kRecordKindImageFile) {
         return true;
     }
-    WindowsVolumeSystem system;
-    const std::optional<Refusal> refusal = protectionOf(drive.driveNumber, protectedFolders(), system);
-    if (refusal) {
-        prompts::stop(refusal->caption.c_str(), refusal->text.c_str());
+    const auto refusal = std::make_shared<std::optional<Refusal>>();
+    const auto ask = [refusal, number = drive.driveNumber] {
+        WindowsVolumeSystem system;
+        *refusal = protectionOf(number, protectedFolders(), system);
+    };
+    if (!waiting::run("the volumes", ask)) {
+        return std::nullopt;
     }
-    return !refusal;
+    if (*refusal) {
+        prompts::stop((*refusal)->caption.c_str(), (*refusal)->text.c_str());
+    }
+    return !*refusal;
 }
 
 } // namespace torvane

@@ -61,16 +61,17 @@ void EnumerateVolumes(ScanState& scan) {
     }
 }
 
-void refreshVolumes(ScanState& scan) {
-    const VolumeTable before = scan.volumes;
-    resetVolumeTable(scan.volumes);
+VolumeTable refreshedVolumes(const VolumeTable& before) {
+    VolumeTable volumes;
+    resetVolumeTable(volumes);
     for (char letter = kFirstLetter; letter <= kLastLetter; ++letter) {
         if (const auto extents = askVolume(letter)) {
-            appendVolume(scan.volumes, letter, *extents);
+            appendVolume(volumes, letter, *extents);
         } else {
-            keepVolume(scan.volumes, before, letter);
+            keepVolume(volumes, before, letter);
         }
     }
+    return volumes;
 }
 
 } // namespace torvane

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "records/volume_record.h"
+
 namespace torvane {
 
 struct ScanState;
@@ -8,8 +10,8 @@ struct ScanState;
 /// drives. Letters that do not exist, cannot be opened or have no extents are skipped silently.
 void EnumerateVolumes(ScanState& scan);
 
-/// Brings the table up to date: letters that were given, moved and taken since. A volume is not mounted for it, and one
-/// that is there but does not tell its extents now keeps those that the table had.
-void refreshVolumes(ScanState& scan);
+/// The table brought up to date: letters that were given, moved and taken since. A volume is not mounted for it, and
+/// one that is there but does not tell its extents now keeps those that the table had. On any thread.
+[[nodiscard]] VolumeTable refreshedVolumes(const VolumeTable& before);
 
 } // namespace torvane

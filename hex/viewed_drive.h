@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/owned_handle.h"
+#include "discovery/handle_lease.h"
 #include "discovery/windows_drive_io.h"
 #include "hex/hex_viewer.h"
 #include "records/drive_record.h"
@@ -34,8 +35,10 @@ class ViewedDrive {
 
   private:
     void open();
+    void openAgain();
 
     NativeHandle shared_; ///< the record's handle: for an image file, and where the drive cannot be opened again
+    HandleLease lease_;   ///< a read that was left may outlive the record
     std::int32_t driveNumber_;
     bool isDisk_;
     UniqueHandle own_;

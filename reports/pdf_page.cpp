@@ -167,21 +167,17 @@ void DrawTextLine(HPDF_Page page, const char* text, HPDF_Font font, float size, 
     HPDF_Page_EndText(page);
 }
 
-int writePdfPage(const ReportPage& page, const char* fileName) {
+PdfOutcome writePdfPage(const ReportPage& page, const char* fileName) {
     const PdfDocument document(HPDF_New(printPdfError, nullptr));
     if (!document) {
         LogEvent("ERROR", "Could not initialize PDF document");
-        return 0;
+        return {};
     }
     HPDF_SetCompressionMode(document.get(), HPDF_COMP_ALL);
     HPDF_Page sheet = HPDF_AddPage(document.get());
     openAtTop(document.get(), sheet);
     drawPage(document.get(), sheet, page);
-    if (const std::string reason = saveDocument(document.get(), fileName); !reason.empty()) {
-        reportNotSaved(fileName, reason);
-        return 0;
-    }
-    return 1;
+    return {.made = true, .notSavedWhy = saveDocument(document.get(), fileName)};
 }
 
 } // namespace torvane

@@ -2,6 +2,8 @@
 
 #include <hpdf.h>
 
+#include <string>
+
 namespace torvane {
 
 struct ReportPage;
@@ -11,10 +13,15 @@ struct ReportPage;
 /// drawn with is the page's. Lengths are points; `text` is in the font's encoding.
 void DrawTextLine(HPDF_Page page, const char* text, HPDF_Font font, float size, float x, float yFromTop);
 
+/// What became of a page.
+struct PdfOutcome {
+    bool made = false;       ///< false after one "ERROR" log row: no document could be made
+    std::string notSavedWhy; ///< in one line; empty: it was saved, if it was made
+};
+
 /// Writes the page as a PDF file in the current folder. An older file of that name is kept beside it (report_file.h).
-/// Returns 0 after one "ERROR" log row when no document could be made, and also after a box when the file could not be
-/// saved whole: then no file has changed. Returns 1 otherwise: whatever else goes wrong, the library's error is printed
-/// on standard output and the page goes on without what failed.
-int writePdfPage(const ReportPage& page, const char* fileName);
+/// When the file could not be saved whole, no file has changed but the new one. Whatever else goes wrong, the library's
+/// error is printed on standard output and the page goes on without what failed. On any thread.
+[[nodiscard]] PdfOutcome writePdfPage(const ReportPage& page, const char* fileName);
 
 } // namespace torvane

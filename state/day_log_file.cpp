@@ -9,19 +9,29 @@
 
 #include <windows.h>
 
+#include <string_view>
 #include <utility>
 
 namespace torvane {
 
 namespace {
 
+/// What a job did to a drive has to stand somewhere, however much else the day has told.
+constexpr std::string_view kJobCategory = "JOB";
+constexpr std::uint64_t kMostJobBytes = std::uint64_t{1} << 20; // beyond the bound of other rows
+
 /// Keeps other writers out for a scope. They all lock the same byte, one far behind any row, which lets readers
-/// through.
+/// through. Who holds it for longer than a row takes holds up nobody: then the system's own appending has to do, as on
+/// a file system that knows no locks.
 class WriterLock {
   public:
     explicit WriterLock(HANDLE file) : file_(file) {
         place_.OffsetHigh = MAXLONG;
-        locked_ = LockFileEx(file_, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place_) != FALSE;
+        locked_ = tryLock();
+        for (int i = 0; i < kTries && !locked_ && GetLastError() == ERROR_LOCK_VIOLATION; ++i) {
+            Sleep(kPauseMilliseconds);
+            locked_ = tryLock();
+        }
     }
     ~WriterLock() {
         if (locked_) {
@@ -32,9 +42,17 @@ class WriterLock {
     WriterLock& operator=(const WriterLock&) = delete;
 
   private:
+    // About half a second, for a disk that is slow to flush the row of another.
+    static constexpr DWORD kPauseMilliseconds = 5;
+    static constexpr int kTries = 100;
+
+    bool tryLock() {
+        return LockFileEx(file_, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place_) != FALSE;
+    }
+
     HANDLE file_;
     OVERLAPPED place_{};
-    bool locked_ = false; // a file system that knows no locks: then the system's own appending has to do
+    bool locked_ = false;
 };
 
 // To append and nothing else: what is there already can never be written over. A lock asks for reading besides.
@@ -54,17 +72,19 @@ DWORD writeText(HANDLE file, const std::string& text) {
 }
 
 std::string lastLine(const LocalMoment& when) {
-    return logFileLine(makeLogRow("STATUS", when, "This file is full: no more rows are kept on this day"));
+    return logFileLine(
+        makeLogRow("STATUS", when, "This file is full: only JOB rows are kept on this day, 1 MiB of them at most"));
 }
 
 /// NO_ERROR also when the day's file is full, which its last row has told.
-DWORD appendLine(HANDLE file, const LocalMoment& when, std::string line, std::uint64_t mostBytes) {
+DWORD appendLine(HANDLE file, const LocalMoment& when, const LogRow& row, std::uint64_t mostBytes) {
     const WriterLock lock(file);
     const std::uint64_t size = sizeOfFile(file).value_or(0);
-    if (size >= mostBytes) {
+    if (size >= (row.category == kJobCategory ? mostBytes + kMostJobBytes : mostBytes)) {
         return NO_ERROR;
     }
-    if (size + line.size() >= mostBytes) {
+    std::string line = logFileLine(row);
+    if (size < mostBytes && size + line.size() >= mostBytes) {
         line += lastLine(when);
     }
     if (const DWORD error = writeText(file, line); error != NO_ERROR) {
@@ -81,7 +101,7 @@ DayLogFile::DayLogFile(std::string folder, std::uint64_t mostBytes)
 std::optional<std::string> DayLogFile::append(const LocalMoment& when, const LogRow& row) {
     const std::string path = folder_ + '\\' + logFileName(when);
     const UniqueFile file = openToAppend(path);
-    const DWORD error = file ? appendLine(file.get(), when, logFileLine(row), mostBytes_) : GetLastError();
+    const DWORD error = file ? appendLine(file.get(), when, row, mostBytes_) : GetLastError();
     if (error == NO_ERROR || failureTold_.exchange(true)) {
         return std::nullopt;
     }

@@ -17,7 +17,7 @@ class DayLogFile : public EventLogFile {
     static constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20;
 
     /// In that folder, and nowhere else when it cannot be written. Once a file has `mostBytes`, a last row says so, and
-    /// no more are kept on that day.
+    /// no more are kept on that day, but for 1 MiB of rows of jobs (category "JOB").
     explicit DayLogFile(std::string folder, std::uint64_t mostBytes = kMostBytes);
 
     [[nodiscard]] std::optional<std::string> append(const LocalMoment& when, const LogRow& row) override;

@@ -21,22 +21,25 @@ constexpr std::array<const char*, kJobKinds> kNames{"the drive scan",
                                                     "a Critical Read Test",
                                                     "a NIST Read Test"};
 
-std::string namesOf(const Jobs::Obstacle& obstacle) {
+} // namespace
+
+std::string namesOfJobs(JobKinds kinds) {
     std::string names;
     for (std::size_t kind = 0; kind < kJobKinds; ++kind) {
-        if (obstacle.kinds.contains(static_cast<JobKind>(kind))) {
+        if (kinds.contains(static_cast<JobKind>(kind))) {
             names += (names.empty() ? "" : ", ") + std::string(kNames[kind]);
         }
     }
     return names.empty() ? "a job" : names;
 }
 
-} // namespace
-
 std::string stillAtWorkText(const Jobs::Obstacle& obstacle) {
-    return "Still at work: " + namesOf(obstacle) +
+    return "Still at work: " + namesOfJobs(obstacle.kinds) +
            ".\n\nNothing was started. What was told to stop ends with the read, write or tool that it has under way. "
-           "Please try again then.";
+           "Please try again then." +
+           (obstacle.kinds.contains(JobKind::kDiskChange)
+                ? "\n\nIf the tool that changes the disk never ends, Torvane has to be restarted."
+                : "");
 }
 
 void sayWhoIsAtWork(const Jobs::Obstacle& obstacle) {

@@ -6,6 +6,9 @@
 
 namespace torvane {
 
+/// "a clone, a Short Read Test"; "a job" for none of them, when only a flag is up.
+[[nodiscard]] std::string namesOfJobs(JobKinds kinds);
+
 /// Who keeps a command from beginning, as its box tells it.
 [[nodiscard]] std::string stillAtWorkText(const Jobs::Obstacle& obstacle);
 

@@ -4,6 +4,7 @@
 #include "ui/waiting_strip.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace torvane {
 
@@ -94,10 +95,20 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
             onTextChange(LOWORD(wParam));
             return TRUE;
         }
-        return isCommand(wParam) && (isHeldBack(message, wParam, lParam) || onCommand(LOWORD(wParam)));
+        return isCommand(wParam) && (isHeldBack(message, wParam) || onCommand(LOWORD(wParam)));
     case WM_SYSCOMMAND:
-        return (wParam < kFirstSystemCommand && isHeldBack(message, wParam, lParam)) ||
+        return (wParam < kFirstSystemCommand && isHeldBack(message, wParam)) ||
                onSystemCommand(wParam & kSystemCommandMask);
+    case kHeldCommandMessage:
+        carryOutHeld(wParam);
+        return TRUE;
+    case WM_ENABLE:
+        if (wParam != FALSE) {
+            carryOutPostponed();
+        }
+        return FALSE;
+    case WM_SETCURSOR:
+        return showWaitCursor(LOWORD(lParam)) ? answer(TRUE) : FALSE;
     case WM_NOTIFY:
         return answer(onNotify(*reinterpret_cast<NMHDR*>(lParam)));
     case WM_TIMER:
@@ -121,11 +132,33 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-bool Dialog::isHeldBack(UINT message, WPARAM wParam, LPARAM lParam) const {
+bool Dialog::isHeldBack(UINT message, WPARAM wParam) const {
     const int id = LOWORD(wParam);
-    const bool wayOut = message == WM_COMMAND && (id == kLeaveWaitingId || isWayOut(id));
-    return HeldCommands::holdsBack(
-        {.hwnd = window_, .message = message, .wParam = wParam, .lParam = lParam, .time = 0, .pt = {}}, wayOut);
+    return HeldCommands::holdsBack(window_, wParam, message == WM_COMMAND && (id == kLeaveWaitingId || isWayOut(id)));
+}
+
+// A box that tells the end of what was left is answered first.
+void Dialog::carryOutHeld(WPARAM command) {
+    if (IsWindowEnabled(window_) == FALSE) {
+        postponed_ = command;
+        return;
+    }
+    SendMessageA(window_, WM_COMMAND, command, 0);
+}
+
+void Dialog::carryOutPostponed() {
+    if (const std::optional<WPARAM> command = std::exchange(postponed_, std::nullopt)) {
+        PostMessageA(window_, kHeldCommandMessage, *command, 0);
+    }
+}
+
+// The system would show the arrow again with the next move of the mouse.
+bool Dialog::showWaitCursor(WORD place) {
+    if (place != HTCLIENT || !HeldCommands::someoneIsWaitedFor()) {
+        return false;
+    }
+    SetCursor(LoadCursorA(nullptr, IDC_WAIT));
+    return true;
 }
 
 // A dialog procedure hands its result over through DWLP_MSGRESULT and says by TRUE that it did.

@@ -91,10 +91,14 @@ class Dialog {
     static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR dispatch(UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR answer(std::optional<LRESULT> result);
-    [[nodiscard]] bool isHeldBack(UINT message, WPARAM wParam, LPARAM lParam) const;
+    [[nodiscard]] bool isHeldBack(UINT message, WPARAM wParam) const;
+    void carryOutHeld(WPARAM command);
+    void carryOutPostponed();
+    static bool showWaitCursor(WORD place);
 
     int templateId_;
     HWND window_ = nullptr;
+    std::optional<WPARAM> postponed_; ///< held back before, and now until what is open over the dialog has closed
 };
 
 } // namespace torvane

@@ -14,18 +14,20 @@ HeldCommands::HeldCommands() : outer_(std::exchange(current, this)) {}
 
 HeldCommands::~HeldCommands() {
     current = outer_;
-    for (const MSG& command : commands_) {
-        PostMessageA(command.hwnd, command.message, command.wParam, command.lParam);
+    for (const HeldCommand& command : commands_) {
+        PostMessageA(command.dialog, kHeldCommandMessage, command.wParam, 0);
     }
 }
 
-bool HeldCommands::holdsBack(const MSG& command, bool wayOut) {
-    if (current == nullptr) {
-        return false;
+bool HeldCommands::someoneIsWaitedFor() {
+    return current != nullptr;
+}
+
+bool HeldCommands::holdsBack(HWND dialog, WPARAM wParam, bool wayOut) {
+    if (current != nullptr && wayOut) {
+        current->commands_.push_back({dialog, wParam});
     }
-    current->commands_.push_back(command);
-    current->wayOutTaken_ = current->wayOutTaken_ || wayOut;
-    return true;
+    return current != nullptr;
 }
 
 } // namespace torvane

@@ -6,8 +6,14 @@
 
 namespace torvane {
 
-/// The commands that reach dialogs while the window's thread waits for somebody (ui/waiting.h): kept in their order,
-/// and sent on their way again when this goes. One at a time is asked; everything belongs to the window's thread.
+/// The message, handled by every `Dialog`, by which a command that was held back reaches its dialog at last; `wParam`
+/// is that of WM_COMMAND.
+inline constexpr UINT kHeldCommandMessage = WM_APP + 100;
+
+/// What becomes of the commands that reach dialogs while the window's thread waits for somebody (ui/waiting.h). Those
+/// by which the user gets out of what he is in are kept in their order, and sent on their way when this goes. All
+/// others are dropped: what they would work on then may be another drive than the one that the user saw. One at a time
+/// is asked; everything belongs to the window's thread.
 class HeldCommands {
   public:
     HeldCommands();
@@ -16,15 +22,22 @@ class HeldCommands {
     HeldCommands& operator=(const HeldCommands&) = delete;
 
     /// True once a command came by which the user gets out of what he is in.
-    [[nodiscard]] bool wayOutTaken() const { return wayOutTaken_; }
+    [[nodiscard]] bool wayOutTaken() const { return !commands_.empty(); }
 
-    /// What a dialog asks before it carries out a command. True: somebody is waited for, and the command was kept.
-    [[nodiscard]] static bool holdsBack(const MSG& command, bool wayOut);
+    [[nodiscard]] static bool someoneIsWaitedFor();
+
+    /// What a dialog asks before it carries out a command, with the `wParam` of its message. True: somebody is waited
+    /// for, and the command was kept or dropped.
+    [[nodiscard]] static bool holdsBack(HWND dialog, WPARAM wParam, bool wayOut);
 
   private:
-    std::vector<MSG> commands_;
+    struct HeldCommand {
+        HWND dialog;
+        WPARAM wParam;
+    };
+
+    std::vector<HeldCommand> commands_;
     HeldCommands* outer_;
-    bool wayOutTaken_ = false;
 };
 
 } // namespace torvane

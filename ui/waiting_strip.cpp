@@ -48,8 +48,8 @@ void WaitingStrip::show(HWND over, const std::string& what) {
         return;
     }
     const int buttonLeft = width - kMargin - kButtonWidth;
-    text_ = makeChild(strip_, "STATIC", "", SS_CENTERIMAGE | SS_NOPREFIX,
-                      {kMargin, kMargin, buttonLeft - kMargin, kMargin + kRowHeight}, 0);
+    text_ =
+        makeChild(strip_, "STATIC", "", SS_NOPREFIX, {kMargin, kMargin, buttonLeft - kMargin, kMargin + kRowHeight}, 0);
     const HWND button =
         makeChild(strip_, "BUTTON", "&Leave", WS_TABSTOP | BS_DEFPUSHBUTTON,
                   {buttonLeft, kMargin, buttonLeft + kButtonWidth, kMargin + kRowHeight}, kLeaveWaitingId);
@@ -59,7 +59,9 @@ void WaitingStrip::show(HWND over, const std::string& what) {
 
 void WaitingStrip::setSeconds(int seconds) {
     if (visible() && std::exchange(seconds_, seconds) != seconds) {
-        SetWindowTextA(text_, formatText("Waiting for %s, %d s", what_.c_str(), seconds).c_str());
+        SetWindowTextA(
+            text_,
+            formatText("Waiting for %s, %d s\nOther commands do nothing until then.", what_.c_str(), seconds).c_str());
     }
 }
 
@@ -82,6 +84,10 @@ LRESULT CALLBACK WaitingStrip::procedure(HWND window, UINT message, WPARAM wPara
     if (message == WM_COMMAND && LOWORD(wParam) == kLeaveWaitingId && self != nullptr) {
         self->leaveWanted_ = true;
         return 0;
+    }
+    if (message == WM_SETCURSOR) { // over the button, too: it can be pressed
+        SetCursor(LoadCursorA(nullptr, IDC_ARROW));
+        return TRUE;
     }
     if (message == WM_CTLCOLORSTATIC) {
         SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);

@@ -18,7 +18,8 @@ class WaitingStrip {
     WaitingStrip(const WaitingStrip&) = delete;
     WaitingStrip& operator=(const WaitingStrip&) = delete;
 
-    /// Shows the strip, with the keyboard in its button, and says "Waiting for PowerShell, 2 s".
+    /// Shows the strip, with the keyboard in its button, and says "Waiting for PowerShell, 2 s", and that other
+    /// commands do nothing meanwhile.
     void show(HWND over, const std::string& what);
     void setSeconds(int seconds);
     /// Gives the keyboard back to who had it.

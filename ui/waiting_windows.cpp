@@ -94,9 +94,10 @@ class Wait {
                 return false;
             }
             const bool quiet = elapsed() < kQuiet;
-            MsgWaitForMultipleObjects(1, &done_, FALSE, kPauseMilliseconds, quiet ? QS_SENDMESSAGE : QS_ALLINPUT);
+            MsgWaitForMultipleObjects(1, &done_, FALSE, kPauseMilliseconds,
+                                      quiet ? QS_SENDMESSAGE | QS_PAINT : QS_ALLINPUT);
             if (quiet) {
-                answerSentMessages();
+                answerAndPaint();
             } else {
                 showStrip();
                 dispatchAll();
@@ -115,14 +116,17 @@ class Wait {
         return std::chrono::steady_clock::now() - begin_;
     }
 
-    static void answerSentMessages() {
+    static void answerAndPaint() {
         MSG message{};
-        PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_SENDMESSAGE | PM_QS_PAINT) != FALSE) {
+            DispatchMessageA(&message);
+        }
     }
 
     void showStrip() {
         button_.release();
-        if (!strip_.visible() && window_ != nullptr) {
+        // A minimised window has no room for it; it comes when the window is restored.
+        if (!strip_.visible() && window_ != nullptr && IsIconic(window_) == FALSE) {
             ShowWindow(window_, SW_SHOWNA); // a dialog that reads before it is shown
             strip_.show(window_, what_);
         }

@@ -2,7 +2,9 @@
 
 #include "admin/mounting.h"
 #include "state/app_state.h"
+#include "state/event_log.h"
 #include "state/mount_status.h"
+#include "state/still_at_work.h"
 #include "ui/prompts.h"
 
 namespace torvane {
@@ -17,6 +19,7 @@ bool confirmLeaving(AppState& state) {
     if (!prompts::ask(kCaption, "Application still has a job working. Do you still want to EXIT?")) {
         return false;
     }
+    LogToFile("JOB", "Torvane is left while at work: %s", namesOfJobs(state.jobs.atWork()).c_str());
     state.jobs.askToStop();
     return true;
 }

@@ -11,6 +11,7 @@
 #include "settings/tutorial_dialog.h"
 #include "state/app_state.h"
 #include "ui/control_text.h"
+#include "ui/held_commands.h"
 #include "ui/prompt_owner.h"
 #include "window/main_layout.h"
 #include "window/main_window_view.h"
@@ -193,7 +194,7 @@ void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
 
 void MainDialog::showDriveMenu(POINT askedAt) {
     const std::optional<POINT> place = driveList_.menuPlace(askedAt);
-    if (!place) {
+    if (!place || HeldCommands::someoneIsWaitedFor()) {
         return;
     }
     const UniqueMenu menu{LoadMenuA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDR_DRIVE_MENU))};

@@ -22,6 +22,7 @@
 #include "settings/portable_drive.h"
 #include "state/active_drive.h"
 #include "state/app_state.h"
+#include "state/still_at_work.h"
 #include "surface/read_test_dialog.h"
 #include "ui/prompts.h"
 #include "window/about_dialog.h"
@@ -246,7 +247,7 @@ void MainDialog::onClearReadOnly() {
 
 DriveRecord* MainDialog::driveWhoseAttributeMayBecome(bool readOnly) {
     DriveRecord* const drive = driveList_.selectedDrive();
-    return drive != nullptr && mayChangeDisk(state_.jobs, *drive) && mayBeChanged(*drive) &&
+    return drive != nullptr && mayChangeDisk(state_.jobs, *drive) && mayBeChanged(*drive) == true &&
                    confirmReadOnlyChange(*drive, readOnly)
                ? drive
                : nullptr;
@@ -266,7 +267,12 @@ void MainDialog::onAbout() {
 }
 
 void MainDialog::onEditMessages() {
+    // The menu's item is grey then, unless the job has begun while the menu was open.
     if (state_.jobs.active()) {
+        prompts::stop("***** Working *****",
+                      ("Still at work: " + namesOfJobs(state_.jobs.atWork()) +
+                       ".\n\nThe messages were not opened for editing. Please try again when that has ended.")
+                          .c_str());
         return;
     }
     editMessages(state_.messages, window());

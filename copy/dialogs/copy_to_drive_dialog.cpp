@@ -23,6 +23,10 @@ std::vector<DriveRecord*> drivesOf(const ScanState& scan) {
 
 } // namespace
 
+bool CopyToDriveDialog::isWayOut(int id) const {
+    return id == IDCANCEL || id == IDC_EXIT_CLONE || id == IDC_EXIT_IMAGE_TO_DRIVE;
+}
+
 bool CopyToDriveDialog::isBusy(JobKind kind) const {
     const Jobs::Obstacle obstacle = state().jobs.whyNot(kind);
     if (obstacle && !obstacle.flag) {

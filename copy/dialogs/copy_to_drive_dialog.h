@@ -13,6 +13,8 @@ class CopyToDriveDialog : public CopyDialog {
   protected:
     using CopyDialog::CopyDialog;
 
+    [[nodiscard]] bool isWayOut(int id) const override;
+
     /// True while a job runs that this one waits for, or while the last one has not ended yet.
     [[nodiscard]] bool isBusy(JobKind kind) const;
 

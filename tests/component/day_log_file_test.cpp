@@ -134,17 +134,48 @@ TEST_F(DayLog, LetsOthersReadMoveAndDeleteIt) {
     EXPECT_EQ(linesOf(kFile).size(), 1U);
 }
 
+TEST_F(DayLog, KeepsTheRowsOfJobsWhenItIsFullAndBoundsThem) {
+    DayLogFile small(folder(), 100);
+    writeFile(kFile, std::string(200, 'x') + "\r\n");
+    EXPECT_EQ(small.append(kEvening, makeLogRow("ERROR", kEvening, "no job's")), std::nullopt);
+    EXPECT_EQ(append(small, "begun"), "");
+    EXPECT_EQ(append(small, "ended"), "");
+    const std::vector<std::string> lines = linesOf(kFile);
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_EQ(lines[1], "JOB\t11/22/2026\t23:59:59\tbegun\r");
+    EXPECT_EQ(lines[2], "JOB\t11/22/2026\t23:59:59\tended\r");
+
+    const std::uintmax_t bound = (std::uintmax_t{1} << 20) + 100;
+    writeFile(kFile, std::string(bound, 'x'));
+    EXPECT_EQ(append(small, "one too many"), "");
+    EXPECT_EQ(fs::file_size(kFile), bound);
+}
+
+TEST_F(DayLog, WaitsForNoOtherWriterForLong) {
+    append(file_, "first");
+    const HANDLE other = CreateFileA(kFile, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                     nullptr, OPEN_EXISTING, 0, nullptr);
+    OVERLAPPED place{};
+    place.OffsetHigh = MAXLONG;
+    ASSERT_TRUE(LockFileEx(other, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place));
+    EXPECT_EQ(append(file_, "second"), "");
+    CloseHandle(other);
+    EXPECT_EQ(linesOf(kFile).size(), 2U);
+}
+
 TEST_F(DayLog, IsBoundedAndSaysSoInItsLastRow) {
     DayLogFile small(folder(), 100);
     DayLogFile another(folder(), 100);
-    for (int row = 0; row < 10; ++row) {
-        EXPECT_EQ(append(small, "1234567890"), "");
-        EXPECT_EQ(append(another, "1234567890"), "");
+    const LogRow row = makeLogRow("ERROR", kEvening, "12345678");
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(small.append(kEvening, row), std::nullopt);
+        EXPECT_EQ(another.append(kEvening, row), std::nullopt);
     }
     const std::vector<std::string> lines = linesOf(kFile);
     ASSERT_EQ(lines.size(), 4U) << "rows of 37 bytes until there are 100, and the one that says so";
     EXPECT_EQ(lines[2], lines[0]);
-    EXPECT_EQ(lines[3], "STATUS\t11/22/2026\t23:59:59\tThis file is full: no more rows are kept on this day\r");
+    EXPECT_EQ(lines[3], "STATUS\t11/22/2026\t23:59:59\tThis file is full: only JOB rows are kept on this day, 1 MiB of "
+                        "them at most\r");
     append(small, "next day", kMidnight);
     EXPECT_EQ(linesOf("Torvane 2026-11-23.log").size(), 1U);
 }

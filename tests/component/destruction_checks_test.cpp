@@ -1,9 +1,11 @@
 #include "admin/destruction_checks.h"
 
+#include "admin/volume_refresh.h"
 #include "discovery/physical_drive_probe.h"
 #include "discovery/volume_map.h"
 #include "state/app_state.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/direct_waiting.h"
 #include "tests/support/recording_main_view.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -40,7 +42,7 @@ class DestructionChecks : public ::testing::Test {
         bench_.open();
         drive_ = ProbePhysicalDrive(2);
         ASSERT_TRUE(drive_);
-        refreshVolumes(state_.scan);
+        state_.scan.volumes = refreshedVolumes(state_.scan.volumes);
     }
     void addDrive(int number, const std::string& volumes) {
         bench_.addDrive(R"({"bus": "nvme", "size": "64 MiB", "number": )" + std::to_string(number) +
@@ -77,7 +79,7 @@ TEST_F(DestructionChecks, AnImageElsewhereAndNoImageAreNoObstacle) {
     EXPECT_EQ(check(inWorkFolder()), Confirmation::kYes);
     EXPECT_EQ(check("\\\\server\\share\\disk.img"), Confirmation::kYes);
     EXPECT_EQ(check(""), Confirmation::kYes);
-    EXPECT_EQ(imagePlaceNote(state_, destruction("M:\\disk.img")), "");
+    EXPECT_EQ(askForWarning(state_, destruction("M:\\disk.img")).value().note, "");
 }
 
 TEST_F(DestructionChecks, AnImageOnTheDestinationIsRefusedByEveryLetter) {
@@ -102,7 +104,7 @@ TEST_F(DestructionChecks, ASubstitutedLetterOfAnotherDriveIsNoObstacle) {
 TEST_F(DestructionChecks, AnImageWhosePlaceIsNotToldIsSaidInTheWarning) {
     open(volume('K'), volume('M', R"(, "faults": {"extents": "ERROR_NOT_READY"})"));
     EXPECT_EQ(check("M:\\disk.img"), Confirmation::kYes);
-    EXPECT_EQ(imagePlaceNote(state_, destruction("M:\\disk.img")),
+    EXPECT_EQ(askForWarning(state_, destruction("M:\\disk.img")).value().note,
               "Windows does not tell on which drive the image lies. Make sure that it is not this one");
 }
 
@@ -126,6 +128,25 @@ TEST_F(DestructionChecks, ADriveThatIsGoneAfterTheWarningIsRefusedAndItsStatusKe
                      "written. Load the drives again");
     EXPECT_EQ(checkIdentity(state_, destruction("")), Confirmation::kRefused);
     EXPECT_EQ(view_.driveStatuses(*drive_).back(), "Idle");
+}
+
+TEST_F(DestructionChecks, AreANoWhenTheUserLeavesADriveThatDoesNotAnswer) {
+    open(volume('K'));
+    const testing::LeftWaits left;
+    EXPECT_EQ(check("K:\\disk.img"), Confirmation::kNo);
+    EXPECT_EQ(check(""), Confirmation::kNo);
+    EXPECT_FALSE(askForWarning(state_, destruction("")).has_value());
+    EXPECT_EQ(checkIdentity(state_, destruction("")), Confirmation::kNo);
+    const std::int32_t before = state_.scan.volumes.count = 7;
+    EXPECT_FALSE(bringVolumesUpToDate(state_.scan));
+    EXPECT_EQ(state_.scan.volumes.count, before) << "the old table stays";
+}
+
+TEST_F(DestructionChecks, BringTheVolumesUpToDate) {
+    open(volume('K'));
+    state_.scan.volumes = {};
+    EXPECT_TRUE(bringVolumesUpToDate(state_.scan));
+    EXPECT_GT(state_.scan.volumes.count, 0);
 }
 
 } // namespace

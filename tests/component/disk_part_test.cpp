@@ -289,7 +289,7 @@ TEST_F(DiskPart, TheDriveListIsRedrawnByTheStatusCheckAndByEitherWorker) {
 TEST_F(DiskPart, WhoLeavesWhileTheStatusIsAskedForChangesNothing) {
     openBench();
     state().mountStatus = kMountingEnabled;
-    const testing::LeavingUser leaving;
+    const testing::LeftWaits left;
     onDisableMounting(state());
     onEnableMounting(state());
     EXPECT_TRUE(state().jobs.atWork().empty());

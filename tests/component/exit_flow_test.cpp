@@ -6,6 +6,7 @@
 #include "tests/component/patience_gone.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/started_threads.h"
+#include "tests/support/recording_log_file.h"
 #include "tests/support/recording_main_view.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -17,7 +18,9 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 // The import slot of the function that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
@@ -128,8 +131,10 @@ TEST_F(ExitFlowTest, YesWithAJobStopsItBeforeTheMountingQuestion) {
     const std::optional<JobClaim> job = state_.jobs.begin(JobKind::kNistTest);
     user_.expectAsk(kExitCaption, kJobText, true, [&] { EXPECT_TRUE(job->isRaised()); });
     user_.expectAsk(kMountingCaption, kMountingText, false, [&] { EXPECT_TRUE(job->stopAsked()); });
+    RecordingLogFile file;
     EXPECT_TRUE(confirmExit(state_));
     EXPECT_FALSE(state_.jobs.active());
+    EXPECT_EQ(file.messages("JOB"), std::vector<std::string>{"Torvane is left while at work: a NIST Read Test"});
 }
 
 TEST_F(ExitFlowTest, DecliningTheOfferStartsNothing) {

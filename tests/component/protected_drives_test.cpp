@@ -40,7 +40,7 @@ class ProtectedDrives : public ::testing::Test {
         DriveRecord drive;
         drive.recordKind = kRecordKindPhysicalDrive;
         drive.driveNumber = number;
-        return mayBeChanged(drive);
+        return mayBeChanged(drive).value();
     }
     void expectProtected(int number, const std::string& what) {
         user_.expectStop("***** PROTECTED DRIVE *****",
@@ -71,7 +71,7 @@ TEST_F(ProtectedDrives, WindowsAndTheProgramAreNeverOverwritten) {
     EXPECT_TRUE(mayChange(3));
     DriveRecord image;
     image.recordKind = kRecordKindImageFile;
-    EXPECT_TRUE(mayBeChanged(image)) << "its number is no disk's";
+    EXPECT_EQ(mayBeChanged(image), true) << "its number is no disk's";
 }
 
 TEST_F(ProtectedDrives, VolumesAreAskedWithoutTheRightToReadThem) {

@@ -7,6 +7,7 @@
 #include "tests/component/import_patched.h"
 #include "tests/component/package_folder.h"
 #include "tests/component/test_bench.h"
+#include "tests/support/direct_waiting.h"
 #include "tests/support/recording_main_view.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/unit/reports_test_drives.h"
@@ -234,6 +235,25 @@ TEST_F(Reports, OfACompanyWithAForeignNameInUtf8) {
     realToWide = __imp_MultiByteToWideChar;
     const ImportPatched utf8(__imp_MultiByteToWideChar, &toWideFromUtf8);
     createAndKeep("foreign-utf8");
+}
+
+TEST_F(Reports, AreNotOpenedWhenTheUserLeavesADiskThatDoesNotAnswer) {
+    drive_.smartType = kSmartTypeSsd;
+    constexpr const char* kCaption = "***** REPORT NOT READY *****";
+    const std::string text = std::string("Report <") + kFileName +
+                             "> is still being written: its disk does not answer.\n\nNothing was opened. Look for the "
+                             "report when the disk answers again, and create it again if it is not there.";
+    {
+        const LeftWaits left;
+        user_.expectWarn(kCaption, text);
+        CreateReport(appState());
+        user_.expectWarn(kCaption, text); // two must not write into the same file
+        CreateReport(appState());
+        EXPECT_FALSE(fs::exists(kFileName));
+    }
+    EXPECT_TRUE(fs::exists(kFileName)) << "the disk has answered";
+    EXPECT_THAT(opened(), IsEmpty());
+    create(kFileName);
 }
 
 // --- guards ---

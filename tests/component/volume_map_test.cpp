@@ -197,7 +197,7 @@ TEST_F(VolumeMap, RefreshingFindsNewLettersAndDropsThoseThatAreGone) {
     bench_.open();
     state().scan.volumes.records[0] = {.driveLetter = 'G', .diskNumber = 7};
     state().scan.volumes.count = 1;
-    refreshVolumes(state().scan);
+    state().scan.volumes = refreshedVolumes(state().scan.volumes);
     ASSERT_EQ(volumes().count, 1);
     EXPECT_EQ(volume(0).driveLetter, 'K');
     EXPECT_EQ(volume(0).diskNumber, 0);
@@ -212,7 +212,7 @@ TEST_F(VolumeMap, RefreshingKeepsAVolumeThatDoesNotTellNow) {
     state().scan.volumes.records[0] = {.driveLetter = 'K', .diskNumber = 0};
     state().scan.volumes.records[1] = {.driveLetter = 'L', .diskNumber = 0};
     state().scan.volumes.count = 2;
-    refreshVolumes(state().scan);
+    state().scan.volumes = refreshedVolumes(state().scan.volumes);
     ASSERT_EQ(volumes().count, 2);
     EXPECT_EQ(volume(0).driveLetter, 'K');
     EXPECT_EQ(volume(1).driveLetter, 'L');

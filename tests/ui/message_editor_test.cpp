@@ -212,9 +212,14 @@ TEST_F(MessageEditorDuringJobTest, IsNotOffered) {
     EXPECT_GT(lastSystemMenuItemPaleness(), kPale) << "is not greyed";
     chooseLastSystemMenuItem();
     expectNoBox();
-    // Nor does the command itself open it, however it comes.
+    // Nor does the command itself open it, from a menu that was open before the job: it says why.
     torvane().window().post(WM_SYSCOMMAND, kEditMessages);
-    expectNoBox();
+    const MessageBoxWindow box = program().awaitBox();
+    EXPECT_EQ(box.caption(), "***** Working *****");
+    EXPECT_EQ(box.text(),
+              "Still at work: the drive scan.\n\nThe messages were not opened for editing. Please try again "
+              "when that has ended.");
+    box.answer("OK");
     program().hurry();
     torvane().awaitLoaded();
     EXPECT_LT(lastSystemMenuItemPaleness(), kPale) << "after the job";

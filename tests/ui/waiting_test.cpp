@@ -18,6 +18,7 @@ using ::testing::Not;
 using ::testing::SizeIs;
 
 constexpr int kLeave = 7500;
+constexpr int kSetReadOnly = 32820; // in the drive list's context menu
 constexpr int kBeginScan = 1026;
 constexpr int kExitScan = 1025;
 constexpr int kBitLockerList = 6006;
@@ -86,10 +87,20 @@ TEST_F(WaitingTest, AReportWhoseToolNeverEndsCanBeLeftAndAPageToo) {
     torvane().press(kCreateReport);
     expectAnswers(window);
     expectWaitingFor(window, "PowerShell");
-    leave(window);
+    // A disk command would reach whatever drive is selected when the wait is over.
+    const ListView list = torvane().driveList();
+    list.window().post(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list.window().handle()), static_cast<LPARAM>(-1));
+    torvane().command(kMenuBitLocker);
+    window.post(WM_COMMAND, kSetReadOnly);
+    press(window.child(kExit));
+    await("the strip has gone", [&] { return !strip(window).exists(); });
     const MessageBoxWindow box = program().awaitBox();
     EXPECT_EQ(box.caption(), "***** REPORT COMPLETED*****");
+    EXPECT_EQ(FindWindowA("#32768", nullptr), nullptr) << "a menu is open";
     box.answer("OK");
+    // What left the wait follows behind its box; the others were dropped.
+    expectQuestion("***** Exiting Application *****", "You are about to EXIT TVN. Are you sure?", "No");
+    expectNoBox();
     awaitTerminated("WorkFile.txt");
 
     torvane().press(kDataServices);

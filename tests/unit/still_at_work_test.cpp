@@ -21,7 +21,9 @@ TEST(StillAtWork, NamesEveryKindInTheOrderOfTheKinds) {
 TEST(StillAtWork, ShowsABox) {
     testing::ScriptedPrompts user;
     const Jobs::Obstacle obstacle{.flag = false, .kinds = {JobKind::kDiskChange}};
-    user.expectStop("***** Working *****", std::string("Still at work: a change of a disk") + kAdvice);
+    user.expectStop("***** Working *****", std::string("Still at work: a change of a disk") + kAdvice +
+                                               "\n\nIf the tool that changes the disk never ends, Torvane has to "
+                                               "be restarted.");
     sayWhoIsAtWork(obstacle);
 }
 
