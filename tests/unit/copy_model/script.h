@@ -252,6 +252,7 @@ class ScriptMaker {
         if (script_.job == ScriptedJob::kForensicImage && fullBlocks > 0 && chance(4)) {
             script_.stopAt = StopAt::kTick;
             script_.stopNumber = fullBlocks;
+            script_.imageChangesMeanwhile = chance(2);
         }
         // A block is written and hashed at the same time: whether its failed write is shown before or after a stop
         // during its hashing is nobody's promise.
