@@ -46,14 +46,15 @@ std::vector<WarningRow> warningRows(const DriveRecord& destination, const std::v
 }
 
 std::string warningDetails(const DriveRecord& destination) {
-    const std::string details = formatText("Drive number %d, %s GB (%" PRId64 " bytes)", destination.driveNumber,
-                                           sizeGigabytesText(destination).c_str(), destination.sizeBytes);
+    std::string details = formatText("Drive number %d, %s GB (%" PRId64 " bytes)", destination.driveNumber,
+                                     sizeGigabytesText(destination).c_str(), destination.sizeBytes);
     const std::string own = deviceSerialNumber(destination.device);
     if (own.empty() || isSerialNumberOf(destination.device, destination.serialNumber.view())) {
         return details;
     }
-    return details + formatText("\nSerial number by its report: %s, by the drive itself: %s",
-                                destination.serialNumber.c_str(), own.c_str());
+    details += formatText("\nSerial number by its report: %s, by the drive itself: %s",
+                          destination.serialNumber.c_str(), own.c_str());
+    return details;
 }
 
 } // namespace torvane

@@ -53,7 +53,7 @@ OlderReport olderReport(const char* fileName) {
 std::optional<std::string> setAside(const char* fileName, const LocalMoment& written) {
     constexpr int kMostOfADay = 1000;
     for (int number = 1; number <= kMostOfADay; ++number) {
-        const std::string aside = olderReportFileName(fileName, written, number);
+        std::string aside = olderReportFileName(fileName, written, number);
         if (moveFile(fileName, aside)) {
             return aside;
         }
@@ -73,7 +73,7 @@ std::string placeOver(const char* fileName, const LocalMoment& written) {
         LogToFile("STATUS", "The older report [%s] is kept as [%s]", fileName, aside->c_str());
         return "";
     }
-    const std::string reason = lastReason();
+    std::string reason = lastReason();
     if (moveFile(*aside, fileName)) {
         return reason;
     }

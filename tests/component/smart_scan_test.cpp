@@ -69,6 +69,14 @@ class SmartScan : public ::testing::Test {
         const auto tool = std::filesystem::path(program.data()).parent_path() / "smartctl_program" / "smartctl.exe";
         std::filesystem::copy_file(tool, "smartctl.exe");
         appState().smart = {};
+        appState().smart.started = now(); // as if a scan had just begun
+    }
+
+    /// As file times count: units of 100 ns since 1601.
+    static std::uint64_t now() {
+        FILETIME time{};
+        GetSystemTimeAsFileTime(&time);
+        return (std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime;
     }
 
     static void listingIs(const std::string& text) { writeFile("scan.out", text); }

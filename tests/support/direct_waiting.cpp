@@ -6,10 +6,11 @@ namespace torvane::waiting {
 
 // Without a window there is nobody to go on answering: what is waited for is done here and now.
 bool run(const char*, std::function<void()> work) {
-    if (testing::LeftWaits::take(work)) {
+    const std::function<void()> own = std::move(work);
+    if (testing::LeftWaits::take(own)) {
         return false;
     }
-    work();
+    own();
     return true;
 }
 

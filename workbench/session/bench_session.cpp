@@ -59,7 +59,8 @@ BenchDrive* BenchSession::drive(std::uint32_t number) {
 
 BenchDrive& BenchSession::reached(const OpenDevice& device) {
     const DriveDescription& opened = device.drive->description();
-    return opened.swap.keepsHandles ? *drive(opened.number) : *device.drive;
+    BenchDrive* const inPlace = opened.swap.keepsHandles ? drive(opened.number) : nullptr;
+    return inPlace == nullptr ? *device.drive : *inPlace;
 }
 
 bool BenchSession::isPresent(const BenchDrive& drive) {
