@@ -63,6 +63,14 @@ TEST_F(HexViewing, StepsSectorBySectorUpToTheLast) {
     EXPECT_EQ(viewer.sector(), 1U);
 }
 
+TEST_F(HexViewing, GoesToASector) {
+    HexViewer viewer = view(1048576);
+    viewer.toSector(77);
+    EXPECT_EQ(viewer.sector(), 77U);
+    viewer.read();
+    EXPECT_THAT(io_.reads, ElementsAre(PatternedDrive::Transfer{77 * 512, 512}));
+}
+
 TEST_F(HexViewing, JumpsOverTwentyTerabytes) {
     HexViewer viewer = view(20000000000000);
     viewer.toScrollPosition(31991);

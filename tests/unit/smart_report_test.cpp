@@ -488,5 +488,11 @@ TEST(SmartReport, ParsesLinesOfAHundredThousandBytesInTime) {
     EXPECT_LT(elapsed.count(), testing::kHugeTextSeconds);
 }
 
+TEST(ReportedSerialNumber, IsTheOneOfItsLineOrEmpty) {
+    EXPECT_EQ(reportedSerialNumber("Device Model:     Disk\r\nSerial Number:    AB12\r\n"), "AB12");
+    EXPECT_EQ(reportedSerialNumber("Device Model:     Disk\r\n"), "");
+    EXPECT_EQ(reportedSerialNumber(""), "");
+}
+
 } // namespace
 } // namespace torvane

@@ -29,6 +29,12 @@ TEST(ToolWatch, IsThatOfTheInnermostScopeAndOfItsThread) {
     EXPECT_EQ(toolWatch(), &outer);
 }
 
+TEST(ToolWatch, NeedNotCareForTheEndOfATool) {
+    Patient patient;
+    patient.ended();
+    EXPECT_TRUE(patient.mayBegin());
+}
+
 TEST(ToolWatch, SubjectIsThatOfTheInnermostScope) {
     EXPECT_EQ(toolSubject(), "");
     const ToolSubject outer("drive 1");
