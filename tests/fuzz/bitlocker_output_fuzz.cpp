@@ -2,6 +2,7 @@
 #include "monitoring/text_scanners.h"
 #include "tests/fuzz/fuzz_input.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -31,6 +32,13 @@ BitLockerFinding findAgain(const char* output, const BitLockerScratch& scratch) 
     return BitLockerFinding::kLocked;
 }
 
+/// Whether the words that a record of an error is known by stand in the output, stray returns aside.
+bool hasErrorMark(std::string output) {
+    std::erase(output, '\r');
+    constexpr std::array kMarks{"Get-BitLockerVolume :", "+ CategoryInfo", "+ FullyQualifiedErrorId"};
+    return std::ranges::any_of(kMarks, [&](const char* mark) { return output.find(mark) != std::string::npos; });
+}
+
 /// As an entry would hold it.
 std::string asKept(const char* word) {
     return std::string(word).substr(0, 255);
@@ -46,7 +54,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
     std::array<char, 256> otherLine{};
     std::array<char, 128> otherWord{};
-    require(check.finding == findAgain(output.c_str(), {otherLine, otherWord}), "one pass finds what many find");
+    const BitLockerFinding again = findAgain(output.c_str(), {otherLine, otherWord});
+    const bool notTold = check.finding == BitLockerFinding::kNotTold;
+    require(again == (notTold ? BitLockerFinding::kNotEncrypted : check.finding), "one pass finds what many find");
+    require(notTold == !check.error.empty(), "an error is named where the volume's state was not told, and only there");
+    require(!notTold || hasErrorMark(output), "only an error record leaves the volume's state untold");
     const bool read = check.finding == BitLockerFinding::kKeyRead;
     require((check.entry.hasKey == 1) == read, "the flag tells that a key was read");
     require(check.entry.recoveryPassword.view() == (read ? asKept(otherWord.data()) : std::string()),
