@@ -31,4 +31,8 @@ std::optional<ByteView> requestFromDevice(NativeHandle device, std::uint32_t con
     return ByteView(output).first(std::min<std::size_t>(returned, output.size()));
 }
 
+bool isUnknownRequest(std::uint32_t error) {
+    return error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
+}
+
 } // namespace torvane

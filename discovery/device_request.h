@@ -21,4 +21,8 @@ namespace torvane {
 [[nodiscard]] std::optional<ByteView> requestFromDevice(NativeHandle device, std::uint32_t controlCode, ByteView input,
                                                         std::span<std::uint8_t> output);
 
+/// True for the errors (GetLastError) of a request that the device or its driver does not know: it tells nothing, and
+/// nothing is wrong.
+[[nodiscard]] bool isUnknownRequest(std::uint32_t error);
+
 } // namespace torvane

@@ -59,9 +59,7 @@ bool hasTheProbedNumber(const DriveRecord& drive, Use use) {
     if (const auto number = readDeviceNumber(drive.handle)) {
         return *number == drive.driveNumber;
     }
-    const DWORD error = GetLastError();
-    const bool unknownRequest = error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
-    return use == Use::kSource && unknownRequest;
+    return isUnknownRequest(GetLastError()) && use == Use::kSource;
 }
 
 bool hasTheProbedSize(const DriveRecord& drive) {

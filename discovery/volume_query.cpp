@@ -25,9 +25,8 @@ VolumeAnswer requestExtents(NativeHandle volume) {
     std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
     const auto answer = requestFromDevice(volume, IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
     if (!answer) {
-        const DWORD error = GetLastError();
-        const bool unsupported = error == ERROR_INVALID_FUNCTION || error == ERROR_NOT_SUPPORTED;
-        return failedWith(unsupported ? VolumeAnswer::Kind::kUnsupported : VolumeAnswer::Kind::kFailed);
+        const bool unknown = isUnknownRequest(GetLastError());
+        return failedWith(unknown ? VolumeAnswer::Kind::kUnsupported : VolumeAnswer::Kind::kFailed);
     }
     std::vector<VolumeExtent> extents = parseVolumeDiskExtents(*answer);
     const bool whole = !extents.empty() && extents.size() == loadLe32(*answer, 0);
