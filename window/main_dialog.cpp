@@ -13,6 +13,7 @@
 #include "ui/control_text.h"
 #include "ui/held_commands.h"
 #include "ui/prompt_owner.h"
+#include "ui/window_scale.h"
 #include "window/main_layout.h"
 #include "window/main_window_view.h"
 #include "window/shutdown_guard.h"
@@ -24,10 +25,6 @@
 namespace torvane {
 
 namespace {
-
-RECT toRect(const PixelRect& rect) {
-    return {rect.left, rect.top, rect.right, rect.bottom};
-}
 
 HFONT createFixedPitchFont(const char* face, int weight) {
     constexpr int kHeight = 18;

@@ -1,20 +1,10 @@
 #pragma once
 
+#include "base/scale.h"
+
 #include <vector>
 
 namespace torvane {
-
-/// A rectangle in pixels of the main window's client area; right and bottom lie outside it.
-struct PixelRect {
-    int left;
-    int top;
-    int right;
-    int bottom;
-
-    [[nodiscard]] int width() const { return right - left; }
-    [[nodiscard]] int height() const { return bottom - top; }
-    bool operator==(const PixelRect&) const = default;
-};
 
 struct PlacedControl {
     int id;
