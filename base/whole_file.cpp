@@ -3,6 +3,9 @@
 namespace torvane {
 
 std::optional<std::uint64_t> sizeOfFile(HANDLE file) {
+    if (GetFileType(file) != FILE_TYPE_DISK) {
+        return std::nullopt;
+    }
     DWORD high = 0;
     const DWORD low = GetFileSize(file, &high);
     if (low == INVALID_FILE_SIZE && GetLastError() != NO_ERROR) {

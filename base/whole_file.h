@@ -16,7 +16,8 @@ struct GlobalFreeDeleter {
 /// A block that holds a whole file, with zero bytes behind the file's own.
 using LoadedText = std::unique_ptr<char[], GlobalFreeDeleter>;
 
-/// The file's size in bytes; nothing when the system knows no size: not a plain file.
+/// The file's size in bytes; nothing for what is no file of a disk (GetFileType): the system tells a size of zero for a
+/// pipe, and reading one waits until somebody writes to it.
 [[nodiscard]] std::optional<std::uint64_t> sizeOfFile(HANDLE file);
 
 /// A zero-filled block of `size` bytes; null when there is not that much memory.

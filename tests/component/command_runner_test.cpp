@@ -29,6 +29,7 @@ extern decltype(&CreateFileA) __imp_CreateFileA;
 extern decltype(&CreateProcessA) __imp_CreateProcessA;
 extern decltype(&GlobalAlloc) __imp_GlobalAlloc;
 extern decltype(&ReadFile) __imp_ReadFile;
+extern decltype(&GetFileSize) __imp_GetFileSize;
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
@@ -580,6 +581,30 @@ TEST_F(CommandRunner, LogsWhatIsNoPlainFile) {
     const UniqueFile pipe{
         CreateNamedPipeA(kPipe, PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE | PIPE_WAIT, 1, 64, 64, 0, nullptr)};
     ASSERT_TRUE(pipe);
+    EXPECT_FALSE(load(kPipe));
+    EXPECT_THAT(log(), ElementsAre(std::string("ERROR: PARSE_LoadFileIntoBuffer: Could not READ [") + kPipe +
+                                   "] for processing"));
+}
+
+DWORD WINAPI tellNoSize(HANDLE, LPDWORD high) {
+    *high = 0;
+    SetLastError(NO_ERROR);
+    return 0;
+}
+
+BOOL WINAPI waitForEver(HANDLE, LPVOID, DWORD, LPDWORD, LPOVERLAPPED) {
+    ADD_FAILURE() << "a pipe that nobody writes to is read";
+    return FALSE;
+}
+
+// As Windows does, and a newer Wine.
+TEST_F(CommandRunner, ReadsNoPipeWhoseSizeIsToldAsZero) {
+    constexpr const char* kPipe = R"(\\.\pipe\torvane-that-nobody-writes-to)";
+    const UniqueFile pipe{
+        CreateNamedPipeA(kPipe, PIPE_ACCESS_OUTBOUND, PIPE_TYPE_MESSAGE | PIPE_WAIT, 1, 64, 64, 0, nullptr)};
+    ASSERT_TRUE(pipe);
+    const testing::ImportPatched size(__imp_GetFileSize, &tellNoSize);
+    const testing::ImportPatched read(__imp_ReadFile, &waitForEver);
     EXPECT_FALSE(load(kPipe));
     EXPECT_THAT(log(), ElementsAre(std::string("ERROR: PARSE_LoadFileIntoBuffer: Could not READ [") + kPipe +
                                    "] for processing"));
