@@ -7,6 +7,12 @@ BUILD=$ROOT/build
 CHECK_DIR=$BUILD/check
 JOBS=${JOBS:-$(nproc)}
 
+# The Windows folder. With TORVANE_WINE=RELEASE, Windows programs run on the Wine of that Debian release
+# (tools/second-wine), in folders of its own.
+# shellcheck disable=SC2034
+WINE_FOLDER=$BUILD/wine${TORVANE_WINE:+-on-$TORVANE_WINE}
+[ -z "${TORVANE_WINE:-}" ] || PATH=$BUILD/wine-of-$TORVANE_WINE/bin:$PATH
+
 # say TEXT: one line about what is happening now.
 say() { printf '    %s\n' "$*"; }
 
