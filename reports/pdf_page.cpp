@@ -2,6 +2,7 @@
 
 #include "base/bytes.h"
 #include "base/stdio_file.h"
+#include "base/wide_text.h"
 #include "reports/png_check.h"
 #include "reports/report_file.h"
 #include "reports/report_page.h"
@@ -44,11 +45,8 @@ std::vector<std::uint8_t> readSmallFile(const char* fileName) {
     return bytes;
 }
 
-/// From the system's code page.
 std::string toPdfText(std::string_view text) {
-    const int length = static_cast<int>(text.size());
-    std::wstring wide(text.size(), L'\0');
-    wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length)));
+    const std::wstring wide = wideText(text);
     return toWindows1252(std::u16string(wide.begin(), wide.end()));
 }
 

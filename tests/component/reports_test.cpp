@@ -35,11 +35,11 @@ extern "C" {
 HPDF_Doc __real_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT: the linker's names
 HPDF_Doc __wrap_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT
 
-extern decltype(&std::fopen) __imp_fopen;                        // NOLINT
-extern decltype(&std::fwrite) __imp_fwrite;                      // NOLINT
-extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers;       // NOLINT
-extern decltype(&MoveFileExA) __imp_MoveFileExA;                 // NOLINT
-extern decltype(&MultiByteToWideChar) __imp_MultiByteToWideChar; // NOLINT
+extern decltype(&std::fopen) __imp_fopen;                  // NOLINT
+extern decltype(&std::fwrite) __imp_fwrite;                // NOLINT
+extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers; // NOLINT
+extern decltype(&MoveFileExA) __imp_MoveFileExA;           // NOLINT
+extern decltype(&GetACP) __imp_GetACP;                     // NOLINT
 }
 
 namespace {
@@ -222,18 +222,15 @@ TEST_F(Reports, OfACompanyWithAForeignName) {
 }
 
 // The product asks for UTF-8 as its code page, where the system knows such a wish.
-decltype(&MultiByteToWideChar) realToWide = nullptr;
-
-int WINAPI toWideFromUtf8(UINT codePage, DWORD flags, LPCCH text, int size, LPWSTR wide, int wideSize) {
-    return realToWide(codePage == CP_ACP ? CP_UTF8 : codePage, flags, text, size, wide, wideSize);
+UINT WINAPI utf8CodePage() {
+    return CP_UTF8;
 }
 
 TEST_F(Reports, OfACompanyWithAForeignNameInUtf8) {
     drive_.smartType = kSmartTypeSsd;
     appState().companyInfo.assign("M\xC3\xBCller & S\xC3\xB6hne \xE2\x82\xAC \xD0\x96",
                                   "\xE6\x9D\xB1\xE4\xBA\xAC \xF0\x9F\x92\xBE \xC5\xA0", "broken \xC3 end");
-    realToWide = __imp_MultiByteToWideChar;
-    const ImportPatched utf8(__imp_MultiByteToWideChar, &toWideFromUtf8);
+    const ImportPatched utf8(__imp_GetACP, &utf8CodePage);
     createAndKeep("foreign-utf8");
 }
 
