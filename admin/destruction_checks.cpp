@@ -61,7 +61,8 @@ std::string imagePlaceNote(ImagePlace place) {
 WarningFacts warningFacts(const Question& question) {
     WindowsVolumeSystem system;
     const DriveRecord& drive = question.drive.record;
-    return {.rows = warningRows(drive, volumeRootsOn(drive, question.volumes, system), readVolumeIdentity),
+    return {.rows = warningRows(drive, volumeRootsOn(drive, question.volumes, system), readVolumeIdentity,
+                                readVolumeLength),
             .note = imagePlaceNote(sourceImagePlace(question))};
 }
 

@@ -30,14 +30,18 @@ struct VolumeIdentity {
 /// Asks the volume with that root, "K:\"; none when it does not answer.
 using VolumeIdentityReader = std::function<std::optional<VolumeIdentity>(const std::wstring& root)>;
 
-/// The drive, then each of its volumes by its root, one without a letter by the folder where it is mounted or by its
-/// own name.
+/// Asks the volume with that root for its length in bytes; none when it does not tell.
+using VolumeLengthReader = std::function<std::optional<std::uint64_t>(const std::wstring& root)>;
+
+/// The drive, then each of its volumes by its root, one without a letter by the folder where it is mounted, or as "a
+/// volume without letter, 100 MB".
 [[nodiscard]] std::vector<WarningRow> warningRows(const DriveRecord& destination,
                                                   const std::vector<std::wstring>& volumeRoots,
-                                                  const VolumeIdentityReader& identify);
+                                                  const VolumeIdentityReader& identify,
+                                                  const VolumeLengthReader& lengthOf);
 
-/// What stands below the list: the drive's number and its size, to the byte; and both serial numbers, where its report
-/// tells another one than the drive itself.
+/// What stands below the list: the drive's number and its size, to the byte; what is printed on it, where its
+/// controller tells that; and both serial numbers, where its report tells another one than the drive itself.
 [[nodiscard]] std::string warningDetails(const DriveRecord& destination);
 
 } // namespace torvane

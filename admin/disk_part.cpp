@@ -7,6 +7,7 @@
 #include "discovery/device_request.h"
 #include "discovery/disk_attributes.h"
 #include "discovery/disk_identity.h"
+#include "records/drive_texts.h"
 #include "state/event_log.h"
 #include "state/main_view.h"
 
@@ -211,8 +212,7 @@ const char* endText(DiskChange end) {
 /// The change with its rows in the day's log.
 template <typename Change>
 DiskChange logged(const char* name, const DriveRecord& drive, Change change) {
-    const std::string job = formatText("%s of disk %03d - %s %s, %lld bytes", name, drive.driveNumber,
-                                       drive.model.c_str(), drive.serialNumber.c_str(), drive.sizeBytes);
+    const std::string job = formatText("%s of %s", name, jobDriveText(drive).c_str());
     LogToFile("JOB", "%s begins", job.c_str());
     const DiskChange end = change();
     LogToFile("JOB", "%s ended: %s", job.c_str(), endText(end));

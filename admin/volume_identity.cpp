@@ -1,10 +1,14 @@
 #include "admin/volume_identity.h"
 
+#include "base/ascii.h"
 #include "base/wide_text.h"
+#include "discovery/disk_place.h"
+#include "discovery/volume_query.h"
 
 #include <windows.h>
 
 #include <array>
+#include <numeric>
 
 namespace torvane {
 
@@ -34,6 +38,16 @@ std::optional<VolumeIdentity> readVolumeIdentity(const std::wstring& root) {
     }
     label.back() = '\0';
     return VolumeIdentity{label.data(), serialNumber};
+}
+
+std::optional<std::uint64_t> readVolumeLength(const std::wstring& name) {
+    const VolumeAnswer answer = askForExtents(asciiText(volumeDeviceOf(name)).c_str());
+    if (!answer.whole) {
+        return std::nullopt;
+    }
+    return std::accumulate(
+        answer.extents.begin(), answer.extents.end(), std::uint64_t{0},
+        [](std::uint64_t sum, const VolumeExtent& extent) { return sum + static_cast<std::uint64_t>(extent.length); });
 }
 
 } // namespace torvane

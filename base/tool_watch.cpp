@@ -1,5 +1,6 @@
 #include "base/tool_watch.h"
 
+#include "base/ascii.h"
 #include "base/format.h"
 
 #include <algorithm>
@@ -11,10 +12,6 @@ namespace {
 
 thread_local ToolWatch* currentWatch = nullptr;
 thread_local const std::string* currentSubject = nullptr;
-
-char lower(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-}
 
 } // namespace
 
@@ -51,8 +48,7 @@ std::string_view programWord(std::string_view commandLine) {
 std::string toolName(std::string_view commandLine) {
     constexpr std::string_view kExtension = ".exe";
     const std::string_view program = programWord(commandLine);
-    std::string name(program.substr(program.find_last_of("\\/:") + 1));
-    std::ranges::transform(name, name.begin(), lower);
+    std::string name = lowerAsciiText(program.substr(program.find_last_of("\\/:") + 1));
     if (name.size() > kExtension.size() && name.ends_with(kExtension)) {
         name.resize(name.size() - kExtension.size());
     }

@@ -1,5 +1,7 @@
 #include "discovery/device_text.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -11,10 +13,6 @@ namespace {
 
 constexpr std::string_view kFlags = "-+ #0";
 constexpr std::string_view kDigits = "0123456789";
-
-bool isAsciiLetter(char character) {
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
 
 void skipAnyOf(std::string_view& text, std::string_view characters) {
     text.remove_prefix(std::min(text.find_first_not_of(characters), text.size()));
@@ -64,10 +62,6 @@ std::string_view trimBlanks(std::string_view text) {
         text.remove_suffix(1);
     }
     return text;
-}
-
-bool isPrintableText(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char character) { return character >= 0x20 && character <= 0x7E; });
 }
 
 void swapBytePairs(std::span<char> bytes) {

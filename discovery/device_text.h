@@ -10,9 +10,6 @@ namespace torvane {
 /// but blanks becomes one blank.
 [[nodiscard]] std::string_view trimBlanks(std::string_view text);
 
-/// True when every character is printable ASCII (0x20 to 0x7E); true for an empty text.
-[[nodiscard]] bool isPrintableText(std::string_view text);
-
 /// Swaps the two bytes of every 16-bit word. ATA identify strings hold two characters a word, high byte first
 /// (ATA/ATAPI Command Set, IDENTIFY DEVICE). An odd last byte stays where it is.
 void swapBytePairs(std::span<char> bytes);

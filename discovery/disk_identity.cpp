@@ -1,7 +1,10 @@
 #include "discovery/disk_identity.h"
 
 #include "base/bytes.h"
+#include "discovery/controller_identity.h"
 #include "discovery/device_request.h"
+#include "discovery/nvme_command.h"
+#include "discovery/nvme_storage_query.h"
 #include "discovery/storage_query.h"
 
 #include <windows.h>
@@ -67,8 +70,26 @@ bool hasTheProbedSize(const DriveRecord& drive) {
     return geometry && geometry->sizeBytes == drive.sizeBytes;
 }
 
-bool isTheProbedDevice(const DriveRecord& drive) {
-    return !drive.device.descriptor || isSameDevice(drive.device, readStorageDevice(drive.handle));
+/// What the controller tells of itself by storage query. None when it does not answer.
+std::optional<PrintedIdentity> readControllerIdentity(NativeHandle device) {
+    StorageQueryBuffer buffer = storageQueryIdentifyRequest();
+    const auto reply = requestFromDevice(device, IOCTL_STORAGE_QUERY_PROPERTY, buffer, buffer);
+    const auto identify = reply ? storageQueryData(*reply, kNvmeIdentifySize) : std::nullopt;
+    return identify ? std::optional(parseControllerIdentity(*identify)) : std::nullopt;
+}
+
+/// Asked of NVMe drives that told it by storage query. The scan's other roads to a controller are not gone again.
+bool hasTheProbedController(const DriveRecord& drive, Use use) {
+    if (drive.busCode != kBusCodeNvme || drive.printed == PrintedIdentity{}) {
+        return true;
+    }
+    const std::optional<PrintedIdentity> now = readControllerIdentity(drive.handle);
+    return now ? *now == drive.printed : use == Use::kSource;
+}
+
+bool isTheProbedDevice(const DriveRecord& drive, Use use) {
+    const bool same = !drive.device.descriptor || isSameDevice(drive.device, readStorageDevice(drive.handle));
+    return same && hasTheProbedController(drive, use);
 }
 
 /// A disk that was never initialised has a table without a name.
@@ -101,7 +122,7 @@ bool isStillTheProbed(const DriveRecord& drive, Use use) {
     }
     // The medium first: its driver may find only then that it was changed, and with it the size.
     return holdsTheProbedMedium(drive, use) && hasTheProbedNumber(drive, use) && hasTheProbedSize(drive) &&
-           isTheProbedDevice(drive);
+           isTheProbedDevice(drive, use);
 }
 
 } // namespace

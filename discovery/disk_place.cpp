@@ -1,5 +1,7 @@
 #include "discovery/disk_place.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
@@ -16,24 +18,12 @@ constexpr std::wstring_view kLongPath = L"\\\\?\\";
 constexpr std::wstring_view kLongShare = L"\\\\?\\UNC\\";
 constexpr std::wstring_view kVolume = L"\\\\?\\Volume{";
 
-bool isLetter(wchar_t c) {
-    return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z');
-}
-
-wchar_t upperCase(wchar_t letter) {
-    return letter >= L'a' && letter <= L'z' ? static_cast<wchar_t>(letter - L'a' + L'A') : letter;
-}
-
 /// "C:\..." for "\\?\C:\...", "\\server\..." for "\\?\UNC\server\...".
 std::wstring plainPath(const std::wstring& path) {
     if (path.starts_with(kLongShare)) {
         return L"\\\\" + path.substr(kLongShare.size());
     }
     return path.starts_with(kLongPath) && !path.starts_with(kVolume) ? path.substr(kLongPath.size()) : path;
-}
-
-bool hasDriveLetter(const std::wstring& path) {
-    return path.size() >= 2 && isLetter(path[0]) && path[1] == L':';
 }
 
 bool isOnShare(const std::wstring& path) {
@@ -87,7 +77,7 @@ DiskPlace placeOnShare(const std::wstring& path, VolumeSystem& system, int hops)
 
 DiskPlace placeByLetter(const std::wstring& path, VolumeSystem& system, int hops) {
     constexpr std::size_t kRootLength = 3; // "C:\"
-    const wchar_t letter = upperCase(path[0]);
+    const auto letter = static_cast<wchar_t>(driveLetterOf(path));
     if (const std::wstring folder = system.substitutedFolder(letter); !folder.empty()) {
         return placeAfter(join(folder, std::wstring_view(path).substr(2)), system, hops);
     }
@@ -105,7 +95,7 @@ DiskPlace placeAfter(const std::wstring& path, VolumeSystem& system, int hops) {
     }
     const std::wstring final = system.finalPath(path);
     const std::wstring plain = plainPath(final.empty() ? path : final);
-    if (hasDriveLetter(plain)) {
+    if (driveLetterOf(plain) != 0) {
         return placeByLetter(plain, system, hops + 1);
     }
     if (isOnShare(plain)) {
@@ -132,6 +122,11 @@ bool leadsToShare(const std::wstring& path, VolumeSystem& system) {
 
 std::wstring volumeDeviceOf(const std::wstring& name) {
     return name.substr(0, name.find(L'\\', kVolume.size()));
+}
+
+char driveLetterOf(std::wstring_view path) {
+    const bool lettered = path.size() >= 2 && path[1] == L':' && isAsciiLetter(path[0]);
+    return lettered ? static_cast<char>(upperAscii(path[0])) : '\0';
 }
 
 std::wstring volumeDevice(wchar_t letter) {

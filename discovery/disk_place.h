@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace torvane {
@@ -81,6 +82,9 @@ class VolumeSystem {
 
 /// True for "\\server\share\..." and what leads there.
 [[nodiscard]] bool leadsToShare(const std::wstring& path, VolumeSystem& system);
+
+/// The letter with which a path begins, "C:...", in upper case; 0 for a path without one, as on a share.
+[[nodiscard]] char driveLetterOf(std::wstring_view path);
 
 /// "\\.\C:" for 'C'.
 [[nodiscard]] std::wstring volumeDevice(wchar_t letter);

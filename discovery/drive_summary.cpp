@@ -24,7 +24,9 @@ std::string driveSummary(const DriveRecord& drive, const VolumeTable& volumes) {
     std::string text = number.empty() ? "Image file" : "Drive " + number;
     text.append(" - ").append(drive.model.view()).append(" - ").append(drive.serialNumber.view());
     text.append(" - ").append(sizeGigabytesText(drive)).append(" GB - ");
-    return text.append(letters.empty() ? "no drive letters" : letters);
+    text.append(letters.empty() ? "no drive letters" : letters);
+    const std::string printed = printedIdentityText(drive);
+    return printed.empty() ? text : text.append(" - printed: ").append(printed);
 }
 
 } // namespace torvane

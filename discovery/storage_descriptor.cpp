@@ -1,5 +1,6 @@
 #include "discovery/storage_descriptor.h"
 
+#include "base/ascii.h"
 #include "discovery/bus_type.h"
 #include "discovery/device_text.h"
 #include "records/drive_record.h"
@@ -67,7 +68,7 @@ void applyStorageDevice(DriveRecord& record, const StorageDeviceTexts& device) {
 
     assignDeviceText(record.serialNumber, device.serialNumber);
     const std::string serial(trimBlanks(record.serialNumber.view()));
-    record.serialNumber.assign(isPrintableText(serial) ? serial : kNotAvailable);
+    record.serialNumber.assign(isPrintableAscii(serial) ? serial : kNotAvailable);
 }
 
 void applyDiskGeometry(DriveRecord& record, const DiskGeometry& geometry) {

@@ -25,10 +25,15 @@ std::string volumePath(char letter) {
     return formatText("\\\\.\\%c:", letter);
 }
 
-/// Opened for reading and writing as ever, which is what decides whether the scan knows a volume.
+/// Opened for reading and writing as ever. A volume that refuses that, such as one that BitLocker has locked, tells its
+/// extents without a right, too.
 std::vector<VolumeExtent> readVolumeExtents(char letter) {
-    const UniqueHandle volume(openDevice(volumePath(letter).c_str(), FILE_ATTRIBUTE_NORMAL));
-    return volume ? requestExtents(volume.get()).extents : std::vector<VolumeExtent>();
+    const std::string path = volumePath(letter);
+    const UniqueHandle volume(openDevice(path.c_str(), FILE_ATTRIBUTE_NORMAL));
+    if (volume) {
+        return requestExtents(volume.get()).extents;
+    }
+    return isAbsentVolume(GetLastError()) ? std::vector<VolumeExtent>() : askForExtents(path.c_str()).extents;
 }
 
 /// A volume's extents, none for a letter that does not exist. Nothing when the volume is there and does not tell.

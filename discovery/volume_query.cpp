@@ -21,6 +21,10 @@ VolumeAnswer failedWith(VolumeAnswer::Kind kind) {
 
 } // namespace
 
+bool isAbsentVolume(std::uint32_t error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
 VolumeAnswer requestExtents(NativeHandle volume) {
     std::array<std::uint8_t, kExtentsAnswerBytes> buffer{};
     const auto answer = requestFromDevice(volume, IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, {}, buffer);
@@ -36,9 +40,7 @@ VolumeAnswer requestExtents(NativeHandle volume) {
 VolumeAnswer askForExtents(const char* device) {
     const UniqueHandle volume(openDeviceForQuery(device));
     if (!volume) {
-        const DWORD error = GetLastError();
-        const bool absent = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-        return failedWith(absent ? VolumeAnswer::Kind::kAbsent : VolumeAnswer::Kind::kFailed);
+        return failedWith(isAbsentVolume(GetLastError()) ? VolumeAnswer::Kind::kAbsent : VolumeAnswer::Kind::kFailed);
     }
     return requestExtents(volume.get());
 }

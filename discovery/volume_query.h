@@ -4,6 +4,7 @@
 #include "discovery/volume_extents.h"
 #include "records/drive_record.h"
 
+#include <cstdint>
 #include <vector>
 
 namespace torvane {
@@ -20,6 +21,9 @@ struct VolumeAnswer {
     std::vector<VolumeExtent> extents;
     bool whole = false; ///< as many extents as the answer says that it has, and at least one
 };
+
+/// True for the errors (GetLastError) of opening a volume that is not there.
+[[nodiscard]] bool isAbsentVolume(std::uint32_t error);
 
 /// Asks the volume behind the device, "\\.\C:" or "\\?\Volume{...}", for its extents
 /// (IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS). It is not mounted for that.

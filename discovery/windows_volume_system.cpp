@@ -1,5 +1,6 @@
 #include "discovery/windows_volume_system.h"
 
+#include "base/ascii.h"
 #include "base/owned_handle.h"
 #include "discovery/local_share.h"
 #include "discovery/volume_query.h"
@@ -163,10 +164,7 @@ std::vector<LetterlessVolume> WindowsVolumeSystem::letterlessVolumes() {
 
 DiskPlace WindowsVolumeSystem::placeOfDevice(const std::wstring& device) {
     // Device names are ASCII; what is not does not exist.
-    std::string name(device.size(), '?');
-    std::transform(device.begin(), device.end(), name.begin(),
-                   [](wchar_t c) { return c < 0x80 ? static_cast<char>(c) : '?'; });
-    return placeOf(askForExtents(name.c_str()));
+    return placeOf(askForExtents(asciiText(device).c_str()));
 }
 
 } // namespace torvane

@@ -1,17 +1,11 @@
 #include "monitoring/caseless_key.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 
 namespace torvane {
 namespace {
-
-constexpr char toUpperAscii(char byte) {
-    return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
-}
-
-constexpr char toLowerAscii(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
 
 constexpr std::size_t indexOf(char byte) {
     return static_cast<unsigned char>(byte);
@@ -20,12 +14,12 @@ constexpr std::size_t indexOf(char byte) {
 } // namespace
 
 CaselessKey::CaselessKey(std::string_view key) : upperKey_(key) {
-    std::ranges::transform(upperKey_, upperKey_.begin(), toUpperAscii);
+    std::ranges::transform(upperKey_, upperKey_.begin(), upperAscii<char>);
     skip_.fill(std::max<std::size_t>(upperKey_.size(), 1));
     for (std::size_t i = 0; i + 1 < upperKey_.size(); ++i) {
         const std::size_t toLast = upperKey_.size() - 1 - i;
         skip_[indexOf(upperKey_[i])] = toLast;
-        skip_[indexOf(toLowerAscii(upperKey_[i]))] = toLast;
+        skip_[indexOf(lowerAscii(upperKey_[i]))] = toLast;
     }
 }
 
@@ -47,7 +41,7 @@ bool CaselessKey::isWithin(std::string_view line) const {
 
 bool CaselessKey::matches(const char* at) const {
     return std::equal(upperKey_.begin(), upperKey_.end(), at,
-                      [](char keyByte, char lineByte) { return keyByte == toUpperAscii(lineByte); });
+                      [](char keyByte, char lineByte) { return keyByte == upperAscii(lineByte); });
 }
 
 } // namespace torvane

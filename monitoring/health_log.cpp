@@ -1,8 +1,6 @@
 #include "monitoring/health_log.h"
 
-#include "discovery/device_text.h"
-
-#include <string>
+#include "discovery/controller_identity.h"
 
 namespace torvane {
 namespace {
@@ -17,12 +15,6 @@ constexpr std::size_t kDataUnitsWrittenAt = 48;
 constexpr std::size_t kPowerOnHoursAt = 128;
 constexpr std::size_t kErrorLogEntriesAt = 160; // the standard calls these media and data integrity errors
 
-// NVMe Base Specification, figure "Identify Controller Data Structure": ASCII, padded with blanks.
-constexpr std::size_t kSerialNumberAt = 4;
-constexpr std::size_t kSerialNumberWidth = 20;
-constexpr std::size_t kModelNumberAt = 24;
-constexpr std::size_t kModelNumberWidth = 40;
-
 constexpr std::uint64_t kBytesPerDataUnit = 512'000; // 1000 units of 512 bytes
 constexpr double kRatedEnduranceTerabytes = 7000.0;
 
@@ -32,14 +24,6 @@ std::int32_t byteAt(ByteView log, std::size_t offset) {
 
 std::int64_t low64At(ByteView log, std::size_t offset) {
     return static_cast<std::int64_t>(loadLe64(log, offset));
-}
-
-std::string textAt(ByteView identify, std::size_t offset, std::size_t width) {
-    std::string text;
-    for (std::size_t i = offset; i < offset + width && i < identify.size() && identify[i] != 0; ++i) {
-        text += static_cast<char>(identify[i]);
-    }
-    return std::string(trimBlanks(text));
 }
 
 void deriveEndurance(NvmeHealth& health) {
@@ -79,8 +63,9 @@ void CopyHealthLog(DriveRecord& record, ByteView log) {
 }
 
 void copyControllerIdentity(DriveRecord& record, ByteView identify) {
-    record.serialNumber.assign(textAt(identify, kSerialNumberAt, kSerialNumberWidth));
-    record.model.assign(textAt(identify, kModelNumberAt, kModelNumberWidth));
+    record.printed = parseControllerIdentity(identify);
+    record.serialNumber.assign(record.printed.serialNumber);
+    record.model.assign(record.printed.model);
 }
 
 } // namespace torvane

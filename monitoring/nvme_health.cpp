@@ -3,10 +3,11 @@
 #include "base/bytes.h"
 #include "base/format.h"
 #include "base/owned_handle.h"
+#include "discovery/controller_identity.h"
 #include "discovery/device_request.h"
+#include "discovery/nvme_storage_query.h"
 #include "monitoring/health_log.h"
 #include "monitoring/nvme_raid_driver.h"
-#include "monitoring/nvme_storage_query.h"
 #include "monitoring/nvme_usb_bridge.h"
 #include "records/drive_record.h"
 
@@ -91,7 +92,12 @@ int readHealthByStorageQuery(HANDLE device, ControllerData& data) {
 int readByStorageQuery(DriveRecord& record) {
     ControllerData data;
     const UniqueHandle device = openPhysicalDrive(record);
-    if (!device || !readIdentifyByStorageQuery(device.get(), data) || !readHealthByStorageQuery(device.get(), data)) {
+    if (!device || !readIdentifyByStorageQuery(device.get(), data)) {
+        return 0;
+    }
+    // Lists and reports go on showing what the system's descriptor told.
+    record.printed = parseControllerIdentity(data.identify);
+    if (!readHealthByStorageQuery(device.get(), data)) {
         return 0;
     }
     CopyHealthLog(record, data.healthLog);
@@ -138,14 +144,17 @@ int readIdentifyByRaidDriver(const RaidAdapter& adapter, ControllerData& data) {
     // The namespace's data is asked for first; nothing of it is used.
     const bool identified = readByRaidDriver(adapter, kRaidIdentifyNamespace, data.identify) &&
                             readByRaidDriver(adapter, kRaidIdentifyController, data.identify);
-    return identified ? 1 : 0;
+    return identified && isRaidIdentifyData(data.identify) ? 1 : 0;
+}
+
+int readHealthByRaidDriver(const RaidAdapter& adapter, ControllerData& data) {
+    return readByRaidDriver(adapter, kRaidGetHealthLog, data.healthLog) && isRaidHealthData(data.healthLog) ? 1 : 0;
 }
 
 int readByRaidDriver(DriveRecord& record) {
     ControllerData data;
     const RaidAdapter adapter = openRaidAdapter(record);
-    if (!adapter.device || !readIdentifyByRaidDriver(adapter, data) ||
-        !readByRaidDriver(adapter, kRaidGetHealthLog, data.healthLog)) {
+    if (!adapter.device || !readIdentifyByRaidDriver(adapter, data) || !readHealthByRaidDriver(adapter, data)) {
         return 0;
     }
     return takeHiddenController(record, data, "Intel RST NVME");
@@ -175,8 +184,9 @@ class UsbBridge {
     std::optional<ByteView> request(Build build) {
         buffer_ = build(layout_);
         auto reply = exchange(device_.get(), kIoctlScsiPassThrough, buffer_);
-        if (!reply && GetLastError() == ERROR_REVISION_MISMATCH && layout_ == PassThroughLayout::kShort) {
-            // A 64-bit system takes the short structure from 32-bit programs alone, and says so.
+        if (!reply && layout_ == PassThroughLayout::kShort) {
+            // A 64-bit system takes the short structure from 32-bit programs alone. With which error it refuses it is
+            // each driver's own matter.
             layout_ = PassThroughLayout::kLong;
             buffer_ = build(layout_);
             reply = exchange(device_.get(), kIoctlScsiPassThrough, buffer_);

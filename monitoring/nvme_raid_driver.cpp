@@ -1,7 +1,6 @@
 #include "monitoring/nvme_raid_driver.h"
 
-#include "monitoring/health_log.h"
-
+#include <algorithm>
 #include <bit>
 
 namespace torvane {
@@ -59,6 +58,19 @@ std::optional<ByteView> raidData(ByteView reply, std::size_t length) {
         return std::nullopt;
     }
     return reply.subspan(kDataAt, length);
+}
+
+bool isRaidIdentifyData(ByteView data) {
+    // Identify Controller data: the model number in bytes 24 to 63, padded with blanks.
+    constexpr std::size_t kModelAt = 24;
+    constexpr std::size_t kModelBytes = 40;
+    const ByteView model = data.subspan(std::min(kModelAt, data.size()));
+    return std::ranges::any_of(model.first(std::min(kModelBytes, model.size())),
+                               [](std::uint8_t byte) { return byte != 0 && byte != ' '; });
+}
+
+bool isRaidHealthData(ByteView data) {
+    return std::ranges::any_of(data, [](std::uint8_t byte) { return byte != 0; });
 }
 
 } // namespace torvane

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/bytes.h"
-#include "monitoring/nvme_command.h"
+#include "discovery/nvme_command.h"
 
 #include <array>
 #include <cstddef>
@@ -28,5 +28,10 @@ inline constexpr NvmeCommand kRaidGetHealthLog{kNvmeOpcodeGetLogPage, kNvmeAllNa
 
 /// The first `length` data bytes of a reply; nothing when the reply is shorter or tells of a failure.
 [[nodiscard]] std::optional<ByteView> raidData(ByteView reply, std::size_t length);
+
+/// Another adapter's driver may report success for a request that it does not know, and leave the buffer as it was: no
+/// controller has no model, none has a health log without a temperature.
+[[nodiscard]] bool isRaidIdentifyData(ByteView data);
+[[nodiscard]] bool isRaidHealthData(ByteView data);
 
 } // namespace torvane

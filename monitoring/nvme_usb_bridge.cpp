@@ -1,6 +1,6 @@
 #include "monitoring/nvme_usb_bridge.h"
 
-#include "monitoring/nvme_command.h"
+#include "discovery/nvme_command.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,24 +1,13 @@
 #include "records/device_identity.h"
 
+#include "base/ascii.h"
 #include "records/serial_number.h"
 
-#include <algorithm>
-#include <cstddef>
 #include <functional>
 
 namespace torvane {
 
 namespace {
-
-std::string_view withoutBlanksAround(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-bool isPrintable(std::string_view text) {
-    return std::ranges::all_of(text, [](char character) { return character >= 0x20 && character <= 0x7E; });
-}
 
 std::optional<std::string> descriptorSerial(const DeviceIdentity& device) {
     return device.descriptor ? device.descriptor->serialNumber : std::nullopt;
@@ -46,7 +35,7 @@ FoundAgain compareTold(const std::optional<Told>& before, const std::optional<To
 std::string deviceSerialNumber(const DeviceIdentity& device) {
     for (const std::string& told : {device.identifySerial, descriptorSerial(device).value_or("")}) {
         const std::string_view serial = withoutBlanksAround(told);
-        if (!serial.empty() && isPrintable(serial)) {
+        if (!serial.empty() && isPrintableAscii(serial)) {
             return std::string(serial);
         }
     }

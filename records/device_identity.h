@@ -26,6 +26,16 @@ struct DeviceIdentity {
     std::optional<std::uint32_t> mediaChanges;    ///< since its driver started; none: not told
 };
 
+/// What an NVMe controller tells of itself (NVMe Base Specification, Identify Controller), and what its label has: the
+/// system's descriptor often tells an EUI-64 as serial number. Texts are as the controller gave them; empty: not told.
+struct PrintedIdentity {
+    std::string serialNumber;
+    std::string model;
+    std::string firmware;
+
+    bool operator==(const PrintedIdentity&) const = default;
+};
+
 /// The serial number that the device itself tells, without blanks around it: that of IDENTIFY DEVICE, else the
 /// descriptor's. Empty when it tells none, or none that is printable.
 [[nodiscard]] std::string deviceSerialNumber(const DeviceIdentity& device);

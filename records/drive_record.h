@@ -81,6 +81,8 @@ struct DriveRecord {
 
     DeviceIdentity device; ///< what the drive itself told, whatever model and serial number its report gives
 
+    PrintedIdentity printed; ///< of an NVMe controller, by whatever road it was asked; lists and reports leave it out
+
     /// As last taken for the drive's own, by the scan or by a job that changed it. None: the drive did not tell.
     SharedValue<std::optional<PartitionTable>> partitionTable;
 

@@ -1,9 +1,12 @@
 #include "records/drive_texts.h"
 
+#include "base/ascii.h"
 #include "base/format.h"
 #include "records/drive_record.h"
+#include "records/serial_number.h"
 
 #include <cinttypes>
+#include <functional>
 
 namespace torvane {
 
@@ -18,9 +21,28 @@ std::string sizeGigabytesText(const DriveRecord& record) {
     return formatText("%.02f", record.sizeGigabytes);
 }
 
+std::string printedIdentityText(const DriveRecord& record) {
+    std::string text;
+    const auto addIfOther = [&text](const char* what, std::string_view told, std::string_view shown, auto isSame) {
+        const std::string_view printed = withoutBlanksAround(told);
+        if (!printed.empty() && isPrintableAscii(printed) && !isSame(printed, withoutBlanksAround(shown))) {
+            text.append(text.empty() ? "" : ", ").append(what).append(" ").append(printed);
+        }
+    };
+    addIfOther("serial number", record.printed.serialNumber, record.serialNumber.view(), isSameSerialNumber);
+    addIfOther("model", record.printed.model, record.model.view(), std::equal_to<>());
+    if (!text.empty()) {
+        addIfOther("firmware", record.printed.firmware, record.firmware.view(), std::equal_to<>());
+    }
+    return text;
+}
+
 std::string jobDriveText(const DriveRecord& record) {
+    const std::string printed = printedIdentityText(record);
     return formatText("disk %03d - %s %s, %" PRId64 " bytes", record.driveNumber, record.model.c_str(),
-                      record.serialNumber.c_str(), record.sizeBytes);
+                      record.serialNumber.c_str(), record.sizeBytes)
+        .append(printed.empty() ? "" : ", printed: ")
+        .append(printed);
 }
 
 std::string driveProgressText(std::string_view activity, std::int32_t percent) {

@@ -14,7 +14,12 @@ struct DriveRecord;
 /// The drive's size in units of 2^30 bytes, two decimals.
 [[nodiscard]] std::string sizeGigabytesText(const DriveRecord& record);
 
-/// The drive in the rows of a job in the day's log file: "disk 003 - MODEL SERIAL, 500107862016 bytes".
+/// What the drive's label has, where its controller tells another serial number or model than the lists show: "serial
+/// number HG51-2290, model HARROW N512, firmware HG2A". Empty when it told nothing else, or nothing that is printable.
+[[nodiscard]] std::string printedIdentityText(const DriveRecord& record);
+
+/// The drive in the rows of a job in the day's log file: "disk 003 - MODEL SERIAL, 500107862016 bytes", and
+/// what is printed on it where that is something else.
 [[nodiscard]] std::string jobDriveText(const DriveRecord& record);
 
 /// The "Status" cell of a drive while a job runs: "Cloning 37%".

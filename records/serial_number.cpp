@@ -1,5 +1,7 @@
 #include "records/serial_number.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <optional>
@@ -12,16 +14,13 @@ namespace torvane {
 namespace {
 
 constexpr bool shows(char character) {
-    return character > 0x20 && character <= 0x7E;
+    return character != ' ' && isPrintableAscii(character);
 }
 
 // NUL bytes fill a field as blanks do.
 std::string withoutBlanks(std::string_view text) {
-    std::string bare(text);
+    std::string bare = lowerAsciiText(text);
     std::erase_if(bare, [](char character) { return character == ' ' || character == '\0'; });
-    std::ranges::transform(bare, bare.begin(), [](char character) {
-        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
-    });
     return bare;
 }
 
@@ -37,7 +36,7 @@ int hexDigit(char character) {
     if (character >= '0' && character <= '9') {
         return character - '0';
     }
-    const auto lower = static_cast<char>(character | 0x20);
+    const char lower = lowerAscii(character);
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
@@ -51,7 +50,7 @@ std::optional<std::string> fromHexDigits(std::string_view digits) {
         const int high = hexDigit(digits[2 * i]);
         const int low = hexDigit(digits[2 * i + 1]);
         const auto byte = static_cast<char>(high * 16 + low);
-        if (high < 0 || low < 0 || (byte != ' ' && !shows(byte))) {
+        if (high < 0 || low < 0 || !isPrintableAscii(byte)) {
             return std::nullopt;
         }
         text[i] = byte;

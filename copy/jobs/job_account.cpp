@@ -2,6 +2,7 @@
 
 #include "base/format.h"
 #include "records/drive_record.h"
+#include "records/drive_texts.h"
 
 namespace torvane {
 
@@ -24,7 +25,9 @@ std::string_view titleOf(CopyKind kind) {
 }
 
 std::string driveInWords(const DriveRecord& drive) {
-    return formatText("drive %d [%s] [%s]", drive.driveNumber, drive.model.c_str(), drive.serialNumber.c_str());
+    const std::string printed = printedIdentityText(drive);
+    return formatText("drive %d [%s] [%s]", drive.driveNumber, drive.model.c_str(), drive.serialNumber.c_str())
+        .append(printed.empty() ? "" : " (printed: " + printed + ")");
 }
 
 std::string inBrackets(const std::string& path) {

@@ -34,13 +34,17 @@ const char* const kNvme = R"({"number": 3, "bus": "nvme", "size": "64 MiB", "roa
 const char* const kRaid = R"({"number": 5, "bus": "raid", "size": "64 MiB", "road": "raid-miniport", "scsiPort": 2,
     "nvme": {"model": "Cache", "serial": "C5", "firmware": "1", "health": {"mediaErrors": 2}}})";
 const char* const kBridge = R"({"number": 6, "bus": "usb", "size": "64 MiB", "road": "usb-bridge",
-    "nvme": {"model": "Pocket", "serial": "P6", "health": {"availableSpare": 3}}})";
+    "nvme": {"model": "Pocket", "serial": "P6", "health": {"availableSpare": 3}},
+    "volumes": [{"letter": "L", "extents": [{"offset": "1 MiB", "length": "1 MiB"}], "bitLocker": {"state": "locked"}}]})";
 const char* const kHostile = R"({"number": 7, "bus": "raid", "size": "64 MiB", "road": "none",
     "identity": {"vendor": "%s%n", "product": "P"}, "descriptor": {"productOffset": 4000000000, "returnedLength": 38,
     "size": 9, "busType": 77}})";
 
-const char* const kStrict = R"({"number": 8, "bus": "usb", "size": 512, "road": "sat", "strictPassThrough": true})";
+const char* const kLenient = R"({"number": 8, "bus": "usb", "size": 512, "road": "sat", "strictPassThrough": false,
+    "scsiPort": 8, "miniportIgnores": true})";
 const char* const kReader = R"({"number": 9, "bus": "usb", "size": "1 MiB", "removable": true})";
+
+const char* const kEmptySlot = R"({"number": 10, "bus": "usb", "size": "1 MiB", "removable": true, "empty": true})";
 
 class BenchControlTest : public BenchTest {
   protected:
@@ -50,8 +54,9 @@ class BenchControlTest : public BenchTest {
                                                                            {"5.json", kRaid},
                                                                            {"6.json", kBridge},
                                                                            {"7.json", kHostile},
-                                                                           {"8.json", kStrict},
-                                                                           {"9.json", kReader}});
+                                                                           {"8.json", kLenient},
+                                                                           {"9.json", kReader},
+                                                                           {"10.json", kEmptySlot}});
     }
 
     static UniqueHandle open(const std::string& name) {
@@ -126,6 +131,30 @@ TEST_F(BenchControlTest, TellsThePartitionTable) {
     ASSERT_EQ(ask("PhysicalDrive5", IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, 4096), 0U);
     EXPECT_EQ(count_, 48U);
     EXPECT_EQ(loadLe32(out_, 0), 2U) << "raw";
+}
+
+TEST_F(BenchControlTest, ASlotWithoutAMediumIsNotReady) {
+    constexpr auto kNotReady = static_cast<DWORD>(ERROR_NOT_READY);
+    EXPECT_EQ(ask("PhysicalDrive10", IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, {}, 33), kNotReady);
+    EXPECT_EQ(ask("PhysicalDrive10", IOCTL_DISK_GET_DRIVE_GEOMETRY, {}, 24), kNotReady);
+    EXPECT_EQ(ask("PhysicalDrive10", IOCTL_DISK_GET_LENGTH_INFO, {}, 8), kNotReady);
+    EXPECT_EQ(ask("PhysicalDrive10", IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, 4096), kNotReady);
+    EXPECT_EQ(ask("PhysicalDrive10", IOCTL_STORAGE_CHECK_VERIFY, {}, 4), kNotReady);
+    ASSERT_EQ(ask("PhysicalDrive10", IOCTL_STORAGE_GET_DEVICE_NUMBER, {}, sizeof(STORAGE_DEVICE_NUMBER)), 0U);
+    EXPECT_EQ(loadLe32(out_, 4), 10U);
+    EXPECT_EQ(ask("PhysicalDrive10", IOCTL_STORAGE_QUERY_PROPERTY, propertyQuery(0), 512), 0U);
+    Buffer sector(512);
+    DWORD transferred = 0;
+    {
+        const UniqueHandle slot = open("PhysicalDrive10");
+        EXPECT_FALSE(ReadFile(slot.get(), sector.data(), 512, &transferred, nullptr));
+        EXPECT_EQ(GetLastError(), kNotReady);
+        EXPECT_FALSE(WriteFile(slot.get(), sector.data(), 512, &transferred, nullptr));
+        EXPECT_EQ(GetLastError(), kNotReady);
+    }
+    bench().swap(10);
+    ASSERT_EQ(ask("PhysicalDrive10", IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, {}, 33), 0U);
+    EXPECT_EQ(loadLe64(out_, 24), 1048576U) << "a medium was put in";
 }
 
 TEST_F(BenchControlTest, CountsMediaChanges) {
@@ -302,6 +331,13 @@ TEST_F(BenchControlTest, TheRaidDriverAnswersOnItsPort) {
               static_cast<DWORD>(ERROR_INVALID_FUNCTION));
 }
 
+TEST_F(BenchControlTest, ADriverMayReportSuccessAndLeaveTheBufferAsItWas) {
+    const Buffer request = raidRequest(6, 0, 1);
+    ASSERT_EQ(ask("Scsi8:", IOCTL_SCSI_MINIPORT, request, request.size()), 0U);
+    EXPECT_EQ(count_, request.size());
+    EXPECT_EQ(out_, request);
+}
+
 TEST_F(BenchControlTest, TheUsbBridgeTakesACommandAndGivesItsData) {
     Buffer send = passThrough({0xA1, 0x80, 0, 0, 2, 0, 0, 0, 0, 0, 0, 0}, SCSI_IOCTL_DATA_OUT, 512);
     std::memcpy(send.data() + 80, "NVME", 4);
@@ -315,7 +351,7 @@ TEST_F(BenchControlTest, TheUsbBridgeTakesACommandAndGivesItsData) {
     EXPECT_EQ(std::string(out_.begin() + 80 + 24, out_.begin() + 80 + 30), "Pocket");
 }
 
-TEST_F(BenchControlTest, TheShortLayoutIsTakenUnlessTheDriveIsStrict) {
+TEST_F(BenchControlTest, TheShortLayoutIsRefusedUnlessTheDriveIsLenient) {
     // SCSI_PASS_THROUGH as 32-bit programs have it: 44 bytes, offsets of 32 bits.
     Buffer in(44 + 36);
     storeLe<std::uint16_t>(in, 0, 44);
@@ -325,12 +361,28 @@ TEST_F(BenchControlTest, TheShortLayoutIsTakenUnlessTheDriveIsStrict) {
     storeLe<std::uint32_t>(in, 20, 44);
     in[28] = 0x12;
     in[32] = 36;
-    ASSERT_EQ(ask("PhysicalDrive0", IOCTL_SCSI_PASS_THROUGH, in, in.size()), 0U);
+    ASSERT_EQ(ask("PhysicalDrive8", IOCTL_SCSI_PASS_THROUGH, in, in.size()), 0U);
     EXPECT_EQ(std::string(out_.begin() + 44 + 8, out_.begin() + 44 + 11), "ATA");
-    EXPECT_EQ(ask("PhysicalDrive0", IOCTL_SCSI_PASS_THROUGH_DIRECT, in, in.size()),
+    EXPECT_EQ(ask("PhysicalDrive8", IOCTL_SCSI_PASS_THROUGH_DIRECT, in, in.size()),
               static_cast<DWORD>(ERROR_REVISION_MISMATCH));
-    EXPECT_EQ(ask("PhysicalDrive8", IOCTL_SCSI_PASS_THROUGH, in, in.size()),
+    EXPECT_EQ(ask("PhysicalDrive0", IOCTL_SCSI_PASS_THROUGH, in, in.size()),
               static_cast<DWORD>(ERROR_REVISION_MISMATCH));
+}
+
+TEST_F(BenchControlTest, ALockedVolumeTellsItsExtentsToWhoeverAsksForNoRight) {
+    for (const DWORD access : {DWORD{GENERIC_READ}, DWORD{GENERIC_WRITE}, DWORD{GENERIC_READ | GENERIC_WRITE}}) {
+        const UniqueHandle refused(
+            CreateFileA(R"(\\.\L:)", access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+        EXPECT_FALSE(refused);
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ACCESS_DENIED));
+    }
+    const UniqueHandle volume(
+        CreateFileA(R"(\\.\L:)", 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+    Buffer extents(32);
+    DWORD count = 0;
+    ASSERT_TRUE(DeviceIoControl(volume.get(), IOCTL_VOLUME_GET_VOLUME_DISK_EXTENTS, nullptr, 0, extents.data(), 32,
+                                &count, nullptr));
+    EXPECT_EQ(loadLe32(extents, 8), 6U);
 }
 
 TEST_F(BenchControlTest, AVolumeTellsItsExtents) {

@@ -108,6 +108,16 @@ TEST_F(DestructionChecks, AnImageWhosePlaceIsNotToldIsSaidInTheWarning) {
               "Windows does not tell on which drive the image lies. Make sure that it is not this one");
 }
 
+TEST_F(DestructionChecks, TheWarningListsVolumesWithoutALetterAndThoseThatBitLockerHasLocked) {
+    open(volume('K', R"(, "bitLocker": {"state": "locked"})") +
+         R"(, {"guid": "01234567-89ab-cdef-0123-456789abcdef", "label": "EFI", "serial": "1A2B-3C4D",
+               "extents": [{"offset": "16 MiB", "length": "20 MiB"}]})");
+    const std::vector<WarningRow> rows = askForWarning(state_, destruction("")).value().rows;
+    ASSERT_EQ(rows.size(), 3U);
+    EXPECT_EQ(rows[1].name.substr(0, 4), "K:\\ ");
+    EXPECT_EQ(rows[2], (WarningRow{"VOLUME", "a volume without letter, 20 MB - EFI - 1A2B-3C4D", "RELATED VOLUME"}));
+}
+
 TEST_F(DestructionChecks, AProtectedDriveIsRefusedAndItsStatusKeepsNoEarlierJob) {
     open(volume('C'));
     view_.setDriveStatus(*drive_, "COMPLETED");

@@ -1,6 +1,7 @@
 #include "discovery/disk_identity.h"
 
 #include "base/bytes.h"
+#include "monitoring/nvme_health.h"
 #include "tests/component/copy_bench.h"
 
 #include <array>
@@ -67,6 +68,39 @@ TEST_F(DiskIdentity, ADiskOfAnotherNumberIsNot) {
     DriveRecord& disk = openDisk();
     disk.driveNumber = 2;
     EXPECT_FALSE(isStillTheProbedDisk(disk));
+}
+
+constexpr const char* kNvme = R"(, "road": "nvme-query", "nvme": {"model": "Tarn N1", "serial": "TN-1"})";
+
+TEST_F(DiskIdentity, AnNvmeDiskTellsAnEui64AndWhatIsPrintedOnIt) {
+    DriveRecord& disk = openDisk(kNvme);
+    ReadNvmeHealth(disk);
+    EXPECT_EQ(disk.serialNumber.view().size(), 20U);
+    EXPECT_EQ(disk.serialNumber.view().substr(0, 2), "02");
+    EXPECT_EQ(disk.printed.serialNumber, "TN-1");
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+    EXPECT_TRUE(isStillTheProbedSource(disk));
+}
+
+TEST_F(DiskIdentity, AnNvmeDiskWithAnotherPrintedSerialNumberIsNot) {
+    DriveRecord& disk = openDisk(kNvme);
+    ReadNvmeHealth(disk);
+    disk.printed.serialNumber = "TN-2";
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+    EXPECT_FALSE(isStillTheProbedSource(disk));
+}
+
+TEST_F(DiskIdentity, AnNvmeDiskThatTellsItsPrintedSerialNumberNoMoreMayBeReadAlone) {
+    DriveRecord& disk = openDisk(kNvme + faultOf("StorageAdapterProtocolSpecificProperty", "ERROR_IO_DEVICE", 2));
+    ReadNvmeHealth(disk);
+    EXPECT_FALSE(isStillTheProbedDisk(disk));
+    EXPECT_TRUE(isStillTheProbedSource(disk));
+}
+
+TEST_F(DiskIdentity, ADiskThatNeverToldAPrintedSerialNumberIsNotAskedForIt) {
+    const DriveRecord& disk = openDisk();
+    EXPECT_TRUE(isStillTheProbedDisk(disk));
+    EXPECT_TRUE(bench_.log("property=StorageAdapterProtocolSpecificProperty").empty());
 }
 
 TEST_F(DiskIdentity, AMediumOfAnotherSizeIsNot) {

@@ -1,5 +1,6 @@
 #include "scan/scan_job.h"
 
+#include "discovery/drive_volumes.h"
 #include "monitoring/smart_scan.h"
 #include "state/app_state.h"
 #include "state/still_at_work.h"
@@ -191,6 +192,36 @@ TEST_F(ScanJob, ASecondPressDuringTheScanDoesNothingAndShowsNothing) {
     awaitProgressEnd();
     EXPECT_THAT(view_.messages("STATUS"),
                 ElementsAre("Beginning Drive Scan", "Drive Scan Completed: [1] Drives Found"));
+}
+
+TEST_F(ScanJob, AnEmptySlotOfAReaderIsAGapAndTheNumbersStayRight) {
+    constexpr const char* kEmptySlot = R"("removable": true, "empty": true, "identity": {"vendor": "Slot"})";
+    addDrive(0, "usb", kEmptySlot);
+    addDrive(1, "sata", R"("road": "ata", "identity": {"product": "System", "serial": "S1"},
+        "volumes": [{"letter": "C", "extents": [{"offset": "1 MiB", "length": "4 MiB"}]}])");
+    addDrive(2, "usb", kEmptySlot);
+    addDrive(3, "sata", R"("road": "ata", "readOnly": true, "identity": {"product": "Other", "serial": "S3"},
+        "volumes": [{"letter": "K", "extents": [{"offset": "1 MiB", "length": "4 MiB"}]}])");
+    testing::TestBench::provideSmartctl();
+    bench_.open();
+    EXPECT_EQ(scan(), 1U);
+    ASSERT_EQ(state().scan.driveCount, 2);
+    EXPECT_EQ(view_.driveRows().size(), 2U);
+    EXPECT_EQ(drive(0).driveNumber, 1);
+    EXPECT_EQ(drive(0).serialNumber.view(), "S1");
+    EXPECT_EQ(drive(1).driveNumber, 3);
+    EXPECT_EQ(drive(1).serialNumber.view(), "S3");
+    EXPECT_THAT(drive(0).smartText, HasSubstr("Serial Number:    S1")) << "of PHYS1.txt";
+    EXPECT_THAT(drive(1).smartText, HasSubstr("Serial Number:    S3")) << "of PHYS3.txt";
+    EXPECT_EQ(drive(0).readOnly, 0);
+    EXPECT_EQ(drive(1).readOnly, 1) << "diskpart was asked for disk 3";
+    EXPECT_TRUE(holdsVolume(drive(0), state().scan.volumes, 'C'));
+    EXPECT_TRUE(holdsVolume(drive(1), state().scan.volumes, 'K'));
+    EXPECT_THAT(
+        bench_.log(
+            "request=IOCTL_DISK_GET_DRIVE_GEOMETRY_EX result=ERROR_NOT_READY program=torvane_component_tests.exe"),
+        SizeIs(2));
+    EXPECT_TRUE(view_.messages("FAILURE").empty());
 }
 
 TEST_F(ScanJob, TerminatingDuringTheScanLeavesTheLoaderWorkingUntilItsToolIsDone) {

@@ -155,6 +155,19 @@ TEST_F(VolumeMap, LettersThatCannotBeOpenedOrDoNotAnswerAreSkippedSilently) {
     EXPECT_THAT(view_.logRows(), IsEmpty());
 }
 
+TEST_F(VolumeMap, AVolumeThatBitLockerHasLockedIsInTheTable) {
+    addDrive(0, R"([{"letter": "D", "extents": [{"offset": "1 MiB", "length": "3 MiB"}],
+                     "bitLocker": {"state": "locked"}}])");
+    enumerate();
+    ASSERT_EQ(volumes().count, 1);
+    EXPECT_EQ(volume(0).driveLetter, 'D');
+    EXPECT_EQ(volume(0).diskNumber, 0);
+    EXPECT_EQ(volume(0).extentLength, 3 * 1024 * 1024);
+    EXPECT_THAT(bench_.log("target=volume:D request=open"),
+                ::testing::ElementsAre(HasSubstr("access=rw result=ERROR_ACCESS_DENIED"), HasSubstr("result=ok")));
+    EXPECT_THAT(view_.logRows(), IsEmpty());
+}
+
 TEST_F(VolumeMap, LettersAreAskedFromCToZOnceEachAndNeverAOrB) {
     addDrive(0, R"([{"letter": "Z", "extents": [{"offset": "1 MiB", "length": "1 MiB"}]}])");
     enumerate();

@@ -1,3 +1,4 @@
+#include "base/ascii.h"
 #include "discovery/ata_identify.h"
 #include "discovery/device_text.h"
 #include "discovery/storage_descriptor.h"
@@ -23,7 +24,7 @@ namespace {
 void applyDrive(const std::vector<std::uint8_t>& answer) {
     DriveRecord record{};
     applyStorageDevice(record, parseStorageDeviceDescriptor(answer));
-    require(isPrintableText(record.serialNumber.view()), "a serial number is printable");
+    require(isPrintableAscii(record.serialNumber.view()), "a serial number is printable");
     applyDiskGeometry(record, parseDiskGeometry(answer));
     const BusVersion version = parseStorageAdapterDescriptor(answer);
     require(version.major >= 0 && version.minor >= 0, "version numbers have 16 bits");

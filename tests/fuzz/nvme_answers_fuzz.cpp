@@ -1,6 +1,6 @@
+#include "discovery/nvme_storage_query.h"
 #include "monitoring/health_log.h"
 #include "monitoring/nvme_raid_driver.h"
-#include "monitoring/nvme_storage_query.h"
 #include "monitoring/nvme_usb_bridge.h"
 #include "tests/fuzz/fuzz_input.h"
 

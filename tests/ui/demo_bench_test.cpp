@@ -32,7 +32,7 @@ TEST_F(DemoBenchTest, EveryUsableDriveIsListed) {
         {"Northwind HD500 Platter", "NW5K00123417", "976773168", "SATA"},
         {"Quillmark SX240 Solid", "QM240S7781055", "468862128", "SSD"},
         {"Tidewell TW1G Laptop Disk", "TWC4118A", "2097152", "SATA USB"},
-        {"Harrowgate N512 Sprint", "HG51-2290-0077-A1", "1000215216", "NVME"},
+        {"Harrowgate N512 Sprint", "0231_DCD7_F59C_5242.", "1000215216", "NVME"}, // as its descriptor tells
         {"Cindergate NR256 Cache", "CG256R0419", "536870912", "Intel RST NVME"},
         {"PELHAM PX-73 Server", "PX7300A7F1", "143374744", "SATA"},
         {"Northwind HD4T Native", "NX4T00998213", "976754646", "SATA"},
@@ -56,8 +56,8 @@ TEST_F(DemoBenchTest, EveryUsableDriveIsListed) {
 
 TEST_F(DemoBenchTest, UnusableDrivesAreLogged) {
     EXPECT_THAT(torvane().logMessages("FAILURE"),
-                ::testing::ElementsAre("Unsupported Bus Type [iSCSI] BUS: [9] for Physical Device [6]",
-                                       "Unsupported Bus Type [Secure Digital] BUS: [12] for Physical Device [7]"));
+                ::testing::ElementsAre("Unsupported Bus Type [iSCSI] BUS: [9] for Physical Device [7]",
+                                       "Unsupported Bus Type [Secure Digital] BUS: [12] for Physical Device [8]"));
     EXPECT_THAT(torvane().logMessages("STATUS"), Contains("Drive Scan Completed: [12] Drives Found"));
 }
 

@@ -31,7 +31,7 @@ struct Reported {
 const std::vector<Reported> kReported = {
     {"Ata", "Northwind HD500 Platter", "ReportNW5K00123417.pdf", 1},
     {"Ssd", "Quillmark SX240 Solid", "ReportQM240S7781055.pdf", 0},
-    {"Nvme", "Harrowgate N512 Sprint", "ReportHG51-2290-0077-A1.pdf", 1},
+    {"Nvme", "Harrowgate N512 Sprint", "Report0231_DCD7_F59C_5242..pdf", 1},
     {"NoSerialNumber", "Nameless", "ReportNot Available.pdf", 0},
 };
 

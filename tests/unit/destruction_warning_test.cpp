@@ -45,11 +45,15 @@ class DestructionWarning : public ::testing::Test {
         for (const char letter : volumeLettersOn(drive_, volumes_)) {
             roots.push_back({static_cast<wchar_t>(letter), L':', L'\\'});
         }
-        return warningRows(drive_, roots, [this](const std::wstring& root) -> std::optional<VolumeIdentity> {
-            const auto found = identities_.find(static_cast<char>(root.front()));
-            return found == identities_.end() ? std::nullopt : std::optional(found->second);
-        });
+        return warningRows(
+            drive_, roots,
+            [this](const std::wstring& root) -> std::optional<VolumeIdentity> {
+                const auto found = identities_.find(static_cast<char>(root.front()));
+                return found == identities_.end() ? std::nullopt : std::optional(found->second);
+            },
+            notTold);
     }
+    static std::optional<std::uint64_t> notTold(const std::wstring&) { return std::nullopt; }
 
     DriveRecord drive_;
     VolumeTable volumes_;
@@ -132,14 +136,19 @@ TEST_F(DestructionWarning, DriveHoldsItsOwnVolumesAlone) {
     EXPECT_FALSE(holdsVolume(drive_, volumes_, 'k')) << "letters are upper case";
 }
 
-TEST_F(DestructionWarning, VolumeWithoutALetterIsListedByItsFolderOrItsName) {
+TEST_F(DestructionWarning, VolumeWithoutALetterIsListedByItsFolderOrItsLength) {
     const auto nameless = [](const std::wstring&) { return std::optional(VolumeIdentity{"Data", 0x00010002}); };
-    const std::vector<std::wstring> roots{L"C:\\mnt\\", L"\\\\?\\Volume{1}\\", L"C:\\\x00fc\\"};
-    const std::vector<WarningRow> listed = warningRows(drive_, roots, nameless);
-    ASSERT_THAT(listed, SizeIs(4));
+    const auto hundred = [](const std::wstring& root) {
+        return root == L"\\\\?\\Volume{1}\\" ? std::optional<std::uint64_t>(100ULL << 20U) : std::nullopt;
+    };
+    const std::vector<std::wstring> roots{L"C:\\mnt\\", L"\\\\?\\Volume{1}\\", L"C:\\\x00fc\\", L"\\\\?\\Volume{2}\\"};
+    const std::vector<WarningRow> listed = warningRows(drive_, roots, nameless, hundred);
+    ASSERT_THAT(listed, SizeIs(5));
     EXPECT_EQ(listed[1].name, "C:\\mnt\\ - Data - 0001-0002");
-    EXPECT_EQ(listed[2].name, "\\\\?\\Volume{1}\\ - Data - 0001-0002");
+    EXPECT_EQ(listed[2],
+              (WarningRow{"VOLUME", "a volume without letter, 100 MB - Data - 0001-0002", "RELATED VOLUME"}));
     EXPECT_EQ(listed[3].name, "C:\\?\\ - Data - 0001-0002");
+    EXPECT_EQ(listed[4].name, "a volume without letter - Data - 0001-0002") << "it does not tell its length";
 }
 
 TEST_F(DestructionWarning, TellsTheDrivesNumberAndItsSizeToTheByte) {
@@ -160,6 +169,14 @@ TEST_F(DestructionWarning, TellsBothSerialNumbersWhereReportAndDriveDisagree) {
     drive_.device.descriptor = StorageDeviceTexts{};
     drive_.device.descriptor->serialNumber = "TS-55";
     EXPECT_EQ(warningDetails(drive_), alone + "\nSerial number by its report: TS-77, by the drive itself: TS-55");
+}
+
+TEST_F(DestructionWarning, TellsWhatIsPrintedOnTheDrive) {
+    const std::string alone = warningDetails(drive_);
+    drive_.printed.serialNumber = "TS-77";
+    EXPECT_EQ(warningDetails(drive_), alone);
+    drive_.printed.serialNumber = "HG51-2290";
+    EXPECT_EQ(warningDetails(drive_), alone + "\nPrinted on the drive: serial number HG51-2290");
 }
 
 TEST_F(DestructionWarning, SystemDriveIsTheMarkedOneAndTheOneWithVolumeC) {

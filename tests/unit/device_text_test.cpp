@@ -32,21 +32,6 @@ TEST(TrimBlanks, OnlyBlanksAreTrimmedNotTabsOrLineEnds) {
     EXPECT_EQ(trimBlanks(" \tA\n "), "\tA\n");
 }
 
-TEST(IsPrintableText, AcceptsBlankToTilde) {
-    EXPECT_TRUE(isPrintableText(" !AZaz09~"));
-}
-
-TEST(IsPrintableText, AcceptsAnEmptyText) {
-    EXPECT_TRUE(isPrintableText(""));
-}
-
-TEST(IsPrintableText, RefusesEveryByteOutsideBlankToTilde) {
-    for (int byte = 0; byte < 256; ++byte) {
-        const std::string text = {'A', static_cast<char>(byte), 'Z'};
-        EXPECT_EQ(isPrintableText(text), byte >= 0x20 && byte <= 0x7E) << "byte " << byte;
-    }
-}
-
 TEST(SwapBytePairs, PutsTheHighByteOfEachWordFirst) {
     std::string text = "eSgata e";
     swapBytePairs(text);

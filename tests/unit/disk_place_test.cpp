@@ -134,5 +134,14 @@ TEST_F(DiskPlaceOf, WhatIsNoPathIsNotTold) {
     EXPECT_EQ(placeOf(L"\\\\.\\PhysicalDrive1"), kNotTold);
 }
 
+TEST(DriveLetterOf, IsThatOfAPathThatBeginsWithOne) {
+    EXPECT_EQ(driveLetterOf(L"C:\\Windows"), 'C');
+    EXPECT_EQ(driveLetterOf(L"k:disk.img"), 'K');
+    EXPECT_EQ(driveLetterOf(L"z:"), 'Z');
+    for (const wchar_t* const without : {L"", L"C", L"C\\:", L"1:\\", L"\\\\server\\C:", L"\u0163:\\"}) {
+        EXPECT_EQ(driveLetterOf(without), '\0');
+    }
+}
+
 } // namespace
 } // namespace torvane

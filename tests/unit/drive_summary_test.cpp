@@ -37,6 +37,15 @@ TEST_F(DriveSummary, TellsNumberModelSerialNumberSizeAndLetters) {
     EXPECT_EQ(volumeLettersText(drive_, volumes_), "K: M:");
 }
 
+TEST_F(DriveSummary, TellsTheSerialNumberThatIsPrintedOnTheDriveWhereItIsAnother) {
+    drive_.printed = {.serialNumber = "TS-77", .model = "Tarn S2000", .firmware = "1"};
+    EXPECT_EQ(driveSummary(drive_, volumes_), "Drive 3 - Tarn S2000 - TS-77 - 1863.02 GB - no drive letters");
+    drive_.serialNumber.assign("0225_38A1_B2C3_D4E5.");
+    EXPECT_EQ(driveSummary(drive_, volumes_),
+              "Drive 3 - Tarn S2000 - 0225_38A1_B2C3_D4E5. - 1863.02 GB - no drive letters"
+              " - printed: serial number TS-77, firmware 1");
+}
+
 TEST_F(DriveSummary, DrivesThatAreAlikeDiffer) {
     const std::string other = driveSummary(drive_, volumes_);
     drive_.driveNumber = 4;

@@ -62,5 +62,29 @@ TEST(RaidDriver, RefusesAFailureAndAReplyThatIsTooShort) {
     }
 }
 
+TEST(RaidDriver, IdentifyDataHasAModel) {
+    std::vector<std::uint8_t> data(4096);
+    EXPECT_FALSE(isRaidIdentifyData(data));
+    EXPECT_FALSE(isRaidIdentifyData({}));
+    std::fill_n(data.begin() + 24, 40, std::uint8_t{' '});
+    EXPECT_FALSE(isRaidIdentifyData(data)) << "blanks are no model";
+    data[23] = 'S';
+    data[64] = 'F';
+    EXPECT_FALSE(isRaidIdentifyData(data)) << "serial number and firmware are no model";
+    for (const std::size_t at : {24U, 63U}) {
+        std::vector<std::uint8_t> named = data;
+        named[at] = 'M';
+        EXPECT_TRUE(isRaidIdentifyData(named)) << at;
+        EXPECT_FALSE(isRaidIdentifyData(ByteView(named).first(at))) << at;
+    }
+}
+
+TEST(RaidDriver, AHealthLogIsNotAllZeros) {
+    std::vector<std::uint8_t> data(512);
+    EXPECT_FALSE(isRaidHealthData(data));
+    data.back() = 1;
+    EXPECT_TRUE(isRaidHealthData(data));
+}
+
 } // namespace
 } // namespace torvane

@@ -1,4 +1,4 @@
-#include "monitoring/nvme_storage_query.h"
+#include "discovery/nvme_storage_query.h"
 
 #include <gtest/gtest.h>
 

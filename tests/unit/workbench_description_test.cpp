@@ -98,6 +98,14 @@ const std::vector<Mistaken> kMistakes = {
     {driveWith(R"("volumes": [{"letter": "b"}])"),
      R"(drives/a.json: volumes[0].letter: expected one letter from "A" to "Z")"},
     {driveWith(R"("volumes": [{}])"), "drives/a.json: volumes[0].letter: missing, but required"},
+    {driveWith(R"("volumes": [{"guid": "{1}"}])"),
+     "drives/a.json: volumes[0].guid: expected 32 hexadecimal digits as in \"01234567-89ab-cdef-0123-456789abcdef\""},
+    {driveWith(R"("volumes": [{"guid": "01234567-89ab-cdef-0123-456789abcdef"},
+                              {"guid": "01234567-89AB-CDEF-0123-456789ABCDEF"}])"),
+     "drives/a.json: volumes[1].guid: {01234567-89ab-cdef-0123-456789abcdef} is taken by drives/a.json: volumes[0]"},
+    {driveWith(R"("volumes": [{"letter": "D", "folder": "mnt"}])"),
+     R"(drives/a.json: volumes[0].folder: expected a folder as in "C:\\mnt\\")"},
+    {driveWith(R"("empty": true)"), "drives/a.json: empty: only a removable medium can be missing"},
     {driveWith(R"("volumes": [{"letter": "D", "serial": "12345678"}])"),
      R"(drives/a.json: volumes[0].serial: expected eight hexadecimal digits as in "1A2B-3C4D")"},
     {driveWith(R"("volumes": [{"letter": "D"}, {"letter": "D"}])"),
@@ -184,6 +192,25 @@ TEST(WorkbenchDescription, TextsAreBytes) {
     EXPECT_EQ(reading.bench.drives.front().identity.serial, "A\x01\x7F\x80\xFF\xE9%n");
 }
 
+TEST(WorkbenchDescription, AVolumeMayHaveANameInPlaceOfALetter) {
+    const BenchReading reading = readBench(
+        {"bench.json", "{}"}, {{"a.json", R"({"number": 2, "bus": "usb", "size": 1024, "volumes": [{"letter": "D"},
+            {"guid": "01234567-89AB-cdef-0123-456789abcdef", "folder": "C:\\mnt\\"}]})"}});
+    ASSERT_EQ(reading.error, "");
+    const VolumeDescription& volume = reading.bench.volumes.front();
+    EXPECT_EQ(volume.letter, 0);
+    EXPECT_EQ(volume.folder, "C:\\mnt\\");
+    EXPECT_EQ(volume.name(), "{01234567-89ab-cdef-0123-456789abcdef}");
+    EXPECT_EQ(reading.bench.volumeNamed(volume.guid), &volume);
+    EXPECT_EQ(reading.bench.volume('D')->name(), "D");
+}
+
+TEST(WorkbenchDescription, WhatTakesAnEmptySlotsPlaceIsAMedium) {
+    const BenchDescription bench = read(driveWith(R"("removable": true, "empty": true)")).bench;
+    EXPECT_TRUE(bench.drives.front().empty);
+    EXPECT_FALSE(swappedDrive(bench.drives.front()).empty);
+}
+
 TEST(WorkbenchDescription, DrivesAndVolumesAreInOrder) {
     const BenchReading reading = readBench({"bench.json", R"({"volumes": [{"letter": "K", "kind": "optical"}]})"},
                                            {{"drives/a.json", R"({"number": 9, "bus": 200, "size": 512})"},
@@ -198,6 +225,8 @@ TEST(WorkbenchDescription, DrivesAndVolumesAreInOrder) {
     EXPECT_EQ(reading.bench.volumes[1].kind, VolumeKind::kOptical);
     EXPECT_EQ(reading.bench.volume('Z')->extents.front().disk, 9U);
     EXPECT_EQ(reading.bench.volume('D'), nullptr);
+    EXPECT_EQ(reading.bench.volume('\0'), nullptr);
+    EXPECT_EQ(reading.bench.volumeNamed("{00000000-0000-0000-0000-00000000005a}"), reading.bench.volume('Z'));
     EXPECT_EQ(reading.bench.drive(3), nullptr);
 }
 
@@ -295,7 +324,9 @@ TEST(WorkbenchFolder, TheDemonstrationBenchIsValidAndVaried) {
                             [](const DriveDescription& drive) { return drive.sectorSize == 4096; }));
     EXPECT_TRUE(std::any_of(bench.volumes.begin(), bench.volumes.end(),
                             [](const VolumeDescription& volume) { return volume.extents.size() == 2; }));
-    EXPECT_EQ(bench.volume('C')->extents.front().disk, 0U);
+    EXPECT_EQ(bench.volume('C')->extents.front().disk, 1U);
+    EXPECT_TRUE(bench.drive(0)->empty) << "a gap below the disk of C:";
+    EXPECT_EQ(bench.volumes.front().letter, 0) << "a volume without a letter";
     EXPECT_LT(bench.drives.size(), bench.drives.back().number + 1U); // a gap in the numbers
 }
 

@@ -25,6 +25,21 @@ TEST(WorkbenchDevicePath, DevicesAreRecognisedInEverySpelling) {
     EXPECT_EQ(parseDevicePath(LR"(\\.\Scsi3:)").number, 3U);
 }
 
+TEST(WorkbenchDevicePath, AVolumeGoesByItsGuidToo) {
+    for (const wchar_t* path : {LR"(\\?\Volume{1A-b})", LR"(\\.\VOLUME{1a-B})", LR"(\??\volume{1a-b})"}) {
+        const DevicePath device = parseDevicePath(path);
+        EXPECT_EQ(device.kind, PathKind::kVolume) << path;
+        EXPECT_EQ(device.letter, '\0') << path;
+        EXPECT_EQ(device.guid, "{1a-b}") << path;
+    }
+    EXPECT_EQ(volumeGuid(LR"(\\?\Volume{1A-b}\)"), "{1a-b}");
+    EXPECT_EQ(volumeGuid(LR"(\\?\Volume{1A-b})"), "{1a-b}");
+    for (const wchar_t* path : {L"", L"C:\\", LR"(\\.\Volume{1}\)", LR"(\\?\Volume{1}\x)", LR"(\\?\Volume{1)",
+                                LR"(\\?\C:\)", LR"(\\?\Volume{1}}\)"}) {
+        EXPECT_EQ(volumeGuid(path), "") << path;
+    }
+}
+
 TEST(WorkbenchDevicePath, FilesPipesAndConsolesAreOrdinary) {
     for (const wchar_t* path : {L"", L"C:", L"C:\\", L"PhysicalDrive0", L"PHYS0.txt", LR"(\\server\share\x)",
                                 LR"(\\?\C:\x.txt)", LR"(\\.\C:\x.txt)", LR"(\\?\UNC\server\share)", LR"(\\.\pipe\name)",

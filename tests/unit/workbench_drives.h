@@ -9,12 +9,19 @@
 
 namespace torvane::bench::testing {
 
-/// Drive 3: the fields that every drive needs, and `more` of them in JSON.
-[[nodiscard]] inline DriveDescription drive(const std::string& more) {
-    BenchReading reading =
-        readBench({"bench.json", "{}"}, {{"a.json", R"({"number": 3, "bus": "sata", "size": "8 MiB", )" + more + "}"}});
+[[nodiscard]] inline DriveDescription driveOnBus(const char* bus, const std::string& more) {
+    BenchReading reading = readBench({"bench.json", "{}"}, {{"a.json", R"({"number": 3, "size": "8 MiB", "bus": ")" +
+                                                                           std::string(bus) + R"(", )" + more + "}"}});
     EXPECT_EQ(reading.error, "");
     return reading.bench.drives.front();
+}
+
+/// Drive 3: the fields that every drive needs, and `more` of them in JSON.
+[[nodiscard]] inline DriveDescription drive(const std::string& more) {
+    return driveOnBus("sata", more);
+}
+[[nodiscard]] inline DriveDescription nvmeDrive(const std::string& more) {
+    return driveOnBus("nvme", more);
 }
 
 /// Text of an identify block: two characters in each word, the first one in the high byte.

@@ -19,6 +19,7 @@ namespace torvane::bench {
 namespace {
 
 using testing::drive;
+using testing::nvmeDrive;
 using testing::swappedText;
 using Cdb = std::vector<std::uint8_t>;
 
@@ -229,6 +230,32 @@ TEST(WorkbenchNvme, WhatIsRefusedGivesNothing) {
 }
 
 // --- descriptors and content ---------------------------------------------------------------------------------------
+
+std::string toldSerial(const DriveDescription& drive) {
+    const Bytes bytes = deviceDescriptor(drive);
+    const std::uint32_t at = loadLe32(bytes, 24);
+    return at == 0 ? "none" : reinterpret_cast<const char*>(bytes.data() + at);
+}
+
+TEST(WorkbenchDescriptor, AnNvmeDriveTellsAnEui64UnlessItsSerialNumberIsDescribed) {
+    const auto nvme = [](const std::string& more) {
+        return nvmeDrive(R"("nvme": {"serial": "HG51-2290-0077-A1"})" + more);
+    };
+    EXPECT_EQ(toldSerial(nvme("")), "0231_DCD7_F59C_5242.");
+    EXPECT_EQ(nvme("").nvme.serial, "HG51-2290-0077-A1");
+    EXPECT_EQ(toldSerial(nvme(R"(, "identity": {"serial": "AS TOLD"})")), "AS TOLD");
+    EXPECT_EQ(toldSerial(nvmeDrive(R"("road": "nvme-query")")), "none");
+    EXPECT_EQ(toldSerial(drive(R"("nvme": {"serial": "HG51"})")), "none") << "no NVMe drive";
+}
+
+TEST(WorkbenchDescriptor, WhatTakesAnNvmeDrivesPlaceTellsAnotherEui64) {
+    const DriveDescription own = nvmeDrive(R"("nvme": {"serial": "HG51"})");
+    const DriveDescription other = swappedDrive(own);
+    EXPECT_EQ(other.nvme.serial, "HG51-SWAPPED");
+    EXPECT_NE(toldSerial(other), toldSerial(own));
+    const DriveDescription card = nvmeDrive(R"("nvme": {"serial": "HG51"}, "removable": true)");
+    EXPECT_EQ(toldSerial(swappedDrive(card)), toldSerial(card));
+}
 
 TEST(WorkbenchDescriptor, AbsentTextsHaveNoOffset) {
     const Bytes bytes = deviceDescriptor(drive(R"("identity": {"product": "P", "serial": ""})"));

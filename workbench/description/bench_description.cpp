@@ -58,8 +58,14 @@ const DriveDescription* BenchDescription::drive(std::uint32_t number) const {
 }
 
 const VolumeDescription* BenchDescription::volume(char letter) const {
+    const auto found = std::find_if(volumes.begin(), volumes.end(),
+                                    [&](const VolumeDescription& v) { return v.letter == letter && v.letter != 0; });
+    return found == volumes.end() ? nullptr : &*found;
+}
+
+const VolumeDescription* BenchDescription::volumeNamed(std::string_view guid) const {
     const auto found =
-        std::find_if(volumes.begin(), volumes.end(), [&](const VolumeDescription& v) { return v.letter == letter; });
+        std::find_if(volumes.begin(), volumes.end(), [&](const VolumeDescription& v) { return v.guid == guid; });
     return found == volumes.end() ? nullptr : &*found;
 }
 

@@ -31,11 +31,13 @@ struct BenchDescription {
     ToolDescription diskpart;
     ToolDescription powershell;
     std::vector<DriveDescription> drives;   ///< by number, ascending
-    std::vector<VolumeDescription> volumes; ///< by letter, ascending; those of bench.json and of every drive
+    std::vector<VolumeDescription> volumes; ///< without a letter first, then by letter; of bench.json and every drive
 
     /// Null when there is none.
     [[nodiscard]] const DriveDescription* drive(std::uint32_t number) const;
     [[nodiscard]] const VolumeDescription* volume(char letter) const;
+    /// By its GUID, "{...}" in lower case.
+    [[nodiscard]] const VolumeDescription* volumeNamed(std::string_view guid) const;
 };
 
 /// One description file: its name as errors show it ("bench.json", "drives/0-system.json") and its content.

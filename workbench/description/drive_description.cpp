@@ -145,7 +145,7 @@ constexpr const char* kSwapped = "-SWAPPED";
 // Another medium in the same device, or another device of the same make.
 void readSwap(ObjectReader& reader, DriveDescription& drive) {
     drive.swap.identity = drive.identity;
-    if (!drive.removable) {
+    if (!drive.removable && !tellsEui64(drive)) {
         drive.swap.identity.serial = drive.identity.serial.value_or("") + kSwapped;
     }
     drive.swap.backing.file = "drive" + std::to_string(drive.number) + "-swapped.img";
@@ -165,6 +165,23 @@ std::string serialBehindRoad(const DriveDescription& drive, const std::string& o
     const std::optional<std::string>& serial = drive.swap.identity.serial;
     const bool sameMake = serial == drive.identity.serial.value_or("") + kSwapped;
     return cut(sameMake ? own + kSwapped : serial, kSerialLength);
+}
+
+// "0225_38A1_B2C3_D4E5.": as Windows tells an EUI-64. The number follows from the text (FNV-1a), its first byte is that
+// of numbers which no maker has.
+std::string eui64Text(std::string_view text) {
+    std::uint64_t number = 0xCBF29CE484222325ULL;
+    for (const char c : text) {
+        number = (number ^ static_cast<std::uint8_t>(c)) * 0x100000001B3ULL;
+    }
+    number = (number & 0x00FFFFFFFFFFFFFFULL) | 0x0200000000000000ULL;
+    static constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string eui;
+    for (int digit = 0; digit < 16; ++digit) {
+        eui += digit > 0 && digit % 4 == 0 ? "_" : "";
+        eui += kDigits[(number >> (60 - 4 * digit)) & 0xFU];
+    }
+    return eui + ".";
 }
 
 void readShape(ObjectReader& reader, DriveDescription& drive) {
@@ -196,12 +213,17 @@ DriveDescription readDrive(ObjectReader& reader, std::vector<VolumeDescription>&
     reader.object("descriptor", [&](ObjectReader& object) { readDescriptor(object, drive.descriptor); });
     reader.object("adapter", [&](ObjectReader& object) { readAdapter(object, drive.adapter); });
     reader.boolean("removable", drive.removable);
+    reader.boolean("empty", drive.empty);
+    if (drive.empty && !drive.removable) {
+        reader.fail("empty", "only a removable medium can be missing");
+    }
     reader.boolean("readOnly", drive.readOnly);
     drive.backing.file = "drive" + std::to_string(drive.number) + ".img";
     reader.object("backing", [&](ObjectReader& object) { readBacking(object, drive.backing); });
     drive.scsiPort = drive.number;
     reader.number("scsiPort", drive.scsiPort, 0, 255);
     reader.boolean("strictPassThrough", drive.strictPassThrough);
+    reader.boolean("miniportIgnores", drive.miniportIgnores);
     deriveDeviceTexts(drive);
     reader.object("ata", [&](ObjectReader& object) { readAta(object, drive.ata); });
     reader.object("nvme", [&](ObjectReader& object) { readNvme(object, drive.nvme); });
@@ -212,15 +234,27 @@ DriveDescription readDrive(ObjectReader& reader, std::vector<VolumeDescription>&
     return drive;
 }
 
+bool tellsEui64(const DriveDescription& drive) {
+    constexpr std::uint32_t kBusNvme = 17;
+    return drive.bus == kBusNvme && !drive.identity.serial && !drive.nvme.serial.empty();
+}
+
+std::optional<std::string> descriptorSerial(const DriveDescription& drive) {
+    return tellsEui64(drive) ? eui64Text(drive.nvme.serial) : drive.identity.serial;
+}
+
 DriveDescription swappedDrive(const DriveDescription& drive) {
     DriveDescription other = drive;
     other.identity = drive.swap.identity;
     other.backing = drive.swap.backing;
     other.faults = {};
+    other.empty = false;
     if (other.identity.product != drive.identity.product) {
         other.ata.model = other.nvme.model = cut(other.identity.product, kModelLength);
     }
-    if (other.identity.serial != drive.identity.serial) {
+    if (tellsEui64(drive) && !other.identity.serial) {
+        other.nvme.serial = cut(drive.nvme.serial + (drive.removable ? "" : kSwapped), kSerialLength);
+    } else if (other.identity.serial != drive.identity.serial) {
         other.ata.serial = serialBehindRoad(drive, drive.ata.serial);
         other.nvme.serial = serialBehindRoad(drive, drive.nvme.serial);
     }

@@ -82,15 +82,23 @@ struct DriveDescription {
     DescriptorOverrides descriptor;
     AdapterDescription adapter;
     bool removable = false;
+    bool empty = false; ///< a slot without a medium
     bool readOnly = false;
     Backing backing;
     std::uint32_t scsiPort = 0;
-    bool strictPassThrough = false; ///< refuse pass-through in the layout of 32-bit programs, as 64-bit Windows does
+    bool strictPassThrough = true; ///< refuse pass-through in the layout of 32-bit programs, as 64-bit Windows does
+    bool miniportIgnores = false;  ///< every miniport request succeeds and leaves its buffer as it was
     AtaDescription ata;
     NvmeDescription nvme;
     DriveFaults faults;
     SwapDescription swap;
 };
+
+/// An NVMe drive whose descriptor's serial number is not described tells an EUI-64 there, as Windows does.
+[[nodiscard]] bool tellsEui64(const DriveDescription& drive);
+
+/// The serial number in the drive's storage descriptor; none: it has none.
+[[nodiscard]] std::optional<std::string> descriptorSerial(const DriveDescription& drive);
 
 /// The drive that --swap puts in the place of `drive`.
 [[nodiscard]] DriveDescription swappedDrive(const DriveDescription& drive);

@@ -13,6 +13,7 @@ inline constexpr std::uint32_t kErrorFileNotFound = 2;
 inline constexpr std::uint32_t kErrorPathNotFound = 3;
 inline constexpr std::uint32_t kErrorAccessDenied = 5;
 inline constexpr std::uint32_t kErrorWriteProtect = 19;
+inline constexpr std::uint32_t kErrorNotReady = 21;
 inline constexpr std::uint32_t kErrorCrc = 23;
 inline constexpr std::uint32_t kErrorSeek = 25;
 inline constexpr std::uint32_t kErrorSectorNotFound = 27;

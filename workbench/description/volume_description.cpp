@@ -1,15 +1,20 @@
 #include "workbench/description/volume_description.h"
 
+#include "base/ascii.h"
 #include "workbench/description/description_parts.h"
 
+#include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace torvane::bench {
 namespace {
 
 void readLetter(ObjectReader& reader, char& letter) {
     std::string text;
-    reader.require("letter");
+    if (!reader.has("guid")) {
+        reader.require("letter");
+    }
     reader.text("letter", text);
     if (!reader.has("letter")) {
         return;
@@ -19,6 +24,35 @@ void readLetter(ObjectReader& reader, char& letter) {
         return;
     }
     letter = text[0];
+}
+
+bool isGuid(std::string_view text) {
+    constexpr std::string_view kShape = "00000000-0000-0000-0000-000000000000";
+    return text.size() == kShape.size() && std::ranges::equal(text, kShape, [](char c, char shape) {
+               return shape == '-' ? c == '-' : std::string_view("0123456789abcdef").find(c) != std::string_view::npos;
+           });
+}
+
+// A volume with a letter has a name, too.
+std::string guidOfLetter(char letter) {
+    static constexpr std::string_view kDigits = "0123456789abcdef";
+    const auto code = static_cast<std::uint8_t>(letter);
+    return std::string("{00000000-0000-0000-0000-0000000000") + kDigits[code >> 4U] + kDigits[code & 0xFU] + "}";
+}
+
+void readName(ObjectReader& reader, VolumeDescription& volume) {
+    readLetter(reader, volume.letter);
+    std::string guid;
+    reader.text("guid", guid);
+    guid = lowerAsciiText(guid);
+    if (reader.has("guid") && !isGuid(guid)) {
+        reader.fail("guid", "expected 32 hexadecimal digits as in \"01234567-89ab-cdef-0123-456789abcdef\"");
+    }
+    volume.guid = reader.has("guid") ? "{" + guid + "}" : guidOfLetter(volume.letter);
+    reader.text("folder", volume.folder, 200);
+    if (reader.has("folder") && (volume.folder.size() < 4 || volume.folder[1] != ':' || volume.folder.back() != '\\')) {
+        reader.fail("folder", "expected a folder as in \"C:\\\\mnt\\\\\"");
+    }
 }
 
 void readSerial(ObjectReader& reader, std::uint32_t& serial) {
@@ -75,7 +109,7 @@ VolumeDescription readVolume(ObjectReader& reader, std::optional<std::uint32_t> 
     VolumeDescription volume;
     volume.fileName = reader.file().name;
     volume.field = reader.path();
-    readLetter(reader, volume.letter);
+    readName(reader, volume);
     std::size_t kind = 0;
     reader.choice("kind", kKinds, kind);
     volume.kind = static_cast<VolumeKind>(kind);

@@ -32,7 +32,9 @@ struct BitLockerDescription {
 struct VolumeDescription {
     std::string fileName; ///< the file that describes it, for messages
     std::string field;    ///< its place there, for messages
-    char letter = 0;      ///< 'A' to 'Z'
+    char letter = 0;      ///< 'A' to 'Z'; 0: none
+    std::string guid;     ///< "{...}", lower case, of its name "\\?\Volume{...}\"
+    std::string folder;   ///< where it is mounted besides, "C:\mnt\"; empty: nowhere
     VolumeKind kind = VolumeKind::kFixed;
     std::vector<VolumeExtent> extents;
     std::string label;
@@ -43,6 +45,9 @@ struct VolumeDescription {
     BitLockerDescription bitLocker;
     std::optional<std::uint32_t> openError;
     std::optional<std::uint32_t> extentsError;
+
+    /// The letter, or the GUID of a volume without one: its name in the log.
+    [[nodiscard]] std::string name() const { return letter == 0 ? guid : std::string(1, letter); }
 
     /// Sum of the extents' lengths, bytes.
     [[nodiscard]] std::uint64_t length() const {

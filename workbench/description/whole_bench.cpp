@@ -37,9 +37,20 @@ void checkLetters(const BenchDescription& bench, Mistake& mistake) {
     for (std::size_t i = 1; i < bench.volumes.size(); ++i) {
         const VolumeDescription& volume = bench.volumes[i];
         const VolumeDescription& before = bench.volumes[i - 1];
-        if (volume.letter == before.letter) {
+        if (volume.letter == before.letter && volume.letter != 0) {
             mistake.report(volume.fileName, volume.field + ".letter",
                            std::string(1, volume.letter) + " is taken by " + before.fileName + ": " + before.field);
+        }
+    }
+}
+
+void checkGuids(const BenchDescription& bench, Mistake& mistake) {
+    for (std::size_t i = 0; i < bench.volumes.size(); ++i) {
+        const VolumeDescription& volume = bench.volumes[i];
+        const VolumeDescription& first = *bench.volumeNamed(volume.guid);
+        if (&first != &volume) {
+            mistake.report(volume.fileName, volume.field + ".guid",
+                           volume.guid + " is taken by " + first.fileName + ": " + first.field);
         }
     }
 }
@@ -110,6 +121,7 @@ void checkWhole(const BenchDescription& bench, Mistake& mistake) {
     checkNumbers(bench, mistake);
     checkPorts(bench, mistake);
     checkLetters(bench, mistake);
+    checkGuids(bench, mistake);
     checkBackingFiles(bench, mistake);
     std::vector<PlacedExtent> extents;
     for (const VolumeDescription& volume : bench.volumes) {

@@ -1,26 +1,18 @@
 #include "workbench/devices/device_path.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <array>
 #include <cwctype>
 #include <optional>
+#include <utility>
 
 namespace torvane::bench {
 namespace {
 
-std::wstring lowerCase(std::wstring_view text) {
-    std::wstring lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](wchar_t c) { return static_cast<wchar_t>(c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c); });
-    return lower;
-}
-
-bool isLetter(wchar_t c) {
-    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z');
-}
-
 char upperLetter(wchar_t c) {
-    return static_cast<char>(c >= L'a' ? c - L'a' + L'A' : c);
+    return static_cast<char>(upperAscii(c));
 }
 
 // A decimal number that fills the text; at most four digits, far more than any machine has drives.
@@ -50,15 +42,25 @@ bool isHarmless(const std::wstring& lower) {
     return (lower.starts_with(L"com") || lower.starts_with(L"lpt")) && wholeNumber(lower.substr(3)).has_value();
 }
 
+/// "{...}" of "volume{...}"; empty for any other name in lower case.
+std::string guidInName(std::wstring_view lower) {
+    static constexpr std::wstring_view kVolume = L"volume{";
+    const bool named = lower.starts_with(kVolume) && lower.find(L'}') == lower.size() - 1;
+    return named ? asciiText(lower.substr(kVolume.size() - 1)) : std::string();
+}
+
 DevicePath underPrefix(const std::wstring& name) {
     static constexpr std::wstring_view kDrive = L"physicaldrive";
     static constexpr std::wstring_view kPort = L"scsi";
-    const std::wstring lower = lowerCase(name);
-    if (name.size() >= 2 && isLetter(name[0]) && name[1] == L':') {
+    const std::wstring lower = lowerAsciiText(name);
+    if (name.size() >= 2 && isAsciiLetter(name[0]) && name[1] == L':') {
         if (name.size() == 2) {
             return {PathKind::kVolume, 0, upperLetter(name[0])};
         }
         return {name[2] == L'\\' ? PathKind::kOrdinary : PathKind::kForeignDevice, 0, 0};
+    }
+    if (std::string guid = guidInName(lower); !guid.empty()) {
+        return {PathKind::kVolume, 0, 0, std::move(guid)};
     }
     if (lower.starts_with(kDrive)) {
         if (const auto number = wholeNumber(std::wstring_view(lower).substr(kDrive.size()))) {
@@ -85,9 +87,21 @@ DevicePath parseDevicePath(std::wstring_view path) {
     return {};
 }
 
+std::string volumeGuid(std::wstring_view path) {
+    static constexpr std::wstring_view kPrefix = L"\\\\?\\";
+    if (!path.starts_with(kPrefix)) {
+        return {};
+    }
+    path.remove_prefix(kPrefix.size());
+    if (path.ends_with(L'\\')) {
+        path.remove_suffix(1);
+    }
+    return guidInName(lowerAsciiText(path));
+}
+
 char rootLetter(std::wstring_view path) {
     const bool root = (path.size() == 2 || (path.size() == 3 && (path[2] == L'\\' || path[2] == L'/'))) &&
-                      isLetter(path[0]) && path[1] == L':';
+                      isAsciiLetter(path[0]) && path[1] == L':';
     return root ? upperLetter(path[0]) : '\0';
 }
 
@@ -106,7 +120,7 @@ CommandLine splitCommandLine(std::wstring_view commandLine) {
 
 Tool toolOf(std::wstring_view program) {
     const std::size_t slash = program.find_last_of(L"\\/:");
-    std::wstring name = lowerCase(slash == std::wstring_view::npos ? program : program.substr(slash + 1));
+    std::wstring name = lowerAsciiText(slash == std::wstring_view::npos ? program : program.substr(slash + 1));
     if (name.ends_with(L".exe")) {
         name.resize(name.size() - 4);
     }

@@ -9,7 +9,7 @@ namespace torvane::bench {
 enum class PathKind {
     kOrdinary,      ///< a file, a folder, a pipe, the console: none of the bench's business
     kDrive,         ///< "\\.\PhysicalDriveN"
-    kVolume,        ///< "\\.\X:"
+    kVolume,        ///< "\\.\X:", "\\?\Volume{...}"
     kScsiPort,      ///< "\\.\ScsiN:"
     kForeignDevice, ///< any other device: it does not exist on a bench
 };
@@ -17,12 +17,17 @@ enum class PathKind {
 struct DevicePath {
     PathKind kind = PathKind::kOrdinary;
     std::uint32_t number = 0; ///< of a drive or port
-    char letter = 0;          ///< of a volume, upper case
+    char letter = 0;          ///< of a volume, upper case; 0: it goes by its GUID
+    std::string guid = {};    ///< of such a volume, "{...}" in lower case
 };
 
 /// What a path given to CreateFile names. The device prefixes "\\.\", "\\?\" and "\??\" count, with either slash.
 /// Under them only what is known to be harmless is ordinary, so that no alias of a real drive gets through.
 [[nodiscard]] DevicePath parseDevicePath(std::wstring_view path);
+
+/// The GUID in a volume's name "\\?\Volume{...}" or its root, the same with a backslash behind it: "{...}" in lower
+/// case, empty for any other path.
+[[nodiscard]] std::string volumeGuid(std::wstring_view path);
 
 /// The letter of a volume's root, "C:" or "C:\", upper case; 0 for any other path.
 [[nodiscard]] char rootLetter(std::wstring_view path);

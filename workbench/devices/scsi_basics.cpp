@@ -31,7 +31,10 @@ std::string vendorText(const DriveDescription& drive) {
 }
 
 std::string serialText(const DriveDescription& drive) {
-    return drive.roads.translatesAta() ? drive.ata.serial : drive.identity.serial.value_or("");
+    if (drive.roads.translatesAta()) {
+        return drive.ata.serial;
+    }
+    return tellsEui64(drive) ? drive.nvme.serial : drive.identity.serial.value_or("");
 }
 
 Bytes standardInquiry(const DriveDescription& drive) {

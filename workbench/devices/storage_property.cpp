@@ -84,7 +84,7 @@ Bytes deviceDescriptor(const DriveDescription& drive) {
     placeText(bytes, kVendorOffsetAt, drive.identity.vendor);
     placeText(bytes, kProductOffsetAt, drive.identity.product);
     placeText(bytes, kRevisionOffsetAt, drive.identity.revision);
-    placeText(bytes, kSerialOffsetAt, drive.identity.serial);
+    placeText(bytes, kSerialOffsetAt, descriptorSerial(drive));
     // Version is the structure's own length; Size counts the texts too.
     storeLe<std::uint32_t>(bytes, kVersionAt, 40);
     storeLe<std::uint32_t>(bytes, kSizeAt, static_cast<std::uint32_t>(bytes.size()));

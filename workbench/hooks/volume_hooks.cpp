@@ -1,3 +1,4 @@
+#include "base/ascii.h"
 #include "workbench/description/error_names.h"
 #include "workbench/hooks/hook_functions.h"
 #include "workbench/hooks/hooks.h"
@@ -7,6 +8,7 @@
 #include <array>
 #include <limits>
 #include <string>
+#include <string_view>
 
 namespace torvane::bench {
 namespace {
@@ -15,7 +17,22 @@ constexpr DWORD kClusterBytes = 4096;
 constexpr DWORD kSectorBytes = 512;
 constexpr DWORD kLongestName = 255; // of a file in a volume
 
-// A root path that names a letter of the bench. `mounted` is null when the volume is gone.
+// By its letter, its own name, or the folder where it is mounted.
+const VolumeDescription* volumeWithRoot(const BenchDescription& bench, std::wstring_view root) {
+    if (const char letter = rootLetter(root); letter != 0) {
+        return bench.volume(letter);
+    }
+    if (const std::string guid = volumeGuid(root); !guid.empty()) {
+        return bench.volumeNamed(guid);
+    }
+    const std::wstring wanted = lowerAsciiText(root);
+    const auto found = std::ranges::find_if(bench.volumes, [&](const VolumeDescription& volume) {
+        return !volume.folder.empty() && lowerAsciiText(wideFromBytes(volume.folder)) == wanted;
+    });
+    return found == bench.volumes.end() ? nullptr : &*found;
+}
+
+// A root path that names a volume of the bench. `mounted` is null when the volume is gone.
 struct FoundVolume {
     std::shared_ptr<BenchSession> session;
     const VolumeDescription* described = nullptr;
@@ -26,9 +43,9 @@ FoundVolume findVolume(LPCWSTR root) {
     FoundVolume found;
     found.session = currentSession();
     if (found.session && root != nullptr) {
-        const char letter = rootLetter(root);
-        found.described = found.session->description().volume(letter);
-        found.mounted = found.session->mountedVolume(letter);
+        found.described = volumeWithRoot(found.session->description(), root);
+        found.mounted =
+            found.described != nullptr && found.session->isMounted(*found.described) ? found.described : nullptr;
     }
     return found;
 }
@@ -38,7 +55,7 @@ FoundVolume findVolume(LPCSTR root) {
 }
 
 void logVolume(const FoundVolume& found, std::string_view request, DWORD error) {
-    LogLine line(std::string("volume:") + found.described->letter, request);
+    LogLine line("volume:" + found.described->name(), request);
     found.session->folder().log(line.result(error));
 }
 

@@ -1,5 +1,6 @@
 #include "workbench/session/bench_folder.h"
 
+#include "base/ascii.h"
 #include "workbench/session/win32_text.h"
 
 #include <algorithm>
@@ -76,8 +77,7 @@ BenchFolder::~BenchFolder() {
 std::wstring BenchFolder::objectName(const wchar_t* kind) const {
     std::uint64_t hash = 0xCBF29CE484222325ULL;
     for (const wchar_t c : folder_.wstring()) {
-        const auto lower = static_cast<wchar_t>(c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c);
-        hash = (hash ^ lower) * 0x100000001B3ULL;
+        hash = (hash ^ lowerAscii(c)) * 0x100000001B3ULL;
     }
     return L"Local\\torvane-bench-" + std::to_wstring(hash) + L"-" + kind;
 }

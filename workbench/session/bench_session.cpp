@@ -20,7 +20,7 @@ std::string accessText(const OpenDevice& device) {
 std::string OpenDevice::target() const {
     switch (kind) {
     case PathKind::kVolume:
-        return std::string("volume:") + volume->letter;
+        return "volume:" + volume->name();
     case PathKind::kScsiPort:
         return "scsi:" + std::to_string(drive->description().scsiPort);
     default:
@@ -68,14 +68,10 @@ bool BenchSession::isPresent(const BenchDrive& drive) {
     return this->drive(number) == &drive && !drive.hasVanished() && !folder_->state().isUnplugged(number);
 }
 
-const VolumeDescription* BenchSession::mountedVolume(char letter) {
-    const VolumeDescription* volume = description_.volume(letter);
-    if (volume == nullptr || !folder_->state().isMounted(*volume)) {
-        return nullptr;
-    }
-    const bool whole = std::all_of(volume->extents.begin(), volume->extents.end(),
-                                   [&](const VolumeExtent& extent) { return isPresent(*drive(extent.disk)); });
-    return whole ? volume : nullptr;
+bool BenchSession::isMounted(const VolumeDescription& volume) {
+    return folder_->state().isMounted(volume) &&
+           std::all_of(volume.extents.begin(), volume.extents.end(),
+                       [&](const VolumeExtent& extent) { return isPresent(*drive(extent.disk)); });
 }
 
 // Fills in what the path names. Returns a Win32 error, 0 for success.
@@ -83,11 +79,17 @@ DWORD BenchSession::resolve(const DevicePath& device, const OpenRequest& request
     opened.kind = device.kind;
     opened.access = request.access;
     if (device.kind == PathKind::kVolume) {
-        opened.volume = mountedVolume(device.letter);
-        if (opened.volume == nullptr) {
+        const VolumeDescription* const volume =
+            device.letter != 0 ? description_.volume(device.letter) : description_.volumeNamed(device.guid);
+        if (volume == nullptr || !isMounted(*volume)) {
             return kErrorFileNotFound;
         }
-        return opened.volume->openError.value_or(0);
+        opened.volume = volume;
+        if (volume->openError) {
+            return *volume->openError;
+        }
+        const bool locked = volume->bitLocker.state == BitLockerState::kLocked;
+        return locked && (opened.mayRead() || opened.mayWrite()) ? kErrorAccessDenied : 0;
     }
     if (device.kind == PathKind::kForeignDevice) {
         return kErrorFileNotFound;

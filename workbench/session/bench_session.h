@@ -28,7 +28,7 @@ struct OpenDevice {
 
     [[nodiscard]] bool mayRead() const { return (access & (GENERIC_READ | GENERIC_ALL | FILE_READ_DATA)) != 0; }
     [[nodiscard]] bool mayWrite() const { return (access & (GENERIC_WRITE | GENERIC_ALL | FILE_WRITE_DATA)) != 0; }
-    /// "drive:3", "volume:C" or "scsi:3".
+    /// "drive:3", "volume:C", "volume:{...}" or "scsi:3".
     [[nodiscard]] std::string target() const;
 };
 
@@ -64,8 +64,8 @@ class BenchSession {
 
     /// The drive is there: in its place, neither unplugged nor vanished.
     [[nodiscard]] bool isPresent(const BenchDrive& drive);
-    /// The volume of this letter, if it is mounted and all its drives are there.
-    [[nodiscard]] const VolumeDescription* mountedVolume(char letter);
+    /// The volume is mounted, and all its drives are there.
+    [[nodiscard]] bool isMounted(const VolumeDescription& volume);
 
   private:
     BenchSession() = default;

@@ -46,8 +46,20 @@ constexpr std::array kNames = {
 
 constexpr std::size_t kLoggedUnknown = 64; // bytes of a request that the bench does not know
 
+// What a device without a medium cannot tell.
+bool asksForMedium(DWORD code) {
+    static constexpr std::array kCodes = {
+        static_cast<DWORD>(IOCTL_DISK_GET_DRIVE_GEOMETRY), static_cast<DWORD>(IOCTL_DISK_GET_DRIVE_GEOMETRY_EX),
+        static_cast<DWORD>(IOCTL_DISK_GET_DRIVE_LAYOUT_EX), static_cast<DWORD>(IOCTL_DISK_GET_LENGTH_INFO),
+        static_cast<DWORD>(IOCTL_STORAGE_CHECK_VERIFY)};
+    return std::ranges::find(kCodes, code) != kCodes.end();
+}
+
 ControlResult driveRequest(BenchSession& session, BenchDrive& drive, const ControlRequest& request, LogLine& line) {
     const DriveDescription& description = drive.description();
+    if (description.empty && asksForMedium(request.code)) {
+        return {kErrorNotReady, 0};
+    }
     switch (request.code) {
     case kGetDiskAttributes:
         return giveWhole(request, diskAttributes(session.folder().state().isReadOnly(description)));

@@ -196,6 +196,9 @@ ControlResult scsiAddress(BenchDrive& drive, const ControlRequest& request) {
 
 ControlResult scsiMiniport(BenchDrive& drive, const ControlRequest& request, LogLine& line) {
     line.hex("data", requestBytes(request, kRaidHeader));
+    if (drive.description().miniportIgnores) {
+        return giveAsMuchAsFits(request, request.in); // one buffer for both: as it was sent
+    }
     const std::string_view signature(reinterpret_cast<const char*>(request.in.data()) + 4,
                                      request.in.size() < kSrbHeader ? 0 : kRaidSignature.size());
     if (!drive.description().roads.raidMiniport || signature != kRaidSignature ||

@@ -82,6 +82,9 @@ TransferResult readDrive(BenchSession& session, BenchDrive& drive, HANDLE handle
     if (!isPresent(session, drive) || !drive.countTransfer()) {
         return {kErrorDeviceNotConnected, 0};
     }
+    if (drive.description().empty) {
+        return {kErrorNotReady, 0};
+    }
     if (const std::optional<DWORD> error = waitForDrive(session.folder(), drive, offset, out.size())) {
         return {*error, 0};
     }
@@ -143,6 +146,9 @@ TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handl
     const DriveDescription& description = drive.description();
     if (!isPresent(session, drive)) {
         return {kErrorDeviceNotConnected, 0};
+    }
+    if (description.empty) {
+        return {kErrorNotReady, 0};
     }
     if (session.folder().state().isReadOnly(description)) {
         return {kErrorWriteProtect, 0};

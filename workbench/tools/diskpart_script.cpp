@@ -1,5 +1,7 @@
 #include "workbench/tools/diskpart_script.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -13,20 +15,13 @@ constexpr std::uint32_t kWrongParameter = 2;
 constexpr std::uint32_t kServiceFailed = 4;
 constexpr std::uint32_t kWrongSyntax = 5;
 
-std::string lowerCase(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c); });
-    return lower;
-}
-
 std::vector<std::string> wordsOf(std::string_view line) {
     constexpr std::string_view kBlanks = " \t";
     std::vector<std::string> words;
     std::size_t begin = line.find_first_not_of(kBlanks);
     while (begin != std::string_view::npos) {
         const std::size_t end = std::min(line.find_first_of(kBlanks, begin), line.size());
-        words.push_back(lowerCase(line.substr(begin, end - begin)));
+        words.push_back(lowerAsciiText(line.substr(begin, end - begin)));
         begin = line.find_first_not_of(kBlanks, end);
     }
     return words;
@@ -261,6 +256,11 @@ class Script {
             run_.output += message("Virtual Disk Service error:\r\n"
                                    "Clean is not allowed on the disk containing the current boot,\r\n"
                                    "system, pagefile, crashdump or hibernation volume.\r\n");
+            return kServiceFailed;
+        }
+        if (selected_->empty && !state_.isSwapped(selected_->number)) {
+            run_.output += message("DiskPart has encountered an error: The device is not ready.\r\n"
+                                   "See the System Event Log for more information.");
             return kServiceFailed;
         }
         if (state_.isReadOnly(*selected_)) {

@@ -1,5 +1,7 @@
 #include "workbench/tools/powershell_command.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -12,13 +14,6 @@ constexpr std::string_view kVolumeCommand = "(get-bitlockervolume -mountpoint ";
 constexpr std::string_view kProtectorProperty = ").keyprotector";
 constexpr std::string_view kOpenCommand = "start-process ";
 
-std::string lowerCase(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c); });
-    return lower;
-}
-
 // The command itself: what follows the options, joined by blanks as PowerShell joins it.
 std::string commandOf(const std::vector<std::string>& arguments) {
     static constexpr std::array<std::string_view, 3> kWithValue = {"-windowstyle", "-executionpolicy", "-outputformat"};
@@ -26,7 +21,7 @@ std::string commandOf(const std::vector<std::string>& arguments) {
                                                                "-noninteractive"};
     std::size_t first = 0;
     while (first < arguments.size()) {
-        const std::string option = lowerCase(arguments[first]);
+        const std::string option = lowerAsciiText(arguments[first]);
         if (std::find(kWithValue.begin(), kWithValue.end(), option) != kWithValue.end()) {
             first += 2;
         } else if (std::find(kAlone.begin(), kAlone.end(), option) != kAlone.end()) {
@@ -117,7 +112,7 @@ std::string keyProtectorList(const BitLockerDescription& bitLocker) {
 PowershellRun runPowershell(const BenchDescription& bench, const BenchState& state,
                             const std::vector<std::string>& arguments) {
     const std::string command = commandOf(arguments);
-    const std::string lower = lowerCase(command);
+    const std::string lower = lowerAsciiText(command);
     if (lower.starts_with(kOpenCommand)) {
         PowershellRun run;
         run.opened = true;

@@ -1,7 +1,6 @@
-#include "monitoring/nvme_storage_query.h"
+#include "discovery/nvme_storage_query.h"
 
-#include "monitoring/health_log.h"
-#include "monitoring/nvme_command.h"
+#include "discovery/nvme_command.h"
 
 #include <bit>
 

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace torvane {
+
+/// NVMe Base Specification: SMART / Health Information log page (02h) and Identify data structures. Bytes.
+inline constexpr std::size_t kNvmeHealthLogSize = 512;
+inline constexpr std::size_t kNvmeIdentifySize = 4096;
 
 /// The fields of an NVMe admin command that the health transports set (NVMe Base Specification, "Common Command
 /// Format").
