@@ -1,11 +1,12 @@
 #include "copy/jobs/windows_copy_system.h"
 
 #include "admin/disk_part.h"
-#include "base/stdio_file.h"
+#include "base/whole_file.h"
 #include "base/wide_text.h"
 #include "copy/engine/md5_hasher.h"
 #include "copy/engine/windows_image_file.h"
 #include "discovery/disk_identity.h"
+#include "discovery/table_reading.h"
 #include "discovery/volumes_on_drive.h"
 #include "discovery/windows_volume_system.h"
 #include "state/app_state.h"
@@ -31,6 +32,10 @@ void WindowsCopySystem::rememberPartitionTable(DriveRecord& drive) {
     rememberToldPartitionTable(drive);
 }
 
+std::optional<std::string> WindowsCopySystem::readTableAnew(const DriveRecord& drive) {
+    return makeSystemReadTable(drive);
+}
+
 DiskChange WindowsCopySystem::cleanDisk(DriveRecord& drive) {
     return cleanDrive(drive);
 }
@@ -54,8 +59,7 @@ ImageFileName WindowsCopySystem::nextImageName(std::string_view folder, const Dr
 }
 
 bool WindowsCopySystem::fileExists(const std::string& path) {
-    const DWORD attributes = GetFileAttributesA(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    return isFile(path);
 }
 
 std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path, ImageUse use) {
@@ -63,7 +67,7 @@ std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path,
 }
 
 bool WindowsCopySystem::writeTextFile(const std::string& path, std::string_view text) {
-    return writeWholeFile(path.c_str(), text);
+    return writeWholeFile(path, text);
 }
 
 std::unique_ptr<BlockHasher> WindowsCopySystem::makeHasher(HasherFailure& failure) {

@@ -67,6 +67,13 @@ void readSerial(ObjectReader& reader, std::uint32_t& serial) {
     serial = static_cast<std::uint32_t>(std::stoul(digits, nullptr, 16));
 }
 
+void readAppearance(ObjectReader& reader, VolumeAppearance& appears) {
+    static constexpr std::array<std::string_view, 2> kNames = {"at once", "with its table"};
+    auto index = static_cast<std::size_t>(appears);
+    reader.choice("appears", kNames, index);
+    appears = static_cast<VolumeAppearance>(index);
+}
+
 VolumeExtent readExtent(ObjectReader& reader, std::optional<std::uint32_t> ownDisk) {
     VolumeExtent extent;
     extent.disk = ownDisk.value_or(0);
@@ -113,12 +120,17 @@ VolumeDescription readVolume(ObjectReader& reader, std::optional<std::uint32_t> 
     std::size_t kind = 0;
     reader.choice("kind", kKinds, kind);
     volume.kind = static_cast<VolumeKind>(kind);
+    readAppearance(reader, volume.appears);
     reader.list("extents", [&](ObjectReader& item) { volume.extents.push_back(readExtent(item, ownDisk)); });
     reader.text("label", volume.label, 32);
     reader.text("fileSystem", volume.fileSystem, 16);
     readSerial(reader, volume.serial);
     reader.size("totalSpace", volume.totalSpace);
     reader.size("freeSpace", volume.freeSpace);
+    if (volume.fileSystem == "FAT" || volume.fileSystem == "FAT32") {
+        volume.largestFile = 0xFFFFFFFF;
+    }
+    reader.size("largestFile", volume.largestFile);
     reader.object("bitLocker", [&](ObjectReader& object) { readBitLocker(object, volume.bitLocker); });
     reader.object("faults", [&](ObjectReader& object) {
         object.error("open", volume.openError);
@@ -126,6 +138,9 @@ VolumeDescription readVolume(ObjectReader& reader, std::optional<std::uint32_t> 
     });
     if ((volume.kind == VolumeKind::kOptical || volume.kind == VolumeKind::kNetwork) && !volume.extents.empty()) {
         reader.fail("extents", "an optical or network volume has none");
+    }
+    if (volume.appears == VolumeAppearance::kWithTable && volume.extents.empty()) {
+        reader.fail("appears", "a volume without extents is in no partition table");
     }
     return volume;
 }

@@ -9,6 +9,12 @@ namespace torvane::bench {
 
 enum class VolumeKind { kFixed, kRemovable, kOptical, kNetwork };
 
+/// When the system mounts a volume.
+enum class VolumeAppearance {
+    kAtOnce,    ///< it is there as the bench begins
+    kWithTable, ///< once the system has read a partition table that holds it, and automatic mounting is enabled
+};
+
 struct VolumeExtent {
     std::uint32_t disk = 0;
     std::uint64_t offset = 0; ///< bytes
@@ -36,12 +42,14 @@ struct VolumeDescription {
     std::string guid;     ///< "{...}", lower case, of its name "\\?\Volume{...}\"
     std::string folder;   ///< where it is mounted besides, "C:\mnt\"; empty: nowhere
     VolumeKind kind = VolumeKind::kFixed;
+    VolumeAppearance appears = VolumeAppearance::kAtOnce;
     std::vector<VolumeExtent> extents;
     std::string label;
     std::string fileSystem = "NTFS";
     std::uint32_t serial = 0;
-    std::optional<std::uint64_t> totalSpace; ///< bytes
-    std::optional<std::uint64_t> freeSpace;  ///< bytes
+    std::optional<std::uint64_t> totalSpace;  ///< bytes
+    std::optional<std::uint64_t> freeSpace;   ///< bytes
+    std::optional<std::uint64_t> largestFile; ///< bytes; none: the file system has no such limit
     BitLockerDescription bitLocker;
     std::optional<std::uint32_t> openError;
     std::optional<std::uint32_t> extentsError;
@@ -57,6 +65,13 @@ struct VolumeDescription {
         }
         return sum;
     }
+};
+
+/// A folder that another computer shares.
+struct ShareDescription {
+    std::string name; ///< "\\server\share"
+    std::string fileSystem = "NTFS";
+    std::uint64_t freeSpace = 0; ///< bytes
 };
 
 } // namespace torvane::bench

@@ -15,8 +15,8 @@ std::shared_ptr<BenchSession> session;
 
 std::vector<Replacement> allReplacements() {
     std::vector<Replacement> all;
-    for (const auto part :
-         {fileReplacements(), volumeReplacements(), volumeSearchReplacements(), processReplacements()}) {
+    for (const auto part : {fileReplacements(), pathReplacements(), volumeReplacements(), volumeSearchReplacements(),
+                            processReplacements()}) {
         all.insert(all.end(), part.begin(), part.end());
     }
     return all;
