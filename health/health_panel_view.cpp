@@ -94,9 +94,7 @@ void PaintHealthPanel(const AppState& state, HWND window, HDC context) {
     const PanelModel panel = buildPanelModel(activeDrive, state.messages);
     showTexts(window, panel.texts);
 
-    RECT area{};
-    GetClientRect(window, &area);
-    const BackBuffer buffer(context, area);
+    const BackBuffer buffer(context);
     if (!buffer.isUsable()) {
         return;
     }

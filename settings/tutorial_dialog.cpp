@@ -5,6 +5,7 @@
 #include "settings/tutorial.h"
 #include "ui/dialog.h"
 #include "ui/resource_image.h"
+#include "ui/scrolling.h"
 
 #include <array>
 
@@ -12,7 +13,7 @@ namespace torvane {
 
 namespace {
 
-// Pixels. The controls stand in a strip under the picture.
+// At 96 dots to the inch. The controls stand in a strip under the picture.
 constexpr int kMargin = 12;
 constexpr int kButtonWidth = 96;
 constexpr int kButtonHeight = 26;
@@ -27,11 +28,19 @@ class TutorialDialog : public Dialog {
 
   protected:
     bool onInitialise() override {
-        sizeClientArea({picture_.width(), picture_.height() + kStripHeight});
-        placeControls();
+        layOut();
         placeOnScreen();
         SetFocus(control(IDC_TUTORIAL_CONTINUE));
         return false;
+    }
+
+    void layOut() override {
+        const SIZE size{picture_.width(), picture_.height() + kStripHeight};
+        sizeClientArea(size);
+        const LONG top = size.cy - kMargin - kButtonHeight;
+        const LONG buttonLeft = size.cx - kMargin - kButtonWidth;
+        placeControl(IDC_TUTORIAL_PREVENT, RECT{kMargin, top, buttonLeft - kMargin, top + kButtonHeight});
+        placeControl(IDC_TUTORIAL_CONTINUE, RECT{buttonLeft, top, buttonLeft + kButtonWidth, top + kButtonHeight});
     }
 
     bool onCommand(int id) override {
@@ -44,7 +53,8 @@ class TutorialDialog : public Dialog {
 
     bool onPaint() override {
         const PaintDc paint(window());
-        picture_.draw(paint.get(), 0, 0);
+        const POINT by = scrolledBy(window());
+        picture_.draw(paint.get(), -by.x, -by.y);
         return true;
     }
 
@@ -54,20 +64,13 @@ class TutorialDialog : public Dialog {
     }
 
   private:
-    void placeControls() {
-        const RECT area = clientArea();
-        const LONG top = area.bottom - kMargin - kButtonHeight;
-        const LONG buttonLeft = area.right - kMargin - kButtonWidth;
-        placeControl(IDC_TUTORIAL_PREVENT, {kMargin, top, buttonLeft - kMargin, top + kButtonHeight});
-        placeControl(IDC_TUTORIAL_CONTINUE, {buttonLeft, top, buttonLeft + kButtonWidth, top + kButtonHeight});
-    }
-
     void placeOnScreen() {
         RECT place{};
         GetWindowRect(window(), &place);
-        const int left = (GetSystemMetrics(SM_CXSCREEN) - (place.right - place.left)) / 2 + kRightOfMiddle;
+        const int left = (GetSystemMetrics(SM_CXSCREEN) - (place.right - place.left)) / 2 + scale().px(kRightOfMiddle);
         const int top = (GetSystemMetrics(SM_CYSCREEN) - (place.bottom - place.top)) / 2;
         SetWindowPos(window(), nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        keepInWorkArea(window());
     }
 
     void onContinue() {

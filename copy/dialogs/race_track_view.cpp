@@ -32,10 +32,8 @@ void drawTrack(const RaceTrack& track, const BackBuffer& buffer) {
 
 } // namespace
 
-void paintRaceTrack(HWND dialog, HDC paintContext, TrackScene scene, const RaceTrackState& state) {
-    RECT area{};
-    GetClientRect(dialog, &area);
-    const BackBuffer buffer(paintContext, area);
+void paintRaceTrack(HDC paintContext, TrackScene scene, const RaceTrackState& state) {
+    const BackBuffer buffer(paintContext);
     if (!buffer.isUsable()) {
         return;
     }

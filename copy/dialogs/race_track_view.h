@@ -11,6 +11,6 @@ struct RaceTrackState;
 /// Paints the race track over the whole client area of a job's dialog. `paintContext` is that of WM_PAINT; everything
 /// reaches the screen in one transfer, each frame of an explosion in one of its own: a failed job's paint takes 300 ms.
 /// GDI+ must be running. A picture that cannot be loaded is left out.
-void paintRaceTrack(HWND dialog, HDC paintContext, TrackScene scene, const RaceTrackState& state);
+void paintRaceTrack(HDC paintContext, TrackScene scene, const RaceTrackState& state);
 
 } // namespace torvane
