@@ -19,8 +19,8 @@ struct WindowFit {
 /// The scroll position nearest to `wanted` of a content of that length, of which `page` shows at a time.
 [[nodiscard]] int scrollPosition(int wanted, int content, int page);
 
-/// How far to scroll from `position` so that what lies from `from` to `to` of the content shows, with `margin` around it
-/// where there is room; its beginning, when it is longer than a page. Not at all when it shows already.
+/// How far to scroll from `position` so that what lies from `from` to `to` of the content shows, with `margin` around
+/// it where there is room; its beginning, when it is longer than a page. Not at all when it shows already.
 [[nodiscard]] int scrollToShow(int position, int page, int from, int to, int margin);
 
 } // namespace torvane

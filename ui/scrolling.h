@@ -32,8 +32,8 @@ void keepInWorkArea(HWND window);
 /// Scrolls the window by its scroll bars and the wheel. False when the message is none of theirs.
 bool scrollBy(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-/// From now on a control that gets the keyboard is scrolled into view, and so is the one that has it. To be called again
-/// when there are new controls.
+/// From now on a control that gets the keyboard is scrolled into view, and so is the one that has it. To be called
+/// again when there are new controls.
 void followFocus(HWND window);
 
 } // namespace torvane
