@@ -7,7 +7,7 @@
 #include "ui/resource_image.h"
 #include "ui/scrolling.h"
 
-#include <array>
+#include <optional>
 
 namespace torvane {
 
@@ -35,7 +35,9 @@ class TutorialDialog : public Dialog {
     }
 
     void layOut() override {
-        const SIZE size{picture_.width(), picture_.height() + kStripHeight};
+        picture_.emplace(IDR_TUTORIAL_PICTURE, "tutorial.png", scale());
+        const PixelSize picture = scale().at96(picture_->size());
+        const SIZE size{picture.width, picture.height + kStripHeight};
         sizeClientArea(size);
         const LONG top = size.cy - kMargin - kButtonHeight;
         const LONG buttonLeft = size.cx - kMargin - kButtonWidth;
@@ -54,7 +56,7 @@ class TutorialDialog : public Dialog {
     bool onPaint() override {
         const PaintDc paint(window());
         const POINT by = scrolledBy(window());
-        picture_.draw(paint.get(), -by.x, -by.y);
+        picture_->draw(paint.get(), -by.x, -by.y);
         return true;
     }
 
@@ -83,7 +85,7 @@ class TutorialDialog : public Dialog {
     // Closed by Esc or the close box: nothing was decided, so nothing is written.
     void onClose() { end(0); }
 
-    ResourceImage picture_{IDR_TUTORIAL_PICTURE};
+    std::optional<ResourceImage> picture_; ///< once laid out
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };
 

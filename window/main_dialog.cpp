@@ -242,7 +242,7 @@ bool MainDialog::onPaint() {
     const PaintDc paint(window());
     const POINT by = scrolledBy(window());
     SetViewportOrgEx(paint.get(), -by.x, -by.y - scale().px(losses_.driveList), nullptr);
-    PaintHealthPanel(state_, window(), paint.get());
+    PaintHealthPanel(state_, window(), paint.get(), scale());
     return true;
 }
 

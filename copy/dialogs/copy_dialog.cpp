@@ -84,7 +84,7 @@ bool CopyDialog::onPaint() {
     const PaintDc paint(window());
     const POINT by = scrolledBy(window());
     SetViewportOrgEx(paint.get(), -by.x, -by.y, nullptr);
-    paintRaceTrack(paint.get(), look_.scene, state_.raceTrack);
+    paintRaceTrack(paint.get(), look_.scene, state_.raceTrack, scale());
     return true;
 }
 

@@ -69,7 +69,7 @@ class RaceTrackView : public ::testing::Test {
     }
     void TearDown() override { DestroyWindow(window_); }
 
-    void paint(TrackScene scene) { paintRaceTrack(canvas_.context(), scene, state_); }
+    void paint(TrackScene scene) { paintRaceTrack(canvas_.context(), scene, state_, Scale{}); }
 
     /// Paints without pausing; what was shown in between.
     Pauses paintInFrames(TrackScene scene) {
