@@ -12,6 +12,7 @@
 #include "state/app_state.h"
 #include "ui/control_text.h"
 #include "ui/held_commands.h"
+#include "ui/program_icon.h"
 #include "ui/prompt_owner.h"
 #include "ui/scrolling.h"
 #include "ui/window_scale.h"
@@ -21,6 +22,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace torvane {
 
@@ -32,18 +34,12 @@ HFONT createFixedPitchFont(const char* face, int weight, Scale scale) {
                        CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, face);
 }
 
-HICON loadIcon(int metricX, int metricY) {
-    return static_cast<HICON>(LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDI_TORVANE), IMAGE_ICON,
-                                         GetSystemMetrics(metricX), GetSystemMetrics(metricY), LR_SHARED));
-}
-
 } // namespace
 
 MainDialog::MainDialog(AppState& state, MainWindowView& view) : Dialog(IDD_MAIN), state_(state), view_(view) {}
 
 bool MainDialog::onInitialise() {
     addSystemMenuItems();
-    setIcons();
     gdiPlus_.start();
     view_.attach(window());
     prompts::setOwner(window());
@@ -85,8 +81,15 @@ void MainDialog::updateSystemMenu() {
 }
 
 void MainDialog::setIcons() {
-    SendMessageA(window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(loadIcon(SM_CXICON, SM_CYICON)));
-    SendMessageA(window(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(loadIcon(SM_CXSMICON, SM_CYSMICON)));
+    const auto iconOf = [this](int metricX, int metricY) {
+        return programIcon(IDI_TORVANE, {systemMetric(metricX, scale()), systemMetric(metricY, scale())});
+    };
+    UniqueIcon large = iconOf(SM_CXICON, SM_CYICON);
+    UniqueIcon small = iconOf(SM_CXSMICON, SM_CYSMICON);
+    SendMessageA(window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large.get()));
+    SendMessageA(window(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small.get()));
+    largeIcon_ = std::move(large);
+    smallIcon_ = std::move(small);
 }
 
 void MainDialog::createFonts() {
@@ -96,6 +99,7 @@ void MainDialog::createFonts() {
 }
 
 void MainDialog::layOut() {
+    setIcons();
     createFonts();
     sizeWindow();
     placeControls();
@@ -252,7 +256,7 @@ HBRUSH MainDialog::onControlColour(HDC context) {
 }
 
 HICON MainDialog::onQueryDragIcon() {
-    return loadIcon(SM_CXICON, SM_CYICON);
+    return largeIcon_.get();
 }
 
 void MainDialog::onDestroy() {

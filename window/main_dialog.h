@@ -101,6 +101,8 @@ class MainDialog : public Dialog {
     MainWindowView& view_;
     GdiPlusSession gdiPlus_;
     UniqueBrush background_;
+    UniqueIcon largeIcon_;
+    UniqueIcon smallIcon_;
     UniqueFont headingFont_;
     UniqueFont dataFont_;
     ToolTip logToggleTip_;

@@ -196,7 +196,7 @@ TEST_F(ScaledTrack, ShowsItsRenderingsPixelForPixel) {
 
 TEST_F(ScaledTrack, ShowsAReverseCloneAndAForensicImage) {
     for (const Scale scale : kScales) {
-        state_ = {};
+        state_.succeeded = 0;
         state_.reverse = 1;
         state_.carX = kTrackFinishX;
         state_.carY = kCloneCarY;
