@@ -14,7 +14,7 @@ namespace torvane {
 
 namespace {
 
-// Pixels of the client area. A whole recovery password fits into the "Key" column.
+// Pixels of the client area at 96 dots to the inch. A whole recovery password fits into the "Key" column.
 constexpr SIZE kClientSize{800, 330};
 constexpr int kMargin = 10;
 constexpr int kTitleTop = 20;
@@ -24,6 +24,7 @@ constexpr int kUnderList = 60;
 constexpr int kKeysMargin = 6;
 constexpr int kButtonWidth = 96;
 constexpr int kButtonHeight = 26;
+constexpr int kListWidth = kClientSize.cx - 2 * kMargin;
 
 class BitLockerDialog : public Dialog, private BitLockerRows {
   public:
@@ -32,13 +33,19 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
   protected:
     bool onInitialise() override {
         SetWindowTextA(window(), "Bitlocker Scan");
-        sizeClientArea(kClientSize);
-        centreOnOwner();
         createHiddenLabels();
-        showTitle();
+        setControlText(IDC_BITLOCKER_TITLE, formatText("Bitlocker Status %s", drive_.model.c_str()).c_str());
         buildList();
-        placeButtons();
+        layOut();
+        centreOnOwner();
         return true;
+    }
+
+    void layOut() override {
+        sizeClientArea(kClientSize);
+        placeControl(IDC_BITLOCKER_TITLE, RECT{kMargin, kTitleTop, kMargin + kListWidth, kTitleTop + kTitleHeight});
+        placeControl(IDC_BITLOCKER_LIST, RECT{kMargin, kListTop, kMargin + kListWidth, kClientSize.cy - kUnderList});
+        placeButtons();
     }
 
     bool onCommand(int id) override {
@@ -81,32 +88,23 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
         }
     }
 
-    void showTitle() {
-        setControlText(IDC_BITLOCKER_TITLE, formatText("Bitlocker Status %s", drive_.model.c_str()).c_str());
-        placeControl(IDC_BITLOCKER_TITLE, {kMargin, kTitleTop, kMargin + listWidth(), kTitleTop + kTitleHeight});
-    }
-
     void buildList() {
-        const RECT area = clientArea();
-        list_.create(window(), IDC_BITLOCKER_LIST, {kMargin, kListTop, area.right - kMargin, area.bottom - kUnderList},
-                     WS_VISIBLE, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES, kListBackground);
-        list_.addColumn("Volume", listWidth() * 10 / 100);
-        list_.addColumn("Status", listWidth() * 30 / 100);
-        list_.addColumn("Key", listWidth() * 60 / 100);
+        list_.create(window(), IDC_BITLOCKER_LIST, {}, WS_VISIBLE, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES,
+                     kListBackground);
+        list_.addColumn("Volume", kListWidth * 10 / 100);
+        list_.addColumn("Status", kListWidth * 30 / 100);
+        list_.addColumn("Key", kListWidth * 60 / 100);
     }
 
     void placeButtons() {
-        const RECT area = clientArea();
-        const LONG top = area.bottom - (kUnderList + kButtonHeight) / 2;
-        const LONG exitLeft = area.right - kMargin - kButtonWidth;
-        const LONG beginLeft = exitLeft - kMargin - kButtonWidth;
-        placeControl(IDC_BITLOCKER_BEGIN, {beginLeft, top, beginLeft + kButtonWidth, top + kButtonHeight});
-        placeControl(IDC_BITLOCKER_EXIT, {exitLeft, top, exitLeft + kButtonWidth, top + kButtonHeight});
-        placeControl(IDC_BITLOCKER_KEYS,
-                     {kMargin, area.bottom - kUnderList + kKeysMargin, beginLeft - kMargin, area.bottom - kKeysMargin});
+        constexpr LONG kTop = kClientSize.cy - (kUnderList + kButtonHeight) / 2;
+        constexpr LONG kExitLeft = kClientSize.cx - kMargin - kButtonWidth;
+        constexpr LONG kBeginLeft = kExitLeft - kMargin - kButtonWidth;
+        placeControl(IDC_BITLOCKER_BEGIN, RECT{kBeginLeft, kTop, kBeginLeft + kButtonWidth, kTop + kButtonHeight});
+        placeControl(IDC_BITLOCKER_EXIT, RECT{kExitLeft, kTop, kExitLeft + kButtonWidth, kTop + kButtonHeight});
+        placeControl(IDC_BITLOCKER_KEYS, RECT{kMargin, kClientSize.cy - kUnderList + kKeysMargin, kBeginLeft - kMargin,
+                                              kClientSize.cy - kKeysMargin});
     }
-
-    [[nodiscard]] int listWidth() const { return clientArea().right - 2 * kMargin; }
 
     void onBegin() {
         if (bringVolumesUpToDate(scan_)) {

@@ -17,7 +17,7 @@ namespace {
 
 constexpr COLORREF kWarningColour = RGB(147, 19, 15);
 
-// Pixels of the client area.
+// Pixels of the client area at 96 dots to the inch.
 constexpr SIZE kClientSize{470, 342};
 constexpr RECT kWarningPlace{10, 8, 460, 28};
 constexpr RECT kListPlace{10, 30, 460, 204};
@@ -34,18 +34,23 @@ class DestructionWarningDialog : public Dialog {
   protected:
     bool onInitialise() override {
         SetWindowTextA(window(), destruction_.caption);
+        buildList();
+        layOut();
+        centreOnOwner();
+        // The harmless answer has the keyboard.
+        SetFocus(control(IDNO));
+        return false;
+    }
+
+    void layOut() override {
         createFonts();
         sizeClientArea(kClientSize);
-        centreOnOwner();
         placeControl(IDC_WARNING_TEXT, kWarningPlace);
+        placeControl(IDC_WARNING_LIST, kListPlace);
         placeControl(IDC_WARNING_DRIVE, kDrivePlace);
         placeControl(IDC_WARNING_DETAILS, kDetailsPlace);
         placeControl(IDYES, kYesPlace);
         placeControl(IDNO, kNoPlace);
-        buildList();
-        // The harmless answer has the keyboard.
-        SetFocus(control(IDNO));
-        return false;
     }
 
     bool onCommand(int id) override {

@@ -26,24 +26,31 @@ constexpr int kCaptionFontWeight = 100;
 
 constexpr float kNeedleWidth = 5.0F;
 
-void drawNeedle(Gdiplus::Graphics& graphics, PanelPoint pivot, PanelPoint end) {
-    Gdiplus::Pen pen(Gdiplus::Color(0xFF000000), kNeedleWidth);
-    pen.SetStartCap(Gdiplus::LineCapRoundAnchor);
-    pen.SetEndCap(Gdiplus::LineCapArrowAnchor);
-    graphics.DrawLine(&pen, pivot.x, pivot.y, end.x, end.y);
+/// A place of the dial in the window's pixels. Counted from where the picture stands, so that rounding never parts the
+/// needle from its scale.
+Gdiplus::Point placeOn(const Dial& dial, PanelPoint point, Scale scale) {
+    return {scale.px(dial.position.x) + scale.px(point.x - dial.position.x),
+            scale.px(dial.position.y) + scale.px(point.y - dial.position.y)};
 }
 
-void drawPictures(const PanelModel& panel, HDC context) {
+void drawNeedle(Gdiplus::Graphics& graphics, const Dial& dial, PanelPoint end, Scale scale) {
+    Gdiplus::Pen pen(Gdiplus::Color(0xFF000000), kNeedleWidth * static_cast<float>(scale.dpi) / Scale::kDesignDpi);
+    pen.SetStartCap(Gdiplus::LineCapRoundAnchor);
+    pen.SetEndCap(Gdiplus::LineCapArrowAnchor);
+    graphics.DrawLine(&pen, placeOn(dial, dial.pivot, scale), placeOn(dial, end, scale));
+}
+
+void drawPictures(const PanelModel& panel, HDC context, Scale scale) {
     Gdiplus::Graphics graphics(context);
     graphics.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-    Pictures pictures;
+    Pictures pictures(scale);
     for (const std::string_view name : panel.undrawnImages) {
         pictures.load(name);
     }
     for (const Dial& dial : panel.dials) {
         pictures.draw(graphics, dial.image, dial.position.x, dial.position.y);
         if (dial.needleEnd) {
-            drawNeedle(graphics, dial.pivot, *dial.needleEnd);
+            drawNeedle(graphics, dial, *dial.needleEnd, scale);
         }
     }
     if (!panel.lampImage.empty()) {
@@ -51,15 +58,16 @@ void drawPictures(const PanelModel& panel, HDC context) {
     }
 }
 
-void drawCaptions(const PanelModel& panel, HDC context) {
-    const UniqueFont font{CreateFontA(kCaptionFontHeight, 0, 0, 0, kCaptionFontWeight, FALSE, FALSE, FALSE,
+void drawCaptions(const PanelModel& panel, HDC context, Scale scale) {
+    const UniqueFont font{CreateFontA(scale.px(kCaptionFontHeight), 0, 0, 0, kCaptionFontWeight, FALSE, FALSE, FALSE,
                                       ANSI_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, PROOF_QUALITY,
                                       DEFAULT_PITCH | FF_DONTCARE, "Calibri")};
     const SelectedObject selected(context, font.get());
     SetTextColor(context, RGB(0, 0, 0));
     SetBkMode(context, TRANSPARENT);
     for (const Dial& dial : panel.dials) {
-        RECT box{dial.captionBox.left, dial.captionBox.top, dial.captionBox.right, dial.captionBox.bottom};
+        RECT box{scale.px(dial.captionBox.left), scale.px(dial.captionBox.top), scale.px(dial.captionBox.right),
+                 scale.px(dial.captionBox.bottom)};
         const std::wstring caption = wideText(dial.caption);
         DrawTextW(context, caption.data(), static_cast<int>(caption.size()), &box,
                   DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
@@ -89,20 +97,18 @@ void showTexts(HWND window, const PanelTexts& texts) {
 
 } // namespace
 
-void PaintHealthPanel(const AppState& state, HWND window, HDC context) {
+void PaintHealthPanel(const AppState& state, HWND window, HDC context, Scale scale) {
     const DriveRecord* const activeDrive = hasActiveDrive(state) ? state.activeDrive.load() : nullptr;
     const PanelModel panel = buildPanelModel(activeDrive, state.messages);
     showTexts(window, panel.texts);
 
-    RECT area{};
-    GetClientRect(window, &area);
-    const BackBuffer buffer(context, area);
+    const BackBuffer buffer(context);
     if (!buffer.isUsable()) {
         return;
     }
     buffer.fill(kDialogBackground);
-    drawPictures(panel, buffer.context());
-    drawCaptions(panel, buffer.context());
+    drawPictures(panel, buffer.context(), scale);
+    drawCaptions(panel, buffer.context(), scale);
     buffer.show();
 }
 

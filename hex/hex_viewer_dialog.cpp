@@ -20,7 +20,7 @@ namespace {
 constexpr COLORREF kBackground = RGB(255, 255, 255);
 constexpr int kScrollPage = 10;
 
-// Pixels.
+// At 96 dots to the inch.
 constexpr int kMargin = 8;
 constexpr int kPaneGap = 12;
 
@@ -54,24 +54,24 @@ FixedFont makeFixedFont(HWND window, int height, int width) {
     return {std::move(font), metrics.tmAveCharWidth, metrics.tmHeight};
 }
 
-int panesTop(const FixedFont& font) {
-    return 2 * kMargin + font.rowHeight;
+int panesTop(const FixedFont& font, Scale scale) {
+    return scale.px(2 * kMargin) + font.rowHeight;
 }
 
-bool fits(const FixedFont& font, const RECT& area) {
-    return kBetweenColumns + kColumns * font.columnWidth <= area.right &&
-           panesTop(font) + kHexRows * font.rowHeight + kMargin <= area.bottom;
+bool fits(const FixedFont& font, const RECT& area, Scale scale) {
+    return scale.px(kBetweenColumns) + kColumns * font.columnWidth <= area.right &&
+           panesTop(font, scale) + kHexRows * font.rowHeight + scale.px(kMargin) <= area.bottom;
 }
 
 /// The largest font with which all rows stand side by side, drawn narrower where its own width is too much.
-FixedFont chooseFont(HWND window, const RECT& area) {
+FixedFont chooseFont(HWND window, const RECT& area, Scale scale) {
     constexpr int kSmallest = 8;
-    const int width = (static_cast<int>(area.right) - kBetweenColumns) / kColumns;
+    const int width = (static_cast<int>(area.right) - scale.px(kBetweenColumns)) / kColumns;
     FixedFont font{};
     for (int height = 2 * width + 2; height >= kSmallest; --height) {
         for (const int tried : {0, width}) {
             font = makeFixedFont(window, height, tried);
-            if (fits(font, area)) {
+            if (fits(font, area, scale)) {
                 return font;
             }
         }
@@ -88,14 +88,24 @@ class HexViewerDialog : public Dialog {
     bool onInitialise() override {
         setWindowText(window(), formatText("Quick Disk View -- %s", drive_.model.c_str()));
         setUpScrollBar();
-        useFont();
-        placePanes();
+        const RECT area = clientArea();
+        size_ = {scale().at96(static_cast<int>(area.right)), scale().at96(static_cast<int>(area.bottom))};
+        layOut();
         setControlText(IDC_HEX_OFFSETS, rowOffsetsText().c_str());
         clearPanes();
         showSector();
         SetFocus(window());
         return false;
     }
+
+    void layOut() override {
+        sizeClientArea({size_.width, size_.height});
+        useFont();
+        placePanes();
+    }
+
+    // Its bar is for jumps on the drive.
+    [[nodiscard]] bool scrolls() const override { return false; }
 
     bool onCommand(int id) override {
         static constexpr CommandRoute<HexViewerDialog> kRoutes[] = {{IDCANCEL, &HexViewerDialog::onClose}};
@@ -139,7 +149,7 @@ class HexViewerDialog : public Dialog {
     }
 
     void useFont() {
-        font_ = chooseFont(window(), clientArea());
+        font_ = chooseFont(window(), clientArea(), scale());
         for (const int id : {IDC_HEX_POSITION, IDC_HEX_OFFSETS, IDC_HEX_PANE, IDC_CHARACTER_PANE}) {
             SendMessageA(control(id), WM_SETFONT, reinterpret_cast<WPARAM>(font_.font.get()), FALSE);
         }
@@ -147,14 +157,15 @@ class HexViewerDialog : public Dialog {
 
     void placePanes() {
         const int clientWidth = static_cast<int>(clientArea().right);
+        const int margin = scale().px(kMargin);
         // In the middle, whatever the font leaves over.
-        int left = kMargin + (clientWidth - kBetweenColumns - kColumns * font_.columnWidth) / 2;
-        placeControl(IDC_HEX_POSITION, {left, kMargin, clientWidth - kMargin, kMargin + font_.rowHeight});
-        const int top = panesTop(font_);
+        int left = margin + (clientWidth - scale().px(kBetweenColumns) - kColumns * font_.columnWidth) / 2;
+        placeControlAt(IDC_HEX_POSITION, {left, margin, clientWidth - margin, margin + font_.rowHeight});
+        const int top = panesTop(font_, scale());
         const auto placePane = [&](int id, int columns) {
             const int right = left + columns * font_.columnWidth;
-            placeControl(id, {left, top, right, top + kHexRows * font_.rowHeight});
-            left = right + kPaneGap;
+            placeControlAt(id, {left, top, right, top + kHexRows * font_.rowHeight});
+            left = right + scale().px(kPaneGap);
         };
         placePane(IDC_HEX_OFFSETS, kOffsetColumns);
         placePane(IDC_HEX_PANE, kHexColumns);
@@ -228,6 +239,7 @@ class HexViewerDialog : public Dialog {
     bool reading_ = false;
     std::optional<int> nextPosition_; ///< of the scroll bar, wanted while a sector is read
     FixedFont font_{};
+    PixelSize size_{}; ///< of the client area as the template has it, at 96 dots to the inch
     UniqueBrush background_{CreateSolidBrush(kBackground)};
 };
 

@@ -1,5 +1,7 @@
 #include "reports/png_check.h"
 
+#include "base/checksum.h"
+
 #include <algorithm>
 #include <array>
 
@@ -24,18 +26,6 @@ std::uint32_t bigEndian32(ByteView bytes) {
     return value;
 }
 
-// CRC-32 of ISO 3309, as clause 5.5 has it. The files are small: no table.
-std::uint32_t checksum(ByteView bytes) {
-    std::uint32_t crc = 0xFFFFFFFF;
-    for (const std::uint8_t byte : bytes) {
-        crc ^= byte;
-        for (int bit = 0; bit < 8; ++bit) {
-            crc = crc >> 1 ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0U);
-        }
-    }
-    return ~crc;
-}
-
 bool startsWith(ByteView bytes, ByteView start) {
     return bytes.size() >= start.size() && std::equal(start.begin(), start.end(), bytes.begin());
 }
@@ -51,7 +41,7 @@ ByteView firstChunk(ByteView bytes) {
         return {};
     }
     const ByteView covered = bytes.subspan(kLengthBytes, kTypeBytes + length);
-    if (checksum(covered) != bigEndian32(bytes.subspan(kLengthBytes + covered.size()))) {
+    if (crc32(covered) != bigEndian32(bytes.subspan(kLengthBytes + covered.size()))) {
         return {};
     }
     return bytes.first(kFrame + length);

@@ -5,14 +5,16 @@
 #include "settings/company_info_file.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
+#include "ui/window_scale.h"
 
+#include <iterator>
 #include <string>
 
 namespace torvane {
 
 namespace {
 
-/// A text with its label. Labels are placed in pixels.
+/// A text with its label. Labels are placed in pixels of 96 to the inch.
 struct LabelledText {
     int textId;
     int labelId;
@@ -34,12 +36,20 @@ class CompanyInfoDialog : public Dialog {
     bool onInitialise() override {
         SetWindowTextA(window(), "Configure Company Information");
         fillTexts();
+        measureTexts();
         for (const LabelledText& row : kTexts) {
             createLabel(row);
-            placeText(row);
         }
-        sizeToTexts();
+        layOut();
         return true;
+    }
+
+    void layOut() override {
+        sizeToTexts();
+        for (const LabelledText& row : kTexts) {
+            placeControl(row.labelId, row.labelPlace);
+            placeControl(row.textId, textPlace(row));
+        }
     }
 
     bool onCommand(int id) override {
@@ -65,10 +75,8 @@ class CompanyInfoDialog : public Dialog {
     }
 
     void createLabel(const LabelledText& row) {
-        const RECT& place = row.labelPlace;
         const HWND label =
-            CreateWindowExA(0, "STATIC", "No Text", WS_CHILD | WS_VISIBLE, place.left, place.top,
-                            place.right - place.left, place.bottom - place.top, window(),
+            CreateWindowExA(0, "STATIC", "No Text", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, window(),
                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(row.labelId)), // NOLINT: a child's id
                             GetModuleHandleA(nullptr), nullptr);
         SendMessageA(label, WM_SETFONT, static_cast<WPARAM>(SendMessageA(window(), WM_GETFONT, 0, 0)), FALSE);
@@ -78,23 +86,27 @@ class CompanyInfoDialog : public Dialog {
         SetWindowTextA(label, row.label);
     }
 
+    // The template gives all of them one size.
+    void measureTexts() {
+        RECT place{};
+        GetWindowRect(control(IDC_COMPANY_NAME), &place);
+        OffsetRect(&place, -place.left, -place.top);
+        const PixelRect size = scale().at96(toPixelRect(place));
+        textSize_ = {size.width(), size.height()};
+    }
+
     /// Right of its label, with its words on one line with the label's.
-    void placeText(const LabelledText& row) {
+    [[nodiscard]] PixelRect textPlace(const LabelledText& row) const {
         constexpr int kInnerTop = 3; // of an edit control, between its edge and its words
-        SetWindowPos(control(row.textId), nullptr, row.labelPlace.right, row.labelPlace.top - kInnerTop, 0, 0,
-                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        const int left = row.labelPlace.right;
+        const int top = row.labelPlace.top - kInnerTop;
+        return {left, top, left + textSize_.width, top + textSize_.height};
     }
 
     void sizeToTexts() {
         constexpr int kMargin = 14;
-        RECT last{};
-        GetWindowRect(control(IDC_COMPANY_PHONE), &last);
-        MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&last), 2);
-        RECT outer{0, 0, last.right + kMargin, last.bottom + kMargin};
-        AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(window(), GWL_STYLE)), TRUE,
-                           static_cast<DWORD>(GetWindowLongPtrA(window(), GWL_EXSTYLE)));
-        SetWindowPos(window(), nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
-                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        const PixelRect last = textPlace(kTexts[std::size(kTexts) - 1]);
+        sizeClientArea({last.right + kMargin, last.bottom + kMargin});
     }
 
     [[nodiscard]] std::string typedText(int id) const { return controlText(control(id)); }
@@ -107,6 +119,7 @@ class CompanyInfoDialog : public Dialog {
     void onExit() { end(1); }
 
     CompanyInfo& info_;
+    PixelSize textSize_{}; ///< at 96 dots to the inch
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };
 

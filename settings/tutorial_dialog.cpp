@@ -5,14 +5,15 @@
 #include "settings/tutorial.h"
 #include "ui/dialog.h"
 #include "ui/resource_image.h"
+#include "ui/scrolling.h"
 
-#include <array>
+#include <optional>
 
 namespace torvane {
 
 namespace {
 
-// Pixels. The controls stand in a strip under the picture.
+// At 96 dots to the inch. The controls stand in a strip under the picture.
 constexpr int kMargin = 12;
 constexpr int kButtonWidth = 96;
 constexpr int kButtonHeight = 26;
@@ -27,11 +28,21 @@ class TutorialDialog : public Dialog {
 
   protected:
     bool onInitialise() override {
-        sizeClientArea({picture_.width(), picture_.height() + kStripHeight});
-        placeControls();
+        layOut();
         placeOnScreen();
         SetFocus(control(IDC_TUTORIAL_CONTINUE));
         return false;
+    }
+
+    void layOut() override {
+        picture_.emplace(IDR_TUTORIAL_PICTURE, "tutorial.png", scale());
+        const PixelSize picture = scale().at96(picture_->size());
+        const SIZE size{picture.width, picture.height + kStripHeight};
+        sizeClientArea(size);
+        const LONG top = size.cy - kMargin - kButtonHeight;
+        const LONG buttonLeft = size.cx - kMargin - kButtonWidth;
+        placeControl(IDC_TUTORIAL_PREVENT, RECT{kMargin, top, buttonLeft - kMargin, top + kButtonHeight});
+        placeControl(IDC_TUTORIAL_CONTINUE, RECT{buttonLeft, top, buttonLeft + kButtonWidth, top + kButtonHeight});
     }
 
     bool onCommand(int id) override {
@@ -44,7 +55,8 @@ class TutorialDialog : public Dialog {
 
     bool onPaint() override {
         const PaintDc paint(window());
-        picture_.draw(paint.get(), 0, 0);
+        const POINT by = scrolledBy(window());
+        picture_->draw(paint.get(), -by.x, -by.y);
         return true;
     }
 
@@ -54,20 +66,13 @@ class TutorialDialog : public Dialog {
     }
 
   private:
-    void placeControls() {
-        const RECT area = clientArea();
-        const LONG top = area.bottom - kMargin - kButtonHeight;
-        const LONG buttonLeft = area.right - kMargin - kButtonWidth;
-        placeControl(IDC_TUTORIAL_PREVENT, {kMargin, top, buttonLeft - kMargin, top + kButtonHeight});
-        placeControl(IDC_TUTORIAL_CONTINUE, {buttonLeft, top, buttonLeft + kButtonWidth, top + kButtonHeight});
-    }
-
     void placeOnScreen() {
         RECT place{};
         GetWindowRect(window(), &place);
-        const int left = (GetSystemMetrics(SM_CXSCREEN) - (place.right - place.left)) / 2 + kRightOfMiddle;
+        const int left = (GetSystemMetrics(SM_CXSCREEN) - (place.right - place.left)) / 2 + scale().px(kRightOfMiddle);
         const int top = (GetSystemMetrics(SM_CYSCREEN) - (place.bottom - place.top)) / 2;
         SetWindowPos(window(), nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        keepInWorkArea(window());
     }
 
     void onContinue() {
@@ -80,7 +85,7 @@ class TutorialDialog : public Dialog {
     // Closed by Esc or the close box: nothing was decided, so nothing is written.
     void onClose() { end(0); }
 
-    ResourceImage picture_{IDR_TUTORIAL_PICTURE};
+    std::optional<ResourceImage> picture_; ///< once laid out
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };
 

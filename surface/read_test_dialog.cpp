@@ -19,7 +19,7 @@ namespace torvane {
 
 namespace {
 
-// Pixels.
+// At 96 dots to the inch.
 constexpr int kMargin = 10;
 constexpr int kLabelHeight = 20;
 constexpr int kProgressTop = 40;
@@ -64,7 +64,9 @@ class ReadTestDialog : public Dialog {
 
   protected:
     bool onInitialise() override {
-        placeControls();
+        const RECT area = clientArea();
+        size_ = {scale().at96(static_cast<int>(area.right)), scale().at96(static_cast<int>(area.bottom))};
+        layOut();
         setControlText(IDC_READ_TEST_TITLE, formatText("Testing: %s", drive_.model.c_str()).c_str());
         setControlText(IDC_READ_TEST_STATUS, "Status: Idle...");
         const char* const word = readTestCaptionWord(kind_);
@@ -76,6 +78,19 @@ class ReadTestDialog : public Dialog {
         SetWindowTextA(window(), formatText("%s Read Test", word).c_str());
         display_->attach(control(IDC_READ_TEST_STATUS), control(IDC_READ_TEST_PROGRESS));
         return true;
+    }
+
+    void layOut() override {
+        sizeClientArea({size_.width, size_.height});
+        const LONG half = size_.width / 2;
+        placeBox(IDC_READ_TEST_TITLE, kMargin, kMargin, half - 15, kLabelHeight);
+        placeBox(IDC_READ_TEST_STATUS, half + 5, kMargin, half - 15, kLabelHeight);
+        placeBox(IDC_READ_TEST_PROGRESS, kMargin, kProgressTop, size_.width - 2 * kMargin, kProgressHeight);
+        const LONG top = size_.height - kMargin - kButtonHeight;
+        const LONG width = (size_.width - 4 * kMargin) / 3;
+        placeBox(IDC_READ_TEST_START, kMargin, top, width, kButtonHeight);
+        placeBox(IDC_READ_TEST_TERMINATE, width + 2 * kMargin, top, width, kButtonHeight);
+        placeBox(IDC_READ_TEST_EXIT, size_.width - kMargin - width, top, width, kButtonHeight);
     }
 
     bool onCommand(int id) override {
@@ -97,21 +112,8 @@ class ReadTestDialog : public Dialog {
     void onDestroy() override { display_->detach(); }
 
   private:
-    void placeControls() {
-        const RECT area = clientArea();
-        const LONG half = area.right / 2;
-        placeBox(IDC_READ_TEST_TITLE, kMargin, kMargin, half - 15, kLabelHeight);
-        placeBox(IDC_READ_TEST_STATUS, half + 5, kMargin, half - 15, kLabelHeight);
-        placeBox(IDC_READ_TEST_PROGRESS, kMargin, kProgressTop, area.right - 2 * kMargin, kProgressHeight);
-        const LONG top = area.bottom - kMargin - kButtonHeight;
-        const LONG width = (area.right - 4 * kMargin) / 3;
-        placeBox(IDC_READ_TEST_START, kMargin, top, width, kButtonHeight);
-        placeBox(IDC_READ_TEST_TERMINATE, width + 2 * kMargin, top, width, kButtonHeight);
-        placeBox(IDC_READ_TEST_EXIT, area.right - kMargin - width, top, width, kButtonHeight);
-    }
-
     void placeBox(int id, LONG left, LONG top, LONG width, LONG height) {
-        placeControl(id, {left, top, left + width, top + height});
+        placeControl(id, RECT{left, top, left + width, top + height});
     }
 
     // Also while a test runs: each run counts and stops for itself.
@@ -145,6 +147,7 @@ class ReadTestDialog : public Dialog {
     AppState& state_;
     ReadTestKind kind_;
     DriveRecord& drive_;
+    PixelSize size_{}; ///< of the client area as the template has it, at 96 dots to the inch
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     std::shared_ptr<DialogDisplay> display_ = std::make_shared<DialogDisplay>();
 };

@@ -4,13 +4,13 @@
 
 namespace torvane {
 
-/// A window's client area put together out of sight, so that it reaches the screen in one transfer. `screen` is the
-/// context of WM_PAINT.
+/// What a window has to paint, put together out of sight, so that it reaches the screen in one transfer. `screen` is
+/// the context of WM_PAINT; where the window is scrolled, its origin is, and the buffer holds what lies before it, too.
 class BackBuffer {
   public:
-    BackBuffer(HDC screen, const RECT& area)
-        : screen_(screen), area_(area), memory_(CreateCompatibleDC(screen)),
-          bitmap_(CreateCompatibleBitmap(screen, area.right, area.bottom)), selected_(memory_.get(), bitmap_.get()) {}
+    explicit BackBuffer(HDC screen)
+        : screen_(screen), area_(areaToPaint(screen)), memory_(CreateCompatibleDC(screen)),
+          bitmap_(CreateCompatibleBitmap(screen, area_.right, area_.bottom)), selected_(memory_.get(), bitmap_.get()) {}
 
     /// False when the system has no room for it; then there is nothing to draw into.
     [[nodiscard]] bool isUsable() const { return memory_ && bitmap_; }
@@ -28,6 +28,12 @@ class BackBuffer {
     }
 
   private:
+    static RECT areaToPaint(HDC screen) {
+        RECT area{};
+        GetClipBox(screen, &area);
+        return {0, 0, area.right, area.bottom};
+    }
+
     HDC screen_;
     RECT area_;
     UniqueMemoryDc memory_;

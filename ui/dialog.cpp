@@ -2,7 +2,9 @@
 
 #include "ui/control_text.h"
 #include "ui/held_commands.h"
+#include "ui/scrolling.h"
 #include "ui/waiting_strip.h"
+#include "ui/window_scale.h"
 
 #include <algorithm>
 #include <utility>
@@ -39,18 +41,24 @@ RECT Dialog::clientArea() const {
 }
 
 void Dialog::sizeClientArea(SIZE size) {
-    RECT outer{0, 0, size.cx, size.cy};
-    AdjustWindowRectEx(&outer, static_cast<DWORD>(GetWindowLongPtrA(window_, GWL_STYLE)), FALSE,
-                       static_cast<DWORD>(GetWindowLongPtrA(window_, GWL_EXSTYLE)));
-    SetWindowPos(window_, nullptr, 0, 0, outer.right - outer.left, outer.bottom - outer.top,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    fitClientArea(scale_.px(PixelSize{static_cast<int>(size.cx), static_cast<int>(size.cy)}));
+}
+
+void Dialog::fitClientArea(const PixelSize& size) {
+    if (!sized_) {
+        sized_ = true;
+        scaleByOurselves(window_);
+    }
+    workArea_ = workAreaOf(window_);
+    if (scrolls()) {
+        fitToContent(window_, size);
+    } else {
+        fitToRoom(window_, size);
+    }
 }
 
 void Dialog::centreOnOwner() {
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof(monitor);
-    GetMonitorInfoA(MonitorFromWindow(window_, MONITOR_DEFAULTTOPRIMARY), &monitor);
-    const RECT& area = monitor.rcWork;
+    const RECT area = workAreaOf(window_);
     RECT around = area;
     if (const HWND owner = GetWindow(window_, GW_OWNER); owner != nullptr) {
         GetWindowRect(owner, &around);
@@ -74,6 +82,16 @@ void Dialog::showControl(int id, bool visible) {
 }
 
 void Dialog::placeControl(int id, const RECT& place) {
+    placeControl(id, toPixelRect(place));
+}
+
+void Dialog::placeControl(int id, const PixelRect& place) {
+    placeControlAt(id, toRect(scale_.px(place)));
+}
+
+void Dialog::placeControlAt(int id, RECT place) {
+    const POINT by = sized_ && scrolls() ? scrolledBy(window_) : POINT{};
+    OffsetRect(&place, -by.x, -by.y);
     SetWindowPos(control(id), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -88,9 +106,12 @@ INT_PTR CALLBACK Dialog::procedure(HWND window, UINT message, WPARAM wParam, LPA
 }
 
 INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (sized_ && takesSize(message, wParam, lParam)) {
+        return TRUE;
+    }
     switch (message) {
     case WM_INITDIALOG:
-        return onInitialise();
+        return initialise();
     case WM_COMMAND:
         if (HIWORD(wParam) == EN_CHANGE) {
             onTextChange(LOWORD(wParam));
@@ -123,6 +144,7 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_QUERYDRAGICON:
         return reinterpret_cast<INT_PTR>(onQueryDragIcon());
     case WM_DESTROY:
+        forgetScale(window_);
         onDestroy();
         return TRUE;
     case WM_NCDESTROY:
@@ -131,6 +153,85 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     default:
         return answer(onMessage(message, wParam, lParam));
     }
+}
+
+bool Dialog::initialise() {
+    scale_ = scaleOf(window_);
+    rememberScale(window_, scale_);
+    const bool focusIsTheSystems = onInitialise();
+    if (sized_ && scrolls()) {
+        followFocus(window_);
+    }
+    return focusIsTheSystems;
+}
+
+// What has to do with the window's size, scale and scroll bars.
+bool Dialog::takesSize(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_DPICHANGED:
+        changeScale(Scale{LOWORD(wParam)}, *reinterpret_cast<const RECT*>(lParam));
+        return true;
+    case WM_DISPLAYCHANGE:
+        layOutAnew();
+        keepInWorkArea(window_);
+        return true;
+    case WM_EXITSIZEMOVE: // perhaps on another monitor of the same scale
+        if (const RECT area = workAreaOf(window_); EqualRect(&area, &workArea_) == FALSE) {
+            layOutAnew();
+        }
+        return true;
+    default:
+        return scrolls() && scrollBy(window_, message, wParam, lParam);
+    }
+}
+
+void Dialog::changeScale(Scale scale, const RECT& suggested) {
+    const Scale before = std::exchange(scale_, scale);
+    rememberScale(window_, scale);
+    SetWindowPos(window_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+                 suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    scaleFont(before);
+    tellChildren(before);
+    layOutAnew();
+    // Not while it is moved: that would fight the mouse.
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) == FALSE || (thread.flags & GUI_INMOVESIZE) == 0) {
+        keepInWorkArea(window_);
+    }
+}
+
+// The template's font has a size in points (72 to the inch).
+void Dialog::scaleFont(Scale before) {
+    const auto old = reinterpret_cast<HFONT>(SendMessageA(window_, WM_GETFONT, 0, 0));
+    LOGFONTW font{};
+    if (GetObjectW(old, sizeof font, &font) == 0) {
+        return;
+    }
+    const int points = MulDiv(font.lfHeight, 72, before.dpi);
+    font.lfHeight = MulDiv(points, scale_.dpi, 72);
+    UniqueFont scaled(CreateFontIndirectW(&font));
+    for (HWND child = GetWindow(window_, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (reinterpret_cast<HFONT>(SendMessageA(child, WM_GETFONT, 0, 0)) == old) {
+            SendMessageA(child, WM_SETFONT, reinterpret_cast<WPARAM>(scaled.get()), FALSE);
+        }
+    }
+    SendMessageA(window_, WM_SETFONT, reinterpret_cast<WPARAM>(scaled.get()), FALSE);
+    font_ = std::move(scaled);
+}
+
+void Dialog::tellChildren(Scale before) const {
+    for (HWND child = GetWindow(window_, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        SendMessageA(child, kScaleChangedMessage, static_cast<WPARAM>(before.dpi), scale_.dpi);
+    }
+}
+
+void Dialog::layOutAnew() {
+    layOut();
+    if (scrolls()) {
+        followFocus(window_);
+    }
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 bool Dialog::isHeldBack(UINT message, WPARAM wParam) const {

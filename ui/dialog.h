@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/scale.h"
 #include "ui/owned.h"
 
 #include <cstddef>
@@ -22,6 +23,10 @@ struct CommandRoute {
 ///         return route(*this, kRoutes, id);
 ///     }
 ///
+/// A dialog is designed in pixels of 96 to the inch and laid out in those of its monitor. One that sizes its client
+/// area is laid out anew when its scale changes, and scrolls where the work area is too small for it; one that leaves
+/// its size to its template leaves that to the system, too.
+///
 /// Everything here belongs to the thread that runs the dialog.
 class Dialog {
   public:
@@ -42,14 +47,23 @@ class Dialog {
     void end(INT_PTR result);
 
     [[nodiscard]] HWND control(int id) const { return GetDlgItem(window_, id); }
+    /// The scale that the dialog is laid out for.
+    [[nodiscard]] Scale scale() const { return scale_; }
+    /// Screen pixels, from {0, 0}.
     [[nodiscard]] RECT clientArea() const;
-    /// Gives the client area that size, in pixels.
+    /// Gives the client area that size, at 96 dots to the inch, or what the work area has of it, with scroll bars.
     void sizeClientArea(SIZE size);
+    /// The same for a size in screen pixels.
+    void fitClientArea(const PixelSize& size);
     /// Moves the dialog over the middle of its owner, as far as the screen's work area allows.
     void centreOnOwner();
     void setControlText(int id, const char* text);
     void showControl(int id, bool visible);
+    /// Places a control of a dialog whose client area has been sized; at 96 dots to the inch.
     void placeControl(int id, const RECT& place);
+    void placeControl(int id, const PixelRect& place);
+    /// The same in screen pixels.
+    void placeControlAt(int id, RECT place);
 
     /// Finds `id` in the table and calls its function. False when the table does not hold it.
     template <typename DialogType, std::size_t Count>
@@ -67,6 +81,12 @@ class Dialog {
 
     /// WM_INITDIALOG. Returns false when the dialog has set the keyboard focus itself.
     virtual bool onInitialise() { return true; }
+    /// WM_DPICHANGED of a dialog that has sized its client area, and another work area: everything that depends on the
+    /// scale is to be made and placed anew. The dialog's own font is there, with the controls that had it, and lists
+    /// have scaled their columns.
+    virtual void layOut() {}
+    /// False for a dialog that does something else with its scroll bars; it gets what the work area has room for.
+    [[nodiscard]] virtual bool scrolls() const { return true; }
     /// WM_COMMAND of a menu item, of an accelerator, of a control that was clicked, or of a list of choices in which
     /// another one was selected (CBN_SELCHANGE has the accelerators' code, 1).
     virtual bool onCommand(int) { return false; }
@@ -95,9 +115,19 @@ class Dialog {
     void carryOutHeld(WPARAM command);
     void carryOutPostponed();
     static bool showWaitCursor(WORD place);
+    bool initialise();
+    bool takesSize(UINT message, WPARAM wParam, LPARAM lParam);
+    void changeScale(Scale scale, const RECT& suggested);
+    void scaleFont(Scale before);
+    void tellChildren(Scale before) const;
+    void layOutAnew();
 
     int templateId_;
     HWND window_ = nullptr;
+    Scale scale_;
+    UniqueFont font_;                 ///< the dialog's own, once its scale has changed
+    bool sized_ = false;              ///< its client area was, so it is laid out by itself
+    RECT workArea_{};                 ///< in which it was laid out
     std::optional<WPARAM> postponed_; ///< held back before, and now until what is open over the dialog has closed
 };
 

@@ -1,6 +1,8 @@
 #include "ui/list_view.h"
 
 #include "base/wide_text.h"
+#include "ui/owned.h"
+#include "ui/window_scale.h"
 
 #include <array>
 
@@ -25,6 +27,47 @@ void dropNeedlessScrollBar(HWND list, const RECT& outer) {
     }
 }
 
+// At 96 dots to the inch, as the control makes it itself.
+constexpr int kCheckBoxSize = 16;
+
+/// A box without its tick and one with it, side by side.
+UniqueBitmap drawCheckBoxes(HWND list, int size, COLORREF around) {
+    const HDC screen = GetDC(list);
+    const UniqueMemoryDc memory{CreateCompatibleDC(screen)};
+    UniqueBitmap bitmap{CreateCompatibleBitmap(screen, 2 * size, size)};
+    ReleaseDC(list, screen);
+    const SelectedObject selected(memory.get(), bitmap.get());
+    const UniqueBrush brush{CreateSolidBrush(around)};
+    const RECT all{0, 0, 2 * size, size};
+    FillRect(memory.get(), &all, brush.get());
+    const int edge = (size + 4) / 8;
+    RECT without{edge, edge, size - edge, size - edge};
+    DrawFrameControl(memory.get(), &without, DFC_BUTTON, DFCS_BUTTONCHECK | DFCS_FLAT);
+    RECT with{size + edge, edge, 2 * size - edge, size - edge};
+    DrawFrameControl(memory.get(), &with, DFC_BUTTON, DFCS_BUTTONCHECK | DFCS_FLAT | DFCS_CHECKED);
+    return bitmap;
+}
+
+// The control's own have one size on some systems.
+void scaleCheckBoxes(HWND list, Scale scale) {
+    if ((ListView_GetExtendedListViewStyle(list) & LVS_EX_CHECKBOXES) == 0) {
+        return;
+    }
+    constexpr COLORREF kAround = RGB(255, 0, 255);
+    const int size = scale.px(kCheckBoxSize);
+    const HIMAGELIST boxes = ImageList_Create(size, size, ILC_COLORDDB | ILC_MASK, 2, 0);
+    ImageList_AddMasked(boxes, drawCheckBoxes(list, size, kAround).get(), kAround);
+    // The list destroys the new ones at its own end.
+    ImageList_Destroy(ListView_SetImageList(list, boxes, LVSIL_STATE));
+}
+
+void scaleColumns(HWND list, Scale before, Scale now) {
+    const int columns = Header_GetItemCount(ListView_GetHeader(list));
+    for (int column = 0; column < columns; ++column) {
+        ListView_SetColumnWidth(list, column, now.px(before.at96(ListView_GetColumnWidth(list, column))));
+    }
+}
+
 } // namespace
 
 bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD extendedStyle, COLORREF background) {
@@ -39,6 +82,9 @@ bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD
     ListView_SetExtendedListViewStyle(window_, extendedStyle);
     ListView_SetBkColor(window_, background);
     ListView_SetTextBkColor(window_, background);
+    if (const Scale scale = scaleOf(window_); scale != Scale{}) {
+        scaleCheckBoxes(window_, scale);
+    }
     return true;
 }
 
@@ -47,7 +93,7 @@ void ListView::addColumn(const char* heading, int width) {
     LVCOLUMNW column{};
     column.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH;
     column.fmt = LVCFMT_LEFT;
-    column.cx = width;
+    column.cx = scaleOf(window_).px(width);
     column.pszText = text.data();
     const HWND header = ListView_GetHeader(window_);
     SendMessageA(window_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(Header_GetItemCount(header)),
@@ -143,6 +189,11 @@ LRESULT CALLBACK ListView::listProcedure(HWND window, UINT message, WPARAM wPara
     if (message == WM_NCCALCSIZE) {
         // A RECT, or an NCCALCSIZE_PARAMS that begins with one: the window's outer rectangle.
         dropNeedlessScrollBar(window, *reinterpret_cast<const RECT*>(lParam));
+    }
+    if (message == kScaleChangedMessage) {
+        const Scale now{static_cast<int>(lParam)};
+        scaleColumns(window, Scale{static_cast<int>(wParam)}, now);
+        scaleCheckBoxes(window, now);
     }
     if (message == WM_NCDESTROY) {
         RemoveWindowSubclass(window, &ListView::listProcedure, 0);

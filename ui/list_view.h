@@ -15,13 +15,15 @@ struct CellColours {
     COLORREF background;
 };
 
-/// A report-style list: rows and columns of text. Rows and columns count from 0.
+/// A report-style list: rows and columns of text. Rows and columns count from 0. Columns and check boxes have the
+/// scale of the window that the list is in, and follow it.
 class ListView {
   public:
-    /// Makes the control as a bordered child of `parent` with the given style bits (LVS_...) beside LVS_REPORT,
-    /// extended style bits (LVS_EX_...) and background colour.
+    /// Makes the control as a bordered child of `parent`, at a place in screen pixels, with the given style bits
+    /// (LVS_...) beside LVS_REPORT, extended style bits (LVS_EX_...) and background colour.
     bool create(HWND parent, int id, const RECT& place, DWORD style, DWORD extendedStyle, COLORREF background);
 
+    /// `width`: pixels of 96 to the inch.
     void addColumn(const char* heading, int width);
 
     /// Appends a row and returns its number; -1 on failure. `data` is the caller's own word.

@@ -33,6 +33,14 @@ struct MenuTraits {
 };
 using UniqueMenu = Owned<MenuTraits>;
 
+/// An icon of the program's own, not one that the system shares.
+struct IconTraits {
+    using Value = HICON;
+    static Value empty() { return nullptr; }
+    static void close(Value icon) { DestroyIcon(icon); }
+};
+using UniqueIcon = Owned<IconTraits>;
+
 /// Selects an object into a device context for a scope, then puts the old one back. Declare it after the object's own
 /// guard: a selected object cannot be deleted.
 class SelectedObject {

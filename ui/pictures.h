@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/scale.h"
+
 #include <map>
 #include <memory>
 #include <string_view>
@@ -11,23 +13,34 @@ class Image;
 
 namespace torvane {
 
-/// The pictures of one paint: each is loaded from the current folder once and released with this object. GDI+ must be
-/// running.
+/// The pictures of one paint: each is loaded from the current folder once and released with this object. Where the
+/// screen is finer than 96 dots to the inch, a file that is as it was shipped is replaced by the rendering that the
+/// program carries for it (ui/picture_choice.h). GDI+ must be running.
 class Pictures {
   public:
-    Pictures();
+    explicit Pictures(Scale scale);
     ~Pictures();
     Pictures(const Pictures&) = delete;
     Pictures& operator=(const Pictures&) = delete;
 
-    /// Null when the file is missing or no picture. Names are kept as views: they must outlive this object.
-    Gdiplus::Image* load(std::string_view name);
+    /// Loads the picture, if it is not loaded yet. Names are kept as views: they must outlive this object.
+    void load(std::string_view name);
 
-    /// Draws the picture pixel for pixel, its top left corner at (x, y). Nothing is drawn when it cannot be loaded.
+    /// Draws the picture, its top left corner at (x, y), a place at 96 dots to the inch: pixel for pixel there, scaled
+    /// elsewhere. Nothing is drawn when the file is missing or no picture.
     void draw(Gdiplus::Graphics& graphics, std::string_view name, int x, int y);
 
   private:
-    std::map<std::string_view, std::unique_ptr<Gdiplus::Image>> images_;
+    struct Picture {
+        std::unique_ptr<Gdiplus::Image> image; ///< null: cannot be shown
+        int madeFor = Scale::kDesignDpi;
+    };
+
+    [[nodiscard]] Picture read(std::string_view name) const;
+    Picture& loaded(std::string_view name);
+
+    Scale scale_;
+    std::map<std::string_view, Picture> pictures_;
 };
 
 } // namespace torvane

@@ -1,6 +1,7 @@
 #include "ui/row_tips.h"
 
 #include "base/wide_text.h"
+#include "ui/window_scale.h"
 
 #include <commctrl.h>
 #include <windowsx.h>
@@ -11,7 +12,7 @@ namespace torvane {
 
 namespace {
 
-constexpr LPARAM kMaximumWidth = 600; // pixels; a longer text takes more lines
+constexpr int kMaximumWidth = 600; // at 96 dots to the inch; a longer text takes more lines
 
 int rowAt(HWND list, POINT place) {
     LVHITTESTINFO hit{};
@@ -26,7 +27,6 @@ void RowTips::attach(HWND list, TextOfRow textOfRow) {
     textOfRow_ = std::move(textOfRow);
     tip_ = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
                            GetParent(list), nullptr, GetModuleHandleA(nullptr), nullptr);
-    SendMessageA(tip_, TTM_SETMAXTIPWIDTH, 0, kMaximumWidth);
     SetWindowSubclass(list, &RowTips::listProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
 }
 
@@ -72,6 +72,7 @@ void RowTips::showRow(int row) {
     }
     row_ = row;
     if (row_ >= 0) {
+        SendMessageA(tip_, TTM_SETMAXTIPWIDTH, 0, scaleOf(list_).px(kMaximumWidth));
         send(TTM_ADDTOOLW, row_, textOfRow_(row_));
     }
 }

@@ -1,6 +1,7 @@
 #include "ui/tool_tip.h"
 
 #include "base/wide_text.h"
+#include "ui/window_scale.h"
 
 #include <commctrl.h>
 
@@ -8,7 +9,7 @@ namespace torvane {
 
 namespace {
 
-constexpr LPARAM kMaximumWidth = 600; // pixels; a longer text takes more lines
+constexpr int kMaximumWidth = 600; // at 96 dots to the inch; a longer text takes more lines
 
 } // namespace
 
@@ -16,7 +17,6 @@ void ToolTip::attach(HWND control, const std::string& text) {
     control_ = control;
     tip_ = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
                            GetParent(control), nullptr, GetModuleHandleA(nullptr), nullptr);
-    SendMessageA(tip_, TTM_SETMAXTIPWIDTH, 0, kMaximumWidth);
     send(TTM_ADDTOOLW, text);
 }
 
@@ -27,6 +27,7 @@ void ToolTip::setText(const std::string& text) {
 }
 
 void ToolTip::send(UINT message, const std::string& text) {
+    SendMessageA(tip_, TTM_SETMAXTIPWIDTH, 0, scaleOf(control_).px(kMaximumWidth));
     std::wstring ownText = wideText(text);
     TOOLINFOW tool{};
     tool.cbSize = sizeof(tool);

@@ -1,6 +1,7 @@
 #include "ui/waiting_strip.h"
 
 #include "base/format.h"
+#include "ui/window_scale.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,16 +12,15 @@ namespace {
 
 constexpr const char* kClassName = "TorvaneWaitingStrip";
 
-// Pixels.
+// At 96 dots to the inch.
 constexpr int kWidth = 420;
 constexpr int kHeight = 50;
 constexpr int kMargin = 10;
 constexpr int kButtonWidth = 90;
 constexpr int kRowHeight = kHeight - 2 * kMargin;
 
-HWND makeChild(HWND parent, const char* className, const char* text, DWORD style, const RECT& place, INT_PTR id) {
-    const HWND child = CreateWindowExA(0, className, text, WS_CHILD | WS_VISIBLE | style, place.left, place.top,
-                                       place.right - place.left, place.bottom - place.top, parent,
+HWND makeChild(HWND parent, const char* className, const char* text, DWORD style, INT_PTR id) {
+    const HWND child = CreateWindowExA(0, className, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, parent,
                                        reinterpret_cast<HMENU>(id), GetModuleHandleA(nullptr), nullptr);
     SendMessageA(child, WM_SETFONT, SendMessageA(GetParent(parent), WM_GETFONT, 0, 0), FALSE);
     return child;
@@ -38,23 +38,32 @@ void WaitingStrip::show(HWND over, const std::string& what) {
     RegisterClassA(&strip); // fails from the second time on, for it is there
 
     what_ = what;
-    RECT area{};
-    GetClientRect(over, &area);
-    const int width = std::min<int>(kWidth, area.right);
-    strip_ =
-        CreateWindowExA(0, kClassName, "", WS_CHILD | WS_BORDER | WS_CLIPCHILDREN, (area.right - width) / 2,
-                        (area.bottom - kHeight) / 2, width, kHeight, over, nullptr, GetModuleHandleA(nullptr), this);
+    strip_ = CreateWindowExA(0, kClassName, "", WS_CHILD | WS_BORDER | WS_CLIPCHILDREN, 0, 0, 0, 0, over, nullptr,
+                             GetModuleHandleA(nullptr), this);
     if (strip_ == nullptr) {
         return;
     }
-    const int buttonLeft = width - kMargin - kButtonWidth;
-    text_ =
-        makeChild(strip_, "STATIC", "", SS_NOPREFIX, {kMargin, kMargin, buttonLeft - kMargin, kMargin + kRowHeight}, 0);
-    const HWND button =
-        makeChild(strip_, "BUTTON", "&Leave", WS_TABSTOP | BS_DEFPUSHBUTTON,
-                  {buttonLeft, kMargin, buttonLeft + kButtonWidth, kMargin + kRowHeight}, kLeaveWaitingId);
+    text_ = makeChild(strip_, "STATIC", "", SS_NOPREFIX, 0);
+    button_ = makeChild(strip_, "BUTTON", "&Leave", WS_TABSTOP | BS_DEFPUSHBUTTON, kLeaveWaitingId);
+    place();
     SetWindowPos(strip_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW | SWP_NOACTIVATE);
-    focusBefore_ = SetFocus(button);
+    focusBefore_ = SetFocus(button_);
+}
+
+void WaitingStrip::place() {
+    const HWND over = GetParent(strip_);
+    const Scale scale = scaleOf(over);
+    RECT area{};
+    GetClientRect(over, &area);
+    const int width = std::min<int>(scale.px(kWidth), area.right);
+    const int height = scale.px(kHeight);
+    MoveWindow(strip_, (area.right - width) / 2, (area.bottom - height) / 2, width, height, FALSE);
+    const int margin = scale.px(kMargin);
+    const int buttonWidth = scale.px(kButtonWidth);
+    const int buttonLeft = width - margin - buttonWidth;
+    const int rowHeight = scale.px(kRowHeight);
+    MoveWindow(text_, margin, margin, buttonLeft - 2 * margin, rowHeight, TRUE);
+    MoveWindow(button_, buttonLeft, margin, buttonWidth, rowHeight, TRUE);
 }
 
 void WaitingStrip::setSeconds(int seconds) {
@@ -83,6 +92,13 @@ LRESULT CALLBACK WaitingStrip::procedure(HWND window, UINT message, WPARAM wPara
     auto* const self = reinterpret_cast<WaitingStrip*>(GetWindowLongPtrA(window, GWLP_USERDATA));
     if (message == WM_COMMAND && LOWORD(wParam) == kLeaveWaitingId && self != nullptr) {
         self->leaveWanted_ = true;
+        return 0;
+    }
+    if (message == kScaleChangedMessage && self != nullptr) {
+        const LRESULT font = SendMessageA(GetParent(window), WM_GETFONT, 0, 0);
+        SendMessageA(self->text_, WM_SETFONT, static_cast<WPARAM>(font), FALSE);
+        SendMessageA(self->button_, WM_SETFONT, static_cast<WPARAM>(font), FALSE);
+        self->place();
         return 0;
     }
     if (message == WM_SETCURSOR) { // over the button, too: it can be pressed

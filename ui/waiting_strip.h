@@ -31,9 +31,11 @@ class WaitingStrip {
 
   private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    void place();
 
     HWND strip_ = nullptr;
     HWND text_ = nullptr;
+    HWND button_ = nullptr;
     HWND focusBefore_ = nullptr;
     std::string what_;
     int seconds_ = -1;

@@ -10,10 +10,15 @@ class AboutDialog : public Dialog {
     AboutDialog();
 
   protected:
+    bool onInitialise() override;
     bool onCommand(int id) override;
+    std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
   private:
+    void showIcon(Scale scale);
     void onClose() { end(IDOK); }
+
+    UniqueIcon icon_;
 };
 
 } // namespace torvane

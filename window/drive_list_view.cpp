@@ -5,15 +5,13 @@
 #include "records/drive_texts.h"
 #include "resources/resource_ids.h"
 #include "window/list_cells.h"
-#include "window/main_layout.h"
 
 #include <utility>
 
 namespace torvane {
 
 bool DriveListView::create(HWND parent) {
-    const RECT place{kDriveListPlace.left, kDriveListPlace.top, kDriveListPlace.right, kDriveListPlace.bottom};
-    if (!list_.create(parent, IDC_DRIVE_LIST, place, WS_VISIBLE | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
+    if (!list_.create(parent, IDC_DRIVE_LIST, {}, WS_VISIBLE | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
                       LVS_EX_GRIDLINES | LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT, kListBackground)) {
         return false;
     }

@@ -15,6 +15,7 @@ struct DriveRecord;
 /// The main window's drive list: one row for each drive of the last scan. A row's data is its record.
 class DriveListView {
   public:
+    /// Its place is still to be given to it.
     bool create(HWND parent);
 
     /// While the mouse rests on a drive's row, `textOf` tells more of the drive.

@@ -3,14 +3,11 @@
 #include "base/colours.h"
 #include "resources/resource_ids.h"
 #include "window/list_cells.h"
-#include "window/main_layout.h"
 
 namespace torvane {
 
-bool LogListView::create(HWND parent, int closedClientHeight) {
-    const PixelRect place = logListPlace(closedClientHeight);
-    if (!list_.create(parent, IDC_LOG_LIST, {place.left, place.top, place.right, place.bottom}, 0,
-                      LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT, kListBackground)) {
+bool LogListView::create(HWND parent) {
+    if (!list_.create(parent, IDC_LOG_LIST, {}, 0, LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT, kListBackground)) {
         return false;
     }
     list_.addColumn("Type", 100);

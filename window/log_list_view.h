@@ -8,8 +8,8 @@ namespace torvane {
 /// The main window's event log: it only grows. Hidden until the user opens the log panel.
 class LogListView {
   public:
-    /// `closedClientHeight`: height of the main window's client area while the log panel is closed.
-    bool create(HWND parent, int closedClientHeight);
+    /// Its place is still to be given to it.
+    bool create(HWND parent);
 
     /// Appends the row and scrolls it into view.
     void append(const LogRow& row);

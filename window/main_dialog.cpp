@@ -12,29 +12,26 @@
 #include "state/app_state.h"
 #include "ui/control_text.h"
 #include "ui/held_commands.h"
+#include "ui/program_icon.h"
 #include "ui/prompt_owner.h"
+#include "ui/scrolling.h"
 #include "ui/window_scale.h"
-#include "window/main_layout.h"
 #include "window/main_window_view.h"
 #include "window/shutdown_guard.h"
 
 #include <windowsx.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace torvane {
 
 namespace {
 
-HFONT createFixedPitchFont(const char* face, int weight) {
+HFONT createFixedPitchFont(const char* face, int weight, Scale scale) {
     constexpr int kHeight = 18;
-    return CreateFontA(kHeight, 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+    return CreateFontA(scale.px(kHeight), 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
                        CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN, face);
-}
-
-HICON loadIcon(int metricX, int metricY) {
-    return static_cast<HICON>(LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDI_TORVANE), IMAGE_ICON,
-                                         GetSystemMetrics(metricX), GetSystemMetrics(metricY), LR_SHARED));
 }
 
 } // namespace
@@ -43,19 +40,17 @@ MainDialog::MainDialog(AppState& state, MainWindowView& view) : Dialog(IDD_MAIN)
 
 bool MainDialog::onInitialise() {
     addSystemMenuItems();
-    setIcons();
     gdiPlus_.start();
     view_.attach(window());
     prompts::setOwner(window());
     watchJobs();
     state_.activeDriveChosen = 0;
     state_.activeDrive = nullptr;
-    createFonts();
     background_.reset(CreateSolidBrush(kDialogBackground));
     SetWindowTextA(window(), "Torvane ver 1.2 June 20, 2022 7:40 AM");
-    placeWindow();
-    placeControls();
     buildListViews();
+    layOut();
+    placeWindow();
     if (LoadMessages(state_.messages) == 0) {
         end(0);
         return false;
@@ -86,41 +81,75 @@ void MainDialog::updateSystemMenu() {
 }
 
 void MainDialog::setIcons() {
-    SendMessageA(window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(loadIcon(SM_CXICON, SM_CYICON)));
-    SendMessageA(window(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(loadIcon(SM_CXSMICON, SM_CYSMICON)));
+    const auto iconOf = [this](int metricX, int metricY) {
+        return programIcon(IDI_TORVANE, {systemMetric(metricX, scale()), systemMetric(metricY, scale())});
+    };
+    UniqueIcon large = iconOf(SM_CXICON, SM_CYICON);
+    UniqueIcon small = iconOf(SM_CXSMICON, SM_CYSMICON);
+    SendMessageA(window(), WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large.get()));
+    SendMessageA(window(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small.get()));
+    largeIcon_ = std::move(large);
+    smallIcon_ = std::move(small);
 }
 
 void MainDialog::createFonts() {
-    headingFont_.reset(createFixedPitchFont("Comic Sans MS", FW_BOLD));
-    dataFont_.reset(createFixedPitchFont("FixedSys", FW_NORMAL));
+    headingFont_.reset(createFixedPitchFont("Comic Sans MS", FW_BOLD, scale()));
+    dataFont_.reset(createFixedPitchFont("FixedSys", FW_NORMAL, scale()));
     SendMessageA(control(IDC_GAUGE_TEXT), WM_SETFONT, reinterpret_cast<WPARAM>(dataFont_.get()), FALSE);
+}
+
+void MainDialog::layOut() {
+    setIcons();
+    createFonts();
+    sizeWindow();
+    placeControls();
+}
+
+// Where the work area is too low, the lists give way first.
+void MainDialog::sizeWindow() {
+    const PixelSize frame = frameOf(window());
+    const RECT area = workAreaOf(window());
+    closedHeight_ = std::max(scale().px(kMainWindowHeight) - frame.height, scale().px(kLeastClientHeight));
+    const int panelHeight = logPanelOpen_ ? scale().px(kMainWindowHeightWithLog - kMainWindowHeight) : 0;
+    const PixelSize whole{std::max(scale().px(kMainWindowWidth) - frame.width, scale().px(kLeastClientWidth)),
+                          closedHeight_ + panelHeight};
+    const bool tooWide = frame.width + whole.width > area.right - area.left;
+    const int bar = tooWide ? systemMetric(SM_CYHSCROLL, scale()) : 0;
+    const int excess = frame.height + whole.height + bar - static_cast<int>(area.bottom - area.top);
+    losses_ = shareOut(excess > 0 ? scale().at96(excess) + 1 : 0, logPanelOpen_);
+    closedHeight_ -= scale().px(losses_.driveList);
+    fitClientArea({whole.width, closedHeight_ + panelHeight - scale().px(losses_.logList)});
 }
 
 // In the middle of the work area, with room for the log panel below.
 void MainDialog::placeWindow() {
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof(monitor);
-    GetMonitorInfoA(MonitorFromWindow(window(), MONITOR_DEFAULTTOPRIMARY), &monitor);
-    const RECT& area = monitor.rcWork;
-    const int left = area.left + (area.right - area.left - kMainWindowWidth) / 2;
-    const int top = area.top + (area.bottom - area.top - kMainWindowHeightWithLog) / 2;
-    SetWindowPos(window(), nullptr, std::max<int>(left, area.left), std::max<int>(top, area.top), kMainWindowWidth,
-                 kMainWindowHeight, SWP_NOZORDER | SWP_NOACTIVATE);
+    const RECT area = workAreaOf(window());
+    RECT place{};
+    GetWindowRect(window(), &place);
+    const int left = (area.left + area.right - (place.right - place.left)) / 2;
+    const int top = (area.top + area.bottom - scale().px(kMainWindowHeightWithLog)) / 2;
+    SetWindowPos(window(), nullptr, std::max<int>(left, area.left), std::max<int>(top, area.top), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void MainDialog::placeControls() {
-    for (const PlacedControl& placed : layOutMainWindow()) {
-        placeControl(placed.id, toRect(placed.place));
+    for (const PlacedControl& placed : layOutMainWindow(losses_)) {
+        placeControl(placed.id, placed.place);
     }
-    placeControl(IDC_HEALTH_PANEL, toRect(kHealthPanelPlace));
-    logToggleTip_.attach(control(IDC_LOG_TOGGLE), "Show or hide the event log");
-    messageTip_.attach(control(IDC_HEALTH_MESSAGE), "");
+    placeControl(IDC_HEALTH_PANEL, healthPanelPlace(losses_));
+    placeControl(IDC_DRIVE_LIST, driveListPlace(losses_));
+    RECT log = toRect(scale().px(logListPlace(0)));
+    log.bottom -= scale().px(losses_.logList);
+    OffsetRect(&log, 0, closedHeight_);
+    placeControlAt(IDC_LOG_LIST, log);
 }
 
 void MainDialog::buildListViews() {
     driveList_.create(window());
     driveList_.showTips([this](const DriveRecord& drive) { return driveSummary(drive, state_.scan.volumes); });
-    logList_.create(window(), clientArea().bottom);
+    logList_.create(window());
+    logToggleTip_.attach(control(IDC_LOG_TOGGLE), "Show or hide the event log");
+    messageTip_.attach(control(IDC_HEALTH_MESSAGE), "");
     // First and last in the tab order; the drive list directly behind its label, whose access key leads to it.
     SetWindowPos(driveList_.window(), control(IDC_DRIVES_LABEL), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     SetWindowPos(logList_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
@@ -130,10 +159,6 @@ void MainDialog::buildListViews() {
 void MainDialog::showThenHidePanel() {
     showControl(IDC_HEALTH_PANEL, true);
     showControl(IDC_HEALTH_PANEL, false);
-}
-
-void MainDialog::resizeWindow(int height) {
-    SetWindowPos(window(), nullptr, 0, 0, kMainWindowWidth, height, SWP_NOMOVE | SWP_NOZORDER);
 }
 
 void MainDialog::showScanProgress(int maximum) {
@@ -219,7 +244,9 @@ bool MainDialog::onTimer(int id) {
 
 bool MainDialog::onPaint() {
     const PaintDc paint(window());
-    PaintHealthPanel(state_, window(), paint.get());
+    const POINT by = scrolledBy(window());
+    SetViewportOrgEx(paint.get(), -by.x, -by.y - scale().px(losses_.driveList), nullptr);
+    PaintHealthPanel(state_, window(), paint.get(), scale());
     return true;
 }
 
@@ -229,7 +256,7 @@ HBRUSH MainDialog::onControlColour(HDC context) {
 }
 
 HICON MainDialog::onQueryDragIcon() {
-    return loadIcon(SM_CXICON, SM_CYICON);
+    return largeIcon_.get();
 }
 
 void MainDialog::onDestroy() {

@@ -5,6 +5,7 @@
 #include "ui/tool_tip.h"
 #include "window/drive_list_view.h"
 #include "window/log_list_view.h"
+#include "window/main_layout.h"
 
 #include <string>
 
@@ -32,6 +33,7 @@ class MainDialog : public Dialog {
 
   protected:
     bool onInitialise() override;
+    void layOut() override;
     bool onCommand(int id) override;
     [[nodiscard]] bool isWayOut(int id) const override;
     bool onSystemCommand(WPARAM id) override;
@@ -51,14 +53,14 @@ class MainDialog : public Dialog {
     void createFonts();
     void addSystemMenuItems();
     void setIcons();
-    void placeWindow();
-    void placeControls();
     void buildListViews();
+    void placeWindow();
     void showThenHidePanel();
 
     void watchJobs();
     void updateSystemMenu();
-    void resizeWindow(int height);
+    void sizeWindow();
+    void placeControls();
     void drawItem(const DRAWITEMSTRUCT& item);
     void selectActiveDrive(const NMLISTVIEW& change);
     void showDriveMenu(POINT askedAt);
@@ -99,6 +101,8 @@ class MainDialog : public Dialog {
     MainWindowView& view_;
     GdiPlusSession gdiPlus_;
     UniqueBrush background_;
+    UniqueIcon largeIcon_;
+    UniqueIcon smallIcon_;
     UniqueFont headingFont_;
     UniqueFont dataFont_;
     ToolTip logToggleTip_;
@@ -106,6 +110,8 @@ class MainDialog : public Dialog {
     DriveListView driveList_;
     LogListView logList_;
     bool logPanelOpen_ = false;
+    ListLosses losses_;
+    int closedHeight_ = 0; ///< of what the window shows while the log panel is closed; screen pixels
 };
 
 } // namespace torvane

@@ -25,10 +25,10 @@
 #include "state/still_at_work.h"
 #include "surface/read_test_dialog.h"
 #include "ui/prompts.h"
+#include "ui/scrolling.h"
 #include "window/about_dialog.h"
 #include "window/command_guards.h"
 #include "window/exit_flow.h"
-#include "window/main_layout.h"
 #include "window/terminate_task.h"
 #include "window/web_pages.h"
 
@@ -229,8 +229,10 @@ void MainDialog::onToggleLogPanel() {
     logPanelOpen_ = !logPanelOpen_;
     // At start the panel is closed and the button shows "<" all the same, as its template does.
     setControlText(IDC_LOG_TOGGLE, logPanelOpen_ ? "<" : ">");
-    resizeWindow(logPanelOpen_ ? kMainWindowHeightWithLog : kMainWindowHeight);
+    sizeWindow();
+    placeControls();
     logList_.setVisible(logPanelOpen_);
+    followFocus(window());
 }
 
 void MainDialog::onSetReadOnly() {

@@ -2,6 +2,7 @@
 
 #include "resources/resource_ids.h"
 
+#include <algorithm>
 #include <array>
 
 namespace torvane {
@@ -12,6 +13,9 @@ constexpr int kLeft = 10;
 constexpr int kRight = kLeastClientWidth - 10;
 
 constexpr int kLogListHeight = 162;
+
+// Headings and two rows.
+constexpr int kLeastListHeight = 62;
 
 // The dials stand 180 pixels apart; each has a line of text under its caption, as wide as the caption. The first dial's
 // line is too long for that and runs under all of them.
@@ -93,6 +97,10 @@ PixelRect buttonPlace(const Button& button) {
     return {left, top, left + kButtonWidth, top + kButtonHeight};
 }
 
+constexpr PixelRect raisedBy(const PixelRect& place, int way) {
+    return {place.left, place.top - way, place.right, place.bottom - way};
+}
+
 void placeScanControls(std::vector<PlacedControl>& controls) {
     controls.push_back({IDC_DRIVES_LABEL, {kLeft, 4, 200, 18}});
     controls.push_back({IDC_SCAN_STATUS, {620, 4, 900, 18}});
@@ -138,12 +146,33 @@ PixelRect logListPlace(int closedClientHeight) {
     return {kDriveListPlace.left, closedClientHeight, kDriveListPlace.right, closedClientHeight + kLogListHeight};
 }
 
-std::vector<PlacedControl> layOutMainWindow() {
+ListLosses shareOut(int excess, bool logOpen) {
+    ListLosses losses;
+    if (logOpen) {
+        losses.logList = std::clamp(excess, 0, kLogListHeight - kLeastListHeight);
+    }
+    losses.driveList = std::clamp(excess - losses.logList, 0, kDriveListPlace.height() - kLeastListHeight);
+    return losses;
+}
+
+PixelRect driveListPlace(const ListLosses& losses) {
+    return {kDriveListPlace.left, kDriveListPlace.top, kDriveListPlace.right,
+            kDriveListPlace.bottom - losses.driveList};
+}
+
+PixelRect healthPanelPlace(const ListLosses& losses) {
+    return raisedBy(kHealthPanelPlace, losses.driveList);
+}
+
+std::vector<PlacedControl> layOutMainWindow(const ListLosses& losses) {
     std::vector<PlacedControl> controls;
-    placeScanControls(controls);
     placeHealthTexts(controls);
     placeCommands(controls);
     placeReadTestProgress(controls);
+    for (PlacedControl& control : controls) {
+        control.place = raisedBy(control.place, losses.driveList);
+    }
+    placeScanControls(controls);
     return controls;
 }
 

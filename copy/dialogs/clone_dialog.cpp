@@ -59,6 +59,12 @@ class CloneDialog : public CopyToDriveDialog {
         return listDestinations(kDestinationLook, &source_);
     }
 
+    void layOut() override {
+        CopyDialog::layOut();
+        placeControl(kSourceLook.id, kSourceLook.place);
+        placeControl(kDestinationLook.id, kDestinationLook.place);
+    }
+
     bool onCommand(int id) override {
         static constexpr CommandRoute<CloneDialog> kRoutes[] = {
             {IDC_START_CLONE, &CloneDialog::onStart}, {IDC_TERMINATE_CLONE, &CloneDialog::onTerminate},

@@ -6,6 +6,7 @@
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
 #include "ui/prompts.h"
+#include "ui/scrolling.h"
 
 #include <utility>
 
@@ -30,14 +31,18 @@ void CopyDialog::startJob(CopyOrder order) {
 
 bool CopyDialog::onInitialise() {
     SetWindowTextA(window(), look_.title);
-    sizeClientArea(look_.clientSize);
+    CopyDialog::layOut();
     centreOnOwner();
-    for (const ControlPlace& control : look_.places) {
-        placeControl(control.id, control.place);
-    }
     setUpTrack();
     jobDisplay().attach(window());
     return true;
+}
+
+void CopyDialog::layOut() {
+    sizeClientArea(look_.clientSize);
+    for (const ControlPlace& control : look_.places) {
+        placeControl(control.id, control.place);
+    }
 }
 
 void CopyDialog::setUpTrack() {
@@ -66,18 +71,20 @@ bool CopyDialog::onTimer(int id) {
     if (id != kExplosionTimer) {
         return false;
     }
-    constexpr LONG kVehicleWidth = 70;
-    constexpr LONG kVehicleHeight = 60;
-    const LONG left = state_.raceTrack.carX;
-    const LONG top = state_.raceTrack.carY;
-    const RECT vehicle{left, top, left + kVehicleWidth, top + kVehicleHeight};
+    constexpr int kVehicleWidth = 70;
+    constexpr int kVehicleHeight = 60;
+    const int left = state_.raceTrack.carX;
+    const int top = state_.raceTrack.carY;
+    const RECT vehicle = shownPlace(window(), {left, top, left + kVehicleWidth, top + kVehicleHeight});
     InvalidateRect(window(), &vehicle, FALSE);
     return true;
 }
 
 bool CopyDialog::onPaint() {
     const PaintDc paint(window());
-    paintRaceTrack(window(), paint.get(), look_.scene, state_.raceTrack);
+    const POINT by = scrolledBy(window());
+    SetViewportOrgEx(paint.get(), -by.x, -by.y, nullptr);
+    paintRaceTrack(paint.get(), look_.scene, state_.raceTrack, scale());
     return true;
 }
 

@@ -12,7 +12,7 @@ namespace torvane {
 
 struct AppState;
 
-/// A control's place, pixels of the dialog's client area.
+/// A control's place, pixels of the dialog's client area at 96 to the inch.
 struct ControlPlace {
     int id;
     RECT place;
@@ -22,7 +22,7 @@ struct ControlPlace {
 struct CopyDialogLook {
     int templateId;
     const char* title;
-    SIZE clientSize; ///< pixels, because the race track is drawn in pixels
+    SIZE clientSize; ///< pixels at 96 to the inch, because the race track is drawn in pixels
     std::span<const ControlPlace> places;
     TrackScene scene;
     std::int32_t carY;
@@ -46,6 +46,7 @@ class CopyDialog : public Dialog {
     void onNothing() {}
 
     bool onInitialise() override;
+    void layOut() override;
     bool onTimer(int id) override;
     bool onPaint() override;
     HBRUSH onControlColour(HDC context) override;

@@ -4,13 +4,15 @@
 #include "discovery/drive_summary.h"
 #include "records/drive_record.h"
 #include "records/drive_texts.h"
+#include "ui/scrolling.h"
+#include "ui/window_scale.h"
 
 namespace torvane {
 
 bool DriveRowsView::create(HWND dialog, const DriveRowsLook& look, const VolumeTable& volumes) {
     const DWORD extendedStyle = LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT | (look.ticks ? LVS_EX_CHECKBOXES : 0U);
-    if (!list_.create(dialog, look.id, look.place, WS_VISIBLE | LVS_SINGLESEL | LVS_SHOWSELALWAYS, extendedStyle,
-                      kListBackground)) {
+    if (!list_.create(dialog, look.id, shownPlace(dialog, toPixelRect(look.place)),
+                      WS_VISIBLE | LVS_SINGLESEL | LVS_SHOWSELALWAYS, extendedStyle, kListBackground)) {
         return false;
     }
     volumes_ = &volumes;

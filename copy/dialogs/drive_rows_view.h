@@ -10,7 +10,7 @@ namespace torvane {
 
 struct DriveRecord;
 
-/// What a list of drives shows, and how wide: pixels.
+/// What a list of drives shows, where and how wide: pixels of 96 to the inch.
 struct DriveRowsLook {
     int id;
     int label; ///< the control behind which the list takes its place in the tab order

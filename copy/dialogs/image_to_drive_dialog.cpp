@@ -52,6 +52,11 @@ class ImageToDriveDialog : public CopyToDriveDialog {
         return listDestinations(kDestinationLook, nullptr);
     }
 
+    void layOut() override {
+        CopyDialog::layOut();
+        placeControl(kDestinationLook.id, kDestinationLook.place);
+    }
+
     bool onCommand(int id) override {
         static constexpr CommandRoute<ImageToDriveDialog> kRoutes[] = {
             {IDC_START_IMAGE_TO_DRIVE, &ImageToDriveDialog::onStart},

@@ -2,6 +2,7 @@
 
 #include "resources/resource_ids.h"
 #include "ui/control_text.h"
+#include "ui/scrolling.h"
 
 #include <string>
 
@@ -31,7 +32,7 @@ void JobDisplayView::repaint() {
 
 void JobDisplayView::repaintTrack(const TrackArea& area) {
     if (const HWND dialog = dialog_; dialog != nullptr) {
-        const RECT rect{area.left, area.top, area.right, area.bottom};
+        const RECT rect = shownPlace(dialog, {area.left, area.top, area.right, area.bottom});
         InvalidateRect(dialog, &rect, FALSE);
     }
 }

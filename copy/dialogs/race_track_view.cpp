@@ -12,9 +12,9 @@ namespace torvane {
 
 namespace {
 
-void drawTrack(const RaceTrack& track, const BackBuffer& buffer) {
+void drawTrack(const RaceTrack& track, const BackBuffer& buffer, Scale scale) {
     Gdiplus::Graphics graphics(buffer.context());
-    Pictures pictures;
+    Pictures pictures(scale);
     for (const std::string_view name : track.pictures) {
         pictures.load(name);
     }
@@ -32,15 +32,13 @@ void drawTrack(const RaceTrack& track, const BackBuffer& buffer) {
 
 } // namespace
 
-void paintRaceTrack(HWND dialog, HDC paintContext, TrackScene scene, const RaceTrackState& state) {
-    RECT area{};
-    GetClientRect(dialog, &area);
-    const BackBuffer buffer(paintContext, area);
+void paintRaceTrack(HDC paintContext, TrackScene scene, const RaceTrackState& state, Scale scale) {
+    const BackBuffer buffer(paintContext);
     if (!buffer.isUsable()) {
         return;
     }
     buffer.fill(kDialogBackground);
-    drawTrack(layOutRaceTrack(scene, state), buffer);
+    drawTrack(layOutRaceTrack(scene, state), buffer, scale);
     buffer.show();
 }
 

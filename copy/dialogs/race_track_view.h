@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/scale.h"
 #include "copy/dialogs/race_track_scene.h"
 
 #include <windows.h>
@@ -8,9 +9,9 @@ namespace torvane {
 
 struct RaceTrackState;
 
-/// Paints the race track over the whole client area of a job's dialog. `paintContext` is that of WM_PAINT; everything
-/// reaches the screen in one transfer, each frame of an explosion in one of its own: a failed job's paint takes 300 ms.
-/// GDI+ must be running. A picture that cannot be loaded is left out.
-void paintRaceTrack(HWND dialog, HDC paintContext, TrackScene scene, const RaceTrackState& state);
+/// Paints the race track over the whole client area of a job's dialog. `paintContext` is that of WM_PAINT, `scale` the
+/// dialog's; everything reaches the screen in one transfer, each frame of an explosion in one of its own: a failed
+/// job's paint takes 300 ms. GDI+ must be running. A picture that cannot be loaded is left out.
+void paintRaceTrack(HDC paintContext, TrackScene scene, const RaceTrackState& state, Scale scale);
 
 } // namespace torvane

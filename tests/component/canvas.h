@@ -19,6 +19,20 @@
 
 namespace torvane::testing {
 
+/// What a canvas shows at one moment.
+struct Painting {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> pixels; ///< top row first
+
+    [[nodiscard]] COLORREF at(int x, int y) const {
+        const std::uint32_t pixel =
+            pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
+        return RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
+    }
+    bool operator==(const Painting&) const = default;
+};
+
 /// Something to paint on whose pixels can be read.
 class Canvas {
   public:
@@ -45,6 +59,8 @@ class Canvas {
         GdiFlush();
         return {pixels_, pixels_ + static_cast<std::ptrdiff_t>(width_) * height_};
     }
+
+    [[nodiscard]] Painting painting() const { return {width_, height_, pixels()}; }
 
     void fill(COLORREF colour) const {
         const UniqueBrush brush{CreateSolidBrush(colour)};

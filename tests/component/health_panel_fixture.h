@@ -22,9 +22,9 @@ inline constexpr COLORREF kBackground = RGB(218, 223, 234);
 /// A window of the main window's size with the panel's text controls.
 class PanelWindow {
   public:
-    PanelWindow()
-        : window_(
-              CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, kWidth, kHeight, nullptr, nullptr, nullptr, nullptr)) {
+    explicit PanelWindow(Scale scale = {})
+        : window_(CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, scale.px(kWidth), scale.px(kHeight), nullptr,
+                                  nullptr, nullptr, nullptr)) {
         for (int id = IDC_VALUE_TEXT_1; id <= IDC_VALUE_TEXT_6; ++id) {
             addText(id);
         }
@@ -63,13 +63,13 @@ class HealthPanelFixture : public ::testing::Test {
     void paintNothing() {
         state_.activeDrive = nullptr;
         state_.activeDriveChosen = 0;
-        PaintHealthPanel(state_, window_.get(), canvas_.context());
+        PaintHealthPanel(state_, window_.get(), canvas_.context(), Scale{});
     }
 
     void paint(DriveRecord& drive) {
         state_.activeDrive = &drive;
         state_.activeDriveChosen = 1;
-        PaintHealthPanel(state_, window_.get(), canvas_.context());
+        PaintHealthPanel(state_, window_.get(), canvas_.context(), Scale{});
     }
 
     /// One drive of each layout: standard, SSD, NVMe with every warning, unknown.

@@ -107,7 +107,7 @@ TEST_F(HealthPanel, OfAChosenRecordNeedsTheFlagToo) {
     DriveRecord drive = soundDrive();
     state_.activeDrive = &drive;
     state_.activeDriveChosen = 0;
-    PaintHealthPanel(state_, window_.get(), canvas_.context());
+    PaintHealthPanel(state_, window_.get(), canvas_.context(), Scale{});
     expectBlankDials(L"sw-gauge-poh-small.png", L"sw-gauge-small.png");
     EXPECT_EQ(differences(L"engine-check-white.png", kLampX, kDialY), 0);
 }

@@ -63,13 +63,11 @@ class RaceTrackView : public ::testing::Test {
     void SetUp() override {
         ASSERT_TRUE(gdiPlus_.start());
         testing::layOutPictures();
-        window_ = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, kWidth, kHeight, nullptr, nullptr, nullptr, nullptr);
         state_.carX = 310;
         state_.carY = kCloneCarY;
     }
-    void TearDown() override { DestroyWindow(window_); }
 
-    void paint(TrackScene scene) { paintRaceTrack(window_, canvas_.context(), scene, state_); }
+    void paint(TrackScene scene) { paintRaceTrack(canvas_.context(), scene, state_, Scale{}); }
 
     /// Paints without pausing; what was shown in between.
     Pauses paintInFrames(TrackScene scene) {
@@ -100,7 +98,6 @@ class RaceTrackView : public ::testing::Test {
 
     testing::ScratchFolder folder_;
     GdiPlusSession gdiPlus_;
-    HWND window_ = nullptr;
     RaceTrackState state_;
     Canvas canvas_{kWidth, kHeight};
 };

@@ -28,10 +28,14 @@ TEST(ShippedManifestTest, HasUtf8AsItsCodePage) {
                 HasSubstr(R"(<activeCodePage xmlns="http://schemas.microsoft.com/SMI/2019/WindowsSettings">UTF-8<)"));
 }
 
-TEST(ShippedManifestTest, LetsTheSystemScaleItsDrawing) {
+TEST(ShippedManifestTest, ScalesItselfForEachMonitor) {
+    EXPECT_THAT(
+        shippedManifest(),
+        HasSubstr(
+            R"(<dpiAwareness xmlns="http://schemas.microsoft.com/SMI/2016/WindowsSettings">PerMonitorV2, System<)"));
     EXPECT_THAT(shippedManifest(),
-                HasSubstr(R"(<gdiScaling xmlns="http://schemas.microsoft.com/SMI/2017/WindowsSettings">true<)"));
-    EXPECT_THAT(shippedManifest(), Not(HasSubstr("dpiAware"))) << "the system scales nothing for a program that does";
+                HasSubstr(R"(<dpiAware xmlns="http://schemas.microsoft.com/SMI/2005/WindowsSettings">true<)"));
+    EXPECT_THAT(shippedManifest(), Not(HasSubstr("gdiScaling"))) << "the system would scale once more";
 }
 
 TEST(ShippedVersionTest, NamesTheProgramAndItsVersion) {

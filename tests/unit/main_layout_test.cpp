@@ -109,6 +109,28 @@ TEST(MainLayoutTest, LogListBeginsWhereTheClosedWindowEnds) {
     EXPECT_EQ(logListPlace(395), (PixelRect{10, 395, 1180, 557}));
 }
 
+TEST(MainLayoutTest, ListsGiveWayWhereTheWorkAreaIsTooLow) {
+    EXPECT_EQ(shareOut(-5, true), ListLosses{}) << "there is room";
+    EXPECT_EQ(shareOut(30, true), (ListLosses{0, 30})) << "the log list first";
+    EXPECT_EQ(shareOut(30, false), (ListLosses{30, 0})) << "which is closed";
+    EXPECT_EQ(shareOut(120, true), (ListLosses{20, 100}));
+    EXPECT_EQ(shareOut(500, true), (ListLosses{40, 100})) << "each keeps some rows";
+    EXPECT_EQ(driveListPlace({20, 0}), (PixelRect{10, 20, 1180, 102}));
+    EXPECT_EQ(healthPanelPlace({20, 0}), (PixelRect{0, 120, kLeastClientWidth, 225}));
+}
+
+TEST(MainLayoutTest, WhatLiesBelowTheDriveListFollowsIt) {
+    const std::vector<PlacedControl> whole = layOutMainWindow();
+    const std::vector<PlacedControl> lower = layOutMainWindow({25, 0});
+    ASSERT_EQ(lower.size(), whole.size());
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        const int way = whole[i].place.top < kDriveListPlace.top ? 0 : 25;
+        ASSERT_EQ(lower[i].id, whole[i].id);
+        EXPECT_EQ(lower[i].place.top, whole[i].place.top - way) << whole[i].id;
+        EXPECT_EQ(lower[i].place.height(), whole[i].place.height()) << whole[i].id;
+    }
+}
+
 TEST(MainLayoutTest, OpenWindowShowsTheWholeLogList) {
     const int added = kMainWindowHeightWithLog - kMainWindowHeight;
     EXPECT_LE(logListPlace(kLeastClientHeight).bottom, kLeastClientHeight + added);

@@ -11,6 +11,8 @@ RECT wholeScreen() {
 void prepareScreen() {
     constexpr LONG kLeastWidth = 1280;
     constexpr LONG kLeastHeight = 720;
+    // Otherwise the system would tell of windows in pixels of 96 to the inch.
+    SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
     const RECT screen = wholeScreen();
     if (screen.right < kLeastWidth || screen.bottom < kLeastHeight) {
         throw Failure("the screen is " + std::to_string(screen.right) + " x " + std::to_string(screen.bottom) +

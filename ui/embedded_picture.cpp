@@ -1,0 +1,46 @@
+#include "ui/embedded_picture.h"
+
+#include <shlwapi.h>
+
+#include <string>
+
+namespace torvane {
+
+namespace {
+
+struct ComReleaser {
+    void operator()(IUnknown* object) const { object->Release(); }
+};
+
+// A stream over a copy of the resource; GDI+ keeps its own reference for as long as the picture needs it.
+std::unique_ptr<IStream, ComReleaser> open(HRSRC resource) {
+    const HGLOBAL loaded = resource != nullptr ? LoadResource(nullptr, resource) : nullptr;
+    const void* const bytes = loaded != nullptr ? LockResource(loaded) : nullptr;
+    if (bytes == nullptr) {
+        return nullptr;
+    }
+    return std::unique_ptr<IStream, ComReleaser>{
+        SHCreateMemStream(static_cast<const BYTE*>(bytes), SizeofResource(nullptr, resource))};
+}
+
+std::unique_ptr<Gdiplus::Bitmap> load(HRSRC resource) {
+    const auto stream = open(resource);
+    if (!stream) {
+        return nullptr;
+    }
+    auto picture = std::make_unique<Gdiplus::Bitmap>(stream.get());
+    return picture->GetLastStatus() == Gdiplus::Ok ? std::move(picture) : nullptr;
+}
+
+} // namespace
+
+std::unique_ptr<Gdiplus::Bitmap> embeddedPicture(int resourceId) {
+    return load(FindResourceA(nullptr, MAKEINTRESOURCEA(resourceId), RT_RCDATA));
+}
+
+std::unique_ptr<Gdiplus::Bitmap> embeddedRendering(std::string_view name, int dpi) {
+    const std::string type = "RENDERING" + std::to_string(dpi);
+    return load(FindResourceA(nullptr, std::string(name).c_str(), type.c_str()));
+}
+
+} // namespace torvane
