@@ -78,8 +78,7 @@ class BenchVolumes : public ::testing::Test {
 };
 
 TEST_F(BenchVolumes, AreFoundWithLettersAndWithout) {
-    EXPECT_THAT(found(),
-                ElementsAre(kEfi, kRecovery, L"\\\\?\\Volume{00000000-0000-0000-0000-00000000004b}\\"));
+    EXPECT_THAT(found(), ElementsAre(kEfi, kRecovery, L"\\\\?\\Volume{00000000-0000-0000-0000-00000000004b}\\"));
     const std::vector<LetterlessVolume> letterless = system_.letterlessVolumes();
     ASSERT_THAT(letterless, SizeIs(2));
     EXPECT_EQ(letterless[0].name, kEfi);

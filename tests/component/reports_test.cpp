@@ -35,11 +35,10 @@ HPDF_Doc __real_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT: the
 HPDF_Doc __wrap_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT
 
 extern decltype(&GetACP) __imp_GetACP;                     // NOLINT
-extern decltype(&CreateFileW) __imp_CreateFileW;                 // NOLINT
-extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers;       // NOLINT
-extern decltype(&MoveFileExW) __imp_MoveFileExW;                 // NOLINT
-extern decltype(&MultiByteToWideChar) __imp_MultiByteToWideChar; // NOLINT
-extern decltype(&WriteFile) __imp_WriteFile;                     // NOLINT
+extern decltype(&CreateFileW) __imp_CreateFileW;           // NOLINT
+extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers; // NOLINT
+extern decltype(&MoveFileExW) __imp_MoveFileExW;           // NOLINT
+extern decltype(&WriteFile) __imp_WriteFile;               // NOLINT
 }
 
 namespace {

@@ -55,8 +55,7 @@ class DialogText {
     explicit DialogText(int points = 8)
         : context_(CreateCompatibleDC(nullptr)),
           font_(CreateFontW(-MulDiv(points, screenDpi(), 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                            OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH,
-                            L"MS Shell Dlg")),
+                            OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, L"MS Shell Dlg")),
           previous_(SelectObject(context_, font_)) {}
     ~DialogText() {
         SelectObject(context_, previous_);

@@ -91,9 +91,9 @@ HANDLE WINAPI findFirstVolumeW(LPWSTR name, DWORD capacity) {
 
 HANDLE WINAPI findFirstVolumeA(LPSTR name, DWORD capacity) {
     const auto session = currentSession();
-    return session ? findFirst<char>(*session, name, capacity,
-                                     [](const std::wstring& text) { return ansiFromWide(text); })
-                   : FindFirstVolumeA(name, capacity);
+    return session
+               ? findFirst<char>(*session, name, capacity, [](const std::wstring& text) { return ansiFromWide(text); })
+               : FindFirstVolumeA(name, capacity);
 }
 
 BOOL WINAPI findNextVolumeW(HANDLE handle, LPWSTR name, DWORD capacity) {
