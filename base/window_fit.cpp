@@ -20,7 +20,10 @@ int scrollPosition(int wanted, int content, int page) {
 }
 
 int scrollToShow(int position, int page, int from, int to, int margin) {
-    if (from >= position && to <= position + page) {
+    const bool all = from >= position && to <= position + page;
+    // Of what is longer than the page its beginning, or all that the page shows.
+    const bool enough = to - from > page && from <= position + page / 2 && to >= position + page;
+    if (all || enough) {
         return 0;
     }
     const int fromEdge = from - margin - position;

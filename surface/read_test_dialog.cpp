@@ -12,6 +12,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <atomic>
 #include <string>
 
@@ -25,6 +26,7 @@ constexpr int kLabelHeight = 20;
 constexpr int kProgressTop = 40;
 constexpr int kProgressHeight = 14;
 constexpr int kButtonHeight = 50;
+constexpr int kLeastHeight = kProgressTop + kProgressHeight + kMargin + kButtonHeight + kMargin;
 
 /// The dialog's labels and bar as a test's worker sees them: calls reach them until the dialog goes.
 class DialogDisplay : public ReadTestDisplay {
@@ -65,7 +67,8 @@ class ReadTestDialog : public Dialog {
   protected:
     bool onInitialise() override {
         const RECT area = clientArea();
-        size_ = {scale().at96(static_cast<int>(area.right)), scale().at96(static_cast<int>(area.bottom))};
+        size_ = {scale().at96(static_cast<int>(area.right)),
+                 std::max(scale().at96(static_cast<int>(area.bottom)), kLeastHeight)};
         layOut();
         setControlText(IDC_READ_TEST_TITLE, formatText("Testing: %s", drive_.model.c_str()).c_str());
         setControlText(IDC_READ_TEST_STATUS, "Status: Idle...");
@@ -147,7 +150,8 @@ class ReadTestDialog : public Dialog {
     AppState& state_;
     ReadTestKind kind_;
     DriveRecord& drive_;
-    PixelSize size_{}; ///< of the client area as the template has it, at 96 dots to the inch
+    PixelSize
+        size_{}; ///< of the client area, at 96 dots to the inch: as the template has it, where that has room for all
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     std::shared_ptr<DialogDisplay> display_ = std::make_shared<DialogDisplay>();
 };

@@ -62,14 +62,16 @@ use_wine() {
     export WINEDLLOVERRIDES='mscoree,mshtml=;winemenubuilder.exe=d'
 }
 
-# start_screen: starts a screen without a monitor on a display number that is free, and sets DISPLAY and SCREEN_PID.
+# start_screen: starts a screen without a monitor, of SCREEN_SIZE pixels, on a display number that is free, and sets DISPLAY
+# and SCREEN_PID.
+SCREEN_SIZE=1600x1000
 start_screen() {
     # A Windows desktop that began without a screen stays without one until its server ends.
     stop_wine
     local numbers
     numbers=$(mktemp -d)
     mkfifo "$numbers/number"
-    Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp 3>"$numbers/number" >/dev/null 2>&1 &
+    Xvfb -displayfd 3 -screen 0 "${SCREEN_SIZE}x24" -nolisten tcp 3>"$numbers/number" >/dev/null 2>&1 &
     SCREEN_PID=$!
     local number
     read -r -t 30 number <"$numbers/number" || die "Xvfb did not start"

@@ -60,6 +60,17 @@ void setUpBar(HWND window, int bar, int content, int page, int position) {
     ShowScrollBar(window, bar, TRUE);
 }
 
+// Not by ScrollWindowEx, which leaves those of a window alone that is not shown yet.
+void moveChildren(HWND window, int right, int down) {
+    for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        RECT place{};
+        GetWindowRect(child, &place);
+        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+        SetWindowPos(child, nullptr, place.left + right, place.top + down, 0, 0,
+                     SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+    }
+}
+
 void scrollTo(HWND window, int bar, int wanted) {
     if (!hasBar(window, bar)) {
         return;
@@ -71,8 +82,7 @@ void scrollTo(HWND window, int bar, int wanted) {
     }
     SetScrollPos(window, bar, position, TRUE);
     const int way = info.nPos - position;
-    ScrollWindowEx(window, bar == SB_HORZ ? way : 0, bar == SB_VERT ? way : 0, nullptr, nullptr, nullptr, nullptr,
-                   SW_SCROLLCHILDREN);
+    moveChildren(window, bar == SB_HORZ ? way : 0, bar == SB_VERT ? way : 0);
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
@@ -204,20 +214,19 @@ void keepInWorkArea(HWND window) {
 }
 
 bool scrollBy(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    const int bar = message == WM_HSCROLL || message == WM_MOUSEHWHEEL || !hasBar(window, SB_VERT) ? SB_HORZ : SB_VERT;
     switch (message) {
     case WM_HSCROLL:
     case WM_VSCROLL:
         if (lParam != 0) { // of a control
             return false;
         }
-        scrollByBar(window, bar, LOWORD(wParam));
+        scrollByBar(window, message == WM_HSCROLL ? SB_HORZ : SB_VERT, LOWORD(wParam));
         return true;
     case WM_MOUSEWHEEL:
-        scrollByWheel(window, bar, -GET_WHEEL_DELTA_WPARAM(wParam));
+        scrollByWheel(window, hasBar(window, SB_VERT) ? SB_VERT : SB_HORZ, -GET_WHEEL_DELTA_WPARAM(wParam));
         return true;
     case WM_MOUSEHWHEEL:
-        scrollByWheel(window, bar, GET_WHEEL_DELTA_WPARAM(wParam));
+        scrollByWheel(window, SB_HORZ, GET_WHEEL_DELTA_WPARAM(wParam));
         return true;
     default:
         return false;

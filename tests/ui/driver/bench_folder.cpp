@@ -2,6 +2,8 @@
 
 #include "tests/ui/driver/wait.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -35,7 +37,9 @@ fs::path workbenchFolder() {
     return TORVANE_WORKBENCH;
 }
 fs::path runsFolder() {
-    return TORVANE_RUNS;
+    // Tests at several scalings run side by side.
+    const UINT dpi = GetDpiForSystem();
+    return dpi == 96 ? fs::path(TORVANE_RUNS) : fs::path(TORVANE_RUNS) / std::to_string(dpi);
 }
 
 BenchFolder BenchFolder::demo() {
