@@ -1,5 +1,7 @@
 #include "base/wide_text.h"
 
+#include "base/utf8_text.h"
+
 #include <windows.h>
 
 #include <cstddef>
@@ -7,6 +9,10 @@
 namespace torvane {
 
 std::wstring wideText(std::string_view text) {
+    if (GetACP() == CP_UTF8) {
+        const std::u16string units = utf16FromUtf8(text);
+        return {units.begin(), units.end()};
+    }
     const int length = static_cast<int>(text.size());
     std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text.data(), length, nullptr, 0)), L'\0');
     MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), static_cast<int>(wide.size()));

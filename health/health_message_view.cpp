@@ -4,6 +4,7 @@
 #include "ui/owned.h"
 
 #include <string>
+#include <string_view>
 
 namespace torvane {
 
@@ -14,18 +15,18 @@ constexpr UINT kOneLine = DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX;
 constexpr UINT kWrapped = DT_LEFT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX;
 
 /// What `text` takes in the context's font when its lines may be as wide as `place`.
-SIZE neededSize(HDC context, const std::string& text, const RECT& place, UINT format) {
+SIZE neededSize(HDC context, std::wstring_view text, const RECT& place, UINT format) {
     RECT needed{0, 0, place.right - place.left, 0};
-    DrawTextA(context, text.c_str(), static_cast<int>(text.size()), &needed, format | DT_CALCRECT);
+    DrawTextW(context, text.data(), static_cast<int>(text.size()), &needed, format | DT_CALCRECT);
     return {needed.right, needed.bottom};
 }
 
-void draw(HDC context, const std::string& text, RECT place, UINT format) {
-    DrawTextA(context, text.c_str(), static_cast<int>(text.size()), &place, format | DT_END_ELLIPSIS);
+void draw(HDC context, std::wstring_view text, RECT place, UINT format) {
+    DrawTextW(context, text.data(), static_cast<int>(text.size()), &place, format | DT_END_ELLIPSIS);
 }
 
-bool fitsOneLine(HDC context, const std::string& text, const RECT& place) {
-    return text.find_first_of("\r\n") == std::string::npos &&
+bool fitsOneLine(HDC context, std::wstring_view text, const RECT& place) {
+    return text.find_first_of(L"\r\n") == std::wstring_view::npos &&
            neededSize(context, text, place, kOneLine).cx <= place.right - place.left;
 }
 
@@ -35,7 +36,7 @@ bool drawHealthMessage(const DRAWITEMSTRUCT& item, HBRUSH background, HFONT larg
     FillRect(item.hDC, &item.rcItem, background);
     SetTextColor(item.hDC, RGB(0, 0, 0));
     SetBkMode(item.hDC, TRANSPARENT);
-    const std::string text = controlText(item.hwndItem);
+    const std::wstring text = wideControlText(item.hwndItem);
     {
         const SelectedObject selected(item.hDC, large);
         if (fitsOneLine(item.hDC, text, item.rcItem)) {

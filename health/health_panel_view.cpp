@@ -1,6 +1,7 @@
 #include "health/health_panel_view.h"
 
 #include "base/colours.h"
+#include "base/wide_text.h"
 #include "health/panel_model.h"
 #include "resources/resource_ids.h"
 #include "state/active_drive.h"
@@ -59,7 +60,8 @@ void drawCaptions(const PanelModel& panel, HDC context) {
     SetBkMode(context, TRANSPARENT);
     for (const Dial& dial : panel.dials) {
         RECT box{dial.captionBox.left, dial.captionBox.top, dial.captionBox.right, dial.captionBox.bottom};
-        DrawTextA(context, dial.caption.data(), static_cast<int>(dial.caption.size()), &box,
+        const std::wstring caption = wideText(dial.caption);
+        DrawTextW(context, caption.data(), static_cast<int>(caption.size()), &box,
                   DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
     }
 }
@@ -69,7 +71,7 @@ void drawCaptions(const PanelModel& panel, HDC context) {
 void showText(HWND window, int id, const std::string& text) {
     const HWND control = GetDlgItem(window, id);
     if (controlText(control) != text) {
-        SetWindowTextA(control, text.c_str());
+        setWindowText(control, text);
     }
     const bool shown = (GetWindowLongA(control, GWL_STYLE) & WS_VISIBLE) != 0;
     if (shown == text.empty()) {

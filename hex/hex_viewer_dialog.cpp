@@ -5,6 +5,7 @@
 #include "hex/viewed_drive.h"
 #include "records/drive_record.h"
 #include "resources/resource_ids.h"
+#include "ui/control_text.h"
 #include "ui/dialog.h"
 #include "ui/waiting_over.h"
 
@@ -85,7 +86,7 @@ class HexViewerDialog : public Dialog {
 
   protected:
     bool onInitialise() override {
-        SetWindowTextA(window(), formatText("Quick Disk View -- %s", drive_.model.c_str()).c_str());
+        setWindowText(window(), formatText("Quick Disk View -- %s", drive_.model.c_str()));
         setUpScrollBar();
         useFont();
         placePanes();

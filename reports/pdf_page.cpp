@@ -4,6 +4,7 @@
 #include "base/stdio_file.h"
 #include "base/system_error.h"
 #include "base/whole_file.h"
+#include "base/wide_text.h"
 #include "reports/png_check.h"
 #include "reports/report_file.h"
 #include "reports/report_page.h"
@@ -47,11 +48,8 @@ std::vector<std::uint8_t> readSmallFile(const char* fileName) {
     return bytes;
 }
 
-/// From the system's code page.
 std::string toPdfText(std::string_view text) {
-    const int length = static_cast<int>(text.size());
-    std::wstring wide(text.size(), L'\0');
-    wide.resize(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), length)));
+    const std::wstring wide = wideText(text);
     return toWindows1252(std::u16string(wide.begin(), wide.end()));
 }
 

@@ -1,5 +1,6 @@
 #include "settings/edit_messages_dialog.h"
 
+#include "base/wide_text.h"
 #include "resources/resource_ids.h"
 #include "settings/messages.h"
 #include "state/event_log.h"
@@ -20,7 +21,8 @@ class EditMessagesDialog : public Dialog {
   protected:
     bool onInitialise() override {
         for (std::size_t i = 0; i < messageCount(edited_); ++i) {
-            SendMessageA(choice(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(messageTitle(edited_[i]).c_str()));
+            SendMessageW(choice(), CB_ADDSTRING, 0,
+                         reinterpret_cast<LPARAM>(wideText(messageTitle(edited_[i])).c_str()));
         }
         SendMessageA(textControl(), EM_SETLIMITTEXT, kTextRoom, 0);
         SendMessageA(choice(), CB_SETCURSEL, 0, 0);
@@ -85,7 +87,7 @@ class EditMessagesDialog : public Dialog {
     void showText(const MessageRecord& message) {
         const std::string text(messageText(message));
         if (typedText() != text) {
-            SetWindowTextA(textControl(), text.c_str());
+            setWindowText(textControl(), text);
         }
         shownText_ = typedText();
     }

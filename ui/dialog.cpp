@@ -1,5 +1,6 @@
 #include "ui/dialog.h"
 
+#include "ui/control_text.h"
 #include "ui/held_commands.h"
 #include "ui/waiting_strip.h"
 
@@ -23,7 +24,7 @@ bool isCommand(WPARAM wParam) {
 } // namespace
 
 INT_PTR Dialog::runModal(HWND owner) {
-    return DialogBoxParamA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(templateId_), owner, &Dialog::procedure,
+    return DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(templateId_), owner, &Dialog::procedure,
                            reinterpret_cast<LPARAM>(this));
 }
 
@@ -65,7 +66,7 @@ void Dialog::centreOnOwner() {
 }
 
 void Dialog::setControlText(int id, const char* text) {
-    SetDlgItemTextA(window_, id, text);
+    setWindowText(control(id), text);
 }
 
 void Dialog::showControl(int id, bool visible) {

@@ -1,5 +1,7 @@
 #include "ui/edit_text.h"
 
+#include "ui/control_text.h"
+
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -7,12 +9,6 @@
 namespace torvane {
 
 namespace {
-
-std::wstring textOf(HWND edit) {
-    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(edit)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextW(edit, text.data(), static_cast<int>(text.size()))));
-    return text;
-}
 
 std::size_t bytesOf(std::wstring_view text, UINT codePage) {
     return static_cast<std::size_t>(
@@ -49,7 +45,7 @@ std::size_t shortenBefore(std::wstring& text, std::size_t end, std::size_t limit
 } // namespace
 
 bool keepWithinBytes(HWND edit, std::size_t limit, UINT codePage) {
-    std::wstring text = textOf(edit);
+    std::wstring text = wideControlText(edit);
     if (bytesOf(text, codePage) <= limit) {
         return false;
     }

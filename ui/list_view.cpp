@@ -1,5 +1,7 @@
 #include "ui/list_view.h"
 
+#include "base/wide_text.h"
+
 #include <array>
 
 namespace torvane {
@@ -41,50 +43,50 @@ bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD
 }
 
 void ListView::addColumn(const char* heading, int width) {
-    std::string text = heading;
-    LVCOLUMNA column{};
+    std::wstring text = wideText(heading);
+    LVCOLUMNW column{};
     column.mask = LVCF_FMT | LVCF_TEXT | LVCF_WIDTH;
     column.fmt = LVCFMT_LEFT;
     column.cx = width;
     column.pszText = text.data();
     const HWND header = ListView_GetHeader(window_);
-    SendMessageA(window_, LVM_INSERTCOLUMNA, static_cast<WPARAM>(Header_GetItemCount(header)),
+    SendMessageA(window_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(Header_GetItemCount(header)),
                  reinterpret_cast<LPARAM>(&column));
 }
 
 int ListView::appendRow(const char* text, LPARAM data) {
-    std::string ownText = text;
-    LVITEMA item{};
+    std::wstring ownText = wideText(text);
+    LVITEMW item{};
     item.mask = LVIF_TEXT | LVIF_PARAM;
     item.iItem = rowCount();
     item.pszText = ownText.data();
     item.lParam = data;
-    return static_cast<int>(SendMessageA(window_, LVM_INSERTITEMA, 0, reinterpret_cast<LPARAM>(&item)));
+    return static_cast<int>(SendMessageA(window_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item)));
 }
 
 void ListView::setCell(int row, int column, const char* text) {
-    std::string ownText = text;
-    LVITEMA item{};
+    std::wstring ownText = wideText(text);
+    LVITEMW item{};
     item.iSubItem = column;
     item.pszText = ownText.data();
-    SendMessageA(window_, LVM_SETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    SendMessageA(window_, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
 
 std::string ListView::cell(int row, int column) const {
-    std::array<char, kCellTextLimit + 1> text{};
-    LVITEMA item{};
+    std::array<wchar_t, kCellTextLimit + 1> text{};
+    LVITEMW item{};
     item.iSubItem = column;
     item.pszText = text.data();
     item.cchTextMax = static_cast<int>(text.size());
-    SendMessageA(window_, LVM_GETITEMTEXTA, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    return text.data();
+    SendMessageA(window_, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    return ansiText(text.data());
 }
 
 LPARAM ListView::rowData(int row) const {
-    LVITEMA item{};
+    LVITEMW item{};
     item.mask = LVIF_PARAM;
     item.iItem = row;
-    SendMessageA(window_, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&item));
+    SendMessageA(window_, LVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
     return item.lParam;
 }
 

@@ -1,3 +1,4 @@
+#include "base/wide_text.h"
 #include "ui/prompt_owner.h"
 #include "ui/prompts.h"
 
@@ -10,7 +11,7 @@ namespace {
 std::atomic<HWND> mainOwner{nullptr};
 
 int show(const char* caption, const char* text, UINT style) {
-    return MessageBoxA(owner(), text, caption, style | MB_SETFOREGROUND);
+    return MessageBoxW(owner(), wideText(text).c_str(), wideText(caption).c_str(), style | MB_SETFOREGROUND);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "ui/row_tips.h"
 
+#include "base/wide_text.h"
+
 #include <commctrl.h>
 #include <windowsx.h>
 
@@ -66,21 +68,22 @@ void RowTips::showRow(int row) {
         return;
     }
     if (row_ >= 0) {
-        send(TTM_DELTOOLA, row_, {});
+        send(TTM_DELTOOLW, row_, {});
     }
     row_ = row;
     if (row_ >= 0) {
-        send(TTM_ADDTOOLA, row_, textOfRow_(row_));
+        send(TTM_ADDTOOLW, row_, textOfRow_(row_));
     }
 }
 
-void RowTips::send(UINT message, int row, std::string text) {
-    TOOLINFOA tool{};
+void RowTips::send(UINT message, int row, const std::string& text) {
+    std::wstring ownText = wideText(text);
+    TOOLINFOW tool{};
     tool.cbSize = sizeof(tool);
     tool.hwnd = list_;
     tool.uId = static_cast<UINT_PTR>(row);
     GetClientRect(list_, &tool.rect); // the mouse is in the row, or another one takes its place
-    tool.lpszText = text.data();
+    tool.lpszText = ownText.data();
     SendMessageA(tip_, message, 0, reinterpret_cast<LPARAM>(&tool));
 }
 

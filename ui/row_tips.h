@@ -21,7 +21,7 @@ class RowTips {
                                           DWORD_PTR self);
     void watch(UINT message, WPARAM wParam, LPARAM lParam);
     void showRow(int row);
-    void send(UINT message, int row, std::string text);
+    void send(UINT message, int row, const std::string& text);
 
     HWND list_ = nullptr;
     HWND tip_ = nullptr;

@@ -1,8 +1,8 @@
 #include "ui/tool_tip.h"
 
-#include <commctrl.h>
+#include "base/wide_text.h"
 
-#include <utility>
+#include <commctrl.h>
 
 namespace torvane {
 
@@ -17,22 +17,23 @@ void ToolTip::attach(HWND control, const std::string& text) {
     tip_ = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
                            GetParent(control), nullptr, GetModuleHandleA(nullptr), nullptr);
     SendMessageA(tip_, TTM_SETMAXTIPWIDTH, 0, kMaximumWidth);
-    send(TTM_ADDTOOLA, text);
+    send(TTM_ADDTOOLW, text);
 }
 
 void ToolTip::setText(const std::string& text) {
     if (tip_ != nullptr) {
-        send(TTM_UPDATETIPTEXTA, text);
+        send(TTM_UPDATETIPTEXTW, text);
     }
 }
 
-void ToolTip::send(UINT message, std::string text) {
-    TOOLINFOA tool{};
+void ToolTip::send(UINT message, const std::string& text) {
+    std::wstring ownText = wideText(text);
+    TOOLINFOW tool{};
     tool.cbSize = sizeof(tool);
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
     tool.hwnd = GetParent(control_);
     tool.uId = reinterpret_cast<UINT_PTR>(control_);
-    tool.lpszText = text.data();
+    tool.lpszText = ownText.data();
     SendMessageA(tip_, message, 0, reinterpret_cast<LPARAM>(&tool));
 }
 

@@ -15,7 +15,7 @@ class ToolTip {
     void setText(const std::string& text);
 
   private:
-    void send(UINT message, std::string text);
+    void send(UINT message, const std::string& text);
 
     HWND tip_ = nullptr;
     HWND control_ = nullptr;

@@ -118,8 +118,8 @@ class Wait {
 
     static void answerAndPaint() {
         MSG message{};
-        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_SENDMESSAGE | PM_QS_PAINT) != FALSE) {
-            DispatchMessageA(&message);
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_SENDMESSAGE | PM_QS_PAINT) != FALSE) {
+            DispatchMessageW(&message);
         }
     }
 
@@ -135,7 +135,7 @@ class Wait {
 
     void dispatchAll() {
         MSG message{};
-        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
             if (message.message == WM_QUIT) {
                 PostQuitMessage(static_cast<int>(message.wParam));
                 quits_ = true;
@@ -145,9 +145,9 @@ class Wait {
             if (message.message == WM_TIMER && message.lParam == 0 && GetParent(message.hwnd) == nullptr) {
                 continue;
             }
-            if (IsDialogMessageA(window_, &message) == FALSE) {
+            if (IsDialogMessageW(window_, &message) == FALSE) {
                 TranslateMessage(&message);
-                DispatchMessageA(&message);
+                DispatchMessageW(&message);
             }
         }
     }

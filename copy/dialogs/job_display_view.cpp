@@ -1,6 +1,7 @@
 #include "copy/dialogs/job_display_view.h"
 
 #include "resources/resource_ids.h"
+#include "ui/control_text.h"
 
 #include <string>
 
@@ -11,14 +12,14 @@ namespace torvane {
 
 void JobDisplayView::setStatus(std::string_view text) {
     if (const HWND dialog = dialog_; dialog != nullptr) {
-        SetDlgItemTextA(dialog, IDC_COPY_STATUS, std::string(text).c_str());
+        setWindowText(GetDlgItem(dialog, IDC_COPY_STATUS), std::string(text));
     }
 }
 
 void JobDisplayView::setLosses(std::string_view text, bool bad) {
     showsLosses_ = bad;
     if (const HWND dialog = dialog_; dialog != nullptr) {
-        SetDlgItemTextA(dialog, IDC_COPY_LOSSES, std::string(text).c_str());
+        setWindowText(GetDlgItem(dialog, IDC_COPY_LOSSES), std::string(text));
     }
 }
 

@@ -1,5 +1,6 @@
 // How the panel is drawn: with which calls, pens, fonts and pictures, and what is left of them afterwards.
 
+#include "base/wide_text.h"
 #include "tests/component/health_panel_fixture.h"
 #include "tests/component/import_patched.h"
 
@@ -10,12 +11,13 @@
 #include <gdiplus.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 // The program's import slots of what the painter calls.
 extern "C" {
 extern decltype(&BitBlt) __imp_BitBlt;             // NOLINT(bugprone-reserved-identifier): the linker's name
-extern decltype(&DrawTextA) __imp_DrawTextA;       // NOLINT(bugprone-reserved-identifier)
+extern decltype(&DrawTextW) __imp_DrawTextW;       // NOLINT(bugprone-reserved-identifier)
 extern decltype(&DeleteObject) __imp_DeleteObject; // NOLINT(bugprone-reserved-identifier)
 extern decltype(&Gdiplus::DllExports::GdipLoadImageFromFile)
     __imp_GdipLoadImageFromFile;                                                // NOLINT(bugprone-reserved-identifier)
@@ -114,7 +116,7 @@ class HealthPanelDrawing : public HealthPanelFixture {
     void paintRecorded(DriveRecord& drive);
 };
 
-decltype(&DrawTextA) realDrawText;
+decltype(&DrawTextW) realDrawText;
 decltype(&Gdiplus::DllExports::GdipLoadImageFromFile) realLoadImage;
 decltype(&Gdiplus::DllExports::GdipDisposeImage) realDisposeImage;
 decltype(&Gdiplus::DllExports::GdipCreatePen1) realCreatePen;
@@ -122,8 +124,8 @@ decltype(&Gdiplus::DllExports::GdipSetPenStartCap) realStartCap;
 decltype(&Gdiplus::DllExports::GdipSetPenEndCap) realEndCap;
 decltype(&Gdiplus::DllExports::GdipDrawLineI) realDrawLine;
 
-int WINAPI recordCaption(HDC context, LPCSTR text, int length, LPRECT box, UINT format) {
-    Caption caption{std::string(text, static_cast<std::size_t>(length)),
+int WINAPI recordCaption(HDC context, LPCWSTR text, int length, LPRECT box, UINT format) {
+    Caption caption{ansiText(std::wstring_view(text, static_cast<std::size_t>(length))),
                     *box,
                     format,
                     {},
@@ -167,14 +169,14 @@ Gdiplus::GpStatus WINGDIPAPI recordLine(Gdiplus::GpGraphics* graphics, Gdiplus::
 }
 
 void HealthPanelDrawing::paintRecorded(DriveRecord& drive) {
-    realDrawText = __imp_DrawTextA;
+    realDrawText = __imp_DrawTextW;
     realLoadImage = __imp_GdipLoadImageFromFile;
     realDisposeImage = __imp_GdipDisposeImage;
     realCreatePen = __imp_GdipCreatePen1;
     realStartCap = __imp_GdipSetPenStartCap;
     realEndCap = __imp_GdipSetPenEndCap;
     realDrawLine = __imp_GdipDrawLineI;
-    const ImportPatched captions(__imp_DrawTextA, &recordCaption);
+    const ImportPatched captions(__imp_DrawTextW, &recordCaption);
     const ImportPatched loading(__imp_GdipLoadImageFromFile, &recordLoading);
     const ImportPatched release(__imp_GdipDisposeImage, &recordRelease);
     const ImportPatched pens(__imp_GdipCreatePen1, &recordPen);

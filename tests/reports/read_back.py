@@ -105,7 +105,7 @@ EXPECTED = {
              ["blue", "yellow", "yellow", "yellow", None, "yellow"]),
     "no-data": (header() + [(268, 12, "Interface does not have Monitoring data.")], []),
     "foreign": (header(company=("Müller & Söhne € ? O'Brien", "It's (here) \\ there", "")) + read_tests(248), []),
-    "foreign-utf8": (header(company=("Müller & Söhne € ?", "?? ? Š", "broken ? end")) + read_tests(248), []),
+    "foreign-utf8": (header(company=("Müller & Söhne € ?", "?? ? Š", "broken Ã end")) + read_tests(248), []),
     "missing-icon": (header() + ATA + read_tests(560), ["blue", None, "blue", "red", None, "green"]),
     "no-icons": (header() + ATA + read_tests(560), []),
     "damaged-icons": (header() + ATA + read_tests(560), []),
