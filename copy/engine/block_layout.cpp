@@ -18,6 +18,11 @@ BlockSplit SplitIntoBlocks(std::uint64_t byteCount, std::size_t blockSize) {
     return {.fullBlocks = byteCount / blockSize, .remainder = byteCount % blockSize};
 }
 
+std::size_t bytesUpTo(std::uint64_t end, const BlockExtent& extent) {
+    return static_cast<std::size_t>(std::clamp<std::uint64_t>(end, extent.offset, extent.offset + extent.length) -
+                                    extent.offset);
+}
+
 BlockExtent BlockOrder::extent(std::uint64_t index) const {
     if (index == split_.fullBlocks) {
         const std::uint64_t offset = reverse_ ? 0 : split_.fullBlocks * blockSize_;

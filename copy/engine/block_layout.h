@@ -33,6 +33,9 @@ struct BlockExtent {
     bool operator==(const BlockExtent&) const = default;
 };
 
+/// How many bytes of the block lie before `end`, a place on the drive.
+[[nodiscard]] std::size_t bytesUpTo(std::uint64_t end, const BlockExtent& extent);
+
 /// The byte range [0, byteCount) cut into blocks, in the order in which a job moves them: the full blocks first, the
 /// remainder last. Forward, the full blocks start at 0; in reverse they are counted back from the end of the range, so
 /// that the remainder lies at its start.

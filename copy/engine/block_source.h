@@ -54,18 +54,13 @@ class LimitedSource : public BlockSource {
         : inner_(inner), bytes_(bytes), end_(end) {}
 
     TransferOutcome fetch(const BlockExtent& extent, std::span<std::byte> bytes) override {
-        const std::size_t length = upTo(end_, extent);
+        const std::size_t length = bytesUpTo(end_, extent);
         const TransferOutcome outcome = inner_.fetch({.offset = extent.offset, .length = length}, bytes.first(length));
-        std::ranges::fill(bytes.subspan(upTo(bytes_, extent)), std::byte{0});
+        std::ranges::fill(bytes.subspan(bytesUpTo(bytes_, extent)), std::byte{0});
         return outcome;
     }
 
   private:
-    static std::size_t upTo(std::uint64_t end, const BlockExtent& extent) {
-        return static_cast<std::size_t>(std::clamp<std::uint64_t>(end, extent.offset, extent.offset + extent.length) -
-                                        extent.offset);
-    }
-
     BlockSource& inner_;
     std::uint64_t bytes_;
     std::uint64_t end_;

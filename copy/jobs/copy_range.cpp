@@ -28,17 +28,12 @@ CopyRange copyRange(std::uint64_t bytes, const CopySectors& sectors, std::size_t
 }
 
 Block forDestination(const Block& block, const CopyRange& range) {
-    const auto upTo = [&](std::uint64_t end) {
-        return static_cast<std::size_t>(
-            std::clamp<std::uint64_t>(end, block.extent.offset, block.extent.offset + block.extent.length) -
-            block.extent.offset);
-    };
     // One that was read whole may be looked at by the reader meanwhile.
     if (block.outcome != TransferOutcome::kWhole) {
-        std::ranges::fill(block.bytes.subspan(upTo(range.bytes)), std::byte{0});
+        std::ranges::fill(block.bytes.subspan(bytesUpTo(range.bytes, block.extent)), std::byte{0});
     }
     Block clipped = block;
-    clipped.extent.length = upTo(range.destinationEnd);
+    clipped.extent.length = bytesUpTo(range.destinationEnd, block.extent);
     clipped.bytes = block.bytes.first(clipped.extent.length);
     return clipped;
 }
