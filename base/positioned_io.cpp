@@ -80,7 +80,8 @@ TransferOutcome write(HANDLE handle, std::span<const std::byte> bytes, OVERLAPPE
     const auto length = static_cast<DWORD>(bytes.size());
     DWORD count = 0;
     const BOOL done = WriteFile(handle, bytes.data(), length, &count, place);
-    return outcomeOf(done, count == length);
+    return done == FALSE && GetLastError() == ERROR_ACCESS_DENIED ? TransferOutcome::kRefused
+                                                                  : outcomeOf(done, count == length);
 }
 
 } // namespace

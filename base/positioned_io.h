@@ -15,8 +15,8 @@ namespace torvane {
 /// Moves the file pointer, to learn whether the place can be reached at all.
 [[nodiscard]] bool canReach(void* handle, std::uint64_t offset);
 
-/// Moves the whole span: whole, failed or gone. Whether the place can be reached is not asked. After a failure
-/// `GetLastError` tells why; after a short transfer it tells nothing.
+/// Moves the whole span: whole, failed or gone; a write may be refused, too. Whether the place can be reached is not
+/// asked. After a failure `GetLastError` tells why; after a short transfer it tells nothing.
 [[nodiscard]] TransferOutcome readAt(void* handle, std::uint64_t offset, std::span<std::byte> bytes);
 [[nodiscard]] TransferOutcome writeAt(void* handle, std::uint64_t offset, std::span<const std::byte> bytes);
 

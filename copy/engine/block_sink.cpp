@@ -7,6 +7,10 @@ namespace torvane {
 TransferOutcome DriveSink::store(const BlockExtent& extent, std::span<const std::byte> bytes) {
     const TransferOutcome outcome = WriteBlock(io_, drive_, bytes, extent.offset);
     flushing_.stored(outcome);
+    used_ = true;
+    gone_ = outcome == TransferOutcome::kGone;
+    storedAny_ = storedAny_ || outcome == TransferOutcome::kWhole;
+    shutOut_ = shutOut_ || (storedAny_ && outcome == TransferOutcome::kRefused);
     return outcome;
 }
 
@@ -15,6 +19,7 @@ TransferOutcome DriveSink::flush(UnflushedBlocks rest) {
     if (hasFailed(outcome)) {
         ++drive_.writeErrorCount;
     }
+    gone_ = gone_ || outcome == TransferOutcome::kGone;
     return outcome;
 }
 

@@ -36,10 +36,19 @@ class DriveSink : public BlockSink {
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
     TransferOutcome flush(UnflushedBlocks rest) override;
 
+    /// Something was to be stored, and the drive was still there the last time that it was told to do anything.
+    [[nodiscard]] bool mayHoldNewTable() const { return used_ && !gone_; }
+    /// The system has refused a block after it had let others be stored: what it does once a volume is mounted there.
+    [[nodiscard]] bool wasShutOut() const { return shutOut_; }
+
   private:
     DriveIo& io_;
     DriveRecord& drive_;
     FlushBehind flushing_;
+    bool used_ = false;
+    bool gone_ = false;
+    bool storedAny_ = false;
+    bool shutOut_ = false;
 };
 
 /// An image file in the making, one block after the other from its start.

@@ -81,6 +81,7 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     if (readiness == Readiness::kRefused) {
         return endRefused(job);
     }
+    const bool unmounted = readiness == Readiness::kReady && isDestinationUnmounted(job);
     CopyProgress progress(job, blocks.order(),
                           {.track = kCloneTrack,
                            .direction = way.direction,
@@ -101,8 +102,9 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     if (readiness == Readiness::kReady) {
         end = moveBlocks(job, blocks, progress, rule, copyBlock);
         flushStored(sink, end, losses); // counted like a failed write, too
-        job.system.rememberPartitionTable(destination);
+        adoptNewTable(job, sink);
     }
+    losses.mountedMeanwhile = unmounted && sink.wasShutOut();
 
     account.ending = endingInWords(end);
     showLosses(job, losses);
@@ -123,11 +125,11 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
 } // namespace
 
 std::uint32_t runForwardClone(const CopyJob& job) {
-    return runAccounted(job, [&](JobAccount& account) { return runClone(job, kForwardWay, account); });
+    return runOntoDrive(job, [&](JobAccount& account) { return runClone(job, kForwardWay, account); });
 }
 
 std::uint32_t runReverseClone(const CopyJob& job) {
-    return runAccounted(job, [&](JobAccount& account) { return runClone(job, kReverseWay, account); });
+    return runOntoDrive(job, [&](JobAccount& account) { return runClone(job, kReverseWay, account); });
 }
 
 } // namespace torvane

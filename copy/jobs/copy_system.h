@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,10 @@ class CopySystem {
     [[nodiscard]] virtual bool isStillTheDestination(const DriveRecord& drive) = 0;
     /// From now on the drive is known by the partition table that it holds: after each change that is a job's own.
     virtual void rememberPartitionTable(DriveRecord& drive) = 0;
+
+    /// Makes the system read the drive's partition table from its medium, and mount or forget volumes accordingly. None
+    /// when it did, or when nobody knows such a request; else why it failed, in the system's words.
+    [[nodiscard]] virtual std::optional<std::string> readTableAnew(const DriveRecord& drive) = 0;
 
     /// Wipes the drive's partition table. Not made only after a log row.
     [[nodiscard]] virtual DiskChange cleanDisk(DriveRecord& drive) = 0;

@@ -3,6 +3,7 @@
 #include "admin/changed_drive.h"
 #include "base/format.h"
 #include "copy/jobs/copy_steps.h"
+#include "records/drive_texts.h"
 #include "records/sector_size.h"
 
 #include <cinttypes>
@@ -87,6 +88,17 @@ bool clean(const CopyJob& job) {
            (isDestinationUnchanged(job, "Nothing was written") && wantsItUncleaned(job) && areUnchanged(job));
 }
 
+void tellMount(const CopyJob& job, const JobLosses& losses) {
+    const std::vector<std::string> roots = job.system.volumesOn(*job.order.destination);
+    const std::string text = "Windows has mounted " + (roots.empty() ? "a volume" : inWords(roots)) +
+                             " on the DESTINATION during the copy, and refuses writes inside mounted volumes. " +
+                             formatText("%" PRIu64, losses.failedWrites) +
+                             (losses.failedWrites == 1 ? " write" : " writes") +
+                             " failed: the copy is not whole. Press 'Disable Drive Mounting', and copy again: the "
+                             "DESTINATION is cleaned first";
+    job.system.stop("***** MOUNTED DURING THE COPY *****", text.c_str());
+}
+
 } // namespace
 
 bool isSourceUnchanged(const CopyJob& job, std::string_view untouched) {
@@ -102,6 +114,35 @@ Readiness prepareDestination(const CopyJob& job, const BlockOrder& order) {
         return Readiness::kRefused;
     }
     return job.claim.isRaised() ? Readiness::kReady : Readiness::kStopped;
+}
+
+bool isDestinationUnmounted(const CopyJob& job) {
+    return job.system.volumesOn(*job.order.destination).empty();
+}
+
+void adoptNewTable(const CopyJob& job, const DriveSink& sink) {
+    DriveRecord& destination = *job.order.destination;
+    if (sink.mayHoldNewTable()) {
+        if (const std::optional<std::string> failure = job.system.readTableAnew(destination)) {
+            job.system.logError("Windows could not read the new partition table of " + jobDriveText(destination) +
+                                ": " + *failure + ". Plug the drive in anew");
+        }
+    }
+    job.system.rememberPartitionTable(destination);
+}
+
+std::uint32_t runOntoDrive(const CopyJob& job, const std::function<std::uint32_t(JobAccount&)>& run) {
+    JobLosses losses;
+    // The row of its end is written before anybody has to answer.
+    const std::uint32_t exitCode = runAccounted(job, [&](JobAccount& account) {
+        const std::uint32_t code = run(account);
+        losses = account.losses;
+        return code;
+    });
+    if (losses.mountedMeanwhile) {
+        tellMount(job, losses);
+    }
+    return exitCode;
 }
 
 bool isPaddingWanted(const CopyJob& job, const CopyRange& range, std::string_view what) {

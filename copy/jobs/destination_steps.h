@@ -1,9 +1,13 @@
 #pragma once
 
 #include "copy/engine/block_layout.h"
+#include "copy/engine/block_sink.h"
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/copy_range.h"
+#include "copy/jobs/job_account.h"
 
+#include <cstdint>
+#include <functional>
 #include <string_view>
 
 namespace torvane {
@@ -26,6 +30,18 @@ enum class Readiness {
 /// asked and nothing is wiped. A destination that could not be cleaned is written to when the user wants it. Call it
 /// with the job's flag up.
 [[nodiscard]] Readiness prepareDestination(const CopyJob& job, const BlockOrder& order);
+
+/// True when no volume is mounted on the destination, and so each write is let through. Ask it before the first block.
+[[nodiscard]] bool isDestinationUnmounted(const CopyJob& job);
+
+/// After the last block, however the run ended: the system is told to read the new partition table, whole or not, so
+/// that it shows what the drive holds, and the drive is known by it. A drive that has got nothing, or has gone, is not
+/// asked. One "ERROR" row when the system could not.
+void adoptNewTable(const CopyJob& job, const DriveSink& sink);
+
+/// Runs a job that writes to a drive as `runAccounted` does. When a volume was mounted on the drive in the middle of
+/// it, a box tells the user at its end what that has cost, and what helps.
+std::uint32_t runOntoDrive(const CopyJob& job, const std::function<std::uint32_t(JobAccount&)>& run);
 
 /// Asks whether the last sector may be filled up with zeros, where the range does not fill it. `what` is copied:
 /// "image", "SOURCE".

@@ -65,6 +65,9 @@ std::string lossesInWords(const JobLosses& losses) {
     if (losses.notHashed) {
         addClause(text, "not hashed");
     }
+    if (losses.mountedMeanwhile) {
+        addClause(text, "a volume was mounted meanwhile");
+    }
     return text;
 }
 

@@ -12,6 +12,7 @@ struct JobLosses {
     std::uint64_t failedWrites = 0;     ///< blocks that could not be written whole
     std::uint64_t bytesNotCopied = 0;   ///< of the source: those that no block took along
     bool notHashed = false;             ///< a digest was wanted, and there is none
+    bool mountedMeanwhile = false;      ///< writes failed because a volume was mounted on the destination
 };
 
 [[nodiscard]] bool hasLost(const JobLosses& losses);

@@ -71,6 +71,7 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     if (readiness == Readiness::kRefused) {
         return endRefused(job);
     }
+    const bool unmounted = readiness == Readiness::kReady && isDestinationUnmounted(job);
     CopyProgress progress(
         job, blocks.order(),
         {.track = kCloneTrack, .label = " Status", .activity = "Writing image", .drives = {&destination}});
@@ -90,8 +91,9 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     if (readiness == Readiness::kReady) {
         end = moveBlocks(job, blocks, progress, {}, copyBlock);
         flushStored(sink, end, losses);
-        job.system.rememberPartitionTable(destination);
+        adoptNewTable(job, sink);
     }
+    losses.mountedMeanwhile = unmounted && sink.wasShutOut();
 
     account.ending = endingInWords(end);
     showLosses(job, losses);
@@ -115,7 +117,7 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
 } // namespace
 
 std::uint32_t runImageToDrive(const CopyJob& job) {
-    return runAccounted(job, [&](JobAccount& account) { return imageToDrive(job, account); });
+    return runOntoDrive(job, [&](JobAccount& account) { return imageToDrive(job, account); });
 }
 
 } // namespace torvane

@@ -6,6 +6,7 @@
 #include "copy/engine/md5_hasher.h"
 #include "copy/engine/windows_image_file.h"
 #include "discovery/disk_identity.h"
+#include "discovery/table_reading.h"
 #include "discovery/volumes_on_drive.h"
 #include "discovery/windows_volume_system.h"
 #include "state/app_state.h"
@@ -29,6 +30,10 @@ bool WindowsCopySystem::isStillTheDestination(const DriveRecord& drive) {
 
 void WindowsCopySystem::rememberPartitionTable(DriveRecord& drive) {
     rememberToldPartitionTable(drive);
+}
+
+std::optional<std::string> WindowsCopySystem::readTableAnew(const DriveRecord& drive) {
+    return makeSystemReadTable(drive);
 }
 
 DiskChange WindowsCopySystem::cleanDisk(DriveRecord& drive) {

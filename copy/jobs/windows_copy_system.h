@@ -14,6 +14,7 @@ class WindowsCopySystem : public CopySystem {
     bool isStillTheSource(const DriveRecord& drive) override;
     bool isStillTheDestination(const DriveRecord& drive) override;
     void rememberPartitionTable(DriveRecord& drive) override;
+    std::optional<std::string> readTableAnew(const DriveRecord& drive) override;
 
     DiskChange cleanDisk(DriveRecord& drive) override;
     std::vector<std::string> volumesOn(const DriveRecord& drive) override;

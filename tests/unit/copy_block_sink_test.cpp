@@ -107,6 +107,43 @@ TEST(DriveSink, ADriveThatWasGoneByItsLastBlockIsNotAskedToFlush) {
     EXPECT_EQ(io.flushes, 0);
 }
 
+TEST(DriveSink, ADriveThatIsThereAndWasWrittenToMayHoldANewTable) {
+    PatternedDrive io;
+    DriveRecord drive;
+    DriveSink sink(io, drive);
+    EXPECT_FALSE(sink.mayHoldNewTable()) << "nothing was written";
+    io.fate = [](std::uint64_t) { return TransferOutcome::kFailed; };
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kFailed);
+    EXPECT_TRUE(sink.mayHoldNewTable()) << "nobody knows what of it has arrived";
+    io.fate = [](std::uint64_t) { return TransferOutcome::kGone; };
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kGone);
+    EXPECT_FALSE(sink.mayHoldNewTable());
+    io.fate = [](std::uint64_t) { return TransferOutcome::kWhole; };
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
+    EXPECT_TRUE(sink.mayHoldNewTable());
+    io.flushFate = TransferOutcome::kGone;
+    EXPECT_EQ(sink.flush(UnflushedBlocks::kFlush), TransferOutcome::kGone);
+    EXPECT_FALSE(sink.mayHoldNewTable());
+}
+
+TEST(DriveSink, IsShutOutWhenBlocksAreRefusedAfterOthersWereStored) {
+    PatternedDrive io;
+    DriveRecord drive;
+    DriveSink sink(io, drive);
+    io.fate = [](std::uint64_t) { return TransferOutcome::kRefused; };
+    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kRefused);
+    EXPECT_FALSE(sink.wasShutOut()) << "it never was let in";
+    io.fate = [](std::uint64_t) { return TransferOutcome::kWhole; };
+    EXPECT_EQ(sink.store({.offset = 3, .length = 3}, bytesOf("def")), TransferOutcome::kWhole);
+    io.fate = [](std::uint64_t) { return TransferOutcome::kFailed; };
+    EXPECT_EQ(sink.store({.offset = 6, .length = 3}, bytesOf("ghi")), TransferOutcome::kFailed);
+    EXPECT_FALSE(sink.wasShutOut()) << "a failure of the drive";
+    io.fate = [](std::uint64_t) { return TransferOutcome::kRefused; };
+    EXPECT_EQ(sink.store({.offset = 9, .length = 3}, bytesOf("jkl")), TransferOutcome::kRefused);
+    EXPECT_TRUE(sink.wasShutOut());
+    EXPECT_EQ(drive.writeErrorCount, 3U);
+}
+
 TEST(ImageSink, TellsHowItsFileWasFlushed) {
     std::string text;
     bool open = false;

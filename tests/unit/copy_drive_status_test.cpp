@@ -18,6 +18,8 @@ TEST(LossesInWords, CountEachKind) {
     EXPECT_EQ(lossesInWords(losses), "2 unreadable blocks, 40 failed writes, 512 MB of the source not copied");
     EXPECT_EQ(lossesInWords({.unreadableBlocks = 1, .failedWrites = 1}), "1 unreadable block, 1 failed write");
     EXPECT_EQ(lossesInWords({.notHashed = true}), "not hashed");
+    EXPECT_EQ(lossesInWords({.failedWrites = 3, .mountedMeanwhile = true}),
+              "3 failed writes, a volume was mounted meanwhile");
 }
 
 TEST(LossesInWords, SayBytesInTheLargestUnitThatFits) {

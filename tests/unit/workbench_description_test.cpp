@@ -125,6 +125,8 @@ const std::vector<Mistaken> kMistakes = {
      "drives/a.json: faults.reads[0].error: expected a Win32 error by number or name, got 0"},
     {driveWith(R"("faults": {"clean": "forgotten"})"),
      R"(drives/a.json: faults.clean: expected one of "done" "refused" "pretended", got "forgotten")"},
+    {R"("volumes": [{"letter": "K", "appears": "with its table"}])",
+     "drives/a.json: volumes[0].appears: a volume without extents is in no partition table"},
     {driveWith(R"("faults": {"shortReads": [{"firstSector": 0}]})"),
      "drives/a.json: faults.shortReads[0].bytes: missing, but required"},
     {driveWith(R"("faults": {"stopsAnswering": {"after": 1}})"),
@@ -277,6 +279,42 @@ TEST(WorkbenchState, SurvivesAsText) {
         EXPECT_TRUE(stateFromText(damaged, bench).automount) << damaged;
         EXPECT_TRUE(stateFromText(damaged, bench).cleaned.empty()) << damaged;
     }
+}
+
+TEST(WorkbenchState, VolumesFollowTheTableThatTheSystemHasRead) {
+    const BenchDescription bench = read(driveWith(R"("volumes": [
+        {"letter": "D", "extents": [{"offset": 512, "length": 512}]},
+        {"letter": "E", "appears": "with its table", "extents": [{"offset": 1024, "length": 512}]}])"))
+                                       .bench;
+    BenchState state = firstState(bench);
+    const auto mounted = [&] {
+        const BenchState again = stateFromText(stateText(state), bench);
+        return std::string(again.isMounted(*bench.volume('D')) ? "D" : "") +
+               (again.isMounted(*bench.volume('E')) ? "E" : "");
+    };
+    EXPECT_EQ(mounted(), "D");
+    readTable(state, bench, 3, std::nullopt);
+    EXPECT_EQ(mounted(), "D") << "without a table the volumes are as described";
+    state.automount = false;
+    readTable(state, bench, 3, std::set<std::uint64_t>{512, 1024});
+    EXPECT_EQ(mounted(), "D") << "new ones are not mounted";
+    state.automount = true;
+    state.toldTables[3] = {1, 2, 3};
+    EXPECT_EQ(stateFromText(stateText(state), bench).toldTables.at(3), (std::vector<std::uint8_t>{1, 2, 3}));
+    readTable(state, bench, 3, std::set<std::uint64_t>{512, 1024});
+    EXPECT_EQ(mounted(), "DE");
+    EXPECT_TRUE(state.toldTables.empty()) << "the table is the medium's again";
+    readTable(state, bench, 3, std::set<std::uint64_t>{1024});
+    EXPECT_EQ(mounted(), "E");
+    readTable(state, bench, 3, std::set<std::uint64_t>{4096});
+    EXPECT_EQ(mounted(), "");
+    readTable(state, bench, 3, std::set<std::uint64_t>{1024});
+    cleanDrive(state, bench, 3);
+    EXPECT_EQ(mounted(), "");
+    readTable(state, bench, 3, std::set<std::uint64_t>{1024});
+    EXPECT_EQ(mounted(), "E") << "a new table after the clean";
+    swapDrive(state, 3);
+    EXPECT_EQ(mounted(), "");
 }
 
 // --- folders -------------------------------------------------------------------------------------------------------

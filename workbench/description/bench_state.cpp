@@ -9,8 +9,20 @@ namespace {
 
 using Json = nlohmann::json;
 
-std::set<std::uint32_t> numbersOf(const Json& state, const char* key) {
-    return state.contains(key) ? state.at(key).get<std::set<std::uint32_t>>() : std::set<std::uint32_t>();
+template <typename Value>
+std::set<Value> setOf(const Json& state, const char* key) {
+    return state.contains(key) ? state.at(key).get<std::set<Value>>() : std::set<Value>();
+}
+
+bool liesOn(const VolumeDescription& volume, std::uint32_t drive) {
+    return std::ranges::any_of(volume.extents, [&](const VolumeExtent& extent) { return extent.disk == drive; });
+}
+
+/// The table holds every part of the volume that lies on the drive.
+bool holds(const std::set<std::uint64_t>& starts, const VolumeDescription& volume, std::uint32_t drive) {
+    return std::ranges::all_of(volume.extents, [&](const VolumeExtent& extent) {
+        return extent.disk != drive || starts.contains(extent.offset);
+    });
 }
 
 } // namespace
@@ -21,9 +33,11 @@ bool BenchState::isReadOnly(const DriveDescription& drive) const {
 }
 
 bool BenchState::isMounted(const VolumeDescription& volume) const {
-    return std::none_of(volume.extents.begin(), volume.extents.end(), [&](const VolumeExtent& extent) {
-        return cleaned.contains(extent.disk) || isSwapped(extent.disk);
-    });
+    const bool waits = volume.appears == VolumeAppearance::kWithTable;
+    const bool mounted = waits ? appeared.contains(volumeName(volume)) : !gone.contains(volumeName(volume));
+    return mounted && std::ranges::none_of(volume.extents, [&](const VolumeExtent& extent) {
+               return isSwapped(extent.disk) || (!waits && cleaned.contains(extent.disk));
+           });
 }
 
 std::uint32_t BenchState::swapsOf(std::uint32_t drive) const {
@@ -37,6 +51,39 @@ BenchState firstState(const BenchDescription& bench) {
     return state;
 }
 
+std::string volumeName(const VolumeDescription& volume) {
+    return volume.fileName + ": " + volume.field;
+}
+
+void readTable(BenchState& state, const BenchDescription& bench, std::uint32_t drive,
+               const std::optional<std::set<std::uint64_t>>& starts) {
+    state.toldTables.erase(drive);
+    for (const VolumeDescription& volume : bench.volumes) {
+        if (!liesOn(volume, drive)) {
+            continue;
+        }
+        const bool waits = volume.appears == VolumeAppearance::kWithTable;
+        const bool held = starts && holds(*starts, volume, drive);
+        if (waits && held && state.automount) {
+            state.appeared.insert(volumeName(volume));
+        } else if (waits && !held) {
+            state.appeared.erase(volumeName(volume));
+        } else if (!waits && starts && !held) {
+            state.gone.insert(volumeName(volume));
+        }
+    }
+}
+
+void cleanDrive(BenchState& state, const BenchDescription& bench, std::uint32_t drive) {
+    state.cleaned.insert(drive);
+    state.toldTables.erase(drive);
+    for (const VolumeDescription& volume : bench.volumes) {
+        if (liesOn(volume, drive)) {
+            state.appeared.erase(volumeName(volume));
+        }
+    }
+}
+
 void unplugDrive(BenchState& state, std::uint32_t drive) {
     state.unplugged.insert(drive);
 }
@@ -47,6 +94,7 @@ void plugDrive(BenchState& state, std::uint32_t drive) {
 
 void swapDrive(BenchState& state, std::uint32_t drive) {
     ++state.swaps[drive];
+    state.toldTables.erase(drive);
 }
 
 std::string stateText(const BenchState& state) {
@@ -62,7 +110,13 @@ std::string stateText(const BenchState& state) {
     for (const auto& [drive, count] : state.swaps) {
         json["swaps"][std::to_string(drive)] = count;
     }
-    return json.dump(4) + "\n";
+    json["appeared"] = state.appeared;
+    json["gone"] = state.gone;
+    json["toldTables"] = Json::object();
+    for (const auto& [drive, layout] : state.toldTables) {
+        json["toldTables"][std::to_string(drive)] = layout;
+    }
+    return json.dump() + "\n";
 }
 
 BenchState stateFromText(const std::string& text, const BenchDescription& bench) {
@@ -78,8 +132,14 @@ BenchState stateFromText(const std::string& text, const BenchDescription& bench)
         for (const auto& [drive, count] : swaps.items()) {
             state.swaps[static_cast<std::uint32_t>(std::stoul(drive))] = count.get<std::uint32_t>();
         }
-        state.cleaned = numbersOf(json, "cleaned");
-        state.unplugged = numbersOf(json, "unplugged");
+        const Json toldTables = json.value("toldTables", Json::object());
+        for (const auto& [drive, layout] : toldTables.items()) {
+            state.toldTables[static_cast<std::uint32_t>(std::stoul(drive))] = layout.get<std::vector<std::uint8_t>>();
+        }
+        state.cleaned = setOf<std::uint32_t>(json, "cleaned");
+        state.unplugged = setOf<std::uint32_t>(json, "unplugged");
+        state.appeared = setOf<std::string>(json, "appeared");
+        state.gone = setOf<std::string>(json, "gone");
     } catch (const std::exception&) {
         return firstState(bench);
     }

@@ -10,12 +10,13 @@
 namespace torvane::bench {
 namespace {
 
-constexpr std::array<std::string_view, 20> kRequestNames = {
+constexpr std::array<std::string_view, 21> kRequestNames = {
     "IOCTL_DISK_GET_DISK_ATTRIBUTES",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY",
     "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX",
     "IOCTL_DISK_GET_DRIVE_LAYOUT_EX",
     "IOCTL_DISK_GET_LENGTH_INFO",
+    "IOCTL_DISK_UPDATE_PROPERTIES",
     "IOCTL_STORAGE_CHECK_VERIFY",
     "IOCTL_STORAGE_GET_DEVICE_NUMBER",
     "IOCTL_STORAGE_QUERY_PROPERTY",
@@ -141,6 +142,7 @@ void readFaults(ObjectReader& reader, const DriveDescription& drive, DriveFaults
     reader.number("vanishAfterRequests", faults.vanishAfterRequests);
     reader.boolean("volatileCache", faults.volatileCache);
     readClean(reader, faults);
+    reader.number("rescanAfterWrites", faults.rescanAfterWrites);
 }
 
 } // namespace torvane::bench

@@ -62,6 +62,7 @@ struct DriveFaults {
     std::optional<std::uint32_t> vanishAfterRequests;
     bool volatileCache = false; ///< what was written since the last flush is lost when the drive goes
     CleanFault clean = CleanFault::kNone;
+    std::optional<std::uint32_t> rescanAfterWrites; ///< the system reads the partition table after so many writes
 };
 
 /// Requests that a fault may name; one written "ioctl:0x..." always is.

@@ -33,6 +33,13 @@ void readSerial(ObjectReader& reader, std::uint32_t& serial) {
     serial = static_cast<std::uint32_t>(std::stoul(digits, nullptr, 16));
 }
 
+void readAppearance(ObjectReader& reader, VolumeAppearance& appears) {
+    static constexpr std::array<std::string_view, 2> kNames = {"at once", "with its table"};
+    auto index = static_cast<std::size_t>(appears);
+    reader.choice("appears", kNames, index);
+    appears = static_cast<VolumeAppearance>(index);
+}
+
 VolumeExtent readExtent(ObjectReader& reader, std::optional<std::uint32_t> ownDisk) {
     VolumeExtent extent;
     extent.disk = ownDisk.value_or(0);
@@ -79,6 +86,7 @@ VolumeDescription readVolume(ObjectReader& reader, std::optional<std::uint32_t> 
     std::size_t kind = 0;
     reader.choice("kind", kKinds, kind);
     volume.kind = static_cast<VolumeKind>(kind);
+    readAppearance(reader, volume.appears);
     reader.list("extents", [&](ObjectReader& item) { volume.extents.push_back(readExtent(item, ownDisk)); });
     reader.text("label", volume.label, 32);
     reader.text("fileSystem", volume.fileSystem, 16);
@@ -92,6 +100,9 @@ VolumeDescription readVolume(ObjectReader& reader, std::optional<std::uint32_t> 
     });
     if ((volume.kind == VolumeKind::kOptical || volume.kind == VolumeKind::kNetwork) && !volume.extents.empty()) {
         reader.fail("extents", "an optical or network volume has none");
+    }
+    if (volume.appears == VolumeAppearance::kWithTable && volume.extents.empty()) {
+        reader.fail("appears", "a volume without extents is in no partition table");
     }
     return volume;
 }

@@ -9,6 +9,12 @@ namespace torvane::bench {
 
 enum class VolumeKind { kFixed, kRemovable, kOptical, kNetwork };
 
+/// When the system mounts a volume.
+enum class VolumeAppearance {
+    kAtOnce,    ///< it is there as the bench begins
+    kWithTable, ///< once the system has read a partition table that holds it, and automatic mounting is enabled
+};
+
 struct VolumeExtent {
     std::uint32_t disk = 0;
     std::uint64_t offset = 0; ///< bytes
@@ -34,6 +40,7 @@ struct VolumeDescription {
     std::string field;    ///< its place there, for messages
     char letter = 0;      ///< 'A' to 'Z'
     VolumeKind kind = VolumeKind::kFixed;
+    VolumeAppearance appears = VolumeAppearance::kAtOnce;
     std::vector<VolumeExtent> extents;
     std::string label;
     std::string fileSystem = "NTFS";

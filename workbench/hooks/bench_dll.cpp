@@ -2,6 +2,7 @@
 #include "workbench/description/bench_files.h"
 #include "workbench/hooks/child_process.h"
 #include "workbench/hooks/hooks.h"
+#include "workbench/session/told_table.h"
 #include "workbench/session/volatile_cache.h"
 #include "workbench/session/win32_text.h"
 
@@ -39,7 +40,8 @@ std::string openBench(const std::wstring& folder) {
     return {};
 }
 
-int changeDrive(int number, void (*change)(BenchState&, std::uint32_t)) {
+/// A drive that was plugged in again is looked at anew.
+int changeDrive(int number, void (*change)(BenchState&, std::uint32_t), bool pluggedIn = false) {
     const std::shared_ptr<BenchSession> session = currentSession();
     const BenchDrive* const drive = session ? session->drive(static_cast<std::uint32_t>(number)) : nullptr;
     if (drive == nullptr) {
@@ -47,6 +49,9 @@ int changeDrive(int number, void (*change)(BenchState&, std::uint32_t)) {
     }
     session->folder().changeState([&](BenchState& state) { change(state, drive->description().number); });
     loseUnflushed(session->folder().path(), drive->description());
+    if (pluggedIn) {
+        readTableAnew(session->folder(), session->description(), drive->description());
+    }
     return 1;
 }
 
@@ -79,7 +84,7 @@ int BenchUnplug(int drive) {
 }
 
 int BenchPlug(int drive) {
-    return changeDrive(drive, plugDrive);
+    return changeDrive(drive, plugDrive, true);
 }
 
 int BenchSwap(int drive) {

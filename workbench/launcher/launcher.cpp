@@ -2,6 +2,7 @@
 #include "workbench/hooks/child_process.h"
 #include "workbench/hooks/start_again.h"
 #include "workbench/session/bench_folder.h"
+#include "workbench/session/told_table.h"
 #include "workbench/session/unique_handle.h"
 #include "workbench/session/volatile_cache.h"
 #include "workbench/session/win32_text.h"
@@ -65,8 +66,9 @@ int layOut(Arguments arguments) {
     return error.empty() ? 0 : complain(error);
 }
 
-// `change` gets the state and the drive's number.
-int changeDrive(Arguments arguments, const std::function<void(BenchState&, std::uint32_t)>& change) {
+// `change` gets the state and the drive's number. A drive that was plugged in again is looked at anew.
+int changeDrive(Arguments arguments, const std::function<void(BenchState&, std::uint32_t)>& change,
+                bool pluggedIn = false) {
     if (arguments.size() != 2) {
         return usage();
     }
@@ -82,8 +84,12 @@ int changeDrive(Arguments arguments, const std::function<void(BenchState&, std::
     if (failure != std::errc() || end != digits.data() + digits.size() || drive == nullptr) {
         return complain("no drive \"" + digits + "\" on this bench");
     }
-    BenchFolder(folder, reading.bench).changeState([&](BenchState& state) { change(state, number); });
+    BenchFolder bench(folder, reading.bench);
+    bench.changeState([&](BenchState& state) { change(state, number); });
     loseUnflushed(folder, *drive);
+    if (pluggedIn) {
+        readTableAnew(bench, reading.bench, bench.state().isSwapped(number) ? swappedDrive(*drive) : *drive);
+    }
     return 0;
 }
 
@@ -208,7 +214,7 @@ int launch(Arguments arguments) {
         return changeDrive(arguments.subspan(1), unplugDrive);
     }
     if (arguments[0] == L"--plug") {
-        return changeDrive(arguments.subspan(1), plugDrive);
+        return changeDrive(arguments.subspan(1), plugDrive, true);
     }
     if (arguments[0] == L"--swap") {
         return changeDrive(arguments.subspan(1), swapDrive);

@@ -143,6 +143,10 @@ bool BenchDrive::countTransfer() {
     return !drive_.faults.vanishAfterRequests || before < *drive_.faults.vanishAfterRequests;
 }
 
+bool BenchDrive::countWrite() {
+    return writesStored_.fetch_add(1) + 1 == drive_.faults.rescanAfterWrites;
+}
+
 bool BenchDrive::hasVanished() const {
     return drive_.faults.vanishAfterRequests && transfers_.load() >= *drive_.faults.vanishAfterRequests;
 }

@@ -67,6 +67,8 @@ class BenchDrive {
 
     /// Counts a transfer; false when the drive is gone by now.
     [[nodiscard]] bool countTransfer();
+    /// Counts a write that was stored; true when the system looks at the drive's partition table after it.
+    [[nodiscard]] bool countWrite();
     /// The fault has made the drive vanish for this process.
     [[nodiscard]] bool hasVanished() const;
 
@@ -95,6 +97,7 @@ class BenchDrive {
     RangeFaults corruptWrites_;
     RangeFaults seeks_;
     std::atomic<std::uint64_t> transfers_{0};
+    std::atomic<std::uint64_t> writesStored_{0};
 };
 
 } // namespace torvane::bench

@@ -4,6 +4,7 @@
 #include "workbench/description/error_names.h"
 #include "workbench/devices/storage_property.h"
 #include "workbench/session/control_parts.h"
+#include "workbench/session/told_table.h"
 
 #include <winioctl.h>
 
@@ -30,6 +31,7 @@ constexpr std::array kNames = {
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX"},
     NamedCode{IOCTL_DISK_GET_DRIVE_LAYOUT_EX, "IOCTL_DISK_GET_DRIVE_LAYOUT_EX"},
     NamedCode{IOCTL_DISK_GET_LENGTH_INFO, "IOCTL_DISK_GET_LENGTH_INFO"},
+    NamedCode{IOCTL_DISK_UPDATE_PROPERTIES, "IOCTL_DISK_UPDATE_PROPERTIES"},
     NamedCode{IOCTL_STORAGE_CHECK_VERIFY, "IOCTL_STORAGE_CHECK_VERIFY"},
     NamedCode{IOCTL_STORAGE_GET_DEVICE_NUMBER, "IOCTL_STORAGE_GET_DEVICE_NUMBER"},
     NamedCode{IOCTL_STORAGE_QUERY_PROPERTY, "IOCTL_STORAGE_QUERY_PROPERTY"},
@@ -57,6 +59,9 @@ ControlResult driveRequest(BenchSession& session, BenchDrive& drive, const Contr
         return giveWhole(request, driveGeometryEx(description));
     case IOCTL_DISK_GET_DRIVE_LAYOUT_EX:
         return partitionLayout(session, drive, request);
+    case IOCTL_DISK_UPDATE_PROPERTIES:
+        readTableAnew(session.folder(), session.description(), description);
+        return {0, 0};
     case IOCTL_STORAGE_CHECK_VERIFY:
         return mediaChanges(session, drive, request);
     case IOCTL_DISK_GET_LENGTH_INFO: {

@@ -1,6 +1,7 @@
 #include "workbench/session/transfer.h"
 
 #include "workbench/description/error_names.h"
+#include "workbench/session/told_table.h"
 
 #include <algorithm>
 #include <limits>
@@ -159,8 +160,12 @@ TransferResult writeDrive(BenchSession& session, BenchDrive& drive, HANDLE handl
     if (const std::optional<DWORD> error = drive.writeFault(offset, data.size())) {
         return {*error, 0};
     }
+    keepToldTable(session.folder(), session.description(), description, offset, data.size());
     const DWORD error =
         drive.store(handle, offset, data, [&] { return !session.folder().state().isUnplugged(description.number); });
+    if (error == 0 && drive.countWrite()) {
+        readTableAnew(session.folder(), session.description(), description);
+    }
     return {error, error == 0 ? static_cast<DWORD>(data.size()) : 0};
 }
 

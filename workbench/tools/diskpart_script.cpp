@@ -276,7 +276,7 @@ class Script {
         if (selected_->faults.clean != CleanFault::kPretended) {
             // The drive that is out of its place keeps what it holds.
             if (!state_.isSwapped(selected_->number)) {
-                state_.cleaned.insert(selected_->number);
+                cleanDrive(state_, bench_, selected_->number);
             }
             run_.cleanedNow.push_back(selected_->number);
         }

@@ -23,6 +23,7 @@ enum class Fault {
     kFails,     ///< after `part` bytes have been moved nevertheless
     kShort,     ///< succeeds with `part` bytes
     kGone,      ///< the device has vanished
+    kRefused,   ///< the system does not let it be written there
 };
 
 struct TransferFault {
@@ -54,7 +55,9 @@ struct Script {
     std::uint64_t sourceChangesAt = 1000;      ///< the n-th time that somebody asks, from 0
     std::uint64_t destinationChangesAt = 1000; ///< the same of the destination
     DiskChange clean = DiskChange::kMade;
-    std::size_t mountedVolumes = 0; ///< on the destination after a clean that failed
+    std::size_t mountedVolumes = 0; ///< on the destination, after the clean
+    std::size_t mountedLater = 0;   ///< once its first block was to be written
+    bool tableCannotBeRead = false; ///< the new one of the destination
 
     std::size_t takenImages = 0;    ///< numbers in a row whose image exists already
     std::size_t takenHashFiles = 0; ///< numbers behind those, whose hash file exists
@@ -172,6 +175,11 @@ class ScriptMaker {
         if (destinationIsDrive || chance(3)) {
             scatter(script_.writes, destinationIsDrive);
         }
+        if (chance(6)) {
+            for (std::uint64_t number = below(18); number < 20 && !chance(6); ++number) {
+                script_.writes[number] = {.fault = Fault::kRefused, .part = 0};
+            }
+        }
         if (chance(4)) {
             script_.verifyReads[below(18)] = fault(false);
         }
@@ -217,7 +225,9 @@ class ScriptMaker {
             script_.clean = pick<DiskChange>(
                 {DiskChange::kNotMade, DiskChange::kNotMade, DiskChange::kOtherDrive, DiskChange::kDriveLost});
         }
-        script_.mountedVolumes = below(4);
+        script_.mountedVolumes = chance(2) ? 0 : below(4);
+        script_.mountedLater = below(4);
+        script_.tableCannotBeRead = chance(6);
     }
 
     void makeFailedFlush() {

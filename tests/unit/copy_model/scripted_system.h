@@ -103,6 +103,11 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         copyFlags();
         world_.rememberDestination();
     }
+    std::optional<std::string> readTableAnew(const DriveRecord& drive) override {
+        EXPECT_EQ(&drive, &world_.destination);
+        copyFlags();
+        return world_.readTableAnew();
+    }
     DiskChange cleanDisk(DriveRecord& drive) override {
         EXPECT_EQ(&drive, &world_.destination);
         copyFlags();
@@ -225,6 +230,9 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     static TransferOutcome outcomeOf(const World::Transfer& done, std::size_t wanted) {
         if (done.ok && done.count == wanted) {
             return TransferOutcome::kWhole;
+        }
+        if (done.refused) {
+            return TransferOutcome::kRefused;
         }
         return done.gone ? TransferOutcome::kGone : TransferOutcome::kFailed;
     }

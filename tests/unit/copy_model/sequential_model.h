@@ -21,6 +21,9 @@ class SequentialModel {
         const std::uint32_t exitCode = runJob();
         jobRow(subject(path_.empty() ? destinationText() : "into [" + path_ + "]") + ": " + ending_ +
                (ending_ == "not started" ? "" : ". " + losses()) + digestText_);
+        if (mountedMeanwhile_) {
+            tellMount();
+        }
         afterwards();
         return exitCode;
     }
@@ -189,6 +192,9 @@ class SequentialModel {
             world_.destination.writeErrorCount += done.sought ? 1 : 0;
             ++failedWrites_;
         }
+        driveUsed_ = true;
+        storedAny_ = storedAny_ || whole;
+        shutOut_ = shutOut_ || (storedAny_ && done.refused);
         stored(World::kDestination, whole, done.gone);
     }
 
@@ -202,7 +208,9 @@ class SequentialModel {
     }
     void flush(const std::string& where) {
         unflushed_ = 0;
-        flushed_ = world_.flush(where).ok && flushed_;
+        const World::Transfer done = world_.flush(where);
+        goneAtFlush_ = goneAtFlush_ || (flushed_ && done.gone); // of several that fail the first one is told
+        flushed_ = done.ok && flushed_;
     }
 
     /// Flushes the rest. False when a flush has failed, now or before: together they are one failed write.
@@ -315,6 +323,9 @@ class SequentialModel {
         if (hashFailed_) {
             all += all.empty() ? "not hashed" : ", not hashed";
         }
+        if (mountedMeanwhile_) {
+            all += ", a volume was mounted meanwhile"; // behind the writes that it has cost
+        }
         return all.empty() ? "Nothing was lost" : all;
     }
     void showLosses(const std::string& ending) {
@@ -399,14 +410,39 @@ class SequentialModel {
         if (flags_.running == 1 && (full_ > 0 || remainder_ > 0) && !destinationReady(hasSource)) {
             return Ready::kRefused;
         }
-        return flags_.running == 1 ? Ready::kYes : Ready::kStopped;
+        if (flags_.running == 0) {
+            return Ready::kStopped;
+        }
+        unmounted_ = world_.mountedVolumes().empty();
+        return Ready::kYes;
     }
 
-    /// However the blocks ended: the destination has a table of the job's making.
+    /// However the blocks ended: the destination has a table of the job's making, and the system has to know it.
     void remember(bool wanted) {
-        if (wanted) {
-            world_.rememberDestination();
+        if (!wanted) {
+            return;
         }
+        if (driveUsed_ && !gone_ && !goneAtFlush_) {
+            if (const std::optional<std::string> failure = world_.readTableAnew()) {
+                log(text("Windows could not read the new partition table of disk 012 - Destination D 9, %" PRId64
+                         " bytes: %s. Plug the drive in anew",
+                         world_.destination.sizeBytes, failure->c_str()));
+            }
+        }
+        world_.rememberDestination();
+        mountedMeanwhile_ = unmounted_ && shutOut_;
+    }
+
+    void tellMount() {
+        static constexpr std::array<const char*, 4> kMounted{"a volume", "K:", "K:, C:\\mnt\\",
+                                                             "K:, C:\\mnt\\, a volume without a letter"};
+        const std::string mounted = kMounted[world_.mountedVolumes().size()];
+        stopBox("***** MOUNTED DURING THE COPY *****",
+                "Windows has mounted " + mounted +
+                    " on the DESTINATION during the copy, and refuses writes inside mounted volumes. " +
+                    std::to_string(failedWrites_) + (failedWrites_ == 1 ? " write" : " writes") +
+                    " failed: the copy is not whole. Press 'Disable Drive Mounting', and copy again: the DESTINATION "
+                    "is cleaned first");
     }
 
     std::uint32_t refused(std::initializer_list<const DriveRecord*> drives) {
@@ -962,9 +998,15 @@ class SequentialModel {
     int lastPercent_ = -1;
     std::uint64_t unreadable_ = 0;
     std::uint64_t failedWrites_ = 0;
-    std::uint64_t unflushed_ = 0;    ///< blocks stored since the last flush
-    bool flushed_ = true;            ///< no flush has failed
-    bool gone_ = false;              ///< the destination, when the last block was to be stored
+    std::uint64_t unflushed_ = 0; ///< blocks stored since the last flush
+    bool flushed_ = true;         ///< no flush has failed
+    bool gone_ = false;           ///< the destination, when the last block was to be stored
+    bool goneAtFlush_ = false;    ///< the first flush that failed has found it gone
+    bool driveUsed_ = false;      ///< a block was to be stored on the destination drive
+    bool storedAny_ = false;      ///< one has got there
+    bool shutOut_ = false;        ///< one was refused after that
+    bool unmounted_ = false;      ///< no volume was mounted on it before the first block
+    bool mountedMeanwhile_ = false;
     std::uint64_t rangeEnd_ = ~0ULL; ///< bytes: what is copied, as far as it is read and as far as it is written
     std::uint64_t readEnd_ = ~0ULL;
     std::uint64_t writeEnd_ = ~0ULL;

@@ -99,7 +99,8 @@ class World {
         bool sought = true;
         bool ok = true;
         std::size_t count = 0;
-        bool gone = false; ///< the call failed because there is no such device any more
+        bool gone = false;    ///< the call failed because there is no such device any more
+        bool refused = false; ///< it failed because the system does not let it be written there
     };
 
     [[nodiscard]] bool nextReadIsNotSought() const {
@@ -154,6 +155,11 @@ class World {
     }
     void rememberDestination() { see("destination remembered"); }
 
+    std::optional<std::string> readTableAnew() {
+        see("table read anew");
+        return script.tableCannotBeRead ? std::optional<std::string>("No. (error 7)") : std::nullopt;
+    }
+
     DiskChange clean() {
         see("clean");
         return script.clean;
@@ -161,7 +167,7 @@ class World {
     std::vector<std::string> mountedVolumes() {
         see("volumes");
         std::vector<std::string> roots{"K:\\", "C:\\mnt\\", "\\\\?\\Volume{7}\\"};
-        roots.resize(script.mountedVolumes);
+        roots.resize(writesBegun == 0 ? script.mountedVolumes : script.mountedLater);
         return roots;
     }
 
@@ -365,8 +371,10 @@ class World {
         if (fault.fault == Fault::kSeekFails) {
             return {.sought = false, .ok = false};
         }
-        if (!accepted || fault.fault == Fault::kGone) {
-            return {.ok = false, .gone = fault.fault == Fault::kGone};
+        if (!accepted || fault.fault == Fault::kGone || fault.fault == Fault::kRefused) {
+            return {.ok = false,
+                    .gone = fault.fault == Fault::kGone,
+                    .refused = accepted && fault.fault == Fault::kRefused};
         }
         const std::size_t begin = std::min<std::size_t>(offset, into.size());
         std::size_t count = std::min(buffer.size(), into.size() - begin);
