@@ -1,7 +1,7 @@
 #include "admin/disk_part_script.h"
 
 #include "base/format.h"
-#include "base/stdio_file.h"
+#include "base/whole_file.h"
 #include "monitoring/command_runner.h"
 #include "state/event_log.h"
 

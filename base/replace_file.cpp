@@ -1,6 +1,7 @@
 #include "base/replace_file.h"
 
 #include "base/owned_handle.h"
+#include "base/system_path.h"
 
 #include <windows.h>
 
@@ -74,8 +75,8 @@ FileSaving makeWholeFile(const char* fileName, std::span<const std::byte> bytes)
 }
 
 bool flushFile(const char* fileName) {
-    const UniqueFile file{
-        CreateFileA(fileName, GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    const UniqueFile file{CreateFileW(systemPath(fileName).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
     return file && FlushFileBuffers(file.get()) != FALSE;
 }
 

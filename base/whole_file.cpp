@@ -1,5 +1,8 @@
 #include "base/whole_file.h"
 
+#include "base/owned_handle.h"
+#include "base/system_path.h"
+
 namespace torvane {
 
 std::optional<std::uint64_t> sizeOfFile(HANDLE file) {
@@ -24,6 +27,21 @@ bool readWholeFile(HANDLE file, std::uint64_t size, char* block) {
     }
     DWORD count = 0;
     return ReadFile(file, block, static_cast<DWORD>(size), &count, nullptr) != 0 && count == size;
+}
+
+bool writeWholeFile(std::string_view fileName, std::string_view text) {
+    constexpr std::size_t kMostAtOnce = MAXDWORD;
+    const UniqueFile file{CreateFileW(systemPath(fileName).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
+    DWORD written = 0;
+    return file && text.size() <= kMostAtOnce &&
+           WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) != FALSE &&
+           written == text.size();
+}
+
+bool isFile(std::string_view path) {
+    const DWORD attributes = GetFileAttributesW(systemPath(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 } // namespace torvane

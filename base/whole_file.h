@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 namespace torvane {
 
@@ -26,5 +27,12 @@ using LoadedText = std::unique_ptr<char[], GlobalFreeDeleter>;
 /// Reads the whole file of `size` bytes into `block`. False when less arrives, and for 4 GiB or more, which cannot be
 /// asked for in one call.
 [[nodiscard]] bool readWholeFile(HANDLE file, std::uint64_t size, char* block);
+
+/// Makes the file anew with `text` as it is: lines end in a bare line feed. False, with the reason in GetLastError,
+/// when not all of it could be written. The path may be of any length.
+[[nodiscard]] bool writeWholeFile(std::string_view fileName, std::string_view text);
+
+/// False for a folder of that name. The path may be of any length.
+[[nodiscard]] bool isFile(std::string_view path);
 
 } // namespace torvane

@@ -1,6 +1,7 @@
 #include "discovery/windows_volume_system.h"
 
 #include "base/owned_handle.h"
+#include "base/system_path.h"
 #include "discovery/local_share.h"
 #include "discovery/volume_query.h"
 
@@ -29,8 +30,8 @@ std::wstring finalPathName(HANDLE file, DWORD volumeName) {
 
 /// For its names and numbers alone: no right to read is asked for, and a folder opens likewise.
 UniqueFile openForQuery(const std::wstring& path) {
-    return UniqueFile(
-        CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return UniqueFile(CreateFileW(systemPath(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
 std::uint64_t joined(DWORD high, DWORD low) {
@@ -109,7 +110,7 @@ std::wstring WindowsVolumeSystem::substitutedFolder(wchar_t letter) {
 
 std::wstring WindowsVolumeSystem::mountPointOf(const std::wstring& path) {
     std::wstring mountPoint(kLongestPath, L'\0');
-    if (GetVolumePathNameW(path.c_str(), mountPoint.data(), kLongestPath) == 0) {
+    if (GetVolumePathNameW(systemPath(path).c_str(), mountPoint.data(), kLongestPath) == 0) {
         return {};
     }
     mountPoint.resize(mountPoint.find(L'\0'));

@@ -1,6 +1,7 @@
 #include "monitoring/system_tool.h"
 
 #include "base/tool_watch.h"
+#include "base/whole_file.h"
 #include "state/event_log.h"
 
 #include <windows.h>
@@ -31,11 +32,6 @@ const SystemTool* systemToolOf(std::string_view commandLine) {
     const std::string name = toolName(commandLine);
     const auto* const tool = std::ranges::find(kSystemTools, name, &SystemTool::name);
     return tool == std::end(kSystemTools) ? nullptr : tool;
-}
-
-bool isFile(const std::string& path) {
-    const DWORD attributes = GetFileAttributesA(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 /// What a function of the system writes into a buffer; empty when it has no path or one that is too long.

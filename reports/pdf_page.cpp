@@ -2,6 +2,8 @@
 
 #include "base/bytes.h"
 #include "base/stdio_file.h"
+#include "base/system_error.h"
+#include "base/whole_file.h"
 #include "base/wide_text.h"
 #include "reports/png_check.h"
 #include "reports/report_file.h"
@@ -16,10 +18,11 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace torvane {
@@ -128,28 +131,34 @@ void drawPage(HPDF_Doc document, HPDF_Page page, const ReportPage& report) {
     }
 }
 
-// A full disk may show only when the library closes the file, and it does not tell: look for the file's last words.
-bool isWholePdf(const char* fileName) {
-    constexpr std::string_view kEnd = "%%EOF\n";
-    const StdioFile file = openStdioFile(fileName, "rb");
-    std::array<char, kEnd.size()> end{};
-    return file && std::fseek(file.get(), -static_cast<long>(end.size()), SEEK_END) == 0 &&
-           std::fread(end.data(), 1, end.size(), file.get()) == end.size() &&
-           std::string_view(end.data(), end.size()) == kEnd;
+/// The document's bytes; none when the library could not make them.
+std::optional<std::string> bytesOf(HPDF_Doc document) {
+    if (HPDF_SaveToStream(document) != HPDF_OK) {
+        return std::nullopt;
+    }
+    HPDF_ResetStream(document);
+    auto size = static_cast<HPDF_UINT32>(HPDF_GetStreamSize(document));
+    std::string bytes(size, '\0');
+    // At the end of the stream the library tells so in place of a success.
+    HPDF_ReadFromStream(document, reinterpret_cast<HPDF_BYTE*>(bytes.data()), &size);
+    return size == bytes.size() ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-/// Why the document could not be saved, in one line; "" when it was.
+/// Why the document could not be saved, in one line; "" when it was. The library itself opens no file for writing: it
+/// takes names in the code page alone, and short ones.
 std::string saveDocument(HPDF_Doc document, const char* fileName) {
+    const std::optional<std::string> bytes = bytesOf(document);
+    if (!bytes) {
+        return "there is not enough memory.";
+    }
     const std::string newName = newReportFileName(fileName);
-    const HPDF_STATUS saved = HPDF_SaveToFile(document, newName.c_str());
-    if (saved == HPDF_FILE_OPEN_ERROR) {
-        // The library's detail is the C library's error number.
-        return std::generic_category().message(static_cast<int>(HPDF_GetErrorDetail(document))) + ".";
+    SetLastError(NO_ERROR);
+    if (writeWholeFile(newName, *bytes)) {
+        return placeNewReport(fileName);
     }
-    if (saved != HPDF_OK || !isWholePdf(newName.c_str())) {
-        return "not all of it could be written. The disk may be full.";
-    }
-    return placeNewReport(fileName);
+    const DWORD error = GetLastError();
+    return error == NO_ERROR || error == ERROR_DISK_FULL ? "not all of it could be written. The disk may be full."
+                                                         : systemErrorText(error);
 }
 
 } // namespace

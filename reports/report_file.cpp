@@ -4,6 +4,7 @@
 #include "base/local_moment.h"
 #include "base/replace_file.h"
 #include "base/system_error.h"
+#include "base/system_path.h"
 #include "reports/report_file_name.h"
 #include "state/event_log.h"
 #include "ui/prompts.h"
@@ -17,7 +18,7 @@ namespace torvane {
 namespace {
 
 bool moveFile(const std::string& from, const std::string& to) {
-    return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
+    return MoveFileExW(systemPath(from).c_str(), systemPath(to).c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
 }
 
 std::string lastReason() {
@@ -42,7 +43,7 @@ struct OlderReport {
 
 OlderReport olderReport(const char* fileName) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (GetFileAttributesExA(fileName, GetFileExInfoStandard, &data) == FALSE) {
+    if (GetFileAttributesExW(systemPath(fileName).c_str(), GetFileExInfoStandard, &data) == FALSE) {
         return {};
     }
     return {true, (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0, momentOf(data.ftLastWriteTime)};
@@ -102,7 +103,7 @@ std::string placeNewReport(const char* fileName) {
 }
 
 void reportNotSaved(const char* fileName, const std::string& reason) {
-    DeleteFileA(newReportFileName(fileName).c_str());
+    DeleteFileW(systemPath(newReportFileName(fileName)).c_str());
     LogEvent("ERROR", "Could not SAVE report file [%s]", fileName);
     prompts::stop("***** REPORT NOT SAVED *****",
                   formatText("Report <%s> could not be saved: %s\n\nNothing was opened, and no older report was "

@@ -2,6 +2,7 @@
 
 #include "base/format.h"
 #include "base/program_folder.h"
+#include "base/system_path.h"
 #include "base/whole_file.h"
 #include "base/worker_thread.h"
 #include "settings/portable_files.h"
@@ -45,8 +46,8 @@ class PortableCopy {
     }
 
     std::optional<LoadedFile> load(const std::string& path) {
-        const UniqueFile file{CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
+        const UniqueFile file{CreateFileW(systemPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                          nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
         if (!file) {
             fail(formatText("Could not find [%s] file. Disk Creation Terminated.", path.c_str()));
             return std::nullopt;
@@ -68,8 +69,9 @@ class PortableCopy {
     }
 
     bool save(const LoadedFile& content, const std::string& path) {
-        UniqueFile file{CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
+        UniqueFile file{CreateFileW(systemPath(path).c_str(), GENERIC_READ | GENERIC_WRITE,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                                    nullptr)};
         if (!file) {
             fail(formatText("Could not create [%s] file. Disk Creation Terminated.", path.c_str()));
             return false;
@@ -87,7 +89,7 @@ class PortableCopy {
 
     /// Half a program or half a table would be taken for a whole one.
     void removeUnfinished(const std::string& path) {
-        if (!DeleteFileA(path.c_str())) {
+        if (!DeleteFileW(systemPath(path).c_str())) {
             LogEvent("ERROR", "Could not remove [%s], which is not whole", path.c_str());
             failure_ += "\nThis file is not whole, and could not be removed.";
         }

@@ -1,6 +1,5 @@
 #include "copy/dialogs/copy_choices.h"
 
-#include "copy/dialogs/free_space.h"
 #include "discovery/drive_volumes.h"
 #include "records/drive_record.h"
 #include "ui/choosers.h"
@@ -45,15 +44,22 @@ bool chooseFolder(FixedText<1024>& folder) {
     return true;
 }
 
-bool chooseImageDestination(FixedText<1024>& folder, const DriveRecord& drive, FreeSpace freeSpace) {
+bool chooseImageDestination(FixedText<1024>& folder, const DriveRecord& drive, VolumeOfFolder volumeOf) {
     if (!chooseFolder(folder)) {
         return false;
     }
-    if (const auto text = notEnoughSpaceText(drive.sizeBytes, freeSpace(folder.view()), folder.view())) {
+    const DestinationVolume volume = volumeOf(folder.view());
+    if (!volume.isThere) {
+        prompts::stop("***** FOLDER NOT REACHED *****", notReachedText(folder.view()).c_str());
+        return false;
+    }
+    const std::int64_t freeBytes = volume.freeBytes.value_or(drive.sizeBytes);
+    if (const auto text = notEnoughSpaceText(drive.sizeBytes, freeBytes, folder.view())) {
         prompts::warn("****** NOT ENOUGH SPACE ******", text->c_str());
         return false;
     }
-    return true;
+    const auto tooLarge = fileTooLargeText(drive.sizeBytes, volume.fileSystem, folder.view());
+    return !tooLarge || prompts::askDefaultNo("***** FILE TOO LARGE FOR FAT32 *****", tooLarge->c_str());
 }
 
 bool chooseSourceImage(FixedText<1024>& image) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/fixed_text.h"
+#include "copy/dialogs/destination_volume.h"
 #include "records/volume_record.h"
 
 #include <cstdint>
@@ -24,11 +25,12 @@ struct DriveRecord;
 /// Lets the user choose the folder that files go to. When the user cancels, `folder` stays as it was.
 [[nodiscard]] bool chooseFolder(FixedText<1024>& folder);
 
-/// Free bytes of the volume that holds a folder.
-using FreeSpace = std::int64_t (*)(std::string_view folder);
+/// Asks the system for the volume that holds a folder.
+using VolumeOfFolder = DestinationVolume (*)(std::string_view folder);
 
-/// Chooses where the image of `drive` goes: asks for the folder, and looks whether its volume has room for the image.
-[[nodiscard]] bool chooseImageDestination(FixedText<1024>& folder, const DriveRecord& drive, FreeSpace freeSpace);
+/// Chooses where the image of `drive` goes: asks for the folder, and looks whether its volume is there and has room for
+/// the image, and for a file as large as that. What the system does not tell stands in nobody's way.
+[[nodiscard]] bool chooseImageDestination(FixedText<1024>& folder, const DriveRecord& drive, VolumeOfFolder volumeOf);
 
 /// Asks for an image file. When the user cancels, silently, `image` is empty.
 [[nodiscard]] bool chooseSourceImage(FixedText<1024>& image);

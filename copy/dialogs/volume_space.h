@@ -1,12 +1,13 @@
 #pragma once
 
-#include <cstdint>
+#include "copy/dialogs/destination_volume.h"
+
 #include <string_view>
 
 namespace torvane {
 
-/// Free bytes of the volume that holds `folder`, by the folder's first two characters: drive letter and colon. 0 when
-/// the system does not tell, as for a folder that has none.
-[[nodiscard]] std::int64_t freeSpaceOfFolder(std::string_view folder);
+/// What the system tells of the volume that holds `folder`. The room of a folder with a letter is its letter's; of any
+/// other, such as one on a share, the folder's own.
+[[nodiscard]] DestinationVolume volumeOfFolder(std::string_view folder);
 
 } // namespace torvane

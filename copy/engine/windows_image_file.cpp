@@ -2,6 +2,7 @@
 
 #include "base/owned_handle.h"
 #include "base/positioned_io.h"
+#include "base/system_path.h"
 #include "copy/engine/whole_sectors.h"
 
 #include <windows.h>
@@ -17,7 +18,7 @@ namespace {
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
 UniqueFile openFile(const std::string& path, DWORD access, DWORD share, DWORD disposition, DWORD flags = 0) {
-    return UniqueFile(CreateFileA(path.c_str(), access, share, nullptr, disposition, flags, nullptr));
+    return UniqueFile(CreateFileW(systemPath(path).c_str(), access, share, nullptr, disposition, flags, nullptr));
 }
 
 UniqueFile openOwn(const std::string& path, DWORD disposition) {

@@ -1,7 +1,7 @@
 #include "copy/jobs/windows_copy_system.h"
 
 #include "admin/disk_part.h"
-#include "base/stdio_file.h"
+#include "base/whole_file.h"
 #include "base/wide_text.h"
 #include "copy/engine/md5_hasher.h"
 #include "copy/engine/windows_image_file.h"
@@ -59,8 +59,7 @@ ImageFileName WindowsCopySystem::nextImageName(std::string_view folder, const Dr
 }
 
 bool WindowsCopySystem::fileExists(const std::string& path) {
-    const DWORD attributes = GetFileAttributesA(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    return isFile(path);
 }
 
 std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path, ImageUse use) {
@@ -68,7 +67,7 @@ std::unique_ptr<ImageFile> WindowsCopySystem::openImage(const std::string& path,
 }
 
 bool WindowsCopySystem::writeTextFile(const std::string& path, std::string_view text) {
-    return writeWholeFile(path.c_str(), text);
+    return writeWholeFile(path, text);
 }
 
 std::unique_ptr<BlockHasher> WindowsCopySystem::makeHasher(HasherFailure& failure) {

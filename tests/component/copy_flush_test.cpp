@@ -6,7 +6,7 @@
 // The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers;
-extern decltype(&CreateFileA) __imp_CreateFileA;
+extern decltype(&CreateFileW) __imp_CreateFileW;
 extern decltype(&ReadFile) __imp_ReadFile;
 }
 // NOLINTEND(bugprone-reserved-identifier)
@@ -243,7 +243,7 @@ TEST_F(FlushedImage, ForensicWithoutItsFlushHasNoHashFileAndIsNoSuccess) {
 
 /// A volume whose medium holds something else than its cache: files that are opened unbuffered come from "medium.img".
 struct Medium {
-    static inline decltype(&CreateFileA) create = nullptr;
+    static inline decltype(&CreateFileW) create = nullptr;
     static inline decltype(&ReadFile) read = nullptr;
     static inline DWORD openError = 0;
     static inline DWORD readError = 0;
@@ -256,7 +256,7 @@ struct Medium {
     };
     static inline std::vector<Read> reads;
 
-    static HANDLE WINAPI createFile(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+    static HANDLE WINAPI createFile(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
                                     DWORD disposition, DWORD flags, HANDLE likeFile) {
         if ((flags & FILE_FLAG_NO_BUFFERING) == 0) {
             return create(path, access, share, security, disposition, flags, likeFile);
@@ -265,7 +265,7 @@ struct Medium {
             SetLastError(openError);
             return INVALID_HANDLE_VALUE; // NOLINT(performance-no-int-to-ptr): the system's own value
         }
-        handle = create("medium.img", access, share, security, disposition, flags, likeFile);
+        handle = create(L"medium.img", access, share, security, disposition, flags, likeFile);
         return handle;
     }
 
@@ -296,7 +296,7 @@ class SplitVolume {
     }
 
   private:
-    ImportPatched<decltype(&CreateFileA)> opening_{__imp_CreateFileA, &Medium::createFile};
+    ImportPatched<decltype(&CreateFileW)> opening_{__imp_CreateFileW, &Medium::createFile};
     ImportPatched<decltype(&ReadFile)> reading_{__imp_ReadFile, &Medium::readFile};
 };
 

@@ -1,5 +1,6 @@
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
+#include "tests/component/long_folder.h"
 
 #include <wincrypt.h>
 
@@ -88,6 +89,30 @@ TEST_F(Forensic, LeavesAnImageAndItsHashFile) {
     EXPECT_EQ(state().raceTrack.animationBlocks, 3);
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
     EXPECT_FALSE(state().jobs.active());
+}
+
+TEST_F(Forensic, IsMadeAndVerifiedInAFolderWithAPathOfAnyLength) {
+    openDrive(3 * kBlock + 512);
+    const testing::HardFolder folder = testing::HardFolder::withLongPath();
+    order_.path = folder.path();
+    user_.expectAsk(kVerify, kVerifyQuestion, true);
+    user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_EQ(folder.content(kImage).size(), 3 * kBlock + 512);
+    EXPECT_THAT(folder.content(kHashFile), ::testing::StartsWith("KVL Data MD5 HASH\n"));
+    EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED, verified");
+}
+
+TEST_F(Forensic, IsMadeAndVerifiedInAFolderWithAForeignName) {
+    openDrive(2 * kBlock);
+    const testing::HardFolder folder = testing::HardFolder::withForeignName();
+    const testing::TextsAreUtf8 utf8;
+    order_.path = folder.path();
+    user_.expectAsk(kVerify, kVerifyQuestion, true);
+    user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+    EXPECT_EQ(run(runForensicImage), 1U);
+    EXPECT_THAT(folder.content(kHashFile), ::testing::StartsWith("KVL Data MD5 HASH\n"));
+    EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED, verified");
 }
 
 TEST_F(Forensic, OfThirtyTwoMebibyteBlocksIsVerified) {

@@ -3,6 +3,7 @@
 #include "discovery/image_file_drive.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
+#include "tests/component/long_folder.h"
 
 #include <algorithm>
 
@@ -10,7 +11,7 @@
 extern "C" {
 extern decltype(&WriteFile) __imp_WriteFile;
 extern decltype(&GetDiskFreeSpaceA) __imp_GetDiskFreeSpaceA;
-extern decltype(&GetFileAttributesA) __imp_GetFileAttributesA;
+extern decltype(&GetFileAttributesW) __imp_GetFileAttributesW;
 extern decltype(&SetThreadExecutionState) __imp_SetThreadExecutionState;
 }
 // NOLINTEND(bugprone-reserved-identifier)
@@ -138,7 +139,7 @@ TEST_F(Image, OfNoNameIsNotTriedForEver) {
     openDrive(kBlock);
     // Whatever is asked for exists.
     const ImportPatched patched(
-        __imp_GetFileAttributesA, +[](LPCSTR) -> DWORD { return FILE_ATTRIBUTE_NORMAL; });
+        __imp_GetFileAttributesW, +[](LPCWSTR) -> DWORD { return FILE_ATTRIBUTE_NORMAL; });
     EXPECT_EQ(run(runImageToFile), 0U);
     EXPECT_EQ(display_.lastStatus(), "Could not CREATE DESTINATION image");
     EXPECT_THAT(events(), ElementsAre(HasSubstr("ERROR: No image number is free after [")));
@@ -282,13 +283,84 @@ TEST(FreeSpaceOfFolder, AsksForTheVolumeByItsFirstTwoCharacters) {
             *freeClusters = 4000000000;
             return TRUE;
         });
-    EXPECT_EQ(freeSpaceOfFolder("E:\\Images\\a"), 16384000000000);
+    EXPECT_EQ(volumeOfFolder("E:\\Images\\a").freeBytes, 16384000000000);
     EXPECT_EQ(asked, "E:");
 }
 
-TEST(FreeSpaceOfFolder, IsZeroWhereTheSystemDoesNotTell) {
-    EXPECT_EQ(freeSpaceOfFolder("\\\\server\\share"), 0);
-    EXPECT_EQ(freeSpaceOfFolder(""), 0);
+TEST(VolumeOfFolder, IsNotToldOfWhatIsNowhere) {
+    for (const char* nowhere : {"\\\\server\\share", ""}) {
+        const DestinationVolume volume = volumeOfFolder(nowhere);
+        EXPECT_TRUE(volume.isThere);
+        EXPECT_EQ(volume.freeBytes, std::nullopt);
+        EXPECT_EQ(volume.fileSystem, "");
+    }
+}
+
+TEST(VolumeOfFolder, OfAShareIsAskedByTheFolderItself) {
+    testing::TestBench bench;
+    bench.describe(R"({"shares": [{"name": "\\\\server\\share", "freeSpace": "10 GiB", "fileSystem": "FAT32"}]})");
+    bench.open();
+    for (const char* folder : {"\\\\server\\share", "\\\\server\\share\\", "\\\\server\\share\\images"}) {
+        const DestinationVolume volume = volumeOfFolder(folder);
+        EXPECT_EQ(volume.freeBytes, 10LL << 30) << folder;
+        EXPECT_EQ(volume.fileSystem, "FAT32") << folder;
+    }
+    const std::string longFolder = "\\\\server\\share\\" + std::string(300, 'n');
+    EXPECT_EQ(volumeOfFolder(longFolder).freeBytes, 10LL << 30);
+}
+
+TEST(VolumeOfFolder, OfALetterIsTheLetters) {
+    testing::TestBench bench;
+    bench.addDrive(R"({"number": 2, "bus": "usb", "size": "64 MiB", "volumes": [{"letter": "K", "fileSystem": "FAT32",
+        "freeSpace": "5 MiB", "extents": [{"offset": "1 MiB", "length": "32 MiB"}]}]})");
+    bench.open();
+    const DestinationVolume volume = volumeOfFolder("K:\\images");
+    EXPECT_TRUE(volume.isThere);
+    EXPECT_EQ(volume.freeBytes, 5LL << 20);
+    EXPECT_EQ(volume.fileSystem, "FAT32");
+}
+
+TEST(VolumeOfFolder, OfALetterThatTheUserAloneHasIsNotThere) {
+    testing::TestBench bench;
+    bench.open();
+    const DestinationVolume volume = volumeOfFolder("Q:\\images");
+    EXPECT_FALSE(volume.isThere) << "a share that Windows has mapped for the user who is not elevated";
+    EXPECT_EQ(volume.freeBytes, std::nullopt);
+}
+
+TEST_F(Image, IsMadeInAFolderWithAPathOfAnyLength) {
+    openDrive(3 * kBlock + 512);
+    const testing::HardFolder folder = testing::HardFolder::withLongPath();
+    order_.path = folder.path();
+    EXPECT_EQ(run(runImageToFile), 1U);
+    EXPECT_EQ(display_.lastStatus(), " Image  SUCCESSFULLY Completed");
+    EXPECT_TRUE(folder.content(kImage) == noise(7, 0, 3 * kBlock + 512));
+    EXPECT_EQ(folder.files(), 1U);
+}
+
+TEST_F(Image, IsMadeInAFolderWithAForeignName) {
+    openDrive(2 * kBlock);
+    const testing::HardFolder folder = testing::HardFolder::withForeignName();
+    const testing::TextsAreUtf8 utf8;
+    order_.path = folder.path();
+    EXPECT_EQ(run(runImageToFile), 1U);
+    EXPECT_TRUE(folder.content(kImage) == noise(7, 0, 2 * kBlock));
+}
+
+/// The bench's description of the letter under which the test's folder lies.
+std::string currentLetterWith(const std::string& fields) {
+    return std::string(R"({"volumes": [{"letter": ")") + std::filesystem::current_path().string().front() + R"(", )" +
+           fields + "}]}";
+}
+
+TEST_F(Image, OnAFat32VolumeEndsAtTheLargestFileAsWithAnyFailedWrite) {
+    bench_.describe(currentLetterWith(R"("fileSystem": "FAT32", "largestFile": )" + std::to_string(3 * kBlock - 1)));
+    openDrive(5 * kBlock);
+    EXPECT_EQ(run(runImageToFile), 0U);
+    EXPECT_EQ(display_.lastStatus(), "Could not WRITE to DESTINATION image");
+    EXPECT_TRUE(readFile(kImage) == noise(7, 0, 2 * kBlock)) << "nothing of the block that reaches over the end";
+    EXPECT_THAT(bench_.log("request=write result=ERROR_DISK_FULL"), ::testing::SizeIs(1));
+    EXPECT_EQ(lastDriveStatus(*source_), "BAD not completed, 1 failed write");
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "base/owned_handle.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
+#include "tests/component/long_folder.h"
 
 // The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
@@ -44,6 +45,17 @@ TEST_F(ImageToDrive, OntoADiskWithMountedVolumesArrivesWhole) {
     EXPECT_EQ(state().raceTrack.carX, 760);
     EXPECT_EQ(state().raceTrack.carY, 182);
     EXPECT_EQ(lastDriveStatus(*destination_), "COMPLETED");
+}
+
+TEST_F(ImageToDrive, ReadsAnImageInAFolderWithAPathOfAnyLength) {
+    openDrive(2 * kBlock, 2 * kBlock);
+    const testing::HardFolder folder = testing::HardFolder::withLongPath();
+    const std::string image = folder.path() + "\\disk.img";
+    std::filesystem::rename("disk.img", "\\\\?\\" + image);
+    order_.path = image;
+    EXPECT_EQ(run(runImageToDrive), 1U);
+    EXPECT_TRUE(arrived(0, 2 * kBlock));
+    keptImages().clear();
 }
 
 TEST_F(ImageToDrive, AsTheProgramRunsIt) {

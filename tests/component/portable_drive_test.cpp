@@ -4,8 +4,10 @@
 #include "settings/portable_files.h"
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
+#include "tests/component/long_folder.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/started_threads.h"
+#include "tests/component/test_bench.h"
 #include "tests/support/recording_main_view.h"
 #include "tests/support/scripted_prompts.h"
 
@@ -146,6 +148,25 @@ TEST_F(PortableDrive, CopiesThirtyFiveFilesInOrderAndSaysSo) {
     EXPECT_EQ(expected.size(), 35U);
     EXPECT_EQ(rows, expected);
     EXPECT_EQ(copied().size(), 34U) << "one file stands in the list twice";
+}
+
+/// On a bench, where no path is let through that Windows does not.
+TEST_F(PortableDrive, IsMadeInAFolderWithAPathOfAnyLength) {
+    testing::TestBench bench;
+    bench.open();
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    const testing::HardFolder folder = testing::HardFolder::withLongPath();
+    EXPECT_EQ(CopyPortableFiles(folder.path(), place()), 1U);
+    EXPECT_EQ(folder.files(), 34U);
+    EXPECT_EQ(folder.content("Torvane.exe"), contentOf("Torvane.exe"));
+}
+
+TEST_F(PortableDrive, IsMadeInAFolderWithAForeignName) {
+    user_.expectInform("DISK CREATED", "Technicians Disk Created");
+    const testing::HardFolder folder = testing::HardFolder::withForeignName();
+    const testing::TextsAreUtf8 utf8;
+    EXPECT_EQ(CopyPortableFiles(folder.path(), place()), 1U);
+    EXPECT_EQ(folder.content("license.txt"), contentOf("license.txt"));
 }
 
 TEST_F(PortableDrive, TheListIsKeptInItsOrderWithItsDuplicate) {

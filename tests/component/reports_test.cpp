@@ -21,13 +21,12 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <set>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 // The linker puts this in the place of the library's function (--wrap), for the test in which it fails.
@@ -35,11 +34,11 @@ extern "C" {
 HPDF_Doc __real_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT: the linker's names
 HPDF_Doc __wrap_HPDF_New(HPDF_Error_Handler handler, void* data); // NOLINT
 
-extern decltype(&std::fopen) __imp_fopen;                  // NOLINT
-extern decltype(&std::fwrite) __imp_fwrite;                // NOLINT
+extern decltype(&CreateFileW) __imp_CreateFileW;           // NOLINT
 extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers; // NOLINT
-extern decltype(&MoveFileExA) __imp_MoveFileExA;           // NOLINT
+extern decltype(&MoveFileExW) __imp_MoveFileExW;           // NOLINT
 extern decltype(&GetACP) __imp_GetACP;                     // NOLINT
+extern decltype(&WriteFile) __imp_WriteFile;               // NOLINT
 }
 
 namespace {
@@ -437,9 +436,9 @@ TEST_F(Reports, ThatDoNotReachTheDiskAreTold) {
 // The moves that fail, counted from 0.
 std::vector<int> failingMoves;
 int moves = 0;
-decltype(&MoveFileExA) realMove = nullptr;
+decltype(&MoveFileExW) realMove = nullptr;
 
-BOOL WINAPI moveUnlessItFails(LPCSTR from, LPCSTR to, DWORD flags) {
+BOOL WINAPI moveUnlessItFails(LPCWSTR from, LPCWSTR to, DWORD flags) {
     if (std::ranges::find(failingMoves, moves++) != failingMoves.end()) {
         SetLastError(ERROR_ACCESS_DENIED);
         return FALSE;
@@ -456,7 +455,7 @@ class ReportsThatCannotBePlaced : public Reports {
     }
 
   private:
-    ImportPatched<decltype(&MoveFileExA)> patched_{__imp_MoveFileExA, &moveUnlessItFails};
+    ImportPatched<decltype(&MoveFileExW)> patched_{__imp_MoveFileExW, &moveUnlessItFails};
 };
 
 TEST_F(ReportsThatCannotBePlaced, AreToldWhereNoOlderOneIs) {
@@ -491,43 +490,45 @@ TEST_F(ReportsThatCannotBePlaced, TellWhereTheOlderOneIsThatCannotBePutBack) {
 }
 
 // A folder in which nobody may make a file; Wine lets root into each.
-decltype(&std::fopen) realOpen = nullptr;
+decltype(&CreateFileW) realCreate = nullptr;
 
-std::FILE* openNothingForWriting(const char* name, const char* mode) {
-    if (std::string(mode).find('w') != std::string::npos) {
-        errno = EACCES;
-        return nullptr;
+HANDLE WINAPI createNothing(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD disposition,
+                            DWORD flags, HANDLE likeFile) {
+    if (disposition == CREATE_ALWAYS) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return INVALID_HANDLE_VALUE;
     }
-    return realOpen(name, mode);
+    return realCreate(name, access, share, security, disposition, flags, likeFile);
 }
 
 TEST_F(Reports, InAReadOnlyFolderAreTold) {
     drive_.smartType = kSmartTypeStandard;
-    realOpen = __imp_fopen;
-    ::testing::internal::CaptureStdout();
+    realCreate = __imp_CreateFileW;
     {
-        const ImportPatched readOnly(__imp_fopen, &openNothingForWriting);
-        createInVain(std::generic_category().message(EACCES) + ".");
+        const ImportPatched readOnly(__imp_CreateFileW, &createNothing);
+        createInVain(systemErrorText(ERROR_ACCESS_DENIED));
     }
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "ERROR: error_no=1017, detail_no=13\n")
-        << "HPDF_FILE_OPEN_ERROR, EACCES";
     EXPECT_FALSE(fs::exists(kFileName));
 }
 
-// A disk with room for so many bytes. Without `honest`, the writer is told that all is well, as it is when the bytes
-// only reach a buffer.
+// A disk with room for so many bytes of a report, whose files begin with "%PDF". Without `honest`, the write that does
+// not fit succeeds with what did.
 std::size_t roomLeft = 0;
 bool honest = true;
-decltype(&std::fwrite) realWrite = nullptr;
+decltype(&WriteFile) realWrite = nullptr;
 
-std::size_t writeWhileThereIsRoom(const void* bytes, std::size_t size, std::size_t count, std::FILE* file) {
-    if (file == stdout || file == stderr) {
-        return realWrite(bytes, size, count, file);
+BOOL WINAPI writeWhileThereIsRoom(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD written, LPOVERLAPPED place) {
+    if (size < 4 || std::memcmp(bytes, "%PDF", 4) != 0) {
+        return realWrite(file, bytes, size, written, place);
     }
-    const std::size_t written = std::min(size * count, roomLeft);
-    roomLeft -= written;
-    realWrite(bytes, 1, written, file);
-    return honest ? written / size : count;
+    const auto fits = static_cast<DWORD>(std::min<std::size_t>(size, roomLeft));
+    roomLeft -= fits;
+    const BOOL done = realWrite(file, bytes, fits, written, place);
+    if (done == FALSE || honest) {
+        SetLastError(ERROR_DISK_FULL);
+        return FALSE;
+    }
+    return TRUE;
 }
 
 class ReportsOnAFullDisk : public Reports, public ::testing::WithParamInterface<bool> {};
@@ -536,11 +537,11 @@ TEST_P(ReportsOnAFullDisk, AreToldAndCostNoOlderOne) {
     drive_.smartType = kSmartTypeStandard;
     writeFile(kFileName, "an older report");
     honest = GetParam();
-    realWrite = __imp_fwrite;
+    realWrite = __imp_WriteFile;
     for (const std::size_t room : {std::size_t{0}, std::size_t{1000}, std::size_t{4000}}) {
         roomLeft = room;
         {
-            const ImportPatched full(__imp_fwrite, &writeWhileThereIsRoom);
+            const ImportPatched full(__imp_WriteFile, &writeWhileThereIsRoom);
             createInVain("not all of it could be written. The disk may be full.");
         }
         EXPECT_EQ(roomLeft, 0U) << "the disk was filled";
@@ -549,7 +550,44 @@ TEST_P(ReportsOnAFullDisk, AreToldAndCostNoOlderOne) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ReportsOnAFullDisk, ::testing::Bool(),
-                         [](const auto& test) { return test.param ? "ToldAtOnce" : "FoundOutLater"; });
+                         [](const auto& test) { return test.param ? "Told" : "CutShort"; });
+
+/// The program's folder is as long as a current folder may be, and the report's name reaches over the rest.
+TEST_F(Reports, AreMadeWhereTheirWholePathIsLong) {
+    drive_.smartType = kSmartTypeStandard;
+    const fs::path before = fs::current_path();
+    const std::size_t room = 245 - before.wstring().size();
+    fs::create_directory(std::string(room, 'n'));
+    for (const char* icon : kIcons) {
+        fs::copy_file(icon, fs::path(std::string(room, 'n')) / icon);
+    }
+    fs::current_path(before / std::string(room, 'n'));
+    ASSERT_GT((fs::current_path() / kNewFileName).wstring().size(), 260U);
+    create(kFileName);
+    create(kFileName);
+    const std::wstring longForm = L"\\\\?\\" + fs::current_path().wstring();
+    fs::current_path(before);
+    std::size_t reports = 0;
+    for (const auto& file : fs::directory_iterator(longForm)) {
+        reports += file.path().extension() == ".pdf" && file.file_size() > 1000 ? 1 : 0;
+    }
+    EXPECT_EQ(reports, 2U) << "the older one is kept beside the new one";
+    fs::remove_all(longForm);
+}
+
+TEST_F(Reports, InAFolderWithAForeignNameAreMade) {
+    drive_.smartType = kSmartTypeStandard;
+    const fs::path before = fs::current_path();
+    const fs::path folder = before / L"Bilder \u00e4\u00f6\u00fc \u0421\u043d\u0438\u043c\u043a\u0438";
+    fs::create_directory(folder);
+    for (const char* icon : kIcons) {
+        fs::copy_file(icon, folder / icon);
+    }
+    fs::current_path(folder);
+    create(kFileName);
+    EXPECT_TRUE(fs::exists(kFileName));
+    fs::current_path(before);
+}
 
 TEST_F(Reports, LeaveNothingOpen) {
     drive_.smartType = kSmartTypeStandard;

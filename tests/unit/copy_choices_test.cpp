@@ -17,12 +17,14 @@ constexpr const char* kDestinationCaption = "***** ERROR Destination Drive *****
 
 class CopyChoices : public ::testing::Test {
   protected:
-    /// The folder that was asked for, and what is free on its volume.
+    CopyChoices() { volume = {}; }
+
+    /// The folder that was asked for, and what is told of its volume.
     static inline std::string askedFolder;
-    static inline std::int64_t freeBytes = 0;
-    static std::int64_t freeSpace(std::string_view folder) {
+    static inline DestinationVolume volume;
+    static DestinationVolume volumeOf(std::string_view folder) {
         askedFolder = folder;
-        return freeBytes;
+        return volume;
     }
 
     FixedText<1024> folder_;
@@ -88,9 +90,9 @@ TEST_F(CopyChoices, ACancelledFolderIsToldAndKeepsTheLast) {
 TEST_F(CopyChoices, AnImageGoesWhereThereIsRoom) {
     DriveRecord drive;
     drive.sizeBytes = 1000;
-    freeBytes = 1000;
+    volume.freeBytes = 1000;
     choosers_.choose("E:\\Images");
-    EXPECT_TRUE(chooseImageDestination(folder_, drive, freeSpace));
+    EXPECT_TRUE(chooseImageDestination(folder_, drive, volumeOf));
     EXPECT_EQ(folder_.view(), "E:\\Images");
     EXPECT_EQ(askedFolder, "E:\\Images");
 }
@@ -99,18 +101,49 @@ TEST_F(CopyChoices, AnImageWithoutADestinationIsNotMade) {
     const DriveRecord drive;
     choosers_.choose(std::nullopt);
     user_.expectStop(kFolderCaption, "Please choose a destination folder.");
-    EXPECT_FALSE(chooseImageDestination(folder_, drive, freeSpace));
+    EXPECT_FALSE(chooseImageDestination(folder_, drive, volumeOf));
 }
 
-TEST_F(CopyChoices, AnImageOnAShareHasNoRoomAsFarAsTheSystemTells) {
+TEST_F(CopyChoices, AnImageThatDoesNotFitIsNotMade) {
     DriveRecord drive;
     drive.sizeBytes = 1000;
-    freeBytes = 0;
+    volume.freeBytes = 0;
     choosers_.choose("\\\\server\\share");
     user_.expectWarn("****** NOT ENOUGH SPACE ******",
                      "IMAGE Drive is [1000 bytes]. This is [1000 bytes] greater than the total FREE SPACE of [0 bytes] "
                      "on Destination Volume [\\\\server\\share]. Imaging Cancelled");
-    EXPECT_FALSE(chooseImageDestination(folder_, drive, freeSpace));
+    EXPECT_FALSE(chooseImageDestination(folder_, drive, volumeOf));
+}
+
+TEST_F(CopyChoices, WhatTheSystemDoesNotTellStandsInNobodysWay) {
+    DriveRecord drive;
+    drive.sizeBytes = 1LL << 40;
+    choosers_.choose("\\\\server\\share");
+    EXPECT_TRUE(chooseImageDestination(folder_, drive, volumeOf));
+}
+
+TEST_F(CopyChoices, AFolderWhoseLetterNothingHasIsNotReached) {
+    const DriveRecord drive;
+    volume.isThere = false;
+    choosers_.choose("X:\\Images");
+    user_.expectStop(
+        "***** FOLDER NOT REACHED *****",
+        "The folder [X:\\Images] cannot be reached. Nothing was made. A letter that Windows has mapped to a "
+        "share for you does not count for a program that runs as administrator: choose the share by its "
+        "name, \\\\server\\share");
+    EXPECT_FALSE(chooseImageDestination(folder_, drive, volumeOf));
+}
+
+TEST_F(CopyChoices, AnImageThatAFat32VolumeCannotHoldIsMadeWhenTheUserWantsIt) {
+    DriveRecord drive;
+    drive.sizeBytes = 8000000000;
+    volume = {.freeBytes = 9000000000, .fileSystem = "FAT32"};
+    const std::string text = *fileTooLargeText(8000000000, "FAT32", "E:\\Images");
+    for (const bool wanted : {false, true}) {
+        choosers_.choose("E:\\Images");
+        user_.expectAskDefaultNo("***** FILE TOO LARGE FOR FAT32 *****", text, wanted);
+        EXPECT_EQ(chooseImageDestination(folder_, drive, volumeOf), wanted);
+    }
 }
 
 TEST_F(CopyChoices, ASourceImageIsRemembered) {

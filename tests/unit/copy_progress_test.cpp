@@ -1,6 +1,5 @@
 #include "copy/jobs/copy_progress.h"
 
-#include "copy/dialogs/free_space.h"
 #include "copy/jobs/track.h"
 
 #include <gtest/gtest.h>
@@ -73,18 +72,6 @@ TEST(CarPosition, RunsBackForAReverseClone) {
 TEST(StatusLine, EndsInThePercentSignAndTheNumber) {
     EXPECT_EQ(statusLine(" Status", "00:01:02", 37), " Status: 00:01:02 -- %37");
     EXPECT_EQ(statusLine(" Image Status", "00:00:00", 0), " Image Status: 00:00:00 -- %0");
-}
-
-TEST(NotEnoughSpaceText, IsSilentWhenTheImageFits) {
-    EXPECT_EQ(notEnoughSpaceText(1000, 1001, "E:\\x"), std::nullopt);
-    EXPECT_EQ(notEnoughSpaceText(1000, 1000, "E:\\x"), std::nullopt) << "equal is enough";
-    EXPECT_EQ(notEnoughSpaceText(0, 0, ""), std::nullopt);
-}
-
-TEST(NotEnoughSpaceText, TellsSizeShortageAndFreeSpace) {
-    EXPECT_EQ(notEnoughSpaceText(500107862016, 107862016, "E:\\Images 100%s"),
-              "IMAGE Drive is [500107862016 bytes]. This is [500000000000 bytes] greater than the total FREE SPACE of "
-              "[107862016 bytes] on Destination Volume [E:\\Images 100%s]. Imaging Cancelled");
 }
 
 } // namespace

@@ -21,6 +21,19 @@ void readTool(ObjectReader& reader, ToolDescription& tool) {
     reader.text("delayOnly", tool.delayOnly);
 }
 
+ShareDescription readShare(ObjectReader& reader) {
+    ShareDescription share;
+    reader.require("name");
+    reader.text("name", share.name);
+    reader.text("fileSystem", share.fileSystem, 16);
+    reader.require("freeSpace");
+    reader.size("freeSpace", share.freeSpace);
+    if (reader.has("name") && (!share.name.starts_with("\\\\") || share.name.ends_with('\\'))) {
+        reader.fail("name", R"(expected a name like "\\server\share")");
+    }
+    return share;
+}
+
 void readBenchFile(const DescriptionFile& source, BenchDescription& bench, Mistake& mistake) {
     const ReadingFile file{source.name, mistake};
     const Json content = parseJson(file, source.content);
@@ -32,6 +45,7 @@ void readBenchFile(const DescriptionFile& source, BenchDescription& bench, Mista
     reader.text("computer", bench.computer, 63);
     reader.boolean("automount", bench.automount);
     reader.list("volumes", [&](ObjectReader& item) { bench.volumes.push_back(readVolume(item, std::nullopt)); });
+    reader.list("shares", [&](ObjectReader& item) { bench.shares.push_back(readShare(item)); });
     reader.object("tools", [&](ObjectReader& tools) {
         tools.object("diskpart", [&](ObjectReader& tool) { readTool(tool, bench.diskpart); });
         tools.object("powershell", [&](ObjectReader& tool) { readTool(tool, bench.powershell); });

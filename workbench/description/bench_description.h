@@ -30,6 +30,7 @@ struct BenchDescription {
     bool automount = true;
     ToolDescription diskpart;
     ToolDescription powershell;
+    std::vector<ShareDescription> shares;
     std::vector<DriveDescription> drives;   ///< by number, ascending
     std::vector<VolumeDescription> volumes; ///< by letter, ascending; those of bench.json and of every drive
 

@@ -93,6 +93,10 @@ VolumeDescription readVolume(ObjectReader& reader, std::optional<std::uint32_t> 
     readSerial(reader, volume.serial);
     reader.size("totalSpace", volume.totalSpace);
     reader.size("freeSpace", volume.freeSpace);
+    if (volume.fileSystem == "FAT" || volume.fileSystem == "FAT32") {
+        volume.largestFile = 0xFFFFFFFF;
+    }
+    reader.size("largestFile", volume.largestFile);
     reader.object("bitLocker", [&](ObjectReader& object) { readBitLocker(object, volume.bitLocker); });
     reader.object("faults", [&](ObjectReader& object) {
         object.error("open", volume.openError);

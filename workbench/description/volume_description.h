@@ -45,8 +45,9 @@ struct VolumeDescription {
     std::string label;
     std::string fileSystem = "NTFS";
     std::uint32_t serial = 0;
-    std::optional<std::uint64_t> totalSpace; ///< bytes
-    std::optional<std::uint64_t> freeSpace;  ///< bytes
+    std::optional<std::uint64_t> totalSpace;  ///< bytes
+    std::optional<std::uint64_t> freeSpace;   ///< bytes
+    std::optional<std::uint64_t> largestFile; ///< bytes; none: the file system has no such limit
     BitLockerDescription bitLocker;
     std::optional<std::uint32_t> openError;
     std::optional<std::uint32_t> extentsError;
@@ -59,6 +60,13 @@ struct VolumeDescription {
         }
         return sum;
     }
+};
+
+/// A folder that another computer shares.
+struct ShareDescription {
+    std::string name; ///< "\\server\share"
+    std::string fileSystem = "NTFS";
+    std::uint64_t freeSpace = 0; ///< bytes
 };
 
 } // namespace torvane::bench

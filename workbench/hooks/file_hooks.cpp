@@ -1,6 +1,7 @@
 #include "workbench/description/error_names.h"
 #include "workbench/hooks/hook_functions.h"
 #include "workbench/hooks/hooks.h"
+#include "workbench/hooks/path_hooks.h"
 #include "workbench/session/control.h"
 #include "workbench/session/transfer.h"
 #include "workbench/session/win32_text.h"
@@ -59,32 +60,65 @@ HANDLE openPath(const std::shared_ptr<BenchSession>& session, std::wstring_view 
     return session->openDevice(parseDevicePath(path), {path, access, disposition, security});
 }
 
+/// A file of a volume whose file system ends files at some size is remembered with it.
+HANDLE remembered(const std::shared_ptr<BenchSession>& session, LPCWSTR path, HANDLE file) {
+    if (session && file != INVALID_HANDLE_VALUE) {
+        const std::wstring whole = absolutePath(path);
+        const VolumeDescription* const volume = whole.size() >= 2 && whole[1] == L':'
+                                                    ? session->description().volume(rootLetter(whole.substr(0, 2)))
+                                                    : nullptr;
+        if (volume != nullptr && volume->largestFile) {
+            session->addFile(file, *volume);
+        }
+    }
+    return file;
+}
+
+// As the system's driver for FAT: nothing of a write that reaches past the largest file is stored.
+bool refusesLargeFile(HANDLE file, DWORD length, const OVERLAPPED* overlapped) {
+    const auto session = currentSession();
+    const VolumeDescription* const volume = session ? session->volumeOfFile(file) : nullptr;
+    if (volume == nullptr) {
+        return false;
+    }
+    LARGE_INTEGER position{};
+    SetFilePointerEx(file, {}, &position, FILE_CURRENT);
+    const std::uint64_t place = placeOf(overlapped).value_or(static_cast<std::uint64_t>(position.QuadPart));
+    if (place + length <= *volume->largestFile) {
+        return false;
+    }
+    LogLine line(std::string("volume:") + volume->letter, "write");
+    session->folder().log(line.number("offset", place).number("length", length).result(ERROR_DISK_FULL));
+    return true;
+}
+
 HANDLE WINAPI createFileW(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD disposition,
                           DWORD flags, HANDLE likeFile) {
     const auto session = currentSession();
     if (session && path != nullptr && parseDevicePath(path).kind != PathKind::kOrdinary) {
         return openPath(session, path, access, security, disposition);
     }
-    return CreateFileW(path, access, share, security, disposition, flags, likeFile);
+    return refusesLongPath(path)
+               ? INVALID_HANDLE_VALUE
+               : remembered(session, path, CreateFileW(path, access, share, security, disposition, flags, likeFile));
 }
 
 HANDLE WINAPI createFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD disposition,
                           DWORD flags, HANDLE likeFile) {
     const auto session = currentSession();
-    if (session && path != nullptr) {
-        const std::wstring wide = wideFromAnsi(path);
-        if (parseDevicePath(wide).kind != PathKind::kOrdinary) {
-            return openPath(session, wide, access, security, disposition);
-        }
+    if (!session || path == nullptr) {
+        return CreateFileA(path, access, share, security, disposition, flags, likeFile);
     }
-    return CreateFileA(path, access, share, security, disposition, flags, likeFile);
+    return createFileW(wideFromAnsi(path).c_str(), access, share, security, disposition, flags, likeFile);
 }
 
 BOOL WINAPI closeHandle(HANDLE handle) {
     if (const Found found = findDevice(handle)) {
         LogLine line(found.device->target(), "close");
         found.session->folder().log(line.result(0));
-        found.session->forget(handle);
+    }
+    if (const auto session = currentSession()) {
+        session->forget(handle);
     }
     return CloseHandle(handle);
 }
@@ -118,7 +152,8 @@ BOOL WINAPI readFile(HANDLE handle, LPVOID buffer, DWORD length, LPDWORD bytes, 
 BOOL WINAPI writeFile(HANDLE handle, LPCVOID buffer, DWORD length, LPDWORD bytes, LPOVERLAPPED overlapped) {
     const Found found = findDevice(handle);
     if (!found) {
-        return WriteFile(handle, buffer, length, bytes, overlapped);
+        return refusesLargeFile(handle, length, overlapped) ? finish(ERROR_DISK_FULL, 0, bytes, overlapped)
+                                                            : WriteFile(handle, buffer, length, bytes, overlapped);
     }
     const TransferResult result = writeDevice(*found.session, *found.device, handle, placeOf(overlapped),
                                               {static_cast<const std::uint8_t*>(buffer), length});

@@ -12,6 +12,7 @@ namespace torvane::bench {
 
 [[nodiscard]] std::span<const Replacement> fileReplacements();
 [[nodiscard]] std::span<const Replacement> volumeReplacements();
+[[nodiscard]] std::span<const Replacement> pathReplacements();
 [[nodiscard]] std::span<const Replacement> processReplacements();
 
 /// The patch that is in force; set by `installHooks`. For functions that load modules or look functions up.

@@ -1,12 +1,14 @@
 #include "workbench/description/error_names.h"
 #include "workbench/hooks/hook_functions.h"
 #include "workbench/hooks/hooks.h"
+#include "workbench/hooks/path_hooks.h"
 #include "workbench/session/win32_text.h"
 
 #include <algorithm>
 #include <array>
 #include <limits>
 #include <string>
+#include <string_view>
 
 namespace torvane::bench {
 namespace {
@@ -91,9 +93,62 @@ BOOL giveInformation(const FoundVolume& found, Character* name, DWORD nameCapaci
     return TRUE;
 }
 
+// A share of the bench that holds the path, the session with it; the long form of paths counts, too.
+struct FoundShare {
+    std::shared_ptr<BenchSession> session;
+    const ShareDescription* share = nullptr;
+    std::wstring name; ///< with a backslash at its end
+};
+
+FoundShare findShare(LPCWSTR path) {
+    FoundShare found{.session = currentSession()};
+    if (!found.session || path == nullptr || *path == L'\0') {
+        return found;
+    }
+    const std::wstring whole = absolutePath(path) + L"\\";
+    for (const ShareDescription& share : found.session->description().shares) {
+        const std::wstring name = wideFromBytes(share.name) + L"\\";
+        if (whole.starts_with(name)) {
+            found.share = &share;
+            found.name = name;
+        }
+    }
+    return found;
+}
+
+BOOL giveShareInformation(const FoundShare& found, LPCWSTR root, LPWSTR system, DWORD systemCapacity) {
+    if (found.name != root) {
+        return fail(ERROR_DIR_NOT_ROOT);
+    }
+    return give(system, systemCapacity, wideFromBytes(found.share->fileSystem)) ? TRUE : fail(ERROR_BAD_LENGTH);
+}
+
+BOOL giveShareSpace(const FoundShare& found, LPCWSTR path, PULARGE_INTEGER available) {
+    // "If this parameter is a UNC name, it must include a trailing backslash".
+    if (!std::wstring_view(path).ends_with(L'\\')) {
+        return fail(ERROR_INVALID_NAME);
+    }
+    available->QuadPart = found.share->freeSpace;
+    return TRUE;
+}
+
+BOOL WINAPI getVolumePathNameW(LPCWSTR path, LPWSTR root, DWORD capacity) {
+    if (const FoundShare found = findShare(path); found.share != nullptr) {
+        return give(root, capacity, found.name) ? TRUE : fail(ERROR_FILENAME_EXCED_RANGE);
+    }
+    const std::wstring letter = path == nullptr ? std::wstring() : absolutePath(path).substr(0, 2);
+    if (findVolume(letter.c_str()).described != nullptr) {
+        return give(root, capacity, letter + L"\\") ? TRUE : fail(ERROR_FILENAME_EXCED_RANGE);
+    }
+    return GetVolumePathNameW(path, root, capacity);
+}
+
 BOOL WINAPI getVolumeInformationW(LPCWSTR root, LPWSTR name, DWORD nameCapacity, LPDWORD serial, LPDWORD longest,
                                   LPDWORD flags, LPWSTR system, DWORD systemCapacity) {
     const FoundVolume found = findVolume(root);
+    if (const FoundShare share = findShare(root); share.share != nullptr) {
+        return giveShareInformation(share, root, system, systemCapacity);
+    }
     if (found.described == nullptr) {
         return GetVolumeInformationW(root, name, nameCapacity, serial, longest, flags, system, systemCapacity);
     }
@@ -173,6 +228,9 @@ BOOL giveBytes(const FoundVolume& found, PULARGE_INTEGER available, PULARGE_INTE
 
 BOOL WINAPI getDiskFreeSpaceExW(LPCWSTR root, PULARGE_INTEGER available, PULARGE_INTEGER total, PULARGE_INTEGER free) {
     const FoundVolume found = findVolume(root);
+    if (const FoundShare share = findShare(root); share.share != nullptr) {
+        return giveShareSpace(share, root, available);
+    }
     return answersFreeSpace(found) ? giveBytes(found, available, total, free)
                                    : GetDiskFreeSpaceExW(root, available, total, free);
 }
@@ -220,6 +278,7 @@ std::span<const Replacement> volumeReplacements() {
         Replacement{"GetDiskFreeSpaceW", hookAddress(getDiskFreeSpaceW)},
         Replacement{"GetDiskFreeSpaceExA", hookAddress(getDiskFreeSpaceExA)},
         Replacement{"GetDiskFreeSpaceExW", hookAddress(getDiskFreeSpaceExW)},
+        Replacement{"GetVolumePathNameW", hookAddress(getVolumePathNameW)},
         Replacement{"GetDriveTypeA", hookAddress(getDriveTypeA)},
         Replacement{"GetDriveTypeW", hookAddress(getDriveTypeW)},
     };

@@ -150,9 +150,21 @@ void BenchSession::addDuplicate(HANDLE handle, std::shared_ptr<OpenDevice> devic
     handles_[handle] = std::move(device);
 }
 
+void BenchSession::addFile(HANDLE handle, const VolumeDescription& volume) {
+    const std::unique_lock lock(handlesMutex_);
+    files_[handle] = &volume;
+}
+
+const VolumeDescription* BenchSession::volumeOfFile(HANDLE handle) {
+    const std::shared_lock lock(handlesMutex_);
+    const auto found = files_.find(handle);
+    return found == files_.end() ? nullptr : found->second;
+}
+
 void BenchSession::forget(HANDLE handle) {
     const std::unique_lock lock(handlesMutex_);
     handles_.erase(handle);
+    files_.erase(handle);
 }
 
 } // namespace torvane::bench

@@ -59,6 +59,10 @@ class BenchSession {
     [[nodiscard]] std::shared_ptr<OpenDevice> find(HANDLE handle);
     /// Registers a duplicate of a handle that `find` knows.
     void addDuplicate(HANDLE handle, std::shared_ptr<OpenDevice> device);
+    /// Remembers an ordinary file that lies on a volume of the bench.
+    void addFile(HANDLE handle, const VolumeDescription& volume);
+    /// Null for a handle that was not remembered so.
+    [[nodiscard]] const VolumeDescription* volumeOfFile(HANDLE handle);
     /// Forgets a handle that is about to be closed.
     void forget(HANDLE handle);
 
@@ -80,6 +84,7 @@ class BenchSession {
     std::map<std::uint32_t, BenchDrive> swappedDrives_; ///< those that can take their places
     std::shared_mutex handlesMutex_;
     std::unordered_map<HANDLE, std::shared_ptr<OpenDevice>> handles_;
+    std::unordered_map<HANDLE, const VolumeDescription*> files_;
 };
 
 } // namespace torvane::bench
