@@ -128,6 +128,34 @@ TEST_F(BenchControlTest, TellsThePartitionTable) {
     EXPECT_EQ(loadLe32(out_, 0), 2U) << "raw";
 }
 
+TEST_F(BenchControlTest, ARawWriteDoesNotChangeTheToldTableUntilItIsReadAnew) {
+    const auto toldStyle = [&] {
+        EXPECT_EQ(ask("PhysicalDrive5", IOCTL_DISK_GET_DRIVE_LAYOUT_EX, {}, 4096), 0U);
+        return loadLe32(out_, 0);
+    };
+    const auto writeSector = [&](bool withTable) {
+        Buffer sector(512);
+        sector[446 + 4] = 7;
+        sector[446 + 12] = 1;
+        sector[510] = withTable ? 0x55 : 0;
+        sector[511] = withTable ? 0xAA : 0;
+        DWORD written = 0;
+        EXPECT_TRUE(WriteFile(open("PhysicalDrive5").get(), sector.data(), 512, &written, nullptr));
+    };
+    constexpr std::uint32_t kMbr = 0;
+    constexpr std::uint32_t kRaw = 2;
+    EXPECT_EQ(toldStyle(), kRaw);
+    writeSector(true);
+    EXPECT_EQ(toldStyle(), kRaw);
+    EXPECT_EQ(ask("PhysicalDrive5", IOCTL_DISK_UPDATE_PROPERTIES, {}, 0), 0U);
+    EXPECT_EQ(toldStyle(), kMbr);
+    writeSector(false);
+    EXPECT_EQ(toldStyle(), kMbr);
+    ASSERT_TRUE(bench().unplug(5));
+    ASSERT_TRUE(bench().plug(5));
+    EXPECT_EQ(toldStyle(), kRaw) << "it is looked at when it is plugged in";
+}
+
 TEST_F(BenchControlTest, CountsMediaChanges) {
     ASSERT_EQ(ask("PhysicalDrive9", IOCTL_STORAGE_CHECK_VERIFY, {}, 4), 0U);
     EXPECT_EQ(loadLe32(out_, 0), 0U);

@@ -137,6 +137,21 @@ TEST_F(BenchTransferTest, NothingIsTransferredPastTheEnd) {
     EXPECT_EQ(read(drive, 0x7FFFFFFFFFFFFE00ULL, 512), static_cast<DWORD>(ERROR_SECTOR_NOT_FOUND));
 }
 
+TEST_F(BenchTransferTest, APathThatIsTooLongIsNotFoundWithoutItsPrefix) {
+    const std::wstring folder = scratchFolder().wstring() + L"\\";
+    const std::wstring longest = folder + std::wstring(MAX_PATH - 1 - folder.size(), L'n');
+    const auto create = [](const std::wstring& path) {
+        return UniqueHandle(
+            CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    };
+    EXPECT_TRUE(create(longest));
+    EXPECT_FALSE(create(longest + L"n"));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_PATH_NOT_FOUND));
+    EXPECT_TRUE(create(L"\\\\?\\" + longest + L"n"));
+    EXPECT_EQ(GetFileAttributesW((longest + L"n").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(DeleteFileW((L"\\\\?\\" + longest + L"n").c_str()));
+}
+
 TEST_F(BenchTransferTest, MountedVolumesTakeNoWritesThroughTheDisk) {
     const UniqueHandle drive = open(R"(\\.\PhysicalDrive0)");
     const std::vector<std::uint8_t> sector(512, 0x5A);

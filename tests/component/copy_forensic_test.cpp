@@ -1,6 +1,6 @@
 #include "tests/component/copy_bench.h"
+#include "tests/component/hard_folder.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/long_folder.h"
 
 #include <wincrypt.h>
 
@@ -98,8 +98,8 @@ TEST_F(Forensic, IsMadeAndVerifiedInAFolderWithAPathOfAnyLength) {
     user_.expectAsk(kVerify, kVerifyQuestion, true);
     user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
     EXPECT_EQ(run(runForensicImage), 1U);
-    EXPECT_EQ(folder.content(kImage).size(), 3 * kBlock + 512);
-    EXPECT_THAT(folder.content(kHashFile), ::testing::StartsWith("KVL Data MD5 HASH\n"));
+    EXPECT_EQ(folder.content(L"Model X.41.img").size(), 3 * kBlock + 512);
+    EXPECT_THAT(folder.content(L"MD5-HASH--Model X.41.txt"), ::testing::StartsWith("KVL Data MD5 HASH\n"));
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED, verified");
 }
 
@@ -111,7 +111,7 @@ TEST_F(Forensic, IsMadeAndVerifiedInAFolderWithAForeignName) {
     user_.expectAsk(kVerify, kVerifyQuestion, true);
     user_.expectInform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
     EXPECT_EQ(run(runForensicImage), 1U);
-    EXPECT_THAT(folder.content(kHashFile), ::testing::StartsWith("KVL Data MD5 HASH\n"));
+    EXPECT_THAT(folder.content(L"MD5-HASH--Model X.41.txt"), ::testing::StartsWith("KVL Data MD5 HASH\n"));
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED, verified");
 }
 

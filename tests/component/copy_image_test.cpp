@@ -2,8 +2,8 @@
 #include "copy/dialogs/volume_space.h"
 #include "discovery/image_file_drive.h"
 #include "tests/component/copy_bench.h"
+#include "tests/component/hard_folder.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/long_folder.h"
 
 #include <algorithm>
 
@@ -334,8 +334,8 @@ TEST_F(Image, IsMadeInAFolderWithAPathOfAnyLength) {
     order_.path = folder.path();
     EXPECT_EQ(run(runImageToFile), 1U);
     EXPECT_EQ(display_.lastStatus(), " Image  SUCCESSFULLY Completed");
-    EXPECT_TRUE(folder.content(kImage) == noise(7, 0, 3 * kBlock + 512));
-    EXPECT_EQ(folder.files(), 1U);
+    EXPECT_TRUE(folder.content(L"Model X.41.img") == noise(7, 0, 3 * kBlock + 512));
+    EXPECT_EQ(folder.files().size(), 1U);
 }
 
 TEST_F(Image, IsMadeInAFolderWithAForeignName) {
@@ -344,7 +344,7 @@ TEST_F(Image, IsMadeInAFolderWithAForeignName) {
     const testing::TextsAreUtf8 utf8;
     order_.path = folder.path();
     EXPECT_EQ(run(runImageToFile), 1U);
-    EXPECT_TRUE(folder.content(kImage) == noise(7, 0, 2 * kBlock));
+    EXPECT_TRUE(folder.content(L"Model X.41.img") == noise(7, 0, 2 * kBlock));
 }
 
 /// The bench's description of the letter under which the test's folder lies.

@@ -1,7 +1,7 @@
 #include "base/owned_handle.h"
 #include "tests/component/copy_bench.h"
+#include "tests/component/hard_folder.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/long_folder.h"
 
 // The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
@@ -51,7 +51,8 @@ TEST_F(ImageToDrive, ReadsAnImageInAFolderWithAPathOfAnyLength) {
     openDrive(2 * kBlock, 2 * kBlock);
     const testing::HardFolder folder = testing::HardFolder::withLongPath();
     const std::string image = folder.path() + "\\disk.img";
-    std::filesystem::rename("disk.img", "\\\\?\\" + image);
+    ASSERT_TRUE(
+        MoveFileExW(L"disk.img", (testing::HardFolder::longForm(folder.widePath()) + L"\\disk.img").c_str(), 0));
     order_.path = image;
     EXPECT_EQ(run(runImageToDrive), 1U);
     EXPECT_TRUE(arrived(0, 2 * kBlock));

@@ -3,8 +3,8 @@
 #include "base/owned_handle.h"
 #include "settings/portable_files.h"
 #include "state/app_state.h"
+#include "tests/component/hard_folder.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/long_folder.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/started_threads.h"
 #include "tests/component/test_bench.h"
@@ -157,8 +157,8 @@ TEST_F(PortableDrive, IsMadeInAFolderWithAPathOfAnyLength) {
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     const testing::HardFolder folder = testing::HardFolder::withLongPath();
     EXPECT_EQ(CopyPortableFiles(folder.path(), place()), 1U);
-    EXPECT_EQ(folder.files(), 34U);
-    EXPECT_EQ(folder.content("Torvane.exe"), contentOf("Torvane.exe"));
+    EXPECT_EQ(folder.files().size(), 34U);
+    EXPECT_EQ(folder.content(L"Torvane.exe"), contentOf("Torvane.exe"));
 }
 
 TEST_F(PortableDrive, IsMadeInAFolderWithAForeignName) {
@@ -166,7 +166,7 @@ TEST_F(PortableDrive, IsMadeInAFolderWithAForeignName) {
     const testing::HardFolder folder = testing::HardFolder::withForeignName();
     const testing::TextsAreUtf8 utf8;
     EXPECT_EQ(CopyPortableFiles(folder.path(), place()), 1U);
-    EXPECT_EQ(folder.content("license.txt"), contentOf("license.txt"));
+    EXPECT_EQ(folder.content(L"license.txt"), contentOf("license.txt"));
 }
 
 TEST_F(PortableDrive, TheListIsKeptInItsOrderWithItsDuplicate) {

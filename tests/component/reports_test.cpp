@@ -4,6 +4,7 @@
 #include "reports/pdf_page.h"
 #include "state/app_state.h"
 #include "tests/component/handle_count.h"
+#include "tests/component/hard_folder.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/package_folder.h"
 #include "tests/component/test_bench.h"
@@ -552,41 +553,45 @@ TEST_P(ReportsOnAFullDisk, AreToldAndCostNoOlderOne) {
 INSTANTIATE_TEST_SUITE_P(All, ReportsOnAFullDisk, ::testing::Bool(),
                          [](const auto& test) { return test.param ? "Told" : "CutShort"; });
 
-/// The program's folder is as long as a current folder may be, and the report's name reaches over the rest.
+/// A current folder for a scope, with the icons in it.
+class MadeIn {
+  public:
+    explicit MadeIn(const testing::HardFolder& folder) : before_(fs::current_path()) {
+        for (const char* icon : kIcons) {
+            fs::copy_file(icon, fs::path(folder.widePath()) / icon);
+        }
+        fs::current_path(folder.widePath());
+    }
+    ~MadeIn() { fs::current_path(before_); }
+    MadeIn(const MadeIn&) = delete;
+    MadeIn& operator=(const MadeIn&) = delete;
+
+  private:
+    fs::path before_;
+};
+
+/// The icons still have their names in it; the report's reach beyond what Windows lets through.
 TEST_F(Reports, AreMadeWhereTheirWholePathIsLong) {
     drive_.smartType = kSmartTypeStandard;
-    const fs::path before = fs::current_path();
-    const std::size_t room = 245 - before.wstring().size();
-    fs::create_directory(std::string(room, 'n'));
-    for (const char* icon : kIcons) {
-        fs::copy_file(icon, fs::path(std::string(room, 'n')) / icon);
+    const testing::HardFolder folder = testing::HardFolder::withPathOf(234);
+    {
+        const MadeIn place(folder);
+        create(kFileName);
+        create(kFileName);
     }
-    fs::current_path(before / std::string(room, 'n'));
-    ASSERT_GT((fs::current_path() / kNewFileName).wstring().size(), 260U);
-    create(kFileName);
-    create(kFileName);
-    const std::wstring longForm = L"\\\\?\\" + fs::current_path().wstring();
-    fs::current_path(before);
-    std::size_t reports = 0;
-    for (const auto& file : fs::directory_iterator(longForm)) {
-        reports += file.path().extension() == ".pdf" && file.file_size() > 1000 ? 1 : 0;
-    }
-    EXPECT_EQ(reports, 2U) << "the older one is kept beside the new one";
-    fs::remove_all(longForm);
+    const std::vector<std::wstring> files = folder.files();
+    EXPECT_EQ(std::ranges::count_if(files, [](const std::wstring& name) { return name.ends_with(L".pdf"); }), 2)
+        << "the older one is kept beside the new one";
+    const std::string report = folder.content(std::wstring(kFileName, kFileName + std::strlen(kFileName)));
+    EXPECT_TRUE(report.starts_with("%PDF") && report.ends_with("%%EOF\n"));
 }
 
-TEST_F(Reports, InAFolderWithAForeignNameAreMade) {
+TEST_F(Reports, AreMadeInAFolderWithAForeignName) {
     drive_.smartType = kSmartTypeStandard;
-    const fs::path before = fs::current_path();
-    const fs::path folder = before / L"Bilder \u00e4\u00f6\u00fc \u0421\u043d\u0438\u043c\u043a\u0438";
-    fs::create_directory(folder);
-    for (const char* icon : kIcons) {
-        fs::copy_file(icon, folder / icon);
-    }
-    fs::current_path(folder);
+    const testing::HardFolder folder = testing::HardFolder::withForeignName();
+    const MadeIn place(folder);
     create(kFileName);
     EXPECT_TRUE(fs::exists(kFileName));
-    fs::current_path(before);
 }
 
 TEST_F(Reports, LeaveNothingOpen) {

@@ -28,6 +28,7 @@ TEST_F(CloneDialogTest, ShowsTheSourceAndEveryOtherDriveButTheSystems) {
     EXPECT_FALSE(destinations.ticked(0)) << "a destination is chosen by the user alone";
     EXPECT_FALSE(destinations.ticked(1));
     EXPECT_EQ(dialog.window().child(kReverseClone).send(BM_GETCHECK), BST_UNCHECKED);
+    expectMountingHint(dialog);
     dialog.leave();
 }
 

@@ -21,6 +21,7 @@ inline constexpr CopyDialogIds kImageToDriveIds{1023, 1024, 1025};
 inline constexpr int kReverseClone = 1016;
 inline constexpr int kCopyStatus = 1080;
 inline constexpr int kCopyLosses = 1095;
+inline constexpr int kMountingHint = 1101;
 inline constexpr int kImagingText = 1083;
 inline constexpr int kFolderText = 1084;
 inline constexpr int kImagePathText = 1085;

@@ -153,6 +153,28 @@ void CopyUiTest::expectWantsExactlyOneDestination(const CopyDialogWindow& dialog
     expectBoxOver(dialog, kCaption, "You must choose only one drive as your DESTINATION", BoxIcon::kStop, "OK");
 }
 
+void CopyUiTest::expectMountingHint(const CopyDialogWindow& dialog) {
+    const Window hint = dialog.window().child(kMountingHint);
+    EXPECT_TRUE(hint.visible());
+    const std::string text = hint.text();
+    EXPECT_EQ(text,
+              "First press 'Disable Drive Mounting' in the main window: Windows refuses writes inside a volume that "
+              "it mounts during the copy.");
+    const HDC screen = GetDC(nullptr);
+    constexpr int kEightPoints = -11; // pixels at 96 dots to the inch
+    const HFONT font =
+        CreateFontA(kEightPoints, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, 0, 0, 0, 0, "MS Shell Dlg");
+    const HGDIOBJ before = SelectObject(screen, font);
+    SIZE needed{};
+    GetTextExtentPoint32A(screen, text.c_str(), static_cast<int>(text.size()), &needed);
+    SelectObject(screen, before);
+    DeleteObject(font);
+    ReleaseDC(nullptr, screen);
+    const RECT place = hint.rect();
+    EXPECT_LT(needed.cx, place.right - place.left);
+    EXPECT_LE(needed.cy, place.bottom - place.top);
+}
+
 fs::path CopyUiTest::emptyFolder(const std::string& name) const {
     fs::path folder = program().folder().parent_path() / name;
     fs::remove_all(folder);

@@ -55,6 +55,9 @@ class CopyUiTest : public UiTest {
     /// Expects that "Start" of a dialog in which nothing is ticked yet wants one destination and no more.
     void expectWantsExactlyOneDestination(const CopyDialogWindow& dialog) const;
 
+    /// Expects the advice to disable mounting first, whole in its line.
+    static void expectMountingHint(const CopyDialogWindow& dialog);
+
     /// An empty folder beside the program's.
     [[nodiscard]] std::filesystem::path emptyFolder(const std::string& name) const;
     /// The one file of a folder with that extension.

@@ -86,6 +86,7 @@ TEST_F(ImageToDriveDialogTest, ShowsTheImageAndEveryDriveButTheSystems) {
     EXPECT_THAT(destinations.row(0), ElementsAre("SOURCE", "SRC-1", "0.07 GB"));
     EXPECT_THAT(destinations.row(1), ElementsAre("TARGET", "TGT-2", "0.08 GB"));
     EXPECT_THAT(destinations.row(2), ElementsAre("SMALL", "SML-3", "0.04 GB"));
+    expectMountingHint(dialog);
     dialog.leave();
 }
 

@@ -164,8 +164,9 @@ std::string driveCellWithoutNumber(const std::string& event) {
 
 /// The text of a box without an image's number and without counts of bytes.
 std::string withoutNumbers(const std::string& text) {
-    return std::regex_replace(std::regex_replace(text, std::regex("\\.[0-9]+\\.img"), ".#.img"),
-                              std::regex("[0-9]+ bytes"), "# bytes");
+    const std::string withoutBytes = std::regex_replace(
+        std::regex_replace(text, std::regex("\\.[0-9]+\\.img"), ".#.img"), std::regex("[0-9]+ bytes"), "# bytes");
+    return std::regex_replace(withoutBytes, std::regex("[0-9]+ writes? failed"), "# writes failed");
 }
 
 /// The script without anything that keeps a job from its end, for drives of whole sectors; none where it has no such
@@ -239,6 +240,12 @@ TEST(CopyEngine, StoppedDuringACleanThatFailsItDoesNotAskWhetherToContinue) {
     runJob(stopped, exitCode);
     EXPECT_EQ(eventsOf(stopped, "ask default no"), stopped.seen.end());
     EXPECT_EQ(stopped.writesBegun, 0U);
+}
+
+std::string mountedBox(const std::string& volumes) {
+    return "stop [***** MOUNTED DURING THE COPY *****] [Windows has mounted " + volumes +
+           " on the DESTINATION during the copy, and refuses writes inside mounted volumes. # writes failed: the copy "
+           "is not whole. Press 'Disable Drive Mounting', and copy again: the DESTINATION is cleaned first]";
 }
 
 // The scripts must reach what they are meant to test.
@@ -341,6 +348,10 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "brought onto the medium. The image is not whole, and it has no hash file. Make it anew]",
                   "stop [***** IMAGE NOT COMPLETE *****] [The HASH of [E:\\Images\\Model 100%s.#.img] could not be "
                   "read. The image has no hash file, and it cannot be verified. Make it anew]",
+                  mountedBox("a volume"),
+                  mountedBox("K:"),
+                  mountedBox("K:, C:\\mnt\\"),
+                  mountedBox("K:, C:\\mnt\\, a volume without a letter"),
                   "stop [***** FATAL SYSTEM ERROR *****] [ImageToDrive: [E:\\Images\\source.img] OPEN_EXISTING "
                   "FAILED]",
                   "timer 500",

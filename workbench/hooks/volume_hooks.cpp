@@ -101,7 +101,8 @@ struct FoundShare {
 };
 
 FoundShare findShare(LPCWSTR path) {
-    FoundShare found{.session = currentSession()};
+    FoundShare found;
+    found.session = currentSession();
     if (!found.session || path == nullptr || *path == L'\0') {
         return found;
     }
