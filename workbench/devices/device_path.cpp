@@ -60,6 +60,9 @@ DevicePath underPrefix(const std::wstring& name) {
         }
         return {name[2] == L'\\' ? PathKind::kOrdinary : PathKind::kForeignDevice, 0, 0};
     }
+    if (lower == L"mountpointmanager") {
+        return {PathKind::kMountManager, 0, 0};
+    }
     if (lower.starts_with(kDrive)) {
         if (const auto number = wholeNumber(std::wstring_view(lower).substr(kDrive.size()))) {
             return {PathKind::kDrive, *number, 0};

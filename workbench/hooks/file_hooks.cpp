@@ -1,6 +1,7 @@
 #include "workbench/description/error_names.h"
 #include "workbench/hooks/hook_functions.h"
 #include "workbench/hooks/hooks.h"
+#include "workbench/hooks/refused_files.h"
 #include "workbench/session/control.h"
 #include "workbench/session/transfer.h"
 #include "workbench/session/win32_text.h"
@@ -59,11 +60,23 @@ HANDLE openPath(const std::shared_ptr<BenchSession>& session, std::wstring_view 
     return session->openDevice(parseDevicePath(path), {path, access, disposition, security});
 }
 
+/// With the thread's last error set.
+bool refuses(BenchSession& session, const wchar_t* path, DWORD access, DWORD disposition) {
+    const DWORD error = refusalOf(session, path, access, disposition);
+    if (error != NO_ERROR) {
+        SetLastError(error);
+    }
+    return error != NO_ERROR;
+}
+
 HANDLE WINAPI createFileW(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD disposition,
                           DWORD flags, HANDLE likeFile) {
     const auto session = currentSession();
     if (session && path != nullptr && parseDevicePath(path).kind != PathKind::kOrdinary) {
         return openPath(session, path, access, security, disposition);
+    }
+    if (session && path != nullptr && refuses(*session, path, access, disposition)) {
+        return INVALID_HANDLE_VALUE;
     }
     return CreateFileW(path, access, share, security, disposition, flags, likeFile);
 }
@@ -75,6 +88,9 @@ HANDLE WINAPI createFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATT
         const std::wstring wide = wideFromAnsi(path);
         if (parseDevicePath(wide).kind != PathKind::kOrdinary) {
             return openPath(session, wide, access, security, disposition);
+        }
+        if (refuses(*session, wide.c_str(), access, disposition)) {
+            return INVALID_HANDLE_VALUE;
         }
     }
     return CreateFileA(path, access, share, security, disposition, flags, likeFile);

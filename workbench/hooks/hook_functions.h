@@ -13,6 +13,7 @@ namespace torvane::bench {
 [[nodiscard]] std::span<const Replacement> fileReplacements();
 [[nodiscard]] std::span<const Replacement> volumeReplacements();
 [[nodiscard]] std::span<const Replacement> processReplacements();
+[[nodiscard]] std::span<const Replacement> objectReplacements();
 
 /// The patch that is in force; set by `installHooks`. For functions that load modules or look functions up.
 [[nodiscard]] ImportPatch& importPatch();

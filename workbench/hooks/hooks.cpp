@@ -15,7 +15,7 @@ std::shared_ptr<BenchSession> session;
 
 std::vector<Replacement> allReplacements() {
     std::vector<Replacement> all;
-    for (const auto part : {fileReplacements(), volumeReplacements(), processReplacements()}) {
+    for (const auto part : {fileReplacements(), volumeReplacements(), processReplacements(), objectReplacements()}) {
         all.insert(all.end(), part.begin(), part.end());
     }
     return all;
