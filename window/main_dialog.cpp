@@ -17,6 +17,7 @@
 #include "window/main_layout.h"
 #include "window/main_window_view.h"
 #include "window/shutdown_guard.h"
+#include "window/work_folder.h"
 
 #include <windowsx.h>
 
@@ -57,9 +58,11 @@ bool MainDialog::onInitialise() {
     placeControls();
     buildListViews();
     if (LoadMessages(state_.messages) == 0) {
+        tellUnopenedMessages();
         end(0);
         return false;
     }
+    tellReadOnlyFolder();
     LoadCompanyInfo(state_.companyInfo);
     showThenHidePanel();
     ShowTutorialIfWanted(window());
