@@ -7,6 +7,7 @@
 #include "discovery/device_request.h"
 #include "discovery/disk_attributes.h"
 #include "discovery/disk_identity.h"
+#include "records/drive_texts.h"
 #include "state/event_log.h"
 #include "state/main_view.h"
 
@@ -121,7 +122,7 @@ std::optional<DiskChange> runReadOnlyChange(MainView& view, DriveRecord& drive, 
         return DiskChange::kNotMade;
     }
     const DiskPartScript script = readOnlyScript(change, drive);
-    const UniqueFile held = writeHeld(script);
+    const HeldScript held = writeHeld(script);
     if (!held) {
         LogEvent("ERROR", "Could not create DISKPART [%s] script. %s", script.fileName, change.failure);
         return std::nullopt;
@@ -184,7 +185,7 @@ std::optional<CleanReport> reportOfClean(const DiskPartScript& script, bool ran)
 
 DiskChange runClean(DriveRecord& drive) {
     const DiskPartScript script = cleanScript(drive.driveNumber);
-    const UniqueFile held = writeHeld(script);
+    const HeldScript held = writeHeld(script);
     if (!held) {
         LogEvent("ERROR", "Could not create diskpart script file %s", script.fileName);
         return DiskChange::kNotMade;
@@ -211,11 +212,10 @@ const char* endText(DiskChange end) {
 /// The change with its rows in the day's log.
 template <typename Change>
 DiskChange logged(const char* name, const DriveRecord& drive, Change change) {
-    const std::string job = formatText("%s of disk %03d - %s %s, %lld bytes", name, drive.driveNumber,
-                                       drive.model.c_str(), drive.serialNumber.c_str(), drive.sizeBytes);
-    LogToFile("JOB", "%s begins", job.c_str());
+    const std::string job = std::string(name) + " of " + jobDriveText(drive);
+    LogToFile(kJobCategory, "%s begins", job.c_str());
     const DiskChange end = change();
-    LogToFile("JOB", "%s ended: %s", job.c_str(), endText(end));
+    LogToFile(kJobCategory, "%s ended: %s", job.c_str(), endText(end));
     return end;
 }
 
