@@ -6,13 +6,13 @@
 #include "monitoring/command_runner.h"
 #include "records/drive_record.h"
 #include "state/event_log.h"
+#include "state/folder_turn.h"
 #include "state/scan_tables.h"
 #include "ui/prompts.h"
 #include "ui/waiting.h"
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <mutex>
 #include <optional>
 #include <span>
@@ -45,6 +45,11 @@ bool outputFileHoldsSomething() {
 std::optional<BitLockerCheck> checkVolume(char letter, const BitLockerScratch& scratch) {
     static std::mutex oneAtATime;
     const std::scoped_lock lock(oneAtATime);
+    const std::optional<MachineClaim> turn = awaitFolderTurn();
+    if (!turn) {
+        LogEvent("ERROR", "Another Torvane uses [%s]: volume %c was not asked", kOutputFileName, letter);
+        return std::nullopt;
+    }
     const std::string command =
         formatText("powershell -windowstyle hidden (Get-BitLockerVolume -MountPoint %c).KeyProtector", letter);
     if (PARSE_BuildDataFile(kOutputFileName, command.c_str()) == 0) {
@@ -62,24 +67,13 @@ std::optional<BitLockerCheck> checkVolume(char letter, const BitLockerScratch& s
     return readKeyProtectors(output.get(), letter, scratch);
 }
 
-/// The same while the window goes on answering.
-struct AwaitedCheck {
-    bool left = false; ///< the user has not waited for it
-    std::optional<BitLockerCheck> check;
-};
-
-AwaitedCheck awaitCheck(char letter) {
-    // Shared, because a check that is left goes on alone.
-    struct Work {
+/// The same while the window goes on answering; none when the user has not waited for it.
+std::optional<std::optional<BitLockerCheck>> awaitCheck(char letter) {
+    return waiting::resultOf("PowerShell", [letter] {
         std::array<char, 8192> line{};
         std::array<char, 4096> word{};
-        std::optional<BitLockerCheck> check;
-    };
-    const auto work = std::make_shared<Work>();
-    const bool done = waiting::run("PowerShell", [work, letter] {
-        work->check = checkVolume(letter, {work->line, work->word});
+        return checkVolume(letter, {line, word});
     });
-    return done ? AwaitedCheck{.left = false, .check = work->check} : AwaitedCheck{.left = true, .check = {}};
 }
 
 /// The volumes of which Windows did not tell, for the box at a scan's end.
@@ -185,10 +179,11 @@ void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLocke
         const auto letter = static_cast<char>(volume.driveLetter);
         const std::string name = formatText("%c:\\", letter);
         rows.setRow(row, name.c_str(), "", "");
-        const auto [left, check] = awaitCheck(letter);
-        if (left) {
+        const auto awaited = awaitCheck(letter);
+        if (!awaited) {
             return;
         }
+        const std::optional<BitLockerCheck>& check = *awaited;
         untold.note(name, check);
         if (!check) {
             continue;

@@ -40,8 +40,7 @@ template <typename Answer>
 std::optional<Answer> askElsewhere(const char* whom, const AppState& state, const Destruction& destruction,
                                    Answer (*ask)(const Question&)) {
     const auto question = std::make_shared<const Question>(state, destruction);
-    const auto answer = std::make_shared<std::optional<Answer>>();
-    return waiting::run(whom, [question, answer, ask] { *answer = ask(*question); }) ? *answer : std::nullopt;
+    return waiting::resultOf(whom, [question, ask] { return ask(*question); });
 }
 
 ImagePlace sourceImagePlace(const Question& question) {

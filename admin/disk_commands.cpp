@@ -5,6 +5,7 @@
 #include "base/format.h"
 #include "records/drive_record.h"
 #include "state/app_state.h"
+#include "state/drive_use.h"
 #include "state/event_log.h"
 #include "state/job_thread.h"
 #include "state/still_at_work.h"
@@ -83,11 +84,15 @@ DWORD reportOutcome(AppState& state, JobClaim& claim, const DriveRecord& drive, 
 
 // The claim is taken before the thread runs, so that a second command finds it however late the thread starts.
 void startChange(AppState& state, DriveRecord& drive, DWORD (*change)(AppState&, JobClaim&, DriveRecord&)) {
-    if (std::optional<JobClaim> claim = state.jobs.begin(JobKind::kDiskChange)) {
-        startJobThread(std::move(*claim), "change of the disk",
-                       [&state, &drive, change](JobClaim& own) { return change(state, own, drive); });
-    } else {
+    std::optional<JobClaim> claim = state.jobs.begin(JobKind::kDiskChange);
+    if (!claim) {
         sayWhoIsAtWork(state.jobs.whyNot(JobKind::kDiskChange));
+        return;
+    }
+    if (std::optional<DriveUse> use = useDrives({&drive})) {
+        startJobThread(
+            std::move(*claim), "change of the disk",
+            [&state, &drive, change, use = std::move(*use)](JobClaim& own) { return change(state, own, drive); });
     }
 }
 

@@ -122,7 +122,7 @@ std::optional<DiskChange> runReadOnlyChange(MainView& view, DriveRecord& drive, 
         return DiskChange::kNotMade;
     }
     const DiskPartScript script = readOnlyScript(change, drive);
-    const UniqueFile held = writeHeld(script);
+    const HeldScript held = writeHeld(script);
     if (!held) {
         LogEvent("ERROR", "Could not create DISKPART [%s] script. %s", script.fileName, change.failure);
         return std::nullopt;
@@ -185,7 +185,7 @@ std::optional<CleanReport> reportOfClean(const DiskPartScript& script, bool ran)
 
 DiskChange runClean(DriveRecord& drive) {
     const DiskPartScript script = cleanScript(drive.driveNumber);
-    const UniqueFile held = writeHeld(script);
+    const HeldScript held = writeHeld(script);
     if (!held) {
         LogEvent("ERROR", "Could not create diskpart script file %s", script.fileName);
         return DiskChange::kNotMade;
@@ -213,9 +213,9 @@ const char* endText(DiskChange end) {
 template <typename Change>
 DiskChange logged(const char* name, const DriveRecord& drive, Change change) {
     const std::string job = formatText("%s of %s", name, jobDriveText(drive).c_str());
-    LogToFile("JOB", "%s begins", job.c_str());
+    LogToFile(kJobCategory, "%s begins", job.c_str());
     const DiskChange end = change();
-    LogToFile("JOB", "%s ended: %s", job.c_str(), endText(end));
+    LogToFile(kJobCategory, "%s ended: %s", job.c_str(), endText(end));
     return end;
 }
 

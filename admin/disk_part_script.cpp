@@ -18,13 +18,17 @@ bool holds(HANDLE file, const std::string& text) {
 
 } // namespace
 
-UniqueFile writeHeld(const DiskPartScript& script) {
+HeldScript writeHeld(const DiskPartScript& script) {
+    std::optional<MachineClaim> turn = awaitFolderTurn();
+    if (!turn) {
+        return {};
+    }
     // Fails as well when the same script is held already, for a run that is under way: what counts is the text that
     // nobody can change any more.
     static_cast<void>(writeWholeFile(script.fileName, script.text));
     UniqueFile file{CreateFileA(script.fileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                 FILE_ATTRIBUTE_NORMAL, nullptr)};
-    return file && holds(file.get(), script.text) ? std::move(file) : UniqueFile();
+    return file && holds(file.get(), script.text) ? HeldScript{std::move(turn), std::move(file)} : HeldScript{};
 }
 
 bool runDiskPart(const DiskPartScript& script) {
@@ -37,7 +41,7 @@ LoadedText loadResults(const DiskPartScript& script) {
 }
 
 LoadedText queryDiskPart(const DiskPartScript& script) {
-    const UniqueFile held = writeHeld(script);
+    const HeldScript held = writeHeld(script);
     if (!held) {
         logUnwrittenQuery(script);
         return nullptr;

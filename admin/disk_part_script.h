@@ -2,7 +2,9 @@
 
 #include "base/owned_handle.h"
 #include "base/whole_file.h"
+#include "state/folder_turn.h"
 
+#include <optional>
 #include <string>
 
 namespace torvane {
@@ -14,11 +16,19 @@ struct DiskPartScript {
     std::string resultsFileName;
 };
 
-/// Writes the script, and keeps everybody from writing to it as long as the result lives: until diskpart has ended.
-/// Another Torvane in the same folder writes scripts of the same names. Readers that share reading are let in, diskpart
-/// among them: it opens the scripts of cleans, which were always held so, without asking for more. Null when the file
-/// does not hold the script's text then; without a log row.
-[[nodiscard]] UniqueFile writeHeld(const DiskPartScript& script);
+/// A script that nobody else can change.
+struct HeldScript {
+    std::optional<MachineClaim> turn; ///< in this folder
+    UniqueFile file;                  ///< empty: it does not hold the script's text
+
+    explicit operator bool() const { return static_cast<bool>(file); }
+};
+
+/// Writes the script when no other Torvane in the same folder runs one (state/folder_turn.h), and keeps everybody from
+/// writing to it as long as the result lives: until diskpart has ended and its results are read. Readers that share
+/// reading are let in, diskpart among them: it opens the scripts of cleans, which were always held so, without asking
+/// for more. Empty, without a log row, when another Torvane's turn does not end, or the script cannot be written.
+[[nodiscard]] HeldScript writeHeld(const DiskPartScript& script);
 
 /// Runs "diskpart /s <script>" into the results file, and waits for its end. False, after the command runner's log row,
 /// when it was not started: the results file may then be an earlier run's.

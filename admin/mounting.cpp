@@ -3,6 +3,7 @@
 #include "admin/disk_part_results.h"
 #include "admin/disk_part_script.h"
 #include "base/format.h"
+#include "discovery/auto_mount.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
 #include "state/job_thread.h"
@@ -10,7 +11,6 @@
 #include "ui/waiting.h"
 
 #include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -34,6 +34,15 @@ DiskPartScript mountingEnable() {
     return {"EnbleMountScript.txt", "automount enable\nautomount scrub\n", kResultsFileName};
 }
 
+/// What diskpart has told, or, where it speaks another language, what the system does.
+MountStatus toldOrAsked(MountStatus told) {
+    if (told != kMountingUndetermined) {
+        return told;
+    }
+    const std::optional<bool> mounts = readAutoMount();
+    return !mounts ? kMountingUndetermined : *mounts ? kMountingEnabled : kMountingDisabled;
+}
+
 /// How far a change of mounting came.
 enum class ChangeEnd {
     kDone,
@@ -54,13 +63,13 @@ ChangeEnd runChange(AppState& state, const DiskPartScript& script) {
         LogEvent("ERROR", "Could not Load File [%s] into buffer", kResultsFileName);
         return ChangeEnd::kNoResults;
     }
-    state.mountStatus = mountStatusAfterScrub(results.get());
+    state.mountStatus = toldOrAsked(mountStatusAfterScrub(results.get()));
     state.view->redrawDriveList();
     return ChangeEnd::kDone;
 }
 
 ChangeEnd changeMounting(AppState& state, JobClaim& claim, const DiskPartScript& script) {
-    const UniqueFile held = writeHeld(script);
+    const HeldScript held = writeHeld(script);
     if (!held) {
         logUnwrittenQuery(script);
         return ChangeEnd::kNoScript;
@@ -137,19 +146,24 @@ void showEnableOutcome(std::int32_t mountStatus) {
     }
 }
 
+/// None after a failure.
+std::optional<MountStatus> queryStatus() {
+    const LoadedText results = queryDiskPart(statusQuery());
+    return results ? std::optional(toldOrAsked(mountStatusInReport(results.get()))) : std::nullopt;
+}
+
 /// What DP_GetMountStatus gives, 0 after a failure; none when the user has not waited for it.
 std::optional<std::int32_t> awaitMountStatus(AppState& state) {
-    const auto results = std::make_shared<LoadedText>();
-    if (!waiting::run("diskpart", [results] { *results = queryDiskPart(statusQuery()); })) {
+    const std::optional<std::optional<MountStatus>> status = waiting::resultOf("diskpart", queryStatus);
+    if (!status) {
         return std::nullopt;
     }
-    if (!*results) {
+    if (!*status) {
         return 0;
     }
-    const MountStatus status = mountStatusInReport(results->get());
-    state.mountStatus = status;
+    state.mountStatus = **status;
     state.view->redrawDriveList();
-    return status;
+    return **status;
 }
 
 } // namespace

@@ -8,7 +8,6 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <optional>
 
 namespace torvane {
@@ -39,18 +38,18 @@ std::optional<bool> mayBeChanged(const DriveRecord& drive) {
     if (drive.recordKind == kRecordKindImageFile) {
         return true;
     }
-    const auto refusal = std::make_shared<std::optional<Refusal>>();
-    const auto ask = [refusal, number = drive.driveNumber] {
+    const auto answer = waiting::resultOf("the volumes", [number = drive.driveNumber] {
         WindowsVolumeSystem system;
-        *refusal = protectionOf(number, protectedFolders(), system);
-    };
-    if (!waiting::run("the volumes", ask)) {
+        return protectionOf(number, protectedFolders(), system);
+    });
+    if (!answer) {
         return std::nullopt;
     }
-    if (*refusal) {
-        prompts::stop((*refusal)->caption.c_str(), (*refusal)->text.c_str());
+    const std::optional<Refusal>& refusal = *answer;
+    if (refusal) {
+        prompts::stop(refusal->caption.c_str(), refusal->text.c_str());
     }
-    return !*refusal;
+    return !refusal;
 }
 
 } // namespace torvane

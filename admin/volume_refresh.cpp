@@ -4,17 +4,14 @@
 #include "state/scan_tables.h"
 #include "ui/waiting.h"
 
-#include <memory>
-
 namespace torvane {
 
 bool bringVolumesUpToDate(ScanState& scan) {
-    const auto volumes = std::make_shared<VolumeTable>(scan.volumes);
-    if (!waiting::run("the volumes", [volumes] { *volumes = refreshedVolumes(*volumes); })) {
-        return false;
+    const auto volumes = waiting::resultOf("the volumes", [known = scan.volumes] { return refreshedVolumes(known); });
+    if (volumes) {
+        scan.volumes = *volumes;
     }
-    scan.volumes = *volumes;
-    return true;
+    return volumes.has_value();
 }
 
 } // namespace torvane

@@ -1,16 +1,20 @@
 #include "base/program_folder.h"
 
-#include <windows.h>
+#include "base/wide_text.h"
 
-#include <array>
+#include <windows.h>
 
 namespace torvane {
 
+std::wstring wideFolderOfProgram() {
+    constexpr DWORD kLongestPath = 32768; // characters, as Windows has it
+    std::wstring path(kLongestPath, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), kLongestPath));
+    return path.substr(0, path.find_last_of(L'\\'));
+}
+
 std::string folderOfProgram() {
-    std::array<char, 1024> path{};
-    GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    const std::string whole(path.data());
-    return whole.substr(0, whole.find_last_of('\\'));
+    return ansiText(wideFolderOfProgram());
 }
 
 } // namespace torvane

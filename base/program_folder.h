@@ -4,7 +4,10 @@
 
 namespace torvane {
 
-/// The folder that holds the running program's file, without a backslash at its end (GetModuleFileName).
+/// The folder that holds the running program's file, without a backslash at its end (GetModuleFileName), however long
+/// its path is.
+[[nodiscard]] std::wstring wideFolderOfProgram();
+/// The same in the code page.
 [[nodiscard]] std::string folderOfProgram();
 
 } // namespace torvane

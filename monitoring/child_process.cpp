@@ -70,6 +70,23 @@ UniqueHandle makeGroup(HANDLE process) {
     return group;
 }
 
+/// Waits for the process's end, and meanwhile answers what other threads send to windows of this one: a tool that tells
+/// all windows of something waits for the answer of each, of hidden ones too. False: not yet.
+bool awaitAnswering(HANDLE process, DWORD milliseconds) {
+    const ULONGLONG begin = GetTickCount64();
+    for (DWORD left = milliseconds;;) {
+        if (MsgWaitForMultipleObjects(1, &process, FALSE, left, QS_SENDMESSAGE) != WAIT_OBJECT_0 + 1) {
+            return WaitForSingleObject(process, 0) != WAIT_TIMEOUT;
+        }
+        MSG message{};
+        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE); // dispatches what was sent
+        if (milliseconds != INFINITE) {
+            const ULONGLONG waited = GetTickCount64() - begin;
+            left = waited < milliseconds ? static_cast<DWORD>(milliseconds - waited) : 0;
+        }
+    }
+}
+
 } // namespace
 
 ChildProcess::ChildProcess(const std::string& application, const char* commandLine, HANDLE output, bool watched) {
@@ -91,11 +108,12 @@ ChildProcess::ChildProcess(const std::string& application, const char* commandLi
 }
 
 bool ChildProcess::awaitEnd(std::chrono::milliseconds limit) const {
-    return WaitForSingleObject(process_.get(), static_cast<DWORD>(limit.count())) != WAIT_TIMEOUT;
+    return awaitAnswering(process_.get(), static_cast<DWORD>(limit.count()));
 }
 
 void ChildProcess::awaitEnd() const {
-    WaitForSingleObject(process_.get(), INFINITE);
+    while (!awaitAnswering(process_.get(), INFINITE)) {
+    }
 }
 
 void ChildProcess::end() {

@@ -1,5 +1,6 @@
 #include "monitoring/system_tool.h"
 
+#include "base/program_folder.h"
 #include "base/tool_watch.h"
 #include "base/whole_file.h"
 #include "state/event_log.h"
@@ -46,12 +47,6 @@ std::string systemFolder() {
     return pathFrom([](char* path, DWORD size) { return GetSystemDirectoryA(path, size); });
 }
 
-std::string programFolder() {
-    const std::string program =
-        pathFrom([](char* path, DWORD size) { return GetModuleFileNameA(nullptr, path, size); });
-    return program.substr(0, program.find_last_of('\\'));
-}
-
 std::string currentFolder() {
     return pathFrom([](char* path, DWORD size) { return GetCurrentDirectoryA(size, path); });
 }
@@ -66,7 +61,7 @@ bool isNews(const std::string& path) {
 }
 
 void nameStrangers(const SystemTool& tool, const std::string& own) {
-    for (const std::string& folder : {programFolder(), currentFolder()}) {
+    for (const std::string& folder : {folderOfProgram(), currentFolder()}) {
         const std::string stranger = folder + "\\" + std::string(tool.name) + ".exe";
         if (!isFile(stranger) || lstrcmpiA(stranger.c_str(), own.c_str()) == 0 || !isNews(stranger)) {
             continue;

@@ -4,20 +4,18 @@
 #include "base/owned_handle.h"
 #include "base/system_error.h"
 #include "base/whole_file.h"
+#include "state/event_log.h"
 #include "state/log_file_line.h"
 #include "state/log_row.h"
 
 #include <windows.h>
 
-#include <string_view>
 #include <utility>
 
 namespace torvane {
 
 namespace {
 
-/// What a job did to a drive has to stand somewhere, however much else the day has told.
-constexpr std::string_view kJobCategory = "JOB";
 constexpr std::uint64_t kMostJobBytes = std::uint64_t{1} << 20; // beyond the bound of other rows
 
 /// Keeps other writers out for a scope. They all lock the same byte, one far behind any row, which lets readers

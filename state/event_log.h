@@ -10,8 +10,12 @@ namespace torvane {
 /// file cannot be written, the list says so, once. Secrets are never logged.
 void LogEvent(const char* category, const char* format, ...) TORVANE_PRINTF_LIKE(2, 3);
 
+/// The category of rows about what a job does to a drive, which have to stand somewhere, however much else the day has
+/// told.
+inline constexpr const char* kJobCategory = "JOB";
+
 /// One row for the day's file alone: what a job that leaves the window's list as it is began with, and how it ended
-/// (category "JOB"). Any thread may call it.
+/// (`kJobCategory`). Any thread may call it.
 void LogToFile(const char* category, const char* format, ...) TORVANE_PRINTF_LIKE(2, 3);
 
 } // namespace torvane

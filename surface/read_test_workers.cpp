@@ -3,6 +3,7 @@
 #include "base/stay_awake.h"
 #include "discovery/windows_drive_io.h"
 #include "state/app_state.h"
+#include "state/drive_use.h"
 #include "state/event_log.h"
 #include "state/job_thread.h"
 #include "state/last_drive_job.h"
@@ -65,10 +66,14 @@ bool startReadTest(AppState& state, ReadTestKind kind, DriveRecord& drive, std::
         sayWhoIsAtWork(state.jobs.whyNot(jobKindOf(kind)));
         return false;
     }
+    std::optional<DriveUse> use = useDrives({&drive});
+    if (!use) {
+        display->setStatus("Status: Another Torvane uses this drive");
+        return false;
+    }
     return startJobThread(std::move(*claim), "read test",
-                          [view = state.view, start = ReadTestStart{kind, drive, std::move(display)}](JobClaim& own) {
-                              return runWorker(view, start, own);
-                          });
+                          [view = state.view, start = ReadTestStart{kind, drive, std::move(display)},
+                           use = std::move(*use)](JobClaim& own) { return runWorker(view, start, own); });
 }
 
 } // namespace torvane

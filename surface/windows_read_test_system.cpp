@@ -44,7 +44,7 @@ void WindowsReadTestSystem::log(const char* category, const std::string& text) {
 }
 
 void WindowsReadTestSystem::logJob(const std::string& text) {
-    LogToFile("JOB", "%s", text.c_str());
+    LogToFile(kJobCategory, "%s", text.c_str());
 }
 
 void WindowsReadTestSystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {

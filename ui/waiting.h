@@ -1,6 +1,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <optional>
+#include <type_traits>
+#include <utility>
 
 namespace torvane::waiting {
 
@@ -18,5 +22,14 @@ namespace torvane::waiting {
 /// Who leaves ends the tool that `work` runs at the moment (base/tool_watch.h); where something else holds it, it goes
 /// on alone. So `work` owns, or shares, all that it uses.
 [[nodiscard]] bool run(const char* what, std::function<void()> work);
+
+/// The same for work that has a result, which it is asked for on the other thread; none when the user has left.
+template <typename Work>
+[[nodiscard]] auto resultOf(const char* what, Work work) -> std::optional<std::invoke_result_t<Work&>> {
+    // Shared, because work that is left goes on alone.
+    const auto result = std::make_shared<std::optional<std::invoke_result_t<Work&>>>();
+    return run(what, [result, work = std::move(work)]() mutable { *result = work(); }) ? std::move(*result)
+                                                                                       : std::nullopt;
+}
 
 } // namespace torvane::waiting

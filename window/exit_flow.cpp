@@ -19,7 +19,7 @@ bool confirmLeaving(AppState& state) {
     if (!prompts::ask(kCaption, "Application still has a job working. Do you still want to EXIT?")) {
         return false;
     }
-    LogToFile("JOB", "Torvane is left while at work: %s", namesOfJobs(state.jobs.atWork()).c_str());
+    LogToFile(kJobCategory, "Torvane is left while at work: %s", namesOfJobs(state.jobs.atWork()).c_str());
     state.jobs.askToStop();
     return true;
 }

@@ -5,6 +5,7 @@
 #include "window/main_dialog.h"
 #include "window/main_window_view.h"
 #include "window/start_up.h"
+#include "window/work_folder.h"
 
 #include <winsock2.h>
 
@@ -63,9 +64,11 @@ void runMainDialog() {
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     // Before anything is loaded: from beside the program, or from the current folder, nothing ever is.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
-    torvane::runProgram({.startSockets = torvane::startSockets,
+    torvane::runProgram({.chooseFolder = torvane::chooseWorkFolder,
+                         .startSockets = torvane::startSockets,
                          .endSockets = [] { WSACleanup(); },
                          .socketsFailedText = [] { return torvane::loadText(IDS_SOCKETS_FAILED); },
+                         .codePage = [] { return GetACP(); },
                          .runMainDialog = torvane::runMainDialog});
     return 0;
 }

@@ -18,6 +18,7 @@
 #include "ui/window_scale.h"
 #include "window/main_window_view.h"
 #include "window/shutdown_guard.h"
+#include "window/work_folder.h"
 
 #include <windowsx.h>
 
@@ -52,9 +53,11 @@ bool MainDialog::onInitialise() {
     layOut();
     placeWindow();
     if (LoadMessages(state_.messages) == 0) {
+        tellUnopenedMessages();
         end(0);
         return false;
     }
+    tellReadOnlyFolder();
     LoadCompanyInfo(state_.companyInfo);
     showThenHidePanel();
     ShowTutorialIfWanted(window());

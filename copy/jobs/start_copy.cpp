@@ -5,6 +5,7 @@
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/windows_copy_system.h"
 #include "state/app_state.h"
+#include "state/drive_use.h"
 #include "state/job_thread.h"
 #include "state/still_at_work.h"
 
@@ -80,9 +81,14 @@ bool startCopy(AppState& state, CopyOrder order, JobDisplay& display) {
         sayWhoIsAtWork(state.jobs.whyNot(jobKindOf(order.kind)));
         return false;
     }
-    return startJobThread(std::move(*claim), "copy job", [&state, &display, order = std::move(order)](JobClaim& mine) {
-        return operationFor(order.kind)(state, mine, order, display);
-    });
+    std::optional<DriveUse> use = useDrives({order.source, order.destination});
+    if (!use) {
+        return false;
+    }
+    return startJobThread(std::move(*claim), "copy job",
+                          [&state, &display, order = std::move(order), use = std::move(*use)](JobClaim& mine) {
+                              return operationFor(order.kind)(state, mine, order, display);
+                          });
 }
 
 } // namespace torvane

@@ -11,12 +11,14 @@
 #include "discovery/windows_volume_system.h"
 #include "state/app_state.h"
 #include "state/event_log.h"
+#include "state/folder_turn.h"
 #include "ui/prompts.h"
 
 #include <windows.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 
 namespace torvane {
 
@@ -55,6 +57,8 @@ void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::stri
 }
 
 ImageFileName WindowsCopySystem::nextImageName(std::string_view folder, const DriveRecord& source) {
+    // After a long wait without it: the number's only use is to tell images apart, and an image never replaces a file.
+    const std::optional<MachineClaim> turn = awaitFolderTurn();
     return MakeImageFileName(folder, source);
 }
 
@@ -87,7 +91,7 @@ void WindowsCopySystem::logError(const std::string& text) {
 }
 
 void WindowsCopySystem::logJob(const std::string& text) {
-    LogToFile("JOB", "%s", text.c_str());
+    LogToFile(kJobCategory, "%s", text.c_str());
 }
 
 void WindowsCopySystem::print(const std::string& line) {

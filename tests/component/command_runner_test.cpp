@@ -65,6 +65,14 @@ class CommandRunner : public ::testing::Test {
 
 // --- PARSE_BuildDataFile
 
+TEST_F(CommandRunner, AnswersWhatAToolSendsToAWindowOfItsThread) {
+    const HWND window = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(run("broadcast"), 1);
+    EXPECT_EQ(readFile("output.txt"), "answered\r\n");
+    DestroyWindow(window);
+}
+
 TEST_F(CommandRunner, CapturesTheOutputByteForByte) {
     EXPECT_EQ(run("out:one crlf bytes:00FF0A0D80 \"out:two words\""), 1);
     EXPECT_EQ(readFile("output.txt"), std::string("one\r\n\x00\xFF\x0A\x0D\x80two words", 19));

@@ -1,4 +1,5 @@
 #include "admin/disk_commands.h"
+#include "base/owned_handle.h"
 #include "state/still_at_work.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
@@ -8,6 +9,7 @@
 namespace torvane {
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
 using testing::ImportPatched;
 using ::testing::IsEmpty;
@@ -192,6 +194,30 @@ TEST_F(DiskCommands, AThreadThatCannotBeStartedChangesNothing) {
     EXPECT_TRUE(state().jobs.atWork().empty());
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not start the change of the disk"));
     EXPECT_THAT(changes(), IsEmpty());
+}
+
+TEST_F(DiskCommands, OfADriveThatAnotherTorvaneUsesChangeNothing) {
+    DriveRecord& disk = openDisk();
+    UniqueHandle other{CreateMutexW(nullptr, FALSE, L"Global\\Torvane.PhysicalDrive3")};
+    for (void (*change)(AppState&, DriveRecord&) : {startSetReadOnly, startClearReadOnly, startCleanDisk}) {
+        user_.expectStop(
+            "***** DRIVE IN USE *****",
+            "Drive 3 - Tarn N16 S1 is used by another Torvane on this computer.\n\nNothing was started, and "
+            "nothing was done to the drive. Wait for the end of the job there, or terminate it, and try "
+            "again.");
+        change(state(), disk);
+    }
+    EXPECT_FALSE(testing::StartedThreads::any());
+    EXPECT_THAT(changes(), IsEmpty());
+    EXPECT_THAT(events(), Each("ERROR: Drive 3 - Tarn N16 S1 is used by another Torvane: nothing was started"));
+    other.reset();
+    user_.expectInform("****** READ-ONLY SET ******", "Disk 003 - Tarn N16 S1 is now READ-ONLY", [] {
+        const UniqueHandle mine{CreateMutexW(nullptr, FALSE, L"Global\\Torvane.PhysicalDrive3")};
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_ALREADY_EXISTS)) << "the job keeps others out";
+    });
+    startSetReadOnly(state(), disk);
+    awaitWorker();
+    EXPECT_EQ(disk.readOnly, 1);
 }
 
 TEST_F(DiskCommands, AChangeThatMayNotBeginAnyMoreChangesNothing) {

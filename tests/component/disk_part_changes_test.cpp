@@ -293,6 +293,19 @@ TEST_F(DiskPartChanges, ACleanThatIsToldInAnotherLanguageIsOne) {
     EXPECT_TRUE(isStillTheProbedDisk(disk)) << "the empty table is the drive's own now";
 }
 
+TEST_F(DiskPartChanges, EveryChangeOfADiskIsMadeAndToldInGermanToo) {
+    DriveRecord& disk = openDisk(kMounted, R"({"language": "de"})");
+    EXPECT_EQ(changeReadOnly(view_, disk, true), DiskChange::kMade);
+    EXPECT_EQ(disk.readOnly, 1);
+    EXPECT_THAT(readFile("DISKPART Results.txt"), HasSubstr("Aktueller schreibgesch\x81tzter Zustand: Ja"));
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kNotMade) << "write-protected";
+    EXPECT_EQ(changeReadOnly(view_, disk, false), DiskChange::kMade);
+    EXPECT_EQ(disk.readOnly, 0);
+    EXPECT_EQ(cleanDrive(disk), DiskChange::kMade);
+    EXPECT_THAT(readFile("DISKPART Clean Results.txt"), HasSubstr("Der Datentr\x84ger wurde bereinigt."));
+    EXPECT_THAT(events(), ElementsAre("ERROR: Could nore VERIFY partition CLEAR for [\\\\.\\PhysicalDrive3]"));
+}
+
 TEST_F(DiskPartChanges, ABlankDiskIsCleanedInAnotherLanguageToo) {
     DriveRecord& disk = openDisk("", acting("Der Datentr\\u00e4ger wurde bereinigt.\\r\\n"));
     EXPECT_EQ(cleanDrive(disk), DiskChange::kMade);

@@ -215,6 +215,34 @@ TEST_F(DiskPart, ResultsWithoutAMountingLineAreNeither) {
     EXPECT_EQ(DP_GetMountStatus(state()), 1002);
 }
 
+/// A diskpart that speaks German; `manager`: the system's mount manager tells whether new volumes are mounted.
+std::string germanBench(bool manager) {
+    return std::string(R"({"tellsAutomount": )") + (manager ? "true" : "false") +
+           R"(, "tools": {"diskpart": {"language": "de"}}})";
+}
+
+TEST_F(DiskPart, MountingIsChangedAndToldInGermanToo) {
+    bench_.describe(germanBench(true));
+    bench_.open();
+    EXPECT_EQ(run(DP_DisableMountingWorker), 1U);
+    EXPECT_EQ(state().mountStatus, kMountingDisabled);
+    EXPECT_THAT(readFile(kMountResults), HasSubstr("Die automatische Bereitstellung neuer Volumes ist deaktiviert."));
+    EXPECT_EQ(DP_GetMountStatus(state()), kMountingDisabled);
+    EXPECT_EQ(run(DP_EnableMountingWorker), 1U);
+    EXPECT_EQ(state().mountStatus, kMountingEnabled);
+    EXPECT_EQ(DP_GetMountStatus(state()), kMountingEnabled);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
+TEST_F(DiskPart, MountingThatNobodyTellsInEnglishIsNeither) {
+    bench_.describe(germanBench(false));
+    bench_.open();
+    EXPECT_EQ(run(DP_DisableMountingWorker), 1U);
+    EXPECT_EQ(state().mountStatus, kMountingUndetermined);
+    EXPECT_EQ(DP_GetMountStatus(state()), kMountingUndetermined);
+    EXPECT_THAT(events(), IsEmpty());
+}
+
 TEST_F(DiskPart, AMountStatusScriptThatCannotBeCreatedIsLoggedAndKeepsTheStatus) {
     openBench();
     state().mountStatus = kMountingEnabled;

@@ -1,3 +1,4 @@
+#include "base/wide_text.h"
 #include "settings/portable_drive.h"
 
 #include "base/owned_handle.h"
@@ -25,7 +26,7 @@
 extern "C" {
 extern decltype(&CreateThread) __imp_CreateThread;
 extern decltype(&GetFileSize) __imp_GetFileSize;
-extern decltype(&GetModuleFileNameA) __imp_GetModuleFileNameA;
+extern decltype(&GetModuleFileNameW) __imp_GetModuleFileNameW;
 extern decltype(&GlobalAlloc) __imp_GlobalAlloc;
 extern decltype(&ReadFile) __imp_ReadFile;
 extern decltype(&WriteFile) __imp_WriteFile;
@@ -46,10 +47,11 @@ namespace fs = std::filesystem;
 /// Where the program under test believes to be.
 std::string programPath;
 
-DWORD WINAPI tellProgramPath(HMODULE, LPSTR buffer, DWORD size) {
-    const std::size_t length = std::min<std::size_t>(programPath.size(), size - 1);
-    std::copy_n(programPath.begin(), length, buffer);
-    buffer[length] = '\0';
+DWORD WINAPI tellProgramPath(HMODULE, LPWSTR buffer, DWORD size) {
+    const std::wstring path = wideText(programPath);
+    const std::size_t length = std::min<std::size_t>(path.size(), size - 1);
+    std::copy_n(path.begin(), length, buffer);
+    buffer[length] = L'\0';
     return static_cast<DWORD>(length);
 }
 
@@ -130,7 +132,7 @@ class PortableDrive : public ::testing::Test {
     testing::ViewInstalled installed_{appState(), view_};
     testing::ScriptedPrompts user_;
     bool scanning_ = false;
-    ImportPatched<decltype(&GetModuleFileNameA)> elsewhere_{__imp_GetModuleFileNameA, &tellProgramPath};
+    ImportPatched<decltype(&GetModuleFileNameW)> elsewhere_{__imp_GetModuleFileNameW, &tellProgramPath};
 };
 
 TEST_F(PortableDrive, CopiesThirtyFiveFilesInOrderAndSaysSo) {

@@ -292,6 +292,22 @@ TEST_F(StoppedReadTests, ACopyThatIsStillEndingIsNotMadeToGoOn) {
     EXPECT_EQ(drive.shortTestResult, ReadTestResult::kPassed);
 }
 
+TEST_F(ReadTests, DoNotBeginOnADriveThatAnotherTorvaneUses) {
+    DriveRecord& drive = openDrive("1 GiB");
+    const UniqueHandle other{CreateMutexW(nullptr, FALSE, L"Global\\Torvane.PhysicalDrive1")};
+    for (const ReadTestKind kind : {kShortReadTest, kCriticalReadTest, kNistReadTest}) {
+        user_.expectStop(
+            "***** DRIVE IN USE *****",
+            "Drive 1 - Under Test U1 is used by another Torvane on this computer.\n\nNothing was started, and "
+            "nothing was done to the drive. Wait for the end of the job there, or terminate it, and try "
+            "again.");
+        EXPECT_FALSE(startReadTest(state(), kind, drive, display_));
+        EXPECT_EQ(display_->lastStatus(), "Status: Another Torvane uses this drive");
+        EXPECT_FALSE(state().jobs.active());
+    }
+    EXPECT_THAT(reads(), IsEmpty());
+}
+
 TEST_F(StoppedReadTests, WithoutRoomForAThreadNothingStaysRaised) {
     openDrive("30 GiB");
     const ImportPatched patched(

@@ -38,8 +38,10 @@ TEST_F(CopyFaultsTest, ProgramThatIsKilledLeavesAPartialImageAndTheNextStartIsCl
         << dialog.window().child(kFolderText).text();
     dialog.start();
     await("the first block is in the image", [&] { return sizeOf(imageIn(folder)) >= kFirstBlock; });
-    const Launch again{workbenchFolder() / "bench.exe", program().folder().parent_path() / "bench",
-                       program().folder() / "Torvane.exe"};
+    const Launch again{workbenchFolder() / "bench.exe",
+                       program().folder().parent_path() / "bench",
+                       program().folder() / "Torvane.exe",
+                       {}};
     program().kill();
     await("the program is gone", [&] { return !program().running(); });
 

@@ -150,7 +150,7 @@ TEST_F(PortableDriveTest, ProgramAndCopyWorkInTheirOwnFolders) {
 
     const fs::path bench = program().folder().parent_path() / "second-bench";
     pairBench().writeTo(bench);
-    const Program copy({workbenchFolder() / "bench.exe", bench, stick() / "Torvane.exe"});
+    const Program copy({workbenchFolder() / "bench.exe", bench, stick() / "Torvane.exe", {}});
     const Window tutorial = copy.awaitDialog();
     press(tutorial.child(1021));
     await("the copy's window takes input", [&] { return copy.mainWindow().enabled(); });

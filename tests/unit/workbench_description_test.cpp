@@ -150,6 +150,10 @@ INSTANTIATE_TEST_SUITE_P(Descriptions, MistakeTest, ::testing::ValuesIn(kMistake
 TEST(WorkbenchDescription, MistakesOfTheBenchItself) {
     EXPECT_EQ(readBench({"bench.json", R"({"automount": "yes"})"}, {}).error,
               R"(bench.json: automount: expected true or false, got "yes")");
+    EXPECT_EQ(readBench({"bench.json", R"({"tools": {"diskpart": {"language": "fr"}}})"}, {}).error,
+              R"(bench.json: tools.diskpart.language: expected one of "en" "de", got "fr")");
+    EXPECT_EQ(readBench({"bench.json", R"({"refusedFiles": [{"newOnly": true}]})"}, {}).error,
+              "bench.json: refusedFiles[0].path: missing, but required");
     EXPECT_EQ(readBench({"bench.json", R"({"tools": {"format": {}}})"}, {}).error,
               "bench.json: tools.format: unknown field");
     EXPECT_EQ(

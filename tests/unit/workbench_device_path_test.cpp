@@ -23,6 +23,7 @@ TEST(WorkbenchDevicePath, DevicesAreRecognisedInEverySpelling) {
     EXPECT_EQ(parseDevicePath(LR"(\\.\c:)").letter, 'C');
     EXPECT_EQ(parseDevicePath(LR"(\\.\Scsi3:)").kind, PathKind::kScsiPort);
     EXPECT_EQ(parseDevicePath(LR"(\\.\Scsi3:)").number, 3U);
+    EXPECT_EQ(parseDevicePath(LR"(\\?\mountPointManager)").kind, PathKind::kMountManager);
 }
 
 TEST(WorkbenchDevicePath, AVolumeGoesByItsGuidToo) {
@@ -53,7 +54,7 @@ TEST(WorkbenchDevicePath, EveryOtherDeviceIsForeign) {
          {LR"(\\.\PhysicalDrive)", LR"(\\.\PhysicalDriveX)", LR"(\\.\PhysicalDrive0\)", LR"(\\.\PhysicalDrive12345)",
           LR"(\\?\GLOBALROOT\Device\Harddisk0\DR0)", LR"(\\.\HarddiskVolume1)", LR"(\\?\Volume{123}\)",
           LR"(\\.\CdRom0)", LR"(\\.\Scsi:)", LR"(\\.\Scsi3)", LR"(\\.\C:x)", LR"(\\.\)", LR"(\\.\Tape0)",
-          LR"(\\.\COMX)", LR"(\\.\MountPointManager)", LR"(\\.\Global\PhysicalDrive0)"}) {
+          LR"(\\.\COMX)", LR"(\\.\Global\PhysicalDrive0)"}) {
         EXPECT_EQ(parseDevicePath(path).kind, PathKind::kForeignDevice) << path;
     }
 }

@@ -1,3 +1,4 @@
+#include "workbench/tools/diskpart_german.h"
 #include "workbench/tools/diskpart_script.h"
 #include "workbench/tools/powershell_command.h"
 
@@ -35,6 +36,23 @@ class DiskpartTest : public ::testing::Test {
 TEST_F(DiskpartTest, BannerNamesTheComputer) {
     EXPECT_EQ(diskpartBanner("PC"), "\r\nMicrosoft DiskPart version 10.0.19041.3636\r\n\r\nCopyright (C) Microsoft "
                                     "Corporation.\r\nOn computer: PC\r\n");
+}
+
+TEST_F(DiskpartTest, EverySentenceHasItsGermanOne) {
+    const std::string german =
+        diskpartInGerman(diskpartBanner("PC") +
+                         run("select disk 2\nattributes disk\nclean noerr\nattributes disk clear readonly\nclean\n"
+                             "attributes disk set readonly\nautomount disable\nautomount scrub\n"
+                             "automount enable\nselect disk 0\nclean\n")
+                             .output +
+                         run("select disk 7\n").output + run("clean\n").output);
+    for (const char* english :
+         {" is ", "disk.", "successfully", "Yes", "No\r", "computer", "Automatic", "error", "selected"}) {
+        EXPECT_EQ(german.find(english), std::string::npos) << english << " in " << german;
+    }
+    EXPECT_NE(german.find("\r\nDatentr\x84ger 2 ist jetzt der derzeit gew\x84hlte Datentr\x84ger.\r\n"),
+              std::string::npos);
+    EXPECT_NE(german.find("Die automatische Bereitstellung neuer Volumes ist aktiviert.\r\n"), std::string::npos);
 }
 
 TEST_F(DiskpartTest, TheStateLineEndsInItsFifthWord) {

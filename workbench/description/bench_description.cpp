@@ -3,6 +3,8 @@
 #include "workbench/description/description_parts.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace torvane::bench {
 namespace {
@@ -19,6 +21,23 @@ void readTool(ObjectReader& reader, ToolDescription& tool) {
     reader.number("exitCode", tool.exitCode);
     reader.number("delayMilliseconds", tool.delayMilliseconds);
     reader.text("delayOnly", tool.delayOnly);
+    reader.boolean("broadcasts", tool.broadcasts);
+}
+
+void readLanguage(ObjectReader& reader, ToolDescription& tool) {
+    static constexpr std::array<std::string_view, 2> kLanguages = {"en", "de"};
+    std::size_t language = 0;
+    reader.choice("language", kLanguages, language);
+    tool.speaksGerman = language == 1;
+}
+
+RefusedFile readRefusedFile(ObjectReader& reader) {
+    RefusedFile file;
+    reader.require("path");
+    reader.text("path", file.path);
+    reader.boolean("newOnly", file.newOnly);
+    reader.error("error", file.error);
+    return file;
 }
 
 ShareDescription readShare(ObjectReader& reader) {
@@ -44,10 +63,15 @@ void readBenchFile(const DescriptionFile& source, BenchDescription& bench, Mista
     reader.text("title", bench.title);
     reader.text("computer", bench.computer, 63);
     reader.boolean("automount", bench.automount);
+    reader.boolean("tellsAutomount", bench.tellsAutomount);
     reader.list("volumes", [&](ObjectReader& item) { bench.volumes.push_back(readVolume(item, std::nullopt)); });
     reader.list("shares", [&](ObjectReader& item) { bench.shares.push_back(readShare(item)); });
+    reader.list("refusedFiles", [&](ObjectReader& item) { bench.refusedFiles.push_back(readRefusedFile(item)); });
     reader.object("tools", [&](ObjectReader& tools) {
-        tools.object("diskpart", [&](ObjectReader& tool) { readTool(tool, bench.diskpart); });
+        tools.object("diskpart", [&](ObjectReader& tool) {
+            readTool(tool, bench.diskpart);
+            readLanguage(tool, bench.diskpart);
+        });
         tools.object("powershell", [&](ObjectReader& tool) { readTool(tool, bench.powershell); });
     });
     reader.finish();

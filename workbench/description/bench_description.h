@@ -13,14 +13,23 @@ namespace torvane::bench {
 
 /// How one of the stand-ins is to misbehave.
 struct ToolDescription {
-    bool missing = false;     ///< cannot be started
-    bool hasOutput = false;   ///< print `output` instead of acting
-    std::string output;       ///< bytes
-    bool acts = false;        ///< prints `output`, but does its work all the same
-    bool hasExitCode = false; ///< end with `exitCode` whatever happened
+    bool missing = false;      ///< cannot be started
+    bool hasOutput = false;    ///< print `output` instead of acting
+    std::string output;        ///< bytes
+    bool acts = false;         ///< prints `output`, but does its work all the same
+    bool speaksGerman = false; ///< prints German in place of English, and acts as ever
+    bool hasExitCode = false;  ///< end with `exitCode` whatever happened
     std::uint32_t exitCode = 0;
     std::uint32_t delayMilliseconds = 0;
-    std::string delayOnly; ///< bytes; only command lines that contain it are delayed
+    std::string delayOnly;   ///< bytes; only command lines that contain it are delayed
+    bool broadcasts = false; ///< tells every window of a changed setting, and waits for the answer of each
+};
+
+/// Plain files that cannot be written.
+struct RefusedFile {
+    std::string path;        ///< what their whole path contains; case does not matter
+    bool newOnly = false;    ///< those alone that are not there yet
+    std::uint32_t error = 5; ///< ERROR_ACCESS_DENIED
 };
 
 /// A whole bench, validated.
@@ -28,9 +37,11 @@ struct BenchDescription {
     std::string title;
     std::string computer = "TORVANE-BENCH";
     bool automount = true;
+    bool tellsAutomount = false; ///< the mount manager answers
     ToolDescription diskpart;
     ToolDescription powershell;
     std::vector<ShareDescription> shares;
+    std::vector<RefusedFile> refusedFiles;
     std::vector<DriveDescription> drives;   ///< by number, ascending
     std::vector<VolumeDescription> volumes; ///< without a letter first, then by letter; of bench.json and every drive
 

@@ -62,6 +62,9 @@ DevicePath underPrefix(const std::wstring& name) {
     if (std::string guid = guidInName(lower); !guid.empty()) {
         return {PathKind::kVolume, 0, 0, std::move(guid)};
     }
+    if (lower == L"mountpointmanager") {
+        return {PathKind::kMountManager, 0, 0};
+    }
     if (lower.starts_with(kDrive)) {
         if (const auto number = wholeNumber(std::wstring_view(lower).substr(kDrive.size()))) {
             return {PathKind::kDrive, *number, 0};

@@ -11,6 +11,7 @@ enum class PathKind {
     kDrive,         ///< "\\.\PhysicalDriveN"
     kVolume,        ///< "\\.\X:", "\\?\Volume{...}"
     kScsiPort,      ///< "\\.\ScsiN:"
+    kMountManager,  ///< "\\.\MountPointManager"
     kForeignDevice, ///< any other device: it does not exist on a bench
 };
 

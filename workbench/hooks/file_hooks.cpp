@@ -2,6 +2,7 @@
 #include "workbench/hooks/hook_functions.h"
 #include "workbench/hooks/hooks.h"
 #include "workbench/hooks/path_hooks.h"
+#include "workbench/hooks/refused_files.h"
 #include "workbench/session/control.h"
 #include "workbench/session/transfer.h"
 #include "workbench/session/win32_text.h"
@@ -92,15 +93,25 @@ bool refusesLargeFile(HANDLE file, DWORD length, const OVERLAPPED* overlapped) {
     return true;
 }
 
+/// With the thread's last error set.
+bool refuses(BenchSession& session, const wchar_t* path, DWORD access, DWORD disposition) {
+    const DWORD error = refusalOf(session, path, access, disposition);
+    if (error != NO_ERROR) {
+        SetLastError(error);
+    }
+    return error != NO_ERROR;
+}
+
 HANDLE WINAPI createFileW(LPCWSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD disposition,
                           DWORD flags, HANDLE likeFile) {
     const auto session = currentSession();
     if (session && path != nullptr && parseDevicePath(path).kind != PathKind::kOrdinary) {
         return openPath(session, path, access, security, disposition);
     }
-    return refusesLongPath(path)
-               ? INVALID_HANDLE_VALUE
-               : remembered(session, path, CreateFileW(path, access, share, security, disposition, flags, likeFile));
+    if (refusesLongPath(path) || (session && path != nullptr && refuses(*session, path, access, disposition))) {
+        return INVALID_HANDLE_VALUE;
+    }
+    return remembered(session, path, CreateFileW(path, access, share, security, disposition, flags, likeFile));
 }
 
 HANDLE WINAPI createFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD disposition,

@@ -30,6 +30,9 @@ class BenchFolder {
     /// Changes the state; no other process sees it in between.
     void changeState(const std::function<void(BenchState&)>& change);
 
+    /// The name of a system object that the processes on this bench share, and no others.
+    [[nodiscard]] std::wstring objectName(const wchar_t* kind) const;
+
     /// Appends one line, with time and process in front.
     void log(const LogLine& line);
 
@@ -39,7 +42,6 @@ class BenchFolder {
   private:
     [[nodiscard]] BenchState readState() const;
     void writeState(const BenchState& state) const;
-    [[nodiscard]] std::wstring objectName(const wchar_t* kind) const;
 
     std::filesystem::path folder_;
     const BenchDescription& bench_;

@@ -21,6 +21,8 @@ std::string OpenDevice::target() const {
     switch (kind) {
     case PathKind::kVolume:
         return "volume:" + volume->name();
+    case PathKind::kMountManager:
+        return "bench";
     case PathKind::kScsiPort:
         return "scsi:" + std::to_string(drive->description().scsiPort);
     default:
@@ -91,7 +93,10 @@ DWORD BenchSession::resolve(const DevicePath& device, const OpenRequest& request
         const bool locked = volume->bitLocker.state == BitLockerState::kLocked;
         return locked && (opened.mayRead() || opened.mayWrite()) ? kErrorAccessDenied : 0;
     }
-    if (device.kind == PathKind::kForeignDevice) {
+    if (device.kind == PathKind::kMountManager && description_.tellsAutomount) {
+        return 0;
+    }
+    if (device.kind == PathKind::kMountManager || device.kind == PathKind::kForeignDevice) {
         return kErrorFileNotFound;
     }
     const auto found = std::find_if(drives_.begin(), drives_.end(), [&](const auto& entry) {
@@ -110,9 +115,10 @@ UniqueHandle BenchSession::kernelHandle(const OpenDevice& opened, const OpenRequ
     if (opened.kind == PathKind::kDrive) {
         return opened.drive->content().open(request.access, request.security);
     }
-    // Transfers of a volume go to its drives; a port has none. Any file's handle serves.
-    const std::string& name =
-        opened.kind == PathKind::kVolume ? opened.volume->fileName : opened.drive->description().fileName;
+    // Transfers of a volume go to its drives; a port and the mount manager have none. Any file's handle serves.
+    const std::string& name = opened.drive != nullptr    ? opened.drive->description().fileName
+                              : opened.volume != nullptr ? opened.volume->fileName
+                                                         : std::string("bench.json");
     return UniqueHandle(CreateFileW((folder_->path() / name).c_str(), GENERIC_READ,
                                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, request.security,
                                     OPEN_EXISTING, 0, nullptr));

@@ -25,7 +25,11 @@ struct NamedCode {
 // <winioctl.h> of Windows 7 on; mingw's has it not.
 constexpr DWORD kGetDiskAttributes = CTL_CODE(IOCTL_DISK_BASE, 0x003c, METHOD_BUFFERED, FILE_ANY_ACCESS);
 
+// <mountmgr.h>; mingw's has it not.
+constexpr DWORD kQueryAutoMount = CTL_CODE('m', 15, METHOD_BUFFERED, FILE_ANY_ACCESS);
+
 constexpr std::array kNames = {
+    NamedCode{kQueryAutoMount, "IOCTL_MOUNTMGR_QUERY_AUTO_MOUNT"},
     NamedCode{kGetDiskAttributes, "IOCTL_DISK_GET_DISK_ATTRIBUTES"},
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY, "IOCTL_DISK_GET_DRIVE_GEOMETRY"},
     NamedCode{IOCTL_DISK_GET_DRIVE_GEOMETRY_EX, "IOCTL_DISK_GET_DRIVE_GEOMETRY_EX"},
@@ -125,7 +129,20 @@ ControlResult volumeRequest(BenchSession& session, const VolumeDescription& volu
     return {kErrorInvalidFunction, 0};
 }
 
+ControlResult mountManagerRequest(BenchSession& session, const ControlRequest& request, LogLine& line) {
+    if (request.code == kQueryAutoMount) {
+        std::array<std::uint8_t, 4> state{};
+        storeLe<std::uint32_t>(state, 0, session.folder().state().automount ? 1 : 0);
+        return giveWhole(request, state);
+    }
+    line.hex("data", requestBytes(request, kLoggedUnknown));
+    return {kErrorInvalidFunction, 0};
+}
+
 ControlResult answer(BenchSession& session, OpenDevice& device, const ControlRequest& request, LogLine& line) {
+    if (device.kind == PathKind::kMountManager) {
+        return mountManagerRequest(session, request, line);
+    }
     if (device.kind == PathKind::kVolume) {
         return volumeRequest(session, *device.volume, request, line);
     }

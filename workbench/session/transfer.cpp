@@ -210,6 +210,10 @@ TransferResult writeThrough(BenchSession& session, const OpenDevice& device, HAN
     return writeDrive(session, drive, ContentHandle(device, drive, handle).get(), offset, data);
 }
 
+bool hasSectors(const OpenDevice& device) {
+    return device.kind == PathKind::kDrive || device.kind == PathKind::kVolume;
+}
+
 void logTransfer(BenchSession& session, const OpenDevice& device, std::string_view request, std::uint64_t offset,
                  std::uint64_t length, const TransferResult& result) {
     LogLine line(device.target(), request);
@@ -224,7 +228,7 @@ TransferResult readDevice(BenchSession& session, OpenDevice& device, HANDLE hand
     const std::lock_guard lock(device.transferMutex);
     const std::uint64_t place = offset.value_or(device.position);
     TransferResult result;
-    if (device.kind == PathKind::kScsiPort) {
+    if (!hasSectors(device)) {
         result.error = kErrorInvalidFunction;
     } else if (!device.mayRead()) {
         result.error = kErrorAccessDenied;
@@ -246,7 +250,7 @@ TransferResult writeDevice(BenchSession& session, OpenDevice& device, HANDLE han
     const std::lock_guard lock(device.transferMutex);
     const std::uint64_t place = offset.value_or(device.position);
     TransferResult result;
-    if (device.kind == PathKind::kScsiPort) {
+    if (!hasSectors(device)) {
         result.error = kErrorInvalidFunction;
     } else if (!device.mayWrite() || device.kind == PathKind::kVolume) {
         result.error = kErrorAccessDenied;
@@ -266,7 +270,7 @@ TransferResult writeDevice(BenchSession& session, OpenDevice& device, HANDLE han
 DWORD flushDevice(BenchSession& session, OpenDevice& device) {
     const std::lock_guard lock(device.transferMutex);
     DWORD error = kErrorInvalidFunction;
-    if (device.kind != PathKind::kScsiPort && !device.mayWrite()) {
+    if (hasSectors(device) && !device.mayWrite()) {
         error = kErrorAccessDenied;
     } else if (device.kind == PathKind::kVolume) {
         error = flushVolume(session, *device.volume);

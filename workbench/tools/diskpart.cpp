@@ -1,5 +1,6 @@
 #include "workbench/session/drive_content.h"
 #include "workbench/session/win32_text.h"
+#include "workbench/tools/diskpart_german.h"
 #include "workbench/tools/diskpart_script.h"
 #include "workbench/tools/stand_in.h"
 
@@ -51,6 +52,10 @@ void logSteps(StandIn& standIn, const DiskpartRun& run) {
     }
 }
 
+void printText(const ToolDescription& tool, const std::string& english) {
+    printOwn(tool, STD_OUTPUT_HANDLE, tool.speaksGerman ? diskpartInGerman(english) : english);
+}
+
 int runTool(StandIn& standIn) {
     const ToolDescription& tool = standIn.bench.diskpart;
     if (obeyDescription(standIn, tool)) {
@@ -58,12 +63,11 @@ int runTool(StandIn& standIn) {
         standIn.folder->log(line.quoted("command-line", standIn.commandLine).result(0));
         return exitCodeOf(tool, 0);
     }
-    printOwn(tool, STD_OUTPUT_HANDLE, diskpartBanner(standIn.bench.computer));
+    printText(tool, diskpartBanner(standIn.bench.computer));
     const std::optional<std::string> script = scriptText(standIn.arguments);
     if (!script) {
-        printOwn(tool, STD_OUTPUT_HANDLE,
-                 "\r\nDiskPart has encountered an error: The system cannot find the file specified.\r\n"
-                 "See the System Event Log for more information.\r\n");
+        printText(tool, "\r\nDiskPart has encountered an error: The system cannot find the file specified.\r\n"
+                        "See the System Event Log for more information.\r\n");
         return exitCodeOf(tool, kCannotOpenScript);
     }
     DiskpartRun run;
@@ -73,7 +77,7 @@ int runTool(StandIn& standIn) {
         wipeEnds(standIn.folder->path(), standIn.folder->state().isSwapped(number) ? swappedDrive(drive) : drive);
     }
     logSteps(standIn, run);
-    printOwn(tool, STD_OUTPUT_HANDLE, run.output);
+    printText(tool, run.output);
     return exitCodeOf(tool, run.exitCode);
 }
 

@@ -12,6 +12,41 @@
 
 namespace torvane::bench {
 
+namespace {
+
+constexpr UINT kBroadcastPatience = 10'000; // milliseconds, for each window
+
+std::string classOf(HWND window) {
+    std::array<wchar_t, 256> name{};
+    GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+    return utf8FromWide(name.data());
+}
+
+BOOL CALLBACK addWindow(HWND window, LPARAM windows) {
+    reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
+    return TRUE;
+}
+
+/// Tells every window on the desktop that a setting has changed, as a change of the file associations does, and waits
+/// for each.
+void broadcast(const StandIn& standIn) {
+    std::vector<HWND> windows;
+    EnumWindows(&addWindow, reinterpret_cast<LPARAM>(&windows));
+    for (const HWND window : windows) {
+        DWORD_PTR answer = 0;
+        const LRESULT answered =
+            SendMessageTimeoutW(window, WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>(L"Environment"), SMTO_NORMAL,
+                                kBroadcastPatience, &answer);
+        const DWORD error = answered != 0 ? NO_ERROR : GetLastError();
+        if (IsWindow(window) != FALSE) {
+            LogLine line("bench", "broadcast");
+            standIn.folder->log(line.quoted("window", classOf(window)).result(error));
+        }
+    }
+}
+
+} // namespace
+
 std::unique_ptr<StandIn> openStandIn() {
     std::array<wchar_t, 1024> folder{};
     const DWORD length = GetEnvironmentVariableW(kBenchVariable, folder.data(), static_cast<DWORD>(folder.size()));
@@ -41,6 +76,9 @@ void print(DWORD standardHandle, const std::string& bytes) {
 bool obeyDescription(const StandIn& standIn, const ToolDescription& tool) {
     if (standIn.commandLine.find(tool.delayOnly) != std::string::npos) {
         standIn.folder->wait(tool.delayMilliseconds);
+    }
+    if (tool.broadcasts) {
+        broadcast(standIn);
     }
     if (tool.hasOutput) {
         print(STD_OUTPUT_HANDLE, tool.output);

@@ -10,6 +10,7 @@
 //     set:HANDLE  sets the event behind the handle value, if this process has such a handle
 //     sleep:MS    waits
 //     until:FILE  waits until there is such a file, at most a minute
+//     broadcast   tells every window that a setting has changed, and says whether each has answered
 //     make:FILE   makes an empty file
 //     start-own:A starts itself with the arguments A, separated by commas, and does not wait for it
 //     hang-up     closes its standard output and error
@@ -75,6 +76,23 @@ void waitForFile(const char* name) {
     }
 }
 
+BOOL CALLBACK tellWindow(HWND window, LPARAM unanswered) {
+    constexpr UINT kPatience = 10'000; // milliseconds
+    DWORD_PTR answer = 0;
+    if (SendMessageTimeoutW(window, WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>(L"Environment"), SMTO_NORMAL,
+                            kPatience, &answer) == 0 &&
+        IsWindow(window) != FALSE) {
+        ++*reinterpret_cast<int*>(unanswered);
+    }
+    return TRUE;
+}
+
+void broadcast() {
+    int unanswered = 0;
+    EnumWindows(&tellWindow, reinterpret_cast<LPARAM>(&unanswered));
+    print(unanswered == 0 ? "answered\r\n" : "not answered\r\n");
+}
+
 void makeFile(const char* name) {
     CloseHandle(CreateFileA(name, GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr));
 }
@@ -123,6 +141,8 @@ int main(int count, char** arguments) {
             startOwn(own);
         } else if (const char* const code = valueOf(argument, "exit:")) {
             exitCode = std::stoi(code);
+        } else if (argument == "broadcast") {
+            broadcast();
         } else if (argument == "crlf") {
             print("\r\n");
         } else if (argument == "hang-up") {

@@ -79,7 +79,7 @@ Launch freshRun(const std::string& name, const BenchFolder& bench) {
     // The tutorial was read and put away in an earlier run.
     std::ofstream(folder / "program" / "TutorialData.db", std::ios::binary).write("\0\0\0\0", 4);
     bench.writeTo(folder / "bench");
-    return {workbenchFolder() / "bench.exe", folder / "bench", folder / "program" / kProgramName};
+    return {workbenchFolder() / "bench.exe", folder / "bench", folder / "program" / kProgramName, {}};
 }
 
 Program::Program(Launch launch) : launch_(std::move(launch)), job_(makeJob()) {
@@ -135,7 +135,8 @@ void Program::startLauncher() {
     startup.hStdOutput = output.get();
     startup.hStdError = output.get();
     // Suspended, so that it is in the job before it can start anything itself.
-    const PROCESS_INFORMATION process = startProcess(commandLine, startup, CREATE_SUSPENDED, TRUE, folder().c_str());
+    const fs::path startFolder = launch_.startFolder.empty() ? folder() : launch_.startFolder;
+    const PROCESS_INFORMATION process = startProcess(commandLine, startup, CREATE_SUSPENDED, TRUE, startFolder.c_str());
     launcher_ = process.hProcess;
     launcherId_ = process.dwProcessId;
     AssignProcessToJobObject(job_, process.hProcess);

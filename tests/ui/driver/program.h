@@ -14,9 +14,10 @@ namespace torvane::driver {
 
 /// What is started, and where.
 struct Launch {
-    std::filesystem::path launcher; ///< bench.exe
-    std::filesystem::path bench;    ///< the bench folder
-    std::filesystem::path program;  ///< Torvane.exe; its folder becomes the current one
+    std::filesystem::path launcher;    ///< bench.exe
+    std::filesystem::path bench;       ///< the bench folder
+    std::filesystem::path program;     ///< Torvane.exe
+    std::filesystem::path startFolder; ///< the current folder at its start; empty: the program's own
 };
 
 /// A folder of its own in `runsFolder()` with a fresh copy of the shippable folder and of the bench in it.
