@@ -11,13 +11,15 @@ constexpr COLORREF kBackground = RGB(218, 223, 234);
 constexpr COLORREF kGapColour = RGB(70, 80, 100);
 constexpr int kGap = 6;
 
-/// The panel's height in the main window: from the drive list's end to the line above the commands.
+/// The panel's height in the main window, at 96 dots to the inch: from the drive list's end to the line above the
+/// commands.
 constexpr int kPanelTop = 122;
 constexpr int kPanelBottom = 273;
 
 RECT panelRect(const Window& window) {
     const RECT area = window.clientRect();
-    return {area.left, area.top + kPanelTop, area.right, area.top + kPanelBottom};
+    const int dpi = static_cast<int>(GetDpiForSystem());
+    return {area.left, area.top + MulDiv(kPanelTop, dpi, 96), area.right, area.top + MulDiv(kPanelBottom, dpi, 96)};
 }
 
 /// The row as the list shows it, and the panel of its drive.
