@@ -101,11 +101,11 @@ TEST_F(NewTable, OfAStoppedCopyIsReadToo) {
 }
 
 TEST_F(NewTable, OfACloneIsReadInBothDirections) {
-    writeFile("source.img", diskContent());
+    std::filesystem::create_directories("bench\\backing");
+    writeFile(backingFile(1), diskContent());
     bench_.addDrive(R"({"number": 1, "bus": "nvme", "size": )" + std::to_string(kBlocks * kBlock) + "}");
     openDrive();
     DriveRecord& source = drive(1);
-    std::filesystem::copy_file("source.img", backingFile(1), std::filesystem::copy_options::overwrite_existing);
     order_.source = &source;
     EXPECT_EQ(run(runForwardClone), 1U);
     EXPECT_THAT(requests(), SizeIs(1));

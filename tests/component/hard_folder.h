@@ -13,7 +13,7 @@
 #include <vector>
 
 // The linker names it. NOLINTNEXTLINE(bugprone-reserved-identifier)
-extern "C" decltype(&MultiByteToWideChar) __imp_MultiByteToWideChar;
+extern "C" decltype(&GetACP) __imp_GetACP;
 
 namespace torvane::testing {
 
@@ -99,16 +99,10 @@ class HardFolder {
 
 /// As long as this lives the code page of the program's texts is UTF-8, as its manifest wants it on Windows.
 class TextsAreUtf8 {
-  public:
-    TextsAreUtf8() { real_ = patched_.original(); }
-
   private:
-    static int WINAPI toWide(UINT codePage, DWORD flags, LPCCH text, int size, LPWSTR wide, int room) {
-        return real_(codePage == CP_ACP ? CP_UTF8 : codePage, flags, text, size, wide, room);
-    }
+    static UINT WINAPI utf8() { return CP_UTF8; }
 
-    static inline decltype(&MultiByteToWideChar) real_ = nullptr;
-    ImportPatched<decltype(&MultiByteToWideChar)> patched_{__imp_MultiByteToWideChar, &toWide};
+    ImportPatched<decltype(&GetACP)> patched_{__imp_GetACP, &utf8};
 };
 
 } // namespace torvane::testing

@@ -24,7 +24,7 @@ struct VolumeSearch {
 std::mutex searchesMutex;
 std::map<HANDLE, std::unique_ptr<VolumeSearch>> searches;
 
-std::wstring volumeName(const VolumeDescription& volume) {
+std::wstring guidPath(const VolumeDescription& volume) {
     return L"\\\\?\\Volume" + wideFromBytes(volume.guid) + L"\\";
 }
 
@@ -33,7 +33,7 @@ std::vector<std::wstring> mountedVolumes(BenchSession& session) {
     std::vector<std::wstring> names;
     for (const VolumeDescription& volume : session.description().volumes) {
         if (volume.kind != VolumeKind::kNetwork && session.isMounted(volume)) {
-            names.push_back(volumeName(volume));
+            names.push_back(guidPath(volume));
         }
     }
     return names;
