@@ -1,7 +1,12 @@
+#include "tests/ui/driver/bench_folder.h"
 #include "tests/ui/driver/shipped_resources.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <filesystem>
 
 namespace torvane::driver {
 namespace {
@@ -50,7 +55,29 @@ TEST(ShippedVersionTest, NamesTheProgramAndItsVersion) {
 }
 
 TEST(ShippedIconTest, HasAPictureForEveryPlaceThatShowsIt) {
-    EXPECT_THAT(shippedIconWidths(), UnorderedElementsAre(16, 24, 32, 48, 64, 256));
+    EXPECT_THAT(shippedIconWidths(), UnorderedElementsAre(16, 20, 24, 32, 40, 48, 64, 256));
+}
+
+TEST(ShippedArtworkTest, HasLargerRenderingsOfEveryPictureBesideTheProgram) {
+    int pictures = 0;
+    for (const auto& file : std::filesystem::directory_iterator(packageFolder())) {
+        if (file.path().extension() != ".png") {
+            continue;
+        }
+        ++pictures;
+        const PngSize size = pngSize(readFile(file.path()));
+        for (const int dpi : {120, 144, 192}) {
+            const PngSize scaled{MulDiv(size.width, dpi, 96), MulDiv(size.height, dpi, 96)};
+            EXPECT_TRUE(shippedRenderingSize(file.path().filename().string(), dpi) == scaled) << file.path() << dpi;
+        }
+    }
+    EXPECT_EQ(pictures, 27);
+}
+
+TEST(ShippedArtworkTest, HasLargerRenderingsOfItsTutorial) {
+    EXPECT_TRUE((shippedRenderingSize("tutorial.png", 120) == PngSize{800, 525}));
+    EXPECT_TRUE((shippedRenderingSize("tutorial.png", 144) == PngSize{960, 630}));
+    EXPECT_TRUE((shippedRenderingSize("tutorial.png", 192) == PngSize{1280, 840}));
 }
 
 } // namespace

@@ -141,6 +141,25 @@ ShippedVersion shippedVersion() {
             versionText(info, L"OriginalFilename")};
 }
 
+// The signature of 8 bytes, then the length and type of the first chunk, IHDR: width and height, big-endian.
+PngSize pngSize(const std::string& bytes) {
+    if (bytes.size() < 24 || bytes.substr(0, 4) != "\x89PNG" || bytes.substr(12, 4) != "IHDR") {
+        throw Failure("no PNG picture");
+    }
+    const auto number = [&](std::size_t at) {
+        int value = 0;
+        for (std::size_t i = at; i < at + 4; ++i) {
+            value = value << 8 | static_cast<unsigned char>(bytes[i]);
+        }
+        return value;
+    };
+    return {number(16), number(20)};
+}
+
+PngSize shippedRenderingSize(const std::string& picture, int dpi) {
+    return pngSize(ShippedProgram().bytes(picture.c_str(), ("RENDERING" + std::to_string(dpi)).c_str()));
+}
+
 std::vector<int> shippedIconWidths() {
     const ShippedProgram program;
     const char* name = nullptr;

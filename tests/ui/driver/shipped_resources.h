@@ -36,6 +36,18 @@ struct ShippedVersion {
 };
 [[nodiscard]] ShippedVersion shippedVersion();
 
+/// The size of a PNG file's picture, in pixels. Throws when the bytes are none.
+struct PngSize {
+    int width = 0;
+    int height = 0;
+    bool operator==(const PngSize&) const = default;
+};
+[[nodiscard]] PngSize pngSize(const std::string& bytes);
+
+/// The size of the rendering of a picture that the program carries for screens of `dpi` dots to the inch. Throws when
+/// it has none.
+[[nodiscard]] PngSize shippedRenderingSize(const std::string& picture, int dpi);
+
 /// The widths of the pictures in the program's first icon, which the system shows for the file.
 [[nodiscard]] std::vector<int> shippedIconWidths();
 
