@@ -137,7 +137,7 @@ TEST_F(ScaledPanel, WritesItsCaptionsUnderTheDials) {
                     }
                 }
             }
-            EXPECT_NEAR((first + last) / 2, scale.px(70 + 180 * dial), scale.px(2)) << dial << ", " << scale.dpi;
+            EXPECT_NEAR((first + last) / 2.0, scale.px(70 + 180 * dial), scale.px(2)) << dial << ", " << scale.dpi;
             // Capital letters of a font 20 high are 10 to 12 high.
             EXPECT_GE(bottom - top, scale.px(9)) << dial << ", " << scale.dpi;
         }
