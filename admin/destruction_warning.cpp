@@ -49,17 +49,20 @@ std::vector<WarningRow> warningRows(const DriveRecord& destination, const std::v
     return rows;
 }
 
-std::string warningDetails(const DriveRecord& destination) {
-    const std::string printed = printedIdentityText(destination);
+std::string warningDetails(const DriveRecord& destination, std::string_view note) {
     std::string details = formatText("Drive number %d, %s GB (%" PRId64 " bytes)", destination.driveNumber,
                                      sizeGigabytesText(destination).c_str(), destination.sizeBytes);
-    details.append(printed.empty() ? "" : "\nPrinted on the drive: " + printed);
+    const auto addLine = [&](std::string_view line) { details.append(line.empty() ? "" : "\n").append(line); };
+    // What may keep somebody from the wrong drive comes first: there is room for four lines.
+    addLine(note);
     const std::string own = deviceSerialNumber(destination.device);
-    if (own.empty() || isSerialNumberOf(destination.device, destination.serialNumber.view())) {
-        return details;
+    if (!own.empty() && !isSerialNumberOf(destination.device, destination.serialNumber.view())) {
+        addLine(formatText("Serial number by its report: %s, by the drive itself: %s", destination.serialNumber.c_str(),
+                           own.c_str()));
     }
-    details += formatText("\nSerial number by its report: %s, by the drive itself: %s",
-                          destination.serialNumber.c_str(), own.c_str());
+    if (const std::string printed = printedIdentityText(destination); !printed.empty()) {
+        addLine("Printed on the drive: " + printed);
+    }
     return details;
 }
 

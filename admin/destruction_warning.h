@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace torvane {
@@ -40,8 +41,9 @@ using VolumeLengthReader = std::function<std::optional<std::uint64_t>(const std:
                                                   const VolumeIdentityReader& identify,
                                                   const VolumeLengthReader& lengthOf);
 
-/// What stands below the list: the drive's number and its size, to the byte; what is printed on it, where its
-/// controller tells that; and both serial numbers, where its report tells another one than the drive itself.
-[[nodiscard]] std::string warningDetails(const DriveRecord& destination);
+/// What stands below the list: the drive's number and its size, to the byte; the note, unless it is empty; both serial
+/// numbers, where its report tells another one than the drive itself; and what is printed on it, where its controller
+/// tells that.
+[[nodiscard]] std::string warningDetails(const DriveRecord& destination, std::string_view note);
 
 } // namespace torvane

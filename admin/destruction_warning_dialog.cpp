@@ -92,11 +92,7 @@ class DestructionWarningDialog : public Dialog {
         }
         // Names longer than their column must be seen whole before anybody says "Yes".
         setControlText(IDC_WARNING_DRIVE, facts_.rows.front().name.c_str());
-        std::string details = warningDetails(destruction_.drive);
-        if (!facts_.note.empty()) {
-            details.append("\n").append(facts_.note);
-        }
-        setControlText(IDC_WARNING_DETAILS, details.c_str());
+        setControlText(IDC_WARNING_DETAILS, warningDetails(destruction_.drive, facts_.note).c_str());
     }
 
     void onYes() { end(1); }

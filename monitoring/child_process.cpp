@@ -75,14 +75,18 @@ UniqueHandle makeGroup(HANDLE process) {
 bool awaitAnswering(HANDLE process, DWORD milliseconds) {
     const ULONGLONG begin = GetTickCount64();
     for (DWORD left = milliseconds;;) {
-        if (MsgWaitForMultipleObjects(1, &process, FALSE, left, QS_SENDMESSAGE) != WAIT_OBJECT_0 + 1) {
+        const DWORD waited = MsgWaitForMultipleObjects(1, &process, FALSE, left, QS_SENDMESSAGE);
+        if (waited == WAIT_FAILED) {
+            return WaitForSingleObject(process, left) != WAIT_TIMEOUT;
+        }
+        if (waited != WAIT_OBJECT_0 + 1) {
             return WaitForSingleObject(process, 0) != WAIT_TIMEOUT;
         }
         MSG message{};
         PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE); // dispatches what was sent
         if (milliseconds != INFINITE) {
-            const ULONGLONG waited = GetTickCount64() - begin;
-            left = waited < milliseconds ? static_cast<DWORD>(milliseconds - waited) : 0;
+            const ULONGLONG gone = GetTickCount64() - begin;
+            left = gone < milliseconds ? static_cast<DWORD>(milliseconds - gone) : 0;
         }
     }
 }

@@ -14,7 +14,7 @@ struct DriveRecord;
 /// Returns 1 when a transport succeeded: `record.nvme` is filled and SmartType is NVMe; the two pass-through transports
 /// also set model, serial number, bus text and bus code. Returns 0 otherwise, with nothing logged and all else
 /// unchanged: the caller goes on with `SmartParseSsdCounters`. What the controller tells of itself is kept in
-/// `record.printed` on every transport, also where its health log fails afterwards.
+/// `record.printed`; after a storage query also where the health log fails afterwards.
 int ReadNvmeHealth(DriveRecord& record);
 
 } // namespace torvane

@@ -1,4 +1,6 @@
 #include "ui/choosers.h"
+
+#include "base/wide_text.h"
 #include "ui/prompt_owner.h"
 
 #include <windows.h>
@@ -9,7 +11,9 @@
 #include <shlobj.h>
 
 #include <array>
+#include <cstring>
 #include <memory>
+#include <vector>
 
 namespace torvane::choosers {
 
@@ -46,6 +50,21 @@ std::string filterText(std::span<const FileKind> kinds) {
     return text;
 }
 
+/// None for what has no path in the file system. The narrow call ends at MAX_PATH bytes, which a path in other letters
+/// reaches sooner than one of MAX_PATH characters; where it may have, the whole path is asked for.
+std::optional<std::string> pathOf(PCIDLIST_ABSOLUTE item) {
+    constexpr std::size_t kMayBeCut = MAX_PATH - 4; // a character of UTF-8 has up to four bytes
+    std::array<char, std::size_t{3} * MAX_PATH> path{};
+    if (SHGetPathFromIDListA(item, path.data()) != FALSE && std::strlen(path.data()) < kMayBeCut) {
+        return path.data();
+    }
+    std::vector<wchar_t> whole(32768); // the longest path of Windows
+    if (SHGetPathFromIDListEx(item, whole.data(), static_cast<DWORD>(whole.size()), GPFIDL_DEFAULT) == FALSE) {
+        return std::nullopt;
+    }
+    return ansiText(whole.data());
+}
+
 } // namespace
 
 std::optional<std::string> folder(const char* title) {
@@ -58,12 +77,7 @@ std::optional<std::string> folder(const char* title) {
     browse.lpszTitle = title;
     browse.ulFlags = BIF_NEWDIALOGSTYLE;
     const ItemIdList chosen(SHBrowseForFolderA(&browse));
-    // The system asks for room of MAX_PATH characters; in UTF-8 one of them may take up to three bytes.
-    std::array<char, std::size_t{3} * MAX_PATH> path{};
-    if (!chosen || SHGetPathFromIDListA(chosen.get(), path.data()) == FALSE) {
-        return std::nullopt;
-    }
-    return path.data();
+    return chosen ? pathOf(chosen.get()) : std::nullopt;
 }
 
 std::optional<std::string> existingFile(std::span<const FileKind> kinds) {

@@ -159,6 +159,9 @@ bool Dialog::initialise() {
     scale_ = scaleOf(window_);
     rememberScale(window_, scale_);
     const bool focusIsTheSystems = onInitialise();
+    if (sized_) {
+        keepInWorkArea(window_); // the system has placed it by its template
+    }
     if (sized_ && scrolls()) {
         followFocus(window_);
     }
@@ -167,17 +170,28 @@ bool Dialog::initialise() {
 
 // What has to do with the window's size, scale and scroll bars.
 bool Dialog::takesSize(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (IsIconic(window_) != FALSE) {
+        return isForRestored(message);
+    }
     switch (message) {
+    case WM_SIZE:
+        if (std::exchange(changedAsIcon_, false)) {
+            adoptMonitor();
+        }
+        return false;
     case WM_DPICHANGED:
-        changeScale(Scale{LOWORD(wParam)}, *reinterpret_cast<const RECT*>(lParam));
+        // A change may take the window onto another monitor, which would change it back, without end.
+        if (!changesScale_) {
+            changeScale(Scale{LOWORD(wParam)}, *reinterpret_cast<const RECT*>(lParam));
+        }
         return true;
     case WM_DISPLAYCHANGE:
-        layOutAnew();
-        keepInWorkArea(window_);
+        adoptMonitor();
         return true;
-    case WM_EXITSIZEMOVE: // perhaps on another monitor of the same scale
-        if (const RECT area = workAreaOf(window_); EqualRect(&area, &workArea_) == FALSE) {
-            layOutAnew();
+    case WM_EXITSIZEMOVE: // perhaps on another monitor
+        if (const RECT area = workAreaOf(window_);
+            monitorScaleOf(window_) != scale_ || EqualRect(&area, &workArea_) == FALSE) {
+            adoptMonitor();
         }
         return true;
     default:
@@ -185,7 +199,26 @@ bool Dialog::takesSize(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
+// An icon has no content: what changes meanwhile is taken up when the window is there again.
+bool Dialog::isForRestored(UINT message) {
+    const bool isChange = message == WM_DPICHANGED || message == WM_DISPLAYCHANGE || message == WM_EXITSIZEMOVE;
+    changedAsIcon_ = changedAsIcon_ || isChange;
+    return isChange;
+}
+
+void Dialog::adoptMonitor() {
+    if (const Scale scale = monitorScaleOf(window_); scale != scale_ && !changesScale_) {
+        RECT place{};
+        GetWindowRect(window_, &place);
+        changeScale(scale, place);
+        return;
+    }
+    layOutAnew();
+    keepInWorkArea(window_);
+}
+
 void Dialog::changeScale(Scale scale, const RECT& suggested) {
+    changesScale_ = true;
     const Scale before = std::exchange(scale_, scale);
     rememberScale(window_, scale);
     SetWindowPos(window_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
@@ -199,6 +232,7 @@ void Dialog::changeScale(Scale scale, const RECT& suggested) {
     if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) == FALSE || (thread.flags & GUI_INMOVESIZE) == 0) {
         keepInWorkArea(window_);
     }
+    changesScale_ = false;
 }
 
 // The template's font has a size in points (72 to the inch).

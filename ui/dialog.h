@@ -117,6 +117,8 @@ class Dialog {
     static bool showWaitCursor(WORD place);
     bool initialise();
     bool takesSize(UINT message, WPARAM wParam, LPARAM lParam);
+    [[nodiscard]] bool isForRestored(UINT message);
+    void adoptMonitor();
     void changeScale(Scale scale, const RECT& suggested);
     void scaleFont(Scale before);
     void tellChildren(Scale before) const;
@@ -128,6 +130,8 @@ class Dialog {
     UniqueFont font_;                 ///< the dialog's own, once its scale has changed
     bool sized_ = false;              ///< its client area was, so it is laid out by itself
     RECT workArea_{};                 ///< in which it was laid out
+    bool changesScale_ = false;       ///< a change of its scale is at work
+    bool changedAsIcon_ = false;      ///< its monitor did, while the window was an icon
     std::optional<WPARAM> postponed_; ///< held back before, and now until what is open over the dialog has closed
 };
 

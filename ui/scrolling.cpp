@@ -142,6 +142,17 @@ LRESULT CALLBACK followedProcedure(HWND control, UINT message, WPARAM wParam, LP
     return DefSubclassProc(control, message, wParam, lParam);
 }
 
+/// Sizes the window around as much of the content as the work area has room for beside that frame.
+WindowFit fitFrame(HWND window, const PixelSize& content, const PixelSize& frame) {
+    const PixelSize area = sizeOf(workAreaOf(window));
+    const PixelSize bars = barSizes(window);
+    const WindowFit fit = fitInto(content, {area.width - frame.width, area.height - frame.height}, bars);
+    SetWindowPos(window, nullptr, 0, 0, frame.width + fit.page.width + (fit.vertical ? bars.width : 0),
+                 frame.height + fit.page.height + (fit.horizontal ? bars.height : 0),
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return fit;
+}
+
 } // namespace
 
 POINT scrolledBy(HWND window) {
@@ -179,12 +190,11 @@ void fitToContent(HWND window, const PixelSize& content) {
         }
     }
     const PixelSize frame = frameOf(window);
-    const PixelSize area = sizeOf(workAreaOf(window));
-    const PixelSize bars = barSizes(window);
-    const WindowFit fit = fitInto(content, {area.width - frame.width, area.height - frame.height}, bars);
-    SetWindowPos(window, nullptr, 0, 0, frame.width + fit.page.width + (fit.vertical ? bars.width : 0),
-                 frame.height + fit.page.height + (fit.horizontal ? bars.height : 0),
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    WindowFit fit = fitFrame(window, content, frame);
+    // A menu that wraps in the new width has made the frame higher.
+    if (const PixelSize wrapped = frameOf(window); wrapped != frame) {
+        fit = fitFrame(window, content, wrapped);
+    }
     if (fit.horizontal) {
         setUpBar(window, SB_HORZ, content.width, fit.page.width, before.x);
     }

@@ -20,18 +20,18 @@ int sharedDpi() {
     return dpi;
 }
 
-Scale monitorScale(HWND window) {
+} // namespace
+
+Scale monitorScaleOf(HWND window) {
     static const auto getDpiForWindow = fromUser32<UINT(WINAPI*)(HWND)>("GetDpiForWindow");
     const UINT ofWindow = getDpiForWindow == nullptr ? 0 : getDpiForWindow(window);
     const int dpi = ofWindow == 0 ? sharedDpi() : static_cast<int>(ofWindow);
     return dpi > 0 ? Scale{dpi} : Scale{};
 }
 
-} // namespace
-
 Scale scaleOf(HWND window) {
     const HANDLE laidOutFor = GetPropA(GetAncestor(window, GA_ROOT), kScaleProperty);
-    return laidOutFor == nullptr ? monitorScale(window)
+    return laidOutFor == nullptr ? monitorScaleOf(window)
                                  : Scale{static_cast<int>(reinterpret_cast<INT_PTR>(laidOutFor))};
 }
 

@@ -10,9 +10,12 @@ namespace torvane {
 /// now (`lParam`). Their fonts have changed then.
 inline constexpr UINT kScaleChangedMessage = WM_APP + 101;
 
-/// The scale that the window, or the top-level window that it is in, is laid out for; before it is, that of its monitor
-/// (GetDpiForWindow, from Windows 10 1607 on; before that the one that all monitors share, LOGPIXELSX). May be asked
-/// from any thread.
+/// The scale of the window's monitor (GetDpiForWindow, from Windows 10 1607 on; before that the one that all monitors
+/// share, LOGPIXELSX).
+[[nodiscard]] Scale monitorScaleOf(HWND window);
+
+/// The scale that the window, or the top-level window that it is in, is laid out for; before it is, that of its
+/// monitor. May be asked from any thread.
 [[nodiscard]] Scale scaleOf(HWND window);
 
 /// Notes what a top-level window is laid out for, until it is forgotten, which must be before the window goes.

@@ -56,13 +56,14 @@ void tellUnopenedMessages() {
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
         return;
     }
-    prompts::stop(
-        "***** MESSAGE FILE NOT OPENED *****",
-        formatText("The file [%s] cannot be opened for reading and writing in the folder\n\n%s\n\n%s\n\nTorvane "
-                   "ends, and has changed nothing. Take the write protection off the file or its disk, or "
-                   "copy the whole folder of Torvane to where files can be written, and start it there.",
-                   kMessageFileName, currentFolder().c_str(), systemErrorText(error).c_str())
-            .c_str());
+    // Whoever held the file may have let go of it meanwhile.
+    const std::string reason = error == NO_ERROR ? "" : "\n\n" + systemErrorText(error);
+    prompts::stop("***** MESSAGE FILE NOT OPENED *****",
+                  formatText("The file [%s] cannot be opened for reading and writing in the folder\n\n%s%s\n\nTorvane "
+                             "ends, and has changed nothing. Take the write protection off the file or its disk, or "
+                             "copy the whole folder of Torvane to where files can be written, and start it there.",
+                             kMessageFileName, currentFolder().c_str(), reason.c_str())
+                      .c_str());
 }
 
 void tellReadOnlyFolder() {

@@ -35,9 +35,14 @@ DriveRecord* requireDestination(const std::vector<DriveRecord*>& ticked) {
 }
 
 bool chooseFolder(FixedText<1024>& folder) {
+    constexpr std::size_t kLongestFolder = 1023; // bytes; a folder that is cut would be another one
     const std::optional<std::string> chosen = choosers::folder("Choose Destination Folder");
     if (!chosen) {
         prompts::stop("*** ERROR ***", "Please choose a destination folder.");
+        return false;
+    }
+    if (chosen->size() > kLongestFolder) {
+        prompts::stop("*** ERROR ***", "The path of this folder is too long. Please choose another one.");
         return false;
     }
     folder.assign(*chosen);

@@ -65,9 +65,12 @@ DestinationVolume volumeOfFolder(std::string_view folder) {
         return {.freeBytes = freeBytesOfFolder(folder), .fileSystem = fileSystemOf(folder)};
     }
     const std::string letter = letterOf(folder);
-    return {.isThere = GetDriveTypeA((letter + "\\").c_str()) != DRIVE_NO_ROOT_DIR,
-            .freeBytes = freeBytesOfLetter(letter),
-            .fileSystem = fileSystemOf(folder)};
+    const std::optional<std::int64_t> freeBytes = freeBytesOfLetter(letter);
+    if (!freeBytes && GetDriveTypeA((letter + "\\").c_str()) == DRIVE_NO_ROOT_DIR) {
+        return {.isThere = false, .freeBytes = std::nullopt, .fileSystem = {}};
+    }
+    // A letter that does not tell its room, an empty reader's, has none.
+    return {.freeBytes = freeBytes.value_or(0), .fileSystem = fileSystemOf(folder)};
 }
 
 } // namespace torvane

@@ -102,9 +102,9 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     if (readiness == Readiness::kReady) {
         end = moveBlocks(job, blocks, progress, rule, copyBlock);
         flushStored(sink, end, losses); // counted like a failed write, too
+        losses.mountedMeanwhile = unmounted && wasMountedMeanwhile(job, sink);
         adoptNewTable(job, sink);
     }
-    losses.mountedMeanwhile = unmounted && sink.wasShutOut();
 
     account.ending = endingInWords(end);
     showLosses(job, losses);

@@ -90,6 +90,7 @@ bool clean(const CopyJob& job) {
 
 void tellMount(const CopyJob& job, const JobLosses& losses) {
     const std::vector<std::string> roots = job.system.volumesOn(*job.order.destination);
+    // What was mounted may have gone again, or go by another name by now.
     const std::string text = "Windows has mounted " + (roots.empty() ? "a volume" : inWords(roots)) +
                              " on the DESTINATION during the copy, and refuses writes inside mounted volumes. " +
                              formatText("%" PRIu64, losses.failedWrites) +
@@ -118,6 +119,10 @@ Readiness prepareDestination(const CopyJob& job, const BlockOrder& order) {
 
 bool isDestinationUnmounted(const CopyJob& job) {
     return job.system.volumesOn(*job.order.destination).empty();
+}
+
+bool wasMountedMeanwhile(const CopyJob& job, const DriveSink& sink) {
+    return sink.wasShutOut() && !isDestinationUnmounted(job);
 }
 
 void adoptNewTable(const CopyJob& job, const DriveSink& sink) {

@@ -34,6 +34,10 @@ enum class Readiness {
 /// True when no volume is mounted on the destination, and so each write is let through. Ask it before the first block.
 [[nodiscard]] bool isDestinationUnmounted(const CopyJob& job);
 
+/// True when writes began to be refused, and a volume is mounted on the destination. Ask it before `adoptNewTable`, by
+/// which volumes may come that have cost no write.
+[[nodiscard]] bool wasMountedMeanwhile(const CopyJob& job, const DriveSink& sink);
+
 /// After the last block, however the run ended: the system is told to read the new partition table, whole or not, so
 /// that it shows what the drive holds, and the drive is known by it. A drive that has got nothing, or has gone, is not
 /// asked. One "ERROR" row when the system could not.

@@ -91,9 +91,9 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     if (readiness == Readiness::kReady) {
         end = moveBlocks(job, blocks, progress, {}, copyBlock);
         flushStored(sink, end, losses);
+        losses.mountedMeanwhile = unmounted && wasMountedMeanwhile(job, sink);
         adoptNewTable(job, sink);
     }
-    losses.mountedMeanwhile = unmounted && sink.wasShutOut();
 
     account.ending = endingInWords(end);
     showLosses(job, losses);

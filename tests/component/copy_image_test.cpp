@@ -320,6 +320,16 @@ TEST(VolumeOfFolder, OfALetterIsTheLetters) {
     EXPECT_EQ(volume.fileSystem, "FAT32");
 }
 
+TEST(VolumeOfFolder, OfALetterThatDoesNotTellItsRoomHasNone) {
+    testing::TestBench bench;
+    bench.addDrive(R"({"number": 2, "bus": "usb", "size": "64 MiB",
+        "volumes": [{"letter": "K", "extents": [{"offset": "1 MiB", "length": "32 MiB"}]}]})");
+    bench.open();
+    const DestinationVolume volume = volumeOfFolder("K:\\images");
+    EXPECT_TRUE(volume.isThere);
+    EXPECT_EQ(volume.freeBytes, 0) << "an empty reader's slot";
+}
+
 TEST(VolumeOfFolder, OfALetterThatTheUserAloneHasIsNotThere) {
     testing::TestBench bench;
     bench.open();

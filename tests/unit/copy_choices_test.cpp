@@ -87,6 +87,17 @@ TEST_F(CopyChoices, ACancelledFolderIsToldAndKeepsTheLast) {
     EXPECT_EQ(folder_.view(), "D:\\earlier");
 }
 
+TEST_F(CopyChoices, AFolderWhosePathWouldBeCutIsNotTaken) {
+    folder_.assign("D:\\earlier");
+    choosers_.choose("C:\\" + std::string(1020, 'n'));
+    EXPECT_TRUE(chooseFolder(folder_));
+    EXPECT_EQ(folder_.view().size(), 1023U);
+    choosers_.choose("C:\\" + std::string(1021, 'n'));
+    user_.expectStop(kFolderCaption, "The path of this folder is too long. Please choose another one.");
+    EXPECT_FALSE(chooseFolder(folder_));
+    EXPECT_EQ(folder_.view().size(), 1023U) << "as before";
+}
+
 TEST_F(CopyChoices, AnImageGoesWhereThereIsRoom) {
     DriveRecord drive;
     drive.sizeBytes = 1000;

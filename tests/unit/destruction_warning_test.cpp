@@ -154,29 +154,38 @@ TEST_F(DestructionWarning, VolumeWithoutALetterIsListedByItsFolderOrItsLength) {
 TEST_F(DestructionWarning, TellsTheDrivesNumberAndItsSizeToTheByte) {
     drive_.sizeBytes = 2000398934016;
     drive_.sizeGigabytes = 1863.02;
-    EXPECT_EQ(warningDetails(drive_), "Drive number 3, 1863.02 GB (2000398934016 bytes)");
+    EXPECT_EQ(warningDetails(drive_, ""), "Drive number 3, 1863.02 GB (2000398934016 bytes)");
 }
 
 TEST_F(DestructionWarning, TellsBothSerialNumbersWhereReportAndDriveDisagree) {
-    const std::string alone = warningDetails(drive_);
+    const std::string alone = warningDetails(drive_, "");
     drive_.device.identifySerial = "TS-77";
-    EXPECT_EQ(warningDetails(drive_), alone);
+    EXPECT_EQ(warningDetails(drive_, ""), alone);
     drive_.device.identifySerial = "ts-77 ";
-    EXPECT_EQ(warningDetails(drive_), alone) << "one number, written otherwise";
+    EXPECT_EQ(warningDetails(drive_, ""), alone) << "one number, written otherwise";
     drive_.device.identifySerial = "TS-99";
-    EXPECT_EQ(warningDetails(drive_), alone + "\nSerial number by its report: TS-77, by the drive itself: TS-99");
+    EXPECT_EQ(warningDetails(drive_, ""), alone + "\nSerial number by its report: TS-77, by the drive itself: TS-99");
     drive_.device.identifySerial.clear();
     drive_.device.descriptor = StorageDeviceTexts{};
     drive_.device.descriptor->serialNumber = "TS-55";
-    EXPECT_EQ(warningDetails(drive_), alone + "\nSerial number by its report: TS-77, by the drive itself: TS-55");
+    EXPECT_EQ(warningDetails(drive_, ""), alone + "\nSerial number by its report: TS-77, by the drive itself: TS-55");
 }
 
 TEST_F(DestructionWarning, TellsWhatIsPrintedOnTheDrive) {
-    const std::string alone = warningDetails(drive_);
+    const std::string alone = warningDetails(drive_, "");
     drive_.printed.serialNumber = "TS-77";
-    EXPECT_EQ(warningDetails(drive_), alone);
+    EXPECT_EQ(warningDetails(drive_, ""), alone);
     drive_.printed.serialNumber = "HG51-2290";
-    EXPECT_EQ(warningDetails(drive_), alone + "\nPrinted on the drive: serial number HG51-2290");
+    EXPECT_EQ(warningDetails(drive_, ""), alone + "\nPrinted on the drive: serial number HG51-2290");
+}
+
+TEST_F(DestructionWarning, TellsFirstWhatMayKeepSomebodyFromTheWrongDrive) {
+    const std::string alone = warningDetails(drive_, "");
+    drive_.printed.serialNumber = "HG51-2290";
+    drive_.device.identifySerial = "TS-99";
+    EXPECT_EQ(warningDetails(drive_, "Look twice"),
+              alone + "\nLook twice\nSerial number by its report: TS-77, by the drive itself: TS-99\n"
+                      "Printed on the drive: serial number HG51-2290");
 }
 
 TEST_F(DestructionWarning, SystemDriveIsTheMarkedOneAndTheOneWithVolumeC) {

@@ -422,6 +422,7 @@ class SequentialModel {
         if (!wanted) {
             return;
         }
+        mountedMeanwhile_ = unmounted_ && shutOut_ && !world_.mountedVolumes().empty();
         if (driveUsed_ && !gone_ && !goneAtFlush_) {
             if (const std::optional<std::string> failure = world_.readTableAnew()) {
                 log(text("Windows could not read the new partition table of disk 012 - Destination D 9, %" PRId64
@@ -430,7 +431,6 @@ class SequentialModel {
             }
         }
         world_.rememberDestination();
-        mountedMeanwhile_ = unmounted_ && shutOut_;
     }
 
     void tellMount() {
