@@ -1,3 +1,4 @@
+#include "base/owned_handle.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
 
@@ -71,6 +72,21 @@ class Clone : public testing::CopyBench {
     DriveRecord* source_ = nullptr;
     DriveRecord* destination_ = nullptr;
 };
+
+TEST_F(Clone, DoesNotBeginOntoADriveThatAnotherTorvaneUses) {
+    openDrives(kBlock, kBlock);
+    UniqueHandle other{CreateMutexW(nullptr, FALSE, L"Global\\Torvane.PhysicalDrive2")};
+    user_.expectStop(
+        "***** DRIVE IN USE *****",
+        "Drive 2 - Target T1 is used by another Torvane on this computer.\n\nNothing was started, and nothing "
+        "was done to the drive. Wait for the end of the job there, or terminate it, and try again.");
+    EXPECT_FALSE(start(CopyKind::kForwardClone));
+    EXPECT_TRUE(state().jobs.atWork().empty());
+    EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
+    EXPECT_THAT(bench_.log("request=diskpart"), IsEmpty());
+    const UniqueHandle source{CreateMutexW(nullptr, FALSE, L"Global\\Torvane.PhysicalDrive1")};
+    EXPECT_NE(GetLastError(), static_cast<DWORD>(ERROR_ALREADY_EXISTS)) << "the source is given back";
+}
 
 TEST_F(Clone, ForwardOntoADiskWithMountedVolumesArrivesWhole) {
     openDrives(10 * kBlock + 4096, 10 * kBlock + 4096, "{}", kUsedDisk);
