@@ -108,6 +108,7 @@ std::set<int> walkThrough(const Window& window) {
         const Window before = focused(window);
         pressKey(before, VK_TAB);
         static_cast<void>(waitUntil([&] { return focused(window) != before; }, std::chrono::seconds(2)));
+        window.settle();
         const Window control = focused(window);
         if (!met.insert(control.handle()).second) {
             return buttons;
@@ -173,6 +174,7 @@ class ScalingTest : public CopyUiTest {
 
     void chooseSource() const {
         torvane().loadDrivesOnce();
+        scrollToEnd(torvane().window(), false);
         torvane().driveList().click(torvane().driveList().rowWith(0, "SOURCE"));
     }
 
@@ -299,6 +301,7 @@ TEST_F(ScalingTest, CopyDialogsAndTheirWarningFit) {
 TEST_F(ScalingTest, MainWindowFollowsItsMonitorsScaleThereAndBack) {
     const Window window = torvane().window();
     torvane().loadDrivesOnce();
+    scrollToEnd(window, false);
     const int other = screenDpi() == 144 ? 120 : 144;
     const RECT placeBefore = window.rect();
     const std::vector<std::string> before = placesIn(window);
@@ -316,6 +319,7 @@ TEST_F(ScalingTest, MainWindowFollowsItsMonitorsScaleThereAndBack) {
 
     scrollToEnd(window, false);
     changeScale(window, other, screenDpi());
+    scrollToEnd(window, false); // what has the keyboard was brought into view
     EXPECT_EQ(placesIn(window), before);
     EXPECT_EQ(width(window.rect()), width(placeBefore));
     EXPECT_EQ(height(window.rect()), height(placeBefore));
@@ -326,6 +330,7 @@ TEST_F(ScalingTest, AnOpenDialogFollowsItsMonitorsScaleThereAndBack) {
     const CopyDialogWindow clone = openClone("SOURCE");
     const Window dialog = clone.window();
     const int other = screenDpi() == 144 ? 120 : 144;
+    scrollToEnd(dialog, false);
     const std::vector<std::string> before = placesIn(dialog);
     clone.tickDestination("SMALL");
     changeScale(dialog, screenDpi(), other);
@@ -337,6 +342,7 @@ TEST_F(ScalingTest, AnOpenDialogFollowsItsMonitorsScaleThereAndBack) {
     EXPECT_TRUE(clone.destinations().ticked(clone.destinations().rowWith(0, "SMALL"))) << "ticks stay";
     scrollToEnd(dialog, false);
     changeScale(dialog, other, screenDpi());
+    scrollToEnd(dialog, false);
     EXPECT_EQ(placesIn(dialog), before);
     clone.leave();
 }

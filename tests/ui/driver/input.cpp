@@ -117,6 +117,15 @@ bool isPushed(const Window& button) {
     return answered && (state & BST_PUSHED) != 0;
 }
 
+// As a user with the keyboard does it: a window that is scrolled shows the control that gets the focus.
+void bringIntoSight(const Window& button) {
+    const Window window(GetParent(button.handle()));
+    if (window.enabled() && !inside(button.rect(), window.clientRect())) {
+        window.send(WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(button.handle()), TRUE);
+        window.settle();
+    }
+}
+
 } // namespace
 
 void clickAt(const Window& window, POINT place, MouseButton button) {
@@ -129,6 +138,7 @@ void clickAt(const Window& window, POINT place, MouseButton button) {
 }
 
 void press(const Window& button) {
+    bringIntoSight(button);
     const POINT place = centre(button.rect());
     requireReachable(button, place);
     moveMouse(place);

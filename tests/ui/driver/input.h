@@ -12,7 +12,8 @@ enum class MouseButton { kLeft, kRight };
 /// Clicks a place on the screen, of which `window` must be the owner, and returns when the click was dealt with.
 void clickAt(const Window& window, POINT place, MouseButton button = MouseButton::kLeft);
 
-/// Presses a button and returns when its command has run or has opened a modal box.
+/// Presses a button, scrolled into sight where it is not, and returns when its command has run or has opened a modal
+/// box.
 void press(const Window& button);
 
 /// Drags the mouse from one place of the screen to another, both of them in `window`, and returns when the release was
