@@ -20,6 +20,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker names these
@@ -152,17 +153,15 @@ TEST_F(PortableDrive, CopiesThirtyFiveFilesInOrderAndSaysSo) {
     EXPECT_EQ(copied().size(), 34U) << "one file stands in the list twice";
 }
 
-class OpenBench {
-  protected:
-    OpenBench() { bench_.open(); }
-
-    testing::TestBench bench_;
-};
-
-/// On a bench, where no path is let through that Windows does not; found before the program believes to be elsewhere.
-class PortableDriveOnABench : OpenBench, public PortableDrive {};
-
-TEST_F(PortableDriveOnABench, IsMadeInAFolderWithAPathOfAnyLength) {
+/// On a bench, where no path is let through that Windows does not.
+TEST_F(PortableDrive, IsMadeInAFolderWithAPathOfAnyLength) {
+    // The bench is found from where the test program really is.
+    std::string own(MAX_PATH, '\0');
+    own.resize(GetModuleFileNameA(nullptr, own.data(), MAX_PATH));
+    const std::string elsewhere = std::exchange(programPath, own);
+    testing::TestBench bench;
+    bench.open();
+    programPath = elsewhere;
     user_.expectInform("DISK CREATED", "Technicians Disk Created");
     const testing::HardFolder folder = testing::HardFolder::withLongPath();
     EXPECT_EQ(CopyPortableFiles(folder.path(), place()), 1U);

@@ -208,7 +208,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        torvane::driver::takeTour({argv[1], argv[2], argv[3]}, argv[4]);
+        torvane::driver::takeTour({argv[1], argv[2], argv[3], {}}, argv[4]);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
