@@ -14,17 +14,17 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 // The import slot of the function that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
-extern decltype(&std::fopen) __imp_fopen;
+extern decltype(&CreateFileW) __imp_CreateFileW;
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
@@ -44,16 +44,18 @@ constexpr const char* kEnabledAndScrubbedReport =
     "\r\nDiskPart successfully scrubbed the mount point settings in the system.\r\n\r\n"
     "Automatic mounting of new volumes enabled.\r\n\r\n";
 
-/// When the second question for the status may be asked. Its first step is to create the script's file.
+/// When the second question for the status may be asked. It makes the script's file.
 struct SecondStatus {
     DWORD thread = 0;
     std::function<bool()> ready;
 };
 SecondStatus secondStatus;
 
-decltype(&std::fopen) realOpen;
-std::FILE* openWhenReady(const char* name, const char* mode) {
-    if (GetCurrentThreadId() == secondStatus.thread && StartedThreads::any()) {
+decltype(&CreateFileW) realCreate;
+HANDLE WINAPI createWhenReady(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                              DWORD disposition, DWORD flags, HANDLE likeFile) {
+    const bool isScript = std::wstring_view(name).ends_with(L"MountStatusScript.txt");
+    if (isScript && GetCurrentThreadId() == secondStatus.thread && StartedThreads::any()) {
         int patience = 24000;
         while (!secondStatus.ready() && patience-- > 0) {
             SleepEx(5, FALSE); // another function than the one that a test may replace
@@ -61,7 +63,7 @@ std::FILE* openWhenReady(const char* name, const char* mode) {
         EXPECT_GT(patience, 0) << "the worker does not get there";
         secondStatus.thread = 0;
     }
-    return realOpen(name, mode);
+    return realCreate(name, access, share, security, disposition, flags, likeFile);
 }
 
 class ExitFlowTest : public ::testing::Test {
@@ -80,8 +82,8 @@ class ExitFlowTest : public ::testing::Test {
     /// Runs the flow; this thread asks diskpart for the status behind the worker's start only when `ready` says so.
     bool confirmExitAskingAgainWhen(std::function<bool()> ready) {
         secondStatus = {GetCurrentThreadId(), std::move(ready)};
-        const ImportPatched patched(__imp_fopen, &openWhenReady);
-        realOpen = patched.original();
+        const ImportPatched patched(__imp_CreateFileW, &createWhenReady);
+        realCreate = patched.original();
         const bool leaving = confirmExit(state_);
         EXPECT_EQ(secondStatus.thread, 0U) << "the status was not asked for a second time";
         return leaving;

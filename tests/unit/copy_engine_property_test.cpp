@@ -348,7 +348,6 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "brought onto the medium. The image is not whole, and it has no hash file. Make it anew]",
                   "stop [***** IMAGE NOT COMPLETE *****] [The HASH of [E:\\Images\\Model 100%s.#.img] could not be "
                   "read. The image has no hash file, and it cannot be verified. Make it anew]",
-                  mountedBox("a volume"),
                   mountedBox("K:"),
                   mountedBox("K:, C:\\mnt\\"),
                   mountedBox("K:, C:\\mnt\\, a volume without a letter"),
