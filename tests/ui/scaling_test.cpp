@@ -3,6 +3,7 @@
 #include "tests/ui/driver/picture.h"
 #include "tests/ui/driver/remote_memory.h"
 #include "tests/ui/driver/screen.h"
+#include "tests/ui/expect_soon.h"
 
 #include <commctrl.h>
 
@@ -298,6 +299,23 @@ TEST_F(ScalingTest, CopyDialogsAndTheirWarningFit) {
     back.leave();
 }
 
+TEST_F(ScalingTest, AScreenThatChangesWhileTheWindowIsAnIconIsTakenUpWhenItIsThereAgain) {
+    const Window window = torvane().window();
+    scrollToEnd(window, false);
+    const RECT placeBefore = window.rect();
+    const std::vector<std::string> before = placesIn(window);
+    window.send(WM_SYSCOMMAND, SC_MINIMIZE);
+    await("the window is an icon", [&] { return IsIconic(window.handle()) != FALSE; });
+    window.send(WM_DISPLAYCHANGE, 32, MAKELPARAM(width(workArea()), height(workArea())));
+    window.send(WM_SYSCOMMAND, SC_RESTORE);
+    await("the window is there again", [&] { return IsIconic(window.handle()) == FALSE; });
+    expectSoon([&] {
+        scrollToEnd(window, false);
+        EXPECT_EQ(placesIn(window), before);
+        EXPECT_EQ(toText(window.rect()), toText(placeBefore));
+    });
+}
+
 TEST_F(ScalingTest, MainWindowFollowsItsMonitorsScaleThereAndBack) {
     const Window window = torvane().window();
     torvane().loadDrivesOnce();
@@ -319,8 +337,10 @@ TEST_F(ScalingTest, MainWindowFollowsItsMonitorsScaleThereAndBack) {
 
     scrollToEnd(window, false);
     changeScale(window, other, screenDpi());
-    scrollToEnd(window, false); // what has the keyboard was brought into view
-    EXPECT_EQ(placesIn(window), before);
+    expectSoon([&] {
+        scrollToEnd(window, false); // what has the keyboard was brought into view
+        EXPECT_EQ(placesIn(window), before);
+    });
     EXPECT_EQ(width(window.rect()), width(placeBefore));
     EXPECT_EQ(height(window.rect()), height(placeBefore));
     EXPECT_LT(height(list.cellRect(0, 1)), atDpi(24)) << "so did the font";
