@@ -133,7 +133,7 @@ const std::vector<Mistaken> kMistakes = {
      "drives/a.json: faults.reads[0].error: expected a Win32 error by number or name, got 0"},
     {driveWith(R"("faults": {"clean": "forgotten"})"),
      R"(drives/a.json: faults.clean: expected one of "done" "refused" "pretended", got "forgotten")"},
-    {R"("volumes": [{"letter": "K", "appears": "with its table"}])",
+    {driveWith(R"("volumes": [{"letter": "K", "appears": "with its table"}])"),
      "drives/a.json: volumes[0].appears: a volume without extents is in no partition table"},
     {driveWith(R"("faults": {"shortReads": [{"firstSector": 0}]})"),
      "drives/a.json: faults.shortReads[0].bytes: missing, but required"},
