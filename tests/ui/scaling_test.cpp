@@ -192,7 +192,7 @@ class ScalingTest : public CopyUiTest {
 
     static std::vector<std::string> placesIn(const Window& window) {
         std::vector<std::string> places;
-        for (const Window& control : window.children()) {
+        for (const Window& control : shownControls(window)) {
             places.push_back(std::to_string(control.id()) + " " + toText(control.rectIn(window)));
         }
         return places;

@@ -19,7 +19,8 @@ struct DevicePath {
     PathKind kind = PathKind::kOrdinary;
     std::uint32_t number = 0; ///< of a drive or port
     char letter = 0;          ///< of a volume, upper case; 0: it goes by its GUID
-    std::string guid = {};    ///< of such a volume, "{...}" in lower case
+    // With a value, so that the other kinds need not name it.
+    std::string guid = {}; ///< of such a volume, "{...}" in lower case; NOLINT(readability-redundant-member-init)
 };
 
 /// What a path given to CreateFile names. The device prefixes "\\.\", "\\?\" and "\??\" count, with either slash.
