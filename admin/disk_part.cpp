@@ -4,16 +4,14 @@
 #include "admin/disk_part_script.h"
 #include "base/file_name_part.h"
 #include "base/format.h"
-#include "discovery/device_request.h"
 #include "discovery/disk_attributes.h"
 #include "discovery/disk_identity.h"
+#include "discovery/table_reading.h"
 #include "records/drive_texts.h"
 #include "state/event_log.h"
 #include "state/main_view.h"
 
 #include <windows.h>
-
-#include <winioctl.h>
 
 #include <optional>
 #include <string>
@@ -148,7 +146,7 @@ std::optional<PartitionTable> tableAfterClean(const DriveRecord& drive) {
     if (!table || table->partitions == 0) {
         return table;
     }
-    static_cast<void>(requestFromDevice(drive.handle, IOCTL_DISK_UPDATE_PROPERTIES, {}, {}));
+    static_cast<void>(makeSystemReadTable(drive));
     return readPartitionTable(drive.handle);
 }
 

@@ -1,6 +1,8 @@
 #include "admin/protected_drives.h"
 
 #include "admin/protected_places.h"
+#include "base/long_path.h"
+#include "base/program_folder.h"
 #include "discovery/windows_volume_system.h"
 #include "records/drive_record.h"
 #include "ui/prompts.h"
@@ -14,8 +16,6 @@ namespace torvane {
 
 namespace {
 
-constexpr DWORD kLongestPath = 32768; // characters, as Windows has it
-
 /// What `ask` writes into a buffer of that many characters; empty when it fails.
 std::wstring pathFrom(DWORD (*ask)(wchar_t* buffer)) {
     std::wstring path(kLongestPath, L'\0');
@@ -28,7 +28,7 @@ ProtectedFolders protectedFolders() {
     return {
         .windows = pathFrom([](wchar_t* buffer) -> DWORD { return GetSystemWindowsDirectoryW(buffer, kLongestPath); }),
         .program = pathFrom([](wchar_t* buffer) { return GetModuleFileNameW(nullptr, buffer, kLongestPath); }),
-        .current = pathFrom([](wchar_t* buffer) { return GetCurrentDirectoryW(kLongestPath, buffer); }),
+        .current = wideCurrentFolder(),
     };
 }
 

@@ -10,4 +10,7 @@ namespace torvane {
 /// The same in the code page.
 [[nodiscard]] std::string folderOfProgram();
 
+/// The current folder, as the system spells it (GetCurrentDirectory); empty when it does not tell.
+[[nodiscard]] std::wstring wideCurrentFolder();
+
 } // namespace torvane

@@ -1,6 +1,7 @@
 #include "discovery/windows_volume_system.h"
 
 #include "base/ascii.h"
+#include "base/long_path.h"
 #include "base/owned_handle.h"
 #include "base/system_path.h"
 #include "discovery/local_share.h"
@@ -18,7 +19,6 @@ namespace torvane {
 
 namespace {
 
-constexpr DWORD kLongestPath = 32768; // characters, as Windows has it
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr std::size_t kRootLength = 3; // "C:\"
 

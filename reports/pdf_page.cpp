@@ -38,16 +38,6 @@ struct PdfDocumentDeleter {
 };
 using PdfDocument = std::unique_ptr<std::remove_pointer_t<HPDF_Doc>, PdfDocumentDeleter>;
 
-std::vector<std::uint8_t> readSmallFile(const char* fileName) {
-    constexpr std::size_t kLargest = 1U << 20U;
-    std::vector<std::uint8_t> bytes;
-    if (const StdioFile file = openStdioFile(fileName, "rb")) {
-        bytes.resize(kLargest);
-        bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
-    }
-    return bytes;
-}
-
 std::string toPdfText(std::string_view text) {
     const std::wstring wide = wideText(text);
     return toWindows1252(std::u16string(wide.begin(), wide.end()));

@@ -1,5 +1,7 @@
 #include "state/folder_turn.h"
 
+#include "base/program_folder.h"
+
 #include <windows.h>
 
 #include <cstdint>
@@ -12,9 +14,9 @@ namespace {
 
 constexpr std::chrono::seconds kPatience{15};
 
-std::wstring currentFolder() {
-    std::wstring path(GetCurrentDirectoryW(0, nullptr), L'\0');
-    path.resize(GetCurrentDirectoryW(static_cast<DWORD>(path.size()), path.data()));
+/// However the folder is spelt.
+std::wstring folderInLowerCase() {
+    std::wstring path = wideCurrentFolder();
     CharLowerBuffW(path.data(), static_cast<DWORD>(path.size()));
     return path;
 }
@@ -31,7 +33,7 @@ std::uint64_t hashOf(const std::wstring& text) {
 } // namespace
 
 std::optional<MachineClaim> awaitFolderTurn() {
-    MachineClaim turn(L"Torvane.Files." + std::to_wstring(hashOf(currentFolder())));
+    MachineClaim turn(L"Torvane.Files." + std::to_wstring(hashOf(folderInLowerCase())));
     return turn.await(kPatience) ? std::optional(std::move(turn)) : std::nullopt;
 }
 

@@ -150,8 +150,7 @@ class ReadTestDialog : public Dialog {
     AppState& state_;
     ReadTestKind kind_;
     DriveRecord& drive_;
-    PixelSize
-        size_{}; ///< of the client area, at 96 dots to the inch: as the template has it, where that has room for all
+    PixelSize size_{}; ///< of the client area at 96 dots to the inch: the template's, with room for all
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     std::shared_ptr<DialogDisplay> display_ = std::make_shared<DialogDisplay>();
 };

@@ -32,9 +32,8 @@ DWORD NistReadTest(MainView* view, const ReadTestStart& start, JobClaim& claim);
 /// which cannot be stopped, and whatever "Start Testing" started twice.
 ///
 /// False, with one log row: when the system has no room for a thread; after a box, when another Torvane uses the drive;
-/// and for the Critical and the NIST test while a
-/// copy or a change of a disk that was told to stop is still at work, which the status label tells too, as for any test
-/// while a scan is. On the window's thread.
+/// and for the Critical and the NIST test while a copy or a change of a disk that was told to stop is still at work,
+/// which the status label tells too, as for any test while a scan is. On the window's thread.
 bool startReadTest(AppState& state, ReadTestKind kind, DriveRecord& drive, std::shared_ptr<ReadTestDisplay> display);
 
 } // namespace torvane

@@ -1,5 +1,6 @@
 #include "ui/choosers.h"
 
+#include "base/long_path.h"
 #include "base/wide_text.h"
 #include "ui/prompt_owner.h"
 
@@ -58,7 +59,7 @@ std::optional<std::string> pathOf(PCIDLIST_ABSOLUTE item) {
     if (SHGetPathFromIDListA(item, path.data()) != FALSE && std::strlen(path.data()) < kMayBeCut) {
         return path.data();
     }
-    std::vector<wchar_t> whole(32768); // the longest path of Windows
+    std::vector<wchar_t> whole(kLongestPath);
     if (SHGetPathFromIDListEx(item, whole.data(), static_cast<DWORD>(whole.size()), GPFIDL_DEFAULT) == FALSE) {
         return std::nullopt;
     }

@@ -161,9 +161,9 @@ bool Dialog::initialise() {
     const bool focusIsTheSystems = onInitialise();
     if (sized_) {
         keepInWorkArea(window_); // the system has placed it by its template
-    }
-    if (sized_ && scrolls()) {
-        followFocus(window_);
+        if (scrolls()) {
+            followFocus(window_);
+        }
     }
     return focusIsTheSystems;
 }

@@ -1,14 +1,13 @@
 #include "ui/picture_choice.h"
 
 #include "base/checksum.h"
+#include "base/scale.h"
 
 #include <algorithm>
 
 namespace torvane {
 
 namespace {
-
-constexpr int kFileDpi = 96;
 
 bool isAsShipped(std::string_view name, ByteView file, std::span<const ShippedPicture> shipped) {
     const auto known = std::ranges::find(shipped, name, &ShippedPicture::name);
@@ -18,7 +17,7 @@ bool isAsShipped(std::string_view name, ByteView file, std::span<const ShippedPi
 } // namespace
 
 std::optional<int> renderingFor(int dpi) {
-    if (dpi <= kFileDpi) {
+    if (dpi <= Scale::kDesignDpi) {
         return std::nullopt;
     }
     const auto* const largeEnough = std::ranges::lower_bound(kRenderingDpis, dpi);

@@ -6,25 +6,11 @@
 #include "ui/picture_drawing.h"
 #include "ui/shipped_pictures.h"
 
-#include <array>
-#include <cstdint>
 #include <string>
-#include <vector>
 
 namespace torvane {
 
 namespace {
-
-/// Empty when it cannot be read.
-std::vector<std::uint8_t> bytesOf(std::string_view fileName) {
-    std::vector<std::uint8_t> bytes;
-    const StdioFile file = openStdioFile(std::string(fileName).c_str(), "rb");
-    std::array<std::uint8_t, 16384> block{};
-    while (const std::size_t read = file ? std::fread(block.data(), 1, block.size(), file.get()) : 0) {
-        bytes.insert(bytes.end(), block.begin(), block.begin() + static_cast<std::ptrdiff_t>(read));
-    }
-    return bytes;
-}
 
 std::unique_ptr<Gdiplus::Image> imageFile(std::string_view name) {
     const std::wstring fileName(name.begin(), name.end());
@@ -52,7 +38,8 @@ Pictures::Picture& Pictures::loaded(std::string_view name) {
 Pictures::Picture Pictures::read(std::string_view name) const {
     // At 96 dots the files are shown whatever they are, so there is nothing to ask.
     if (renderingFor(scale_.dpi)) {
-        if (const auto dpi = renderingInstead(name, bytesOf(name), shippedPictures(), scale_.dpi)) {
+        if (const auto dpi =
+                renderingInstead(name, readSmallFile(std::string(name).c_str()), shippedPictures(), scale_.dpi)) {
             return {embeddedRendering(name, *dpi), *dpi};
         }
     }

@@ -60,12 +60,18 @@ void setUpBar(HWND window, int bar, int content, int page, int position) {
     ShowScrollBar(window, bar, TRUE);
 }
 
+/// In the window's client area.
+RECT placeOf(HWND control, HWND window) {
+    RECT place{};
+    GetWindowRect(control, &place);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
 // Not by ScrollWindowEx, which leaves those of a window alone that is not shown yet.
 void moveChildren(HWND window, int right, int down) {
     for (HWND child = GetWindow(window, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
-        RECT place{};
-        GetWindowRect(child, &place);
-        MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+        const RECT place = placeOf(child, window);
         SetWindowPos(child, nullptr, place.left + right, place.top + down, 0, 0,
                      SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     }
@@ -122,9 +128,7 @@ bool mouseIsPressed() {
 }
 
 void bringIntoView(HWND window, HWND control) {
-    RECT place{};
-    GetWindowRect(control, &place);
-    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+    const RECT place = placeOf(control, window);
     const POINT by = scrolledBy(window);
     const PixelSize page = clientSize(window);
     const int margin = scaleOf(window).px(kViewMargin);

@@ -22,9 +22,7 @@ bool hasMessages(const std::wstring& folder) {
 }
 
 std::string currentFolder() {
-    std::wstring path(GetCurrentDirectoryW(0, nullptr), L'\0');
-    path.resize(GetCurrentDirectoryW(static_cast<DWORD>(path.size()), path.data()));
-    return ansiText(path);
+    return ansiText(wideCurrentFolder());
 }
 
 /// NO_ERROR, or why the file cannot be opened as its loader opens it.

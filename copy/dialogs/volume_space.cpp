@@ -1,5 +1,6 @@
 #include "copy/dialogs/volume_space.h"
 
+#include "base/long_path.h"
 #include "base/system_path.h"
 #include "base/wide_text.h"
 
@@ -11,8 +12,6 @@
 namespace torvane {
 
 namespace {
-
-constexpr DWORD kLongestPath = 32768; // characters, as Windows has it
 
 bool hasLetter(std::string_view folder) {
     return folder.size() >= 2 && folder[1] == ':';

@@ -2,6 +2,7 @@
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
 
+#include <functional>
 #include <thread>
 
 // The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
@@ -60,6 +61,22 @@ class Clone : public testing::CopyBench {
         user_.expectStop("***** DRIVE HAS CHANGED *****",
                          "The " + role + " is not the drive that was loaded any more, or it does not answer. " +
                              untouched + ". Load the drives again");
+    }
+    /// A diskpart that takes until it is told to hurry. Before the drives are opened.
+    void describeSlowClean() {
+        bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
+                        "}}}");
+    }
+    /// Does `act` while the destination is cleaned.
+    std::uint32_t cloneWhileItIsCleaned(const std::function<void()>& act) {
+        std::thread user([&] {
+            EXPECT_TRUE(bench_.awaitLog("request=start"));
+            act();
+            bench_.hurry();
+        });
+        const std::uint32_t exitCode = run(runForwardClone);
+        user.join();
+        return exitCode;
     }
     void expectNothingWasWritten() {
         EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
@@ -395,32 +412,18 @@ TEST_F(Clone, ADestinationThatWasUnpluggedIsNotCleaned) {
 }
 
 TEST_F(Clone, ADestinationThatGoesWhileItIsCleanedGetsNoBlock) {
-    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
-                    "}}}");
+    describeSlowClean();
     openDrives(3 * kBlock, 3 * kBlock);
-    std::thread user([this] {
-        EXPECT_TRUE(bench_.awaitLog("request=start"));
-        bench_.unplug(2);
-        bench_.hurry();
-    });
     expectChangedDrive("DESTINATION", "What diskpart has changed is not known");
-    EXPECT_EQ(run(runForwardClone), 0U);
-    user.join();
+    EXPECT_EQ(cloneWhileItIsCleaned([this] { bench_.unplug(2); }), 0U);
     expectNothingWasWritten();
 }
 
 TEST_F(Clone, ASourceThatGoesWhileTheDestinationIsCleanedGivesNoBlock) {
-    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
-                    "}}}");
+    describeSlowClean();
     openDrives(3 * kBlock, 3 * kBlock);
-    std::thread user([this] {
-        EXPECT_TRUE(bench_.awaitLog("request=start"));
-        bench_.swap(1);
-        bench_.hurry();
-    });
     expectChangedDrive("SOURCE", "The DESTINATION was cleaned before, nothing was written to it");
-    EXPECT_EQ(run(runForwardClone), 0U);
-    user.join();
+    EXPECT_EQ(cloneWhileItIsCleaned([this] { bench_.swap(1); }), 0U);
     expectNothingWasWritten();
 }
 
@@ -443,16 +446,9 @@ TEST_F(Clone, TerminateBeforeTheDiskIsCleanedTouchesNothing) {
 }
 
 TEST_F(Clone, TerminateWhileTheDiskIsCleanedWritesNothing) {
-    bench_.describe(R"({"tools": {"diskpart": {"delayMilliseconds": )" + std::string(testing::kUntilToldToHurry) +
-                    "}}}");
+    describeSlowClean();
     openDrives(3 * kBlock, 3 * kBlock);
-    std::thread user([this] {
-        EXPECT_TRUE(bench_.awaitLog("request=start"));
-        terminate();
-        bench_.hurry();
-    });
-    EXPECT_EQ(run(runForwardClone), 1U);
-    user.join();
+    EXPECT_EQ(cloneWhileItIsCleaned([] { terminate(); }), 1U);
     EXPECT_THAT(bench_.log("request=diskpart"), Not(IsEmpty()));
     EXPECT_THAT(bench_.log("target=drive:2 request=write"), IsEmpty());
     EXPECT_EQ(display_.lastStatus(), " User Terminated Image");
