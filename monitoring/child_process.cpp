@@ -1,5 +1,7 @@
 #include "monitoring/child_process.h"
 
+#include "base/answering_wait.h"
+
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -70,27 +72,6 @@ UniqueHandle makeGroup(HANDLE process) {
     return group;
 }
 
-/// Waits for the process's end, and meanwhile answers what other threads send to windows of this one: a tool that tells
-/// all windows of something waits for the answer of each, of hidden ones too. False: not yet.
-bool awaitAnswering(HANDLE process, DWORD milliseconds) {
-    const ULONGLONG begin = GetTickCount64();
-    for (DWORD left = milliseconds;;) {
-        const DWORD waited = MsgWaitForMultipleObjects(1, &process, FALSE, left, QS_SENDMESSAGE);
-        if (waited == WAIT_FAILED) {
-            return WaitForSingleObject(process, left) != WAIT_TIMEOUT;
-        }
-        if (waited != WAIT_OBJECT_0 + 1) {
-            return WaitForSingleObject(process, 0) != WAIT_TIMEOUT;
-        }
-        MSG message{};
-        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE); // dispatches what was sent
-        if (milliseconds != INFINITE) {
-            const ULONGLONG gone = GetTickCount64() - begin;
-            left = gone < milliseconds ? static_cast<DWORD>(milliseconds - gone) : 0;
-        }
-    }
-}
-
 } // namespace
 
 ChildProcess::ChildProcess(const std::string& application, const char* commandLine, HANDLE output, bool watched) {
@@ -111,6 +92,7 @@ ChildProcess::ChildProcess(const std::string& application, const char* commandLi
     ResumeThread(mainThread.get());
 }
 
+// A tool that tells all windows of something waits for the answer of each, of hidden ones too.
 bool ChildProcess::awaitEnd(std::chrono::milliseconds limit) const {
     return awaitAnswering(process_.get(), static_cast<DWORD>(limit.count()));
 }

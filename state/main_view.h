@@ -23,7 +23,7 @@ class MainView {
   public:
     virtual ~MainView() = default;
 
-    /// Appends the row and scrolls it into view.
+    /// Appends the row and scrolls it into view. Whoever looks at the list afterwards finds it there.
     virtual void appendLogRow(const LogRow& row) = 0;
 
     /// Shows the scan's progress bar with range 0 to `maximum` at position 0, and the scan's status text.

@@ -5,6 +5,7 @@
 #include "ui/window_scale.h"
 
 #include <array>
+#include <atomic>
 
 namespace torvane {
 
@@ -68,6 +69,10 @@ void scaleColumns(HWND list, Scale before, Scale now) {
     }
 }
 
+/// What all lists do with a message at last. They are not subclassed by SetWindowSubclass: some systems look up what
+/// that keeps for a window by a question to another process, at every message.
+std::atomic<WNDPROC> classProcedure{nullptr};
+
 } // namespace
 
 bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD extendedStyle, COLORREF background) {
@@ -77,7 +82,8 @@ bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD
     if (window_ == nullptr) {
         return false;
     }
-    SetWindowSubclass(window_, &ListView::listProcedure, 0, 0);
+    classProcedure = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ListView::listProcedure)));
     SendMessageA(window_, WM_SETFONT, static_cast<WPARAM>(SendMessageA(parent, WM_GETFONT, 0, 0)), FALSE);
     ListView_SetExtendedListViewStyle(window_, extendedStyle);
     ListView_SetBkColor(window_, background);
@@ -181,11 +187,15 @@ void ListView::redraw() {
     InvalidateRect(window_, nullptr, TRUE);
 }
 
+bool ListView::isShown() const {
+    return (GetWindowLongA(window_, GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
 void ListView::setVisible(bool visible) {
     ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE);
 }
 
-LRESULT CALLBACK ListView::listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+LRESULT CALLBACK ListView::listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_NCCALCSIZE) {
         // A RECT, or an NCCALCSIZE_PARAMS that begins with one: the window's outer rectangle.
         dropNeedlessScrollBar(window, *reinterpret_cast<const RECT*>(lParam));
@@ -195,10 +205,21 @@ LRESULT CALLBACK ListView::listProcedure(HWND window, UINT message, WPARAM wPara
         scaleColumns(window, Scale{static_cast<int>(wParam)}, now);
         scaleCheckBoxes(window, now);
     }
-    if (message == WM_NCDESTROY) {
-        RemoveWindowSubclass(window, &ListView::listProcedure, 0);
+    return CallWindowProcW(classProcedure, window, message, wParam, lParam);
+}
+
+UndrawnList::UndrawnList(const ListView& list) : window_(list.window()), shown_(list.isShown()) {
+    SendMessageA(window_, WM_SETREDRAW, FALSE, 0);
+}
+
+// The system marks a window that is to be drawn again as shown, whatever it was before.
+UndrawnList::~UndrawnList() {
+    SendMessageA(window_, WM_SETREDRAW, TRUE, 0);
+    if (shown_) {
+        InvalidateRect(window_, nullptr, TRUE);
+    } else {
+        ShowWindow(window_, SW_HIDE);
     }
-    return DefSubclassProc(window, message, wParam, lParam);
 }
 
 LRESULT drawCells(const ListView& list, NMLVCUSTOMDRAW& draw,

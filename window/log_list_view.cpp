@@ -4,6 +4,8 @@
 #include "resources/resource_ids.h"
 #include "window/list_cells.h"
 
+#include <optional>
+
 namespace torvane {
 
 bool LogListView::create(HWND parent) {
@@ -17,11 +19,23 @@ bool LogListView::create(HWND parent) {
     return true;
 }
 
-void LogListView::append(const LogRow& row) {
-    const int index = list_.appendRow(row.category.c_str());
-    list_.setCell(index, kLogColumnDate, row.date.c_str());
-    list_.setCell(index, kLogColumnTime, row.time.c_str());
-    list_.setCell(index, kLogColumnMessage, row.message.c_str());
+void LogListView::append(std::span<const LogRow> rows) {
+    if (rows.empty()) {
+        return;
+    }
+    // One row that is seen is drawn alone, without the list flickering around it.
+    std::optional<UndrawnList> undrawn;
+    if (rows.size() > 1 || !list_.isShown()) {
+        undrawn.emplace(list_);
+    }
+    int index = -1;
+    for (const LogRow& row : rows) {
+        index = list_.appendRow(row.category.c_str());
+        list_.setCell(index, kLogColumnDate, row.date.c_str());
+        list_.setCell(index, kLogColumnTime, row.time.c_str());
+        list_.setCell(index, kLogColumnMessage, row.message.c_str());
+    }
+    undrawn.reset();
     list_.scrollIntoView(index);
 }
 

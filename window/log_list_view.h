@@ -3,6 +3,8 @@
 #include "state/main_view.h"
 #include "ui/list_view.h"
 
+#include <span>
+
 namespace torvane {
 
 /// The main window's event log: it only grows. Hidden until the user opens the log panel.
@@ -11,8 +13,8 @@ class LogListView {
     /// Its place is still to be given to it.
     bool create(HWND parent);
 
-    /// Appends the row and scrolls it into view.
-    void append(const LogRow& row);
+    /// Appends the rows and scrolls the last of them into view.
+    void append(std::span<const LogRow> rows);
     void setVisible(bool visible) { list_.setVisible(visible); }
 
     [[nodiscard]] LRESULT draw(NMLVCUSTOMDRAW& draw) const;

@@ -151,6 +151,7 @@ void MainDialog::buildListViews() {
     driveList_.create(window());
     driveList_.showTips([this](const DriveRecord& drive) { return driveSummary(drive, state_.scan.volumes); });
     logList_.create(window());
+    view_.logRows().attach(logList_);
     logToggleTip_.attach(control(IDC_LOG_TOGGLE), "Show or hide the event log");
     messageTip_.attach(control(IDC_HEALTH_MESSAGE), "");
     // First and last in the tab order; the drive list directly behind its label, whose access key leads to it.
@@ -269,7 +270,11 @@ void MainDialog::onDestroy() {
 
 std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
+    case LogListDelivery::kMessage:
+        view_.logRows().deliver(reinterpret_cast<const LogRow*>(lParam));
+        return 0;
     case MainWindowView::kRunTaskMessage:
+        view_.logRows().catchUp();
         (*reinterpret_cast<const MainWindowView::WindowTask*>(lParam))(*this);
         return 0;
     case kJobsChangedMessage:

@@ -23,7 +23,6 @@ class MainDialog : public Dialog {
 
     // What the view asks of the window, on the window's thread.
     [[nodiscard]] DriveListView& driveList() { return driveList_; }
-    [[nodiscard]] LogListView& logList() { return logList_; }
     void showScanProgress(int maximum);
     void setScanProgress(int position);
     void setScanStatus(const std::string& text);

@@ -149,7 +149,7 @@ void MainDialog::onDriveToImage() {
     DriveRecord* const source = requireDriveToImage(state_);
     FixedText<1024>& folder = state_.chosen.destinationFolder;
     if (source != nullptr && !lastDriveJobIsStillEnding(state_.jobs) &&
-        chooseImageDestination(folder, *source, volumeOfFolder)) {
+        chooseImageDestination(folder, *source, awaitVolumeOfFolder)) {
         showImageDialog(state_, *source, folder.view(), window());
     }
 }
@@ -165,7 +165,7 @@ void MainDialog::onCreateForensicImage() {
     DriveRecord* const source = requireDriveToImageForensically(state_);
     FixedText<1024>& folder = state_.chosen.destinationFolder;
     if (source != nullptr && !lastDriveJobIsStillEnding(state_.jobs) &&
-        chooseImageDestination(folder, *source, volumeOfFolder)) {
+        chooseImageDestination(folder, *source, awaitVolumeOfFolder)) {
         showForensicDialog(state_, *source, folder.view(), window());
     }
 }

@@ -12,7 +12,9 @@ void MainWindowView::onWindowThread(const WindowTask& task) {
 }
 
 void MainWindowView::appendLogRow(const LogRow& row) {
-    onWindowThread([&](MainDialog& dialog) { dialog.logList().append(row); });
+    if (const HWND window = window_; window != nullptr) {
+        logRows_.carry(window, row);
+    }
 }
 
 void MainWindowView::showScanProgress(int maximum) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "state/main_view.h"
+#include "window/log_list_delivery.h"
 
 #include <windows.h>
 
@@ -12,7 +13,8 @@ namespace torvane {
 class MainDialog;
 
 /// The main window as jobs see it: carries each call over to the window's own thread, where it runs whole before the
-/// caller goes on. Before the window exists and after its end every call is ignored, and questions answer "nothing".
+/// caller goes on. Rows of the log alone are not waited for; who asks the list finds them. Before the window exists and
+/// after its end every call is ignored, and questions answer "nothing".
 class MainWindowView : public MainView {
   public:
     /// The private message that carries a call: lParam is a `const WindowTask*`.
@@ -21,6 +23,9 @@ class MainWindowView : public MainView {
 
     /// From now on calls go to this window; null: they are ignored.
     void attach(HWND window) { window_ = window; }
+
+    /// Rows of the log on their way; the window answers its message.
+    [[nodiscard]] LogListDelivery& logRows() { return logRows_; }
 
     void appendLogRow(const LogRow& row) override;
     void showScanProgress(int maximum) override;
@@ -42,6 +47,7 @@ class MainWindowView : public MainView {
     void onWindowThread(const WindowTask& task);
 
     std::atomic<HWND> window_{nullptr};
+    LogListDelivery logRows_;
 };
 
 } // namespace torvane

@@ -53,17 +53,20 @@ bool chooseImageDestination(FixedText<1024>& folder, const DriveRecord& drive, V
     if (!chooseFolder(folder)) {
         return false;
     }
-    const DestinationVolume volume = volumeOf(folder.view());
-    if (!volume.isThere) {
+    const std::optional<DestinationVolume> volume = volumeOf(folder.view());
+    if (!volume) {
+        return false;
+    }
+    if (!volume->isThere) {
         prompts::stop("***** FOLDER NOT REACHED *****", notReachedText(folder.view()).c_str());
         return false;
     }
-    const std::int64_t freeBytes = volume.freeBytes.value_or(drive.sizeBytes);
+    const std::int64_t freeBytes = volume->freeBytes.value_or(drive.sizeBytes);
     if (const auto text = notEnoughSpaceText(drive.sizeBytes, freeBytes, folder.view())) {
         prompts::warn("****** NOT ENOUGH SPACE ******", text->c_str());
         return false;
     }
-    const auto tooLarge = fileTooLargeText(drive.sizeBytes, volume.fileSystem, folder.view());
+    const auto tooLarge = fileTooLargeText(drive.sizeBytes, volume->fileSystem, folder.view());
     return !tooLarge || prompts::askDefaultNo("***** FILE TOO LARGE FOR FAT32 *****", tooLarge->c_str());
 }
 

@@ -5,6 +5,7 @@
 #include "records/volume_record.h"
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -25,11 +26,12 @@ struct DriveRecord;
 /// Lets the user choose the folder that files go to. When the user cancels, `folder` stays as it was.
 [[nodiscard]] bool chooseFolder(FixedText<1024>& folder);
 
-/// Asks the system for the volume that holds a folder.
-using VolumeOfFolder = DestinationVolume (*)(std::string_view folder);
+/// Asks the system for the volume that holds a folder; none when the user has not waited for the answer.
+using VolumeOfFolder = std::optional<DestinationVolume> (*)(std::string_view folder);
 
 /// Chooses where the image of `drive` goes: asks for the folder, and looks whether its volume is there and has room for
-/// the image, and for a file as large as that. What the system does not tell stands in nobody's way.
+/// the image, and for a file as large as that. What the system does not tell stands in nobody's way. Who does not wait
+/// for its answer leaves silently.
 [[nodiscard]] bool chooseImageDestination(FixedText<1024>& folder, const DriveRecord& drive, VolumeOfFolder volumeOf);
 
 /// Asks for an image file. When the user cancels, silently, `image` is empty.

@@ -1,5 +1,6 @@
 #include "copy/dialogs/race_track_view.h"
 
+#include "base/answering_wait.h"
 #include "base/colours.h"
 #include "ui/back_buffer.h"
 #include "ui/pictures.h"
@@ -23,7 +24,7 @@ void drawTrack(const RaceTrack& track, const BackBuffer& buffer, Scale scale) {
         if (i > 0) {
             graphics.Flush(Gdiplus::FlushIntentionSync);
             buffer.show();
-            Sleep(kExplosionFrameMilliseconds);
+            pauseAnswering(kExplosionFrameMilliseconds); // jobs go on telling how they stand
         }
         const Sprite& figure = track.figures[i];
         pictures.draw(graphics, figure.picture, figure.x, figure.y);

@@ -3,6 +3,7 @@
 #include "base/long_path.h"
 #include "base/system_path.h"
 #include "base/wide_text.h"
+#include "ui/waiting.h"
 
 #include <windows.h>
 
@@ -70,6 +71,10 @@ DestinationVolume volumeOfFolder(std::string_view folder) {
     }
     // A letter that does not tell its room, an empty reader's, has none.
     return {.freeBytes = freeBytes.value_or(0), .fileSystem = fileSystemOf(folder)};
+}
+
+std::optional<DestinationVolume> awaitVolumeOfFolder(std::string_view folder) {
+    return waiting::resultOf("the folder", [own = std::string(folder)] { return volumeOfFolder(own); });
 }
 
 } // namespace torvane

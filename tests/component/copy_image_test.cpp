@@ -4,6 +4,7 @@
 #include "tests/component/copy_bench.h"
 #include "tests/component/hard_folder.h"
 #include "tests/component/import_patched.h"
+#include "tests/support/direct_waiting.h"
 
 #include <algorithm>
 
@@ -336,6 +337,15 @@ TEST(VolumeOfFolder, OfALetterThatTheUserAloneHasIsNotThere) {
     const DestinationVolume volume = volumeOfFolder("Q:\\images");
     EXPECT_FALSE(volume.isThere) << "a share that Windows has mapped for the user who is not elevated";
     EXPECT_EQ(volume.freeBytes, std::nullopt);
+}
+
+TEST(VolumeOfFolder, IsAwaitedOrLeft) {
+    testing::TestBench bench;
+    bench.describe(R"({"shares": [{"name": "\\\\server\\share", "freeSpace": "10 GiB", "fileSystem": "FAT32"}]})");
+    bench.open();
+    EXPECT_EQ(awaitVolumeOfFolder("\\\\server\\share")->freeBytes, 10LL << 30);
+    const testing::LeftWaits left;
+    EXPECT_FALSE(awaitVolumeOfFolder("\\\\server\\share").has_value());
 }
 
 TEST_F(Image, IsMadeInAFolderWithAPathOfAnyLength) {

@@ -11,12 +11,14 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
 #include <filesystem>
+#include <thread>
 #include <vector>
 
 // The import slots of the functions that a test replaces. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
-extern decltype(&Sleep) __imp_Sleep;
+extern decltype(&MsgWaitForMultipleObjects) __imp_MsgWaitForMultipleObjects;
 extern decltype(&Gdiplus::DllExports::GdipLoadImageFromFile) __imp_GdipLoadImageFromFile;
 extern decltype(&Gdiplus::DllExports::GdipDisposeImage) __imp_GdipDisposeImage;
 extern decltype(&Gdiplus::DllExports::GdipCreateFromHDC) __imp_GdipCreateFromHDC;
@@ -51,11 +53,12 @@ struct Pauses {
 
 Pauses* pauses = nullptr;
 
-void WINAPI recordPause(DWORD milliseconds) {
+DWORD WINAPI recordPause(DWORD, const HANDLE*, BOOL, DWORD milliseconds, DWORD) {
     if (pauses != nullptr) {
         pauses->milliseconds.push_back(milliseconds);
         pauses->shown.push_back(pauses->canvas->pixels());
     }
+    return WAIT_TIMEOUT;
 }
 
 class RaceTrackView : public ::testing::Test {
@@ -73,7 +76,7 @@ class RaceTrackView : public ::testing::Test {
     Pauses paintInFrames(TrackScene scene) {
         Pauses seen;
         seen.canvas = &canvas_;
-        const ImportPatched patched(__imp_Sleep, &recordPause);
+        const ImportPatched patched(__imp_MsgWaitForMultipleObjects, &recordPause);
         pauses = &seen;
         paint(scene);
         pauses = nullptr;
@@ -160,6 +163,28 @@ TEST_F(RaceTrackView, ExplosionTakesThreeTenthsOfASecond) {
     const DWORD before = GetTickCount();
     paint(TrackScene::kImage);
     EXPECT_GE(GetTickCount() - before, 290U);
+}
+
+TEST_F(RaceTrackView, AnswersOtherThreadsWhileTheExplosionPlays) {
+    const HWND window = CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+    state_.failed = 1;
+    std::atomic<bool> ended = false;
+    std::atomic<int> answered = 0;
+    std::thread asking([&] {
+        while (!ended) {
+            DWORD_PTR answer = 0;
+            answered += SendMessageTimeoutA(window, WM_NULL, 0, 0, SMTO_NORMAL, 50, &answer) != 0 ? 1 : 0;
+            Sleep(1);
+        }
+    });
+    const DWORD before = GetTickCount();
+    paint(TrackScene::kImage);
+    EXPECT_GE(GetTickCount() - before, 290U);
+    const int answeredMeanwhile = answered;
+    ended = true;
+    asking.join();
+    EXPECT_GT(answeredMeanwhile, 5);
+    DestroyWindow(window);
 }
 
 TEST_F(RaceTrackView, WreckAloneNeedsNoPause) {

@@ -22,7 +22,7 @@ class CopyChoices : public ::testing::Test {
     /// The folder that was asked for, and what is told of its volume.
     static inline std::string askedFolder;
     static inline DestinationVolume volume;
-    static DestinationVolume volumeOf(std::string_view folder) {
+    static std::optional<DestinationVolume> volumeOf(std::string_view folder) {
         askedFolder = folder;
         return volume;
     }
@@ -143,6 +143,13 @@ TEST_F(CopyChoices, AFolderWhoseLetterNothingHasIsNotReached) {
         "share for you does not count for a program that runs as administrator: choose the share by its "
         "name, \\\\server\\share");
     EXPECT_FALSE(chooseImageDestination(folder_, drive, volumeOf));
+}
+
+TEST_F(CopyChoices, WhoDoesNotWaitForTheFoldersAnswerLeavesSilently) {
+    const DriveRecord drive;
+    choosers_.choose("\\\\server\\share");
+    EXPECT_FALSE(chooseImageDestination(
+        folder_, drive, [](std::string_view) -> std::optional<DestinationVolume> { return std::nullopt; }));
 }
 
 TEST_F(CopyChoices, AnImageThatAFat32VolumeCannotHoldIsMadeWhenTheUserWantsIt) {
