@@ -9,6 +9,19 @@
 
 namespace torvane {
 
+namespace {
+
+/// Makes the system find memory for the zero bytes, by writing: whoever reads them first gets a page that all share,
+/// and pays twice when it is written.
+void touchPages(std::span<std::byte> zeros) {
+    constexpr std::size_t kSmallestPage = 4096; // bytes
+    for (std::size_t i = 0; i < zeros.size(); i += kSmallestPage) {
+        *static_cast<volatile std::byte*>(&zeros[i]) = std::byte{0};
+    }
+}
+
+} // namespace
+
 void BlockPipeline::FreeMemory::operator()(std::byte* memory) const {
     std::free(memory);
 }
@@ -46,6 +59,23 @@ Block BlockPipeline::take() {
     return {.extent = extent, .bytes = bytes, .outcome = outcome};
 }
 
+void BlockPipeline::settle() {
+    {
+        const std::lock_guard lock(mutex_);
+        settled_ = next_;
+    }
+    changed_.notify_all();
+}
+
+std::optional<std::span<const std::byte>> BlockPipeline::awaitFinal(std::uint64_t index) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return stopping_ || isFinal(index); });
+    if (stopping_) {
+        return std::nullopt;
+    }
+    return buffer(index, order_.extent(index).length);
+}
+
 void BlockPipeline::stop() {
     {
         const std::lock_guard lock(mutex_);
@@ -65,9 +95,17 @@ bool BlockPipeline::mayFetch(std::uint64_t index) const {
     return index <= current_ + kBlocksAhead && (lastWhole_ || index == current_);
 }
 
+bool BlockPipeline::isFinal(std::uint64_t index) const {
+    const bool readWhole = index < fetched_ && outcomes_[index % kBuffers] == TransferOutcome::kWhole;
+    return index < settled_ || (readWhole && index < order_.fullBlocks());
+}
+
 TransferOutcome BlockPipeline::fetch(std::uint64_t index) {
     const BlockExtent extent = order_.extent(index);
     const std::span<std::byte> bytes = buffer(index, extent.length);
+    if (index < kBuffers) {
+        touchPages(bytes);
+    }
     // The block before is complete by now: either it was read whole, or the job is done with it.
     const std::span<std::byte> before = buffer(index + kBuffers - 1, extent.length);
     // The unreadable marker, should this block need it, will not reach its tail.

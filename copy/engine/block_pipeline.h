@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <thread>
 
@@ -32,7 +33,8 @@ struct Block {
 ///  - blocks that were read ahead and never taken have left no trace.
 ///
 /// A thread reads, at most two blocks ahead of the one in the job's hands. Where the system has no room for a thread,
-/// each block is read when it is taken. Memory: four blocks, each at a multiple of `kBufferAlignment` where the block
+/// each block is read when it is taken. Another thread may go through the blocks beside the job (`awaitFinal`). Memory:
+/// four blocks, each at a multiple of `kBufferAlignment` where the block
 /// size is one.
 class BlockPipeline {
   public:
@@ -53,6 +55,15 @@ class BlockPipeline {
     /// The next block; waits until it was read. Call it at most `order().count()` times.
     [[nodiscard]] Block take();
 
+    /// The bytes of the block in the job's hands are what it will store: nobody changes them any more.
+    void settle();
+
+    /// The bytes that the job will store of a block, from the one in its hands on, for a thread beside the job's own:
+    /// waits until the block was read whole, or else until the job has settled it. A remainder is waited for in any
+    /// case, because a job that is stopped before it is still a whole one of the full blocks. None once `stop` was
+    /// called. The bytes may be used until the job takes the block after them.
+    [[nodiscard]] std::optional<std::span<const std::byte>> awaitFinal(std::uint64_t index);
+
     /// Nothing more will be taken: waits for the read in flight, and drops what was read ahead.
     void stop();
 
@@ -67,6 +78,7 @@ class BlockPipeline {
 
     [[nodiscard]] std::span<std::byte> buffer(std::uint64_t index, std::size_t length) const;
     [[nodiscard]] bool mayFetch(std::uint64_t index) const;
+    [[nodiscard]] bool isFinal(std::uint64_t index) const;
     [[nodiscard]] TransferOutcome fetch(std::uint64_t index);
     void readAhead();
     [[nodiscard]] TransferOutcome await(std::uint64_t index);
@@ -83,6 +95,7 @@ class BlockPipeline {
     std::array<TransferOutcome, kBuffers> outcomes_{}; ///< of the blocks that the buffers hold
     std::uint64_t fetched_ = 0;                        ///< blocks read so far
     std::uint64_t current_ = 0;                        ///< the block in the job's hands, or awaited by it
+    std::uint64_t settled_ = 0;                        ///< blocks that the job has settled, as far as it did
     bool lastWhole_ = true;                            ///< the last block read was read whole
     bool stopping_ = false;
 };

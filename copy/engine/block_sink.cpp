@@ -41,10 +41,9 @@ TransferOutcome ImageSink::store(const BlockExtent&, std::span<const std::byte> 
 }
 
 TransferOutcome HashingSink::store(const BlockExtent& extent, std::span<const std::byte> bytes) {
-    hashing_.begin(bytes);
+    blocks_.settle();
     const TransferOutcome outcome = inner_.store(extent, bytes);
-    const bool hashed = hashing_.finish();
-    hashedAll_ = hashedAll_ && hashed;
+    hashedAll_ = hashing_.finish(bytes);
     return outcome;
 }
 

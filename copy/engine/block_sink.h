@@ -3,7 +3,7 @@
 #include "base/transfer_outcome.h"
 #include "copy/engine/block_layout.h"
 #include "copy/engine/flush_behind.h"
-#include "copy/engine/hash_thread.h"
+#include "copy/engine/hash_ahead.h"
 #include "copy/engine/image_file.h"
 #include "discovery/drive_io.h"
 
@@ -68,11 +68,14 @@ class ImageSink : public BlockSink {
     std::unique_ptr<FlushBehind> flushing_; // after the image: its end waits for a flush of it
 };
 
-/// Another sink, with a digest of what it is given: each block is hashed on a thread of its own while it is stored.
+/// Another sink, with a digest of what it is given. Hashing may be ahead of storing, never behind it: who is told that
+/// a block was stored knows how hashing it went.
 class HashingSink : public BlockSink {
   public:
-    /// Both must outlive this, and nobody else may use the hasher meanwhile.
-    HashingSink(BlockSink& inner, BlockHasher& hasher) : inner_(inner), hashing_(hasher) {}
+    /// All must outlive this, and nobody else may use the hasher meanwhile. What is stored are the blocks of `blocks`,
+    /// each as it was taken and then settled.
+    HashingSink(BlockSink& inner, BlockHasher& hasher, BlockPipeline& blocks)
+        : inner_(inner), blocks_(blocks), hashing_(hasher, blocks) {}
 
     /// The inner sink's outcome, once the block was hashed as well.
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
@@ -83,7 +86,8 @@ class HashingSink : public BlockSink {
 
   private:
     BlockSink& inner_;
-    HashThread hashing_;
+    BlockPipeline& blocks_;
+    HashAhead hashing_;
     bool hashedAll_ = true;
 };
 

@@ -60,7 +60,7 @@ void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, c
 
 RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks, CopyProgress& progress,
                  ForensicImage& image, JobLosses& losses) {
-    HashingSink sink(image.file, *image.hasher);
+    HashingSink sink(image.file, *image.hasher, blocks);
     const BlockOrder& order = blocks.order();
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, losses);

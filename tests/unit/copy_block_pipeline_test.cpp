@@ -1,13 +1,12 @@
 #include "copy/engine/block_pipeline.h"
 
-#include "copy/engine/hash_thread.h"
+#include "tests/unit/numbered_blocks.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
 #include <future>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -15,62 +14,14 @@ namespace torvane {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::NumberedBlocks;
 
-/// Blocks that hold their own number; a test may hold back and fail reads.
-class NumberedBlocks : public BlockSource {
-  public:
-    TransferOutcome fetch(const BlockExtent& extent, std::span<std::byte> bytes) override {
-        std::unique_lock lock(mutex_);
-        const std::size_t number = begun_.size();
-        begun_.push_back(extent);
-        changed_.notify_all();
-        changed_.wait(lock, [&] { return number < allowed_; });
-        const TransferOutcome outcome = number < outcomes.size() ? outcomes[number] : TransferOutcome::kWhole;
-        if (outcome == TransferOutcome::kWhole) {
-            std::fill(bytes.begin(), bytes.end(), static_cast<std::byte>('0' + number));
-        } else if (outcome == TransferOutcome::kFailed) {
-            std::fill_n(bytes.begin(), std::min(bytes.size(), partOfFailedRead), std::byte{'x'});
-        }
-        ++done_;
-        changed_.notify_all();
-        return outcome;
-    }
-
-    /// Reads may go through up to this many; the next one waits.
-    void allow(std::size_t reads) {
-        const std::lock_guard lock(mutex_);
-        allowed_ = reads;
-        changed_.notify_all();
-    }
-
-    /// Waits until so many reads have begun.
-    bool awaitBegun(std::size_t reads) {
-        std::unique_lock lock(mutex_);
-        return changed_.wait_for(lock, 30s, [&] { return begun_.size() >= reads; });
-    }
-
-    std::size_t begun() {
-        const std::lock_guard lock(mutex_);
-        return begun_.size();
-    }
-    std::size_t done() {
-        const std::lock_guard lock(mutex_);
-        return done_;
-    }
-
-    std::vector<TransferOutcome> outcomes;
-    std::size_t partOfFailedRead = 0;
-
-  private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<BlockExtent> begun_;
-    std::size_t allowed_ = 1000;
-    std::size_t done_ = 0;
-};
+std::string textOf(std::span<const std::byte> bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 std::string textOf(const Block& block) {
-    return {reinterpret_cast<const char*>(block.bytes.data()), block.bytes.size()};
+    return textOf(block.bytes);
 }
 
 /// Long enough for a thread that wrongly goes on to be caught at it.
@@ -220,36 +171,55 @@ TEST(BlockPipeline, AnEmptyJobReadsNothing) {
     EXPECT_EQ(source.begun(), 0U);
 }
 
-class CollectingHasher : public BlockHasher {
-  public:
-    bool add(std::span<const std::byte> bytes) override {
-        text.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        return !fails;
+TEST(BlockPipeline, ABlockThatWasReadWholeIsFinalBeforeItIsTaken) {
+    NumberedBlocks source;
+    BlockPipeline blocks(source, BlockOrder::forward(12, 4));
+    blocks.start();
+    for (std::uint64_t number = 0; number < 3; ++number) {
+        const auto bytes = blocks.awaitFinal(number);
+        ASSERT_TRUE(bytes);
+        EXPECT_EQ(textOf(*bytes), std::string(4, static_cast<char>('0' + number)));
     }
-    std::optional<Md5Digest> digest() override { return std::nullopt; }
-
-    std::string text;
-    bool fails = false;
-};
-
-TEST(HashThread, AddsBlockAfterBlock) {
-    CollectingHasher hasher;
-    HashThread thread(hasher);
-    const std::string text = "abcdef";
-    const auto bytes = std::as_bytes(std::span(text));
-    thread.begin(bytes.first(2));
-    EXPECT_TRUE(thread.finish());
-    thread.begin(bytes.subspan(2, 3));
-    EXPECT_TRUE(thread.finish());
-    hasher.fails = true;
-    thread.begin(bytes.last(1));
-    EXPECT_FALSE(thread.finish());
-    EXPECT_EQ(hasher.text, "abcdef");
 }
 
-TEST(HashThread, MayEndWithoutWork) {
-    CollectingHasher hasher;
-    const HashThread thread(hasher);
+TEST(BlockPipeline, ABlockThatWasNotReadWholeIsFinalOnceTheJobHasSettledIt) {
+    NumberedBlocks source;
+    source.outcomes = {TransferOutcome::kFailed};
+    BlockPipeline blocks(source, BlockOrder::forward(8, 4));
+    blocks.start();
+    auto first = std::async(std::launch::async, [&] {
+        const auto bytes = blocks.awaitFinal(0);
+        return bytes ? textOf(*bytes) : "none";
+    });
+    const Block block = blocks.take();
+    EXPECT_EQ(first.wait_for(kForAWhile), std::future_status::timeout);
+    std::fill(block.bytes.begin(), block.bytes.end(), std::byte{'m'});
+    blocks.settle();
+    EXPECT_EQ(first.get(), "mmmm");
+}
+
+// A job that is stopped before its remainder has a digest of the full blocks alone.
+TEST(BlockPipeline, TheRemainderIsFinalOnceTheJobHasSettledIt) {
+    NumberedBlocks source;
+    BlockPipeline blocks(source, BlockOrder::forward(6, 4));
+    blocks.start();
+    EXPECT_TRUE(source.awaitBegun(2));
+    auto remainder = std::async(std::launch::async, [&] { return blocks.awaitFinal(1).has_value(); });
+    static_cast<void>(blocks.take());
+    blocks.settle();
+    static_cast<void>(blocks.take());
+    EXPECT_EQ(remainder.wait_for(kForAWhile), std::future_status::timeout);
+    blocks.settle();
+    EXPECT_TRUE(remainder.get());
+}
+
+TEST(BlockPipeline, WhoeverWaitsForABlockIsToldThatNoneComes) {
+    NumberedBlocks source;
+    source.allow(0);
+    BlockPipeline blocks(source, BlockOrder::forward(8, 4));
+    auto waiting = std::async(std::launch::async, [&] { return blocks.awaitFinal(0).has_value(); });
+    blocks.stop();
+    EXPECT_FALSE(waiting.get());
 }
 
 } // namespace

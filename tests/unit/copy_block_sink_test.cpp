@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <future>
 #include <string>
 
 namespace torvane {
@@ -17,43 +16,6 @@ using testing::PatternedDrive;
 std::span<const std::byte> bytesOf(const std::string& text) {
     return std::as_bytes(std::span(text));
 }
-
-/// Keeps what it was given; ends as it is told, and only when it may.
-class RecordingSink : public BlockSink {
-  public:
-    TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override {
-        stored.push_back(extent);
-        text += PatternedDrive::textOf(bytes);
-        if (mayEnd.valid()) {
-            mayEnd.wait();
-        }
-        return outcome;
-    }
-
-    TransferOutcome flush(UnflushedBlocks) override { return flushOutcome; }
-
-    TransferOutcome outcome = TransferOutcome::kWhole;
-    TransferOutcome flushOutcome = TransferOutcome::kWhole;
-    std::vector<BlockExtent> stored;
-    std::string text;
-    std::future<void> mayEnd;
-};
-
-class RecordingHasher : public BlockHasher {
-  public:
-    bool add(std::span<const std::byte> bytes) override {
-        text += PatternedDrive::textOf(bytes);
-        if (begun != nullptr) {
-            begun->set_value();
-        }
-        return !fails;
-    }
-    std::optional<Md5Digest> digest() override { return std::nullopt; }
-
-    std::string text;
-    bool fails = false;
-    std::promise<void>* begun = nullptr;
-};
 
 class RecordingImage : public ImageFile {
   public:
@@ -152,14 +114,6 @@ TEST(ImageSink, TellsHowItsFileWasFlushed) {
     EXPECT_EQ(sink.flush(UnflushedBlocks::kFlush), TransferOutcome::kFailed);
 }
 
-TEST(HashingSink, PassesAFlushOn) {
-    RecordingSink inner;
-    inner.flushOutcome = TransferOutcome::kGone;
-    RecordingHasher hasher;
-    HashingSink sink(inner, hasher);
-    EXPECT_EQ(sink.flush(UnflushedBlocks::kFlush), TransferOutcome::kGone);
-}
-
 TEST(ImageSink, WritesOneBlockBehindTheOther) {
     std::string text;
     bool open = false;
@@ -172,50 +126,6 @@ TEST(ImageSink, WritesOneBlockBehindTheOther) {
     EXPECT_FALSE(open);
     EXPECT_FALSE(sink.isOpen());
     EXPECT_FALSE(ImageSink(nullptr).isOpen());
-}
-
-TEST(HashingSink, HashesWhatItStores) {
-    RecordingSink inner;
-    RecordingHasher hasher;
-    HashingSink sink(inner, hasher);
-    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
-    EXPECT_EQ(sink.store({.offset = 3, .length = 2}, bytesOf("de")), TransferOutcome::kWhole);
-    EXPECT_THAT(inner.stored, ElementsAre(BlockExtent{0, 3}, BlockExtent{3, 2}));
-    EXPECT_EQ(inner.text, "abcde");
-    EXPECT_EQ(hasher.text, "abcde");
-    EXPECT_TRUE(sink.hashedAll());
-}
-
-TEST(HashingSink, HashesABlockWhileItIsStored) {
-    RecordingSink inner;
-    RecordingHasher hasher;
-    std::promise<void> hashing;
-    hasher.begun = &hashing;
-    inner.mayEnd = hashing.get_future(); // it would never end if the hash waited for it
-    HashingSink sink(inner, hasher);
-    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
-    EXPECT_EQ(hasher.text, "abc");
-}
-
-TEST(HashingSink, HashesABlockThatCannotBeStoredAndTellsWhyNot) {
-    RecordingSink inner;
-    inner.outcome = TransferOutcome::kGone;
-    RecordingHasher hasher;
-    HashingSink sink(inner, hasher);
-    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kGone);
-    EXPECT_EQ(hasher.text, "abc");
-    EXPECT_TRUE(sink.hashedAll());
-}
-
-TEST(HashingSink, RemembersABlockThatCouldNotBeHashed) {
-    RecordingSink inner;
-    RecordingHasher hasher;
-    HashingSink sink(inner, hasher);
-    hasher.fails = true;
-    EXPECT_EQ(sink.store({.offset = 0, .length = 3}, bytesOf("abc")), TransferOutcome::kWhole);
-    hasher.fails = false;
-    EXPECT_EQ(sink.store({.offset = 3, .length = 2}, bytesOf("de")), TransferOutcome::kWhole);
-    EXPECT_FALSE(sink.hashedAll());
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <optional>
 #include <regex>
 #include <set>
@@ -52,6 +53,9 @@ std::string asText(const std::vector<std::int64_t>& numbers) {
     return text;
 }
 
+/// Blocks that may have been read ahead of the one in the job's hands.
+constexpr std::uint64_t kMostHashesAhead = 2;
+
 /// What the job left behind that differs from what the model left; empty when nothing does.
 std::string differences(const World& world, const World& model) {
     std::string found;
@@ -81,7 +85,9 @@ std::string differences(const World& world, const World& model) {
                    static_cast<std::int64_t>(model.writesBegun));
     compareNumbers("flushes", static_cast<std::int64_t>(world.flushes), static_cast<std::int64_t>(model.flushes));
     compareNumbers("what was completed is on the medium", world.completedOnMedium ? 1 : 0, 1);
-    compareNumbers("hashes", static_cast<std::int64_t>(world.hashCalls), static_cast<std::int64_t>(model.hashCalls));
+    // Hashing may have run ahead of a job that was left early.
+    const std::uint64_t ahead = world.hashCalls - model.hashCalls;
+    compareNumbers("hashes ahead", ahead <= kMostHashesAhead ? 0 : static_cast<std::int64_t>(ahead), 0);
     compareNumbers("image counter", world.imageNumber, model.imageNumber);
     compareNumbers("running", world.flags.running, model.flags.running);
     compareNumbers("failed", world.flags.failed, model.flags.failed);
@@ -118,7 +124,8 @@ TEST(CopyEngine, CannotBeToldFromOneThreadInTurn) {
 
 /// True when one thread in turn could have shown what `world` saw, had it been stopped at some moment.
 bool couldBeOneThreadInTurn(const World& world) {
-    for (const StopAt when : {StopAt::kRead, StopAt::kWrite, StopAt::kTick, StopAt::kEvent, StopAt::kFirstBlock}) {
+    for (const StopAt when :
+         {StopAt::kRead, StopAt::kWrite, StopAt::kHash, StopAt::kTick, StopAt::kEvent, StopAt::kFirstBlock}) {
         for (std::uint64_t number = 0; number <= world.seen.size(); ++number) {
             Script script = world.script;
             script.stopAt = when;
@@ -133,15 +140,14 @@ bool couldBeOneThreadInTurn(const World& world) {
     return false;
 }
 
-// A read that runs ahead belongs to a later block than the one in the job's hands, so the stop takes effect at whatever
-// block the job has reached; but it does so cleanly.
-TEST(CopyEngine, StopsCleanlyWhileItReadsAhead) {
+/// Stops a tenth of the scripts' jobs that are `wanted` at some read or hash.
+void stopWhileRunningAhead(StopAt when, const std::function<bool(ScriptedJob)>& wanted) {
     for (std::uint64_t seed = firstSeed(); seed < firstSeed() + scriptCount() / 10; ++seed) {
         Script script = ScriptMaker(seed).make();
-        if (script.job == ScriptedJob::kImageToDrive) {
-            continue; // reads no drive
+        if (!wanted(script.job)) {
+            continue;
         }
-        script.stopAt = StopAt::kRead;
+        script.stopAt = when;
         script.stopNumber %= 12;
         script.noProvider = {};
         SCOPED_TRACE(::testing::Message() << script);
@@ -153,6 +159,18 @@ TEST(CopyEngine, StopsCleanlyWhileItReadsAhead) {
             return;
         }
     }
+}
+
+// What runs ahead belongs to a later block than the one in the job's hands, so the stop takes effect at whatever block
+// the job has reached; but it does so cleanly.
+TEST(CopyEngine, StopsCleanlyWhileItReadsAhead) {
+    stopWhileRunningAhead(StopAt::kRead, [](ScriptedJob job) {
+        return job != ScriptedJob::kImageToDrive; // reads no drive
+    });
+}
+
+TEST(CopyEngine, StopsCleanlyWhileItHashesAhead) {
+    stopWhileRunningAhead(StopAt::kHash, [](ScriptedJob job) { return job == ScriptedJob::kForensicImage; });
 }
 
 /// What a drive's "Status" cell was set to; empty for other events and for cells that tell a percentage or a count.

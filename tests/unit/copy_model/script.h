@@ -250,8 +250,7 @@ class ScriptMaker {
     }
 
     void makeStop() {
-        script_.stopAt = pick<StopAt>(
-            {StopAt::kNever, StopAt::kNever, StopAt::kWrite, StopAt::kHash, StopAt::kTick, StopAt::kEvent});
+        script_.stopAt = pick<StopAt>({StopAt::kNever, StopAt::kNever, StopAt::kWrite, StopAt::kTick, StopAt::kEvent});
         script_.stopNumber = script_.stopAt == StopAt::kEvent ? below(120) : below(20);
         if (script_.stopAt == StopAt::kWrite && chance(3)) {
             script_.stopNumber = eleventhBadRead();
@@ -263,11 +262,6 @@ class ScriptMaker {
             script_.stopAt = StopAt::kTick;
             script_.stopNumber = fullBlocks;
             script_.imageChangesMeanwhile = chance(2);
-        }
-        // A block is written and hashed at the same time: whether its failed write is shown before or after a stop
-        // during its hashing is nobody's promise.
-        if (script_.stopAt == StopAt::kHash && script_.writes.contains(script_.stopNumber)) {
-            script_.stopAt = StopAt::kWrite;
         }
     }
 
