@@ -1,14 +1,22 @@
-// Times one copy job, with the program's own block size, threads and Win32 calls, on the drives of a bench:
+// Times one copy job, with the program's own block size, threads and Win32 calls, on the drives of a bench, or one of
+// its stages alone:
 //
-//   torvane_copy_benchmark.exe BENCH forward|flushed|reverse|image|forensic|verified
+//   torvane_copy_benchmark.exe BENCH JOB
 //
-// Clones copy drive 1 onto drive 2; images are made of drive 1 in the current folder. "flushed" is a forward clone
-// whose flushes reach the medium under the bench's "backing/clone.img"; a bench's own are done at once. "verified" is a
-// forensic image with its verification, which prints its two digests. The last line printed: seconds, peak working set
-// in MiB, what the drive's "Status" cell said last. The destination is not cleaned by diskpart first, because the peers
-// do nothing of the kind either.
+//   forward, reverse    drive 1 cloned onto drive 2
+//   flushed             forward, with flushes that reach the medium under the bench's "backing/clone.img"; a bench's
+//   own
+//                       are done at once
+//   image, forensic     an image of drive 1 in the current folder
+//   verification        the second half of a forensic image: the image read from its medium and hashed again
+//   restore             the bench's "backing/source.img", as an image, onto drive 2
+//   read-drive ...      a stage (stages.h)
+//
+// Prints seconds, the peak working set in MiB and what the drive's "Status" cell said last, which a stage has not. The
+// destination is not cleaned by diskpart first, because the peers do nothing of the kind either.
 
 #include "base/owned_handle.h"
+#include "benchmarks/stages.h"
 #include "copy/engine/copy_drive_io.h"
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/start_copy.h"
@@ -25,12 +33,16 @@
 #include <chrono>
 #include <cstdio>
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace {
 
-bool verifyWanted = false;
+using Clock = std::chrono::steady_clock;
+
+bool verificationWanted = false;
+Clock::time_point verificationBegun;
 
 } // namespace
 
@@ -58,7 +70,8 @@ void warn(const char* caption, const char* text) {
 }
 
 bool ask(const char*, const char*) {
-    return verifyWanted;
+    verificationBegun = Clock::now();
+    return verificationWanted;
 }
 
 bool askDefaultNo(const char* caption, const char* text) {
@@ -112,10 +125,17 @@ struct NamedJob {
     std::uint32_t (*run)(const CopyJob&);
 };
 
+constexpr std::string_view kFlushed = "flushed";
+constexpr std::string_view kVerification = "verification";
+
 constexpr NamedJob kJobs[] = {
-    {"forward", CopyKind::kForwardClone, runForwardClone},    {"reverse", CopyKind::kReverseClone, runReverseClone},
-    {"flushed", CopyKind::kForwardClone, runForwardClone},    {"image", CopyKind::kImageToFile, runImageToFile},
-    {"forensic", CopyKind::kForensicImage, runForensicImage}, {"verified", CopyKind::kForensicImage, runForensicImage},
+    {"forward", CopyKind::kForwardClone, runForwardClone},
+    {"reverse", CopyKind::kReverseClone, runReverseClone},
+    {kFlushed, CopyKind::kForwardClone, runForwardClone},
+    {"image", CopyKind::kImageToFile, runImageToFile},
+    {"forensic", CopyKind::kForensicImage, runForensicImage},
+    {kVerification, CopyKind::kForensicImage, runForensicImage},
+    {"restore", CopyKind::kImageToDrive, runImageToDrive},
 };
 
 std::size_t peakWorkingSetMiB() {
@@ -126,20 +146,27 @@ std::size_t peakWorkingSetMiB() {
 
 int run(const NamedJob& job, const std::string& benchFolder) {
     AppState& state = appState();
-    const DriveRecordPtr source = ProbePhysicalDrive(1);
+    const bool readsImage = job.kind == CopyKind::kImageToDrive; // which nobody else may have open for writing
+    const DriveRecordPtr source = readsImage ? nullptr : ProbePhysicalDrive(1);
     const DriveRecordPtr destination = ProbePhysicalDrive(2);
-    if (!source || !destination) {
+    if ((!source && !readsImage) || !destination) {
         std::fprintf(stderr, "the bench has no drives 1 and 2\n");
         return 2;
     }
-    const CopyOrder order{.kind = job.kind, .source = source.get(), .destination = destination.get(), .path = "."};
+    verificationWanted = job.name == kVerification;
+    const CopyOrder order{
+        .kind = job.kind,
+        .source = source.get(),
+        .destination = destination.get(),
+        .path = readsImage ? sourceFile(benchFolder) : ".",
+    };
     JobClaim claim = state.jobs.begin(jobKindOf(job.kind)).value(); // nobody else is at work
     CopyDriveIo ordinary;
     BackedDriveIo backed(benchFolder);
-    CopyDriveIo& drives = job.name == "flushed" ? backed : ordinary;
+    CopyDriveIo& drives = job.name == kFlushed ? backed : ordinary;
     BenchmarkSystem system(state);
     NoDisplay display;
-    const auto started = std::chrono::steady_clock::now();
+    const Clock::time_point jobBegun = Clock::now();
     const std::uint32_t exitCode = job.run({.order = order,
                                             .claim = claim,
                                             .track = state.raceTrack,
@@ -147,27 +174,34 @@ int run(const NamedJob& job, const std::string& benchFolder) {
                                             .system = system,
                                             .display = display,
                                             .keptImages = keptImages()});
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - started;
+    const std::chrono::duration<double> elapsed = Clock::now() - (verificationWanted ? verificationBegun : jobBegun);
     std::printf("%.3f %zu %s\n", elapsed.count(), peakWorkingSetMiB(), system.lastStatus.c_str());
     return exitCode == 1 && state.raceTrack.succeeded == 1 ? 0 : 1;
 }
 
-int runNamed(const char* benchFolder, std::string_view name) {
-    for (const NamedJob& job : kJobs) {
-        if (job.name != name) {
-            continue;
-        }
-        bench::Bench bench;
-        const std::string error = bench.open(benchFolder);
-        if (!error.empty()) {
-            std::fprintf(stderr, "%s\n", error.c_str());
-            return 2;
-        }
-        verifyWanted = name == "verified";
-        return run(job, benchFolder);
+int runStage(std::string_view name, const std::string& benchFolder) {
+    const std::optional<double> seconds = secondsOfStage(name, benchFolder);
+    if (!seconds) {
+        std::fprintf(stderr, "there is no such job or stage, or a transfer failed\n");
+        return 2;
     }
-    std::fprintf(stderr, "usage: torvane_copy_benchmark BENCH forward|flushed|reverse|image|forensic|verified\n");
-    return 2;
+    std::printf("%.3f %zu\n", *seconds, peakWorkingSetMiB());
+    return 0;
+}
+
+int runNamed(const char* benchFolder, std::string_view name) {
+    bench::Bench bench;
+    const std::string error = bench.open(benchFolder);
+    if (!error.empty()) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+        return 2;
+    }
+    for (const NamedJob& job : kJobs) {
+        if (job.name == name) {
+            return run(job, benchFolder);
+        }
+    }
+    return runStage(name, benchFolder);
 }
 
 } // namespace
@@ -176,7 +210,11 @@ int runNamed(const char* benchFolder, std::string_view name) {
 
 int main(int argumentCount, char** arguments) {
     try {
-        return torvane::runNamed(argumentCount == 3 ? arguments[1] : "", argumentCount == 3 ? arguments[2] : "");
+        if (argumentCount != 3) {
+            std::fprintf(stderr, "usage: torvane_copy_benchmark BENCH JOB\n");
+            return 2;
+        }
+        return torvane::runNamed(arguments[1], arguments[2]);
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "%s\n", failure.what());
         return 2;

@@ -78,6 +78,7 @@ const std::vector<Mistaken> kMistakes = {
      R"(drives/a.json: backing.pattern: stands beside "file"; only one of them can hold the content)"},
     {driveWith(R"("backing": {"pattern": "zero", "seed": 1})"),
      R"(drives/a.json: backing.seed: serves the pattern "noise" only)"},
+    {driveWith(R"("backing": {"forgetsWrites": true})"), "drives/a.json: backing.forgetsWrites: serves patterns only"},
     {driveWith(R"("ata": {"serial": "123456789012345678901"})"),
      "drives/a.json: ata.serial: expected at most 20 characters, got 21"},
     {driveWith(R"("ata": {"rotationRate": 1})"),

@@ -120,6 +120,10 @@ void readBacking(ObjectReader& reader, Backing& backing) {
         reader.fail("seed", "serves the pattern \"noise\" only");
     }
     reader.number("seed", backing.seed);
+    if (reader.has("forgetsWrites") && backing.kind == BackingKind::kFile) {
+        reader.fail("forgetsWrites", "serves patterns only");
+    }
+    reader.boolean("forgetsWrites", backing.forgetsWrites);
 }
 
 // Characters that IDENTIFY DEVICE and Identify Controller have room for.

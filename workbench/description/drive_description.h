@@ -58,8 +58,9 @@ enum class BackingKind { kFile, kZero, kSectorNumber, kNoise };
 
 struct Backing {
     BackingKind kind = BackingKind::kFile;
-    std::string file;       ///< name in the bench's backing folder
-    std::uint64_t seed = 0; ///< of `kNoise`
+    std::string file;           ///< name in the bench's backing folder
+    std::uint64_t seed = 0;     ///< of `kNoise`
+    bool forgetsWrites = false; ///< of a pattern: writes are accepted, and nothing comes of them
 };
 
 /// What --swap puts in a drive's place. It has the same number, kind and size; nothing lies on it at first, and nothing

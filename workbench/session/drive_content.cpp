@@ -73,7 +73,7 @@ DWORD DriveContent::read(HANDLE handle, std::uint64_t offset, std::span<std::uin
 
 DWORD DriveContent::write(HANDLE handle, std::uint64_t offset, std::span<const std::uint8_t> data) const {
     if (isPattern()) {
-        return kErrorWriteProtect;
+        return drive_.backing.forgetsWrites ? 0 : kErrorWriteProtect;
     }
     OVERLAPPED place = at(offset);
     DWORD done = 0;
