@@ -16,6 +16,7 @@ namespace torvane {
 
 namespace {
 
+constexpr std::int64_t kFlushPauseMilliseconds = 1000;
 constexpr std::uint64_t kMostJobBytes = std::uint64_t{1} << 20; // beyond the bound of other rows
 
 /// Keeps other writers out for a scope. They all lock the same byte, one far behind any row, which lets readers
@@ -74,23 +75,6 @@ std::string lastLine(const LocalMoment& when) {
         makeLogRow("STATUS", when, "This file is full: only JOB rows are kept on this day, 1 MiB of them at most"));
 }
 
-/// NO_ERROR also when the day's file is full, which its last row has told.
-DWORD appendLine(HANDLE file, const LocalMoment& when, const LogRow& row, std::uint64_t mostBytes) {
-    const WriterLock lock(file);
-    const std::uint64_t size = sizeOfFile(file).value_or(0);
-    if (size >= (row.category == kJobCategory ? mostBytes + kMostJobBytes : mostBytes)) {
-        return NO_ERROR;
-    }
-    std::string line = logFileLine(row);
-    if (size < mostBytes && size + line.size() >= mostBytes) {
-        line += lastLine(when);
-    }
-    if (const DWORD error = writeText(file, line); error != NO_ERROR) {
-        return error;
-    }
-    return FlushFileBuffers(file) != FALSE ? NO_ERROR : GetLastError();
-}
-
 } // namespace
 
 DayLogFile::DayLogFile(std::string folder, std::uint64_t mostBytes)
@@ -99,12 +83,39 @@ DayLogFile::DayLogFile(std::string folder, std::uint64_t mostBytes)
 std::optional<std::string> DayLogFile::append(const LocalMoment& when, const LogRow& row) {
     const std::string path = folder_ + '\\' + logFileName(when);
     const UniqueFile file = openToAppend(path);
-    const DWORD error = file ? appendLine(file.get(), when, row, mostBytes_) : GetLastError();
+    const DWORD error = file ? appendLine(file.get(), when, row) : GetLastError();
     if (error == NO_ERROR || failureTold_.exchange(true)) {
         return std::nullopt;
     }
     return formatText("Could not WRITE event log file [%s]: %s Rows that it lacks stand in this list alone.",
                       path.c_str(), systemErrorText(error).c_str());
+}
+
+// NO_ERROR also when the day's file is full, which its last row has told.
+DWORD DayLogFile::appendLine(HANDLE file, const LocalMoment& when, const LogRow& row) {
+    const WriterLock lock(file);
+    const std::uint64_t size = sizeOfFile(file).value_or(0);
+    if (size >= (row.category == kJobCategory ? mostBytes_ + kMostJobBytes : mostBytes_)) {
+        return NO_ERROR;
+    }
+    std::string line = logFileLine(row);
+    if (size < mostBytes_ && size + line.size() >= mostBytes_) {
+        line += lastLine(when);
+    }
+    if (const DWORD error = writeText(file, line); error != NO_ERROR) {
+        return error;
+    }
+    return flushIfDue(file, row);
+}
+
+DWORD DayLogFile::flushIfDue(HANDLE file, const LogRow& row) {
+    const auto now = static_cast<std::int64_t>(GetTickCount64());
+    if (row.category != kJobCategory && now - lastFlush_ < kFlushPauseMilliseconds) {
+        return NO_ERROR;
+    }
+    const DWORD error = FlushFileBuffers(file) != FALSE ? NO_ERROR : GetLastError();
+    lastFlush_ = static_cast<std::int64_t>(GetTickCount64()); // however long it took
+    return error;
 }
 
 } // namespace torvane

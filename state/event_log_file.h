@@ -14,9 +14,9 @@ class EventLogFile {
   public:
     virtual ~EventLogFile() = default;
 
-    /// Appends the row, which is of the moment `when` (local); it is on the disk when this returns. Gives what the user
-    /// has to be told, in one line, the first time that a row could not be kept; nothing otherwise. Any thread may
-    /// call.
+    /// Appends the row, which is of the moment `when` (local); when this returns it outlives the program, and one of a
+    /// job (`kJobCategory`), or with no other within the second before it, the system, too. Gives what the user has to
+    /// be told, in one line, the first time that a row could not be kept; nothing otherwise. Any thread may call.
     [[nodiscard]] virtual std::optional<std::string> append(const LocalMoment& when, const LogRow& row) = 0;
 };
 

@@ -90,7 +90,29 @@ BOOL WINAPI countFlush(HANDLE file) {
     return realFlush(file);
 }
 
-TEST_F(DayLog, IsFlushedWithEveryRow) {
+TEST_F(DayLog, IsFlushedOnceForRowsInQuickSuccessionThatAreNoJobs) {
+    const ImportPatched counted(__imp_FlushFileBuffers, &countFlush);
+    realFlush = counted.original();
+    flushes = 0;
+    const LogRow row = makeLogRow("ERROR", kEvening, "a bad block");
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_EQ(file_.append(kEvening, row), std::nullopt);
+    EXPECT_EQ(flushes, 1) << "a row alone is safe at once";
+    constexpr int kRows = 50;
+    for (int i = 0; i < kRows; ++i) {
+        EXPECT_EQ(file_.append(kEvening, row), std::nullopt);
+    }
+    EXPECT_LE(flushes, 1 + static_cast<int>((GetTickCount64() - begin) / 1000)) << "one a second";
+    const int before = flushes;
+    append(file_, "ended");
+    EXPECT_EQ(flushes, before + 1) << "a job's row is, with all before";
+    EXPECT_EQ(linesOf(kFile).size(), std::size_t{kRows} + 2);
+    Sleep(1100);
+    EXPECT_EQ(file_.append(kEvening, row), std::nullopt);
+    EXPECT_EQ(flushes, before + 2);
+}
+
+TEST_F(DayLog, IsFlushedWithEveryRowOfAJob) {
     const ImportPatched counted(__imp_FlushFileBuffers, &countFlush);
     realFlush = counted.original();
     flushes = 0;

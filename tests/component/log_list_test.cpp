@@ -26,8 +26,8 @@
 namespace torvane::testing {
 namespace {
 
-using ::testing::ElementsAre;
 using std::chrono::milliseconds;
+using ::testing::ElementsAre;
 using Clock = std::chrono::steady_clock;
 
 constexpr LocalMoment kEvening{.year = 2026, .month = 11, .day = 22, .hour = 23, .minute = 59, .second = 59};
@@ -107,8 +107,8 @@ class ListWindow {
         type.hInstance = GetModuleHandleA(nullptr);
         type.lpszClassName = "LogListTest";
         RegisterClassA(&type);
-        window_ = CreateWindowExA(0, type.lpszClassName, "", WS_POPUP, 0, 0, 1190, 240, nullptr,
-                                  nullptr, type.hInstance, nullptr);
+        window_ = CreateWindowExA(0, type.lpszClassName, "", WS_POPUP, 0, 0, 1190, 240, nullptr, nullptr,
+                                  type.hInstance, nullptr);
         SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
         list_.create(window_);
         MoveWindow(list_.window(), 0, 0, 1170, 162, FALSE);
