@@ -102,8 +102,11 @@ struct NamedStage {
 };
 
 constexpr NamedStage kStages[] = {
-    {"read-drive", make<ReadDrive>},      {"read-file", make<ReadFileStage>}, {"write-drive", make<WriteDrive>},
-    {"write-file", make<WriteFileStage>}, {"hash", make<Hash>},
+    {"read-drive", make<ReadDrive>},
+    {"read-file", make<ReadFileStage>},
+    {"write-drive", make<WriteDrive>},
+    {"write-file", make<WriteFileStage>},
+    {"hash", make<Hash>},
 };
 
 /// Bytes of noise, so that nobody's short way with zeros is measured.
