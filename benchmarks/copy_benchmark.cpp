@@ -4,16 +4,16 @@
 //   torvane_copy_benchmark.exe BENCH JOB
 //
 //   forward, reverse    drive 1 cloned onto drive 2
-//   flushed             forward, with flushes that reach the medium under the bench's "backing/clone.img"; a bench's
-//   own
-//                       are done at once
+//   flushed             forward, with flushes that reach the medium under the bench's "backing/clone.img", where a
+//                       bench's own are done at once
 //   image, forensic     an image of drive 1 in the current folder
 //   verification        the second half of a forensic image: the image read from its medium and hashed again
 //   restore             the bench's "backing/source.img", as an image, onto drive 2
 //   read-drive ...      a stage (stages.h)
 //
-// Prints seconds, the peak working set in MiB and what the drive's "Status" cell said last, which a stage has not. The
-// destination is not cleaned by diskpart first, because the peers do nothing of the kind either.
+// Prints seconds, the peak working set in MiB, when it began (seconds since 1970) and what the drive's "Status" cell
+// said last, which a stage has not. The destination is not cleaned by diskpart first, because the peers do nothing of
+// the kind either.
 
 #include "base/owned_handle.h"
 #include "benchmarks/stages.h"
@@ -39,10 +39,21 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+/// When something began.
+struct Beginning {
+    std::chrono::steady_clock::time_point time = std::chrono::steady_clock::now();
+    std::chrono::system_clock::time_point date = std::chrono::system_clock::now();
+
+    [[nodiscard]] double secondsSince() const {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - time).count();
+    }
+    [[nodiscard]] double secondsSince1970() const {
+        return std::chrono::duration<double>(date.time_since_epoch()).count();
+    }
+};
 
 bool verificationWanted = false;
-Clock::time_point verificationBegun;
+Beginning verificationBegun;
 
 } // namespace
 
@@ -70,7 +81,7 @@ void warn(const char* caption, const char* text) {
 }
 
 bool ask(const char*, const char*) {
-    verificationBegun = Clock::now();
+    verificationBegun = Beginning();
     return verificationWanted;
 }
 
@@ -166,7 +177,7 @@ int run(const NamedJob& job, const std::string& benchFolder) {
     CopyDriveIo& drives = job.name == kFlushed ? backed : ordinary;
     BenchmarkSystem system(state);
     NoDisplay display;
-    const Clock::time_point jobBegun = Clock::now();
+    const Beginning jobBegun;
     const std::uint32_t exitCode = job.run({.order = order,
                                             .claim = claim,
                                             .track = state.raceTrack,
@@ -174,8 +185,9 @@ int run(const NamedJob& job, const std::string& benchFolder) {
                                             .system = system,
                                             .display = display,
                                             .keptImages = keptImages()});
-    const std::chrono::duration<double> elapsed = Clock::now() - (verificationWanted ? verificationBegun : jobBegun);
-    std::printf("%.3f %zu %s\n", elapsed.count(), peakWorkingSetMiB(), system.lastStatus.c_str());
+    const Beginning& begun = verificationWanted ? verificationBegun : jobBegun;
+    std::printf("%.3f %zu %.3f %s\n", begun.secondsSince(), peakWorkingSetMiB(), begun.secondsSince1970(),
+                system.lastStatus.c_str());
     return exitCode == 1 && state.raceTrack.succeeded == 1 ? 0 : 1;
 }
 
@@ -185,7 +197,7 @@ int runStage(std::string_view name, const std::string& benchFolder) {
         std::fprintf(stderr, "there is no such job or stage, or a transfer failed\n");
         return 2;
     }
-    std::printf("%.3f %zu\n", *seconds, peakWorkingSetMiB());
+    std::printf("%.3f %zu %.3f\n", *seconds, peakWorkingSetMiB(), Beginning().secondsSince1970() - *seconds);
     return 0;
 }
 

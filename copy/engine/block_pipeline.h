@@ -32,12 +32,15 @@ struct Block {
 ///    further than the job will use;
 ///  - blocks that were read ahead and never taken have left no trace.
 ///
-/// A thread reads, at most two blocks ahead of the one in the job's hands. Where the system has no room for a thread,
-/// each block is read when it is taken. Another thread may go through the blocks beside the job (`awaitFinal`). Memory:
-/// four blocks, each at a multiple of `kBufferAlignment` where the block
-/// size is one.
+/// A thread reads, at most `kBlocksAhead` blocks ahead of the one in the job's hands. Where the system has no room for
+/// a thread, each block is read when it is taken. Another thread may go through the blocks beside the job
+/// (`awaitFinal`). Memory: six blocks, each at a multiple of `kBufferAlignment` where the block size is one.
 class BlockPipeline {
   public:
+    /// Most blocks that are read ahead of the one in the job's hands. More of them bridge longer pauses of a drive: a
+    /// destination may stand still for as long as its source takes for so many.
+    static constexpr std::uint64_t kBlocksAhead = 4;
+
     /// The source must outlive the pipeline.
     BlockPipeline(BlockSource& source, const BlockOrder& order);
     ~BlockPipeline();
@@ -68,9 +71,8 @@ class BlockPipeline {
     void stop();
 
   private:
-    /// One in the job's hands, two ahead of it, and the one before it, whose bytes a failed seek delivers again.
-    static constexpr std::uint64_t kBuffers = 4;
-    static constexpr std::uint64_t kBlocksAhead = 2;
+    /// One in the job's hands, those ahead of it, and the one before it, whose bytes a failed seek delivers again.
+    static constexpr std::uint64_t kBuffers = kBlocksAhead + 2;
 
     struct FreeMemory {
         void operator()(std::byte* memory) const;

@@ -78,20 +78,21 @@ TEST(BlockPipeline, DeliversTheSameWithoutAThread) {
     EXPECT_EQ(textOf(blocks.take()), "4");
 }
 
-TEST(BlockPipeline, StaysTwoBlocksAheadAndNoMore) {
+TEST(BlockPipeline, StaysSoManyBlocksAheadAndNoMore) {
+    constexpr std::size_t kFirstAndAhead = BlockPipeline::kBlocksAhead + 1;
     NumberedBlocks source;
     BlockPipeline blocks(source, BlockOrder::forward(100, 4));
     blocks.start();
-    ASSERT_TRUE(source.awaitBegun(3));
+    ASSERT_TRUE(source.awaitBegun(kFirstAndAhead));
     std::this_thread::sleep_for(kForAWhile);
-    EXPECT_EQ(source.begun(), 3U) << "the block to be taken first, and two more";
+    EXPECT_EQ(source.begun(), kFirstAndAhead) << "the block to be taken first, and those ahead of it";
     static_cast<void>(blocks.take());
     std::this_thread::sleep_for(kForAWhile);
-    EXPECT_EQ(source.begun(), 3U) << "block 0 is in the job's hands";
+    EXPECT_EQ(source.begun(), kFirstAndAhead) << "block 0 is in the job's hands";
     static_cast<void>(blocks.take());
-    ASSERT_TRUE(source.awaitBegun(4));
+    ASSERT_TRUE(source.awaitBegun(kFirstAndAhead + 1));
     std::this_thread::sleep_for(kForAWhile);
-    EXPECT_EQ(source.begun(), 4U);
+    EXPECT_EQ(source.begun(), kFirstAndAhead + 1);
 }
 
 TEST(BlockPipeline, WaitsAfterAFailedReadUntilTheJobTakesTheNextBlock) {

@@ -1,6 +1,7 @@
 // Random fault scripts through the jobs, with their threads, and through a plain sequential model: nobody may be able
 // to tell the two apart. TORVANE_COPY_SCRIPTS sets how many scripts, TORVANE_COPY_FIRST_SCRIPT the first one's seed.
 
+#include "copy/engine/block_pipeline.h"
 #include "tests/unit/copy_model/scripted_system.h"
 #include "tests/unit/copy_model/sequential_model.h"
 
@@ -53,9 +54,6 @@ std::string asText(const std::vector<std::int64_t>& numbers) {
     return text;
 }
 
-/// Blocks that may have been read ahead of the one in the job's hands.
-constexpr std::uint64_t kMostHashesAhead = 2;
-
 /// What the job left behind that differs from what the model left; empty when nothing does.
 std::string differences(const World& world, const World& model) {
     std::string found;
@@ -87,7 +85,7 @@ std::string differences(const World& world, const World& model) {
     compareNumbers("what was completed is on the medium", world.completedOnMedium ? 1 : 0, 1);
     // Hashing may have run ahead of a job that was left early.
     const std::uint64_t ahead = world.hashCalls - model.hashCalls;
-    compareNumbers("hashes ahead", ahead <= kMostHashesAhead ? 0 : static_cast<std::int64_t>(ahead), 0);
+    compareNumbers("hashes ahead", ahead <= BlockPipeline::kBlocksAhead ? 0 : static_cast<std::int64_t>(ahead), 0);
     compareNumbers("image counter", world.imageNumber, model.imageNumber);
     compareNumbers("running", world.flags.running, model.flags.running);
     compareNumbers("failed", world.flags.failed, model.flags.failed);

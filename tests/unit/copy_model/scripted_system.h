@@ -1,5 +1,6 @@
 #pragma once
 
+#include "copy/engine/block_pipeline.h"
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/image_names.h"
 #include "tests/unit/copy_model/world.h"
@@ -273,7 +274,7 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     void expectAllowedFetch() {
         const std::uint64_t number = world_.driveReads;
         const std::uint64_t written = world_.writesBegun;
-        EXPECT_LE(number, written + 2) << "too far ahead";
+        EXPECT_LE(number, written + BlockPipeline::kBlocksAhead) << "too far ahead";
         if (!lastFetchWhole_) {
             EXPECT_LE(number, written) << "read on before the job had dealt with a failed read";
         }
