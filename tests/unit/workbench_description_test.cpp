@@ -157,6 +157,8 @@ TEST(WorkbenchDescription, MistakesOfTheBenchItself) {
               "bench.json: refusedFiles[0].path: missing, but required");
     EXPECT_EQ(readBench({"bench.json", R"({"tools": {"format": {}}})"}, {}).error,
               "bench.json: tools.format: unknown field");
+    EXPECT_EQ(readBench({"bench.json", R"({"tools": {"smartctl": {"missing": true}}})"}, {}).error,
+              "bench.json: tools.smartctl.missing: unknown field");
     EXPECT_EQ(
         readBench({"bench.json", R"({"volumes": [{"letter": "K", "extents": [{"offset": 0, "length": 512}]}]})"}, {})
             .error,

@@ -9,6 +9,11 @@
 namespace torvane::bench {
 namespace {
 
+void readDelay(ObjectReader& reader, ToolDescription& tool) {
+    reader.number("delayMilliseconds", tool.delayMilliseconds);
+    reader.text("delayOnly", tool.delayOnly);
+}
+
 void readTool(ObjectReader& reader, ToolDescription& tool) {
     reader.boolean("missing", tool.missing);
     tool.hasOutput = reader.has("output");
@@ -19,8 +24,7 @@ void readTool(ObjectReader& reader, ToolDescription& tool) {
     }
     tool.hasExitCode = reader.has("exitCode");
     reader.number("exitCode", tool.exitCode);
-    reader.number("delayMilliseconds", tool.delayMilliseconds);
-    reader.text("delayOnly", tool.delayOnly);
+    readDelay(reader, tool);
     reader.boolean("broadcasts", tool.broadcasts);
 }
 
@@ -73,6 +77,7 @@ void readBenchFile(const DescriptionFile& source, BenchDescription& bench, Mista
             readLanguage(tool, bench.diskpart);
         });
         tools.object("powershell", [&](ObjectReader& tool) { readTool(tool, bench.powershell); });
+        tools.object("smartctl", [&](ObjectReader& tool) { readDelay(tool, bench.smartctl); });
     });
     reader.finish();
 }

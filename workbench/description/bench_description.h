@@ -40,6 +40,7 @@ struct BenchDescription {
     bool tellsAutomount = false; ///< the mount manager answers
     ToolDescription diskpart;
     ToolDescription powershell;
+    ToolDescription smartctl; ///< its delay alone: the tool is the real one
     std::vector<ShareDescription> shares;
     std::vector<RefusedFile> refusedFiles;
     std::vector<DriveDescription> drives;   ///< by number, ascending

@@ -1,6 +1,7 @@
 #include "workbench/description/error_names.h"
 #include "workbench/hooks/hook_functions.h"
 #include "workbench/hooks/hooks.h"
+#include "workbench/hooks/monitoring_tool.h"
 #include "workbench/hooks/path_hooks.h"
 #include "workbench/hooks/refused_files.h"
 #include "workbench/session/control.h"
@@ -58,6 +59,7 @@ BOOL finish(DWORD error, DWORD bytes, LPDWORD bytesOut, LPOVERLAPPED overlapped)
 
 HANDLE openPath(const std::shared_ptr<BenchSession>& session, std::wstring_view path, DWORD access,
                 LPSECURITY_ATTRIBUTES security, DWORD disposition) {
+    delayMonitoringTool(*session);
     return session->openDevice(parseDevicePath(path), {path, access, disposition, security});
 }
 

@@ -2,6 +2,7 @@
 
 #include "workbench/description/bench_files.h"
 #include "workbench/hooks/child_process.h"
+#include "workbench/session/tool_delay.h"
 #include "workbench/session/win32_text.h"
 
 #include <windows.h>
@@ -74,9 +75,7 @@ void print(DWORD standardHandle, const std::string& bytes) {
 }
 
 bool obeyDescription(const StandIn& standIn, const ToolDescription& tool) {
-    if (standIn.commandLine.find(tool.delayOnly) != std::string::npos) {
-        standIn.folder->wait(tool.delayMilliseconds);
-    }
+    takeTime(*standIn.folder, tool, standIn.commandLine);
     if (tool.broadcasts) {
         broadcast(standIn);
     }
