@@ -55,25 +55,10 @@ DiskPartScript readOnlyScript(const ReadOnlyChange& change, const DriveRecord& d
             readOnlyResultsFileName(change, drive)};
 }
 
-/// What a test of the attribute told.
-struct ReadOnlyAnswer {
-    bool loaded = false; ///< the results were read
-    bool readOnly = false;
-    bool writable = false;
-};
-
 ReadOnlyAnswer testReadOnly(MainView& view, DriveRecord& drive) {
-    drive.readOnly = 1;
-    const LoadedText results = queryDiskPart(readOnlyTest(drive.driveNumber));
-    if (!results) {
-        return {};
-    }
-    const ReadOnlyAnswer answer{
-        .loaded = true, .readOnly = reportsReadOnlyDisk(results.get()), .writable = reportsWritableDisk(results.get())};
-    if (answer.writable) {
-        drive.readOnly = 0;
-    }
-    view.redrawDriveList();
+    drive.readOnly = 1; // not known
+    const ReadOnlyAnswer answer = askReadOnly(drive.driveNumber);
+    takeReadOnlyAnswer(view, drive, answer);
     return answer;
 }
 
@@ -218,6 +203,22 @@ DiskChange logged(const char* name, const DriveRecord& drive, Change change) {
 }
 
 } // namespace
+
+ReadOnlyAnswer askReadOnly(std::int32_t diskNumber) {
+    const LoadedText results = queryDiskPart(readOnlyTest(diskNumber));
+    if (!results) {
+        return {};
+    }
+    return {
+        .loaded = true, .readOnly = reportsReadOnlyDisk(results.get()), .writable = reportsWritableDisk(results.get())};
+}
+
+void takeReadOnlyAnswer(MainView& view, DriveRecord& drive, const ReadOnlyAnswer& answer) {
+    drive.readOnly = answer.writable ? 0 : 1;
+    if (answer.loaded) {
+        view.redrawDriveList();
+    }
+}
 
 int DP_TestReadOnly(MainView& view, DriveRecord& drive) {
     return testReadOnly(view, drive).loaded ? 1 : 0;

@@ -22,6 +22,18 @@ class MainView;
 /// read, 0 on a failure.
 int DP_TestReadOnly(MainView& view, DriveRecord& drive);
 
+/// What diskpart tells of a disk's read-only attribute.
+struct ReadOnlyAnswer {
+    bool loaded = false;   ///< the results were read
+    bool readOnly = false; ///< they say so
+    bool writable = false; ///< they say so
+};
+
+/// The two halves of DP_TestReadOnly, for whoever asks on another thread than the one that has the record: asks
+/// diskpart, and puts the answer into the record.
+[[nodiscard]] ReadOnlyAnswer askReadOnly(std::int32_t diskNumber);
+void takeReadOnlyAnswer(MainView& view, DriveRecord& drive, const ReadOnlyAnswer& answer);
+
 /// Sets or clears the drive's read-only attribute (never an image file's), refreshes `drive.readOnly` as
 /// DP_TestReadOnly does, then from what the system tells, and returns it; 0 when the script could not be written. Two
 /// of the program's named operations; no command calls them.

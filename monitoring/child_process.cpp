@@ -102,13 +102,17 @@ void ChildProcess::awaitEnd() const {
     }
 }
 
-void ChildProcess::end() {
+void ChildProcess::kill() {
     constexpr UINT kExitCode = 1;
-    constexpr std::chrono::seconds kPatience{1};
     if (group_) {
         TerminateJobObject(group_.get(), kExitCode);
     }
     TerminateProcess(process_.get(), kExitCode);
+}
+
+void ChildProcess::end() {
+    constexpr std::chrono::seconds kPatience{1};
+    kill();
     static_cast<void>(awaitEnd(kPatience));
 }
 

@@ -26,7 +26,9 @@ class ChildProcess {
     [[nodiscard]] bool awaitEnd(std::chrono::milliseconds limit) const;
     void awaitEnd() const;
 
-    /// Ends it and what it has started, and gives them a second to be gone: a process that a driver holds goes only
+    /// Ends it and what it has started.
+    void kill();
+    /// The same, and gives them a second to be gone: a process that a driver holds goes only
     /// when the driver lets go of it, and is not waited for.
     void end();
 

@@ -3,51 +3,19 @@
 #include "base/owned_handle.h"
 #include "base/tool_watch.h"
 #include "base/whole_file.h"
-#include "monitoring/child_process.h"
-#include "monitoring/system_tool.h"
+#include "monitoring/running_command.h"
 #include "state/event_log.h"
 
 #include <chrono>
 #include <cinttypes>
 #include <cstdint>
-#include <mutex>
 #include <optional>
-#include <string>
 
 namespace torvane {
 namespace {
 
 /// Room behind a loaded text, all zero: the text's terminator and more.
 constexpr std::uint64_t kZeroTail = 1024;
-
-/// A file that a child may inherit.
-UniqueFile createInheritableFile(const char* fileName) {
-    // The length stays zero: the system looks at the descriptor and the inherit flag alone.
-    SECURITY_ATTRIBUTES inheritable{};
-    inheritable.bInheritHandle = TRUE;
-    return UniqueFile{CreateFileA(fileName, GENERIC_READ | GENERIC_WRITE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable, CREATE_ALWAYS, 0, nullptr)};
-}
-
-/// A command at work and the file that takes its output; either may be missing.
-struct RunningCommand {
-    UniqueFile output;
-    ChildProcess process;
-};
-
-/// Only the child of this command inherits its output file, also where the system cannot be told so: one that is
-/// started at the same moment by another thread does not, and so cannot keep the file open.
-RunningCommand startInto(const char* outputFileName, const char* commandLine, bool watched) {
-    const std::string application = systemToolPath(commandLine); // before the lock, as it may log
-    static std::mutex oneAtATime;
-    const std::scoped_lock lock(oneAtATime);
-    RunningCommand command{.output = createInheritableFile(outputFileName), .process = {}};
-    if (command.output) {
-        command.process = ChildProcess(application, commandLine, command.output.get(), watched);
-        SetHandleInformation(command.output.get(), HANDLE_FLAG_INHERIT, 0);
-    }
-    return command;
-}
 
 /// Opens for reading while nobody can write. A tool's console, which shares the tool's output, may outlive the tool for
 /// a moment, so a writer is given some time to go away.
@@ -71,27 +39,9 @@ bool awaitEnd(ChildProcess& process, ToolWatch* watch, const char* commandLine) 
         process.awaitEnd();
         return true;
     }
-    constexpr std::chrono::milliseconds kPause{50};
-    const auto begin = std::chrono::steady_clock::now();
-    ToolAtWork tool{.name = toolName(commandLine), .subject = toolSubject()};
-    bool wanted = true;
-    while (wanted && !process.awaitEnd(kPause)) {
-        tool.runsSince =
-            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin);
-        wanted = watch->mayGoOn(tool);
-    }
-    if (wanted) {
-        process.letGo();
-    } else {
-        process.end();
-    }
-    watch->ended();
-    return wanted;
-}
-
-int logUnwanted(const char* outputFileName) {
-    LogEvent("ERROR", "PARSE_BuildDataFile: [%s] TERMINATED before the tool was done", outputFileName);
-    return 0;
+    return awaitEnd(
+        process, *watch,
+        {.name = toolName(commandLine), .subject = toolSubject(), .began = std::chrono::steady_clock::now()});
 }
 
 LoadedText logUnreadable(const char* fileName) {
@@ -106,14 +56,15 @@ int PARSE_BuildDataFile(const char* outputFileName, const char* commandLine) {
     if (watch != nullptr && !watch->mayBegin()) {
         return logUnwanted(outputFileName);
     }
-    RunningCommand command = startInto(outputFileName, commandLine, watch != nullptr);
+    const auto makeOutput = [&](SECURITY_ATTRIBUTES* inheritable) {
+        return createOutputFile(outputFileName, inheritable);
+    };
+    RunningCommand command = startInto(makeOutput, commandLine, watch != nullptr);
     if (!command.output) {
-        LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CREATE_ALWAYS FAILED", outputFileName);
-        return 0;
+        return logOutputNotCreated(outputFileName);
     }
     if (!command.process) {
-        LogEvent("ERROR", "PARSE_BuildDataFile: [%s] CreateProcess FAILED", outputFileName);
-        return 0;
+        return logNotStarted(outputFileName);
     }
     // A tool that fails still has run: what went wrong stands in its output.
     return awaitEnd(command.process, watch, commandLine) ? 1 : logUnwanted(outputFileName);

@@ -10,8 +10,6 @@
 namespace torvane {
 namespace {
 
-constexpr std::size_t kLineRoom = 4096;
-
 /// The tool names the system's drives /dev/sda, /dev/sdb and so on, in the order of their numbers. Those behind
 /// /dev/sdz, which have two letters, are beyond the drives that the program knows.
 std::int32_t driveNumberOf(std::string_view deviceName) {
@@ -57,9 +55,9 @@ std::string withSafeWords(std::string_view text) {
 } // namespace
 
 void readListedDevice(const char* line, ListedDevice& device) {
-    std::array<char, kLineRoom> part{};
-    std::array<char, kLineRoom> name{};
-    std::array<char, kLineRoom> type{};
+    std::array<char, kListingLineRoom> part{};
+    std::array<char, kListingLineRoom> name{};
+    std::array<char, kListingLineRoom> type{};
     PARSE_CopyUntil(line, part, '#'); // the tool's comment
     if (PARSE_GetWord(part.data(), name, 0) == 0 || PARSE_GetWord(part.data(), type, 2) == 0) {
         device.name.clear();

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace torvane {
+
+/// Bytes of a line of the listing that are read, with the NUL behind them; longer lines are cut.
+inline constexpr std::size_t kListingLineRoom = 4096;
 
 /// A device of the tool's listing, one line of "smartctl --scan":
 ///

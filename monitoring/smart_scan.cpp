@@ -5,6 +5,7 @@
 #include "monitoring/command_runner.h"
 #include "monitoring/device_listing.h"
 #include "monitoring/report_origin.h"
+#include "monitoring/reports_ahead.h"
 #include "monitoring/smart_report.h"
 #include "monitoring/text_scanners.h"
 #include "state/event_log.h"
@@ -23,15 +24,15 @@ namespace {
 constexpr const char* kListingFile = "Drive Data File.txt";
 constexpr const char* kListingCommand = "smartctl.exe --scan";
 
-using Line = std::array<char, 4096>;
+using Line = std::array<char, kListingLineRoom>;
 
 std::string reportFileName(int driveNumber) {
     return formatText("PHYS%d.txt", driveNumber);
 }
 
-/// Runs the tool and loads what it printed. Null after an "INVALID" log row.
-LoadedText printAndLoad(const char* fileName, const char* commandLine) {
-    if (PARSE_BuildDataFile(fileName, commandLine) == 0) {
+/// What the tool printed into the file; `built` tells whether it did. Null after an "INVALID" log row.
+LoadedText loadPrinted(const char* fileName, int built) {
+    if (built == 0) {
         LogEvent("INVALID", "Could not build [%s]", fileName);
         return nullptr;
     }
@@ -59,11 +60,18 @@ std::uint64_t lastWriteOf(const std::string& fileName) {
                                                                                      : 0;
 }
 
+/// A line of the listing.
+struct ListingLine {
+    int number; ///< from 0
+    const char* text;
+};
+
 /// False when the device's report could not be made, which ends the scan.
-bool makeReport(SmartScanState& scan, const ListedDevice& device, const char* listingLine) {
+bool makeReport(SmartScanState& scan, ReportsAhead& reports, const ListedDevice& device, const ListingLine& at) {
     const std::string fileName = reportFileName(device.driveNumber);
     const ToolSubject subject(formatText("drive %d", device.driveNumber));
-    const LoadedText report = printAndLoad(fileName.c_str(), reportCommandLine(device).c_str());
+    const int built = reports.buildDataFile(at.number, fileName.c_str(), reportCommandLine(device).c_str());
+    const LoadedText report = loadPrinted(fileName.c_str(), built);
     if (!report) {
         return false;
     }
@@ -71,7 +79,7 @@ bool makeReport(SmartScanState& scan, const ListedDevice& device, const char* li
                                                                      .written = lastWriteOf(fileName)};
     Line line{};
     if (PARSE_FindLine(report.get(), line, kSmartReadFailed) >= 0) {
-        LogEvent("INVALID", "Invalid Device found at [%s]", listingLine);
+        LogEvent("INVALID", "Invalid Device found at [%s]", at.text);
     }
     return true;
 }
@@ -96,29 +104,34 @@ void logFindings(const DriveRecord& record, const std::vector<AttributeFinding>&
     }
 }
 
-} // namespace
-
-int SmartScanDevices(SmartScanState& scan) {
-    ++scan.scan;
-    scan.started = now();
-    const LoadedText listing = printAndLoad(kListingFile, kListingCommand);
-    if (!listing) {
-        return 0;
-    }
+/// 1 when the report of every drive in the listing was made.
+int makeReports(SmartScanState& scan, const char* listing) {
     scan.deviceLineCount = 0;
     scan.driveNames = {};
-    LineCursor cursor(listing.get());
+    ReportsAhead reports(listing);
+    LineCursor cursor(listing);
     Line line{};
     ListedDevice device;
     while (cursor.next(line) == 1) {
         readListedDevice(line.data(), device);
         keepName(scan, device);
-        if (device.driveNumber >= 0 && !makeReport(scan, device, line.data())) {
+        const ListingLine at{.number = scan.deviceLineCount, .text = line.data()};
+        if (device.driveNumber >= 0 && !makeReport(scan, reports, device, at)) {
             return 0;
         }
         ++scan.deviceLineCount; // every line counts, used or not
     }
     return 1;
+}
+
+} // namespace
+
+int SmartScanDevices(SmartScanState& scan, const std::function<void()>& listed) {
+    ++scan.scan;
+    scan.started = now();
+    const LoadedText listing = loadPrinted(kListingFile, PARSE_BuildDataFile(kListingFile, kListingCommand));
+    listed();
+    return listing ? makeReports(scan, listing.get()) : 0;
 }
 
 int SmartParseDrive(const SmartScanState& scan, DriveRecord& record, int driveNumber) {

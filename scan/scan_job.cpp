@@ -8,6 +8,7 @@
 #include "discovery/physical_drive_probe.h"
 #include "discovery/volume_map.h"
 #include "monitoring/smart_scan.h"
+#include "scan/drives_ahead.h"
 #include "scan/load_guard.h"
 #include "scan/monitoring_dispatch.h"
 #include "scan/scan_watch.h"
@@ -39,30 +40,48 @@ void enterStage(AppState& state, ScanWatch& watch, ScanStage stage, const char* 
     watch.enterStage(status);
 }
 
-void readMonitoringData(AppState& state, ScanWatch& watch, DriveRecord& record, int driveNumber) {
+DriveRecordPtr probeDrive(std::int32_t driveNumber) {
+    DriveRecordPtr record = ProbePhysicalDrive(driveNumber);
+    if (record) {
+        rememberPartitionTable(*record);
+    }
+    return record;
+}
+
+void readMonitoringData(AppState& state, ScanWatch& watch, DrivesAhead& drives, DriveRecord& record) {
+    const std::int32_t driveNumber = record.driveNumber;
     const ToolSubject subject(formatText("drive %d", driveNumber));
     SmartParseDrive(state.smart, record, driveNumber);
     dispatchMonitoring(record);
+    record.readOnly = 1; // not known
     if (watch.mayBegin()) {
-        DP_TestReadOnly(*state.view, record);
-    } else {
-        record.readOnly = 1; // not known
+        takeReadOnlyAnswer(*state.view, record, drives.takeReadOnly(driveNumber));
     }
 }
 
 // The table stays compact: a slot that received nothing takes the next number's drive.
-void probeAllDrives(AppState& state, ScanWatch& watch) {
-    for (int driveNumber = 0; driveNumber < kMaxDrives; ++driveNumber) {
+void takeAllDrives(AppState& state, ScanWatch& watch, DrivesAhead& drives) {
+    for (std::int32_t driveNumber = 0; driveNumber < kMaxDrives; ++driveNumber) {
         DriveRecordPtr& slot = state.scan.drives[static_cast<std::size_t>(state.scan.driveCount)];
-        slot = ProbePhysicalDrive(driveNumber);
+        slot = drives.takeDrive(driveNumber);
         if (slot) {
-            rememberPartitionTable(*slot);
-            readMonitoringData(state, watch, *slot, driveNumber);
+            readMonitoringData(state, watch, drives, *slot);
             // Last: a driver may count what the drive is asked for its monitoring data as a change of its medium.
             rememberMediaChanges(*slot);
             ++state.scan.driveCount;
         }
     }
+}
+
+/// Reports and drives: the drives are asked on another thread while the reports are made.
+void readDevices(AppState& state, const JobClaim& claim, ScanWatch& watch) {
+    std::optional<DrivesAhead> drives;
+    enterStage(state, watch, kStageDriveDevices, "Loading Drive Devices");
+    SmartScanDevices(state.smart, [&] {
+        drives.emplace(DriveQuestions{.probe = &probeDrive, .askReadOnly = &askReadOnly}, claim, watch);
+    });
+    enterStage(state, watch, kStagePhysicalDevices, "Loading Physical Devices");
+    takeAllDrives(state, watch, *drives);
 }
 
 void listDrives(AppState& state) {
@@ -110,10 +129,7 @@ DWORD runDriveScan(AppState& state, JobClaim& claim) {
     const ToolWatchScope watched(watch);
     state.scan.driveCount = 0;
     LogEvent("STATUS", "Beginning Drive Scan");
-    enterStage(state, watch, kStageDriveDevices, "Loading Drive Devices");
-    SmartScanDevices(state.smart);
-    enterStage(state, watch, kStagePhysicalDevices, "Loading Physical Devices");
-    probeAllDrives(state, watch);
+    readDevices(state, claim, watch);
     enterStage(state, watch, kStageLogicalDevices, "Loading Logical Devices");
     EnumerateVolumes(state.scan);
     listDrives(state);

@@ -9,12 +9,11 @@ namespace torvane {
 namespace {
 
 constexpr std::chrono::seconds kLongWait{5};
-constexpr std::chrono::seconds kGrace{5};
 
 } // namespace
 
 ScanWatch::ScanWatch(const JobClaim& claim, std::function<void(const std::string&)> show)
-    : claim_(claim), show_(std::move(show)) {}
+    : claim_(claim), grace_(claim), show_(std::move(show)) {}
 
 void ScanWatch::enterStage(std::string text) {
     stage_ = std::move(text);
@@ -26,17 +25,11 @@ bool ScanWatch::mayBegin() {
 }
 
 bool ScanWatch::mayGoOn(const ToolAtWork& tool) {
-    showLongWait(tool);
-    if (!claim_.stopAsked()) {
-        return true;
-    }
-    if (!stopSeen_) {
-        stopSeen_ = tool.runsSince;
-    }
-    return tool.runsSince - *stopSeen_ < kGrace;
+    waitsFor(tool);
+    return grace_.lasts(tool.runsSince);
 }
 
-void ScanWatch::showLongWait(const ToolAtWork& tool) {
+void ScanWatch::waitsFor(const ToolAtWork& tool) {
     const auto second = std::chrono::floor<std::chrono::seconds>(tool.runsSince);
     if (second >= kLongWait && shownSecond_ != second) {
         shownSecond_ = second;
@@ -45,7 +38,7 @@ void ScanWatch::showLongWait(const ToolAtWork& tool) {
 }
 
 void ScanWatch::ended() {
-    stopSeen_.reset();
+    grace_.ended();
     if (std::exchange(shownSecond_, std::nullopt)) {
         show_(stage_);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/tool_watch.h"
+#include "scan/stop_grace.h"
 
 #include <chrono>
 #include <functional>
@@ -11,10 +12,8 @@ namespace torvane {
 
 class JobClaim;
 
-/// Waits for the scan's tools: says in the scan's status text for whom, once one takes long, and ends the tool at work
-/// when the scan is asked to stop. From then on no other begins.
-///
-/// A tool that is about to finish gets five seconds for it.
+/// Waits for the scan's tools, on the scan's thread: says in the scan's status text for whom, once one takes long, and
+/// ends the tool at work when the scan is asked to stop (scan/stop_grace.h). From then on no other begins.
 class ScanWatch : public ToolWatch {
   public:
     /// `show` replaces the scan's status text.
@@ -23,18 +22,19 @@ class ScanWatch : public ToolWatch {
     /// Shows the stage's text, which stays but for tools that take long.
     void enterStage(std::string text);
 
+    /// The scan waits for a tool that another thread runs; `ended` when it no longer does.
+    void waitsFor(const ToolAtWork& tool);
+
     [[nodiscard]] bool mayBegin() override;
     [[nodiscard]] bool mayGoOn(const ToolAtWork& tool) override;
     void ended() override;
 
   private:
-    void showLongWait(const ToolAtWork& tool);
-
     const JobClaim& claim_;
+    StopGrace grace_;
     std::function<void(const std::string&)> show_;
     std::string stage_;
     std::optional<std::chrono::seconds> shownSecond_; ///< of the tool at work; none: the stage's text stands there
-    std::optional<std::chrono::milliseconds> stopSeen_;
 };
 
 } // namespace torvane

@@ -2,9 +2,12 @@
 
 #include "base/local_moment.h"
 #include "state/app_state.h"
+#include "state/held_log_rows.h"
 #include "state/log_row.h"
 
 #include <cstdarg>
+#include <string>
+#include <utility>
 
 namespace torvane {
 
@@ -32,9 +35,14 @@ void keep(const LocalMoment& when, const LogRow& row) {
 void LogEvent(const char* category, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    const LocalMoment now = localNow();
-    const LogRow row = makeLogRow(category, now, formatTextV(format, arguments));
+    std::string message = formatTextV(format, arguments);
     va_end(arguments);
+    if (HeldLogRows* const held = heldLogRows()) {
+        held->add(category, std::move(message), false);
+        return;
+    }
+    const LocalMoment now = localNow();
+    const LogRow row = makeLogRow(category, now, std::move(message));
     keep(now, row);
     show(row);
 }
@@ -42,9 +50,14 @@ void LogEvent(const char* category, const char* format, ...) {
 void LogToFile(const char* category, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
-    const LocalMoment now = localNow();
-    keep(now, makeLogRow(category, now, formatTextV(format, arguments)));
+    std::string message = formatTextV(format, arguments);
     va_end(arguments);
+    if (HeldLogRows* const held = heldLogRows()) {
+        held->add(category, std::move(message), true);
+        return;
+    }
+    const LocalMoment now = localNow();
+    keep(now, makeLogRow(category, now, std::move(message)));
 }
 
 } // namespace torvane

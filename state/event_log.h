@@ -7,7 +7,8 @@ namespace torvane {
 /// Appends one row to the event log, in the day's file and in the main window's list: `category` ("STATUS", "ERROR",
 /// "INVALID", "SUCCESS", "FAILURE" ...), the local date and time, and the text made from `format` and its arguments.
 /// Any thread may call it; before the main window exists, and after its end, the file alone gets the row. Where the
-/// file cannot be written, the list says so, once. Secrets are never logged.
+/// file cannot be written, the list says so, once. A thread may have its rows held back (`LogRowsHeld`). Secrets are
+/// never logged.
 void LogEvent(const char* category, const char* format, ...) TORVANE_PRINTF_LIKE(2, 3);
 
 /// The category of rows about what a job does to a drive, which have to stand somewhere, however much else the day has

@@ -1,6 +1,6 @@
 #include "copy/engine/block_pipeline.h"
 
-#include "copy/engine/helper_thread.h"
+#include "base/helper_thread.h"
 
 #include <algorithm>
 #include <cstdlib>

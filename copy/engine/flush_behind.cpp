@@ -1,6 +1,6 @@
 #include "copy/engine/flush_behind.h"
 
-#include "copy/engine/helper_thread.h"
+#include "base/helper_thread.h"
 
 namespace torvane {
 

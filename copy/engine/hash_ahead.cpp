@@ -1,6 +1,6 @@
 #include "copy/engine/hash_ahead.h"
 
-#include "copy/engine/helper_thread.h"
+#include "base/helper_thread.h"
 
 #include <optional>
 

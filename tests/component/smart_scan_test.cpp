@@ -1,13 +1,16 @@
 #include "monitoring/smart_scan.h"
 
+#include "base/tool_watch.h"
 #include "monitoring/smart_report.h"
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
+#include "tests/component/no_temporary_folder.h"
 #include "tests/component/patience_gone.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/test_bench.h"
 #include "tests/support/leftover_report.h"
 #include "tests/support/recording_main_view.h"
+#include "tests/ui/driver/wait.h"
 #include "ui/owned.h"
 
 #include <gmock/gmock.h>
@@ -17,10 +20,17 @@
 #include <array>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
 #include <memory>
 #include <numeric>
+#include <ostream>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
 #include <vector>
 
 // The import slot of the function that fails here. NOLINTBEGIN(bugprone-reserved-identifier)
@@ -37,7 +47,9 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::readFile;
+using ::testing::SizeIs;
 using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
 using testing::writeFile;
 
 /// Everything logged so far, as "CATEGORY: message".
@@ -95,6 +107,13 @@ class SmartScan : public ::testing::Test {
 
     [[nodiscard]] std::vector<std::string> log() const { return rowsOf(view_); }
 
+    // The tool waits in the middle of a device's report until it is let go.
+    static void hold(const std::string& device) { writeFile(device + ".waits", ""); }
+    static void letGo(const std::string& device) { writeFile(device + ".goes-on", ""); }
+    static void awaitCommands(std::size_t count) {
+        ASSERT_TRUE(driver::waitUntil([&] { return commands().size() >= count; }));
+    }
+
     /// The names of all reports in the current folder, sorted.
     static std::vector<std::string> reportFiles() {
         std::vector<std::string> names;
@@ -120,9 +139,11 @@ TEST_F(SmartScan, AsksForTheListingAndThenForEveryDrive) {
     reportOf("sda", "report of a\r\n");
     reportOf("sdb", "report of b\r\n");
     EXPECT_EQ(scan(), 1);
-    EXPECT_THAT(commands(), ElementsAre("smartctl.exe --scan",
-                                        "smartctl.exe /dev/sda -d sat -s on -x -T verypermissive -T verypermissive",
-                                        "smartctl.exe /dev/sdb -d sat -s on -x -T verypermissive -T verypermissive"));
+    ASSERT_THAT(commands(),
+                UnorderedElementsAre("smartctl.exe --scan", // the others run beside each other
+                                     "smartctl.exe /dev/sda -d sat -s on -x -T verypermissive -T verypermissive",
+                                     "smartctl.exe /dev/sdb -d sat -s on -x -T verypermissive -T verypermissive"));
+    EXPECT_EQ(commands().front(), "smartctl.exe --scan");
     EXPECT_EQ(readFile("Drive Data File.txt"), readFile("scan.out"));
     EXPECT_EQ(readFile("PHYS0.txt"), "report of a\r\n");
     EXPECT_EQ(readFile("PHYS1.txt"), "report of b\r\n");
@@ -289,7 +310,7 @@ TEST_F(SmartScan, StopsAtADeviceForWhichTheToolCannotBeStartedAgain) {
     }
     EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [PHYS1.txt] CreateProcess FAILED",
                                    "INVALID: Could not build [PHYS1.txt]"));
-    EXPECT_EQ(processStarts, 3);
+    EXPECT_EQ(processStarts, 4) << "the listing, a, b ahead of its turn, and b again when its turn has come";
     EXPECT_EQ(readFile("PHYS0.txt"), "report of a\r\n");
     EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt", "PHYS1.txt")) << "the second was created, and stays empty";
     EXPECT_EQ(readFile("PHYS1.txt"), "");
@@ -388,6 +409,317 @@ TEST_F(SmartScan, StopsAtAReportThatCannotBeLoaded) {
                                    "INVALID: Could not load [PHYS0.txt]"));
     EXPECT_FALSE(std::filesystem::exists("PHYS1.txt"));
 }
+
+// --- Reports beside each other
+
+/// The tool's names of so many drives, "sda" first.
+std::vector<std::string> devices(int count) {
+    std::vector<std::string> names;
+    for (int i = 0; i < count; ++i) {
+        names.push_back(std::string("sd") + static_cast<char>('a' + i));
+    }
+    return names;
+}
+
+std::string listingOf(const std::vector<std::string>& devices) {
+    std::string listing;
+    for (const std::string& device : devices) {
+        listing += "/dev/" + device + " -d ata # x\r\n";
+    }
+    return listing;
+}
+
+TEST_F(SmartScan, EightToolsRunAtOnceAndTheNinthWhenOneOfThemHasEnded) {
+    const std::vector<std::string> names = devices(20);
+    listingIs(listingOf(names));
+    for (const std::string& name : names) {
+        reportOf(name, "report of " + name + "\r\n");
+        hold(name);
+    }
+    std::thread scanning([] { EXPECT_EQ(scan(), 1); });
+    awaitCommands(1 + 8);
+    for (std::size_t ended = 0; ended < names.size(); ++ended) {
+        // Any of them, not the one that the scan waits for.
+        letGo(names[ended < 8 ? 7 - ended : ended]);
+        const std::size_t begun = 1 + std::min<std::size_t>(8 + ended + 1, names.size());
+        awaitCommands(begun);
+        EXPECT_THAT(commands(), SizeIs(begun));
+    }
+    scanning.join();
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        EXPECT_EQ(readFile("PHYS" + std::to_string(i) + ".txt"), "report of " + names[i] + "\r\n");
+    }
+    EXPECT_EQ(appState().smart.deviceLineCount, 20);
+    EXPECT_THAT(log(), IsEmpty());
+}
+
+TEST_F(SmartScan, ADriveThatIsNamedTwiceIsAskedAgainWhenItsFirstReportWasTaken) {
+    listingIs("/dev/sda -d ata # x\r\n/dev/sda -d scsi # again\r\n/dev/sdb -d ata # x\r\n");
+    reportOf("sda", "Read SMART Data failed: x\r\n");
+    hold("sda");
+    std::thread scanning([] { EXPECT_EQ(scan(), 1); });
+    awaitCommands(1 + 2);
+    EXPECT_THAT(commands(), UnorderedElementsAre("smartctl.exe --scan", HasSubstr("/dev/sda"), HasSubstr("/dev/sdb")));
+    EXPECT_THAT(log(), IsEmpty());
+    letGo("sda");
+    scanning.join();
+    EXPECT_THAT(commands(), UnorderedElementsAre("smartctl.exe --scan", HasSubstr("/dev/sda"), HasSubstr("/dev/sdb"),
+                                                 HasSubstr("/dev/sda")));
+    EXPECT_THAT(log(), ElementsAre("INVALID: Invalid Device found at [/dev/sda -d ata # x]",
+                                   "INVALID: Invalid Device found at [/dev/sda -d scsi # again]"));
+}
+
+TEST_F(SmartScan, UntilItsTurnAReportStaysAsItWas) {
+    listingIs(listingOf(devices(2)));
+    reportOf("sda", "report of a\r\n");
+    reportOf("sdb", "report of b\r\n");
+    writeFile("PHYS1.txt", "of an earlier scan");
+    hold("sda");
+    std::thread scanning([] { EXPECT_EQ(scan(), 1); });
+    awaitCommands(1 + 2);
+    EXPECT_EQ(readFile("PHYS1.txt"), "of an earlier scan");
+    letGo("sda");
+    scanning.join();
+    EXPECT_EQ(readFile("PHYS1.txt"), "report of b\r\n");
+}
+
+/// The captures of this program in the system's folder for temporary files.
+std::size_t captures() {
+    const std::string own = "Torvane-" + std::to_string(GetCurrentProcessId()) + "-";
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::temp_directory_path())) {
+        count += entry.path().filename().string().starts_with(own) ? 1 : 0;
+    }
+    return count;
+}
+
+/// True when no tool runs in the current folder: one that does has its program's file open for good.
+bool noToolRuns() {
+    return DeleteFileA("smartctl.exe") != FALSE;
+}
+
+TEST_F(SmartScan, BehindAReportThatCannotBeBuiltNothingIsWrittenAndNothingRunsOn) {
+    listingIs(listingOf(devices(4)));
+    reportOf("sda", "report of a\r\n");
+    reportOf("sdc", "report of c\r\n");
+    reportOf("sdd", "report of d\r\n");
+    std::filesystem::create_directory("PHYS1.txt");
+    writeFile("PHYS2.txt", "of an earlier scan");
+    hold("sda");
+    hold("sdd");
+    std::thread scanning([] { EXPECT_EQ(scan(), 0); });
+    awaitCommands(1 + 4);
+    EXPECT_GE(captures(), 1U);
+    EXPECT_FALSE(noToolRuns());
+    letGo("sda");
+    scanning.join(); // though nobody lets the last one go
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [PHYS1.txt] CREATE_ALWAYS FAILED",
+                                   "INVALID: Could not build [PHYS1.txt]"));
+    EXPECT_EQ(readFile("PHYS2.txt"), "of an earlier scan");
+    EXPECT_FALSE(std::filesystem::exists("PHYS3.txt"));
+    EXPECT_TRUE(driver::waitUntil([] { return captures() == 0; })) << "a tool's console may hold them for a moment";
+    EXPECT_TRUE(driver::waitUntil(&noToolRuns));
+}
+
+/// Stops as if the user had, once the tool that is waited for is the one of `subject` and a file is there.
+class StopsAt : public ToolWatch {
+  public:
+    StopsAt(std::string subject, std::string file) : subject_(std::move(subject)), file_(std::move(file)) {}
+    [[nodiscard]] bool mayBegin() override { return !stopped_; }
+    [[nodiscard]] bool mayGoOn(const ToolAtWork& tool) override {
+        stopped_ = stopped_ || (tool.subject == subject_ && std::filesystem::exists(file_));
+        return !stopped_;
+    }
+
+  private:
+    std::string subject_;
+    std::string file_;
+    bool stopped_ = false;
+};
+
+TEST_F(SmartScan, AStopEndsEveryToolAndStartsNoOther) {
+    const std::vector<std::string> names = devices(12);
+    listingIs(listingOf(names));
+    for (const std::string& name : names) {
+        reportOf(name, "report of " + name + "\r\n");
+        hold(name);
+    }
+    letGo("sda");
+    StopsAt watch("drive 1", "sdb.waiting");
+    {
+        const ToolWatchScope watched(watch);
+        EXPECT_EQ(scan(), 0);
+    }
+    EXPECT_THAT(log(), ElementsAre("ERROR: PARSE_BuildDataFile: [PHYS1.txt] TERMINATED before the tool was done",
+                                   "INVALID: Could not build [PHYS1.txt]"));
+    EXPECT_THAT(reportFiles(), ElementsAre("PHYS0.txt", "PHYS1.txt"));
+    EXPECT_EQ(readFile("PHYS1.txt"), "report ") << "what it has printed";
+    EXPECT_LE(commands().size(), 1U + 9U) << "the first of the eight was let go";
+    EXPECT_TRUE(driver::waitUntil([] { return captures() == 0; }));
+    EXPECT_TRUE(driver::waitUntil(&noToolRuns));
+}
+
+TEST_F(SmartScan, TheToolThatIsWaitedForIsTheOneOfTheTurn) {
+    class Asked : public ToolWatch {
+      public:
+        [[nodiscard]] bool mayBegin() override { return true; }
+        [[nodiscard]] bool mayGoOn(const ToolAtWork& tool) override {
+            EXPECT_EQ(tool.name, "smartctl");
+            if (!tool.subject.empty()) { // else it is the listing
+                EXPECT_GE(tool.runsSince, longest_[tool.subject]);
+                longest_[tool.subject] = tool.runsSince;
+                if (tool.runsSince > std::chrono::milliseconds(200)) {
+                    letGo(tool.subject == "drive 0" ? "sda" : "sdb");
+                }
+            }
+            return true;
+        }
+        std::map<std::string, std::chrono::milliseconds> longest_;
+    } watch;
+    listingIs(listingOf(devices(2)));
+    hold("sda");
+    hold("sdb");
+    const ToolWatchScope watched(watch);
+    EXPECT_EQ(scan(), 1);
+    ASSERT_THAT(watch.longest_, SizeIs(2));
+    EXPECT_GT(watch.longest_["drive 1"], watch.longest_["drive 0"]) << "it had run since the first one began";
+}
+
+TEST_F(SmartScan, AReportIsAsOldAsWhatTheToolWrote) {
+    listingIs(listingOf(devices(2)));
+    reportOf("sda", "report of a\r\n");
+    reportOf("sdb", "report of b\r\n");
+    hold("sda");
+    std::thread scanning([] { EXPECT_EQ(scan(), 1); });
+    awaitCommands(1 + 2);
+    Sleep(1000);
+    letGo("sda");
+    scanning.join();
+    const auto first = std::filesystem::last_write_time("PHYS0.txt");
+    const auto second = std::filesystem::last_write_time("PHYS1.txt");
+    EXPECT_GT(first - second, std::chrono::milliseconds(200)) << "though it was taken later";
+}
+
+// --- ... come out as one after the other
+
+/// What a scan leaves: its result, the lines that it has counted, rows and files.
+struct Outcome {
+    int result;
+    int lines;
+    std::vector<std::string> rows;
+    std::map<std::string, std::string> files;
+    bool operator==(const Outcome&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
+    out << outcome.result << ", lines " << outcome.lines << '\n';
+    for (const std::string& row : outcome.rows) {
+        out << row << '\n';
+    }
+    for (const auto& [name, text] : outcome.files) {
+        out << name << ": " << text << '\n';
+    }
+    return out;
+}
+
+class SmartScanInTurn : public SmartScan {
+  protected:
+    /// The scan from the folder as it is, its outcome, and the folder as it was.
+    Outcome outcome(const std::function<int()>& scan) {
+        const std::size_t before = log().size();
+        Outcome seen{.result = scan(), .lines = appState().smart.deviceLineCount, .rows = log(), .files = {}};
+        seen.rows.erase(seen.rows.begin(), seen.rows.begin() + static_cast<std::ptrdiff_t>(before));
+        for (const auto& entry : std::filesystem::directory_iterator(".")) {
+            const std::string name = entry.path().filename().string();
+            if (entry.is_regular_file() && (name.starts_with("PHYS") || name.starts_with("Drive"))) {
+                seen.files[name] = readFile(name);
+                writeFile(name, "of an earlier scan");
+            }
+        }
+        std::filesystem::remove("sdc.waiting");
+        return seen;
+    }
+
+    void expectTheSameInTurn(const std::function<int()>& scan = &SmartScan::scan) {
+        for (const char* const left : {"PHYS0.txt", "PHYS1.txt", "PHYS2.txt", "PHYS3.txt"}) {
+            std::ofstream(left) << "of an earlier scan"; // where that can be
+        }
+        std::filesystem::remove("commands.txt");
+        const Outcome beside = outcome(scan);
+        const std::size_t besideCommands = commands().size();
+        std::filesystem::remove("commands.txt");
+        const testing::NoTemporaryFolder noCaptures;
+        const Outcome inTurn = outcome(scan);
+        EXPECT_EQ(beside, inTurn);
+        EXPECT_GE(besideCommands, commands().size());
+        EXPECT_FALSE(inTurn.files.empty());
+    }
+
+    void SetUp() override {
+        listingIs(listingOf(devices(4)));
+        for (const std::string& name : devices(4)) {
+            reportOf(name, "report of " + name + "\r\n");
+        }
+    }
+};
+
+TEST_F(SmartScanInTurn, OfDrivesThatAllAnswer) {
+    expectTheSameInTurn();
+}
+
+TEST_F(SmartScanInTurn, OfAReportInTheMiddleThatCannotBeBuilt) {
+    std::filesystem::create_directory("PHYS2.txt");
+    expectTheSameInTurn();
+}
+
+TEST_F(SmartScanInTurn, OfAReportInTheMiddleThatCannotBeLoaded) {
+    const UniqueFile writer = keepOpenForWriting("PHYS2.txt");
+    expectTheSameInTurn();
+}
+
+TEST_F(SmartScanInTurn, OfADriveListedTwice) {
+    listingIs("/dev/sda -d ata # x\r\n/dev/sda -d scsi # y\r\nshort\r\n/dev/sdb -d ata # x\r\n");
+    expectTheSameInTurn();
+}
+
+TEST_F(SmartScanInTurn, OfADriveWhoseSmartDataCannotBeRead) {
+    reportOf("sdb", "b\r\nRead SMART Data failed: x\r\n");
+    reportOf("sdc", "");
+    expectTheSameInTurn();
+}
+
+TEST_F(SmartScanInTurn, OfToolsThatDieOrHangUp) {
+    writeFile("sda.dies", "");
+    writeFile("sdc.hangs-up", "");
+    expectTheSameInTurn();
+}
+
+TEST_F(SmartScanInTurn, OfAStopInTheMiddle) {
+    hold("sdc");
+    expectTheSameInTurn([] {
+        StopsAt watch("drive 2", "sdc.waiting");
+        const ToolWatchScope watched(watch);
+        return scan();
+    });
+}
+
+BOOL WINAPI startNoneOfC(LPCSTR name, LPSTR commandLine, LPSECURITY_ATTRIBUTES process, LPSECURITY_ATTRIBUTES thread,
+                         BOOL inherit, DWORD flags, LPVOID environment, LPCSTR folder, LPSTARTUPINFOA startup,
+                         LPPROCESS_INFORMATION child) {
+    if (std::string_view(commandLine).find("/dev/sdc") != std::string_view::npos) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return FALSE;
+    }
+    return realCreateProcess(name, commandLine, process, thread, inherit, flags, environment, folder, startup, child);
+}
+
+TEST_F(SmartScanInTurn, OfAToolThatCannotBeStarted) {
+    const testing::ImportPatched patched(__imp_CreateProcessA, &startNoneOfC);
+    realCreateProcess = patched.original();
+    expectTheSameInTurn();
+}
+
+// --- Much text
 
 // None of its lines names a drive, so that the time goes into the listing alone: one run of the tool, and reading.
 TEST_F(SmartScan, ReadsAListingOfFiftyMegabytesInTime) {
