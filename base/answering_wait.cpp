@@ -17,7 +17,10 @@ DWORD waitAnswering(DWORD count, const HANDLE* handles, DWORD milliseconds) {
         PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE); // dispatches what was sent
         if (milliseconds != INFINITE) {
             const ULONGLONG gone = GetTickCount64() - begin;
-            left = gone < milliseconds ? static_cast<DWORD>(milliseconds - gone) : 0;
+            if (gone >= milliseconds) {
+                return WAIT_TIMEOUT; // also where somebody sends without end
+            }
+            left = static_cast<DWORD>(milliseconds - gone);
         }
     }
 }

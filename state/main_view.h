@@ -18,7 +18,8 @@ struct LogRow {
 };
 
 /// What jobs and commands may ask of the main window. Every function may be called from any thread and has taken effect
-/// when it returns; the window's own thread must therefore never wait for a thread that calls it.
+/// when it returns, as far as anybody can find out; the window's own thread must therefore never wait for a thread that
+/// calls it.
 class MainView {
   public:
     virtual ~MainView() = default;

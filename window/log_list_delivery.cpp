@@ -10,6 +10,12 @@ namespace torvane {
 
 namespace {
 
+/// A button of the mouse may begin a loop of the list's own (a scroll bar's thumb, a drag), in which it is at rest.
+bool isButton(UINT message) {
+    return (message >= WM_LBUTTONDOWN && message <= WM_MBUTTONDBLCLK) ||
+           (message >= WM_NCLBUTTONDOWN && message <= WM_NCMBUTTONDBLCLK) || message == WM_SYSCOMMAND;
+}
+
 bool isQuestion(UINT message) {
     constexpr UINT kLast = LVM_FIRST + 0xFF; // the header's messages are next
     return message >= LVM_FIRST && message <= kLast;
@@ -40,7 +46,8 @@ void LogListDelivery::deliver(const LogRow* last) {
         return;
     }
     // From now on rows come by the timer; without one, until there are none.
-    if (SetTimer(GetParent(list_->window()), reinterpret_cast<UINT_PTR>(this), kPauseMilliseconds, &onTimer) == 0) {
+    const HWND window = GetParent(list_->window()); // null once the list has gone: the timer would be nobody's
+    if (window == nullptr || SetTimer(window, reinterpret_cast<UINT_PTR>(this), kPauseMilliseconds, &onTimer) == 0) {
         while (appendOrRest()) {
         }
     }
@@ -58,7 +65,7 @@ void CALLBACK LogListDelivery::onTimer(HWND window, UINT, UINT_PTR self, DWORD) 
 
 LRESULT CALLBACK LogListDelivery::listProcedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
     auto& delivery = *reinterpret_cast<LogListDelivery*>(GetWindowLongPtrW(list, GWLP_USERDATA));
-    const bool nested = std::exchange(delivery.listAtWork_, true);
+    const bool nested = std::exchange(delivery.listAtWork_, delivery.listAtWork_ || !isButton(message));
     if (!nested && isQuestion(message)) {
         delivery.catchUp();
     }

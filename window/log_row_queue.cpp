@@ -6,22 +6,37 @@ namespace torvane {
 
 bool LogRowQueue::put(const LogRow& row, const std::function<bool()>& announce) {
     const std::lock_guard lock(mutex_);
-    if (rows_.size() >= most_ || (!announced_ && !announce())) {
+    if (rows_.size() >= most_) {
         return false;
     }
-    announced_ = true;
+    if (!isExpected()) {
+        if (!announce()) {
+            return false;
+        }
+        announced_ = true;
+        lastTaken_ = std::chrono::steady_clock::now();
+    }
     rows_.push_back(row);
     return true;
 }
 
 std::vector<LogRow> LogRowQueue::takeAll() {
     const std::lock_guard lock(mutex_);
-    return std::exchange(rows_, {});
+    return take();
 }
 
 std::vector<LogRow> LogRowQueue::takeAllOrRest() {
     const std::lock_guard lock(mutex_);
     announced_ = !rows_.empty();
+    return take();
+}
+
+bool LogRowQueue::isExpected() const {
+    return announced_ && std::chrono::steady_clock::now() - lastTaken_ < kPatience;
+}
+
+std::vector<LogRow> LogRowQueue::take() {
+    lastTaken_ = std::chrono::steady_clock::now();
     return std::exchange(rows_, {});
 }
 

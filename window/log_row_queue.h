@@ -2,6 +2,7 @@
 
 #include "state/main_view.h"
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <mutex>
@@ -16,7 +17,8 @@ class LogRowQueue {
     /// Holds so many rows at most.
     explicit LogRowQueue(std::size_t most) : most_(most) {}
 
-    /// Puts the row behind the others. The first one is announced, and the first after the taker has gone to rest;
+    /// Puts the row behind the others. The first one is announced, and the first after the taker has gone to rest or
+    /// has not come for `kPatience`;
     /// nobody puts or takes a row until `announce` has returned, so it must not wait for anybody. False, with the row
     /// not taken, when the queue is full or `announce` has failed.
     [[nodiscard]] bool put(const LogRow& row, const std::function<bool()>& announce);
@@ -28,11 +30,18 @@ class LogRowQueue {
     /// row is announced.
     [[nodiscard]] std::vector<LogRow> takeAllOrRest();
 
+    /// A taker who comes by himself may be held up, by a loop that answers what is announced alone.
+    static constexpr std::chrono::milliseconds kPatience{50};
+
   private:
+    [[nodiscard]] bool isExpected() const;
+    std::vector<LogRow> take();
+
     std::size_t most_;
     std::mutex mutex_;
     std::vector<LogRow> rows_;
-    bool announced_ = false; ///< the taker comes by himself
+    bool announced_ = false;                            ///< the taker comes by himself
+    std::chrono::steady_clock::time_point lastTaken_{}; ///< or announced
 };
 
 } // namespace torvane

@@ -63,34 +63,34 @@ class RecordingHasher : public BlockHasher {
 /// A drive of four bytes a block, three blocks and half a one, on its way into a sink with a digest.
 class HashingSinkTest : public ::testing::Test {
   protected:
-    void begin() { blocks.start(); }
+    void begin() { blocks_.start(); }
     TransferOutcome storeNext(HashingSink& sink) {
-        const Block block = blocks.take();
+        const Block block = blocks_.take();
         return sink.store(block.extent, block.bytes);
     }
 
-    NumberedBlocks source;
-    BlockPipeline blocks{source, BlockOrder::forward(14, 4)};
-    RecordingSink inner;
-    RecordingHasher hasher;
+    NumberedBlocks source_;
+    BlockPipeline blocks_{source_, BlockOrder::forward(14, 4)};
+    RecordingSink inner_;
+    RecordingHasher hasher_;
 };
 
 TEST_F(HashingSinkTest, HashesWhatItStores) {
-    HashingSink sink(inner, hasher, blocks);
+    HashingSink sink(inner_, hasher_, blocks_);
     begin();
     for (int block = 0; block < 4; ++block) {
         EXPECT_EQ(storeNext(sink), TransferOutcome::kWhole);
         EXPECT_TRUE(sink.hashedAll());
     }
-    EXPECT_THAT(inner.stored, ElementsAre(BlockExtent{0, 4}, BlockExtent{4, 4}, BlockExtent{8, 4}, BlockExtent{12, 2}));
-    EXPECT_EQ(inner.text, "00001111222233");
-    EXPECT_EQ(hasher.text, "00001111222233");
+    EXPECT_THAT(inner_.stored, ElementsAre(BlockExtent{0, 4}, BlockExtent{4, 4}, BlockExtent{8, 4}, BlockExtent{12, 2}));
+    EXPECT_EQ(inner_.text, "00001111222233");
+    EXPECT_EQ(hasher_.text, "00001111222233");
 }
 
 TEST_F(HashingSinkTest, HashesABlockWhileTheOneBeforeItIsStored) {
-    hasher.toldAt = 1;
-    inner.mayEnd = hasher.given.get_future(); // it would never end if the hash waited for it
-    HashingSink sink(inner, hasher, blocks);
+    hasher_.toldAt = 1;
+    inner_.mayEnd = hasher_.given.get_future(); // it would never end if the hash waited for it
+    HashingSink sink(inner_, hasher_, blocks_);
     begin();
     EXPECT_EQ(storeNext(sink), TransferOutcome::kWhole);
     EXPECT_TRUE(sink.hashedAll());
@@ -99,39 +99,39 @@ TEST_F(HashingSinkTest, HashesABlockWhileTheOneBeforeItIsStored) {
 // A job that is stopped between the two has a digest of what is in the image.
 TEST_F(HashingSinkTest, DoesNotHashTheRemainderBeforeItIsStored) {
     {
-        HashingSink sink(inner, hasher, blocks);
+        HashingSink sink(inner_, hasher_, blocks_);
         begin();
         for (int block = 0; block < 3; ++block) {
             EXPECT_EQ(storeNext(sink), TransferOutcome::kWhole);
         }
-        EXPECT_TRUE(source.awaitBegun(4));
+        EXPECT_TRUE(source_.awaitBegun(4));
     }
-    EXPECT_EQ(hasher.text, "000011112222");
+    EXPECT_EQ(hasher_.text, "000011112222");
 }
 
 TEST_F(HashingSinkTest, HashesWhatTheJobHasMadeOfABlockThatCouldNotBeRead) {
-    source.outcomes = {TransferOutcome::kWhole, TransferOutcome::kFailed};
-    HashingSink sink(inner, hasher, blocks);
+    source_.outcomes = {TransferOutcome::kWhole, TransferOutcome::kFailed};
+    HashingSink sink(inner_, hasher_, blocks_);
     begin();
     EXPECT_EQ(storeNext(sink), TransferOutcome::kWhole);
-    const Block bad = blocks.take();
+    const Block bad = blocks_.take();
     std::fill(bad.bytes.begin(), bad.bytes.end(), std::byte{'m'});
     EXPECT_EQ(sink.store(bad.extent, bad.bytes), TransferOutcome::kWhole);
     EXPECT_TRUE(sink.hashedAll());
-    EXPECT_EQ(hasher.text, "0000mmmm");
+    EXPECT_EQ(hasher_.text, "0000mmmm");
 }
 
 TEST_F(HashingSinkTest, HashesABlockThatCannotBeStoredAndTellsWhyNot) {
-    inner.outcome = TransferOutcome::kGone;
-    HashingSink sink(inner, hasher, blocks);
+    inner_.outcome = TransferOutcome::kGone;
+    HashingSink sink(inner_, hasher_, blocks_);
     begin();
     EXPECT_EQ(storeNext(sink), TransferOutcome::kGone);
     EXPECT_TRUE(sink.hashedAll());
 }
 
 TEST_F(HashingSinkTest, TellsOfABlockThatCouldNotBeHashedWhenThatBlockWasStored) {
-    hasher.failsAt = 1;
-    HashingSink sink(inner, hasher, blocks);
+    hasher_.failsAt = 1;
+    HashingSink sink(inner_, hasher_, blocks_);
     begin();
     EXPECT_EQ(storeNext(sink), TransferOutcome::kWhole);
     EXPECT_TRUE(sink.hashedAll()) << "the block that fails is another one";
@@ -139,17 +139,17 @@ TEST_F(HashingSinkTest, TellsOfABlockThatCouldNotBeHashedWhenThatBlockWasStored)
     EXPECT_FALSE(sink.hashedAll());
     EXPECT_EQ(storeNext(sink), TransferOutcome::kWhole);
     EXPECT_FALSE(sink.hashedAll());
-    EXPECT_EQ(hasher.text, "0000") << "nothing is added behind a gap";
+    EXPECT_EQ(hasher_.text, "0000") << "nothing is added behind a gap";
 }
 
 TEST_F(HashingSinkTest, PassesAFlushOn) {
-    inner.flushOutcome = TransferOutcome::kGone;
-    HashingSink sink(inner, hasher, blocks);
+    inner_.flushOutcome = TransferOutcome::kGone;
+    HashingSink sink(inner_, hasher_, blocks_);
     EXPECT_EQ(sink.flush(UnflushedBlocks::kFlush), TransferOutcome::kGone);
 }
 
 TEST_F(HashingSinkTest, MayEndWhileItWaitsForBlocks) {
-    const HashingSink sink(inner, hasher, blocks);
+    const HashingSink sink(inner_, hasher_, blocks_);
 }
 
 } // namespace

@@ -50,6 +50,14 @@ TEST_F(LogRowQueueTest, GivesTheRowsInTheirOrderOnce) {
     EXPECT_THAT(queue_.takeAll(), IsEmpty());
 }
 
+TEST_F(LogRowQueueTest, AnnouncesAnewWhereTheTakerIsHeldUp) {
+    EXPECT_TRUE(put("first"));
+    std::this_thread::sleep_for(LogRowQueue::kPatience);
+    EXPECT_TRUE(put("second"));
+    EXPECT_EQ(announced_, 2);
+    EXPECT_THAT(messagesOf(queue_.takeAll()), ElementsAre("first", "second"));
+}
+
 TEST_F(LogRowQueueTest, KeepsEveryColumn) {
     EXPECT_TRUE(queue_.put({"ERROR", "01/02/2026", "03:04:05", "text"}, [] { return true; }));
     const std::vector<LogRow> rows = queue_.takeAll();
