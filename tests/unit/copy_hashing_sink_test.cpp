@@ -82,7 +82,8 @@ TEST_F(HashingSinkTest, HashesWhatItStores) {
         EXPECT_EQ(storeNext(sink), TransferOutcome::kWhole);
         EXPECT_TRUE(sink.hashedAll());
     }
-    EXPECT_THAT(inner_.stored, ElementsAre(BlockExtent{0, 4}, BlockExtent{4, 4}, BlockExtent{8, 4}, BlockExtent{12, 2}));
+    EXPECT_THAT(inner_.stored,
+                ElementsAre(BlockExtent{0, 4}, BlockExtent{4, 4}, BlockExtent{8, 4}, BlockExtent{12, 2}));
     EXPECT_EQ(inner_.text, "00001111222233");
     EXPECT_EQ(hasher_.text, "00001111222233");
 }
