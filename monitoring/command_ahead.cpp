@@ -6,6 +6,7 @@
 #include "monitoring/capture_file.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -79,10 +80,9 @@ void CommandAhead::kill() {
     }
 }
 
-void CommandAhead::awaitKilled() {
-    if (!hasEnded()) {
-        command_.process.end();
-    }
+void CommandAhead::awaitKilled(std::chrono::steady_clock::time_point deadline) const {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    static_cast<void>(command_.process.awaitEnd(std::max(left, std::chrono::milliseconds(0))));
 }
 
 int CommandAhead::buildDataFile(const char* outputFileName, const std::function<void()>& meanwhile) {

@@ -2,6 +2,7 @@
 
 #include "monitoring/running_command.h"
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -29,8 +30,8 @@ class CommandAhead {
     /// Where it has not ended by itself: ends it and what it has started. Several are killed before the first is
     /// waited for.
     void kill();
-    /// Gives them a second to be gone, as ChildProcess::end does.
-    void awaitKilled();
+    /// Waits until it has gone, but no longer than until then.
+    void awaitKilled(std::chrono::steady_clock::time_point deadline) const;
 
   private:
     CommandAhead(RunningCommand command, AwaitedTool tool) : command_(std::move(command)), tool_(std::move(tool)) {}

@@ -3,6 +3,8 @@
 #include "base/format.h"
 #include "monitoring/command_runner.h"
 
+#include <chrono>
+
 namespace torvane {
 
 namespace {
@@ -20,8 +22,11 @@ ReportsAhead::ReportsAhead(const char* listing) : reports_(planReports(listing),
 }
 
 ReportsAhead::~ReportsAhead() {
+    // For all of them together: one that a driver holds goes only when the driver lets go of it.
+    constexpr std::chrono::seconds kPatience{1};
     reports_.forEach([](CommandAhead& report) { report.kill(); });
-    reports_.forEach([](CommandAhead& report) { report.awaitKilled(); });
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    reports_.forEach([&](const CommandAhead& report) { report.awaitKilled(deadline); });
 }
 
 int ReportsAhead::buildDataFile(int line, const char* fileName, const char* commandLine) {

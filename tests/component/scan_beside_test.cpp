@@ -4,7 +4,7 @@
 #include "admin/disk_part.h"
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/no_temporary_folder.h"
+#include "tests/component/no_captures.h"
 #include "tests/component/test_bench.h"
 #include "tests/support/recording_main_view.h"
 
@@ -283,7 +283,7 @@ class ScanInTurn : public ScanBeside {
         const std::vector<std::string>& filesLeftOut = {}) {
         Outcome beside = scanOf<View>(prepare, meanwhile, &ScanBeside::scan);
         Outcome inTurn = scanOf<View>(prepare, meanwhile, [] {
-            const testing::NoTemporaryFolder noCaptures;
+            const testing::NoCaptures noCaptures;
             const NoThreads noThreads;
             scan();
         });

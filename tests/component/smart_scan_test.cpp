@@ -4,7 +4,7 @@
 #include "monitoring/smart_report.h"
 #include "state/app_state.h"
 #include "tests/component/import_patched.h"
-#include "tests/component/no_temporary_folder.h"
+#include "tests/component/no_captures.h"
 #include "tests/component/patience_gone.h"
 #include "tests/component/scratch_folder.h"
 #include "tests/component/test_bench.h"
@@ -36,6 +36,8 @@
 // The import slot of the function that fails here. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 extern decltype(&CreateProcessA) __imp_CreateProcessA;
+extern decltype(&TerminateJobObject) __imp_TerminateJobObject;
+extern decltype(&TerminateProcess) __imp_TerminateProcess;
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
@@ -483,11 +485,11 @@ TEST_F(SmartScan, UntilItsTurnAReportStaysAsItWas) {
     EXPECT_EQ(readFile("PHYS1.txt"), "report of b\r\n");
 }
 
-/// The captures of this program in the system's folder for temporary files.
+/// The captures of this program, which lie where the reports do.
 std::size_t captures() {
     const std::string own = "Torvane-" + std::to_string(GetCurrentProcessId()) + "-";
     std::size_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::temp_directory_path())) {
+    for (const auto& entry : std::filesystem::directory_iterator(".")) {
         count += entry.path().filename().string().starts_with(own) ? 1 : 0;
     }
     return count;
@@ -518,6 +520,34 @@ TEST_F(SmartScan, BehindAReportThatCannotBeBuiltNothingIsWrittenAndNothingRunsOn
     EXPECT_EQ(readFile("PHYS2.txt"), "of an earlier scan");
     EXPECT_FALSE(std::filesystem::exists("PHYS3.txt"));
     EXPECT_TRUE(driver::waitUntil([] { return captures() == 0; })) << "a tool's console may hold them for a moment";
+    EXPECT_TRUE(driver::waitUntil(&noToolRuns));
+}
+
+/// For a scope nobody can end a tool: as if each was held by a driver.
+class ToolsThatStay {
+  private:
+    static BOOL WINAPI endNothing(HANDLE /*what*/, UINT /*exitCode*/) { return TRUE; }
+
+    testing::ImportPatched<decltype(__imp_TerminateJobObject)> groups_{__imp_TerminateJobObject, &endNothing};
+    testing::ImportPatched<decltype(__imp_TerminateProcess)> processes_{__imp_TerminateProcess, &endNothing};
+};
+
+TEST_F(SmartScan, ToolsThatNobodyCanEndAreGivenOneSecondTogether) {
+    listingIs(listingOf(devices(5)));
+    for (const std::string& name : devices(5)) {
+        reportOf(name, "report of " + name + "\r\n");
+    }
+    for (const char* const name : {"sdb", "sdc", "sdd", "sde"}) {
+        hold(name);
+    }
+    std::filesystem::create_directory("PHYS0.txt");
+    const ToolsThatStay stuck;
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(scan(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(3500)) << "four seconds one by one";
+    for (const char* const name : {"sdb", "sdc", "sdd", "sde"}) {
+        letGo(name);
+    }
     EXPECT_TRUE(driver::waitUntil(&noToolRuns));
 }
 
@@ -648,7 +678,7 @@ class SmartScanInTurn : public SmartScan {
         const Outcome beside = outcome(scan);
         const std::size_t besideCommands = commands().size();
         std::filesystem::remove("commands.txt");
-        const testing::NoTemporaryFolder noCaptures;
+        const testing::NoCaptures noCaptures;
         const Outcome inTurn = outcome(scan);
         EXPECT_EQ(beside, inTurn);
         EXPECT_GE(besideCommands, commands().size());
