@@ -3,6 +3,7 @@
 #include "admin/disk_part.h"
 #include "base/helper_thread.h"
 #include "base/tool_watch.h"
+#include "records/device_identity.h"
 #include "records/drive_record.h"
 #include "scan/stop_grace.h"
 #include "state/held_log_rows.h"
@@ -27,11 +28,13 @@ struct DriveQuestions {
     std::function<ReadOnlyAnswer(std::int32_t driveNumber)> askReadOnly;
 };
 
-/// Asks the drives one after the other while the scan waits for their reports: probes each, and asks for its read-only
-/// attribute. The scan's thread takes the answers in the same order, and finds rows and records as if it had asked in
-/// each drive's turn: rows are held back until then.
+/// Asks for the read-only attribute of one drive after the other while the scan waits for their reports. Each is probed
+/// for it, which also wakes one that sleeps; of that probe nothing stays but what tells the drive from others. The
+/// scan's thread probes each drive itself in its turn, and takes the answer for it: rows are held back until then, and
+/// an answer that was given of another drive does not count.
 ///
-/// Another thread asks. Where the system has no room for one, each question is asked when its answer is taken.
+/// Another thread asks. Where the system has no room for one, each question is asked when its answer is taken. Two are
+/// never asked at once: diskpart's script and its results have one name each.
 class DrivesAhead {
   public:
     using StartThread = std::function<std::thread(std::function<void()>)>;
@@ -40,17 +43,19 @@ class DrivesAhead {
     /// other begins. `watch` is asked to show for whom the scan waits.
     DrivesAhead(DriveQuestions questions, const JobClaim& claim, ScanWatch& watch,
                 const StartThread& start = &startHelperThread<std::function<void()>>);
-    /// Waits for the question at work; asks no other.
+    /// As `finish`, but rows that are still held are not told.
     ~DrivesAhead();
     DrivesAhead(const DrivesAhead&) = delete;
     DrivesAhead& operator=(const DrivesAhead&) = delete;
 
-    /// The record of the drive, with the rows of its probe. Null when there is no such drive.
-    [[nodiscard]] DriveRecordPtr takeDrive(std::int32_t driveNumber);
+    /// The answer for the drive of a record that was probed just now, after the rows of the questions up to its number.
+    /// Drives are taken in the order of their numbers. Asks in the drive's turn where nobody has asked about this very
+    /// drive. None when the scan was stopped before; nothing is loaded when it was stopped meanwhile.
+    [[nodiscard]] std::optional<ReadOnlyAnswer> takeReadOnly(const DriveRecord& record);
 
-    /// The answer of a drive that was taken, with the rows of the question. Nothing is loaded when it was not asked
-    /// because the scan was stopped.
-    [[nodiscard]] ReadOnlyAnswer takeReadOnly(std::int32_t driveNumber);
+    /// Waits for the probe or the question at work and begins no other; then tells the rows of questions whose answers
+    /// nobody has taken. The last call.
+    void finish();
 
   private:
     /// What the asking thread's tools are told. Asked on that thread; the scan's asks who is at work.
@@ -69,23 +74,31 @@ class DrivesAhead {
         std::optional<ToolAtWork> atWork_;
     };
 
-    template <typename Answer>
-    struct Question {
-        bool answered = false;
-        Answer answer{};
-        HeldLogRows rows;
+    /// What tells a drive from another one that got its number.
+    struct SeenDrive {
+        DeviceIdentity device;
+        std::int64_t sizeBytes = 0;
     };
     struct Slot {
-        Question<DriveRecordPtr> drive;
-        Question<ReadOnlyAnswer> readOnly;
+        bool passed = false; ///< the asking thread is done with this number
+        SeenDrive drive;
+        std::optional<ReadOnlyAnswer> answer; ///< none: not asked
+        HeldLogRows rows;                     ///< of the question
     };
 
     void askAll();
-    [[nodiscard]] ReadOnlyAnswer askWatched(std::int32_t driveNumber);
-    template <typename Answer, typename Ask>
-    void answer(Question<Answer>& question, Ask ask);
-    template <typename Answer>
-    [[nodiscard]] Answer take(Question<Answer>& question);
+    [[nodiscard]] Slot askAbout(std::int32_t driveNumber);
+    [[nodiscard]] std::optional<SeenDrive> look(std::int32_t driveNumber) const;
+    [[nodiscard]] bool beginQuestion();
+    void pass(std::int32_t driveNumber, Slot seen);
+
+    [[nodiscard]] ReadOnlyAnswer askInTurn(std::int32_t driveNumber);
+    template <typename Reached>
+    void await(Reached reached);
+    void giveOutRows(std::int32_t lastNumber);
+    void endThread();
+
+    [[nodiscard]] static bool isOf(const SeenDrive& seen, const DriveRecord& record);
     [[nodiscard]] Slot& slot(std::int32_t driveNumber) { return slots_[static_cast<std::size_t>(driveNumber)]; }
     [[nodiscard]] bool ending();
 
@@ -93,9 +106,11 @@ class DrivesAhead {
     ScanWatch& scanWatch_;
     Watch watch_;
 
-    std::mutex mutex_; ///< for all below but the thread
+    std::mutex mutex_; ///< for all below but the thread; a slot that was passed is the scan's
     std::condition_variable changed_;
     std::array<Slot, kMaxDrives> slots_;
+    bool asking_ = false;     ///< the asking thread's question is at work
+    bool asksInTurn_ = false; ///< the scan's thread has one of its own, which goes first
     bool ending_ = false;
 
     std::thread thread_; // last: it uses all of the above at once

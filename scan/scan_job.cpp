@@ -48,24 +48,24 @@ DriveRecordPtr probeDrive(std::int32_t driveNumber) {
     return record;
 }
 
-void readMonitoringData(AppState& state, ScanWatch& watch, DrivesAhead& drives, DriveRecord& record) {
+void readMonitoringData(AppState& state, DrivesAhead& drives, DriveRecord& record) {
     const std::int32_t driveNumber = record.driveNumber;
     const ToolSubject subject(formatText("drive %d", driveNumber));
     SmartParseDrive(state.smart, record, driveNumber);
     dispatchMonitoring(record);
     record.readOnly = 1; // not known
-    if (watch.mayBegin()) {
-        takeReadOnlyAnswer(*state.view, record, drives.takeReadOnly(driveNumber));
+    if (const std::optional<ReadOnlyAnswer> answer = drives.takeReadOnly(record)) {
+        takeReadOnlyAnswer(*state.view, record, *answer);
     }
 }
 
 // The table stays compact: a slot that received nothing takes the next number's drive.
-void takeAllDrives(AppState& state, ScanWatch& watch, DrivesAhead& drives) {
+void takeAllDrives(AppState& state, DrivesAhead& drives) {
     for (std::int32_t driveNumber = 0; driveNumber < kMaxDrives; ++driveNumber) {
         DriveRecordPtr& slot = state.scan.drives[static_cast<std::size_t>(state.scan.driveCount)];
-        slot = drives.takeDrive(driveNumber);
+        slot = probeDrive(driveNumber);
         if (slot) {
-            readMonitoringData(state, watch, drives, *slot);
+            readMonitoringData(state, drives, *slot);
             // Last: a driver may count what the drive is asked for its monitoring data as a change of its medium.
             rememberMediaChanges(*slot);
             ++state.scan.driveCount;
@@ -73,15 +73,16 @@ void takeAllDrives(AppState& state, ScanWatch& watch, DrivesAhead& drives) {
     }
 }
 
-/// Reports and drives: the drives are asked on another thread while the reports are made.
+/// Reports and drives: diskpart is asked about the drives on another thread while the reports are made.
 void readDevices(AppState& state, const JobClaim& claim, ScanWatch& watch) {
     std::optional<DrivesAhead> drives;
     enterStage(state, watch, kStageDriveDevices, "Loading Drive Devices");
     SmartScanDevices(state.smart, [&] {
-        drives.emplace(DriveQuestions{.probe = &probeDrive, .askReadOnly = &askReadOnly}, claim, watch);
+        drives.emplace(DriveQuestions{.probe = &ProbePhysicalDrive, .askReadOnly = &askReadOnly}, claim, watch);
     });
     enterStage(state, watch, kStagePhysicalDevices, "Loading Physical Devices");
-    takeAllDrives(state, watch, *drives);
+    takeAllDrives(state, *drives);
+    drives->finish();
 }
 
 void listDrives(AppState& state) {

@@ -214,7 +214,8 @@ class ScanInTurn : public ScanBeside {
             };
             add(0, R"("bus": "sata", "road": "ata", "identity": {"product": "ZERO", "serial": "SN-sda"})");
             add(1, R"("bus": "iscsi")");
-            add(2, R"("bus": "usb", "readOnly": true, "identity": {"vendor": "TWO", "serial": "SN-sdc"})");
+            add(2, R"("bus": "usb", "readOnly": true, "identity": {"vendor": "TWO", "serial": "SN-sdc"},
+                   "swap": {"identity": {"vendor": "TWO-SWAPPED", "serial": "SN-other"}})");
             add(4, R"("bus": "nvme", "road": "nvme-query", "identity": {"product": "FOUR"})");
             std::array<char, 1024> program{};
             GetModuleFileNameA(nullptr, program.data(), static_cast<DWORD>(program.size()));
@@ -281,17 +282,18 @@ class ScanInTurn : public ScanBeside {
         const std::function<void(Machine&)>& prepare = [](Machine&) {},
         const Meanwhile& meanwhile = [](const testing::RecordingMainView&) {},
         const std::vector<std::string>& filesLeftOut = {}) {
-        Outcome beside = scanOf<View>(prepare, meanwhile, &ScanBeside::scan);
+        const Outcome beside = scanOf<View>(prepare, meanwhile, &ScanBeside::scan);
         Outcome inTurn = scanOf<View>(prepare, meanwhile, [] {
             const testing::NoCaptures noCaptures;
             const NoThreads noThreads;
             scan();
         });
+        Outcome compared = beside;
         for (const std::string& name : filesLeftOut) {
-            beside.files.erase(name);
+            compared.files.erase(name);
             inTurn.files.erase(name);
         }
-        EXPECT_EQ(beside, inTurn);
+        EXPECT_EQ(compared, inTurn);
         return beside;
     }
 };
@@ -371,6 +373,59 @@ TEST_F(ScanInTurn, OfAStopWhileReportsAreMade) {
                             "log DIAG: USB PHYS [\\\\.\\PhysicalDrive2]", "add drive sda", "add drive sdc",
                             HasSubstr("add drive"), HasSubstr("log ERROR: Drive Scan TERMINATED"),
                             "log STATUS: Drive Scan Completed: [3] Drives Found"));
+}
+
+/// Drives come and go while reports are made: the tool's third is held until that has happened.
+class ScanOfAMachineThatChanges : public ScanInTurn {
+  protected:
+    /// Beside the reports, diskpart was asked about every drive before.
+    Outcome expectTheSameInTurn(
+        const std::function<void(testing::TestBench&)>& change,
+        const std::function<void(Machine&)>& prepare = [](Machine&) {}) {
+        testing::TestBench* bench = nullptr;
+        bool beside = true;
+        return ScanInTurn::expectTheSameInTurn(
+            [&](Machine& machine) {
+                bench = &machine.bench;
+                prepare(machine);
+                writeFile("sdc.waits", "");
+            },
+            [&](const testing::RecordingMainView&) {
+                ASSERT_TRUE(driver::waitUntil([] { return std::filesystem::exists("sdc.waiting"); }));
+                if (std::exchange(beside, false)) {
+                    ASSERT_TRUE(bench->awaitLog("program=diskpart.exe target=drive:4"));
+                }
+                change(*bench);
+                writeFile("sdc.goes-on", "");
+            },
+            {"ReadOnlyTest.txt", "DISKPART Results.txt"});
+    }
+};
+
+TEST_F(ScanOfAMachineThatChanges, ADriveThatWasPulledIsNotListed) {
+    const Outcome outcome = expectTheSameInTurn([](testing::TestBench& bench) { bench.unplug(2); });
+    ASSERT_THAT(outcome.drives, SizeIs(2));
+    EXPECT_THAT(outcome.drives[1], HasSubstr("FOUR"));
+}
+
+TEST_F(ScanOfAMachineThatChanges, ADriveThatHasComeIsFoundWithItsAnswer) {
+    const Outcome outcome = expectTheSameInTurn(
+        [](testing::TestBench& bench) { bench.swap(3); }, // a card into its slot
+        [](Machine& machine) {
+            machine.bench.addDrive(R"({"size": "16 MiB", "number": 3, "bus": "usb", "removable": true, "empty": true,
+                                       "identity": {"vendor": "THREE", "serial": "SN-3"}})");
+        });
+    ASSERT_THAT(outcome.drives, SizeIs(4));
+    EXPECT_THAT(outcome.drives[2], HasSubstr("THREE"));
+    EXPECT_THAT(outcome.drives[2], HasSubstr("read-only 0"));
+}
+
+TEST_F(ScanOfAMachineThatChanges, AnotherDriveInItsPlaceHasItsOwnDataAndItsOwnAnswer) {
+    const Outcome outcome = expectTheSameInTurn([](testing::TestBench& bench) { bench.swap(2); });
+    ASSERT_THAT(outcome.drives, SizeIs(3));
+    EXPECT_THAT(outcome.drives[1], HasSubstr("TWO-SWAPPED"));
+    EXPECT_THAT(outcome.drives[1], HasSubstr("read-only 1"));
+    EXPECT_EQ(outcome.files.at("ReadOnlyTest.txt"), "select disk 2\nattributes disk\n") << "asked again, in its turn";
 }
 
 } // namespace

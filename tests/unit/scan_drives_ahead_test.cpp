@@ -10,10 +10,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <string>
 #include <thread>
@@ -78,14 +80,26 @@ class DrivesAheadTest : public ::testing::Test {
             return nullptr;
         }
         LogEvent("DIAG", "probed %d", number);
+        return recordOf(number);
+    }
+    /// Of the drive as the scan's own probe finds it.
+    static DriveRecordPtr recordOf(int number) {
         DriveRecordPtr record(new DriveRecord);
         record->driveNumber = number;
+        record->sizeBytes = 1000;
+        record->device.descriptor = StorageDeviceTexts{};
+        record->device.descriptor->serialNumber = "S" + std::to_string(number);
+        record->device.identifySerial = "I" + std::to_string(number);
         return record;
     }
     ReadOnlyAnswer ask(int number) {
         asked_.add("ask " + std::to_string(number));
         LogEvent("ERROR", "asked %d", number);
         return {.loaded = true, .readOnly = number == 2, .writable = number != 2};
+    }
+    /// Of a drive that is listed; nothing is loaded where it has none.
+    static ReadOnlyAnswer answerOf(DrivesAhead& drives, int number) {
+        return drives.takeReadOnly(*recordOf(number)).value_or(ReadOnlyAnswer{});
     }
     [[nodiscard]] DriveQuestions questions() {
         return {.probe = [this](int number) { return probe(number); },
@@ -110,12 +124,11 @@ class DrivesAheadTest : public ::testing::Test {
     /// As the scan takes them.
     std::vector<std::string> takeAll(DrivesAhead& drives) {
         std::vector<std::string> taken;
-        for (int number = 0; number < kMaxDrives; ++number) {
-            if (const DriveRecordPtr record = drives.takeDrive(number)) {
-                const ReadOnlyAnswer answer = drives.takeReadOnly(number);
-                taken.push_back(std::to_string(record->driveNumber) + (answer.readOnly ? " read-only" : "") +
-                                (answer.writable ? " writable" : ""));
-            }
+        for (const int number : numbers_) {
+            const std::optional<ReadOnlyAnswer> answer = drives.takeReadOnly(*recordOf(number));
+            taken.push_back(std::to_string(number) + (!answer ? " not known" : "") +
+                            (answer && answer->readOnly ? " read-only" : "") +
+                            (answer && answer->writable ? " writable" : ""));
         }
         return taken;
     }
@@ -130,7 +143,7 @@ class DrivesAheadTest : public ::testing::Test {
     Notes asked_;
 };
 
-TEST_F(DrivesAheadTest, RowsAndRecordsComeInTheDrivesTurn) {
+TEST_F(DrivesAheadTest, RowsOfTheQuestionsComeInTheDrivesTurnAndThoseOfTheProbesAreTheScansOwn) {
     Event allAsked;
     DriveQuestions questions = this->questions();
     questions.askReadOnly = [&](int number) {
@@ -144,16 +157,86 @@ TEST_F(DrivesAheadTest, RowsAndRecordsComeInTheDrivesTurn) {
     ASSERT_TRUE(allAsked.await()) << "they are asked though nobody takes an answer";
     EXPECT_THAT(view_.logRows(), IsEmpty());
 
-    EXPECT_NE(drives.takeDrive(0), nullptr);
-    EXPECT_THAT(view_.calls(), ElementsAre("log DIAG: probed 0"));
-    EXPECT_TRUE(drives.takeReadOnly(0).writable);
-    EXPECT_THAT(view_.calls(), ElementsAre("log DIAG: probed 0", "log ERROR: asked 0"));
-    EXPECT_EQ(drives.takeDrive(1), nullptr);
-    const DriveRecordPtr second = drives.takeDrive(2);
-    ASSERT_NE(second, nullptr);
-    EXPECT_EQ(second->driveNumber, 2);
-    EXPECT_TRUE(drives.takeReadOnly(2).readOnly);
-    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("asked 0", "asked 2"));
+    EXPECT_TRUE(answerOf(drives, 0).writable);
+    EXPECT_THAT(view_.calls(), ElementsAre("log ERROR: asked 0"));
+    EXPECT_TRUE(answerOf(drives, 2).readOnly);
+    EXPECT_THAT(view_.calls(), ElementsAre("log ERROR: asked 0", "log ERROR: asked 2"));
+    drives.finish();
+    EXPECT_THAT(view_.calls(), ElementsAre("log ERROR: asked 0", "log ERROR: asked 2", "log ERROR: asked 19"))
+        << "it has run, though the drive has gone";
+}
+
+TEST_F(DrivesAheadTest, NoRecordOfAProbeIsLeftWhenTheQuestionBegins) {
+    static std::atomic<int> handles;
+    handles = 0;
+    DriveQuestions questions = this->questions();
+    questions.probe = [&](int number) {
+        DriveRecordPtr record = probe(number);
+        if (record) {
+            ++handles;
+            record->handle = &handles;
+            record.get_deleter().closeHandle = [](NativeHandle) { --handles; };
+        }
+        return record;
+    };
+    std::atomic<bool> left = false;
+    Event lastAsked;
+    questions.askReadOnly = [&](int number) {
+        left = left || handles > 0;
+        if (number == 19) {
+            lastAsked.happen();
+        }
+        return ask(number);
+    };
+    const DrivesAhead drives(questions, claim_, watch_);
+    ASSERT_TRUE(lastAsked.await());
+    EXPECT_FALSE(left);
+}
+
+/// Somebody changes what is at a number after diskpart was asked about it.
+class DrivesAheadOfAnother : public DrivesAheadTest, public ::testing::WithParamInterface<void (*)(DriveRecord&)> {};
+
+TEST_P(DrivesAheadOfAnother, TheAnswerOfAnotherDriveDoesNotCount) {
+    DrivesAhead drives(questions(), claim_, watch_);
+    const DriveRecordPtr other = recordOf(2);
+    GetParam()(*other);
+    EXPECT_TRUE(drives.takeReadOnly(*other)->readOnly);
+    EXPECT_TRUE(answerOf(drives, 19).writable);
+    EXPECT_EQ(std::ranges::count(asked_.all(), "ask 2"), 2);
+    EXPECT_EQ(std::ranges::count(asked_.all(), "ask 19"), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Told, DrivesAheadOfAnother,
+                         ::testing::Values([](DriveRecord& other) { other.device.descriptor->serialNumber = "other"; },
+                                           [](DriveRecord& other) { other.device.descriptor.reset(); },
+                                           [](DriveRecord& other) {
+                                               other.device.descriptor->vendor = "told now, not before";
+                                           },
+                                           [](DriveRecord& other) { other.device.identifySerial = "other"; },
+                                           [](DriveRecord& other) { other.sizeBytes = 2000; }));
+
+TEST_F(DrivesAheadTest, ADriveThatWasNotThereIsAskedInItsTurnAndNeverBesideAnother) {
+    Event thirdBegun;
+    std::atomic<int> atWork = 0;
+    std::atomic<bool> together = false;
+    DriveQuestions questions = this->questions();
+    questions.askReadOnly = [&](int number) {
+        together = together || ++atWork > 1;
+        if (number == 2) {
+            thirdBegun.happen();
+        }
+        std::this_thread::sleep_for(100ms);
+        const ReadOnlyAnswer answer = ask(number);
+        --atWork;
+        return answer;
+    };
+    DrivesAhead drives(questions, claim_, watch_);
+    ASSERT_TRUE(thirdBegun.await());
+    EXPECT_TRUE(answerOf(drives, 1).writable) << "plugged in meanwhile";
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("asked 0", "asked 1"));
+    EXPECT_THAT(takeAll(drives), ElementsAre("0 writable", "2 read-only", "19 writable"));
+    EXPECT_FALSE(together);
+    EXPECT_EQ(std::ranges::count(asked_.all(), "ask 1"), 1);
 }
 
 TEST_F(DrivesAheadTest, AreAskedOneAfterTheOtherInTheirOrder) {
@@ -175,8 +258,7 @@ TEST_F(DrivesAheadTest, WithoutRoomForAThreadAreAskedInTheirTurns) {
     DrivesAhead drives(questions(), claim_, watch_, &noRoom);
     EXPECT_THAT(asked_.all(), IsEmpty());
     EXPECT_THAT(takeAll(drives), ElementsAre("0 writable", "2 read-only", "19 writable"));
-    EXPECT_THAT(view_.calls(), ElementsAre("log DIAG: probed 0", "log ERROR: asked 0", "log DIAG: probed 2",
-                                           "log ERROR: asked 2", "log DIAG: probed 19", "log ERROR: asked 19"));
+    EXPECT_THAT(asked_.all(), ElementsAre("ask 0", "ask 2", "ask 19")) << "the scan probes for itself";
 }
 
 TEST_F(DrivesAheadTest, TheToolThatTheScanWaitsForIsShownWithItsDrive) {
@@ -203,18 +285,44 @@ TEST_F(DrivesAheadTest, AStopEndsTheToolAtWorkAndNoOtherBegins) {
         return runTool(begun, [] { return false; });
     };
     DrivesAhead drives(questions, claim_, watch_);
-    EXPECT_NE(drives.takeDrive(0), nullptr);
     ASSERT_TRUE(begun.await());
-    jobs_.askToStop();
-    EXPECT_FALSE(drives.takeReadOnly(0).loaded);
+    std::thread stopping([&] {
+        std::this_thread::sleep_for(200ms); // while the answer is waited for
+        jobs_.askToStop();
+    });
+    EXPECT_FALSE(answerOf(drives, 0).loaded);
+    stopping.join();
     EXPECT_THAT(view_.messages("ERROR"), ElementsAre("TERMINATED"));
-    EXPECT_NE(drives.takeDrive(2), nullptr) << "it is listed all the same";
-    EXPECT_FALSE(drives.takeReadOnly(2).loaded);
+    EXPECT_EQ(drives.takeReadOnly(*recordOf(2)), std::nullopt);
+    drives.finish();
     EXPECT_THAT(view_.messages("ERROR"), ElementsAre("TERMINATED")) << "not asked: no row";
     EXPECT_THAT(asked_.all(), AllOf(Contains("ask 0"), Not(Contains("ask 2"))));
 }
 
-TEST_F(DrivesAheadTest, WhatNobodyTakesIsNotToldAndNotWaitedForBeyondTheQuestionAtWork) {
+TEST_F(DrivesAheadTest, AfterAStopTheRowsOfWhatHasRunAreToldInTheDrivesOrder) {
+    DriveQuestions questions = this->questions();
+    Event begun;
+    questions.askReadOnly = [&](int number) {
+        return number < 19 ? ask(number) : runTool(begun, [] { return false; });
+    };
+    DrivesAhead drives(questions, claim_, watch_);
+    ASSERT_TRUE(begun.await());
+    jobs_.askToStop();
+    EXPECT_EQ(drives.takeReadOnly(*recordOf(0)), std::nullopt) << "what comes after a stop is not known";
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("asked 0"));
+    EXPECT_EQ(drives.takeReadOnly(*recordOf(2)), std::nullopt);
+    EXPECT_EQ(drives.takeReadOnly(*recordOf(19)), std::nullopt);
+    EXPECT_THAT(view_.messages("ERROR"), ElementsAre("asked 0", "asked 2", "TERMINATED"));
+}
+
+TEST_F(DrivesAheadTest, AfterAStopNothingIsAskedInItsTurnEither) {
+    DrivesAhead drives(questions(), claim_, watch_, &noRoom);
+    jobs_.askToStop();
+    EXPECT_EQ(drives.takeReadOnly(*recordOf(0)), std::nullopt);
+    EXPECT_THAT(asked_.all(), IsEmpty());
+}
+
+TEST_F(DrivesAheadTest, AtTheEndTheProbeAtWorkIsWaitedForAndNoQuestionBegins) {
     DriveQuestions questions = this->questions();
     Event begun;
     questions.probe = [&](int number) {
@@ -226,7 +334,7 @@ TEST_F(DrivesAheadTest, WhatNobodyTakesIsNotToldAndNotWaitedForBeyondTheQuestion
         const DrivesAhead drives(questions, claim_, watch_);
         ASSERT_TRUE(begun.await());
     }
-    EXPECT_THAT(asked_.all(), Not(Contains("probe 19")));
+    EXPECT_THAT(asked_.all(), ElementsAre("probe 0"));
     EXPECT_THAT(view_.logRows(), IsEmpty());
 }
 
