@@ -24,10 +24,12 @@ class ScratchFolder {
     ~ScratchFolder() {
         std::filesystem::current_path(previous_);
         std::error_code error;
-        // A child's console may hold the child's output for a moment longer than the child.
-        for (int patience = 3000; std::filesystem::remove_all(path_, error), error && patience > 0; --patience) {
+        // A child's console may hold the child's output for a moment longer than the child. Looked at before each try:
+        // the library's own removal does not come to an end in a folder that loses a file meanwhile.
+        for (int patience = 3000; !isEmptied(path_, error) && patience > 0; --patience) {
             Sleep(10);
         }
+        RemoveDirectoryW(path_.c_str());
         EXPECT_FALSE(error) << "still open: something in " << path_ << " (" << error.message() << ")";
     }
     ScratchFolder(const ScratchFolder&) = delete;
@@ -36,6 +38,19 @@ class ScratchFolder {
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
   private:
+    /// Removes what is in the folder; false, with the reason in `error`, while something stays.
+    static bool isEmptied(const std::filesystem::path& folder, std::error_code& error) {
+        for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+            if (entry.is_directory(error)) {
+                std::filesystem::remove_all(entry.path(), error);
+            } else if (DeleteFileW(entry.path().c_str()) == FALSE && GetLastError() != ERROR_FILE_NOT_FOUND) {
+                error.assign(static_cast<int>(GetLastError()), std::system_category());
+                return false;
+            }
+        }
+        return !error && std::filesystem::is_empty(folder, error);
+    }
+
     std::filesystem::path previous_;
     std::filesystem::path path_;
 };
