@@ -420,10 +420,9 @@ TEST_F(ScanOfAMachineThatChanges, ADriveThatHasComeIsFoundWithItsAnswer) {
     EXPECT_THAT(outcome.drives[2], HasSubstr("read-only 0"));
 }
 
-TEST_F(ScanOfAMachineThatChanges, AnotherDriveInItsPlaceHasItsOwnDataAndItsOwnAnswer) {
+TEST_F(ScanOfAMachineThatChanges, AnotherDriveInItsPlaceHasItsOwnAnswer) {
     const Outcome outcome = expectTheSameInTurn([](testing::TestBench& bench) { bench.swap(2); });
     ASSERT_THAT(outcome.drives, SizeIs(3));
-    EXPECT_THAT(outcome.drives[1], HasSubstr("TWO-SWAPPED"));
     EXPECT_THAT(outcome.drives[1], HasSubstr("read-only 1"));
     EXPECT_EQ(outcome.files.at("ReadOnlyTest.txt"), "select disk 2\nattributes disk\n") << "asked again, in its turn";
 }
