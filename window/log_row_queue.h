@@ -40,8 +40,8 @@ class LogRowQueue {
     std::size_t most_;
     std::mutex mutex_;
     std::vector<LogRow> rows_;
-    bool announced_ = false;                            ///< the taker comes by himself
-    std::chrono::steady_clock::time_point lastTaken_{}; ///< or announced
+    bool announced_ = false;                          ///< the taker comes by himself
+    std::chrono::steady_clock::time_point lastTaken_; ///< or announced
 };
 
 } // namespace torvane

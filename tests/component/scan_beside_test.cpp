@@ -114,8 +114,10 @@ TEST_F(ScanBeside, TwelveDrivesTakeLittleLongerThanTheirQuestionsToDiskpartAlone
     testing::TestBench bench;
     for (int number = 0; number < kDrives; ++number) {
         const std::string n = std::to_string(number);
-        bench.addDrive(R"({"size": "16 MiB", "bus": "sata", "road": "ata", "number": )" + n +
-                       R"(, "identity": {"product": "DISK )" + n + R"(", "serial": "S)" + n + R"("}})");
+        std::string drive = R"({"size": "16 MiB", "bus": "sata", "road": "ata", "number": )";
+        drive.append(n).append(R"(, "identity": {"product": "DISK )").append(n);
+        drive.append(R"(", "serial": "S)").append(n).append(R"("}})");
+        bench.addDrive(drive);
     }
     bench.describe(R"({"tools": {"smartctl": {"delayMilliseconds": 2000, "delayOnly": " -x "},
                                  "diskpart": {"delayMilliseconds": 1000}}})");

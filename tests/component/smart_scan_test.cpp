@@ -596,23 +596,23 @@ TEST_F(SmartScan, TheToolThatIsWaitedForIsTheOneOfTheTurn) {
         [[nodiscard]] bool mayGoOn(const ToolAtWork& tool) override {
             EXPECT_EQ(tool.name, "smartctl");
             if (!tool.subject.empty()) { // else it is the listing
-                EXPECT_GE(tool.runsSince, longest_[tool.subject]);
-                longest_[tool.subject] = tool.runsSince;
+                EXPECT_GE(tool.runsSince, longest[tool.subject]);
+                longest[tool.subject] = tool.runsSince;
                 if (tool.runsSince > std::chrono::milliseconds(200)) {
                     letGo(tool.subject == "drive 0" ? "sda" : "sdb");
                 }
             }
             return true;
         }
-        std::map<std::string, std::chrono::milliseconds> longest_;
+        std::map<std::string, std::chrono::milliseconds> longest;
     } watch;
     listingIs(listingOf(devices(2)));
     hold("sda");
     hold("sdb");
     const ToolWatchScope watched(watch);
     EXPECT_EQ(scan(), 1);
-    ASSERT_THAT(watch.longest_, SizeIs(2));
-    EXPECT_GT(watch.longest_["drive 1"], watch.longest_["drive 0"]) << "it had run since the first one began";
+    ASSERT_THAT(watch.longest, SizeIs(2));
+    EXPECT_GT(watch.longest["drive 1"], watch.longest["drive 0"]) << "it had run since the first one began";
 }
 
 TEST_F(SmartScan, AReportIsAsOldAsWhatTheToolWrote) {

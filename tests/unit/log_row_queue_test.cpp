@@ -110,7 +110,6 @@ class Taker {
 
     bool announce() {
         ++announcements_;
-        announcements_.notify_one();
         return true;
     }
 
@@ -118,7 +117,9 @@ class Taker {
     void take(std::size_t count) {
         int seen = 0;
         while (taken_.size() < count) {
-            announcements_.wait(seen);
+            while (announcements_ == seen) {
+                std::this_thread::yield();
+            }
             seen = announcements_;
             while (takeOrRest()) {
             }
