@@ -377,7 +377,9 @@ TEST(WorkbenchFolder, TheDemonstrationBenchIsValidAndVaried) {
 class WorkbenchLayOut : public ::testing::Test {
   protected:
     void SetUp() override {
-        folder_ = std::filesystem::temp_directory_path() / "torvane-workbench-lay-out";
+        // Of each test's own: they may run in several programs at once.
+        folder_ = std::filesystem::temp_directory_path() / "torvane-workbench-lay-out" /
+                  ::testing::UnitTest::GetInstance()->current_test_info()->name();
         std::filesystem::remove_all(folder_);
     }
     void TearDown() override { std::filesystem::remove_all(folder_); }
