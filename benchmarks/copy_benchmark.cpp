@@ -7,6 +7,7 @@
 //   flushed             forward, with flushes that reach the medium under the bench's "backing/clone.img", where a
 //                       bench's own are done at once
 //   image, forensic     an image of drive 1 in the current folder
+//   forensic-sha256     the same with SHA-256 beside its MD5
 //   verification        the second half of a forensic image: the image read from its medium and hashed again
 //   restore             the bench's "backing/source.img", as an image, onto drive 2
 //   read-drive ...      a stage (stages.h)
@@ -137,6 +138,7 @@ struct NamedJob {
 };
 
 constexpr std::string_view kFlushed = "flushed";
+constexpr std::string_view kForensicSha256 = "forensic-sha256";
 constexpr std::string_view kVerification = "verification";
 
 constexpr NamedJob kJobs[] = {
@@ -145,6 +147,7 @@ constexpr NamedJob kJobs[] = {
     {kFlushed, CopyKind::kForwardClone, runForwardClone},
     {"image", CopyKind::kImageToFile, runImageToFile},
     {"forensic", CopyKind::kForensicImage, runForensicImage},
+    {kForensicSha256, CopyKind::kForensicImage, runForensicImage},
     {kVerification, CopyKind::kForensicImage, runForensicImage},
     {"restore", CopyKind::kImageToDrive, runImageToDrive},
 };
@@ -170,6 +173,7 @@ int run(const NamedJob& job, const std::string& benchFolder) {
         .source = source.get(),
         .destination = destination.get(),
         .path = readsImage ? sourceFile(benchFolder) : ".",
+        .alsoSha256 = job.name == kForensicSha256,
     };
     JobClaim claim = state.jobs.begin(jobKindOf(job.kind)).value(); // nobody else is at work
     CopyDriveIo ordinary;

@@ -78,8 +78,8 @@ class Medium:
         self.clone = self.bench / "backing" / "clone.img"
         self.peer = folder / "peer.img"
         self.programs = [self.engine(benchmark, job) for job in
-                         ("read-file", "write-file", "hash", "read-drive", "write-drive", "forward", "reverse", "image",
-                          "restore", "forensic", "verification")]
+                         ("read-file", "write-file", "hash", "sha256", "read-drive", "write-drive", "forward", "reverse",
+                          "image", "restore", "forensic", "forensic-sha256", "verification")]
         self.programs += [Program(name, command) for name, command in self.peers().items()]
 
     def engine(self, benchmark: str, job: str) -> Program:
@@ -166,11 +166,11 @@ def measure(medium: Medium, rounds: int, record: TextIO) -> None:
 
 def print_table(medium: Medium) -> None:
     print(f"\n{medium.name}, {medium.gib} GiB, median of {len(medium.programs[0].runs)} (seconds until on the medium):\n")
-    print(f"{'':13} {'seconds':>8} {'least':>7} {'most':>7} {'MiB/s':>6} {'processor s':>12} {'peak MiB':>9} {'others':>7}")
+    print(f"{'':15} {'seconds':>8} {'least':>7} {'most':>7} {'MiB/s':>6} {'processor s':>12} {'peak MiB':>9} {'others':>7}")
     for program in medium.programs:
         least, most = program.ends("on_medium")
         seconds = program.median("on_medium")
-        print(f"{program.name:13} {seconds:8.2f} {least:7.2f} {most:7.2f} {medium.gib * 1024 / seconds:6.0f} "
+        print(f"{program.name:15} {seconds:8.2f} {least:7.2f} {most:7.2f} {medium.gib * 1024 / seconds:6.0f} "
               f"{program.median('processor'):12.2f} {program.median('peak'):9.0f} {program.median('others'):7.0%}")
 
 
@@ -187,6 +187,10 @@ def ratios(medium: Medium) -> list[tuple[str, str, float, float]]:
     forensic = seconds["forensic"]
     rows.append(("forensic", "the slowest of read, write and MD5 alone", max(slowest_stage, seconds["hash"]) / forensic,
                  0.95))
+    slower_digest = max(seconds["hash"], seconds["sha256"])
+    rows.append(("forensic-sha256", "the slower of MD5 and SHA-256 alone", slower_digest / seconds["forensic-sha256"],
+                 0.95))
+    rows.append(("forensic-sha256", "the same with MD5 alone", forensic / seconds["forensic-sha256"], 0))
     rows.append(("forensic", "dc3dd hash=md5", seconds["dc3dd"] / forensic, 2.5))
     rows.append(("forensic", "dcfldd hash=md5", seconds["dcfldd"] / forensic, 1.3))
     rows.append(("verification", "MD5 alone", seconds["hash"] / seconds["verification"], 0.95))
@@ -197,7 +201,7 @@ def print_ratios(medium: Medium) -> None:
     print("\nSpeed as a ratio, above 1 is faster than the other side:\n")
     for job, other, ratio, wanted in ratios(medium):
         verdict = "" if wanted == 0 else f"   wanted {wanted:4.2f}" + ("" if ratio >= wanted else ", MISSED")
-        print(f"  {job:12} to {other:41} {ratio:5.2f}{verdict}")
+        print(f"  {job:15} to {other:41} {ratio:5.2f}{verdict}")
     seconds = {program.name: program.median("seconds") for program in medium.programs}
     print(f"  The bench's own share: {seconds['read-drive'] / seconds['read-file'] - 1:+.1%} of a read, "
           f"{seconds['write-drive'] / seconds['write-file'] - 1:+.1%} of a write.")

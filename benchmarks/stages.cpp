@@ -5,6 +5,7 @@
 #include "copy/engine/block_layout.h"
 #include "copy/engine/copy_drive_io.h"
 #include "copy/engine/md5_hasher.h"
+#include "copy/engine/sha256_hasher.h"
 #include "discovery/physical_drive_probe.h"
 
 #include <windows.h>
@@ -81,9 +82,10 @@ class WriteFileStage : public Stage {
     UniqueFile file_;
 };
 
+template <std::unique_ptr<BlockHasher> (*makeHasher)(HasherFailure&)>
 class Hash : public Stage {
   public:
-    explicit Hash(const std::string&) : hasher_(makeMd5Hasher(failure_)) {}
+    explicit Hash(const std::string&) : hasher_(makeHasher(failure_)) {}
     bool move(std::uint64_t, std::span<std::byte> bytes) override { return hasher_ && hasher_->add(bytes); }
 
   private:
@@ -102,11 +104,8 @@ struct NamedStage {
 };
 
 constexpr NamedStage kStages[] = {
-    {"read-drive", make<ReadDrive>},
-    {"read-file", make<ReadFileStage>},
-    {"write-drive", make<WriteDrive>},
-    {"write-file", make<WriteFileStage>},
-    {"hash", make<Hash>},
+    {"read-drive", make<ReadDrive>},      {"read-file", make<ReadFileStage>},  {"write-drive", make<WriteDrive>},
+    {"write-file", make<WriteFileStage>}, {"hash", make<Hash<makeMd5Hasher>>}, {"sha256", make<Hash<makeSha256Hasher>>},
 };
 
 /// Bytes of noise, so that nobody's short way with zeros is measured.

@@ -19,6 +19,7 @@ namespace torvane {
 ///   write-drive    drive 2, out of memory
 ///   write-file     a new file in the current folder, out of memory, without the bench
 ///   hash           MD5, out of memory
+///   sha256         SHA-256, out of memory
 [[nodiscard]] std::optional<double> secondsOfStage(std::string_view stage, const std::string& benchFolder);
 
 } // namespace torvane

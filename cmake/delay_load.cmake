@@ -18,6 +18,7 @@ function(torvane_delayed_library name)
     target_link_libraries(torvane_${name} INTERFACE "${library}")
 endfunction()
 
+torvane_delayed_library(bcrypt)
 torvane_delayed_library(comctl32)
 torvane_delayed_library(gdiplus)
 torvane_delayed_library(winmm)

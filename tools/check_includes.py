@@ -68,7 +68,7 @@ STATE = {
     "view": {"state", "admin", "scan", "surface", "copy", "window"},
 }
 WINDOWS_HEADERS = re.compile(
-    r"^(windows|windowsx|windef|winbase|winuser|winioctl|ntdd\w+|commctrl|commdlg|shellapi|shlobj|objbase|gdiplus|wincrypt)\.h$",
+    r"^(windows|windowsx|windef|winbase|winuser|winioctl|ntdd\w+|commctrl|commdlg|shellapi|shlobj|objbase|gdiplus|wincrypt|bcrypt)\.h$",
     re.I,
 )
 CONTROL_HEADERS = re.compile(r"^(commctrl|windowsx|prsht|richedit)\.h$", re.I)

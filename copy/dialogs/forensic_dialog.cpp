@@ -14,7 +14,7 @@ constexpr ControlPlace kPlaces[] = {
     {IDC_COPY_IMAGING, {10, 95, 405, 111}},          {IDC_COPY_FOLDER, {420, 95, 830, 111}},
     {IDC_COPY_STATUS, {10, 113, 330, 135}},          {IDC_COPY_LOSSES, {336, 113, 830, 135}},
     {IDC_START_FORENSIC_IMAGE, {10, 140, 180, 168}}, {IDC_TERMINATE_FORENSIC_IMAGE, {190, 140, 360, 168}},
-    {IDC_EXIT_FORENSIC_IMAGE, {660, 140, 830, 168}},
+    {IDC_ALSO_SHA256, {370, 144, 520, 164}},         {IDC_EXIT_FORENSIC_IMAGE, {660, 140, 830, 168}},
 };
 
 constexpr CopyDialogLook kLook{
@@ -51,7 +51,11 @@ class ForensicDialog : public CopyDialog {
 
   private:
     void onStart() {
-        startJob({.kind = CopyKind::kForensicImage, .source = &source_, .destination = nullptr, .path = folder_});
+        startJob({.kind = CopyKind::kForensicImage,
+                  .source = &source_,
+                  .destination = nullptr,
+                  .path = folder_,
+                  .alsoSha256 = IsDlgButtonChecked(window(), IDC_ALSO_SHA256) == BST_CHECKED});
     }
 
     void onTerminateForensic() {

@@ -46,13 +46,9 @@ class Md5Hasher : public BlockHasher {
                              0) != 0;
     }
 
-    std::optional<Md5Digest> digest() override {
-        Md5Digest digest{};
-        DWORD size = sizeof digest;
-        if (!CryptGetHashParam(hash_.get(), HP_HASHVAL, digest.data(), &size, 0) || size != sizeof digest) {
-            return std::nullopt;
-        }
-        return digest;
+    bool finish(std::span<std::uint8_t> digest) override {
+        auto size = static_cast<DWORD>(digest.size());
+        return CryptGetHashParam(hash_.get(), HP_HASHVAL, digest.data(), &size, 0) != 0 && size == digest.size();
     }
 
   private:

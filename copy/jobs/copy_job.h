@@ -39,16 +39,19 @@ struct CopyJob {
 /// Writes the hash file beside the image numbered `number`. One "ERROR" log row when it cannot be created.
 void WriteHashFile(const CopyJob& job, const DriveRecord& source, const Md5Digest& digest, std::int32_t number);
 
+/// The same with the image's SHA-256, for `sha256sum -c`.
+void writeSha256File(const CopyJob& job, const std::string& imagePath, const Sha256Digest& digest);
+
 /// How an imaging pass went, for its drive's "Status" cell.
 struct ImagingAccount {
     bool whole = false; ///< every block of the drive is in the image, the remainder too
     JobLosses losses;
 };
 
-/// Reads the image anew and compares its digest with `digest`, the imaging pass's. Returns 1 when a comparison was made
-/// and shown, 0 when it could not be made: once the verification has begun, the job's flag then stays up. The drive's
-/// "Status" cell tells the verdict, and with it what the imaging pass was short of.
-int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
+/// Reads the image anew and compares its digests with those of the imaging pass, all of which have to agree. Returns 1
+/// when a comparison was made and shown, 0 when it could not be made: once the verification has begun, the job's flag
+/// then stays up. The drive's "Status" cell tells the verdict, and with it what the imaging pass was short of.
+int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Digests& digests,
                     const ImagingAccount& imaging);
 
 } // namespace torvane

@@ -17,6 +17,7 @@ struct CopyOrder {
     DriveRecord* source = nullptr;      ///< of a clone or an image
     DriveRecord* destination = nullptr; ///< of a clone or an image to drive
     std::string path;                   ///< the folder that an image goes to; of an image to drive, the image itself
+    bool alsoSha256 = false;            ///< a forensic image gets a SHA-256 digest beside its MD5
 };
 
 [[nodiscard]] constexpr JobKind jobKindOf(CopyKind kind) {

@@ -52,7 +52,7 @@ class CopySystem {
     [[nodiscard]] virtual bool writeTextFile(const std::string& path, std::string_view text) = 0;
 
     /// Null, with the reason in `failure`, when the system has none.
-    [[nodiscard]] virtual std::unique_ptr<BlockHasher> makeHasher(HasherFailure& failure) = 0;
+    [[nodiscard]] virtual std::unique_ptr<BlockHasher> makeHasher(DigestKind kind, HasherFailure& failure) = 0;
 
     // Time.
 

@@ -1,11 +1,13 @@
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
 #include "copy/jobs/hash_errors.h"
+#include "copy/jobs/hash_files.h"
 #include "copy/jobs/image_names.h"
 #include "copy/jobs/job_account.h"
 #include "copy/jobs/new_image.h"
 
 #include <array>
+#include <optional>
 
 namespace torvane {
 
@@ -22,14 +24,36 @@ void beginAnimation(RaceTrackState& track, std::uint64_t fullBlocks) {
 }
 
 /// What keeps an image from being whole.
-enum class ImageLoss { kNone, kNotWritten, kNotHashed, kNotOnMedium, kNoDigest };
+enum class ImageLoss { kNone, kNotWritten, kNotHashed, kNotOnMedium, kNoDigest, kNoSha256 };
 
-/// An image in the making: the file and the digest of what it was given.
+/// An image in the making: the file and the digests of what it was given.
 struct ForensicImage {
     ImageSink file;
-    std::unique_ptr<BlockHasher> hasher;
+    Hashers hashers;
     ImageLoss lost = ImageLoss::kNone;     ///< with any of its blocks
     ImageLoss lostLast = ImageLoss::kNone; ///< with its last block or after it
+};
+
+/// The image with its digests: each is made on a thread of its own beside the others, and a block counts as stored when
+/// every one has it.
+class DigestingSink {
+  public:
+    DigestingSink(ForensicImage& image, BlockPipeline& blocks) : md5_(image.file, *image.hashers.md5, blocks) {
+        if (image.hashers.sha256) {
+            sha256_.emplace(md5_, *image.hashers.sha256, blocks);
+        }
+    }
+
+    [[nodiscard]] BlockSink& whole() { return sha256_ ? *sha256_ : md5_; }
+
+    /// False once a block could not be added to this digest.
+    [[nodiscard]] bool hashedAll(DigestKind kind) const {
+        return kind == DigestKind::kMd5 ? md5_.hashedAll() : !sha256_ || sha256_->hashedAll();
+    }
+
+  private:
+    HashingSink md5_;
+    std::optional<HashingSink> sha256_; // around the other: what it is given goes through both
 };
 
 // The lowered flag ends the job, once the block's other steps have followed all the same.
@@ -45,22 +69,30 @@ void stopUnwritten(const CopyJob& job, ForensicImage& image, ImageLoss loss) {
     stopWithExplosion(job);
 }
 
-void storeAndHash(const CopyJob& job, ForensicImage& image, HashingSink& sink, const Block& block, JobLosses& losses) {
-    if (!storeBlock(sink, block, losses)) {
+void stopUnhashed(const CopyJob& job, ForensicImage& image, DigestKind kind, JobLosses& losses) {
+    losses.notHashed = true;
+    image.lost = image.lost == ImageLoss::kNone ? ImageLoss::kNotHashed : image.lost;
+    showHashError(job, kind, HashTrouble::kNoData);
+    image.file.close();
+    stopWithExplosion(job);
+}
+
+// A SHA-256 that fails ends the image as an MD5 does: who has asked for it wants no image without.
+void storeAndHash(const CopyJob& job, ForensicImage& image, DigestingSink& sink, const Block& block,
+                  JobLosses& losses) {
+    if (!storeBlock(sink.whole(), block, losses)) {
         stopUnwritten(job, image, ImageLoss::kNotWritten);
     }
-    if (!sink.hashedAll()) {
-        losses.notHashed = true;
-        image.lost = image.lost == ImageLoss::kNone ? ImageLoss::kNotHashed : image.lost;
-        showHashError(job, kNoHashData);
-        image.file.close();
-        stopWithExplosion(job);
+    for (const DigestKind kind : {DigestKind::kMd5, DigestKind::kSha256}) {
+        if (!sink.hashedAll(kind)) {
+            stopUnhashed(job, image, kind, losses);
+        }
     }
 }
 
 RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks, CopyProgress& progress,
                  ForensicImage& image, JobLosses& losses) {
-    HashingSink sink(image.file, *image.hasher, blocks);
+    DigestingSink sink(image, blocks);
     const BlockOrder& order = blocks.order();
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, losses);
@@ -70,7 +102,7 @@ RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks,
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
     const RunEnd end = moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.track.animationBlocks; });
-    if (image.lost == ImageLoss::kNone && !flushStored(sink, end, losses)) {
+    if (image.lost == ImageLoss::kNone && !flushStored(sink.whole(), end, losses)) {
         stopUnwritten(job, image, ImageLoss::kNotOnMedium);
         image.lostLast = image.lost;
     }
@@ -97,6 +129,9 @@ std::string lossInWords(ImageLoss loss, const std::string& path) {
         return "The last block of " + image + " could not be hashed" + consequence;
     case ImageLoss::kNotOnMedium:
         return "Not everything of " + image + " could be brought onto the medium" + consequence;
+    case ImageLoss::kNoSha256:
+        return "The SHA-256 HASH of " + image +
+               " could not be read. The image has no hash files, and it cannot be verified. Make it anew";
     default:
         return "The HASH of " + image +
                " could not be read. The image has no hash file, and it cannot be verified. Make it anew";
@@ -105,15 +140,40 @@ std::string lossInWords(ImageLoss loss, const std::string& path) {
 
 /// A failure at the very end shows in nothing but a text that is gone a moment later.
 void nameLoss(const CopyJob& job, const ImageLoss loss, const std::string& path) {
-    job.system.stop("***** IMAGE NOT COMPLETE *****", lossInWords(loss, path).c_str());
+    const char* const caption =
+        loss == ImageLoss::kNoSha256 ? "****** HASH ERROR ******" : "***** IMAGE NOT COMPLETE *****";
+    job.system.stop(caption, lossInWords(loss, path).c_str());
+}
+
+void writeOrLog(const CopyJob& job, const std::string& name, const std::string& text) {
+    if (!job.system.writeTextFile(name, text)) {
+        job.system.logError("Could not CREATE HASH file for [" + name + "]. Exiting.");
+    }
+}
+
+/// Which of the digests that were ordered there is none of.
+ImageLoss missingDigest(const CopyJob& job, const Digests& digests) {
+    if (!digests.md5) {
+        return ImageLoss::kNoDigest;
+    }
+    return job.order.alsoSha256 && !digests.sha256 ? ImageLoss::kNoSha256 : ImageLoss::kNone;
+}
+
+void writeHashFiles(const CopyJob& job, const DriveRecord& source, const ImageFileName& name, const Digests& digests) {
+    if (digests.md5) {
+        WriteHashFile(job, source, *digests.md5, name.number);
+    }
+    if (digests.sha256) {
+        writeSha256File(job, name.path, *digests.sha256);
+    }
 }
 
 /// What an imaging pass leaves for the verification.
 struct ImagedDrive {
     std::string path;
-    bool mayBeVerified = false;                ///< every full block was moved, and there is a digest
+    bool mayBeVerified = false;                ///< every full block was moved, and there are its digests
     ImageLoss lostAtItsEnd = ImageLoss::kNone; ///< with the last block or after it
-    Md5Digest digest{};
+    Digests digests;
     ImagingAccount account;
 };
 
@@ -129,10 +189,11 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     CopyProgress progress(job, blocks.order(),
                           {.track = kImageTrack, .label = " Image Status", .activity = "Imaging", .drives = {&source}});
     job.display.setStatus(" Status: Idle");
-    image.hasher = makeHasherOrTell(job);
-    if (!image.hasher) {
+    std::optional<Hashers> hashers = makeHashersOrTell(job, {.md5 = true, .sha256 = job.order.alsoSha256});
+    if (!hashers) {
         return std::nullopt;
     }
+    image.hashers = std::move(*hashers);
     job.display.repaint();
     const bool wanted = job.claim.raise();
     beginAnimation(job.track, blocks.order().fullBlocks());
@@ -140,19 +201,21 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     JobLosses& losses = account.losses;
     losses.bytesNotCopied = driveBytes(source);
     const RunEnd end = wanted ? fillImage(job, source, blocks, progress, image, losses) : RunEnd::kLeftEarly;
-    const std::optional<Md5Digest> digest = image.hasher->digest();
-    losses.notHashed = losses.notHashed || !digest;
+    const Digests digests = digestsOf(image.hashers);
+    const ImageLoss noDigest = missingDigest(job, digests);
+    losses.notHashed = losses.notHashed || noDigest != ImageLoss::kNone;
     account.ending = imagingEnding(end, losses);
     showLosses(job, losses);
-    const bool complete = digest && movedFullBlocks(end);
+    const bool complete = noDigest == ImageLoss::kNone && movedFullBlocks(end);
     if (complete) {
         showSuccess(job, " Image SUCCESSFULLY Completed", kTrackFinishX);
     } else {
         showFailure(job, " Image Terminated -- Not Completed", kExplosionMilliseconds);
     }
     if (complete) {
-        account.digest = digest;
-        WriteHashFile(job, source, *digest, name.number);
+        account.digest = digests.md5;
+        account.sha256 = digests.sha256;
+        writeHashFiles(job, source, name, digests);
     }
     progress.setDriveStatus(imagingOutcome(end, losses));
     job.display.repaintTrack(kImageTrack);
@@ -160,8 +223,8 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     job.claim.lower();
     return ImagedDrive{.path = name.path,
                        .mayBeVerified = complete,
-                       .lostAtItsEnd = !digest && movedFullBlocks(end) ? ImageLoss::kNoDigest : image.lostLast,
-                       .digest = digest.value_or(Md5Digest{}),
+                       .lostAtItsEnd = noDigest != ImageLoss::kNone && movedFullBlocks(end) ? noDigest : image.lostLast,
+                       .digests = digests,
                        .account = {.whole = end == RunEnd::kWhole, .losses = losses}};
 }
 
@@ -175,7 +238,7 @@ std::uint32_t imageForensically(const CopyJob& job, JobAccount& account, std::op
     }
 
     NewImage created = createNumberedImage(job, source);
-    ForensicImage image{.file = ImageSink(std::move(created.file)), .hasher = nullptr};
+    ForensicImage image{.file = ImageSink(std::move(created.file)), .hashers = {}};
     if (!image.file.isOpen()) {
         job.display.setStatus("Could not CREATE DESTINATION image");
         showNotStarted(job, source);
@@ -205,16 +268,18 @@ std::uint32_t runForensicImage(const CopyJob& job) {
     }
     if (imaged->mayBeVerified &&
         job.system.ask("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
-        VerifyImageHash(job, imaged->path, imaged->digest, imaged->account);
+        VerifyImageHash(job, imaged->path, imaged->digests, imaged->account);
     }
     return exitCode;
 }
 
 void WriteHashFile(const CopyJob& job, const DriveRecord& source, const Md5Digest& digest, std::int32_t number) {
     const std::string name = hashFileName(job.order.path, source.model.view(), number);
-    if (!job.system.writeTextFile(name, hashFileText(source, digest, job.system.now()))) {
-        job.system.logError("Could not CREATE HASH file for [" + name + "]. Exiting.");
-    }
+    writeOrLog(job, name, hashFileText(source, digest, job.system.now()));
+}
+
+void writeSha256File(const CopyJob& job, const std::string& imagePath, const Sha256Digest& digest) {
+    writeOrLog(job, sha256FileName(imagePath), sha256FileText(fileNameOf(imagePath), digest));
 }
 
 } // namespace torvane

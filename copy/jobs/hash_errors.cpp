@@ -1,20 +1,67 @@
 #include "copy/jobs/hash_errors.h"
 
+#include <array>
+#include <cstddef>
+
 namespace torvane {
 
-void showHashError(const CopyJob& job, const char* text) {
-    job.system.stop("****** HASH ERROR ******", text);
+namespace {
+
+// In the order of HashTrouble.
+constexpr std::array kMd5Texts{
+    "Could not get HANDLE to CRYPTO provider. Exiting",
+    "Could not get MD5 HASH for Crypto Provider. Exiting",
+    "Could not get HASH data. Exiting",
+    "Could not get HASH PARAM. Exiting",
+};
+constexpr std::array kSha256Texts{
+    "Could not open the system's provider of SHA-256. Nothing was read. Start again without SHA-256",
+    "Could not begin a SHA-256 HASH. Nothing was read. Start again without SHA-256",
+    "Could not add a block to the SHA-256 HASH. Nothing more is read. Start again",
+    "Could not get the SHA-256 HASH at its end. Nothing was compared. Start again",
+};
+
+/// Null when it is not wanted, and when the system has none: only then with a failure.
+std::unique_ptr<BlockHasher> makeIfWanted(const CopyJob& job, DigestKind kind, bool wanted, HasherFailure& failure) {
+    return wanted ? job.system.makeHasher(kind, failure) : nullptr;
 }
 
-std::unique_ptr<BlockHasher> makeHasherOrTell(const CopyJob& job) {
+void tellWhyNone(const CopyJob& job, DigestKind kind, HasherFailure failure) {
+    showHashError(job, kind, failure == HasherFailure::kNoProvider ? HashTrouble::kNoProvider : HashTrouble::kNoHash);
+}
+
+} // namespace
+
+void showHashError(const CopyJob& job, DigestKind kind, HashTrouble trouble) {
+    const auto& texts = kind == DigestKind::kMd5 ? kMd5Texts : kSha256Texts;
+    job.system.stop("****** HASH ERROR ******", texts[static_cast<std::size_t>(trouble)]);
+}
+
+std::optional<Hashers> makeHashersOrTell(const CopyJob& job, WantedDigests wanted) {
     HasherFailure failure = HasherFailure::kNone;
-    std::unique_ptr<BlockHasher> hasher = job.system.makeHasher(failure);
-    if (!hasher) {
-        showHashError(job, failure == HasherFailure::kNoProvider
-                               ? "Could not get HANDLE to CRYPTO provider. Exiting"
-                               : "Could not get MD5 HASH for Crypto Provider. Exiting");
+    Hashers hashers;
+    hashers.md5 = makeIfWanted(job, DigestKind::kMd5, wanted.md5, failure);
+    if (failure != HasherFailure::kNone) {
+        tellWhyNone(job, DigestKind::kMd5, failure);
+        return std::nullopt;
     }
-    return hasher;
+    hashers.sha256 = makeIfWanted(job, DigestKind::kSha256, wanted.sha256, failure);
+    if (failure != HasherFailure::kNone) {
+        tellWhyNone(job, DigestKind::kSha256, failure);
+        return std::nullopt;
+    }
+    return hashers;
+}
+
+Digests digestsOf(const Hashers& hashers) {
+    Digests digests;
+    if (hashers.md5) {
+        digests.md5 = digestOf<Md5Digest>(*hashers.md5);
+    }
+    if (hashers.sha256) {
+        digests.sha256 = digestOf<Sha256Digest>(*hashers.sha256);
+    }
+    return digests;
 }
 
 } // namespace torvane

@@ -4,6 +4,9 @@
 #include "records/drive_record.h"
 #include "records/drive_texts.h"
 
+#include <cstdint>
+#include <span>
+
 namespace torvane {
 
 namespace {
@@ -43,6 +46,15 @@ std::string subjectOf(const CopyJob& job, const std::string& file) {
     return std::string(titleOf(order.kind)).append(" of ").append(from).append(" ").append(to);
 }
 
+/// " 81 40 F9 ..."
+std::string inBytes(std::span<const std::uint8_t> digest) {
+    std::string text;
+    for (const std::uint8_t byte : digest) {
+        text += formatText(" %02X", byte);
+    }
+    return text;
+}
+
 std::string endRow(const CopyJob& job, const JobAccount& account) {
     std::string row = subjectOf(job, account.file.empty() ? job.order.path : account.file);
     row.append(": ").append(account.ending);
@@ -50,10 +62,10 @@ std::string endRow(const CopyJob& job, const JobAccount& account) {
         row.append(". ").append(lossesInWords(account.losses));
     }
     if (account.digest) {
-        row.append(". MD5");
-        for (const std::uint8_t byte : *account.digest) {
-            row += formatText(" %02X", byte);
-        }
+        row.append(". MD5").append(inBytes(*account.digest));
+    }
+    if (account.sha256) {
+        row.append(". SHA-256").append(inBytes(*account.sha256));
     }
     return row;
 }

@@ -17,6 +17,7 @@ struct JobAccount {
     JobLosses losses;
     std::string file; ///< the image that it made; empty for a job that made none
     std::optional<Md5Digest> digest;
+    std::optional<Sha256Digest> sha256;
 };
 
 /// Runs a job between the two rows of its own in the log file, of its beginning and its end. Nothing of an earlier job

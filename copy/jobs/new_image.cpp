@@ -1,5 +1,6 @@
 #include "copy/jobs/new_image.h"
 
+#include "copy/jobs/hash_files.h"
 #include "copy/jobs/image_names.h"
 
 namespace torvane {
@@ -7,7 +8,7 @@ namespace torvane {
 namespace {
 
 bool isTaken(const CopyJob& job, const DriveRecord& source, const ImageFileName& name) {
-    return job.system.fileExists(name.path) ||
+    return job.system.fileExists(name.path) || job.system.fileExists(sha256FileName(name.path)) ||
            job.system.fileExists(hashFileName(job.order.path, source.model.view(), name.number));
 }
 

@@ -1,20 +1,9 @@
 #include "copy/jobs/copy_steps.h"
-#include "copy/jobs/hash_errors.h"
-#include "copy/jobs/image_names.h"
+#include "copy/jobs/verify_steps.h"
 
 namespace torvane {
 
 namespace {
-
-void showVerdict(const CopyJob& job, const Md5Digest& imaged, const Md5Digest& verified) {
-    job.system.print(digestLine("Match HASH", imaged));
-    job.system.print(digestLine("Gen   HASH", verified));
-    if (imaged == verified) {
-        job.system.inform("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
-    } else {
-        job.system.inform("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
-    }
-}
 
 /// `trouble` says what went wrong with the verification, and is empty when nothing did.
 std::string imagingOutcome(const ImagingAccount& imaging, std::string_view trouble) {
@@ -32,42 +21,8 @@ void showNoVerification(const CopyJob& job, const ImagingAccount& imaging) {
     job.system.setDriveStatus(*job.order.source, imagingOutcome(imaging, "verification failed"));
 }
 
-/// Digest of the image as far as it is read before somebody asks to stop. None, and the user was told, when it could
-/// not be made.
-std::optional<Md5Digest> digestOfImage(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progress) {
-    const std::unique_ptr<BlockHasher> hasher = makeHasherOrTell(job);
-    if (!hasher) {
-        return std::nullopt;
-    }
-    std::uint64_t done = 0;
-    const auto hashBlock = [&](const Block& block) {
-        if (block.outcome != TransferOutcome::kWhole) {
-            job.display.setStatus("Could not READ image for VERIFICATION");
-            return false;
-        }
-        if (!hasher->add(block.bytes)) {
-            showHashError(job, kNoHashData);
-            return false;
-        }
-        return true;
-    };
-    if (moveBlocks(job, blocks, progress, {}, hashBlock, [&] { ++done; }) == RunEnd::kGaveUp) {
-        return std::nullopt;
-    }
-    progress.update(done);
-    const std::optional<Md5Digest> digest = hasher->digest();
-    if (!digest) {
-        showHashError(job, kNoHashParam);
-    }
-    return digest;
-}
-
-void logVerification(const CopyJob& job, const std::string& imageName, std::string_view state) {
-    job.system.logJob(std::string("Verification of [").append(imageName).append("]: ").append(state));
-}
-
 /// Whether the digests are equal; none when the comparison could not be made.
-std::optional<bool> verify(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
+std::optional<bool> verify(const CopyJob& job, const std::string& imageName, const Digests& digests,
                            const ImagingAccount& imaging) {
     std::unique_ptr<ImageFile> image = job.system.openImage(imageName, ImageUse::kAgain);
     if (!image) {
@@ -95,7 +50,7 @@ std::optional<bool> verify(const CopyJob& job, const std::string& imageName, con
     job.claim.raiseAnew(); // the user has said yes since, whatever was asked of the imaging pass
     job.display.setStatus(" Beginning Verification");
 
-    const std::optional<Md5Digest> verified = digestOfImage(job, blocks, progress);
+    const std::optional<Digests> verified = digestsOfImage(job, blocks, progress, digests);
     if (!verified) {
         job.claim.leaveRaised(); // on purpose: the dialog cannot be left before "Terminate Image"
         showNoVerification(job, imaging);
@@ -105,20 +60,20 @@ std::optional<bool> verify(const CopyJob& job, const std::string& imageName, con
     job.claim.lower();
     job.track.succeeded = 1;
     job.display.repaintTrack(kImageTrack);
-    const bool equal = *verified == digest;
+    const bool equal = agree(digests, *verified);
     progress.setDriveStatus(verdictForDrive(equal, imaging));
     // Before the box, which may wait for its answer until the morning.
     logVerification(job, imageName, equal ? "verified" : "not verified");
-    showVerdict(job, digest, *verified);
+    showVerdict(job, digests, *verified);
     return equal;
 }
 
 } // namespace
 
-int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Md5Digest& digest,
+int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Digests& digests,
                     const ImagingAccount& imaging) {
     logVerification(job, imageName, "begins");
-    if (verify(job, imageName, digest, imaging)) {
+    if (verify(job, imageName, digests, imaging)) {
         return 1;
     }
     logVerification(job, imageName, "could not be made");

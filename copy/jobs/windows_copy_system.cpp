@@ -4,6 +4,7 @@
 #include "base/whole_file.h"
 #include "base/wide_text.h"
 #include "copy/engine/md5_hasher.h"
+#include "copy/engine/sha256_hasher.h"
 #include "copy/engine/windows_image_file.h"
 #include "discovery/disk_identity.h"
 #include "discovery/table_reading.h"
@@ -74,8 +75,8 @@ bool WindowsCopySystem::writeTextFile(const std::string& path, std::string_view 
     return writeWholeFile(path, text);
 }
 
-std::unique_ptr<BlockHasher> WindowsCopySystem::makeHasher(HasherFailure& failure) {
-    return makeMd5Hasher(failure);
+std::unique_ptr<BlockHasher> WindowsCopySystem::makeHasher(DigestKind kind, HasherFailure& failure) {
+    return kind == DigestKind::kMd5 ? makeMd5Hasher(failure) : makeSha256Hasher(failure);
 }
 
 std::int64_t WindowsCopySystem::tick() {

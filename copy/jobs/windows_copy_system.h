@@ -6,7 +6,7 @@ namespace torvane {
 
 struct AppState;
 
-/// The copy jobs' world as it is: diskpart, Win32 files, CryptoAPI, the program's boxes, log and drive list.
+/// The copy jobs' world as it is: diskpart, Win32 files, CryptoAPI and CNG, the program's boxes, log and drive list.
 class WindowsCopySystem : public CopySystem {
   public:
     explicit WindowsCopySystem(AppState& state) : state_(state) {}
@@ -25,7 +25,7 @@ class WindowsCopySystem : public CopySystem {
     std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) override;
     bool writeTextFile(const std::string& path, std::string_view text) override;
 
-    std::unique_ptr<BlockHasher> makeHasher(HasherFailure& failure) override;
+    std::unique_ptr<BlockHasher> makeHasher(DigestKind kind, HasherFailure& failure) override;
 
     std::int64_t tick() override;
     LocalMoment now() override;

@@ -1,5 +1,7 @@
 #include "copy/engine/copy_drive_io.h"
+#include "copy/engine/digest_text.h"
 #include "copy/engine/md5_hasher.h"
+#include "copy/engine/sha256_hasher.h"
 #include "tests/component/copy_bench.h"
 #include "tests/component/import_patched.h"
 
@@ -177,15 +179,24 @@ TEST(ReportWriteError, AsksForTheLastErrorsText) {
     EXPECT_EQ(ReportWriteError("Write Error"), 1);
 }
 
-Md5Digest md5Of(std::string_view text) {
+template <typename Digest>
+Digest digestOfText(std::unique_ptr<BlockHasher> (*makeHasher)(HasherFailure&), std::string_view text) {
     HasherFailure failure = HasherFailure::kNone;
-    const auto hasher = makeMd5Hasher(failure);
+    const auto hasher = makeHasher(failure);
     EXPECT_TRUE(hasher);
     // In two pieces.
     const auto bytes = std::as_bytes(std::span(text));
     EXPECT_TRUE(hasher->add(bytes.first(bytes.size() / 2)));
     EXPECT_TRUE(hasher->add(bytes.subspan(bytes.size() / 2)));
-    return hasher->digest().value_or(Md5Digest{});
+    return digestOf<Digest>(*hasher).value_or(Digest{});
+}
+
+Md5Digest md5Of(std::string_view text) {
+    return digestOfText<Md5Digest>(makeMd5Hasher, text);
+}
+
+std::string sha256Of(std::string_view text) {
+    return hexText(digestOfText<Sha256Digest>(makeSha256Hasher, text));
 }
 
 // The test suite of RFC 1321.
@@ -197,6 +208,15 @@ TEST(Md5Hasher, GivesTheStandardsDigests) {
     EXPECT_EQ(
         md5Of("12345678901234567890123456789012345678901234567890123456789012345678901234567890"),
         (Md5Digest{0x57, 0xED, 0xF4, 0xA2, 0x2B, 0xE3, 0xC9, 0x55, 0xAC, 0x49, 0xDA, 0x2E, 0x21, 0x07, 0xB6, 0x7A}));
+}
+
+// Examples of FIPS 180-2, appendix B, and the digest of nothing.
+TEST(Sha256Hasher, GivesTheStandardsDigests) {
+    EXPECT_EQ(sha256Of(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+    EXPECT_EQ(sha256Of("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(sha256Of("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq"),
+              "248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1");
+    EXPECT_EQ(sha256Of(std::string(1000000, 'a')), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "tests/component/copy_bench.h"
+#include "tests/component/forensic_bench.h"
 #include "tests/component/hard_folder.h"
 #include "tests/component/import_patched.h"
 
@@ -22,53 +22,17 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using testing::Forensic;
 using ::testing::HasSubstr;
 using testing::ImportPatched;
+using testing::kHashError;
+using testing::kVerify;
+using testing::kVerifyQuestion;
 using testing::noise;
 using testing::readFile;
 using ::testing::SizeIs;
 using testing::unreadable;
 using testing::writeFile;
-
-constexpr const char* kHashError = "****** HASH ERROR ******";
-constexpr const char* kVerify = "****** VERIFY HASH ******";
-constexpr const char* kVerifyQuestion = "Would you like to Verify the Image HASH?";
-
-class Forensic : public testing::CopyBench {
-  protected:
-    /// A drive of zero bytes, whose digests are well known, or of noise.
-    void openDrive(std::size_t bytes, const std::string& faults = "{}", const std::string& pattern = "noise") {
-        bench_.addDrive(R"({"number": 1, "bus": "nvme", "backing": {"pattern": ")" + pattern + R"("},
-                            "identity": {"product": "Model X", "serial": "S1"}, "size": )" +
-                        std::to_string(bytes) + R"(, "faults": )" + faults + "}");
-        source_ = &drive(1);
-        order_.source = source_;
-        restartCounter();
-    }
-    /// The next image is number 41.
-    static void restartCounter() { writeFile("FileCounter.txt", std::string("\x28\0\0\0", 4)); }
-
-    /// Of three full blocks and a remainder: the stop falls between the last full block's own test and the remainder.
-    void stopBeforeTheRemainder() {
-        display_.onStatus = [&](std::string_view text) {
-            if (text.find("%66") != std::string_view::npos) {
-                terminate();
-                display_.onStatus = {};
-            }
-        };
-    }
-
-    static constexpr const char* kImage = "Model X.41.img";
-    static constexpr const char* kHashFile = "MD5-HASH--Model X.41.txt";
-
-    /// The hash file's last line.
-    static std::string hashLine() {
-        const std::string text = readFile(kHashFile);
-        return text.substr(text.rfind('\n') + 1);
-    }
-
-    DriveRecord* source_ = nullptr;
-};
 
 TEST_F(Forensic, LeavesAnImageAndItsHashFile) {
     openDrive(3 * kBlock + 512, "{}", "zero");
@@ -446,7 +410,8 @@ TEST_F(Forensic, VerificationWithoutMemoryHasFailed) {
     openDrive(kBlock);
     writeFile(kImage, noise(0, 0, kBlock));
     const auto verify = [](const CopyJob& job) {
-        return static_cast<std::uint32_t>(VerifyImageHash(job, kImage, Md5Digest{}, {.whole = true, .losses = {}}));
+        return static_cast<std::uint32_t>(
+            VerifyImageHash(job, kImage, {.md5 = Md5Digest{}, .sha256 = {}}, {.whole = true, .losses = {}}));
     };
     EXPECT_EQ(run(verify, kTooMuchMemory), 0U);
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not ALLOCATE copy buffers"));

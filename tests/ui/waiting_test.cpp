@@ -159,9 +159,9 @@ TEST_F(WaitingTest, MountingAndExitLeaveADiskpartThatNeverEnds) {
 /// Beside the program lie libraries and tools of names that belong to Windows.
 class PlantedTest : public UiTest {
   protected:
-    static constexpr const char* kLibraries[] = {"winmm.dll",   "comctl32.dll", "gdiplus.dll", "uxtheme.dll",
-                                                 "msimg32.dll", "version.dll",  "dwmapi.dll",  "cryptbase.dll",
-                                                 "mpr.dll",     "usp10.dll",    "oleacc.dll",  "windowscodecs.dll"};
+    static constexpr const char* kLibraries[] = {
+        "winmm.dll",     "comctl32.dll", "gdiplus.dll", "uxtheme.dll", "msimg32.dll", "version.dll",      "dwmapi.dll",
+        "cryptbase.dll", "mpr.dll",      "bcrypt.dll",  "usp10.dll",   "oleacc.dll",  "windowscodecs.dll"};
 
     static Launch plantedRun() {
         BenchFolder bench = pairBench();

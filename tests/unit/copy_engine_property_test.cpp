@@ -84,8 +84,11 @@ std::string differences(const World& world, const World& model) {
     compareNumbers("flushes", static_cast<std::int64_t>(world.flushes), static_cast<std::int64_t>(model.flushes));
     compareNumbers("what was completed is on the medium", world.completedOnMedium ? 1 : 0, 1);
     // Hashing may have run ahead of a job that was left early.
-    const std::uint64_t ahead = world.hashCalls - model.hashCalls;
-    compareNumbers("hashes ahead", ahead <= BlockPipeline::kBlocksAhead ? 0 : static_cast<std::int64_t>(ahead), 0);
+    const auto compareAhead = [&](const char* what, std::uint64_t ahead) {
+        compareNumbers(what, ahead <= BlockPipeline::kBlocksAhead ? 0 : static_cast<std::int64_t>(ahead), 0);
+    };
+    compareAhead("hashes ahead", world.hashCalls - model.hashCalls);
+    compareAhead("SHA-256 hashes ahead", world.sha256Calls - model.sha256Calls);
     compareNumbers("image counter", world.imageNumber, model.imageNumber);
     compareNumbers("running", world.flags.running, model.flags.running);
     compareNumbers("failed", world.flags.failed, model.flags.failed);
@@ -148,6 +151,7 @@ void stopWhileRunningAhead(StopAt when, const std::function<bool(ScriptedJob)>& 
         script.stopAt = when;
         script.stopNumber %= 12;
         script.noProvider = {};
+        script.noSha256Provider = {};
         SCOPED_TRACE(::testing::Message() << script);
         World world(script);
         std::uint32_t exitCode = 0;
@@ -343,6 +347,16 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
                   "stop [****** HASH ERROR ******] [Could not get HASH PARAM. Exiting]",
                   "stop [****** HASH ERROR ******] [Could not get HASH data. Exiting]",
                   "stop [****** HASH ERROR ******] [Could not get MD5 HASH for Crypto Provider. Exiting]",
+                  "stop [****** HASH ERROR ******] [Could not open the system's provider of SHA-256. Nothing was "
+                  "read. Start again without SHA-256]",
+                  "stop [****** HASH ERROR ******] [Could not begin a SHA-256 HASH. Nothing was read. Start again "
+                  "without SHA-256]",
+                  "stop [****** HASH ERROR ******] [Could not add a block to the SHA-256 HASH. Nothing more is read. "
+                  "Start again]",
+                  "stop [****** HASH ERROR ******] [Could not get the SHA-256 HASH at its end. Nothing was compared. "
+                  "Start again]",
+                  "stop [****** HASH ERROR ******] [The SHA-256 HASH of [E:\\Images\\Model 100%s.#.img] could not be "
+                  "read. The image has no hash files, and it cannot be verified. Make it anew]",
                   "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
                   "or it does not answer. It was cleaned before, nothing else was written. Load the drives again]",
                   "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "

@@ -51,7 +51,7 @@ class RecordingHasher : public BlockHasher {
         text += textOf(bytes);
         return true;
     }
-    std::optional<Md5Digest> digest() override { return std::nullopt; }
+    bool finish(std::span<std::uint8_t>) override { return false; }
 
     std::string text;
     int blocks = 0;
@@ -141,6 +141,68 @@ TEST_F(HashingSinkTest, TellsOfABlockThatCouldNotBeHashedWhenThatBlockWasStored)
     EXPECT_EQ(storeNext(sink), TransferOutcome::kWhole);
     EXPECT_FALSE(sink.hashedAll());
     EXPECT_EQ(hasher_.text, "0000") << "nothing is added behind a gap";
+}
+
+/// A second digest of the same blocks, around the first.
+class TwoDigestsTest : public HashingSinkTest {
+  protected:
+    RecordingHasher other_;
+};
+
+TEST_F(TwoDigestsTest, BothGetEveryBlockInOrder) {
+    HashingSink md5(inner_, hasher_, blocks_);
+    HashingSink both(md5, other_, blocks_);
+    begin();
+    for (int block = 0; block < 4; ++block) {
+        EXPECT_EQ(storeNext(both), TransferOutcome::kWhole);
+        EXPECT_TRUE(md5.hashedAll());
+        EXPECT_TRUE(both.hashedAll());
+    }
+    EXPECT_EQ(inner_.text, "00001111222233");
+    EXPECT_EQ(hasher_.text, "00001111222233");
+    EXPECT_EQ(other_.text, "00001111222233");
+}
+
+// Each is the other's and the medium's company: none of the three would end if it had to wait for its turn.
+TEST_F(TwoDigestsTest, AreMadeBesideEachOtherAndBesideStoring) {
+    hasher_.toldAt = 1;
+    other_.toldAt = 1;
+    inner_.mayEnd = std::async(std::launch::deferred, [&] {
+        hasher_.given.get_future().get();
+        other_.given.get_future().get();
+    });
+    HashingSink md5(inner_, hasher_, blocks_);
+    HashingSink both(md5, other_, blocks_);
+    begin();
+    EXPECT_EQ(storeNext(both), TransferOutcome::kWhole);
+}
+
+TEST_F(TwoDigestsTest, TellWhichOfThemHasFailed) {
+    other_.failsAt = 1;
+    HashingSink md5(inner_, hasher_, blocks_);
+    HashingSink both(md5, other_, blocks_);
+    begin();
+    for (int block = 0; block < 4; ++block) {
+        EXPECT_EQ(storeNext(both), TransferOutcome::kWhole);
+        EXPECT_TRUE(md5.hashedAll());
+        EXPECT_EQ(both.hashedAll(), block == 0);
+    }
+    EXPECT_EQ(hasher_.text, "00001111222233");
+    EXPECT_EQ(other_.text, "0000");
+}
+
+TEST_F(TwoDigestsTest, NeitherHashesTheRemainderBeforeItIsStored) {
+    {
+        HashingSink md5(inner_, hasher_, blocks_);
+        HashingSink both(md5, other_, blocks_);
+        begin();
+        for (int block = 0; block < 3; ++block) {
+            EXPECT_EQ(storeNext(both), TransferOutcome::kWhole);
+        }
+        EXPECT_TRUE(source_.awaitBegun(4));
+    }
+    EXPECT_EQ(hasher_.text, "000011112222");
+    EXPECT_EQ(other_.text, "000011112222");
 }
 
 TEST_F(HashingSinkTest, PassesAFlushOn) {

@@ -69,6 +69,14 @@ struct Script {
     std::array<bool, 2> noHash{};
     std::array<bool, 2> noDigest{};
     bool hashFileCannotBeCreated = false;
+
+    bool alsoSha256 = false;
+    std::map<std::uint64_t, bool> sha256Hashes; ///< that fail, counted as `hashes` are
+    std::array<bool, 2> noSha256Provider{};
+    std::array<bool, 2> noSha256Hash{};
+    std::array<bool, 2> noSha256Digest{};
+    std::size_t takenSha256Files = 0; ///< numbers behind those of the hash files, whose SHA-256 file exists
+
     bool imageChangesMeanwhile = false; ///< between imaging and verification
     bool yes = true;                    ///< the answer to every question
 
@@ -107,6 +115,7 @@ class ScriptMaker {
         script_.slowHashes = chance(3);
         makeFailedFlush();
         script_.sourceIsImageFile = chance(8);
+        makeSha256();
         return script_;
     }
 
@@ -234,6 +243,19 @@ class ScriptMaker {
         script_.slowFlushes = chance(3);
         if (chance(5)) {
             script_.flushes[below(4)] = {.fault = pick<Fault>({Fault::kFails, Fault::kGone}), .part = 0};
+        }
+    }
+
+    void makeSha256() {
+        script_.takenSha256Files = chance(4) ? below(3) : 0;
+        script_.alsoSha256 = chance(2);
+        if (chance(4)) {
+            script_.sha256Hashes[below(30)] = true;
+        }
+        for (std::size_t pass = 0; pass < 2; ++pass) {
+            script_.noSha256Provider[pass] = chance(20);
+            script_.noSha256Hash[pass] = chance(20);
+            script_.noSha256Digest[pass] = chance(20);
         }
     }
 

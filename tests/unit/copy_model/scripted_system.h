@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <optional>
@@ -30,7 +31,8 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         const CopyOrder order{.kind = kindOf(job),
                               .source = readsImage ? nullptr : &world_.source,
                               .destination = makesImage ? nullptr : &world_.destination,
-                              .path = readsImage ? World::kSourceImage : World::kFolder};
+                              .path = readsImage ? World::kSourceImage : World::kFolder,
+                              .alsoSha256 = world_.script.alsoSha256};
         std::optional<JobClaim> claim = jobs_.begin(jobKindOf(order.kind));
         const std::uint32_t exitCode = runScripted({.order = order,
                                                     .claim = claim.value(),
@@ -137,8 +139,9 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         return world_.writeHashFile(path, std::string(text));
     }
 
-    std::unique_ptr<BlockHasher> makeHasher(HasherFailure& failure) override {
-        switch (world_.beginHashing()) {
+    std::unique_ptr<BlockHasher> makeHasher(DigestKind kind, HasherFailure& failure) override {
+        const bool md5 = kind == DigestKind::kMd5;
+        switch (md5 ? world_.beginHashing() : world_.beginSha256()) {
         case World::HasherTrouble::kNoProvider:
             failure = HasherFailure::kNoProvider;
             return nullptr;
@@ -146,8 +149,9 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
             failure = HasherFailure::kNoHash;
             return nullptr;
         case World::HasherTrouble::kNone:
-            forensicBegun_ = true;
-            return std::make_unique<Hasher>(world_);
+            // The job goes no further than its last hasher.
+            forensicBegun_ = forensicBegun_ || !md5 || !world_.script.alsoSha256;
+            return std::make_unique<Hasher>(world_, kind);
         }
         return nullptr;
     }
@@ -214,17 +218,23 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
 
     class Hasher : public BlockHasher {
       public:
-        explicit Hasher(World& world) : world_(world) {}
+        Hasher(World& world, DigestKind kind) : world_(world), kind_(kind) {}
         bool add(std::span<const std::byte> bytes) override {
             pause(world_.script.slowHashes);
-            return world_.hash(digest_, bytes);
+            return kind_ == DigestKind::kMd5 ? world_.hash(digest_, bytes) : world_.hashSha256(digest_, bytes);
         }
-        std::optional<Md5Digest> digest() override {
-            return world_.digestFails() ? std::nullopt : std::optional(digest_.value());
+        bool finish(std::span<std::uint8_t> digest) override {
+            if (kind_ == DigestKind::kMd5) {
+                std::ranges::copy(digest_.value(), digest.begin());
+                return !world_.digestFails();
+            }
+            std::ranges::copy(digest_.stretched(), digest.begin());
+            return !world_.sha256DigestFails();
         }
 
       private:
         World& world_;
+        DigestKind kind_;
         ScriptedDigest digest_;
     };
 

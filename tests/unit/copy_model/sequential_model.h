@@ -560,7 +560,7 @@ class SequentialModel {
         while (true) {
             number = world_.nextNumber();
             name = text("%s\\%s.%d.img", World::kFolder, world_.source.model.c_str(), number);
-            if (world_.exists(name) || world_.exists(hashFileName(number))) {
+            if (world_.exists(name) || world_.exists(hashFileName(number)) || world_.exists(name + ".sha256")) {
                 continue;
             }
             std::optional<World::OpenFile> image = world_.createImage(name);
@@ -658,9 +658,42 @@ class SequentialModel {
             return false;
         case World::HasherTrouble::kNone:
             digest_ = {};
+            return !world_.script.alsoSha256 || beginSha256();
+        }
+        return false;
+    }
+    bool beginSha256() {
+        sha256_ = {};
+        switch (world_.beginSha256()) {
+        case World::HasherTrouble::kNoProvider:
+            stopBox("****** HASH ERROR ******", "Could not open the system's provider of SHA-256. Nothing was read. "
+                                                "Start again without SHA-256");
+            return false;
+        case World::HasherTrouble::kNoHash:
+            stopBox("****** HASH ERROR ******",
+                    "Could not begin a SHA-256 HASH. Nothing was read. Start again without SHA-256");
+            return false;
+        case World::HasherTrouble::kNone:
             return true;
         }
         return false;
+    }
+
+    /// Adds what lies in the buffer to the digests. Null when all have it, else the text of each that has not.
+    struct HashTexts {
+        const char* md5 = nullptr;
+        const char* sha256 = nullptr;
+    };
+    HashTexts hash(std::size_t length) {
+        const auto bytes = std::span(buffer_).first(length);
+        HashTexts texts;
+        if (!world_.hash(digest_, bytes)) {
+            texts.md5 = "Could not get HASH data. Exiting";
+        }
+        if (world_.script.alsoSha256 && !world_.hashSha256(sha256_, bytes)) {
+            texts.sha256 = "Could not add a block to the SHA-256 HASH. Nothing more is read. Start again";
+        }
+        return texts;
     }
 
     std::uint32_t forensicImage() {
@@ -714,13 +747,16 @@ class SequentialModel {
             if (!writeImage(*image, length)) {
                 couldNotWrite();
             }
-            if (!world_.hash(digest_, std::span(buffer_).first(length))) {
-                hashFailed_ = true;
-                lost = lost == nullptr ? "hashed" : lost;
-                stopBox("****** HASH ERROR ******", "Could not get HASH data. Exiting");
-                closeImage();
-                flags_.running = 0;
-                timer(750);
+            const HashTexts missing = hash(length);
+            for (const char* const trouble : {missing.md5, missing.sha256}) {
+                if (trouble != nullptr) {
+                    hashFailed_ = true;
+                    lost = lost == nullptr ? "hashed" : lost;
+                    stopBox("****** HASH ERROR ******", trouble);
+                    closeImage();
+                    flags_.running = 0;
+                    timer(750);
+                }
             }
         };
         std::uint64_t k = 0;
@@ -750,7 +786,8 @@ class SequentialModel {
         // The remainder is a block like the others: without it the image is no success, and without its digest it is
         // none either.
         imagedWhole_ = wanted && whole(k) && lost == nullptr;
-        const bool hasDigest = !world_.digestFails();
+        const bool hasMd5 = !world_.digestFails();
+        const bool hasDigest = hasMd5 && !(world_.script.alsoSha256 && world_.sha256DigestFails());
         const bool complete = movedAll && !flushLost && hasDigest;
         hashFailed_ = hashFailed_ || !hasDigest;
         showLosses(imagedWhole_ && hashFailed_ ? "not hashed" : completed(imagedWhole_));
@@ -762,6 +799,9 @@ class SequentialModel {
                 digestText_ = ". MD5";
                 for (const unsigned byte : imaged_) {
                     digestText_ += text(" %02X", byte);
+                }
+                if (world_.script.alsoSha256) {
+                    sha256File(name);
                 }
             }
         }
@@ -781,8 +821,13 @@ class SequentialModel {
         } else if (lastLost) {
             trouble_ = lastBlock(lost);
         } else if (movedAll && !hasDigest) {
-            trouble_ = "The HASH of [" + path_ +
-                       "] could not be read. The image has no hash file, and it cannot be verified. Make it anew";
+            trouble_ = hasMd5 ? "The SHA-256 HASH of [" + path_ +
+                                    "] could not be read. The image has no hash files, and it cannot be verified. "
+                                    "Make it anew"
+                              : "The HASH of [" + path_ +
+                                    "] could not be read. The image has no hash file, and it cannot be verified. "
+                                    "Make it anew";
+            troubleCaption_ = hasMd5 ? "****** HASH ERROR ******" : troubleCaption_;
         }
         verifiable_ = complete;
         return 1;
@@ -791,7 +836,7 @@ class SequentialModel {
     /// What follows an imaging pass once its row is written: what the user has to answer.
     void afterwards() {
         if (!trouble_.empty()) {
-            stopBox("***** IMAGE NOT COMPLETE *****", trouble_);
+            stopBox(troubleCaption_, trouble_);
         }
         if (verifiable_ && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
             jobRow("Verification of [" + path_ + "]: begins");
@@ -816,6 +861,21 @@ class SequentialModel {
         }
         if (!world_.writeHashFile(name, lines)) {
             log("Could not CREATE HASH file for [" + name + "]. Exiting.");
+        }
+    }
+
+    /// As `sha256sum -c` takes it.
+    void sha256File(const std::string& image) {
+        imagedSha256_ = sha256_.stretched();
+        std::string hex;
+        digestText_ += ". SHA-256";
+        for (const unsigned byte : imagedSha256_) {
+            hex += text("%02x", byte);
+            digestText_ += text(" %02X", byte);
+        }
+        const std::string name = image.substr(std::string(World::kFolder).size() + 1);
+        if (!world_.writeHashFile(image + ".sha256", hex + " *" + name + "\n")) {
+            log("Could not CREATE HASH file for [" + image + ".sha256]. Exiting.");
         }
     }
 
@@ -862,11 +922,12 @@ class SequentialModel {
                 status("Could not READ image for VERIFICATION");
                 return false;
             }
-            if (!world_.hash(digest_, std::span(buffer_).first(length))) {
-                stopBox("****** HASH ERROR ******", "Could not get HASH data. Exiting");
-                return false;
+            const HashTexts missing = hash(length);
+            const char* const trouble = missing.md5 != nullptr ? missing.md5 : missing.sha256;
+            if (trouble != nullptr) {
+                stopBox("****** HASH ERROR ******", trouble);
             }
-            return true;
+            return trouble == nullptr;
         };
         std::uint64_t k = 0;
         while (k < full_) {
@@ -887,17 +948,22 @@ class SequentialModel {
             stopBox("****** HASH ERROR ******", "Could not get HASH PARAM. Exiting");
             return failed();
         }
+        if (world_.script.alsoSha256 && world_.sha256DigestFails()) {
+            stopBox("****** HASH ERROR ******",
+                    "Could not get the SHA-256 HASH at its end. Nothing was compared. Start again");
+            return failed();
+        }
         const Md5Digest verified = digest_.value();
+        const bool equal = imaged == verified && (!world_.script.alsoSha256 || sha256_.stretched() == imagedSha256_);
         world_.close(*image);
         flags_.running = 0;
         flags_.succeeded = 1;
         repaintImageTrack();
-        driveStatus(world_.source,
-                    imaged == verified ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
-        jobRow("Verification of [" + name + "]: " + (imaged == verified ? "verified" : "not verified"));
+        driveStatus(world_.source, equal ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
+        jobRow("Verification of [" + name + "]: " + (equal ? "verified" : "not verified"));
         world_.see("print " + hashLine("Match HASH:", imaged));
         world_.see("print " + hashLine("Gen   HASH:", verified));
-        if (imaged == verified) {
+        if (equal) {
             informBox("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
         } else {
             informBox("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
@@ -1016,13 +1082,16 @@ class SequentialModel {
     bool remainderMoved_ = false;
     bool imagedWhole_ = false;
     ScriptedDigest digest_;
+    ScriptedDigest sha256_;
 
     std::string ending_ = "not started";
     std::string path_; ///< of the image that was made
     std::string digestText_;
     std::string trouble_; ///< at the end of an image, in words
+    std::string troubleCaption_ = "***** IMAGE NOT COMPLETE *****";
     bool verifiable_ = false;
     Md5Digest imaged_{};
+    Sha256Digest imagedSha256_{};
 };
 
 } // namespace torvane::testing

@@ -49,6 +49,14 @@ class ScriptedDigest {
         std::memcpy(digest.data() + sizeof low_, &high_, sizeof high_);
         return digest;
     }
+    /// The same stretched to the length of a SHA-256.
+    [[nodiscard]] Sha256Digest stretched() const {
+        const Md5Digest half = value();
+        Sha256Digest digest{};
+        std::copy(half.begin(), half.end(), digest.begin());
+        std::copy(half.rbegin(), half.rend(), digest.begin() + half.size());
+        return digest;
+    }
 
   private:
     std::uint64_t low_ = 0xCBF29CE484222325ULL;
@@ -80,10 +88,13 @@ class World {
         destinationBytes = noise(random, script.destinationBytes);
         files[kSourceImage] = sourceBytes;
         media_[kDestination] = destinationBytes;
-        for (std::size_t i = 0; i < script.takenImages + script.takenHashFiles; ++i) {
+        const std::size_t takenMd5 = script.takenImages + script.takenHashFiles;
+        for (std::size_t i = 0; i < takenMd5 + script.takenSha256Files; ++i) {
             const std::string number = std::to_string(static_cast<std::size_t>(imageNumber) + 1 + i);
-            const std::string name =
-                i < script.takenImages ? "Model 100%s." + number + ".img" : "MD5-HASH--Model 100%s." + number + ".txt";
+            const std::string image = "Model 100%s." + number + ".img";
+            const std::string name = i < script.takenImages ? image
+                                     : i < takenMd5         ? "MD5-HASH--Model 100%s." + number + ".txt"
+                                                            : image + ".sha256";
             files[std::string(kFolder) + "\\" + name] = Bytes(3, std::byte{'o'});
         }
     }
@@ -263,6 +274,25 @@ class World {
 
     [[nodiscard]] bool digestFails() const { return script.noDigest[pass]; }
 
+    // The same of the SHA-256 of the pass that has begun.
+
+    [[nodiscard]] HasherTrouble beginSha256() const {
+        if (script.noSha256Provider[pass]) {
+            return HasherTrouble::kNoProvider;
+        }
+        return script.noSha256Hash[pass] ? HasherTrouble::kNoHash : HasherTrouble::kNone;
+    }
+
+    bool hashSha256(ScriptedDigest& digest, std::span<const std::byte> bytes) {
+        if (script.sha256Hashes.contains(sha256Calls++)) {
+            return false;
+        }
+        digest.add(bytes);
+        return true;
+    }
+
+    [[nodiscard]] bool sha256DigestFails() const { return script.noSha256Digest[pass]; }
+
     // --- time ---
 
     std::int64_t tick() {
@@ -312,6 +342,7 @@ class World {
     std::atomic<std::uint64_t> writesBegun{0};
     std::atomic<std::uint64_t> flushes{0};
     std::uint64_t hashCalls = 0;
+    std::uint64_t sha256Calls = 0;
     std::uint64_t sourceQuestions = 0;
     std::uint64_t destinationQuestions = 0;
     std::size_t racesLost = 0;
