@@ -126,6 +126,10 @@ class NoDisplay : public JobDisplay {
   public:
     void setStatus(std::string_view) override {}
     void setLosses(std::string_view, bool) override {}
+    void showRun(const RunFigures&) override {}
+    void endRun() override {}
+    void setImagePlace(std::string_view) override {}
+    void callUser(bool) override {}
     void repaint() override {}
     void repaintTrack(const TrackArea&) override {}
     void startExplosionTimer(int) override {}

@@ -77,7 +77,7 @@ CONTROL_HEADERS = re.compile(r"^(commctrl|windowsx|prsht|richedit)\.h$", re.I)
 BOTH_WORLDS = {"base/local_moment.cpp"}
 
 # What of ui/ a logic file may use: the boxes, the choosers and the waiting, and what is pure. All else in ui/ is a window.
-UI_FOR_LOGIC = {"ui/prompts.h", "ui/choosers.h", "ui/waiting.h", "ui/picture_choice.h"}
+UI_FOR_LOGIC = {"ui/prompts.h", "ui/choosers.h", "ui/waiting.h", "ui/picture_choice.h", "ui/task_bar_button.h", "ui/user_call.h"}
 # Named like a view, but only the interface that jobs talk to; it shows no control.
 VIEW_INTERFACES = {"state/main_view.h"}
 

@@ -15,6 +15,7 @@
 #include "ui/program_icon.h"
 #include "ui/prompt_owner.h"
 #include "ui/scrolling.h"
+#include "ui/task_bar_windows.h"
 #include "ui/window_scale.h"
 #include "window/main_window_view.h"
 #include "window/shutdown_guard.h"
@@ -44,6 +45,7 @@ bool MainDialog::onInitialise() {
     gdiPlus_.start();
     view_.attach(window());
     prompts::setOwner(window());
+    awaitTaskBarButton(window());
     watchJobs();
     state_.activeDriveChosen = 0;
     state_.activeDrive = nullptr;
@@ -266,9 +268,15 @@ HICON MainDialog::onQueryDragIcon() {
 void MainDialog::onDestroy() {
     view_.attach(nullptr);
     prompts::setOwner(nullptr);
+    taskBarButton().attach(nullptr);
 }
 
 std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    // Once the button is there, and again with each new task bar.
+    if (message == taskBarButtonMessage()) {
+        taskBarButton().attach(openTaskBar(window()));
+        return 0;
+    }
     switch (message) {
     case LogListDelivery::kMessage:
         view_.logRows().deliver(reinterpret_cast<const LogRow*>(lParam));

@@ -1,12 +1,17 @@
 #include "copy/dialogs/copy_dialog.h"
 
+#include "copy/dialogs/image_texts_view.h"
 #include "copy/dialogs/job_display_view.h"
+#include "copy/dialogs/task_bar_progress.h"
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/start_copy.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
+#include "ui/control_text.h"
 #include "ui/prompts.h"
 #include "ui/scrolling.h"
+#include "ui/task_bar_windows.h"
+#include "ui/user_call_windows.h"
 
 #include <utility>
 
@@ -15,6 +20,10 @@ namespace torvane {
 namespace {
 
 constexpr COLORREF kLossesColour = RGB(176, 0, 0);
+
+/// The clock by which time and rate of a run go on, also while the job waits for a drive.
+constexpr int kProgressTimer = 7001;
+constexpr UINT kProgressMilliseconds = 1000;
 
 /// The jobs' way to whichever dialog is open. Never destroyed: a job may still report when its dialog has closed.
 JobDisplayView& jobDisplay() {
@@ -34,7 +43,11 @@ bool CopyDialog::onInitialise() {
     CopyDialog::layOut();
     centreOnOwner();
     setUpTrack();
+    if (const HWND place = control(IDC_COPY_FOLDER); place != nullptr) {
+        imagePlaceTip_.attach(place, controlText(place));
+    }
     jobDisplay().attach(window());
+    SetTimer(window(), kProgressTimer, kProgressMilliseconds, nullptr);
     return true;
 }
 
@@ -67,7 +80,39 @@ void CopyDialog::onExit() {
     end(1);
 }
 
+void CopyDialog::drawProgress() {
+    if (const std::optional<RunFigures> run = jobDisplay().run()) {
+        showOnTaskBar(taskBarProgressOf(*run));
+    }
+    const ProgressField::Content now = jobDisplay().progress();
+    if (now.text == progressText_ && now.bad == progressBad_) {
+        return;
+    }
+    progressText_ = now.text;
+    progressBad_ = now.bad; // asked for as the text is drawn
+    setWindowText(control(IDC_COPY_LOSSES), progressText_);
+}
+
+void CopyDialog::drawImagePlace() {
+    showImagePlace(window(), jobDisplay().imagePlace());
+    imagePlaceTip_.setText(controlText(control(IDC_COPY_FOLDER)));
+}
+
+void CopyDialog::showOnTaskBar(const TaskBarProgress& progress) {
+    taskBarProgress_ = progress;
+    taskBarButton().show(progress);
+}
+
+void CopyDialog::callUser(bool good) {
+    showOnTaskBar(taskBarProgressAtEnd(taskBarProgress_, good));
+    callUserTo(GetWindow(window(), GW_OWNER), good);
+}
+
 bool CopyDialog::onTimer(int id) {
+    if (id == kProgressTimer) {
+        drawProgress();
+        return true;
+    }
     if (id != kExplosionTimer) {
         return false;
     }
@@ -90,7 +135,7 @@ bool CopyDialog::onPaint() {
 
 HBRUSH CopyDialog::onControlColour(HDC context) {
     SetBkColor(context, kDialogBackground);
-    if (WindowFromDC(context) == control(IDC_COPY_LOSSES) && jobDisplay().showsLosses()) {
+    if (WindowFromDC(context) == control(IDC_COPY_LOSSES) && progressBad_) {
         SetTextColor(context, kLossesColour);
     }
     return background_.get();
@@ -98,6 +143,7 @@ HBRUSH CopyDialog::onControlColour(HDC context) {
 
 void CopyDialog::onDestroy() {
     jobDisplay().attach(nullptr);
+    showOnTaskBar({});
 }
 
 std::optional<LRESULT> CopyDialog::onMessage(UINT message, WPARAM wParam, LPARAM) {
@@ -105,6 +151,20 @@ std::optional<LRESULT> CopyDialog::onMessage(UINT message, WPARAM wParam, LPARAM
     case JobDisplayView::kStartTimerMessage:
         SetTimer(window(), kExplosionTimer, static_cast<UINT>(wParam), nullptr);
         return 0;
+    case JobDisplayView::kProgressMessage:
+        drawProgress();
+        return 0;
+    case JobDisplayView::kImagePlaceMessage:
+        drawImagePlace();
+        return 0;
+    case JobDisplayView::kCallUserMessage:
+        callUser(wParam != FALSE);
+        return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) != WA_INACTIVE) {
+            endUserCall(GetWindow(window(), GW_OWNER));
+        }
+        return std::nullopt;
     case WM_ERASEBKGND:
         // The track is painted with its background; erased first, it would flicker.
         return TRUE;

@@ -5,8 +5,11 @@
 #include "copy/jobs/copy_order.h"
 #include "copy/jobs/track.h"
 #include "ui/dialog.h"
+#include "ui/task_bar_button.h"
+#include "ui/tool_tip.h"
 
 #include <span>
+#include <string>
 
 namespace torvane {
 
@@ -29,8 +32,8 @@ struct CopyDialogLook {
     const char* terminateFirst; ///< why it cannot be left while its job runs
 };
 
-/// A copy job's dialog: race track, status line, and what "Terminate" and "Exit" do in all of them. A job's dialog
-/// states its commands and how it starts.
+/// A copy job's dialog: race track, status line, how far the job is, and what "Terminate" and "Exit" do in all of them.
+/// A job's dialog states its commands and how it starts.
 class CopyDialog : public Dialog {
   protected:
     CopyDialog(AppState& state, const CopyDialogLook& look)
@@ -55,10 +58,18 @@ class CopyDialog : public Dialog {
 
   private:
     void setUpTrack();
+    void drawProgress();
+    void drawImagePlace();
+    void showOnTaskBar(const TaskBarProgress& progress);
+    void callUser(bool good);
 
     AppState& state_;
     const CopyDialogLook& look_;
     UniqueBrush background_;
+    ToolTip imagePlaceTip_;
+    std::string progressText_; ///< as it stands beside the status line
+    bool progressBad_ = false; ///< it tells of losses
+    TaskBarProgress taskBarProgress_;
 };
 
 } // namespace torvane

@@ -8,7 +8,11 @@ namespace torvane {
 
 void showImageTexts(HWND dialog, const DriveRecord& source, const std::string& folder) {
     setWindowText(GetDlgItem(dialog, IDC_COPY_IMAGING), " Imaging: " + std::string(source.model.view()));
-    setWindowText(GetDlgItem(dialog, IDC_COPY_FOLDER), "Into: " + folder);
+    showImagePlace(dialog, folder);
+}
+
+void showImagePlace(HWND dialog, const std::string& path) {
+    setWindowText(GetDlgItem(dialog, IDC_COPY_FOLDER), "Into: " + path);
 }
 
 } // namespace torvane

@@ -4,12 +4,22 @@
 #include "ui/control_text.h"
 #include "ui/scrolling.h"
 
-#include <string>
-
 namespace torvane {
 
 // The dialog may go at any moment. Messages to a window that has gone come back at once; what must not happen is a call
 // that means "no window": for it InvalidateRect would repaint the whole screen.
+
+void JobDisplayView::attach(HWND dialog) {
+    if (dialog != nullptr) {
+        field_.setWords("", false);
+    }
+    dialog_ = dialog;
+}
+
+std::string JobDisplayView::imagePlace() const {
+    const std::lock_guard lock(mutex_);
+    return imagePlace_;
+}
 
 void JobDisplayView::setStatus(std::string_view text) {
     if (const HWND dialog = dialog_; dialog != nullptr) {
@@ -18,10 +28,30 @@ void JobDisplayView::setStatus(std::string_view text) {
 }
 
 void JobDisplayView::setLosses(std::string_view text, bool bad) {
-    showsLosses_ = bad;
-    if (const HWND dialog = dialog_; dialog != nullptr) {
-        setWindowText(GetDlgItem(dialog, IDC_COPY_LOSSES), std::string(text));
+    field_.setWords(std::string(text), bad);
+    drawProgress();
+}
+
+// Drawn by the dialog's clock.
+void JobDisplayView::showRun(const RunFigures& run) {
+    field_.showRun(run, now());
+}
+
+void JobDisplayView::endRun() {
+    field_.endRun();
+    drawProgress();
+}
+
+void JobDisplayView::setImagePlace(std::string_view path) {
+    {
+        const std::lock_guard lock(mutex_);
+        imagePlace_ = path;
     }
+    post(kImagePlaceMessage);
+}
+
+void JobDisplayView::callUser(bool good) {
+    post(kCallUserMessage, good ? TRUE : FALSE);
 }
 
 void JobDisplayView::repaint() {
@@ -38,8 +68,19 @@ void JobDisplayView::repaintTrack(const TrackArea& area) {
 }
 
 void JobDisplayView::startExplosionTimer(int milliseconds) {
+    post(kStartTimerMessage, static_cast<WPARAM>(milliseconds));
+}
+
+// On the dialog's thread, so that words and figures stand there in the order in which they were told.
+void JobDisplayView::drawProgress() const {
     if (const HWND dialog = dialog_; dialog != nullptr) {
-        PostMessageA(dialog, kStartTimerMessage, static_cast<WPARAM>(milliseconds), 0);
+        SendMessageA(dialog, kProgressMessage, 0, 0);
+    }
+}
+
+void JobDisplayView::post(UINT message, WPARAM wParam) const {
+    if (const HWND dialog = dialog_; dialog != nullptr) {
+        PostMessageA(dialog, message, wParam, 0);
     }
 }
 

@@ -44,6 +44,8 @@ class BlockOrder {
     static BlockOrder forward(std::uint64_t byteCount, std::size_t blockSize) { return {byteCount, blockSize, false}; }
     static BlockOrder reverse(std::uint64_t byteCount, std::size_t blockSize) { return {byteCount, blockSize, true}; }
 
+    /// Bytes of all transfers.
+    [[nodiscard]] std::uint64_t byteCount() const { return byteCount_; }
     [[nodiscard]] std::uint64_t fullBlocks() const { return split_.fullBlocks; }
     [[nodiscard]] bool hasRemainder() const { return split_.remainder != 0; }
     /// All transfers, the remainder's included.

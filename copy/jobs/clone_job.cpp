@@ -87,7 +87,8 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
                            .direction = way.direction,
                            .label = " Status",
                            .activity = "Cloning",
-                           .drives = {&source, &destination}});
+                           .drives = {&source, &destination},
+                           .losses = &account.losses});
 
     JobLosses& losses = account.losses;
     losses.bytesNotCopied = driveBytes(source);

@@ -68,7 +68,18 @@ void UpdateStatusText(const CopyJob& job, JobTiming& timing, std::int64_t blocks
 
 CopyProgress::CopyProgress(const CopyJob& job, const BlockOrder& order, ProgressLook look)
     : job_(job), look_(std::move(look)), timing_{.startTick = job.system.tick(),
-                                                 .total = static_cast<std::int64_t>(order.fullBlocks())} {}
+                                                 .total = static_cast<std::int64_t>(order.fullBlocks())},
+      bytesTotal_(order.byteCount()) {}
+
+void CopyProgress::count(std::uint64_t bytes) {
+    bytesDone_ += bytes;
+    showRun();
+}
+
+void CopyProgress::showRun() const {
+    job_.display.showRun(
+        {.done = bytesDone_, .total = bytesTotal_, .losses = look_.losses != nullptr ? *look_.losses : JobLosses{}});
+}
 
 void CopyProgress::update(std::uint64_t blocksDone) {
     UpdateStatusText(job_, timing_, static_cast<std::int64_t>(blocksDone), lastPercent_, look_);

@@ -40,6 +40,7 @@ struct ProgressLook {
     std::string_view label;                 ///< see statusLine
     std::string_view activity;              ///< see driveProgressText
     std::vector<const DriveRecord*> drives; ///< whose "Status" cell follows the job
+    const JobLosses* losses = nullptr;      ///< what is lost so far; null: nothing can be
 };
 
 /// Shows how far the job is: the status line at every call, vehicle and drive list whenever the percent has changed.
@@ -52,13 +53,22 @@ class CopyProgress {
   public:
     CopyProgress(const CopyJob& job, const BlockOrder& order, ProgressLook look);
 
+    /// No byte is done yet, and the display's clock begins to run.
+    void begin() { showRun(); }
+    /// So many bytes more were dealt with.
+    void count(std::uint64_t bytes);
+
     void update(std::uint64_t blocksDone);
     void setDriveStatus(const std::string& text) const;
 
   private:
+    void showRun() const;
+
     const CopyJob& job_;
     ProgressLook look_;
     JobTiming timing_;
+    std::uint64_t bytesDone_ = 0;
+    std::uint64_t bytesTotal_;
     std::int32_t lastPercent_ = -1;
 };
 

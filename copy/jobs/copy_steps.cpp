@@ -59,10 +59,19 @@ RunEnd moveBlocks(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progr
         blocks.stop();
         return RunEnd::kGaveUp;
     };
+    const auto moveNext = [&] {
+        const Block block = blocks.take();
+        const bool moved = move(block);
+        if (moved) {
+            progress.count(block.extent.length);
+        }
+        return moved;
+    };
+    progress.begin();
     blocks.start();
     std::uint64_t done = 0;
     while (done < fullBlocks) {
-        if (!move(blocks.take())) {
+        if (!moveNext()) {
             return giveUp();
         }
         if (stopsForBadBlocks(job, rule) || !job.claim.isRaised()) {
@@ -77,7 +86,7 @@ RunEnd moveBlocks(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progr
     }
     const bool remainderSkipped = blocks.order().hasRemainder() && !job.claim.isRaised();
     if (blocks.order().hasRemainder() && !remainderSkipped) {
-        if (!move(blocks.take())) {
+        if (!moveNext()) {
             return giveUp();
         }
         stopsForBadBlocks(job, rule);
@@ -97,7 +106,7 @@ bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses) {
 }
 
 std::string_view endingInWords(RunEnd end) {
-    return end == RunEnd::kWhole ? "completed" : kNotCompleted;
+    return end == RunEnd::kWhole ? kCompleted : kNotCompleted;
 }
 
 std::string runOutcomeText(RunEnd end, const JobLosses& losses) {

@@ -49,9 +49,10 @@ enum class RunEnd {
     return end == RunEnd::kWhole || end == RunEnd::kRemainderSkipped;
 }
 
-/// Moves all blocks in order. `move` gets each one, and returns false when the job cannot go on. After each full block
-/// comes the test for too many unreadable blocks, then the test whether the job was asked to stop, then the progress
-/// and `finished`; the remainder is moved only while the job still runs. When this returns, no read is in flight.
+/// Moves all blocks in order. `move` gets each one, and returns false when the job cannot go on. Then the block counts
+/// as dealt with in the progress, which begins before the first one. After each full block comes the test for too many
+/// unreadable blocks, then the test whether the job was asked to stop, then the progress and `finished`; the remainder
+/// is moved only while the job still runs. When this returns, no read is in flight.
 [[nodiscard]] RunEnd moveBlocks(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progress,
                                 const BadBlockRule& rule, const std::function<bool(const Block&)>& move,
                                 const std::function<void()>& finished = {});

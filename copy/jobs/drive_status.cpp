@@ -1,8 +1,8 @@
 #include "copy/jobs/drive_status.h"
 
 #include "base/format.h"
+#include "copy/jobs/size_units.h"
 
-#include <array>
 #include <cinttypes>
 
 namespace torvane {
@@ -21,21 +21,11 @@ void addCount(std::string& text, std::uint64_t count, std::string_view one, std:
 
 /// "512 MB", "1.5 GB", "100 bytes": in the largest unit that is not larger than the size itself.
 std::string sizeInWords(std::uint64_t bytes) {
-    struct Unit {
-        std::string_view name;
-        std::uint64_t bytes;
-    };
-    static constexpr std::array<Unit, 4> kUnits{
-        {{" TB", 1ULL << 40}, {" GB", 1ULL << 30}, {" MB", 1ULL << 20}, {" KB", 1ULL << 10}}};
-    for (const Unit& unit : kUnits) {
-        if (bytes >= unit.bytes) {
-            const bool whole = bytes % unit.bytes == 0;
-            return (whole ? formatText("%" PRIu64, bytes / unit.bytes)
-                          : formatText("%.1f", static_cast<double>(bytes) / static_cast<double>(unit.bytes)))
-                .append(unit.name);
-        }
-    }
-    return formatText("%" PRIu64, bytes).append(bytes == 1 ? " byte" : " bytes");
+    const SizeUnit unit = sizeUnitOf(bytes);
+    const bool whole = bytes % unit.bytes == 0;
+    return (whole ? formatText("%" PRIu64 " ", bytes / unit.bytes)
+                  : formatText("%.1f ", static_cast<double>(bytes) / static_cast<double>(unit.bytes)))
+        .append(unit.name);
 }
 
 void addFaults(std::string& text, const JobLosses& losses) {
@@ -51,16 +41,25 @@ void addNotCopied(std::string& text, const JobLosses& losses) {
 
 } // namespace
 
+bool hasFaults(const JobLosses& losses) {
+    return losses.unreadableBlocks != 0 || losses.failedWrites != 0;
+}
+
 bool hasLost(const JobLosses& losses) {
-    return losses.unreadableBlocks != 0 || losses.failedWrites != 0 || losses.bytesNotCopied != 0 || losses.notHashed;
+    return hasFaults(losses) || losses.bytesNotCopied != 0 || losses.notHashed;
+}
+
+std::string faultsInWords(const JobLosses& losses) {
+    std::string text;
+    addFaults(text, losses);
+    return text;
 }
 
 std::string lossesInWords(const JobLosses& losses) {
     if (!hasLost(losses)) {
         return "Nothing was lost";
     }
-    std::string text;
-    addFaults(text, losses);
+    std::string text = faultsInWords(losses);
     addNotCopied(text, losses);
     if (losses.notHashed) {
         addClause(text, "not hashed");

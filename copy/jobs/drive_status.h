@@ -15,11 +15,20 @@ struct JobLosses {
     bool mountedMeanwhile = false;      ///< writes failed because a volume was mounted on the destination
 };
 
+/// Something could not be read or written.
+[[nodiscard]] bool hasFaults(const JobLosses& losses);
+
 [[nodiscard]] bool hasLost(const JobLosses& losses);
+
+/// "2 unreadable blocks, 40 failed writes": what could not be read or written. Empty when everything could.
+[[nodiscard]] std::string faultsInWords(const JobLosses& losses);
 
 /// "2 unreadable blocks, 40 failed writes, 512 MB of the source not copied"; "Nothing was lost" when nothing was. Units
 /// are powers of 1024 bytes.
 [[nodiscard]] std::string lossesInWords(const JobLosses& losses);
+
+/// How a job ended that went through to its end, in the log file's words.
+inline constexpr std::string_view kCompleted = "completed";
 
 /// How a job that did not go through to its end ended, in the "Status" cell's words.
 inline constexpr std::string_view kNotStarted = "not started";

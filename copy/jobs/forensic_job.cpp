@@ -187,7 +187,11 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
         return std::nullopt;
     }
     CopyProgress progress(job, blocks.order(),
-                          {.track = kImageTrack, .label = " Image Status", .activity = "Imaging", .drives = {&source}});
+                          {.track = kImageTrack,
+                           .label = " Image Status",
+                           .activity = "Imaging",
+                           .drives = {&source},
+                           .losses = &account.losses});
     job.display.setStatus(" Status: Idle");
     std::optional<Hashers> hashers = makeHashersOrTell(job, {.md5 = true, .sha256 = job.order.alsoSha256});
     if (!hashers) {
@@ -237,6 +241,7 @@ std::uint32_t imageForensically(const CopyJob& job, JobAccount& account, std::op
         return endRefused(job);
     }
 
+    job.display.setImagePlace(job.order.path);
     NewImage created = createNumberedImage(job, source);
     ForensicImage image{.file = ImageSink(std::move(created.file)), .hashers = {}};
     if (!image.file.isOpen()) {
@@ -244,6 +249,7 @@ std::uint32_t imageForensically(const CopyJob& job, JobAccount& account, std::op
         showNotStarted(job, source);
         return 0;
     }
+    job.display.setImagePlace(created.name.path);
     account.file = created.name.path;
     imaged = imageDrive(job, source, created.name, std::move(image), account);
     if (!imaged) {

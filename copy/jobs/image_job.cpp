@@ -15,6 +15,7 @@ std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
         return endRefused(job);
     }
 
+    job.display.setImagePlace(job.order.path);
     NewImage created = createNumberedImage(job, source);
     ImageSink image(std::move(created.file));
     if (!image.isOpen()) {
@@ -22,6 +23,7 @@ std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
         showNotStarted(job, source);
         return 0;
     }
+    job.display.setImagePlace(created.name.path);
     DriveSource driveSource(job.drives, source);
     BlockPipeline blocks(driveSource, BlockOrder::forward(driveBytes(source), job.blockSize));
     if (!blocks.hasBuffers()) {
@@ -30,7 +32,11 @@ std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
         return 0;
     }
     CopyProgress progress(job, blocks.order(),
-                          {.track = kImageTrack, .label = " Status", .activity = "Imaging", .drives = {&source}});
+                          {.track = kImageTrack,
+                           .label = " Status",
+                           .activity = "Imaging",
+                           .drives = {&source},
+                           .losses = &account.losses});
     const bool wanted = showIdle(job);
 
     account.file = created.name.path;

@@ -72,9 +72,12 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
         return endRefused(job);
     }
     const bool unmounted = readiness == Readiness::kReady && isDestinationUnmounted(job);
-    CopyProgress progress(
-        job, blocks.order(),
-        {.track = kCloneTrack, .label = " Status", .activity = "Writing image", .drives = {&destination}});
+    CopyProgress progress(job, blocks.order(),
+                          {.track = kCloneTrack,
+                           .label = " Status",
+                           .activity = "Writing image",
+                           .drives = {&destination},
+                           .losses = &account.losses});
 
     JobLosses& losses = account.losses;
     losses.bytesNotCopied = image.size();

@@ -78,6 +78,10 @@ std::uint32_t runAccounted(const CopyJob& job, const std::function<std::uint32_t
     JobAccount account;
     const std::uint32_t exitCode = run(account);
     job.system.logJob(endRow(job, account));
+    // Whoever has just answered why it did not begin sits here.
+    if (account.ending != kNotStarted) {
+        job.display.callUser(account.ending == kCompleted && !hasLost(account.losses));
+    }
     return exitCode;
 }
 

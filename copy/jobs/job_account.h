@@ -21,7 +21,7 @@ struct JobAccount {
 };
 
 /// Runs a job between the two rows of its own in the log file, of its beginning and its end. Nothing of an earlier job
-/// is left in the dialog's field of losses. Returns what `run` returns.
+/// is left in the dialog's field of losses, and at its end the user is called. Returns what `run` returns.
 std::uint32_t runAccounted(const CopyJob& job, const std::function<std::uint32_t(JobAccount&)>& run);
 
 /// Shows in words what the job has lost.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "copy/jobs/run_figures.h"
 #include "copy/jobs/track.h"
 
 #include <string_view>
@@ -17,8 +18,22 @@ class JobDisplay {
     /// Replaces the status line.
     virtual void setStatus(std::string_view text) = 0;
 
-    /// Replaces the words beside the status line that say what the job has lost; `bad` when it has lost anything.
+    /// Replaces the words beside the status line that say what the job has lost; `bad` when it has lost anything. Ends
+    /// the run.
     virtual void setLosses(std::string_view text, bool bad) = 0;
+
+    /// Shows how far a run is, in place of these words. The first call begins the run, whose rate and time the display
+    /// tells. Does not wait for it.
+    virtual void showRun(const RunFigures& run) = 0;
+    /// The run has ended: the words stand there again.
+    virtual void endRun() = 0;
+
+    /// Shows where an image goes: into this folder, and once it exists, what its whole name is. Does not wait for it.
+    virtual void setImagePlace(std::string_view path) = 0;
+
+    /// The job, or the verification behind it, is over; `good` when nothing was lost. Calls a user who has turned to
+    /// something else. Does not wait for it.
+    virtual void callUser(bool good) = 0;
 
     /// Asks for the whole dialog, or for the track's place, to be painted anew. Does not wait for it.
     virtual void repaint() = 0;

@@ -44,9 +44,12 @@ std::optional<bool> verify(const CopyJob& job, const std::string& imageName, con
         showNoVerification(job, imaging);
         return std::nullopt;
     }
-    CopyProgress progress(
-        job, blocks.order(),
-        {.track = kImageTrack, .label = " Status", .activity = "Verifying", .drives = {job.order.source}});
+    CopyProgress progress(job, blocks.order(),
+                          {.track = kImageTrack,
+                           .label = " Status",
+                           .activity = "Verifying",
+                           .drives = {job.order.source},
+                           .losses = &imaging.losses}); // lost all the same
     job.claim.raiseAnew(); // the user has said yes since, whatever was asked of the imaging pass
     job.display.setStatus(" Beginning Verification");
 
@@ -64,6 +67,7 @@ std::optional<bool> verify(const CopyJob& job, const std::string& imageName, con
     progress.setDriveStatus(verdictForDrive(equal, imaging));
     // Before the box, which may wait for its answer until the morning.
     logVerification(job, imageName, equal ? "verified" : "not verified");
+    job.display.callUser(equal && imaging.whole && !hasLost(imaging.losses));
     showVerdict(job, digests, *verified);
     return equal;
 }
@@ -77,6 +81,7 @@ int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Dige
         return 1;
     }
     logVerification(job, imageName, "could not be made");
+    job.display.callUser(false);
     return 0;
 }
 

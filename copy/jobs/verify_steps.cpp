@@ -44,7 +44,9 @@ std::optional<Digests> digestsOfImage(const CopyJob& job, BlockPipeline& blocks,
         }
         return addOrTell(job, *hashers, block.bytes);
     };
-    if (moveBlocks(job, blocks, progress, {}, hashBlock, [&] { ++done; }) == RunEnd::kGaveUp) {
+    const RunEnd end = moveBlocks(job, blocks, progress, {}, hashBlock, [&] { ++done; });
+    job.display.endRun();
+    if (end == RunEnd::kGaveUp) {
         return std::nullopt;
     }
     progress.update(done);

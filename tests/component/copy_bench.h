@@ -43,6 +43,19 @@ class RecordingDisplay : public JobDisplay {
         const std::lock_guard lock(mutex_);
         losses_ = (bad ? "red: " : "") + std::string(text);
     }
+    void showRun(const RunFigures& run) override {
+        const std::lock_guard lock(mutex_);
+        runs_.push_back(run);
+    }
+    void endRun() override {}
+    void setImagePlace(std::string_view path) override {
+        const std::lock_guard lock(mutex_);
+        imagePlaces_.emplace_back(path);
+    }
+    void callUser(bool good) override {
+        const std::lock_guard lock(mutex_);
+        calls_.emplace_back(good ? "good" : "bad");
+    }
     void repaint() override {}
     void repaintTrack(const TrackArea&) override {}
     void startExplosionTimer(int milliseconds) override {
@@ -63,6 +76,21 @@ class RecordingDisplay : public JobDisplay {
         const std::lock_guard lock(mutex_);
         return losses_;
     }
+    /// Every figure of every run.
+    [[nodiscard]] std::vector<RunFigures> runs() const {
+        const std::lock_guard lock(mutex_);
+        return runs_;
+    }
+    /// Where the image was said to go.
+    [[nodiscard]] std::vector<std::string> imagePlaces() const {
+        const std::lock_guard lock(mutex_);
+        return imagePlaces_;
+    }
+    /// "good" or "bad" for each time that the user was called.
+    [[nodiscard]] std::vector<std::string> calls() const {
+        const std::lock_guard lock(mutex_);
+        return calls_;
+    }
     [[nodiscard]] std::vector<int> timers() const {
         const std::lock_guard lock(mutex_);
         return timers_;
@@ -74,6 +102,9 @@ class RecordingDisplay : public JobDisplay {
     mutable std::mutex mutex_;
     std::vector<std::string> statuses_;
     std::string losses_;
+    std::vector<RunFigures> runs_;
+    std::vector<std::string> imagePlaces_;
+    std::vector<std::string> calls_;
     std::vector<int> timers_;
 };
 

@@ -28,18 +28,9 @@ class AlikeDrivesTest : public CopyUiTest {
                              {"letter": "M", "extents": [{"offset": "4 MiB", "length": "1 MiB"}]})"));
     }
 
-    /// The tool tip that shows; empty while none does.
-    [[nodiscard]] std::string tip() const {
-        for (const Window& window : topLevelWindows(program().processId())) {
-            if (window.className() == "tooltips_class32" && window.visible()) {
-                return window.text();
-            }
-        }
-        return "";
-    }
     void expectTip(const ListView& list, int row, const std::string& text) const {
         hoverAt(centre(list.cellRect(row, 1)));
-        expectSoon([&] { EXPECT_EQ(tip(), text); });
+        expectSoon([&] { EXPECT_EQ(toolTip(), text); });
         parkMouse();
     }
 };

@@ -191,6 +191,15 @@ void UiTest::expectNoBox() const {
     EXPECT_TRUE(window.enabled() || !program().running()) << "a window is about to open";
 }
 
+std::string UiTest::toolTip() const {
+    for (const Window& window : topLevelWindows(program().processId())) {
+        if (window.className() == "tooltips_class32" && window.visible()) {
+            return window.text();
+        }
+    }
+    return "";
+}
+
 BenchFolder pairBench() {
     BenchFolder folder;
     folder.bench(R"({"title": "a disk and a solid-state drive"})");

@@ -44,6 +44,9 @@ class UiTest : public ::testing::Test {
     /// Expects that no box and no dialog is open or about to open when the window has dealt with all input so far.
     void expectNoBox() const;
 
+    /// The tool tip that shows; empty while none does.
+    [[nodiscard]] std::string toolTip() const;
+
   private:
     /// Expects that of the box in front of `owner`, and answers it.
     static void expectThat(const MessageBoxWindow& box, const Window& owner, const std::string& caption,

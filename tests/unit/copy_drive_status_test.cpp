@@ -32,6 +32,15 @@ TEST(LossesInWords, SayBytesInTheLargestUnitThatFits) {
     EXPECT_EQ(words(2 * kMebibyte * kMebibyte), "2 TB of the source not copied");
 }
 
+TEST(FaultsInWords, TellWhatCouldNotBeReadOrWrittenAlone) {
+    EXPECT_FALSE(hasFaults({.bytesNotCopied = kMebibyte, .notHashed = true}));
+    EXPECT_EQ(faultsInWords({.bytesNotCopied = kMebibyte, .notHashed = true}), "");
+    EXPECT_TRUE(hasFaults({.unreadableBlocks = 1}));
+    EXPECT_TRUE(hasFaults({.failedWrites = 1}));
+    EXPECT_EQ(faultsInWords({.unreadableBlocks = 2, .failedWrites = 1, .bytesNotCopied = kMebibyte}),
+              "2 unreadable blocks, 1 failed write");
+}
+
 TEST(DriveOutcomeText, OfACutCopyIsNotCompleted) {
     EXPECT_EQ(driveOutcomeText("", {}), "COMPLETED");
     EXPECT_EQ(driveOutcomeText("", {.bytesNotCopied = 512 * kMebibyte}), "BAD 512 MB of the source not copied");

@@ -43,6 +43,10 @@ class NoDisplay : public JobDisplay {
   public:
     void setStatus(std::string_view /*text*/) override {}
     void setLosses(std::string_view /*text*/, bool /*bad*/) override {}
+    void showRun(const RunFigures& /*run*/) override {}
+    void endRun() override {}
+    void setImagePlace(std::string_view /*path*/) override {}
+    void callUser(bool /*good*/) override {}
     void repaint() override {}
     void repaintTrack(const TrackArea& /*area*/) override {}
     void startExplosionTimer(int /*milliseconds*/) override {}

@@ -184,6 +184,14 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     void setLosses(std::string_view text, bool bad) override {
         see((bad ? "bad losses [" : "losses [") + std::string(text) + "]");
     }
+    void showRun(const RunFigures& run) override {
+        see("run " + std::to_string(run.done) + " of " + std::to_string(run.total) + ", " +
+            std::to_string(run.losses.unreadableBlocks) + " unreadable, " + std::to_string(run.losses.failedWrites) +
+            " not written");
+    }
+    void endRun() override { see("run ends"); }
+    void setImagePlace(std::string_view path) override { see("image into [" + std::string(path) + "]"); }
+    void callUser(bool good) override { see(good ? "calls: good" : "calls: bad"); }
     void repaint() override { see("repaint"); }
     void repaintTrack(const TrackArea& area) override {
         see("repaint " + std::to_string(area.left) + "," + std::to_string(area.top) + "," + std::to_string(area.right) +

@@ -21,6 +21,9 @@ class SequentialModel {
         const std::uint32_t exitCode = runJob();
         jobRow(subject(path_.empty() ? destinationText() : "into [" + path_ + "]") + ": " + ending_ +
                (ending_ == "not started" ? "" : ". " + losses()) + digestText_);
+        if (ending_ != "not started") {
+            callUser(ending_ == "completed" && losses() == "Nothing was lost");
+        }
         if (mountedMeanwhile_) {
             tellMount();
         }
@@ -73,6 +76,8 @@ class SequentialModel {
     // --- what is shown ---
 
     void status(const std::string& line) { world_.see("status [" + line + "]"); }
+    void callUser(bool good) { world_.see(good ? "calls: good" : "calls: bad"); }
+    void imageInto(const std::string& path) { world_.see("image into [" + path + "]"); }
     void repaint() { world_.see("repaint"); }
     void repaintCloneTrack() { world_.see("repaint 10,160,830,241"); }
     void repaintImageTrack() { world_.see("repaint 10,10,830,91"); }
@@ -248,6 +253,24 @@ class SequentialModel {
             out = text("%02" PRId64 ":%02" PRId64 ":%02" PRId64, hours, minutes, seconds);
         }
         return out;
+    }
+
+    // --- how far the run is ---
+
+    void beginRun(bool wanted) {
+        dealtWith_ = 0;
+        if (wanted) {
+            showRun();
+        }
+    }
+    void countBytes(std::uint64_t length) {
+        dealtWith_ += length;
+        showRun();
+    }
+    void endRun() { world_.see("run ends"); }
+    void showRun() {
+        world_.see("run " + std::to_string(dealtWith_) + " of " + std::to_string(bytes_) + ", " +
+                   std::to_string(unreadable_) + " unreadable, " + std::to_string(failedWrites_) + " not written");
     }
 
     enum class Track { kClone, kImage };
@@ -476,11 +499,13 @@ class SequentialModel {
         }
         const bool wanted = ready == Ready::kYes;
         beginTiming();
+        beginRun(wanted);
         std::uint64_t k = 0;
         for (; wanted && k < full_; ++k) {
             const std::uint64_t offset = k * block_;
             readBlock(offset, block_);
             writeBlock(offset, block_);
+            countBytes(block_);
             if (tooManyBadBlocks(750) || flags_.running == 0) {
                 break;
             }
@@ -489,6 +514,7 @@ class SequentialModel {
         if (remainder_ > 0 && flags_.running == 1) {
             readBlock(full_ * block_, remainder_);
             writeBlock(full_ * block_, remainder_);
+            countBytes(remainder_);
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
@@ -522,11 +548,13 @@ class SequentialModel {
         }
         const bool wanted = ready == Ready::kYes;
         beginTiming();
+        beginRun(wanted);
         std::uint64_t offset = bytes_ - block_;
         std::uint64_t k = 0;
         while (wanted && k < full_) {
             readBlock(offset, block_);
             writeBlock(offset, block_);
+            countBytes(block_);
             if (tooManyBadBlocks(500) || flags_.running == 0) {
                 break;
             }
@@ -537,6 +565,7 @@ class SequentialModel {
         if (remainder_ > 0 && flags_.running == 1) {
             readBlock(0, remainder_);
             writeBlock(0, remainder_);
+            countBytes(remainder_);
             remainderMoved_ = true;
             tooManyBadBlocks(500);
         }
@@ -590,6 +619,7 @@ class SequentialModel {
         if (!isSourceUnchanged()) {
             return refused({&world_.source});
         }
+        imageInto(World::kFolder);
         int number = 0;
         std::string name;
         std::optional<World::OpenFile> image = createImage(name, number);
@@ -598,6 +628,7 @@ class SequentialModel {
             driveStatus(world_.source, outcome("not started"));
             return 0;
         }
+        imageInto(name);
         path_ = name;
         notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
         split(notCopied_);
@@ -612,6 +643,7 @@ class SequentialModel {
             status("Could not WRITE to DESTINATION image");
             return 0; // running stays 1
         };
+        beginRun(wanted);
         std::uint64_t k = 0;
         while (wanted && k < full_) {
             readBlock(k * block_, block_);
@@ -619,6 +651,7 @@ class SequentialModel {
                 tellFailedFlush();
                 return couldNotWrite();
             }
+            countBytes(block_);
             if (tooManyBadBlocks(750) || flags_.running == 0) {
                 break;
             }
@@ -631,6 +664,7 @@ class SequentialModel {
                 tellFailedFlush();
                 return couldNotWrite();
             }
+            countBytes(remainder_);
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
@@ -704,6 +738,7 @@ class SequentialModel {
         if (!isSourceUnchanged()) {
             return refused({&world_.source});
         }
+        imageInto(World::kFolder);
         int number = 0;
         std::string name;
         std::optional<World::OpenFile> image = createImage(name, number);
@@ -718,6 +753,7 @@ class SequentialModel {
                 image.reset();
             }
         };
+        imageInto(name);
         path_ = name;
         notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
         split(notCopied_);
@@ -759,10 +795,12 @@ class SequentialModel {
                 }
             }
         };
+        beginRun(wanted);
         std::uint64_t k = 0;
         while (wanted && k < full_) {
             readBlock(k * block_, block_);
             store(block_);
+            countBytes(block_);
             if (tooManyBadBlocks(750) || flags_.running == 0) {
                 break;
             }
@@ -773,6 +811,7 @@ class SequentialModel {
         if (remainder_ > 0 && flags_.running == 1) {
             readBlock(full_ * block_, remainder_);
             store(remainder_);
+            countBytes(remainder_);
             remainderMoved_ = true;
             tooManyBadBlocks(750);
         }
@@ -842,6 +881,7 @@ class SequentialModel {
             jobRow("Verification of [" + path_ + "]: begins");
             if (verify(path_, imaged_) == 0) {
                 jobRow("Verification of [" + path_ + "]: could not be made");
+                callUser(false);
             }
         }
     }
@@ -927,12 +967,20 @@ class SequentialModel {
             if (trouble != nullptr) {
                 stopBox("****** HASH ERROR ******", trouble);
             }
+            if (trouble == nullptr) {
+                countBytes(length);
+            }
             return trouble == nullptr;
         };
+        const auto gaveUp = [&] {
+            endRun();
+            return failed();
+        };
+        beginRun(true);
         std::uint64_t k = 0;
         while (k < full_) {
             if (!hashNext(block_)) {
-                return failed();
+                return gaveUp();
             }
             if (flags_.running == 0) {
                 break;
@@ -941,8 +989,9 @@ class SequentialModel {
             ++k;
         }
         if (remainder_ > 0 && flags_.running == 1 && !hashNext(remainder_)) {
-            return failed();
+            return gaveUp();
         }
+        endRun();
         progress(k, true, Track::kImage, "Status", "Verifying", {&world_.source});
         if (world_.digestFails()) {
             stopBox("****** HASH ERROR ******", "Could not get HASH PARAM. Exiting");
@@ -961,6 +1010,7 @@ class SequentialModel {
         repaintImageTrack();
         driveStatus(world_.source, equal ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
         jobRow("Verification of [" + name + "]: " + (equal ? "verified" : "not verified"));
+        callUser(equal && imagedWhole_ && losses() == "Nothing was lost");
         world_.see("print " + hashLine("Match HASH:", imaged));
         world_.see("print " + hashLine("Gen   HASH:", verified));
         if (equal) {
@@ -1023,12 +1073,14 @@ class SequentialModel {
             flags_.running = 0;
             return 0;
         };
+        beginRun(wanted);
         std::uint64_t k = 0;
         while (wanted && k < full_) {
             if (!readNext(k * block_, block_)) {
                 return couldNotRead();
             }
             writeBlock(k * block_, block_);
+            countBytes(block_);
             if (flags_.running == 0) {
                 break;
             }
@@ -1040,6 +1092,7 @@ class SequentialModel {
                 return couldNotRead();
             }
             writeBlock(full_ * block_, remainder_);
+            countBytes(remainder_);
             remainderMoved_ = true;
         }
         flushDrive(wanted && k == full_);
@@ -1058,6 +1111,7 @@ class SequentialModel {
     const std::size_t block_;
     Bytes buffer_;
     std::uint64_t bytes_ = 0;
+    std::uint64_t dealtWith_ = 0; ///< bytes of the run
     std::uint64_t full_ = 0;
     std::uint64_t remainder_ = 0;
     std::int64_t start_ = 0;
