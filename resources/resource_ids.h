@@ -12,6 +12,7 @@
 #define IDR_EDIT_MESSAGES_MENU 132
 #define IDD_DESTRUCTION_WARNING 134
 #define IDR_DRIVE_MENU 135
+#define IDR_LOG_MENU 136
 #define IDD_BITLOCKER_SCAN 143
 #define IDD_COMPANY_INFORMATION 149
 #define IDR_COMPANY_INFORMATION_MENU 150
@@ -56,6 +57,13 @@
 #define IDM_CREATE_PORTABLE 32811
 #define IDM_HELP 32813
 #define IDM_MENU_SPACE 65535
+
+// Commands of the lists' context menus, beside those of the drive list that change a disk
+#define IDM_COPY_DRIVE_ROW 1340
+#define IDM_COPY_SERIAL_NUMBER 1341
+#define IDM_COPY_LOG_ROWS 1342
+#define IDM_SELECT_LOG_ROWS 1343
+#define IDM_SAVE_LOG 1344
 
 // Buttons of the main window
 #define IDC_LOG_TOGGLE 1011

@@ -23,4 +23,9 @@ struct FileKind {
 /// when the user cancelled. The current folder stays what it is.
 [[nodiscard]] std::optional<std::string> existingFile(std::span<const FileKind> kinds);
 
+/// The common save-file dialog in front of the main window, which offers `name`, and gives a name without an extension
+/// that of `name`. The path of a file that does not exist, or that the user, asked by the system, wants to be replaced;
+/// none when he cancelled. The current folder stays what it is.
+[[nodiscard]] std::optional<std::string> newFile(std::span<const FileKind> kinds, const std::string& name);
+
 } // namespace torvane::choosers

@@ -97,4 +97,24 @@ std::optional<std::string> existingFile(std::span<const FileKind> kinds) {
     return path.data();
 }
 
+std::optional<std::string> newFile(std::span<const FileKind> kinds, const std::string& name) {
+    const std::wstring filter = wideText(filterText(kinds));
+    const std::wstring offered = wideText(name);
+    const std::wstring extension = offered.substr(offered.rfind(L'.') + 1);
+    std::vector<wchar_t> path(kLongestPath);
+    offered.copy(path.data(), path.size() - 1);
+    OPENFILENAMEW save{};
+    save.lStructSize = sizeof save;
+    save.hwndOwner = prompts::owner();
+    save.lpstrFilter = filter.c_str();
+    save.lpstrFile = path.data();
+    save.nMaxFile = static_cast<DWORD>(path.size());
+    save.lpstrDefExt = extension.c_str();
+    save.Flags = OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+    if (GetSaveFileNameW(&save) == FALSE) {
+        return std::nullopt;
+    }
+    return ansiText(path.data());
+}
+
 } // namespace torvane::choosers

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 
 namespace torvane {
 
@@ -134,6 +135,34 @@ std::string ListView::cell(int row, int column) const {
     return ansiText(text.data());
 }
 
+std::string ListView::wholeCell(int row, int column) const {
+    std::vector<wchar_t> text(2 * kCellTextLimit);
+    while (true) {
+        LVITEMW item{};
+        item.iSubItem = column;
+        item.pszText = text.data();
+        item.cchTextMax = static_cast<int>(text.size());
+        const auto length = static_cast<std::size_t>(
+            SendMessageA(window_, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item)));
+        if (length + 1 < text.size()) {
+            return ansiText({text.data(), length});
+        }
+        text.resize(2 * text.size()); // it may have been cut
+    }
+}
+
+std::vector<std::vector<std::string>> ListView::wholeRows(const std::vector<int>& rows) const {
+    const int columns = Header_GetItemCount(ListView_GetHeader(window_));
+    std::vector<std::vector<std::string>> texts(rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        texts[i].resize(static_cast<std::size_t>(columns));
+        for (int column = 0; column < columns; ++column) {
+            texts[i][static_cast<std::size_t>(column)] = wholeCell(rows[i], column);
+        }
+    }
+    return texts;
+}
+
 LPARAM ListView::rowData(int row) const {
     LVITEMW item{};
     item.mask = LVIF_PARAM;
@@ -154,6 +183,18 @@ int ListView::selectedRow() const {
     return ListView_GetNextItem(window_, -1, LVNI_SELECTED);
 }
 
+std::vector<int> ListView::chosenRows() const {
+    std::vector<int> rows;
+    rows.reserve(ListView_GetSelectedCount(window_));
+    for (int row = selectedRow(); row >= 0; row = ListView_GetNextItem(window_, row, LVNI_SELECTED)) {
+        rows.push_back(row);
+    }
+    if (const int focused = ListView_GetNextItem(window_, -1, LVNI_FOCUSED); rows.empty() && focused >= 0) {
+        rows.push_back(focused);
+    }
+    return rows;
+}
+
 int ListView::rowAt(POINT screenPlace) const {
     LVHITTESTINFO hit{};
     hit.pt = screenPlace;
@@ -163,6 +204,21 @@ int ListView::rowAt(POINT screenPlace) const {
 
 void ListView::selectRow(int row) {
     ListView_SetItemState(window_, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+}
+
+void ListView::selectAllRows() {
+    ListView_SetItemState(window_, -1, LVIS_SELECTED, LVIS_SELECTED);
+}
+
+POINT ListView::placeBelow(int row) {
+    RECT place{};
+    if (row < 0) {
+        GetWindowRect(window_, &place);
+        return {place.left, place.top};
+    }
+    scrollIntoView(row);
+    place = rowPlace(row);
+    return {place.left, place.bottom};
 }
 
 RECT ListView::rowPlace(int row) const {

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace torvane {
 
@@ -31,15 +32,23 @@ class ListView {
     void setCell(int row, int column, const char* text);
     /// The cell's text, cut at `kCellTextLimit` characters.
     [[nodiscard]] std::string cell(int row, int column) const;
+    /// The whole texts of the cells of these rows.
+    [[nodiscard]] std::vector<std::vector<std::string>> wholeRows(const std::vector<int>& rows) const;
     [[nodiscard]] LPARAM rowData(int row) const;
     [[nodiscard]] int rowCount() const;
     [[nodiscard]] bool isTicked(int row) const;
     /// -1 when no row is.
     [[nodiscard]] int selectedRow() const;
+    /// The rows that are selected, or else the one that has the focus among the rows.
+    [[nodiscard]] std::vector<int> chosenRows() const;
     /// The row at a place of the screen; -1 when none is there.
     [[nodiscard]] int rowAt(POINT screenPlace) const;
     /// Selects the row and gives it the focus among the rows.
     void selectRow(int row);
+    /// Of a list in which several rows may be selected.
+    void selectAllRows();
+    /// Where a menu belongs that the keyboard asks for: below that row, or for -1 at the list's corner. Screen pixels.
+    [[nodiscard]] POINT placeBelow(int row);
     /// The row's visible part, screen pixels.
     [[nodiscard]] RECT rowPlace(int row) const;
     void deleteRows();
@@ -55,6 +64,7 @@ class ListView {
     static constexpr int kCellTextLimit = 128;
 
   private:
+    [[nodiscard]] std::string wholeCell(int row, int column) const;
     static LRESULT CALLBACK listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
     HWND window_ = nullptr;

@@ -74,6 +74,10 @@ DriveRecord* DriveListView::selectedDrive() const {
     return row < 0 ? nullptr : record(row);
 }
 
+std::vector<RowTexts> DriveListView::chosenRows() const {
+    return list_.wholeRows(list_.chosenRows());
+}
+
 std::optional<POINT> DriveListView::menuPlace(POINT askedAt) {
     const bool byKeyboard = askedAt.x == -1 && askedAt.y == -1;
     const int row = byKeyboard ? list_.selectedRow() : list_.rowAt(askedAt);
@@ -84,9 +88,7 @@ std::optional<POINT> DriveListView::menuPlace(POINT askedAt) {
         list_.selectRow(row);
         return askedAt;
     }
-    list_.scrollIntoView(row);
-    const RECT place = list_.rowPlace(row);
-    return POINT{place.left, place.bottom};
+    return list_.placeBelow(row);
 }
 
 LRESULT DriveListView::draw(NMLVCUSTOMDRAW& draw) const {

@@ -2,6 +2,7 @@
 
 #include "ui/list_view.h"
 #include "ui/row_tips.h"
+#include "window/list_text.h"
 
 #include <functional>
 #include <optional>
@@ -37,6 +38,9 @@ class DriveListView {
 
     /// The drive whose row is selected; null when none is.
     [[nodiscard]] DriveRecord* selectedDrive() const;
+
+    /// The rows to be carried away: the selected one, or else the one with the focus; by DriveColumn.
+    [[nodiscard]] std::vector<RowTexts> chosenRows() const;
 
     /// Where a context menu belongs that was asked for at that place of the screen, whose row is selected by this, or
     /// by the keyboard (-1, -1) for the selected row. None when there is no row.

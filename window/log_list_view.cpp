@@ -4,6 +4,7 @@
 #include "resources/resource_ids.h"
 #include "window/list_cells.h"
 
+#include <numeric>
 #include <optional>
 
 namespace torvane {
@@ -37,6 +38,24 @@ void LogListView::append(std::span<const LogRow> rows) {
     }
     undrawn.reset();
     list_.scrollIntoView(index);
+}
+
+std::vector<RowTexts> LogListView::chosenRows() const {
+    return list_.wholeRows(list_.chosenRows());
+}
+
+std::vector<RowTexts> LogListView::allRows() const {
+    std::vector<int> rows(static_cast<std::size_t>(list_.rowCount()));
+    std::iota(rows.begin(), rows.end(), 0);
+    return list_.wholeRows(rows);
+}
+
+POINT LogListView::menuPlace(POINT askedAt) {
+    if (askedAt.x != -1 || askedAt.y != -1) {
+        return askedAt;
+    }
+    const std::vector<int> rows = list_.chosenRows();
+    return list_.placeBelow(rows.empty() ? -1 : rows.front());
 }
 
 LRESULT LogListView::draw(NMLVCUSTOMDRAW& draw) const {

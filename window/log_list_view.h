@@ -2,8 +2,10 @@
 
 #include "state/main_view.h"
 #include "ui/list_view.h"
+#include "window/list_text.h"
 
 #include <span>
+#include <vector>
 
 namespace torvane {
 
@@ -16,6 +18,16 @@ class LogListView {
     /// Appends the rows and scrolls the last of them into view.
     void append(std::span<const LogRow> rows);
     void setVisible(bool visible) { list_.setVisible(visible); }
+
+    /// The rows to be carried away: those that are selected, or else the one with the focus.
+    [[nodiscard]] std::vector<RowTexts> chosenRows() const;
+    [[nodiscard]] std::vector<RowTexts> allRows() const;
+    [[nodiscard]] bool hasRows() const { return list_.rowCount() > 0; }
+    [[nodiscard]] bool hasChosenRows() const { return !list_.chosenRows().empty(); }
+    void selectAllRows() { list_.selectAllRows(); }
+
+    /// Where a context menu belongs that was asked for at that place of the screen, or by the keyboard (-1, -1).
+    [[nodiscard]] POINT menuPlace(POINT askedAt);
 
     [[nodiscard]] LRESULT draw(NMLVCUSTOMDRAW& draw) const;
 

@@ -11,7 +11,6 @@
 #include "settings/tutorial_dialog.h"
 #include "state/app_state.h"
 #include "ui/control_text.h"
-#include "ui/held_commands.h"
 #include "ui/program_icon.h"
 #include "ui/prompt_owner.h"
 #include "ui/scrolling.h"
@@ -220,18 +219,13 @@ void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
     InvalidateRect(window(), nullptr, TRUE);
 }
 
-void MainDialog::showDriveMenu(POINT askedAt) {
-    const std::optional<POINT> place = driveList_.menuPlace(askedAt);
-    if (!place || HeldCommands::someoneIsWaitedFor()) {
-        return;
-    }
-    const UniqueMenu menu{LoadMenuA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDR_DRIVE_MENU))};
-    TrackPopupMenu(GetSubMenu(menu.get(), 0), TPM_RIGHTBUTTON, place->x, place->y, 0, window(), nullptr);
-}
-
 std::optional<LRESULT> MainDialog::onNotify(NMHDR& header) {
     if (header.idFrom == IDC_DRIVE_LIST && header.code == LVN_ITEMCHANGED) {
         selectActiveDrive(reinterpret_cast<NMLISTVIEW&>(header));
+        return 0;
+    }
+    if ((header.idFrom == IDC_DRIVE_LIST || header.idFrom == IDC_LOG_LIST) && header.code == LVN_KEYDOWN) {
+        onListKey(static_cast<int>(header.idFrom), reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey);
         return 0;
     }
     if (header.idFrom == IDC_LOG_LIST && header.code == NM_CUSTOMDRAW) {
@@ -299,11 +293,9 @@ std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM
         drawItem(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
         return TRUE;
     case WM_CONTEXTMENU:
-        if (reinterpret_cast<HWND>(wParam) == driveList_.window()) {
-            showDriveMenu({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
-            return 0;
-        }
-        return std::nullopt;
+        return showListMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)})
+                   ? std::optional<LRESULT>(0)
+                   : std::nullopt;
     case WM_INITMENUPOPUP:
         updateSystemMenu();
         return std::nullopt;

@@ -8,14 +8,16 @@
 #include "window/main_layout.h"
 
 #include <string>
+#include <vector>
 
 namespace torvane {
 
 struct AppState;
 class MainWindowView;
 
-/// The main window. What each command does is in main_dialog_commands.cpp, which begins with the command table; this
-/// class and main_dialog.cpp are the window itself: start, lists, panel, end.
+/// The main window. What each command does is in main_dialog_commands.cpp, which begins with the command table; what
+/// a user does with the lists' rows is in main_dialog_lists.cpp; this class and main_dialog.cpp are the window itself:
+/// start, lists, panel, end.
 class MainDialog : public Dialog {
   public:
     /// `view` is how other threads reach this window; both records must outlive every thread that uses them.
@@ -62,7 +64,16 @@ class MainDialog : public Dialog {
     void placeControls();
     void drawItem(const DRAWITEMSTRUCT& item);
     void selectActiveDrive(const NMLISTVIEW& change);
+
+    // Lists: main_dialog_lists.cpp
+    /// False when `list` is none that has a menu.
+    bool showListMenu(HWND list, POINT askedAt);
     void showDriveMenu(POINT askedAt);
+    void showLogMenu(POINT askedAt);
+    void trackMenu(HMENU bar, POINT place);
+    void onListKey(int list, WORD key);
+    void copyText(const std::string& text);
+    void copyRows(const std::vector<RowTexts>& rows);
 
     // Commands, in the order of the command table
     void onLoadDrives();
@@ -93,6 +104,11 @@ class MainDialog : public Dialog {
     /// The selected drive, once it may be changed and the user wants it; else null.
     DriveRecord* driveWhoseAttributeMayBecome(bool readOnly);
     void onCleanDisk();
+    void onCopyDriveRow();
+    void onCopySerialNumber();
+    void onCopyLogRows();
+    void onSelectLogRows();
+    void onSaveLog();
     void onAbout();
     void onEditMessages();
 

@@ -80,6 +80,13 @@ bool MainDialog::onCommand(int id) {
         {IDM_SET_READ_ONLY, &MainDialog::onSetReadOnly},
         {IDM_CLEAR_READ_ONLY, &MainDialog::onClearReadOnly},
         {IDM_CLEAN_DISK, &MainDialog::onCleanDisk},
+        {IDM_COPY_DRIVE_ROW, &MainDialog::onCopyDriveRow},
+        {IDM_COPY_SERIAL_NUMBER, &MainDialog::onCopySerialNumber},
+
+        // The log list's.
+        {IDM_COPY_LOG_ROWS, &MainDialog::onCopyLogRows},
+        {IDM_SELECT_LOG_ROWS, &MainDialog::onSelectLogRows},
+        {IDM_SAVE_LOG, &MainDialog::onSaveLog},
 
         // The close box, Alt+F4 and Escape leave through the same questions as "Exit Torvane"; Enter alone does
         // nothing.

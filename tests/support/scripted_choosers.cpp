@@ -62,12 +62,24 @@ std::optional<std::string> folder(const char* title) {
     return torvane::testing::show(title);
 }
 
-std::optional<std::string> existingFile(std::span<const FileKind> kinds) {
+namespace {
+
+std::string inWords(std::span<const FileKind> kinds) {
     std::string text;
     for (const FileKind& kind : kinds) {
         text.append(text.empty() ? "" : ";").append(kind.label).append("|").append(kind.pattern);
     }
-    return torvane::testing::show(text);
+    return text;
+}
+
+} // namespace
+
+std::optional<std::string> existingFile(std::span<const FileKind> kinds) {
+    return torvane::testing::show(inWords(kinds));
+}
+
+std::optional<std::string> newFile(std::span<const FileKind> kinds, const std::string& name) {
+    return torvane::testing::show(name + ": " + inWords(kinds));
 }
 
 } // namespace torvane::choosers

@@ -18,7 +18,8 @@ class ScriptedChoosers {
     /// The next chooser, whichever it is, gives this path; none: it is cancelled.
     void choose(std::optional<std::string> path);
 
-    /// What was shown: a folder browser's title, or an open-file dialog's "label|pattern" for each kind, joined by ";".
+    /// What was shown: a folder browser's title, or an open-file dialog's "label|pattern" for each kind, joined by ";";
+    /// of a save-file dialog, "name: " before that.
     [[nodiscard]] std::vector<std::string> shown() const;
 };
 

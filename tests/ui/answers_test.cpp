@@ -163,6 +163,10 @@ TEST_F(AnswersTest, AreSoonAtEveryMoment) {
     probe.enter("log panel");
     torvane().press(kLogToggle);
     torvane().press(kLogToggle);
+    probe.enter("rows copied");
+    for (const int id : {kMenuCopyDriveRow, kMenuSelectLogRows, kMenuCopyLogRows}) {
+        torvane().command(id);
+    }
     probe.enter("company information");
     openAndClose([&] { torvane().command(kMenuCompany); });
     probe.enter("about");

@@ -36,6 +36,11 @@ enum ControlId : int {
 };
 
 enum MenuCommand : int {
+    kMenuCopyDriveRow = 1340,
+    kMenuCopySerialNumber = 1341,
+    kMenuCopyLogRows = 1342,
+    kMenuSelectLogRows = 1343,
+    kMenuSaveLog = 1344,
     kMenuExit = 32771,
     kMenuLoadDrives = 32772,
     kMenuNothing1 = 32773,

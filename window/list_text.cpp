@@ -1,0 +1,42 @@
+#include "window/list_text.h"
+
+#include "base/format.h"
+
+#include <algorithm>
+
+namespace torvane {
+
+namespace {
+
+bool isControl(char character) {
+    constexpr char kDelete = 0x7F;
+    return static_cast<unsigned char>(character) < ' ' || character == kDelete;
+}
+
+std::string onOneLine(std::string cell) {
+    std::ranges::replace_if(cell, isControl, ' ');
+    return cell;
+}
+
+} // namespace
+
+std::string rowsAsText(std::span<const RowTexts> rows) {
+    std::string text;
+    const char* rowEnd = "";
+    for (const RowTexts& row : rows) {
+        text += rowEnd;
+        rowEnd = "\r\n";
+        const char* cellEnd = "";
+        for (const std::string& cell : row) {
+            text.append(cellEnd).append(onOneLine(cell));
+            cellEnd = "\t";
+        }
+    }
+    return text;
+}
+
+std::string savedLogName(const LocalMoment& moment) {
+    return formatText("Torvane log %04d-%02d-%02d.txt", moment.year, moment.month, moment.day);
+}
+
+} // namespace torvane

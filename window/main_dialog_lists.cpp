@@ -1,0 +1,108 @@
+#include "window/main_dialog.h"
+
+#include "resources/resource_ids.h"
+#include "ui/clipboard.h"
+#include "ui/held_commands.h"
+#include "ui/prompts.h"
+#include "window/list_cells.h"
+#include "window/list_text.h"
+#include "window/save_log.h"
+
+namespace torvane {
+
+// The context menus of the two lists, and how their rows are carried away.
+
+namespace {
+
+bool isHeld(int key) {
+    return GetKeyState(key) < 0;
+}
+
+void enableItem(HMENU menu, UINT id, bool enabled) {
+    EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
+}
+
+UniqueMenu loadMenu(int id) {
+    return UniqueMenu{LoadMenuA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(id))};
+}
+
+} // namespace
+
+void MainDialog::trackMenu(HMENU bar, POINT place) {
+    TrackPopupMenu(GetSubMenu(bar, 0), TPM_RIGHTBUTTON, place.x, place.y, 0, window(), nullptr);
+}
+
+bool MainDialog::showListMenu(HWND list, POINT askedAt) {
+    if (list != driveList_.window() && list != logList_.window()) {
+        return false;
+    }
+    if (!HeldCommands::someoneIsWaitedFor()) {
+        list == driveList_.window() ? showDriveMenu(askedAt) : showLogMenu(askedAt);
+    }
+    return true;
+}
+
+void MainDialog::showDriveMenu(POINT askedAt) {
+    if (const std::optional<POINT> place = driveList_.menuPlace(askedAt)) {
+        trackMenu(loadMenu(IDR_DRIVE_MENU).get(), *place);
+    }
+}
+
+void MainDialog::showLogMenu(POINT askedAt) {
+    const POINT place = logList_.menuPlace(askedAt);
+    const UniqueMenu menu = loadMenu(IDR_LOG_MENU);
+    enableItem(menu.get(), IDM_COPY_LOG_ROWS, logList_.hasChosenRows());
+    enableItem(menu.get(), IDM_SELECT_LOG_ROWS, logList_.hasRows());
+    enableItem(menu.get(), IDM_SAVE_LOG, logList_.hasRows());
+    trackMenu(menu.get(), place);
+}
+
+void MainDialog::onListKey(int list, WORD key) {
+    if (!isHeld(VK_CONTROL) || isHeld(VK_SHIFT) || isHeld(VK_MENU)) {
+        return;
+    }
+    if (key == 'C') {
+        list == IDC_DRIVE_LIST ? onCopyDriveRow() : onCopyLogRows();
+    } else if (key == 'A' && list == IDC_LOG_LIST) {
+        onSelectLogRows();
+    }
+}
+
+void MainDialog::copyText(const std::string& text) {
+    if (!copyToClipboard(window(), text)) {
+        prompts::warn("***** NOT COPIED *****",
+                      "Another program is using the clipboard. Nothing was copied. Please try again");
+    }
+}
+
+void MainDialog::copyRows(const std::vector<RowTexts>& rows) {
+    if (!rows.empty()) {
+        copyText(rowsAsText(rows));
+    }
+}
+
+void MainDialog::onCopyDriveRow() {
+    copyRows(driveList_.chosenRows());
+}
+
+void MainDialog::onCopySerialNumber() {
+    if (const std::vector<RowTexts> rows = driveList_.chosenRows(); !rows.empty()) {
+        copyText(rows.front()[kDriveColumnSerialNumber]);
+    }
+}
+
+void MainDialog::onCopyLogRows() {
+    copyRows(logList_.chosenRows());
+}
+
+void MainDialog::onSelectLogRows() {
+    logList_.selectAllRows();
+}
+
+void MainDialog::onSaveLog() {
+    if (logList_.hasRows()) {
+        saveLogAsText([this] { return rowsAsText(logList_.allRows()) + "\r\n"; });
+    }
+}
+
+} // namespace torvane
