@@ -13,8 +13,9 @@ enum class JobKind : std::uint8_t {
     kImage,
     kForensicImage,
     kImageToDrive,
-    kDiskChange, ///< read-only attribute set or cleared, disk cleaned
-    kMounting,   ///< automatic mounting enabled or disabled
+    kVerifyImage, ///< of an image of some day, with its digests
+    kDiskChange,  ///< read-only attribute set or cleared, disk cleaned
+    kMounting,    ///< automatic mounting enabled or disabled
     kShortTest,
     kCriticalTest,
     kNistTest,

@@ -30,6 +30,10 @@ inline constexpr JobKinds kDriveJobs{JobKind::kClone, JobKind::kImage, JobKind::
                                      JobKind::kDiskChange};
 inline constexpr JobKinds kReadTests{JobKind::kShortTest, JobKind::kCriticalTest, JobKind::kNistTest};
 
+/// The drive jobs, and the verification of an image: it reads a file alone, but shows itself where the copies do, and
+/// its "Terminate" asks whoever is at work. So of these, too, there is one at a time.
+inline constexpr JobKinds kOneAtATime = kDriveJobs | JobKinds{JobKind::kVerifyImage};
+
 inline constexpr JobKinds kRecordUsers = kDriveJobs | kReadTests;
 inline constexpr JobKinds kScanAlone{JobKind::kScan};
 inline constexpr JobKinds kNobody{};
@@ -40,10 +44,11 @@ inline constexpr JobKinds kNobody{};
 inline constexpr std::array<JobRule, kJobKinds> kJobRules{{
     // kind                  flag                  waits for: flag, kinds          records  stop   shares
     {JobKind::kScan,          JobFlag::kFromBegin,  true,  kScanAlone | kRecordUsers, false, true,  false},
-    {JobKind::kClone,         JobFlag::kWhenRaised, true,  kScanAlone | kDriveJobs,   true,  true,  false},
-    {JobKind::kImage,         JobFlag::kWhenRaised, false, kScanAlone | kDriveJobs,   true,  true,  false},
-    {JobKind::kForensicImage, JobFlag::kWhenRaised, false, kScanAlone | kDriveJobs,   true,  true,  false},
-    {JobKind::kImageToDrive,  JobFlag::kWhenRaised, true,  kScanAlone | kDriveJobs,   true,  true,  false},
+    {JobKind::kClone,         JobFlag::kWhenRaised, true,  kScanAlone | kOneAtATime,  true,  true,  false},
+    {JobKind::kImage,         JobFlag::kWhenRaised, false, kScanAlone | kOneAtATime,  true,  true,  false},
+    {JobKind::kForensicImage, JobFlag::kWhenRaised, false, kScanAlone | kOneAtATime,  true,  true,  false},
+    {JobKind::kImageToDrive,  JobFlag::kWhenRaised, true,  kScanAlone | kOneAtATime,  true,  true,  false},
+    {JobKind::kVerifyImage,   JobFlag::kWhenRaised, true,  kScanAlone | kOneAtATime,  false, true,  false},
     {JobKind::kDiskChange,    JobFlag::kFromBegin,  true,  kScanAlone | kRecordUsers, true,  false, false},
     {JobKind::kMounting,      JobFlag::kUnlessHeld, false, kNobody,                   false, false, false},
     {JobKind::kShortTest,     JobFlag::kNever,      false, kScanAlone,                true,  false, false},

@@ -24,6 +24,7 @@
 #define IDD_HEX_VIEWER 171
 #define IDD_FORENSIC_IMAGE 174
 #define IDD_READ_TEST 177
+#define IDD_VERIFY_IMAGE 1339
 
 // Texts and pictures that no code refers to
 #ifndef IDC_STATIC
@@ -33,6 +34,7 @@
 // The main window's system menu
 #define IDM_ABOUT 16
 #define IDM_EDIT_MESSAGES 32
+#define IDM_VERIFY_IMAGE 48
 
 // Commands of menus
 #define IDM_EXIT 32771
@@ -176,6 +178,21 @@
 #define IDC_START_IMAGE_TO_DRIVE 1023
 #define IDC_TERMINATE_IMAGE_TO_DRIVE 1024
 #define IDC_EXIT_IMAGE_TO_DRIVE 1025
+
+// Verification of an image
+#define IDC_KNOWN_MD5_LABEL 1321
+#define IDC_KNOWN_MD5 1322
+#define IDC_MADE_MD5_LABEL 1323
+#define IDC_MADE_MD5 1324
+#define IDC_MD5_VERDICT 1325
+#define IDC_KNOWN_SHA256_LABEL 1326
+#define IDC_KNOWN_SHA256 1327
+#define IDC_MADE_SHA256_LABEL 1328
+#define IDC_MADE_SHA256 1329
+#define IDC_SHA256_VERDICT 1330
+#define IDC_START_VERIFICATION 1331
+#define IDC_TERMINATE_VERIFICATION 1332
+#define IDC_EXIT_VERIFICATION 1333
 
 // Company information
 #define IDC_COMPANY_NAME 1010

@@ -75,13 +75,17 @@ void MainDialog::addSystemMenuItems() {
     const HMENU menu = GetSystemMenu(window(), FALSE);
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
     AppendMenuA(menu, MF_STRING, IDM_ABOUT, "About");
-    AppendMenuA(menu, MF_STRING, IDM_EDIT_MESSAGES, "Edit Messages...");
+    AppendMenuA(menu, MF_STRING, IDM_VERIFY_IMAGE, "Verify Image...");
+    AppendMenuA(menu, MF_STRING, IDM_EDIT_MESSAGES, "Edit Messages..."); // stays the last: users know it there
 }
 
 // Before the system menu opens.
 void MainDialog::updateSystemMenu() {
-    EnableMenuItem(GetSystemMenu(window(), FALSE), IDM_EDIT_MESSAGES,
-                   MF_BYCOMMAND | (state_.jobs.active() ? MF_GRAYED : MF_ENABLED));
+    const auto enable = [menu = GetSystemMenu(window(), FALSE)](UINT id, bool may) {
+        EnableMenuItem(menu, id, MF_BYCOMMAND | (may ? MF_ENABLED : MF_GRAYED));
+    };
+    enable(IDM_EDIT_MESSAGES, !state_.jobs.active());
+    enable(IDM_VERIFY_IMAGE, !state_.jobs.whyNot(JobKind::kVerifyImage));
 }
 
 void MainDialog::setIcons() {

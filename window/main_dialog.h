@@ -111,6 +111,7 @@ class MainDialog : public Dialog {
     void onSaveLog();
     void onAbout();
     void onEditMessages();
+    void onVerifyImage();
 
     AppState& state_;
     MainWindowView& view_;

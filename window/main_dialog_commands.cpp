@@ -10,8 +10,10 @@
 #include "copy/dialogs/copy_choices.h"
 #include "copy/dialogs/destination_folder.h"
 #include "copy/dialogs/forensic_dialog.h"
+#include "copy/dialogs/found_digests.h"
 #include "copy/dialogs/image_dialog.h"
 #include "copy/dialogs/image_to_drive_dialog.h"
+#include "copy/dialogs/verify_image_dialog.h"
 #include "copy/dialogs/volume_space.h"
 #include "hex/hex_viewer_dialog.h"
 #include "reports/create_report.h"
@@ -111,6 +113,9 @@ bool MainDialog::onSystemCommand(WPARAM id) {
         return true;
     case IDM_EDIT_MESSAGES:
         onEditMessages();
+        return true;
+    case IDM_VERIFY_IMAGE:
+        onVerifyImage();
         return true;
     default:
         return false;
@@ -286,6 +291,22 @@ void MainDialog::onEditMessages() {
     }
     editMessages(state_.messages, window());
     InvalidateRect(window(), nullptr, TRUE);
+}
+
+void MainDialog::onVerifyImage() {
+    // The menu's item is grey then, unless somebody has begun while the menu was open.
+    if (const Jobs::Obstacle obstacle = state_.jobs.whyNot(JobKind::kVerifyImage)) {
+        sayWhoIsAtWork(obstacle);
+        return;
+    }
+    FixedText<1024> image;
+    if (!chooseSourceImage(image)) {
+        return;
+    }
+    const std::string path(image.view());
+    if (const std::optional<Digests> found = awaitDigestsBeside(path)) {
+        showVerifyImageDialog(state_, path, *found, window());
+    }
 }
 
 } // namespace torvane

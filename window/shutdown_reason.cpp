@@ -17,6 +17,7 @@ constexpr std::array kReasons{
     ReasonOfKind{JobKind::kImageToDrive, "A drive is being written from an image."},
     ReasonOfKind{JobKind::kForensicImage, "A forensic image of a drive is being made or verified."},
     ReasonOfKind{JobKind::kImage, "An image of a drive is being made."},
+    ReasonOfKind{JobKind::kVerifyImage, "An image is being verified."},
     ReasonOfKind{JobKind::kDiskChange, "A disk is being changed."},
     ReasonOfKind{JobKind::kNistTest, "A read test is at work."},
     ReasonOfKind{JobKind::kCriticalTest, "A read test is at work."},

@@ -1,10 +1,26 @@
 #include "copy/dialogs/job_display_view.h"
 
+#include "copy/engine/digest_text.h"
 #include "resources/resource_ids.h"
 #include "ui/control_text.h"
 #include "ui/scrolling.h"
 
+#include <optional>
+
 namespace torvane {
+
+namespace {
+
+template <typename Digest>
+void showDigest(HWND dialog, int digest, int verdict, const std::optional<Digest>& known,
+                const std::optional<Digest>& made) {
+    setWindowText(GetDlgItem(dialog, digest), made ? hexText(*made) : "");
+    setWindowText(GetDlgItem(dialog, verdict), !made           ? ""
+                                               : known == made ? "agrees with the expected one"
+                                                               : "does NOT agree with the expected one");
+}
+
+} // namespace
 
 // The dialog may go at any moment. Messages to a window that has gone come back at once; what must not happen is a call
 // that means "no window": for it InvalidateRect would repaint the whole screen.
@@ -52,6 +68,13 @@ void JobDisplayView::setImagePlace(std::string_view path) {
 
 void JobDisplayView::callUser(bool good) {
     post(kCallUserMessage, good ? TRUE : FALSE);
+}
+
+void JobDisplayView::showDigests(const Digests& known, const Digests& made) {
+    if (const HWND dialog = dialog_; dialog != nullptr) {
+        showDigest(dialog, IDC_MADE_MD5, IDC_MD5_VERDICT, known.md5, made.md5);
+        showDigest(dialog, IDC_MADE_SHA256, IDC_SHA256_VERDICT, known.sha256, made.sha256);
+    }
 }
 
 void JobDisplayView::repaint() {

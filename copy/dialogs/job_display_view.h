@@ -42,6 +42,7 @@ class JobDisplayView : public JobDisplay {
     void endRun() override;
     void setImagePlace(std::string_view path) override;
     void callUser(bool good) override;
+    void showDigests(const Digests& known, const Digests& made) override;
     void repaint() override;
     void repaintTrack(const TrackArea& area) override;
     void startExplosionTimer(int milliseconds) override;

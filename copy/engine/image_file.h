@@ -36,6 +36,7 @@ using OpenImages = std::vector<std::unique_ptr<ImageFile>>;
 enum class ImageUse : std::uint8_t {
     kNew,    ///< a new file, to be written; never in an old one's place
     kAgain,  ///< one that was just made, to be read from its medium, not from a cache; others may use it too
+    kCheck,  ///< one of some day, to be read from its medium; it may be read-only, and others may use it
     kSource, ///< to be read alone: nobody may write to it meanwhile
 };
 

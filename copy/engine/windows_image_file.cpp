@@ -15,6 +15,7 @@ namespace torvane {
 
 namespace {
 
+constexpr DWORD kReading = GENERIC_READ | FILE_READ_ATTRIBUTES;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
 UniqueFile openFile(const std::string& path, DWORD access, DWORD share, DWORD disposition, DWORD flags = 0) {
@@ -103,8 +104,8 @@ std::unique_ptr<ImageFile> openNew(const std::string& path) {
     return std::make_unique<WindowsImageFile>(std::move(file), openFile(path, GENERIC_WRITE, kShareAll, OPEN_EXISTING));
 }
 
-std::unique_ptr<ImageFile> openAgain(const std::string& path) {
-    UniqueFile file = openOwn(path, OPEN_EXISTING);
+/// `file`: a handle of the file that is there already.
+std::unique_ptr<ImageFile> readFromMedium(UniqueFile file, const std::string& path) {
     if (!file) {
         return nullptr;
     }
@@ -116,7 +117,7 @@ std::unique_ptr<ImageFile> openAgain(const std::string& path) {
 }
 
 std::unique_ptr<ImageFile> openSource(const std::string& path) {
-    UniqueFile file = openFile(path, GENERIC_READ | FILE_READ_ATTRIBUTES, FILE_SHARE_READ, OPEN_EXISTING);
+    UniqueFile file = openFile(path, kReading, FILE_SHARE_READ, OPEN_EXISTING);
     return file ? std::make_unique<WindowsImageFile>(std::move(file)) : nullptr;
 }
 
@@ -127,7 +128,9 @@ std::unique_ptr<ImageFile> openWindowsImage(const std::string& path, ImageUse us
     case ImageUse::kNew:
         return openNew(path);
     case ImageUse::kAgain:
-        return openAgain(path);
+        return readFromMedium(openOwn(path, OPEN_EXISTING), path);
+    case ImageUse::kCheck:
+        return readFromMedium(openFile(path, kReading, kShareAll, OPEN_EXISTING), path);
     case ImageUse::kSource:
         break;
     }

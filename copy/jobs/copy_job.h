@@ -35,6 +35,7 @@ struct CopyJob {
 [[nodiscard]] std::uint32_t runImageToFile(const CopyJob& job);
 [[nodiscard]] std::uint32_t runForensicImage(const CopyJob& job);
 [[nodiscard]] std::uint32_t runImageToDrive(const CopyJob& job);
+[[nodiscard]] std::uint32_t runVerifyImage(const CopyJob& job);
 
 /// Writes the hash file beside the image numbered `number`. One "ERROR" log row when it cannot be created.
 void WriteHashFile(const CopyJob& job, const DriveRecord& source, const Md5Digest& digest, std::int32_t number);

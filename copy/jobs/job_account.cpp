@@ -22,9 +22,11 @@ std::string_view titleOf(CopyKind kind) {
     case CopyKind::kForensicImage:
         return "Forensic image";
     case CopyKind::kImageToDrive:
+        return "Image to drive";
+    case CopyKind::kVerifyImage:
         break;
     }
-    return "Image to drive";
+    return "Verification";
 }
 
 std::string driveInWords(const DriveRecord& drive) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "copy/engine/block_hasher.h"
 #include "copy/jobs/run_figures.h"
 #include "copy/jobs/track.h"
 
@@ -34,6 +35,10 @@ class JobDisplay {
     /// The job, or the verification behind it, is over; `good` when nothing was lost. Calls a user who has turned to
     /// something else. Does not wait for it.
     virtual void callUser(bool good) = 0;
+
+    /// Shows what a verification has made of an image beside what is known of it: both of a kind, or neither. Only the
+    /// verification of an image does.
+    virtual void showDigests(const Digests& /*known*/, const Digests& /*made*/) {}
 
     /// Asks for the whole dialog, or for the track's place, to be painted anew. Does not wait for it.
     virtual void repaint() = 0;

@@ -29,9 +29,11 @@ CopyOperation operationFor(CopyKind kind) {
     case CopyKind::kForensicImage:
         return ForensicImageWorker;
     case CopyKind::kImageToDrive:
+        return ImageToDriveWorker;
+    case CopyKind::kVerifyImage:
         break;
     }
-    return ImageToDriveWorker;
+    return VerifyImageWorker;
 }
 
 DWORD runJob(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display,
@@ -68,6 +70,10 @@ DWORD ForensicImageWorker(AppState& state, JobClaim& claim, const CopyOrder& ord
 
 DWORD ImageToDriveWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display) {
     return runJob(state, claim, order, display, runImageToDrive);
+}
+
+DWORD VerifyImageWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display) {
+    return runJob(state, claim, order, display, runVerifyImage);
 }
 
 OpenImages& keptImages() {

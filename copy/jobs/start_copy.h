@@ -29,6 +29,9 @@ DWORD ForensicImageWorker(AppState& state, JobClaim& claim, const CopyOrder& ord
 /// Copies the order's image file onto its destination.
 DWORD ImageToDriveWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display);
 
+/// Reads the order's image and compares its digests with those that are known.
+DWORD VerifyImageWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display);
+
 /// The images that copies leave open until the program ends. Never destroyed, so that the process closes them; the copy
 /// at work alone uses them.
 [[nodiscard]] OpenImages& keptImages();

@@ -22,6 +22,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace torvane::testing {
@@ -55,6 +56,11 @@ class RecordingDisplay : public JobDisplay {
     void callUser(bool good) override {
         const std::lock_guard lock(mutex_);
         calls_.emplace_back(good ? "good" : "bad");
+    }
+    void showDigests(const Digests& known, const Digests& made) override {
+        const std::lock_guard lock(mutex_);
+        known_ = known;
+        made_ = made;
     }
     void repaint() override {}
     void repaintTrack(const TrackArea&) override {}
@@ -96,6 +102,12 @@ class RecordingDisplay : public JobDisplay {
         return timers_;
     }
 
+    /// What a verification was told, and what it has made.
+    [[nodiscard]] std::pair<Digests, Digests> digests() const {
+        const std::lock_guard lock(mutex_);
+        return {known_, made_};
+    }
+
     std::function<void(std::string_view)> onStatus;
 
   private:
@@ -105,6 +117,8 @@ class RecordingDisplay : public JobDisplay {
     std::vector<RunFigures> runs_;
     std::vector<std::string> imagePlaces_;
     std::vector<std::string> calls_;
+    Digests known_;
+    Digests made_;
     std::vector<int> timers_;
 };
 

@@ -99,6 +99,18 @@ TEST_F(ForensicSha256, IsMadeInAFolderWithAForeignName) {
               "de2f256064a0af797747c2b97505dc0b9f3df0de4f489eac731c23ae9ca9cc31 *Model X.41.img\n");
 }
 
+// Kept for tests/hash_files/check_hash_files.
+TEST_F(ForensicSha256, IsWhatOtherToolsCheck) {
+    openDrive(9 * kBlock + 512, R"({"reads": [{"firstSector": 200}]})");
+    user_.expectAsk(kVerify, kVerifyQuestion, false);
+    EXPECT_EQ(run(runForensicImage), 1U);
+    const std::filesystem::path folder = TORVANE_HASH_FILES_FOLDER;
+    std::filesystem::create_directories(folder);
+    for (const char* const file : {kImage, kHashFile, kSha256File}) {
+        std::filesystem::copy_file(file, folder / file, std::filesystem::copy_options::overwrite_existing);
+    }
+}
+
 TEST_F(ForensicSha256, AnImageThatWasChangedIsNotVerified) {
     openDrive(3 * kBlock);
     user_.expectAsk(kVerify, kVerifyQuestion, true, [] { std::filesystem::resize_file(kImage, 2 * kBlock); });

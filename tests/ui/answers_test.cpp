@@ -140,6 +140,14 @@ class AnswersTest : public CopyUiTest {
         std::this_thread::sleep_for(std::chrono::seconds(2)); // the explosion plays
         dialog.leave();
     }
+    void verify(const CopyDialogWindow& dialog) const {
+        constexpr int kKnownMd5 = 1322;
+        SendMessageA(dialog.window().child(kKnownMd5).handle(), WM_SETTEXT, 0,
+                     reinterpret_cast<LPARAM>("00000000000000000000000000000000"));
+        dialog.start();
+        program().awaitBoxOver(dialog.window()).answer("OK");
+        dialog.leave();
+    }
     void image() const {
         const CopyDialogWindow dialog(program().awaitDialog(), kImageIds);
         dialog.start();
@@ -195,6 +203,10 @@ TEST_F(AnswersTest, AreSoonAtEveryMoment) {
     chooseFolder(program(), folder);
     probe.enter("image");
     image();
+    probe.enter("(system's open-file dialog)");
+    const CopyDialogWindow verification = openVerifyImage(onlyFile(folder, ".img"));
+    probe.enter("verification of an image");
+    verify(verification);
     probe.enter("exit");
     expectEnd();
     torvane().press(kExit);

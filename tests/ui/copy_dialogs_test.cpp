@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-enum class Kind { kClone, kImage, kForensic, kImageToDrive };
+enum class Kind { kClone, kImage, kForensic, kImageToDrive, kVerifyImage };
 
 struct DialogCase {
     const char* name;
@@ -40,6 +40,7 @@ const std::vector<DialogCase> kCases = {
      {840, 328},
      160,
      {"Start Image To Drive", "Terninate Image To Drive", "Exit"}},
+    {"VerifyImage", Kind::kVerifyImage, {840, 294}, 10, {"Start Verification", "Terminate Verification", "Exit"}},
 };
 
 class CopyDialogsTest : public CopyUiTest, public ::testing::WithParamInterface<DialogCase> {
@@ -53,11 +54,12 @@ class CopyDialogsTest : public CopyUiTest, public ::testing::WithParamInterface<
         case Kind::kForensic:
             return openForensic("SOURCE", program().folder());
         case Kind::kImageToDrive:
+        case Kind::kVerifyImage:
             break;
         }
         const fs::path image = emptyFolder("image") / "disk.img";
         writeFile(image, noise(3, 0, kMebibyte));
-        return openImageToDrive(image);
+        return GetParam().kind == Kind::kVerifyImage ? openVerifyImage(image) : openImageToDrive(image);
     }
     [[nodiscard]] static std::vector<Window> pushButtons(const CopyDialogWindow& dialog) {
         return {dialog.startButton(), dialog.terminateButton(), dialog.exitButton()};
@@ -157,7 +159,8 @@ TEST_P(CopyDialogsTest, OpeningAndLeavingLeaksNothing) {
     }
     constexpr int kSlack = 4;
     // Wine's open-file dialog keeps a handle each time that a file is chosen in it.
-    const int choosersOwn = GetParam().kind == Kind::kImageToDrive ? kRounds : 0;
+    const bool choosesFile = GetParam().kind == Kind::kImageToDrive || GetParam().kind == Kind::kVerifyImage;
+    const int choosersOwn = choosesFile ? kRounds : 0;
     // Threads of the system's choosers let go of their things a moment later.
     expectSoon([&] {
         const ResourceCounts after = countResources(program().processId());

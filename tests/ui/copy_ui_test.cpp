@@ -127,6 +127,20 @@ CopyDialogWindow CopyUiTest::openImageToDrive(const fs::path& image) const {
     return {program().awaitDialog(), kImageToDriveIds};
 }
 
+CopyDialogWindow CopyUiTest::openVerifyImage(const fs::path& image) const {
+    // The last job's thread may end a moment after its dialog; a box tells it until then.
+    await("the last job has ended", [&] {
+        torvane().window().post(WM_SYSCOMMAND, kVerifyImage);
+        if (program().awaitDialog().text() != "***** Working *****") {
+            return true;
+        }
+        program().awaitBox().answer("OK");
+        return false;
+    });
+    chooseFile(program(), image);
+    return {program().awaitDialog(), kVerifyImageIds};
+}
+
 void CopyUiTest::answerWarning(const std::string& word) const {
     driver::answerWarning(program(), word);
 }

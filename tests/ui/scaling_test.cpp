@@ -297,6 +297,9 @@ TEST_F(ScalingTest, CopyDialogsAndTheirWarningFit) {
     const CopyDialogWindow back = openImageToDrive(file);
     expectWellLaidOut(back.window(), "image-to-drive");
     back.leave();
+    const CopyDialogWindow verification = openVerifyImage(file);
+    expectWellLaidOut(verification.window(), "verify-image");
+    verification.leave();
 }
 
 TEST_F(ScalingTest, AScreenThatChangesWhileTheWindowIsAnIconIsTakenUpWhenItIsThereAgain) {

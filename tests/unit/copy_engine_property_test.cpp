@@ -167,7 +167,7 @@ void stopWhileRunningAhead(StopAt when, const std::function<bool(ScriptedJob)>& 
 // the job has reached; but it does so cleanly.
 TEST(CopyEngine, StopsCleanlyWhileItReadsAhead) {
     stopWhileRunningAhead(StopAt::kRead, [](ScriptedJob job) {
-        return job != ScriptedJob::kImageToDrive; // reads no drive
+        return job != ScriptedJob::kImageToDrive && job != ScriptedJob::kVerifyImage; // which read no drive
     });
 }
 
@@ -195,9 +195,10 @@ std::optional<Script> withoutTrouble(Script script) {
     const auto isWhole = [&](std::int64_t bytes, std::int32_t sector) {
         return bytes % sector == 0 && script.blockSize % static_cast<std::size_t>(sector) == 0;
     };
-    const bool makesImage = script.job == ScriptedJob::kImageToFile || script.job == ScriptedJob::kForensicImage;
+    const bool writesNoDrive = script.job == ScriptedJob::kImageToFile || script.job == ScriptedJob::kForensicImage ||
+                               script.job == ScriptedJob::kVerifyImage;
     const bool readsImage = script.job == ScriptedJob::kImageToDrive;
-    if (makesImage || !isWhole(script.destinationBytes, script.destinationSector) ||
+    if (writesNoDrive || !isWhole(script.destinationBytes, script.destinationSector) ||
         (!readsImage && !script.sourceIsImageFile && !isWhole(script.sourceBytes, script.sourceSector))) {
         return std::nullopt;
     }

@@ -38,8 +38,11 @@ bool isReadTest(JobKind kind) {
 bool isStoppableTest(JobKind kind) {
     return kind == JobKind::kCriticalTest || kind == JobKind::kNistTest;
 }
+bool isShownAsCopy(JobKind kind) {
+    return kind == JobKind::kVerifyImage || (isDriveJob(kind) && kind != JobKind::kDiskChange);
+}
 bool heedsStop(JobKind kind) {
-    return kind == JobKind::kScan || (isDriveJob(kind) && kind != JobKind::kDiskChange) || isStoppableTest(kind);
+    return kind == JobKind::kScan || isShownAsCopy(kind) || isStoppableTest(kind);
 }
 
 /// What `Jobs` must do, told once more: a list of who is at work, one step at a time.
@@ -111,13 +114,14 @@ class Model {
     }
     [[nodiscard]] bool mayBegin(JobKind kind) const {
         const bool waitsForFlag = kind == JobKind::kScan || kind == JobKind::kClone || kind == JobKind::kImageToDrive ||
-                                  kind == JobKind::kDiskChange;
+                                  kind == JobKind::kVerifyImage || kind == JobKind::kDiskChange;
         if (kind == JobKind::kMounting) {
             return true;
         }
         const bool waitsForReadTests = kind == JobKind::kScan || kind == JobKind::kDiskChange;
         return (!waitsForFlag || !active()) && !atWork(JobKind::kScan) &&
                (kind == JobKind::kShortTest || !anyAtWork(isDriveJob)) &&
+               (!isShownAsCopy(kind) || !atWork(JobKind::kVerifyImage)) &&
                (!waitsForReadTests || !anyAtWork(isReadTest));
     }
 

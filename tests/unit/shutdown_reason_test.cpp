@@ -12,7 +12,7 @@ namespace {
 
 TEST(ShutdownReason, StandsForEveryJobThatUsesOrChangesDrives) {
     for (const JobRule& rule : kJobRules) {
-        const bool expected = rule.usesRecords || rule.kind == JobKind::kScan;
+        const bool expected = rule.usesRecords || rule.kind == JobKind::kScan || rule.kind == JobKind::kVerifyImage;
         const char* const reason = shutdownReason({rule.kind});
         EXPECT_EQ(reason != nullptr, expected) << static_cast<int>(rule.kind);
         if (reason != nullptr) {

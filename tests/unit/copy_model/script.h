@@ -14,7 +14,7 @@
 
 namespace torvane::testing {
 
-enum class ScriptedJob { kForwardClone, kReverseClone, kImageToFile, kForensicImage, kImageToDrive };
+enum class ScriptedJob { kForwardClone, kReverseClone, kImageToFile, kForensicImage, kImageToDrive, kVerifyImage };
 
 /// What happens to one transfer.
 enum class Fault {
@@ -71,6 +71,7 @@ struct Script {
     bool hashFileCannotBeCreated = false;
 
     bool alsoSha256 = false;
+    bool knowsMd5 = true;                       ///< of a verification; without it, its SHA-256 alone
     std::map<std::uint64_t, bool> sha256Hashes; ///< that fail, counted as `hashes` are
     std::array<bool, 2> noSha256Provider{};
     std::array<bool, 2> noSha256Hash{};
@@ -249,6 +250,10 @@ class ScriptMaker {
     void makeSha256() {
         script_.takenSha256Files = chance(4) ? below(3) : 0;
         script_.alsoSha256 = chance(2);
+        if (script_.job == ScriptedJob::kImageToFile && chance(3)) {
+            script_.job = ScriptedJob::kVerifyImage;
+            script_.knowsMd5 = !script_.alsoSha256 || chance(2);
+        }
         if (chance(4)) {
             script_.sha256Hashes[below(30)] = true;
         }
@@ -292,8 +297,8 @@ class ScriptMaker {
 };
 
 inline std::ostream& operator<<(std::ostream& out, const Script& script) {
-    static constexpr std::array<const char*, 5> kJobs{"forward clone", "reverse clone", "image to file",
-                                                      "forensic image", "image to drive"};
+    static constexpr std::array<const char*, 6> kJobs{"forward clone",  "reverse clone",  "image to file",
+                                                      "forensic image", "image to drive", "verify image"};
     static constexpr std::array<const char*, 7> kStops{"never", "read",  "write",      "hash",
                                                        "tick",  "event", "first block"};
     return out << "script " << script.seed << ": " << kJobs[static_cast<std::size_t>(script.job)] << ", blocks of "

@@ -27,12 +27,14 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     std::uint32_t run() {
         const ScriptedJob job = world_.script.job;
         const bool makesImage = job == ScriptedJob::kImageToFile || job == ScriptedJob::kForensicImage;
-        const bool readsImage = job == ScriptedJob::kImageToDrive;
+        const bool readsImage = job == ScriptedJob::kImageToDrive || job == ScriptedJob::kVerifyImage;
         const CopyOrder order{.kind = kindOf(job),
                               .source = readsImage ? nullptr : &world_.source,
-                              .destination = makesImage ? nullptr : &world_.destination,
+                              .destination =
+                                  makesImage || job == ScriptedJob::kVerifyImage ? nullptr : &world_.destination,
                               .path = readsImage ? World::kSourceImage : World::kFolder,
-                              .alsoSha256 = world_.script.alsoSha256};
+                              .alsoSha256 = world_.script.alsoSha256,
+                              .known = world_.knownDigests()};
         std::optional<JobClaim> claim = jobs_.begin(jobKindOf(order.kind));
         const std::uint32_t exitCode = runScripted({.order = order,
                                                     .claim = claim.value(),
@@ -150,7 +152,8 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
             return nullptr;
         case World::HasherTrouble::kNone:
             // The job goes no further than its last hasher.
-            forensicBegun_ = forensicBegun_ || !md5 || !world_.script.alsoSha256;
+            forensicBegun_ = forensicBegun_ ||
+                             (world_.script.job == ScriptedJob::kForensicImage && (!md5 || !world_.script.alsoSha256));
             return std::make_unique<Hasher>(world_, kind);
         }
         return nullptr;
@@ -192,6 +195,10 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     void endRun() override { see("run ends"); }
     void setImagePlace(std::string_view path) override { see("image into [" + std::string(path) + "]"); }
     void callUser(bool good) override { see(good ? "calls: good" : "calls: bad"); }
+    void showDigests(const Digests& known, const Digests& made) override {
+        copyFlags();
+        world_.seeDigests(known, made);
+    }
     void repaint() override { see("repaint"); }
     void repaintTrack(const TrackArea& area) override {
         see("repaint " + std::to_string(area.left) + "," + std::to_string(area.top) + "," + std::to_string(area.right) +
@@ -267,9 +274,11 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         case ScriptedJob::kForensicImage:
             return CopyKind::kForensicImage;
         case ScriptedJob::kImageToDrive:
+            return CopyKind::kImageToDrive;
+        case ScriptedJob::kVerifyImage:
             break;
         }
-        return CopyKind::kImageToDrive;
+        return CopyKind::kVerifyImage;
     }
 
     static std::uint32_t runScripted(const CopyJob& job) {
@@ -284,6 +293,8 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
             return runForensicImage(job);
         case CopyKind::kImageToDrive:
             return runImageToDrive(job);
+        case CopyKind::kVerifyImage:
+            return runVerifyImage(job);
         }
         return 98;
     }

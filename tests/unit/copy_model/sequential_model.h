@@ -16,6 +16,9 @@ class SequentialModel {
     explicit SequentialModel(World& world) : world_(world), flags_(world.flags), block_(world.script.blockSize) {}
 
     std::uint32_t run() {
+        if (world_.script.job == ScriptedJob::kVerifyImage) {
+            return verifyImage();
+        }
         world_.see("losses []");
         jobRow(subject(destinationText()) + " begins");
         const std::uint32_t exitCode = runJob();
@@ -44,6 +47,8 @@ class SequentialModel {
             return forensicImage();
         case ScriptedJob::kImageToDrive:
             return imageToDrive();
+        case ScriptedJob::kVerifyImage:
+            break;
         }
         return 99;
     }
@@ -682,7 +687,9 @@ class SequentialModel {
         return 1;
     }
 
-    bool beginHashing() {
+    bool beginHashing() { return (!wantsMd5_ || beginMd5()) && (!world_.script.alsoSha256 || beginSha256()); }
+
+    bool beginMd5() {
         switch (world_.beginHashing()) {
         case World::HasherTrouble::kNoProvider:
             stopBox("****** HASH ERROR ******", "Could not get HANDLE to CRYPTO provider. Exiting");
@@ -692,7 +699,7 @@ class SequentialModel {
             return false;
         case World::HasherTrouble::kNone:
             digest_ = {};
-            return !world_.script.alsoSha256 || beginSha256();
+            return true;
         }
         return false;
     }
@@ -721,7 +728,7 @@ class SequentialModel {
     HashTexts hash(std::size_t length) {
         const auto bytes = std::span(buffer_).first(length);
         HashTexts texts;
-        if (!world_.hash(digest_, bytes)) {
+        if (wantsMd5_ && !world_.hash(digest_, bytes)) {
             texts.md5 = "Could not get HASH data. Exiting";
         }
         if (world_.script.alsoSha256 && !world_.hashSha256(sha256_, bytes)) {
@@ -948,16 +955,43 @@ class SequentialModel {
         world_.stopAsked = false; // the user has said yes since
         raise();
         status(" Beginning Verification");
-        const auto failed = [&] {
+        if (!hashImage(*image, {&world_.source})) {
             world_.close(*image);
             driveStatus(world_.source, imagingOutcome("verification failed"));
             return 0; // running stays as it is
-        };
+        }
+        const Md5Digest verified = digest_.value();
+        const bool equal = imaged == verified && (!world_.script.alsoSha256 || sha256_.stretched() == imagedSha256_);
+        world_.close(*image);
+        flags_.running = 0;
+        flags_.succeeded = 1;
+        repaintImageTrack();
+        driveStatus(world_.source, equal ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
+        jobRow("Verification of [" + name + "]: " + (equal ? "verified" : "not verified"));
+        callUser(equal && imagedWhole_ && losses() == "Nothing was lost");
+        showVerdict(imaged, verified, equal);
+        return 1;
+    }
+
+    void showVerdict(const std::optional<Md5Digest>& known, const Md5Digest& made, bool equal) {
+        if (known) {
+            world_.see("print " + hashLine("Match HASH:", *known));
+            world_.see("print " + hashLine("Gen   HASH:", made));
+        }
+        if (equal) {
+            informBox("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
+        } else {
+            informBox("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
+        }
+    }
+
+    /// Reads the image, as far as nobody asks to stop. False, and the user was told, when it has no digests.
+    bool hashImage(World::OpenFile& image, std::initializer_list<const DriveRecord*> drives) {
         if (!beginHashing()) {
-            return failed();
+            return false;
         }
         const auto hashNext = [&](std::size_t length) {
-            const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(length));
+            const World::Transfer done = world_.readFile(image, std::span(buffer_).first(length));
             if (!done.ok || done.count != length) {
                 status("Could not READ image for VERIFICATION");
                 return false;
@@ -974,7 +1008,7 @@ class SequentialModel {
         };
         const auto gaveUp = [&] {
             endRun();
-            return failed();
+            return false;
         };
         beginRun(true);
         std::uint64_t k = 0;
@@ -985,40 +1019,81 @@ class SequentialModel {
             if (flags_.running == 0) {
                 break;
             }
-            progress(k, true, Track::kImage, "Status", "Verifying", {&world_.source});
+            progress(k, true, Track::kImage, "Status", "Verifying", drives);
             ++k;
         }
         if (remainder_ > 0 && flags_.running == 1 && !hashNext(remainder_)) {
             return gaveUp();
         }
         endRun();
-        progress(k, true, Track::kImage, "Status", "Verifying", {&world_.source});
-        if (world_.digestFails()) {
+        progress(k, true, Track::kImage, "Status", "Verifying", drives);
+        if (wantsMd5_ && world_.digestFails()) {
             stopBox("****** HASH ERROR ******", "Could not get HASH PARAM. Exiting");
-            return failed();
+            return false;
         }
         if (world_.script.alsoSha256 && world_.sha256DigestFails()) {
             stopBox("****** HASH ERROR ******",
                     "Could not get the SHA-256 HASH at its end. Nothing was compared. Start again");
-            return failed();
+            return false;
         }
-        const Md5Digest verified = digest_.value();
-        const bool equal = imaged == verified && (!world_.script.alsoSha256 || sha256_.stretched() == imagedSha256_);
-        world_.close(*image);
-        flags_.running = 0;
-        flags_.succeeded = 1;
-        repaintImageTrack();
-        driveStatus(world_.source, equal ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
-        jobRow("Verification of [" + name + "]: " + (equal ? "verified" : "not verified"));
-        callUser(equal && imagedWhole_ && losses() == "Nothing was lost");
-        world_.see("print " + hashLine("Match HASH:", imaged));
-        world_.see("print " + hashLine("Gen   HASH:", verified));
-        if (equal) {
-            informBox("****** VERIFY SUCCEEDED ******", "CREATED File has been verified");
-        } else {
-            informBox("****** VERIFY FAILED ******", "CREATED File has NOT been verified");
+        return true;
+    }
+
+    std::uint32_t verifyImage() {
+        flags_.carX = 10;
+        flags_.carY = 32;
+        clearFlags();
+        world_.see("losses []");
+        world_.seeDigests({}, {});
+        jobRow(std::string("Verification of [") + World::kSourceImage + "]: begins");
+        if (!compareImage()) {
+            jobRow(std::string("Verification of [") + World::kSourceImage + "]: could not be made");
+            callUser(false);
+            return 0;
         }
         return 1;
+    }
+
+    /// False when no comparison was made.
+    bool compareImage() {
+        const Digests known = world_.knownDigests();
+        wantsMd5_ = known.md5.has_value();
+        std::optional<World::OpenFile> image = world_.openImage(World::kSourceImage);
+        if (!image) {
+            status("Could not open image for VERIFICATION");
+            return false;
+        }
+        split(world_.files[World::kSourceImage].size());
+        const bool wanted = raise();
+        status(" Status: Idle");
+        repaint();
+        if (!wanted) {
+            world_.close(*image);
+            return false;
+        }
+        beginTiming();
+        status(" Beginning Verification");
+        const bool hashed = hashImage(*image, {});
+        world_.close(*image);
+        flags_.running = 0;
+        if (!hashed) {
+            return false;
+        }
+        Digests made;
+        if (known.md5) {
+            made.md5 = digest_.value();
+        }
+        if (known.sha256) {
+            made.sha256 = sha256_.stretched();
+        }
+        const bool equal = known == made;
+        flags_.succeeded = equal ? 1 : 0;
+        repaintImageTrack();
+        world_.seeDigests(known, made);
+        jobRow(std::string("Verification of [") + World::kSourceImage + "]: " + (equal ? "verified" : "not verified"));
+        callUser(equal);
+        showVerdict(known.md5, digest_.value(), equal);
+        return true;
     }
 
     std::uint32_t imageToDrive() {
@@ -1137,6 +1212,7 @@ class SequentialModel {
     bool imagedWhole_ = false;
     ScriptedDigest digest_;
     ScriptedDigest sha256_;
+    bool wantsMd5_ = true;
 
     std::string ending_ = "not started";
     std::string path_; ///< of the image that was made

@@ -228,7 +228,8 @@ class World {
         if (script.imageCannotBeOpened) {
             return std::nullopt;
         }
-        if (script.imageChangesMeanwhile && path != kSourceImage && !files[path].empty()) {
+        const bool mayChange = path != kSourceImage || script.job == ScriptedJob::kVerifyImage;
+        if (script.imageChangesMeanwhile && mayChange && !files[path].empty()) {
             files[path].front() ^= std::byte{1};
         }
         ++openFiles[path];
@@ -292,6 +293,31 @@ class World {
     }
 
     [[nodiscard]] bool sha256DigestFails() const { return script.noSha256Digest[pass]; }
+
+    /// What is known of the source image: its digests before somebody has changed it.
+    [[nodiscard]] Digests knownDigests() const {
+        ScriptedDigest digest;
+        digest.add(sourceBytes);
+        Digests known;
+        if (script.knowsMd5) {
+            known.md5 = digest.value();
+        }
+        if (script.alsoSha256) {
+            known.sha256 = digest.stretched();
+        }
+        return known;
+    }
+
+    void seeDigests(const Digests& known, const Digests& made) {
+        const auto text = [](const auto& digest) {
+            std::string bytes = digest ? "" : "none";
+            for (const unsigned byte : digest.value_or(std::decay_t<decltype(*digest)>{})) {
+                bytes += digest ? std::to_string(byte) + "." : "";
+            }
+            return bytes;
+        };
+        see("digests " + text(known.md5) + " " + text(made.md5) + " " + text(known.sha256) + " " + text(made.sha256));
+    }
 
     // --- time ---
 
