@@ -28,9 +28,9 @@ constexpr std::array<choosers::FileKind, 1> kTextFiles{{{"(*.txt) Text Files", "
 std::string utf8Of(const std::string& text) {
     const std::wstring wide = wideText(text);
     const int length = static_cast<int>(wide.size());
-    std::string bytes(static_cast<std::size_t>(
-                          WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr)),
-                      '\0');
+    std::string bytes(
+        static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr)),
+        '\0');
     WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, bytes.data(), static_cast<int>(bytes.size()), nullptr,
                         nullptr);
     return bytes;

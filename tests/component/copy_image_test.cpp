@@ -86,6 +86,14 @@ TEST_F(Image, HoldsTheDrivesBytesAndNothingElse) {
     EXPECT_FALSE(state().jobs.active());
     EXPECT_EQ(lastDriveStatus(*source_), "COMPLETED");
     EXPECT_THAT(bench_.log("request=write"), IsEmpty());
+    EXPECT_THAT(display_.imagePlaces(), ElementsAre(order_.path, order_.path + "\\" + kImage));
+    EXPECT_THAT(display_.calls(), ElementsAre("good"));
+    const std::vector<RunFigures> runs = display_.runs();
+    ASSERT_EQ(runs.size(), 7U);
+    EXPECT_EQ(runs.front().done, 0U);
+    EXPECT_EQ(runs[1].done, kBlock);
+    EXPECT_EQ(runs.back().done, 5 * kBlock + 1536);
+    EXPECT_EQ(runs.back().total, 5 * kBlock + 1536);
 }
 
 TEST_F(Image, AsTheProgramRunsIt) {

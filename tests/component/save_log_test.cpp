@@ -36,9 +36,7 @@ class SaveLog : public ::testing::Test {
             return ansiText(L"ERROR\tgr\u00FC\u00DF\r\n"); // as the program has its texts
         });
     }
-    [[nodiscard]] static std::string inFolder(const std::string& name) {
-        return (fs::current_path() / name).string();
-    }
+    [[nodiscard]] static std::string inFolder(const std::string& name) { return (fs::current_path() / name).string(); }
     [[nodiscard]] std::vector<std::string> events() const {
         std::vector<std::string> rows;
         for (const LogRow& row : view_.logRows()) {

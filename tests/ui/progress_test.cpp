@@ -64,7 +64,8 @@ TEST_F(ProgressTest, OfAnImageTellsItsWholeNameOnceItIsThere) {
     dialog.start();
     dialog.awaitStatusStart(" Status: 00:00:");
     const std::string image = onlyFile(folder, ".img").filename().string();
-    expectSoon([&] { EXPECT_THAT(placeOf(dialog), ::testing::EndsWith("\\" + folder.filename().string() + "\\" + image)); });
+    expectSoon(
+        [&] { EXPECT_THAT(placeOf(dialog), ::testing::EndsWith("\\" + folder.filename().string() + "\\" + image)); });
     EXPECT_THAT(placeOf(dialog), ::testing::StartsWith("Into: "));
     hoverAt(centre(dialog.window().child(kFolderText).rect()));
     expectSoon([&] { EXPECT_EQ(toolTip(), placeOf(dialog)); });
