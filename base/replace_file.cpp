@@ -12,13 +12,13 @@ namespace torvane {
 namespace {
 
 // Beside the file itself, because a file can be renamed over another one only within a volume.
-std::string newFileName(const char* fileName) {
-    return std::string(fileName) + ".new";
+std::wstring newFileName(const char* fileName) {
+    return systemPath(std::string(fileName) + ".new");
 }
 
-FileSaving writeNewFile(const std::string& name, std::span<const std::byte> bytes) {
+FileSaving writeNewFile(const std::wstring& name, std::span<const std::byte> bytes) {
     const UniqueFile file{
-        CreateFileA(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
+        CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
     if (!file) {
         return FileSaving::kNotMade;
     }
@@ -29,37 +29,38 @@ FileSaving writeNewFile(const std::string& name, std::span<const std::byte> byte
     return whole ? FileSaving::kDone : FileSaving::kNotWritten;
 }
 
-bool isReadOnly(const char* fileName) {
-    const DWORD attributes = GetFileAttributesA(fileName);
+bool isReadOnly(const std::wstring& name) {
+    const DWORD attributes = GetFileAttributesW(name.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
 /// Attributes that a user may have given the old file.
-void takeAttributes(const std::string& newName, const char* oldName) {
+void takeAttributes(const std::wstring& newName, const std::wstring& oldName) {
     constexpr DWORD kTaken = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
-    const DWORD attributes = GetFileAttributesA(oldName);
+    const DWORD attributes = GetFileAttributesW(oldName.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & kTaken) != 0) {
-        SetFileAttributesA(newName.c_str(), attributes & kTaken);
+        SetFileAttributesW(newName.c_str(), attributes & kTaken);
     }
 }
 
 FileSaving saveWhole(const char* fileName, std::span<const std::byte> bytes, DWORD moving) {
+    const std::wstring name = systemPath(fileName);
     // The system refuses to rename a file over it, too, but not every file system for every user.
-    if (isReadOnly(fileName)) {
+    if (isReadOnly(name)) {
         return FileSaving::kNotPlaced;
     }
-    const std::string newName = newFileName(fileName);
+    const std::wstring newName = newFileName(fileName);
     // What a crash has left may have attributes that keep it from being created anew.
-    DeleteFileA(newName.c_str());
+    DeleteFileW(newName.c_str());
     FileSaving saved = writeNewFile(newName, bytes);
     if (saved == FileSaving::kDone) {
-        takeAttributes(newName, fileName);
-        saved = MoveFileExA(newName.c_str(), fileName, moving | MOVEFILE_WRITE_THROUGH) != FALSE
+        takeAttributes(newName, name);
+        saved = MoveFileExW(newName.c_str(), name.c_str(), moving | MOVEFILE_WRITE_THROUGH) != FALSE
                     ? FileSaving::kDone
                     : FileSaving::kNotPlaced;
     }
     if (saved != FileSaving::kDone) {
-        DeleteFileA(newName.c_str());
+        DeleteFileW(newName.c_str());
     }
     return saved;
 }

@@ -16,7 +16,7 @@ enum class FileSaving : std::uint8_t {
 
 // A file is written whole or not at all: its bytes go into a new file beside it, "Config.db.new", are flushed, and that
 // file takes the name in one step (MoveFileEx). A crash or a full disk at any moment leaves the old file or the new
-// one, and nothing is left of a new one that failed.
+// one, and nothing is left of a new one that failed. A path may have any length and any letters.
 
 /// Replaces the file, or makes it. It keeps its attributes, such as hidden. One that is read-only, or that others have
 /// open, cannot be replaced.

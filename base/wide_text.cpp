@@ -8,6 +8,18 @@
 
 namespace torvane {
 
+namespace {
+
+std::string narrowText(UINT codePage, std::wstring_view text) {
+    const int length = static_cast<int>(text.size());
+    const int needed = WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string narrow(static_cast<std::size_t>(needed), '\0');
+    WideCharToMultiByte(codePage, 0, text.data(), length, narrow.data(), needed, nullptr, nullptr);
+    return narrow;
+}
+
+} // namespace
+
 std::wstring wideText(std::string_view text) {
     if (GetACP() == CP_UTF8) {
         const std::u16string units = utf16FromUtf8(text);
@@ -20,11 +32,11 @@ std::wstring wideText(std::string_view text) {
 }
 
 std::string ansiText(std::wstring_view text) {
-    const int length = static_cast<int>(text.size());
-    const int needed = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string narrow(static_cast<std::size_t>(needed), '\0');
-    WideCharToMultiByte(CP_ACP, 0, text.data(), length, narrow.data(), needed, nullptr, nullptr);
-    return narrow;
+    return narrowText(CP_ACP, text);
+}
+
+std::string utf8Text(std::wstring_view text) {
+    return narrowText(CP_UTF8, text);
 }
 
 } // namespace torvane

@@ -13,4 +13,7 @@ namespace torvane {
 /// A character that the code page does not have becomes its own "cannot be shown".
 [[nodiscard]] std::string ansiText(std::wstring_view text);
 
+/// In UTF-8, whatever the code page. Half a surrogate pair becomes U+FFFD.
+[[nodiscard]] std::string utf8Text(std::wstring_view text);
+
 } // namespace torvane

@@ -24,6 +24,7 @@
 #define IDD_HEX_VIEWER 171
 #define IDD_FORENSIC_IMAGE 174
 #define IDD_READ_TEST 177
+#define IDD_CASE_INFORMATION 1300
 #define IDD_VERIFY_IMAGE 1339
 
 // Texts and pictures that no code refers to
@@ -173,6 +174,12 @@
 #define IDC_TERMINATE_FORENSIC_IMAGE 1027
 #define IDC_EXIT_FORENSIC_IMAGE 1028
 #define IDC_ALSO_SHA256 1320
+#define IDC_CASE 1301
+
+// Case information
+#define IDC_CASE_NUMBER 1302
+#define IDC_CASE_EXAMINER 1303
+#define IDC_CASE_NOTE 1304
 
 // Image to drive
 #define IDC_START_IMAGE_TO_DRIVE 1023

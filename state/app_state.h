@@ -2,6 +2,7 @@
 
 #include "base/fixed_text.h"
 #include "jobs/jobs.h"
+#include "records/case_information.h"
 #include "records/company_info.h"
 #include "records/message_table.h"
 #include "state/event_log_file.h"
@@ -42,6 +43,7 @@ struct AppState {
     MessageTable messages;   ///< the advice of "Message.db"; the window's thread alone reads and replaces it
 
     ChosenNames chosen;
+    CaseInformation caseInformation; ///< of forensic images, until the program ends; the window's thread alone
 
     /// The main window. Set once at start-up, before any other thread runs, and never cleared: before the window exists
     /// and after its end the view itself ignores every call. Null in tests that need no window.

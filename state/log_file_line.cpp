@@ -1,10 +1,10 @@
 #include "state/log_file_line.h"
 
 #include "base/format.h"
+#include "base/one_line.h"
 #include "base/utf8.h"
 #include "state/main_view.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -49,14 +49,6 @@ std::string withoutRecoveryPasswords(std::string_view text) {
     return kept;
 }
 
-std::string column(std::string text) {
-    constexpr char kDelete = 0x7F;
-    std::replace_if(
-        text.begin(), text.end(),
-        [](char character) { return static_cast<unsigned char>(character) < ' ' || character == kDelete; }, ' ');
-    return text;
-}
-
 } // namespace
 
 std::string logFileName(const LocalMoment& moment) {
@@ -65,8 +57,8 @@ std::string logFileName(const LocalMoment& moment) {
 
 std::string logFileLine(const LogRow& row) {
     const std::string message = withoutRecoveryPasswords(row.message);
-    return column(row.category) + '\t' + column(row.date) + '\t' + column(row.time) + '\t' +
-           column(std::string(cutAtCharacter(message, kLongestMessage))) + "\r\n";
+    return oneLine(row.category) + '\t' + oneLine(row.date) + '\t' + oneLine(row.time) + '\t' +
+           oneLine(cutAtCharacter(message, kLongestMessage)) + "\r\n";
 }
 
 } // namespace torvane

@@ -56,6 +56,7 @@ STATE_HEADER = "state/app_state.h"
 STATE = {
     "activeDrive": {"state", "health", "scan", "reports", "window"},
     "activeDriveChosen": {"state", "scan", "window"},
+    "caseInformation": {"copy"},
     "chosen": {"reports", "window"},
     "companyInfo": {"reports", "window"},
     "eventLogFile": {"state", "window"},

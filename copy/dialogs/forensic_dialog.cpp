@@ -1,5 +1,6 @@
 #include "copy/dialogs/forensic_dialog.h"
 
+#include "copy/dialogs/case_dialog.h"
 #include "copy/dialogs/copy_dialog.h"
 #include "copy/dialogs/image_texts_view.h"
 #include "resources/resource_ids.h"
@@ -14,7 +15,8 @@ constexpr ControlPlace kPlaces[] = {
     {IDC_COPY_IMAGING, {10, 95, 405, 111}},          {IDC_COPY_FOLDER, {420, 95, 830, 111}},
     {IDC_COPY_STATUS, {10, 113, 330, 135}},          {IDC_COPY_LOSSES, {336, 113, 830, 135}},
     {IDC_START_FORENSIC_IMAGE, {10, 140, 180, 168}}, {IDC_TERMINATE_FORENSIC_IMAGE, {190, 140, 360, 168}},
-    {IDC_ALSO_SHA256, {370, 144, 520, 164}},         {IDC_EXIT_FORENSIC_IMAGE, {660, 140, 830, 168}},
+    {IDC_ALSO_SHA256, {370, 144, 520, 164}},         {IDC_CASE, {530, 140, 650, 168}},
+    {IDC_EXIT_FORENSIC_IMAGE, {660, 140, 830, 168}},
 };
 
 constexpr CopyDialogLook kLook{
@@ -42,6 +44,7 @@ class ForensicDialog : public CopyDialog {
         static constexpr CommandRoute<ForensicDialog> kRoutes[] = {
             {IDC_START_FORENSIC_IMAGE, &ForensicDialog::onStart},
             {IDC_TERMINATE_FORENSIC_IMAGE, &ForensicDialog::onTerminateForensic},
+            {IDC_CASE, &ForensicDialog::onCase},
             {IDC_EXIT_FORENSIC_IMAGE, &ForensicDialog::onExit},
             {IDCANCEL, &ForensicDialog::onExit},
             {IDOK, &ForensicDialog::onNothing},
@@ -55,8 +58,11 @@ class ForensicDialog : public CopyDialog {
                   .source = &source_,
                   .destination = nullptr,
                   .path = folder_,
-                  .alsoSha256 = IsDlgButtonChecked(window(), IDC_ALSO_SHA256) == BST_CHECKED});
+                  .alsoSha256 = IsDlgButtonChecked(window(), IDC_ALSO_SHA256) == BST_CHECKED,
+                  .caseInformation = state().caseInformation});
     }
+
+    void onCase() { editCaseInformation(state().caseInformation, window()); }
 
     void onTerminateForensic() {
         if (state().jobs.active() && prompts::ask("****** FORENSIC IMAGE RUNNING ******",

@@ -6,7 +6,7 @@ namespace torvane {
 
 TransferOutcome DriveSink::store(const BlockExtent& extent, std::span<const std::byte> bytes) {
     const TransferOutcome outcome = WriteBlock(io_, drive_, bytes, extent.offset);
-    flushing_.stored(outcome);
+    flushing_.stored(extent, outcome);
     used_ = true;
     gone_ = outcome == TransferOutcome::kGone;
     storedAny_ = storedAny_ || outcome == TransferOutcome::kWhole;
@@ -30,13 +30,17 @@ ImageSink::ImageSink(std::unique_ptr<ImageFile> image) : image_(std::move(image)
 }
 
 void ImageSink::close() {
+    if (flushing_) {
+        static_cast<void>(flushing_->finish(UnflushedBlocks::kLeave)); // a flush under way may be one that fails
+        doubtful_ = flushing_->doubtful();
+    }
     flushing_.reset();
     image_.reset();
 }
 
-TransferOutcome ImageSink::store(const BlockExtent&, std::span<const std::byte> bytes) {
+TransferOutcome ImageSink::store(const BlockExtent& extent, std::span<const std::byte> bytes) {
     const TransferOutcome outcome = image_->write(bytes);
-    flushing_->stored(outcome);
+    flushing_->stored(extent, outcome);
     return outcome;
 }
 

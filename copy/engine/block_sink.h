@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <vector>
 
 namespace torvane {
 
@@ -26,6 +27,9 @@ class BlockSink {
     /// when no flush has failed. Flushes that were under way meanwhile and failed are told here. `kNotReached` when the
     /// device was gone by the last block, whose own outcome has told it.
     [[nodiscard]] virtual TransferOutcome flush(UnflushedBlocks rest) = 0;
+
+    /// After `flush`: the places that were stored and may not be on the medium (`FlushBehind::doubtful`).
+    [[nodiscard]] virtual const std::vector<BlockExtent>& doubtful() const = 0;
 };
 
 /// Blocks of a drive; each that fails is counted on its record, and so is a failed flush.
@@ -35,6 +39,7 @@ class DriveSink : public BlockSink {
         : io_(io), drive_(drive), flushing_([&io, &drive] { return io.flush(drive); }) {}
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
     TransferOutcome flush(UnflushedBlocks rest) override;
+    const std::vector<BlockExtent>& doubtful() const override { return flushing_.doubtful(); }
 
     /// Something was to be stored, and the drive was still there the last time that it was told to do anything.
     [[nodiscard]] bool mayHoldNewTable() const { return used_ && !gone_; }
@@ -62,9 +67,11 @@ class ImageSink : public BlockSink {
 
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
     TransferOutcome flush(UnflushedBlocks rest) override { return flushing_->finish(rest); }
+    const std::vector<BlockExtent>& doubtful() const override { return flushing_ ? flushing_->doubtful() : doubtful_; }
 
   private:
     std::unique_ptr<ImageFile> image_;
+    std::vector<BlockExtent> doubtful_;     ///< once it was closed
     std::unique_ptr<FlushBehind> flushing_; // after the image: its end waits for a flush of it
 };
 
@@ -80,6 +87,7 @@ class HashingSink : public BlockSink {
     /// The inner sink's outcome, once the block was hashed as well.
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
     TransferOutcome flush(UnflushedBlocks rest) override { return inner_.flush(rest); }
+    const std::vector<BlockExtent>& doubtful() const override { return inner_.doubtful(); }
 
     /// False once a block could not be added to the digest.
     [[nodiscard]] bool hashedAll() const { return hashedAll_; }

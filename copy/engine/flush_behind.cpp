@@ -2,12 +2,35 @@
 
 #include "base/helper_thread.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace torvane {
 
-void FlushBehind::stored(TransferOutcome outcome) {
+namespace {
+
+/// From the first byte of both to the last.
+BlockExtent spanned(const std::optional<BlockExtent>& one, const BlockExtent& other) {
+    if (!one) {
+        return other;
+    }
+    const std::uint64_t first = std::min(one->offset, other.offset);
+    const std::uint64_t end = std::max(one->offset + one->length, other.offset + other.length);
+    return {.offset = first, .length = static_cast<std::size_t>(end - first)};
+}
+
+} // namespace
+
+void FlushBehind::stored(const BlockExtent& extent, TransferOutcome outcome) {
     gone_ = outcome == TransferOutcome::kGone;
-    waiting_ += outcome == TransferOutcome::kWhole ? 1 : 0;
-    if (waiting_ == kBlocksBetweenFlushes) {
+    if (gone_) {
+        doubt(std::exchange(waitingPlace_, {})); // it has taken its cache along
+    }
+    if (outcome != TransferOutcome::kWhole) {
+        return;
+    }
+    waitingPlace_ = spanned(waitingPlace_, extent);
+    if (++waiting_ == kBlocksBetweenFlushes) {
         begin();
     }
 }
@@ -19,6 +42,7 @@ TransferOutcome FlushBehind::finish(UnflushedBlocks rest) {
     }
     if (waiting_ != 0 && rest == UnflushedBlocks::kFlush) {
         waiting_ = 0;
+        flushingPlace_ = std::exchange(waitingPlace_, {});
         note(flush_());
     }
     return worst_;
@@ -27,6 +51,7 @@ TransferOutcome FlushBehind::finish(UnflushedBlocks rest) {
 void FlushBehind::begin() {
     awaitFlush();
     waiting_ = 0;
+    flushingPlace_ = std::exchange(waitingPlace_, {});
     thread_ = startHelperThread([this] { running_ = flush_(); });
     if (!thread_.joinable()) {
         note(flush_());
@@ -43,6 +68,16 @@ void FlushBehind::awaitFlush() {
 void FlushBehind::note(TransferOutcome outcome) {
     if (worst_ == TransferOutcome::kWhole) {
         worst_ = outcome;
+    }
+    if (outcome != TransferOutcome::kWhole) {
+        doubt(flushingPlace_);
+        doubt(std::exchange(waitingPlace_, {})); // stored meanwhile: it may have gone the same way
+    }
+}
+
+void FlushBehind::doubt(const std::optional<BlockExtent>& place) {
+    if (place) {
+        doubtful_.push_back(*place);
     }
 }
 

@@ -1,10 +1,13 @@
 #pragma once
 
 #include "base/transfer_outcome.h"
+#include "copy/engine/block_layout.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <thread>
+#include <vector>
 
 namespace torvane {
 
@@ -30,8 +33,8 @@ class FlushBehind {
     FlushBehind(const FlushBehind&) = delete;
     FlushBehind& operator=(const FlushBehind&) = delete;
 
-    /// Tells how a block was stored. May begin a flush, once the one before it has ended.
-    void stored(TransferOutcome outcome);
+    /// Tells how the block was stored. May begin a flush, once the one before it has ended.
+    void stored(const BlockExtent& extent, TransferOutcome outcome);
 
     /// Waits for the flush under way, and flushes the rest or leaves it. Whole when no flush has failed: then
     /// everything that was stored and not left is on the medium; otherwise how the first flush that failed ended.
@@ -39,14 +42,22 @@ class FlushBehind {
     /// outcomes have told it.
     [[nodiscard]] TransferOutcome finish(UnflushedBlocks rest);
 
+    /// After `finish`: the places that were stored and may not be on the medium, because their flush has failed or the
+    /// device has gone before it. What was left to the system is not among them.
+    [[nodiscard]] const std::vector<BlockExtent>& doubtful() const { return doubtful_; }
+
   private:
     void begin();
     void awaitFlush();
     void note(TransferOutcome outcome);
+    void doubt(const std::optional<BlockExtent>& place);
 
     std::function<TransferOutcome()> flush_;
-    std::uint64_t waiting_ = 0; ///< blocks stored since the last flush began
-    bool gone_ = false;         ///< the device was gone when the last block was to be stored
+    std::uint64_t waiting_ = 0;                ///< blocks stored since the last flush began
+    std::optional<BlockExtent> waitingPlace_;  ///< from the first to the last of them
+    std::optional<BlockExtent> flushingPlace_; ///< the same of the last flush
+    std::vector<BlockExtent> doubtful_;
+    bool gone_ = false; ///< the device was gone when the last block was to be stored
     TransferOutcome worst_ = TransferOutcome::kWhole;
     TransferOutcome running_ = TransferOutcome::kWhole; ///< the thread's own until it was joined
     std::thread thread_;

@@ -91,24 +91,24 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
                            .losses = &account.losses});
 
     JobLosses& losses = account.losses;
-    losses.bytesNotCopied = driveBytes(source);
+    expectBytes(account, driveBytes(source), range.bytes);
     const auto copyBlock = [&](const Block& block) {
-        settleBlock(job, source, block, losses);
+        settleBlock(job, source, block, account);
         // A failed write is counted, nothing more: the clone goes on.
-        storeBlock(sink, forDestination(block, range), losses);
+        storeBlock(sink, forDestination(block, range), account);
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = way.badBlockExplosionMilliseconds};
     RunEnd end = RunEnd::kLeftEarly;
     if (readiness == Readiness::kReady) {
+        beginDriveEvidence(job, account);
         end = moveBlocks(job, blocks, progress, rule, copyBlock);
-        flushStored(sink, end, losses); // counted like a failed write, too
+        flushStored(sink, end, account); // counted like a failed write, too
         losses.mountedMeanwhile = unmounted && wasMountedMeanwhile(job, sink);
         adoptNewTable(job, sink);
     }
 
-    account.ending = endingInWords(end);
-    showLosses(job, losses);
+    concludeRun(job, account, endingInWords(end), stopperOf(end, source));
     if (movedFullBlocks(end)) {
         showSuccess(job, way.completed, way.finishX);
     } else {

@@ -11,7 +11,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace torvane {
 
@@ -47,6 +49,8 @@ void writeSha256File(const CopyJob& job, const std::string& imagePath, const Sha
 struct ImagingAccount {
     bool whole = false; ///< every block of the drive is in the image, the remainder too
     JobLosses losses;
+    /// Told how the verification has ended, "verified", before any box does.
+    std::function<void(std::string_view)> tellOutcome = [](std::string_view) {};
 };
 
 /// Reads the image anew and compares its digests with those of the imaging pass, all of which have to agree. Returns 1

@@ -2,6 +2,7 @@
 
 #include "copy/engine/block_hasher.h"
 #include "jobs/job_kind.h"
+#include "records/case_information.h"
 
 #include <cstdint>
 #include <string>
@@ -27,6 +28,7 @@ struct CopyOrder {
     std::string path;        ///< the folder that an image goes to; of an image to drive or a verification, the image
     bool alsoSha256 = false; ///< a forensic image gets a SHA-256 digest beside its MD5
     Digests known{};         ///< what the image of a verification is compared with
+    CaseInformation caseInformation{}; ///< of a forensic image
 };
 
 [[nodiscard]] constexpr JobKind jobKindOf(CopyKind kind) {

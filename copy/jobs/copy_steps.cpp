@@ -39,16 +39,25 @@ bool showIdle(const CopyJob& job) {
     return wanted;
 }
 
-void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, JobLosses& losses) {
-    losses.unreadableBlocks += block.outcome == TransferOutcome::kWhole ? 0 : 1;
+void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, JobAccount& account) {
+    const bool whole = block.outcome == TransferOutcome::kWhole;
+    account.losses.unreadableBlocks += whole ? 0 : 1;
+    account.read.mark(block.extent.offset, block.extent.length,
+                      whole ? RangeStatus::kFinished : RangeStatus::kNonTrimmed);
     settleRead(source, block.extent.offset, block.bytes, block.outcome,
                [&](const std::string& text) { job.system.logError(text); });
 }
 
-bool storeBlock(BlockSink& sink, const Block& block, JobLosses& losses) {
+bool storeBlock(BlockSink& sink, const Block& block, JobAccount& account) {
     const bool stored = sink.store(block.extent, block.bytes) == TransferOutcome::kWhole;
+    JobLosses& losses = account.losses;
     losses.failedWrites += stored ? 0 : 1;
     losses.bytesNotCopied -= std::min<std::uint64_t>(losses.bytesNotCopied, block.extent.length);
+    if (stored) {
+        // What lies behind the copied part are zeros that fill a sector.
+        account.map.mark(block.extent.offset, bytesUpTo(account.copiedBytes, block.extent),
+                         block.outcome == TransferOutcome::kWhole ? RangeStatus::kFinished : RangeStatus::kNonTrimmed);
+    }
     return stored;
 }
 
@@ -98,11 +107,25 @@ RunEnd moveBlocks(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progr
     return remainderSkipped ? RunEnd::kRemainderSkipped : RunEnd::kWhole;
 }
 
-bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses) {
+bool flushStored(BlockSink& sink, RunEnd end, JobAccount& account) {
     const bool moved = movedFullBlocks(end);
     const TransferOutcome outcome = sink.flush(moved ? UnflushedBlocks::kFlush : UnflushedBlocks::kLeave);
-    losses.failedWrites += hasFailed(outcome) ? 1 : 0;
+    account.losses.failedWrites += hasFailed(outcome) ? 1 : 0;
+    markDoubtful(sink, account);
     return !moved || outcome == TransferOutcome::kWhole;
+}
+
+void markDoubtful(const BlockSink& sink, JobAccount& account) {
+    for (const BlockExtent& place : sink.doubtful()) {
+        account.map.mark(place.offset, place.length, RangeStatus::kNonTried);
+    }
+}
+
+Stopper stopperOf(RunEnd end, const DriveRecord& source) {
+    if (end == RunEnd::kWhole) {
+        return Stopper::kNobody;
+    }
+    return source.badReadCount >= kBadBlockLimit ? Stopper::kBadBlocks : Stopper::kUser;
 }
 
 std::string_view endingInWords(RunEnd end) {

@@ -5,6 +5,7 @@
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/copy_progress.h"
 #include "copy/jobs/drive_status.h"
+#include "copy/jobs/job_account.h"
 
 #include <cstdint>
 #include <functional>
@@ -24,13 +25,13 @@ void clearTrack(RaceTrackState& track, std::int32_t carX, std::int32_t carY);
 /// no block.
 [[nodiscard]] bool showIdle(const CopyJob& job);
 
-/// Does what a block that could not be read whole calls for (`settleRead`), and adds it to the losses. Where the place
+/// Does what a block that could not be read whole calls for (`settleRead`), and adds it to the account. Where the place
 /// could not be reached the block keeps the bytes of the block before it.
-void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, JobLosses& losses);
+void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, JobAccount& account);
 
-/// Stores the block and adds a failure to the losses; its bytes are none of those that no block took along. True when
-/// it was stored whole.
-bool storeBlock(BlockSink& sink, const Block& block, JobLosses& losses);
+/// Stores the block, and adds to the account how that went; its bytes are none of those that no block took along. True
+/// when it was stored whole.
+bool storeBlock(BlockSink& sink, const Block& block, JobAccount& account);
 
 /// What a job that reads a drive does about the limit of unreadable blocks.
 struct BadBlockRule {
@@ -63,9 +64,16 @@ void showFailure(const CopyJob& job, std::string_view status, int explosionMilli
 void showSuccess(const CopyJob& job, std::string_view status, std::int32_t carX);
 
 /// After a run, and before its end is shown: where it moved its full blocks, waits until everything that was stored is
-/// on the medium. A flush that failed, on the way too, is added to the losses like a failed write. False when something
-/// of a run that moved its full blocks may not be there.
-bool flushStored(BlockSink& sink, RunEnd end, JobLosses& losses);
+/// on the medium. A flush that failed, on the way too, is added to the losses like a failed write, and what it should
+/// have brought there counts as missing from the copy. False when something of a run that moved its full blocks may not
+/// be there.
+bool flushStored(BlockSink& sink, RunEnd end, JobAccount& account);
+
+/// What the sink has stored and cannot vouch for (`BlockSink::doubtful`) counts as missing from the copy.
+void markDoubtful(const BlockSink& sink, JobAccount& account);
+
+/// Who has ended a run that reads the drive and ended so, where no failure of the job's own has.
+[[nodiscard]] Stopper stopperOf(RunEnd end, const DriveRecord& source);
 
 /// How a run over the blocks ended, in words: "completed", "not completed".
 [[nodiscard]] std::string_view endingInWords(RunEnd end);

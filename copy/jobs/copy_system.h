@@ -16,6 +16,17 @@
 
 namespace torvane {
 
+/// How the system knows the machine and who is logged on. Empty: it does not tell.
+struct MachineNames {
+    std::string machine;
+    std::string user;
+};
+
+enum class TextUse : std::uint8_t {
+    kNew,      ///< a new file, never in an old one's place
+    kReplaced, ///< in the old one's place
+};
+
 /// The world around the copy jobs but for the transfers (`DriveIo`) and the dialog (`JobDisplay`). Jobs are written
 /// against it, so that they run in a test as they run in the program.
 class CopySystem {
@@ -37,6 +48,8 @@ class CopySystem {
     [[nodiscard]] virtual DiskChange cleanDisk(DriveRecord& drive) = 0;
     /// The roots of the volumes that lie on the drive now: "K:\", "C:\mnt\", "\\?\Volume{...}\".
     [[nodiscard]] virtual std::vector<std::string> volumesOn(const DriveRecord& drive) = 0;
+    /// Whether the system lets nobody write to the drive. None when it does not tell.
+    [[nodiscard]] virtual std::optional<bool> isReadOnly(const DriveRecord& drive) = 0;
     /// Replaces the drive's "Status" cell in the main window.
     virtual void setDriveStatus(const DriveRecord& drive, const std::string& text) = 0;
 
@@ -50,6 +63,8 @@ class CopySystem {
     [[nodiscard]] virtual std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) = 0;
     /// False when the file cannot be created.
     [[nodiscard]] virtual bool writeTextFile(const std::string& path, std::string_view text) = 0;
+    /// Writes the file whole or not at all, in UTF-8. False when it is not there, and what was there before still is.
+    [[nodiscard]] virtual bool saveText(const std::string& path, std::string_view text, TextUse use) = 0;
 
     /// Null, with the reason in `failure`, when the system has none.
     [[nodiscard]] virtual std::unique_ptr<BlockHasher> makeHasher(DigestKind kind, HasherFailure& failure) = 0;
@@ -58,6 +73,8 @@ class CopySystem {
 
     [[nodiscard]] virtual std::int64_t tick() = 0; ///< milliseconds
     [[nodiscard]] virtual LocalMoment now() = 0;
+
+    [[nodiscard]] virtual MachineNames machineNames() = 0;
 
     // What the user is told beside the dialog.
 

@@ -137,15 +137,11 @@ void adoptNewTable(const CopyJob& job, const DriveSink& sink) {
 }
 
 std::uint32_t runOntoDrive(const CopyJob& job, const std::function<std::uint32_t(JobAccount&)>& run) {
-    JobLosses losses;
+    JobAccount account;
     // The row of its end is written before anybody has to answer.
-    const std::uint32_t exitCode = runAccounted(job, [&](JobAccount& account) {
-        const std::uint32_t code = run(account);
-        losses = account.losses;
-        return code;
-    });
-    if (losses.mountedMeanwhile) {
-        tellMount(job, losses);
+    const std::uint32_t exitCode = runAccounted(job, account, [&] { return run(account); });
+    if (account.losses.mountedMeanwhile) {
+        tellMount(job, account.losses);
     }
     return exitCode;
 }

@@ -56,6 +56,18 @@ class DigestingSink {
     std::optional<HashingSink> sha256_; // around the other: what it is given goes through both
 };
 
+Stopper stopperOfImage(const ForensicImage& image, RunEnd end, const DriveRecord& source) {
+    switch (image.lost) {
+    case ImageLoss::kNotWritten:
+    case ImageLoss::kNotOnMedium:
+        return Stopper::kFailedWrite;
+    case ImageLoss::kNotHashed:
+        return Stopper::kFailedHash;
+    default:
+        return stopperOf(end, source);
+    }
+}
+
 // The lowered flag ends the job, once the block's other steps have followed all the same.
 void stopWithExplosion(const CopyJob& job) {
     job.claim.lower();
@@ -69,43 +81,49 @@ void stopUnwritten(const CopyJob& job, ForensicImage& image, ImageLoss loss) {
     stopWithExplosion(job);
 }
 
-void stopUnhashed(const CopyJob& job, ForensicImage& image, DigestKind kind, JobLosses& losses) {
-    losses.notHashed = true;
+void stopUnhashed(const CopyJob& job, ForensicImage& image, DigestKind kind, JobAccount& account) {
+    account.losses.notHashed = true;
     image.lost = image.lost == ImageLoss::kNone ? ImageLoss::kNotHashed : image.lost;
-    showHashError(job, kind, HashTrouble::kNoData);
     image.file.close();
+    // A box waits for its answer as long as it likes: the image's files say before how it ends.
+    markDoubtful(image.file, account);
+    account.ending = kNotCompleted;
+    account.stoppedBy = stopperOfImage(image, RunEnd::kGaveUp, *job.order.source);
+    endAccount(job, account);
+    showHashError(job, kind, HashTrouble::kNoData);
     stopWithExplosion(job);
 }
 
 // A SHA-256 that fails ends the image as an MD5 does: who has asked for it wants no image without.
 void storeAndHash(const CopyJob& job, ForensicImage& image, DigestingSink& sink, const Block& block,
-                  JobLosses& losses) {
-    if (!storeBlock(sink.whole(), block, losses)) {
+                  JobAccount& account) {
+    if (!storeBlock(sink.whole(), block, account)) {
         stopUnwritten(job, image, ImageLoss::kNotWritten);
     }
     for (const DigestKind kind : {DigestKind::kMd5, DigestKind::kSha256}) {
         if (!sink.hashedAll(kind)) {
-            stopUnhashed(job, image, kind, losses);
+            stopUnhashed(job, image, kind, account);
         }
     }
 }
 
 RunEnd fillImage(const CopyJob& job, DriveRecord& source, BlockPipeline& blocks, CopyProgress& progress,
-                 ForensicImage& image, JobLosses& losses) {
+                 ForensicImage& image, JobAccount& account) {
     DigestingSink sink(image, blocks);
     const BlockOrder& order = blocks.order();
     const auto copyBlock = [&](const Block& block) {
-        settleBlock(job, source, block, losses);
-        storeAndHash(job, image, sink, block, losses);
+        settleBlock(job, source, block, account);
+        storeAndHash(job, image, sink, block, account);
         image.lostLast = block.extent == order.extent(order.count() - 1) ? image.lost : ImageLoss::kNone;
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
     const RunEnd end = moveBlocks(job, blocks, progress, rule, copyBlock, [&] { ++job.track.animationBlocks; });
-    if (image.lost == ImageLoss::kNone && !flushStored(sink.whole(), end, losses)) {
+    if (image.lost == ImageLoss::kNone && !flushStored(sink.whole(), end, account)) {
         stopUnwritten(job, image, ImageLoss::kNotOnMedium);
         image.lostLast = image.lost;
     }
+    markDoubtful(image.file, account);
     // An image without one of its blocks is not complete, be it the remainder alone.
     return image.lost == ImageLoss::kNone ? end : RunEnd::kGaveUp;
 }
@@ -184,6 +202,7 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     BlockPipeline blocks(driveSource, BlockOrder::forward(driveBytes(source), job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
+        account.stoppedBy = Stopper::kNoMemory;
         return std::nullopt;
     }
     CopyProgress progress(job, blocks.order(),
@@ -193,7 +212,10 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
                            .drives = {&source},
                            .losses = &account.losses});
     job.display.setStatus(" Status: Idle");
-    std::optional<Hashers> hashers = makeHashersOrTell(job, {.md5 = true, .sha256 = job.order.alsoSha256});
+    std::optional<Hashers> hashers = makeHashersOrTell(job, {.md5 = true, .sha256 = job.order.alsoSha256}, [&] {
+        account.stoppedBy = Stopper::kFailedHash;
+        endAccount(job, account);
+    });
     if (!hashers) {
         return std::nullopt;
     }
@@ -203,22 +225,26 @@ std::optional<ImagedDrive> imageDrive(const CopyJob& job, DriveRecord& source, c
     beginAnimation(job.track, blocks.order().fullBlocks());
 
     JobLosses& losses = account.losses;
-    losses.bytesNotCopied = driveBytes(source);
-    const RunEnd end = wanted ? fillImage(job, source, blocks, progress, image, losses) : RunEnd::kLeftEarly;
+    RunEnd end = RunEnd::kLeftEarly;
+    if (wanted) {
+        showUnderWay(job, account);
+        end = fillImage(job, source, blocks, progress, image, account);
+    }
     const Digests digests = digestsOf(image.hashers);
     const ImageLoss noDigest = missingDigest(job, digests);
     losses.notHashed = losses.notHashed || noDigest != ImageLoss::kNone;
-    account.ending = imagingEnding(end, losses);
-    showLosses(job, losses);
     const bool complete = noDigest == ImageLoss::kNone && movedFullBlocks(end);
+    if (complete) {
+        account.digest = digests.md5;
+        account.sha256 = digests.sha256;
+    }
+    concludeRun(job, account, imagingEnding(end, losses), stopperOfImage(image, end, source));
     if (complete) {
         showSuccess(job, " Image SUCCESSFULLY Completed", kTrackFinishX);
     } else {
         showFailure(job, " Image Terminated -- Not Completed", kExplosionMilliseconds);
     }
     if (complete) {
-        account.digest = digests.md5;
-        account.sha256 = digests.sha256;
         writeHashFiles(job, source, name, digests);
     }
     progress.setDriveStatus(imagingOutcome(end, losses));
@@ -250,7 +276,8 @@ std::uint32_t imageForensically(const CopyJob& job, JobAccount& account, std::op
         return 0;
     }
     job.display.setImagePlace(created.name.path);
-    account.file = created.name.path;
+    expectBytes(account, driveBytes(source), driveBytes(source));
+    beginImageEvidence(job, account, created.name.path, created.name.number);
     imaged = imageDrive(job, source, created.name, std::move(image), account);
     if (!imaged) {
         showNotStarted(job, source);
@@ -263,9 +290,9 @@ std::uint32_t imageForensically(const CopyJob& job, JobAccount& account, std::op
 
 std::uint32_t runForensicImage(const CopyJob& job) {
     std::optional<ImagedDrive> imaged;
+    JobAccount account;
     // The row of its end is written before anybody has to answer.
-    const std::uint32_t exitCode =
-        runAccounted(job, [&](JobAccount& account) { return imageForensically(job, account, imaged); });
+    const std::uint32_t exitCode = runAccounted(job, account, [&] { return imageForensically(job, account, imaged); });
     if (!imaged) {
         return exitCode;
     }
@@ -274,6 +301,8 @@ std::uint32_t runForensicImage(const CopyJob& job) {
     }
     if (imaged->mayBeVerified &&
         job.system.ask("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
+        beginVerification(job, account);
+        imaged->account.tellOutcome = [&](std::string_view outcome) { endVerification(job, account, outcome); };
         VerifyImageHash(job, imaged->path, imaged->digests, imaged->account);
     }
     return exitCode;

@@ -37,16 +37,19 @@ void showHashError(const CopyJob& job, DigestKind kind, HashTrouble trouble) {
     job.system.stop("****** HASH ERROR ******", texts[static_cast<std::size_t>(trouble)]);
 }
 
-std::optional<Hashers> makeHashersOrTell(const CopyJob& job, WantedDigests wanted) {
+std::optional<Hashers> makeHashersOrTell(const CopyJob& job, WantedDigests wanted,
+                                         const std::function<void()>& beforeBox) {
     HasherFailure failure = HasherFailure::kNone;
     Hashers hashers;
     hashers.md5 = makeIfWanted(job, DigestKind::kMd5, wanted.md5, failure);
     if (failure != HasherFailure::kNone) {
+        beforeBox();
         tellWhyNone(job, DigestKind::kMd5, failure);
         return std::nullopt;
     }
     hashers.sha256 = makeIfWanted(job, DigestKind::kSha256, wanted.sha256, failure);
     if (failure != HasherFailure::kNone) {
+        beforeBox();
         tellWhyNone(job, DigestKind::kSha256, failure);
         return std::nullopt;
     }

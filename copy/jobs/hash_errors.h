@@ -3,6 +3,7 @@
 #include "copy/jobs/copy_job.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -35,8 +36,10 @@ struct Hashers {
     std::unique_ptr<BlockHasher> sha256;
 };
 
-/// Hashers that have been given nothing yet. None, and the user was told, when the system lacks one.
-[[nodiscard]] std::optional<Hashers> makeHashersOrTell(const CopyJob& job, WantedDigests wanted);
+/// Hashers that have been given nothing yet. None, and the user was told, when the system lacks one; `beforeBox` is
+/// called first, because the box may wait for its answer until the morning.
+[[nodiscard]] std::optional<Hashers> makeHashersOrTell(
+    const CopyJob& job, WantedDigests wanted, const std::function<void()>& beforeBox = [] {});
 
 /// What the hashers have made of everything that they were given; none of a kind that the system refuses.
 [[nodiscard]] Digests digestsOf(const Hashers& hashers);

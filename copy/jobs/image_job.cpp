@@ -24,10 +24,13 @@ std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
         return 0;
     }
     job.display.setImagePlace(created.name.path);
+    expectBytes(account, driveBytes(source), driveBytes(source));
+    beginImageEvidence(job, account, created.name.path, created.name.number);
     DriveSource driveSource(job.drives, source);
     BlockPipeline blocks(driveSource, BlockOrder::forward(driveBytes(source), job.blockSize));
     if (!blocks.hasBuffers()) {
         reportNoMemory(job);
+        account.stoppedBy = Stopper::kNoMemory;
         showNotStarted(job, source);
         return 0;
     }
@@ -39,22 +42,23 @@ std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
                            .losses = &account.losses});
     const bool wanted = showIdle(job);
 
-    account.file = created.name.path;
-    JobLosses& losses = account.losses;
-    losses.bytesNotCopied = driveBytes(source);
     const auto copyBlock = [&](const Block& block) {
-        settleBlock(job, source, block, losses);
-        return storeBlock(image, block, losses);
+        settleBlock(job, source, block, account);
+        return storeBlock(image, block, account);
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
-    RunEnd end = wanted ? moveBlocks(job, blocks, progress, rule, copyBlock) : RunEnd::kLeftEarly;
-    if (!flushStored(image, end, losses)) {
+    RunEnd end = RunEnd::kLeftEarly;
+    if (wanted) {
+        showUnderWay(job, account);
+        end = moveBlocks(job, blocks, progress, rule, copyBlock);
+    }
+    if (!flushStored(image, end, account)) {
         end = RunEnd::kGaveUp;
     }
 
-    account.ending = endingInWords(end);
-    showLosses(job, losses);
-    progress.setDriveStatus(runOutcomeText(end, losses));
+    concludeRun(job, account, endingInWords(end),
+                end == RunEnd::kGaveUp ? Stopper::kFailedWrite : stopperOf(end, source));
+    progress.setDriveStatus(runOutcomeText(end, account.losses));
     if (end == RunEnd::kGaveUp) {
         image.close();
         job.claim.leaveRaised(); // on purpose: the dialog cannot be left before "Terminate Image"
@@ -75,7 +79,8 @@ std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
 } // namespace
 
 std::uint32_t runImageToFile(const CopyJob& job) {
-    return runAccounted(job, [&](JobAccount& account) { return imageToFile(job, account); });
+    JobAccount account;
+    return runAccounted(job, account, [&] { return imageToFile(job, account); });
 }
 
 } // namespace torvane

@@ -1,6 +1,8 @@
 #include "copy/jobs/image_names.h"
 
+#include "base/file_name_part.h"
 #include "base/format.h"
+#include "base/utf8.h"
 #include "copy/engine/block_layout.h"
 
 #include <cinttypes>
@@ -13,6 +15,14 @@ std::string numbered(std::string_view folder, std::string_view stem, std::int32_
     return std::string(folder).append("\\").append(stem).append(formatText(".%d", number)).append(extension);
 }
 
+/// Most bytes of each outside text in a name.
+constexpr std::size_t kMostNameBytes = 64;
+
+std::string mapName(std::string_view stem, const LocalMoment& begin) {
+    return std::string(stem).append(formatText(".%04d%02d%02d-%02d%02d%02d.map", begin.year, begin.month, begin.day,
+                                               begin.hour, begin.minute, begin.second));
+}
+
 } // namespace
 
 std::string imageFileName(std::string_view folder, std::string_view model, std::int32_t number) {
@@ -21,6 +31,25 @@ std::string imageFileName(std::string_view folder, std::string_view model, std::
 
 std::string hashFileName(std::string_view folder, std::string_view model, std::int32_t number) {
     return numbered(folder, std::string("MD5-HASH--").append(model), number, ".txt");
+}
+
+std::string acquisitionFileName(std::string_view folder, std::string_view model, std::int32_t number) {
+    return numbered(folder, std::string("ACQUISITION--").append(model), number, ".txt");
+}
+
+std::string mapFileName(std::string_view imagePath) {
+    return std::string(imagePath).append(".map");
+}
+
+std::string cloneMapFileName(const DriveRecord& source, const LocalMoment& begin) {
+    return mapName("CLONE--" + fileNamePart(source.model.view(), kMostNameBytes) + "." +
+                       fileNamePart(source.serialNumber.view(), kMostNameBytes),
+                   begin);
+}
+
+std::string imageToDriveMapFileName(std::string_view imagePath, const LocalMoment& begin) {
+    const std::string_view name = imagePath.substr(imagePath.find_last_of("\\/:") + 1);
+    return mapName("IMAGE-TO-DRIVE--" + fileNamePart(cutAtCharacter(name, kMostNameBytes), kMostNameBytes), begin);
 }
 
 std::string hashFileText(const DriveRecord& source, const Md5Digest& digest, const LocalMoment& moment) {

@@ -16,6 +16,17 @@ namespace torvane {
 /// "<folder>\MD5-HASH--<model>.<number>.txt"
 [[nodiscard]] std::string hashFileName(std::string_view folder, std::string_view model, std::int32_t number);
 
+/// "<folder>\ACQUISITION--<model>.<number>.txt"
+[[nodiscard]] std::string acquisitionFileName(std::string_view folder, std::string_view model, std::int32_t number);
+
+/// The map of what is missing from an image: "<image>.map".
+[[nodiscard]] std::string mapFileName(std::string_view imagePath);
+
+/// "CLONE--<model>.<serial number>.20261122-201503.map" of the drive that is cloned, in the current folder, and
+/// "IMAGE-TO-DRIVE--<image's name>.20261122-201503.map". What a file name cannot hold is replaced.
+[[nodiscard]] std::string cloneMapFileName(const DriveRecord& source, const LocalMoment& begin);
+[[nodiscard]] std::string imageToDriveMapFileName(std::string_view imagePath, const LocalMoment& begin);
+
 /// The hash file's bytes. Lines end in a bare line feed; the last has none.
 [[nodiscard]] std::string hashFileText(const DriveRecord& source, const Md5Digest& digest, const LocalMoment& moment);
 

@@ -39,6 +39,13 @@ std::string outcomeForDrive(RunEnd end, JobLosses losses) {
     return runOutcomeText(end, losses);
 }
 
+Stopper stopperOf(RunEnd end) {
+    if (end == RunEnd::kGaveUp) {
+        return Stopper::kFailedRead;
+    }
+    return end == RunEnd::kWhole ? Stopper::kNobody : Stopper::kUser;
+}
+
 std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     DriveRecord& destination = *job.order.destination;
     clearTrack(job.track, kTrackStartX, kCloneCarY);
@@ -80,26 +87,26 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
                            .losses = &account.losses});
 
     JobLosses& losses = account.losses;
-    losses.bytesNotCopied = image.size();
+    expectBytes(account, image.size(), range.bytes);
     const auto copyBlock = [&](const Block& block) {
         if (block.outcome != TransferOutcome::kWhole) {
             ++losses.unreadableBlocks;
             return false;
         }
-        storeBlock(sink, forDestination(block, range), losses);
+        storeBlock(sink, forDestination(block, range), account);
         return true;
     };
     // The source is a file: there is no limit of unreadable blocks, the first one ends the job.
     RunEnd end = RunEnd::kLeftEarly;
     if (readiness == Readiness::kReady) {
+        beginDriveEvidence(job, account);
         end = moveBlocks(job, blocks, progress, {}, copyBlock);
-        flushStored(sink, end, losses);
+        flushStored(sink, end, account);
         losses.mountedMeanwhile = unmounted && wasMountedMeanwhile(job, sink);
         adoptNewTable(job, sink);
     }
 
-    account.ending = endingInWords(end);
-    showLosses(job, losses);
+    concludeRun(job, account, endingInWords(end), stopperOf(end));
     progress.setDriveStatus(outcomeForDrive(end, losses));
     if (end == RunEnd::kGaveUp) {
         job.keptImages.pop_back();

@@ -4,12 +4,51 @@
 #include "records/drive_record.h"
 #include "records/drive_texts.h"
 
-#include <cstdint>
 #include <span>
 
 namespace torvane {
 
 namespace {
+
+std::string driveInWords(const DriveRecord& drive) {
+    const std::string printed = printedIdentityText(drive);
+    return formatText("drive %d [%s] [%s]", drive.driveNumber, drive.model.c_str(), drive.serialNumber.c_str())
+        .append(printed.empty() ? "" : " (printed: " + printed + ")");
+}
+
+std::string inBrackets(const std::string& path) {
+    return "[" + path + "]";
+}
+
+/// " 81 40 F9 ..."
+std::string inBytes(std::span<const std::uint8_t> digest) {
+    std::string text;
+    for (const std::uint8_t byte : digest) {
+        text += formatText(" %02X", byte);
+    }
+    return text;
+}
+
+std::string endRow(const CopyJob& job, const JobAccount& account) {
+    std::string row = jobInWords(job, account.file.empty() ? job.order.path : account.file);
+    row.append(": ").append(account.ending);
+    if (account.ending != kNotStarted) {
+        row.append(". ").append(lossesInWords(account.losses));
+    }
+    if (account.digest) {
+        row.append(". MD5").append(inBytes(*account.digest));
+    }
+    if (account.sha256) {
+        row.append(". SHA-256").append(inBytes(*account.sha256));
+    }
+    // The image's own map lies beside it.
+    if (account.file.empty() && account.evidence.map.made) {
+        row.append(". Map [").append(account.evidence.map.path).append("]");
+    }
+    return row;
+}
+
+} // namespace
 
 std::string_view titleOf(CopyKind kind) {
     switch (kind) {
@@ -29,18 +68,34 @@ std::string_view titleOf(CopyKind kind) {
     return "Verification";
 }
 
-std::string driveInWords(const DriveRecord& drive) {
-    const std::string printed = printedIdentityText(drive);
-    return formatText("drive %d [%s] [%s]", drive.driveNumber, drive.model.c_str(), drive.serialNumber.c_str())
-        .append(printed.empty() ? "" : " (printed: " + printed + ")");
+std::string_view stopperInWords(Stopper stopper) {
+    switch (stopper) {
+    case Stopper::kNobody:
+        break;
+    case Stopper::kUser:
+        return "the user";
+    case Stopper::kBadBlocks:
+        return "the limit of 11 unreadable blocks";
+    case Stopper::kFailedRead:
+        return "a failed read";
+    case Stopper::kFailedWrite:
+        return "a failed write";
+    case Stopper::kFailedHash:
+        return "a failed hash";
+    case Stopper::kNoMemory:
+        return "too little memory";
+    }
+    return "nobody";
 }
 
-std::string inBrackets(const std::string& path) {
-    return "[" + path + "]";
+void expectBytes(JobAccount& account, std::uint64_t bytes, std::uint64_t copied) {
+    account.losses.bytesNotCopied = bytes;
+    account.map = SourceMap(bytes);
+    account.read = SourceMap(bytes);
+    account.copiedBytes = copied;
 }
 
-/// What is copied where; `file` is where an image goes.
-std::string subjectOf(const CopyJob& job, const std::string& file) {
+std::string jobInWords(const CopyJob& job, const std::string& file) {
     const CopyOrder& order = job.order;
     const std::string from = order.source != nullptr ? driveInWords(*order.source) : inBrackets(order.path);
     const std::string to =
@@ -48,37 +103,14 @@ std::string subjectOf(const CopyJob& job, const std::string& file) {
     return std::string(titleOf(order.kind)).append(" of ").append(from).append(" ").append(to);
 }
 
-/// " 81 40 F9 ..."
-std::string inBytes(std::span<const std::uint8_t> digest) {
-    std::string text;
-    for (const std::uint8_t byte : digest) {
-        text += formatText(" %02X", byte);
-    }
-    return text;
-}
-
-std::string endRow(const CopyJob& job, const JobAccount& account) {
-    std::string row = subjectOf(job, account.file.empty() ? job.order.path : account.file);
-    row.append(": ").append(account.ending);
-    if (account.ending != kNotStarted) {
-        row.append(". ").append(lossesInWords(account.losses));
-    }
-    if (account.digest) {
-        row.append(". MD5").append(inBytes(*account.digest));
-    }
-    if (account.sha256) {
-        row.append(". SHA-256").append(inBytes(*account.sha256));
-    }
-    return row;
-}
-
-} // namespace
-
-std::uint32_t runAccounted(const CopyJob& job, const std::function<std::uint32_t(JobAccount&)>& run) {
+std::uint32_t runAccounted(const CopyJob& job, JobAccount& account, const std::function<std::uint32_t()>& run) {
     job.display.setLosses("", false);
-    job.system.logJob(subjectOf(job, job.order.path) + " begins");
-    JobAccount account;
-    const std::uint32_t exitCode = run(account);
+    job.system.logJob(jobInWords(job, job.order.path) + " begins");
+    account.begin = job.system.now();
+    const std::uint32_t exitCode = run();
+    if (!account.end) {
+        endAccount(job, account);
+    }
     job.system.logJob(endRow(job, account));
     // Whoever has just answered why it did not begin sits here.
     if (account.ending != kNotStarted) {
@@ -87,8 +119,16 @@ std::uint32_t runAccounted(const CopyJob& job, const std::function<std::uint32_t
     return exitCode;
 }
 
-void showLosses(const CopyJob& job, const JobLosses& losses) {
-    job.display.setLosses(lossesInWords(losses), hasLost(losses));
+void endAccount(const CopyJob& job, JobAccount& account) {
+    account.end = job.system.now();
+    saveEvidence(job, account);
+}
+
+void concludeRun(const CopyJob& job, JobAccount& account, std::string_view ending, Stopper stoppedBy) {
+    account.ending = ending;
+    account.stoppedBy = stoppedBy;
+    endAccount(job, account);
+    job.display.setLosses(lossesInWords(account.losses), hasLost(account.losses));
 }
 
 } // namespace torvane

@@ -8,8 +8,11 @@ namespace torvane {
 namespace {
 
 bool isTaken(const CopyJob& job, const DriveRecord& source, const ImageFileName& name) {
+    const std::string_view model = source.model.view();
     return job.system.fileExists(name.path) || job.system.fileExists(sha256FileName(name.path)) ||
-           job.system.fileExists(hashFileName(job.order.path, source.model.view(), name.number));
+           job.system.fileExists(mapFileName(name.path)) ||
+           job.system.fileExists(hashFileName(job.order.path, model, name.number)) ||
+           job.system.fileExists(acquisitionFileName(job.order.path, model, name.number));
 }
 
 } // namespace

@@ -16,9 +16,9 @@ struct NewImage {
 /// that goes round at its largest number, must not be followed for ever.
 inline constexpr int kMostNumbersTried = 10000;
 
-/// Creates the job's image under the first number that neither an image nor a hash file has: what exists is never
-/// overwritten. Each number that is tried moves the counter on. Nothing is created when no number is free; one "ERROR"
-/// row tells it.
+/// Creates the job's image under the first number that no image has, and nothing that lies beside one: what exists is
+/// never overwritten. Each number that is tried moves the counter on. Nothing is created when no number is free; one
+/// "ERROR" row tells it.
 [[nodiscard]] NewImage createNumberedImage(const CopyJob& job, const DriveRecord& source);
 
 } // namespace torvane

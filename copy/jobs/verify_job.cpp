@@ -5,6 +5,15 @@ namespace torvane {
 
 namespace {
 
+constexpr std::string_view kNotMade = "could not be made";
+
+std::string_view outcomeInWords(bool equal, bool stopped) {
+    if (equal) {
+        return "verified";
+    }
+    return stopped ? "not verified, stopped by the user" : "not verified";
+}
+
 /// `trouble` says what went wrong with the verification, and is empty when nothing did.
 std::string imagingOutcome(const ImagingAccount& imaging, std::string_view trouble) {
     std::string ending(imaging.whole ? "" : kNotCompleted);
@@ -53,7 +62,9 @@ std::optional<bool> verify(const CopyJob& job, const std::string& imageName, con
     job.claim.raiseAnew(); // the user has said yes since, whatever was asked of the imaging pass
     job.display.setStatus(" Beginning Verification");
 
-    const std::optional<Digests> verified = digestsOfImage(job, blocks, progress, digests);
+    bool stopped = false;
+    const auto tellNotMade = [&] { imaging.tellOutcome(kNotMade); };
+    const std::optional<Digests> verified = digestsOfImage(job, blocks, progress, digests, tellNotMade, &stopped);
     if (!verified) {
         job.claim.leaveRaised(); // on purpose: the dialog cannot be left before "Terminate Image"
         showNoVerification(job, imaging);
@@ -66,6 +77,7 @@ std::optional<bool> verify(const CopyJob& job, const std::string& imageName, con
     const bool equal = agree(digests, *verified);
     progress.setDriveStatus(verdictForDrive(equal, imaging));
     // Before the box, which may wait for its answer until the morning.
+    imaging.tellOutcome(outcomeInWords(equal, stopped));
     logVerification(job, imageName, equal ? "verified" : "not verified");
     job.display.callUser(equal && imaging.whole && !hasLost(imaging.losses));
     showVerdict(job, digests, *verified);
@@ -80,7 +92,8 @@ int VerifyImageHash(const CopyJob& job, const std::string& imageName, const Dige
     if (verify(job, imageName, digests, imaging)) {
         return 1;
     }
-    logVerification(job, imageName, "could not be made");
+    imaging.tellOutcome(kNotMade);
+    logVerification(job, imageName, kNotMade);
     job.display.callUser(false);
     return 0;
 }

@@ -9,19 +9,24 @@ namespace torvane {
 
 namespace {
 
-bool addOrTell(const CopyJob& job, const Hashers& hashers, std::span<const std::byte> bytes) {
+using BeforeBox = std::function<void()>;
+
+bool addOrTell(const CopyJob& job, const Hashers& hashers, std::span<const std::byte> bytes,
+               const BeforeBox& beforeBox) {
     const AddedAtOnce added = addAtOnce(hashers.md5.get(), hashers.sha256.get(), bytes);
     if (!added.first || !added.second) {
+        beforeBox();
         showHashError(job, added.first ? DigestKind::kSha256 : DigestKind::kMd5, HashTrouble::kNoData);
         return false;
     }
     return true;
 }
 
-std::optional<Digests> digestsOrTell(const CopyJob& job, const Hashers& hashers) {
+std::optional<Digests> digestsOrTell(const CopyJob& job, const Hashers& hashers, const BeforeBox& beforeBox) {
     Digests digests = digestsOf(hashers);
     const bool md5Missing = hashers.md5 && !digests.md5;
     if (md5Missing || (hashers.sha256 && !digests.sha256)) {
+        beforeBox();
         showHashError(job, md5Missing ? DigestKind::kMd5 : DigestKind::kSha256, HashTrouble::kNoDigest);
         return std::nullopt;
     }
@@ -31,8 +36,8 @@ std::optional<Digests> digestsOrTell(const CopyJob& job, const Hashers& hashers)
 } // namespace
 
 std::optional<Digests> digestsOfImage(const CopyJob& job, BlockPipeline& blocks, CopyProgress& progress,
-                                      const Digests& known) {
-    const std::optional<Hashers> hashers = makeHashersOrTell(job, kindsOf(known));
+                                      const Digests& known, const BeforeBox& beforeBox, bool* stopped) {
+    const std::optional<Hashers> hashers = makeHashersOrTell(job, kindsOf(known), beforeBox);
     if (!hashers) {
         return std::nullopt;
     }
@@ -42,15 +47,18 @@ std::optional<Digests> digestsOfImage(const CopyJob& job, BlockPipeline& blocks,
             job.display.setStatus("Could not READ image for VERIFICATION");
             return false;
         }
-        return addOrTell(job, *hashers, block.bytes);
+        return addOrTell(job, *hashers, block.bytes, beforeBox);
     };
     const RunEnd end = moveBlocks(job, blocks, progress, {}, hashBlock, [&] { ++done; });
     job.display.endRun();
     if (end == RunEnd::kGaveUp) {
         return std::nullopt;
     }
+    if (stopped != nullptr) {
+        *stopped = end != RunEnd::kWhole;
+    }
     progress.update(done);
-    return digestsOrTell(job, *hashers);
+    return digestsOrTell(job, *hashers, beforeBox);
 }
 
 bool agree(const Digests& known, const Digests& made) {

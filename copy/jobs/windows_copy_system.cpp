@@ -1,11 +1,14 @@
 #include "copy/jobs/windows_copy_system.h"
 
 #include "admin/disk_part.h"
+#include "base/machine_names.h"
+#include "base/replace_file.h"
 #include "base/whole_file.h"
 #include "base/wide_text.h"
 #include "copy/engine/md5_hasher.h"
 #include "copy/engine/sha256_hasher.h"
 #include "copy/engine/windows_image_file.h"
+#include "discovery/disk_attributes.h"
 #include "discovery/disk_identity.h"
 #include "discovery/table_reading.h"
 #include "discovery/volumes_on_drive.h"
@@ -20,6 +23,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <optional>
+#include <span>
 
 namespace torvane {
 
@@ -51,6 +55,10 @@ std::vector<std::string> WindowsCopySystem::volumesOn(const DriveRecord& drive) 
     return texts;
 }
 
+std::optional<bool> WindowsCopySystem::isReadOnly(const DriveRecord& drive) {
+    return readReadOnlyAttribute(drive.handle);
+}
+
 void WindowsCopySystem::setDriveStatus(const DriveRecord& drive, const std::string& text) {
     if (state_.view != nullptr) {
         state_.view->setDriveStatus(drive, text);
@@ -75,6 +83,13 @@ bool WindowsCopySystem::writeTextFile(const std::string& path, std::string_view 
     return writeWholeFile(path, text);
 }
 
+bool WindowsCopySystem::saveText(const std::string& path, std::string_view text, TextUse use) {
+    const std::string utf8 = utf8Text(wideText(text));
+    const auto bytes = std::as_bytes(std::span(utf8));
+    return (use == TextUse::kNew ? makeWholeFile(path.c_str(), bytes) : replaceFile(path.c_str(), bytes)) ==
+           FileSaving::kDone;
+}
+
 std::unique_ptr<BlockHasher> WindowsCopySystem::makeHasher(DigestKind kind, HasherFailure& failure) {
     return kind == DigestKind::kMd5 ? makeMd5Hasher(failure) : makeSha256Hasher(failure);
 }
@@ -85,6 +100,10 @@ std::int64_t WindowsCopySystem::tick() {
 
 LocalMoment WindowsCopySystem::now() {
     return localNow();
+}
+
+MachineNames WindowsCopySystem::machineNames() {
+    return {.machine = ansiText(machineName()), .user = ansiText(userName())};
 }
 
 void WindowsCopySystem::logError(const std::string& text) {

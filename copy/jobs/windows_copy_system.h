@@ -18,17 +18,20 @@ class WindowsCopySystem : public CopySystem {
 
     DiskChange cleanDisk(DriveRecord& drive) override;
     std::vector<std::string> volumesOn(const DriveRecord& drive) override;
+    std::optional<bool> isReadOnly(const DriveRecord& drive) override;
     void setDriveStatus(const DriveRecord& drive, const std::string& text) override;
 
     ImageFileName nextImageName(std::string_view folder, const DriveRecord& source) override;
     bool fileExists(const std::string& path) override;
     std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) override;
     bool writeTextFile(const std::string& path, std::string_view text) override;
+    bool saveText(const std::string& path, std::string_view text, TextUse use) override;
 
     std::unique_ptr<BlockHasher> makeHasher(DigestKind kind, HasherFailure& failure) override;
 
     std::int64_t tick() override;
     LocalMoment now() override;
+    MachineNames machineNames() override;
 
     void logError(const std::string& text) override;
     void logJob(const std::string& text) override;

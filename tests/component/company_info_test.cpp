@@ -19,7 +19,7 @@ extern "C" {
 extern decltype(&CreateFileA) __imp_CreateFileA; // NOLINT: the linker's names
 extern decltype(&ReadFile) __imp_ReadFile;       // NOLINT
 extern decltype(&WriteFile) __imp_WriteFile;     // NOLINT
-extern decltype(&MoveFileExA) __imp_MoveFileExA; // NOLINT
+extern decltype(&MoveFileExW) __imp_MoveFileExW; // NOLINT
 }
 
 namespace torvane::testing {
@@ -318,14 +318,14 @@ TEST_F(CompanyInfoSaved, OverAFileThatCannotBeWrittenChangesNothing) {
     EXPECT_EQ(readFile(kFile), record("old", "old", "old"));
 }
 
-BOOL WINAPI failToMove(LPCSTR, LPCSTR, DWORD) {
+BOOL WINAPI failToMove(LPCWSTR, LPCWSTR, DWORD) {
     SetLastError(ERROR_ACCESS_DENIED);
     return FALSE;
 }
 
 TEST_F(CompanyInfoSaved, OverAFileThatCannotBeReplacedChangesNothing) {
     {
-        const ImportPatched failing(__imp_MoveFileExA, &failToMove);
+        const ImportPatched failing(__imp_MoveFileExW, &failToMove);
         expectWriteError();
         EXPECT_EQ(SaveCompanyInfo(info_, "new", "new", "new"), 0);
     }

@@ -138,6 +138,13 @@ class RecordingDisplay : public JobDisplay {
     return bytes;
 }
 
+/// True for an open file with this ending of its name.
+[[nodiscard]] inline bool isFileOf(HANDLE file, std::wstring_view ending) {
+    std::wstring path(MAX_PATH, L'\0');
+    const DWORD length = GetFinalPathNameByHandleW(file, path.data(), MAX_PATH, VOLUME_NAME_DOS);
+    return std::wstring_view(path).substr(0, std::min<std::size_t>(length, path.size())).ends_with(ending);
+}
+
 /// Copy jobs on bench drives. Blocks are scaled down to 64 KiB, but for the tests that run a job as the program does.
 class CopyBench : public ::testing::Test {
   protected:

@@ -109,13 +109,13 @@ TEST_F(FlushedClone, OfAnImageIsToldAsAFailedWriteWhenTheFlushFails) {
 
 // --- destinations that are files ---
 
-/// Flushes that fail once so many have succeeded, with `flushError`; otherwise the system's own.
+/// Flushes of images that fail once so many have succeeded, with `flushError`; of other files they succeed.
 std::atomic<int> flushesToPass{0};
 std::atomic<int> flushesAsked{0};
 std::atomic<DWORD> flushError{ERROR_IO_DEVICE};
 
-BOOL WINAPI failFlush(HANDLE) {
-    if (flushesAsked++ < flushesToPass) {
+BOOL WINAPI failFlush(HANDLE file) {
+    if (!testing::isFileOf(file, L".img") || flushesAsked++ < flushesToPass) {
         return TRUE;
     }
     SetLastError(flushError);
@@ -170,7 +170,7 @@ TEST_F(FlushedImage, IsFlushedOnTheWayAndAtTheEnd) {
         realFlushes = 0;
         static decltype(&FlushFileBuffers) system = nullptr;
         const ImportPatched<decltype(&FlushFileBuffers)> counted(__imp_FlushFileBuffers, [](HANDLE file) -> BOOL {
-            ++realFlushes;
+            realFlushes += testing::isFileOf(file, L".img") ? 1 : 0;
             return system(file);
         });
         system = counted.original();

@@ -1,5 +1,6 @@
 #include "base/replace_file.h"
 
+#include "tests/component/hard_folder.h"
 #include "tests/component/import_patched.h"
 #include "tests/component/scratch_folder.h"
 #include "ui/owned.h"
@@ -19,9 +20,9 @@
 extern "C" {
 extern decltype(&WriteFile) __imp_WriteFile;
 extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers;
-extern decltype(&MoveFileExA) __imp_MoveFileExA;
-extern decltype(&GetFileAttributesA) __imp_GetFileAttributesA;
-extern decltype(&SetFileAttributesA) __imp_SetFileAttributesA;
+extern decltype(&MoveFileExW) __imp_MoveFileExW;
+extern decltype(&GetFileAttributesW) __imp_GetFileAttributesW;
+extern decltype(&SetFileAttributesW) __imp_SetFileAttributesW;
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
@@ -79,6 +80,20 @@ TEST_F(ReplacedFile, IsMadeOverWhatACrashHasLeft) {
     EXPECT_FALSE(fs::exists(kNewFile));
 }
 
+TEST(WholeFile, IsMadeAndReplacedInFoldersOfAnyLengthAndLetters) {
+    const ScratchFolder scratch;
+    const TextsAreUtf8 utf8;
+    for (const bool isLong : {true, false}) {
+        const HardFolder folder = isLong ? HardFolder::withLongPath() : HardFolder::withForeignName();
+        const std::string file = folder.path() + "\\Some.db";
+        EXPECT_EQ(makeWholeFile(file.c_str(), bytes("one")), FileSaving::kDone);
+        EXPECT_EQ(makeWholeFile(file.c_str(), bytes("two")), FileSaving::kNotPlaced);
+        EXPECT_EQ(replaceFile(file.c_str(), bytes("three")), FileSaving::kDone);
+        EXPECT_EQ(folder.content(L"Some.db"), "three");
+        EXPECT_EQ(folder.files().size(), 1U);
+    }
+}
+
 // What a save calls, in order.
 std::vector<std::string> calls;
 
@@ -87,8 +102,8 @@ BOOL WINAPI noteFlush(HANDLE file) {
     calls.emplace_back("flush");
     return realFlush(file);
 }
-decltype(&MoveFileExA) realMove = nullptr;
-BOOL WINAPI noteMove(LPCSTR from, LPCSTR to, DWORD flags) {
+decltype(&MoveFileExW) realMove = nullptr;
+BOOL WINAPI noteMove(LPCWSTR from, LPCWSTR to, DWORD flags) {
     calls.emplace_back((flags & MOVEFILE_WRITE_THROUGH) != 0 ? "move, written through" : "move");
     return realMove(from, to, flags);
 }
@@ -96,7 +111,7 @@ BOOL WINAPI noteMove(LPCSTR from, LPCSTR to, DWORD flags) {
 TEST_F(ReplacedFile, IsOnTheDiskBeforeItTakesTheName) {
     const ImportPatched flush(__imp_FlushFileBuffers, &noteFlush);
     realFlush = flush.original();
-    const ImportPatched move(__imp_MoveFileExA, &noteMove);
+    const ImportPatched move(__imp_MoveFileExW, &noteMove);
     realMove = move.original();
     calls.clear();
     EXPECT_EQ(replaceFile(kFile, bytes("new")), FileSaving::kDone);
@@ -104,17 +119,17 @@ TEST_F(ReplacedFile, IsOnTheDiskBeforeItTakesTheName) {
 }
 
 // Whatever the folder's file system knows of attributes.
-DWORD WINAPI sayHiddenSystemCompressed(LPCSTR) {
+DWORD WINAPI sayHiddenSystemCompressed(LPCWSTR) {
     return FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_COMPRESSED;
 }
-BOOL WINAPI noteAttributes(LPCSTR name, DWORD attributes) {
-    calls.push_back(std::string(name) + " " + std::to_string(attributes));
+BOOL WINAPI noteAttributes(LPCWSTR name, DWORD attributes) {
+    calls.push_back(fs::path(name).string() + " " + std::to_string(attributes));
     return TRUE;
 }
 
 TEST_F(ReplacedFile, KeepsItsAttributes) {
-    const ImportPatched asked(__imp_GetFileAttributesA, &sayHiddenSystemCompressed);
-    const ImportPatched given(__imp_SetFileAttributesA, &noteAttributes);
+    const ImportPatched asked(__imp_GetFileAttributesW, &sayHiddenSystemCompressed);
+    const ImportPatched given(__imp_SetFileAttributesW, &noteAttributes);
     calls.clear();
     EXPECT_EQ(replaceFile(kFile, bytes("new")), FileSaving::kDone);
     EXPECT_THAT(calls, ElementsAre("Some.db.new 6")) << "hidden and system, which are the user's";

@@ -148,6 +148,18 @@ class AnswersTest : public CopyUiTest {
         program().awaitBoxOver(dialog.window()).answer("OK");
         dialog.leave();
     }
+    void caseInformation(const std::filesystem::path& folder) const {
+        constexpr WPARAM kCase = 1301;
+        const CopyDialogWindow dialog = openForensic("SOURCE", folder);
+        dialog.window().post(WM_COMMAND, kCase);
+        Window box;
+        await("the case dialog opens", [&] {
+            box = program().dialog().value_or(Window());
+            return box.text() == "Case Information";
+        });
+        closeDialog(box);
+        dialog.leave();
+    }
     void image() const {
         const CopyDialogWindow dialog(program().awaitDialog(), kImageIds);
         dialog.start();
@@ -207,6 +219,8 @@ TEST_F(AnswersTest, AreSoonAtEveryMoment) {
     const CopyDialogWindow verification = openVerifyImage(onlyFile(folder, ".img"));
     probe.enter("verification of an image");
     verify(verification);
+    probe.enter("case information");
+    caseInformation(folder);
     probe.enter("exit");
     expectEnd();
     torvane().press(kExit);

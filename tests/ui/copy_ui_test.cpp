@@ -196,15 +196,16 @@ fs::path CopyUiTest::emptyFolder(const std::string& name) const {
     return folder;
 }
 
-fs::path CopyUiTest::onlyFile(const fs::path& folder, const std::string& extension) {
+fs::path CopyUiTest::onlyFile(const fs::path& folder, const std::string& extension, const std::string& beginning) {
     std::vector<fs::path> found;
     for (const auto& file : fs::directory_iterator(folder)) {
-        if (file.path().extension() == extension) {
+        if (file.path().extension() == extension && file.path().filename().string().starts_with(beginning)) {
             found.push_back(file.path());
         }
     }
     if (found.size() != 1) {
-        throw Failure(std::to_string(found.size()) + " files " + extension + " in " + folder.string());
+        throw Failure(std::to_string(found.size()) + " files " + beginning + "*" + extension + " in " +
+                      folder.string());
     }
     return found.front();
 }

@@ -61,9 +61,9 @@ class CopyUiTest : public UiTest {
 
     /// An empty folder beside the program's.
     [[nodiscard]] std::filesystem::path emptyFolder(const std::string& name) const;
-    /// The one file of a folder with that extension.
-    [[nodiscard]] static std::filesystem::path onlyFile(const std::filesystem::path& folder,
-                                                        const std::string& extension);
+    /// The one file of a folder with that extension, and with that beginning of its name.
+    [[nodiscard]] static std::filesystem::path
+    onlyFile(const std::filesystem::path& folder, const std::string& extension, const std::string& beginning = "");
 
     /// What lies on a file-backed drive.
     [[nodiscard]] std::string content(int drive, std::uint64_t offset, std::size_t size) const;

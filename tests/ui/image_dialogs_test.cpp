@@ -287,6 +287,67 @@ TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
     dialog.leave();
 }
 
+constexpr int kCase = 1301;
+constexpr int kCaseNumber = 1302;
+constexpr int kExaminer = 1303;
+constexpr int kNote = 1304;
+
+/// Types digits and capital letters, which arrive as small ones.
+void type(const Window& window, const std::string& keys) {
+    for (const char key : keys) {
+        pressKey(window, static_cast<WORD>(key));
+    }
+}
+
+TEST_F(ForensicTest, WhatIsTypedUnderCaseStandsInTheRecordsUntilTheProgramEnds) {
+    writeFile(program().folder() / "FileCounter.txt", std::string("\x28\x00\x00\x00", 4));
+    const fs::path folder = emptyFolder("case");
+    const auto openCase = [](const CopyDialogWindow& dialog) {
+        bringToFront(dialog.window());
+        pressKey(dialog.window(), 'C', VK_MENU);
+        Window box;
+        await("the case dialog opens", [&] {
+            box = program().dialog().value_or(Window());
+            return box.text() == "Case Information";
+        });
+        return box;
+    };
+    const auto leaveCase = [](const Window& box, WORD key) {
+        pressKey(box, key);
+        await("the case dialog has closed", [&] { return !box.exists(); });
+    };
+    {
+        const CopyDialogWindow dialog = open(kForensicCommand, folder);
+        Window box = openCase(dialog);
+        type(box, "117");
+        EXPECT_EQ(box.child(kCaseNumber).text(), "117") << "the first field has the keyboard";
+        leaveCase(box, VK_ESCAPE);
+        box = openCase(dialog);
+        EXPECT_EQ(box.child(kCaseNumber).text(), "") << "Esc has dropped it";
+        type(box, std::string(90, '7'));
+        EXPECT_EQ(box.child(kCaseNumber).text(), std::string(80, '7')) << "no more is taken";
+        pressKey(box, 'E', VK_MENU);
+        type(box, "KIM");
+        pressKey(box, 'N', VK_MENU);
+        type(box, "SAFE");
+        leaveCase(box, VK_RETURN);
+        dialog.leave();
+    }
+    const CopyDialogWindow dialog = makeImage(folder);
+    const std::string record = readFile(folder / "ACQUISITION--SOURCE.41.txt");
+    EXPECT_THAT(record, ::testing::HasSubstr("\r\nCase number: " + std::string(80, '7') +
+                                             "\r\nExaminer: kim\r\nNote: safe\r\n"));
+    EXPECT_THAT(record, ::testing::HasSubstr("\r\nEnding: completed\r\n"));
+    EXPECT_TRUE(fs::exists(folder / "SOURCE.41.img.map"));
+    answerVerify(dialog, "No");
+    awaitDriveStatus("SOURCE", "COMPLETED");
+    const Window box = openCase(dialog);
+    EXPECT_EQ(box.child(kExaminer).text(), "kim") << "remembered";
+    EXPECT_EQ(box.child(kNote).text(), "safe");
+    leaveCase(box, VK_ESCAPE);
+    dialog.leave();
+}
+
 TEST_F(ForensicTest, AnImageThatWasChangedIsNotVerified) {
     const fs::path folder = emptyFolder("changed");
     const CopyDialogWindow dialog = makeImage(folder);
@@ -328,7 +389,8 @@ TEST_F(HeldImageTest, AForensicImageGoesOnWhenItsTerminationIsDeclined) {
     answerVerify(dialog, "No");
     dialog.leave();
     EXPECT_EQ(readFile(onlyFile(folder, ".img")).size(), kSourceSize);
-    EXPECT_THAT(readFile(onlyFile(folder, ".txt")), StartsWith("KVL Data MD5 HASH\n")) << "without verification too";
+    EXPECT_THAT(readFile(onlyFile(folder, ".txt", "MD5-HASH--")), StartsWith("KVL Data MD5 HASH\n"))
+        << "without verification too";
 }
 
 TEST_F(HeldImageTest, ATerminatedForensicImageIsNeitherVerifiedNorHashed) {

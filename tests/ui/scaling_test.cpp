@@ -291,6 +291,18 @@ TEST_F(ScalingTest, CopyDialogsAndTheirWarningFit) {
     image.leave();
     const CopyDialogWindow forensic = openForensic("SOURCE", emptyFolder("scaled-forensic"));
     expectWellLaidOut(forensic.window(), "forensic-image");
+    constexpr int kCase = 1301;
+    forensic.window().post(WM_COMMAND, kCase);
+    Window caseInformation;
+    await("the case dialog opens", [&] {
+        caseInformation = program().dialog().value_or(Window());
+        return caseInformation.text() == "Case Information";
+    });
+    keepPicture(caseInformation, "case-information");
+    EXPECT_TRUE(inside(caseInformation.rect(), workArea()));
+    expectNoOverlap(caseInformation);
+    expectNoCaptionCut(caseInformation);
+    close(caseInformation);
     forensic.leave();
     const std::filesystem::path file = emptyFolder("scaled-back") / "some.img";
     writeFile(file, std::string(kMebibyte, 'x'));

@@ -13,6 +13,9 @@
 #include <optional>
 #include <regex>
 #include <set>
+#include <sstream>
+#include <string>
+#include <utility>
 
 namespace torvane {
 namespace {
@@ -121,6 +124,67 @@ TEST(CopyEngine, CannotBeToldFromOneThreadInTurn) {
             return;
         }
     }
+}
+
+/// The map that the job left, a status for each byte of the source; empty where it left none.
+std::string mapOf(const World& world) {
+    std::string statuses;
+    for (const std::string& path : world.evidence) {
+        if (!path.ends_with(".map")) {
+            continue;
+        }
+        std::istringstream lines(std::string(testing::textOf(world.files.at(path))));
+        bool statusLineRead = false;
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with('#') || !std::exchange(statusLineRead, true)) {
+                continue;
+            }
+            std::istringstream fields(line);
+            std::uint64_t offset = 0;
+            std::uint64_t length = 0;
+            char status = ' ';
+            fields >> std::hex >> offset >> length >> status;
+            EXPECT_EQ(offset, statuses.size()) << "ranges follow each other";
+            statuses.append(length, status);
+        }
+    }
+    return statuses;
+}
+
+// Whatever went wrong: what the map calls finished is the source's, on the medium where the job went through to its
+// end, and what could not be read is not called finished.
+TEST(CopyEngine, TheMapTellsWhatTheCopyHolds) {
+    int maps = 0;
+    int holes = 0;
+    for (std::uint64_t seed = firstSeed(); seed < firstSeed() + scriptCount(); ++seed) {
+        Script script = ScriptMaker(seed).make();
+        script.imageChangesMeanwhile = false;
+        SCOPED_TRACE(::testing::Message() << script);
+        World world(script);
+        std::uint32_t exitCode = 0;
+        const auto system = runJob(world, exitCode);
+        const std::string statuses = mapOf(world);
+        if (statuses.empty()) {
+            continue;
+        }
+        const bool image = script.job == ScriptedJob::kImageToFile || script.job == ScriptedJob::kForensicImage;
+        const testing::Bytes& copy = image ? world.imageMade() : world.destinationBytes;
+        const testing::Bytes& medium = world.mediumOf(image ? world.imagePath() : World::kDestination);
+        const bool flushed = world.flags.succeeded != 0;
+        ASSERT_EQ(statuses.size(), world.sourceBytes.size());
+        for (std::size_t i = 0; i < statuses.size(); ++i) {
+            if (statuses[i] == '+') {
+                ASSERT_LT(i, copy.size());
+                ASSERT_EQ(copy[i], world.sourceBytes[i]) << "byte " << i;
+                ASSERT_TRUE(!flushed || (i < medium.size() && medium[i] == copy[i]))
+                    << "byte " << i << " is not on the medium";
+            }
+        }
+        ++maps;
+        holes += statuses.find_first_not_of('+') == std::string::npos ? 0 : 1;
+    }
+    EXPECT_GT(maps, static_cast<int>(scriptCount() / 2));
+    EXPECT_GT(holes, static_cast<int>(scriptCount() / 4));
 }
 
 /// True when one thread in turn could have shown what `world` saw, had it been stopped at some moment.

@@ -21,9 +21,11 @@ class FlushBehindTest : public ::testing::Test {
   protected:
     void store(std::uint64_t blocks, TransferOutcome outcome = kWhole) {
         for (std::uint64_t block = 0; block < blocks; ++block) {
-            flushing_.stored(outcome);
+            flushing_.stored({.offset = 100 * next_++, .length = 100}, outcome);
         }
     }
+
+    std::uint64_t next_ = 0; ///< the block that is stored next; each has 100 bytes
 
     std::vector<TransferOutcome> outcomes_;
     std::atomic<std::size_t> flushes_{0};
@@ -84,6 +86,41 @@ TEST_F(FlushBehindTest, ADeviceThatCameBackIsAsked) {
     EXPECT_EQ(flushes_, 1U);
 }
 
+using Places = std::vector<BlockExtent>;
+
+TEST_F(FlushBehindTest, WhatNoFlushHasFailedOnIsNotDoubtful) {
+    store(kBlocksBetweenFlushes + 1);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kLeave), kWhole);
+    EXPECT_EQ(flushing_.doubtful(), Places());
+}
+
+TEST_F(FlushBehindTest, TheBlocksOfEachFlushThatFailedAreDoubtful) {
+    outcomes_ = {kWhole, kFailed, kWhole, kFailed};
+    store(kBlocksBetweenFlushes);
+    store(1, kFailed);
+    store(2 * kBlocksBetweenFlushes + 2);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kFailed);
+    EXPECT_EQ(flushing_.doubtful(),
+              (Places{{.offset = 500, .length = 400}, {.offset = 900, .length = 400}, {.offset = 1300, .length = 200}}))
+        << "also what was stored while the flush was under way";
+}
+
+TEST_F(FlushBehindTest, DoubtfulPlacesAreTheSameInReverse) {
+    outcomes_ = {kFailed};
+    flushing_.stored({.offset = 300, .length = 100}, kWhole);
+    flushing_.stored({.offset = 200, .length = 100}, kWhole);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kFailed);
+    EXPECT_EQ(flushing_.doubtful(), (Places{{.offset = 200, .length = 200}}));
+}
+
+TEST_F(FlushBehindTest, WhatADeviceHadNotFlushedWhenItWentIsDoubtfulAlsoWhenItIsBack) {
+    store(kBlocksBetweenFlushes + 2);
+    store(1, kGone);
+    store(1);
+    EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kWhole);
+    EXPECT_EQ(flushing_.doubtful(), (Places{{.offset = 400, .length = 200}}));
+}
+
 TEST(FlushBehind, TheNextBlocksAreStoredWhileTheOnesBeforeThemAreFlushed) {
     std::promise<void> stored;
     std::shared_future<void> mayEnd = stored.get_future().share();
@@ -92,7 +129,7 @@ TEST(FlushBehind, TheNextBlocksAreStoredWhileTheOnesBeforeThemAreFlushed) {
         return kWhole;
     });
     for (std::uint64_t block = 0; block < 2 * kBlocksBetweenFlushes - 1; ++block) {
-        flushing.stored(kWhole); // the last of them would never return if it waited for the flush
+        flushing.stored({}, kWhole); // the last of them would never return if it waited for the flush
     }
     stored.set_value();
     EXPECT_EQ(flushing.finish(UnflushedBlocks::kFlush), kWhole);
@@ -109,7 +146,7 @@ TEST(FlushBehind, NoMoreThanTwoRoundsOfBlocksWaitForTheMedium) {
     });
     for (int block = 0; block < 40; ++block) {
         ++blocks;
-        flushing.stored(kWhole);
+        flushing.stored({}, kWhole);
         EXPECT_LE(blocks - flushed, 2 * kBlocksBetweenFlushes);
     }
     EXPECT_EQ(flushing.finish(UnflushedBlocks::kFlush), kWhole);
@@ -125,7 +162,7 @@ TEST(FlushBehind, ItsEndWaitsForAFlushUnderWay) {
             return kWhole;
         });
         for (std::uint64_t block = 0; block < kBlocksBetweenFlushes; ++block) {
-            flushing.stored(kWhole);
+            flushing.stored({}, kWhole);
         }
     }
     EXPECT_TRUE(ended);

@@ -30,10 +30,12 @@ class RecordingSink : public BlockSink {
     }
 
     TransferOutcome flush(UnflushedBlocks) override { return flushOutcome; }
+    const std::vector<BlockExtent>& doubtful() const override { return doubts; }
 
     TransferOutcome outcome = TransferOutcome::kWhole;
     TransferOutcome flushOutcome = TransferOutcome::kWhole;
     std::vector<BlockExtent> stored;
+    std::vector<BlockExtent> doubts;
     std::string text;
     std::future<void> mayEnd;
 };

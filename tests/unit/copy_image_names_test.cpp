@@ -129,5 +129,26 @@ TEST_F(ImageCounter, StaysDefinedAtItsLimit) {
     EXPECT_EQ(next().number, std::numeric_limits<std::int32_t>::max());
 }
 
+TEST(ImageNames, ProofLiesBesideTheImage) {
+    EXPECT_EQ(acquisitionFileName("E:\\Images", "Model 100%s", 41), "E:\\Images\\ACQUISITION--Model 100%s.41.txt");
+    EXPECT_EQ(mapFileName("E:\\Images\\Model.41.img"), "E:\\Images\\Model.41.img.map");
+}
+
+TEST(ImageNames, TheMapOfACopyOntoADriveHasItsSourceAndItsBeginning) {
+    const LocalMoment begin{2026, 3, 1, 9, 5, 7};
+    DriveRecord source;
+    source.model.assign("A/B");
+    source.serialNumber.assign("S:1");
+    EXPECT_EQ(cloneMapFileName(source, begin), "CLONE--A_B.S_1.20260301-090507.map");
+    source.model.assign(std::string(200, 'm'));
+    source.serialNumber.assign("");
+    EXPECT_EQ(cloneMapFileName(source, begin), "CLONE--" + std::string(64, 'm') + "..20260301-090507.map");
+    EXPECT_EQ(imageToDriveMapFileName("E:\\Images\\a.img", begin), "IMAGE-TO-DRIVE--a.img.20260301-090507.map");
+    EXPECT_EQ(imageToDriveMapFileName("a.img", begin), "IMAGE-TO-DRIVE--a.img.20260301-090507.map");
+    EXPECT_EQ(imageToDriveMapFileName(std::string(63, 'i') + "\xC3\xA4", begin),
+              "IMAGE-TO-DRIVE--" + std::string(63, 'i') + ".20260301-090507.map")
+        << "no half of a letter";
+}
+
 } // namespace
 } // namespace torvane

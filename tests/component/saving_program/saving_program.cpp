@@ -16,11 +16,11 @@
 
 // The import slots of the functions that change files. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
-extern decltype(&CreateFileA) __imp_CreateFileA;
+extern decltype(&CreateFileW) __imp_CreateFileW;
 extern decltype(&WriteFile) __imp_WriteFile;
 extern decltype(&FlushFileBuffers) __imp_FlushFileBuffers;
 extern decltype(&CloseHandle) __imp_CloseHandle;
-extern decltype(&MoveFileExA) __imp_MoveFileExA;
+extern decltype(&MoveFileExW) __imp_MoveFileExW;
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
@@ -40,8 +40,8 @@ void dieHere() {
     }
 }
 
-decltype(&CreateFileA) realCreateFile;
-HANDLE WINAPI createFile(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES attributes, DWORD disposition,
+decltype(&CreateFileW) realCreateFile;
+HANDLE WINAPI createFile(LPCWSTR name, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES attributes, DWORD disposition,
                          DWORD flags, HANDLE templateFile) {
     dieHere();
     const HANDLE file = realCreateFile(name, access, sharing, attributes, disposition, flags, templateFile);
@@ -80,8 +80,8 @@ BOOL WINAPI closeHandle(HANDLE handle) {
     return closed;
 }
 
-decltype(&MoveFileExA) realMove;
-BOOL WINAPI moveFile(LPCSTR from, LPCSTR to, DWORD flags) {
+decltype(&MoveFileExW) realMove;
+BOOL WINAPI moveFile(LPCWSTR from, LPCWSTR to, DWORD flags) {
     dieHere();
     const BOOL moved = realMove(from, to, flags);
     dieHere();
@@ -89,7 +89,7 @@ BOOL WINAPI moveFile(LPCSTR from, LPCSTR to, DWORD flags) {
 }
 
 int saveAndDie() {
-    const ImportPatched create(__imp_CreateFileA, &createFile);
+    const ImportPatched create(__imp_CreateFileW, &createFile);
     realCreateFile = create.original();
     const ImportPatched write(__imp_WriteFile, &writeFile);
     realWriteFile = write.original();
@@ -97,7 +97,7 @@ int saveAndDie() {
     realFlush = flushing.original();
     const ImportPatched close(__imp_CloseHandle, &closeHandle);
     realClose = close.original();
-    const ImportPatched move(__imp_MoveFileExA, &moveFile);
+    const ImportPatched move(__imp_MoveFileExW, &moveFile);
     realMove = move.original();
     return saveMessages(appState().messages, tableOf(torvane::testing::kNewTable)) == 1 ? torvane::testing::kSaved
                                                                                         : torvane::testing::kNotSaved;

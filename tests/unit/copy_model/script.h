@@ -61,7 +61,9 @@ struct Script {
 
     std::size_t takenImages = 0;    ///< numbers in a row whose image exists already
     std::size_t takenHashFiles = 0; ///< numbers behind those, whose hash file exists
-    std::size_t lostRaces = 0;      ///< images that somebody else makes in the last moment
+    std::size_t takenRecords = 0;   ///< and behind those, whose record or whose map does
+    std::size_t takenMaps = 0;
+    std::size_t lostRaces = 0; ///< images that somebody else makes in the last moment
     bool imageCannotBeCreated = false;
     bool imageCannotBeOpened = false; ///< the source image, or the finished one
     bool imageCannotBeRewound = false;
@@ -69,6 +71,8 @@ struct Script {
     std::array<bool, 2> noHash{};
     std::array<bool, 2> noDigest{};
     bool hashFileCannotBeCreated = false;
+    bool recordCannotBeWritten = false;
+    bool mapCannotBeWritten = false;
 
     bool alsoSha256 = false;
     bool knowsMd5 = true;                       ///< of a verification; without it, its SHA-256 alone
@@ -117,6 +121,7 @@ class ScriptMaker {
         makeFailedFlush();
         script_.sourceIsImageFile = chance(8);
         makeSha256();
+        makeEvidenceTroubles();
         return script_;
     }
 
@@ -262,6 +267,13 @@ class ScriptMaker {
             script_.noSha256Hash[pass] = chance(20);
             script_.noSha256Digest[pass] = chance(20);
         }
+    }
+
+    void makeEvidenceTroubles() {
+        script_.takenRecords = chance(6) ? below(3) : 0;
+        script_.takenMaps = chance(6) ? below(3) : 0;
+        script_.recordCannotBeWritten = chance(15);
+        script_.mapCannotBeWritten = chance(15);
     }
 
     /// The number of the read that makes the eleventh bad block; a high number when there is none.

@@ -34,7 +34,8 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
                                   makesImage || job == ScriptedJob::kVerifyImage ? nullptr : &world_.destination,
                               .path = readsImage ? World::kSourceImage : World::kFolder,
                               .alsoSha256 = world_.script.alsoSha256,
-                              .known = world_.knownDigests()};
+                              .known = world_.knownDigests(),
+                              .caseInformation = {.caseNumber = "", .examiner = "E. Xaminer", .note = "two\nlines"}};
         std::optional<JobClaim> claim = jobs_.begin(jobKindOf(order.kind));
         const std::uint32_t exitCode = runScripted({.order = order,
                                                     .claim = claim.value(),
@@ -123,6 +124,10 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         copyFlags();
         return world_.mountedVolumes();
     }
+    std::optional<bool> isReadOnly(const DriveRecord& drive) override {
+        EXPECT_EQ(&drive, &world_.source);
+        return world_.isSourceReadOnly();
+    }
     void setDriveStatus(const DriveRecord& drive, const std::string& text) override {
         see("drive " + std::string(drive.model.view()) + " [" + text + "]");
     }
@@ -139,6 +144,10 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     }
     bool writeTextFile(const std::string& path, std::string_view text) override {
         return world_.writeHashFile(path, std::string(text));
+    }
+
+    bool saveText(const std::string& path, std::string_view text, TextUse use) override {
+        return world_.saveEvidence(path, std::string(text), use == TextUse::kReplaced);
     }
 
     std::unique_ptr<BlockHasher> makeHasher(DigestKind kind, HasherFailure& failure) override {
@@ -161,6 +170,7 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
 
     std::int64_t tick() override { return world_.tick(); }
     LocalMoment now() override { return World::now(); }
+    MachineNames machineNames() override { return {.machine = "BENCH", .user = "tester"}; }
 
     void logError(const std::string& text) override { see("log ERROR " + text); }
     void logJob(const std::string& text) override { see("log JOB " + text); }

@@ -1,11 +1,17 @@
 #pragma once
 
+#include "base/program_identity.h"
 #include "tests/unit/copy_model/world.h"
 
+#include <algorithm>
 #include <array>
 #include <cinttypes>
 #include <cstdio>
+#include <functional>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace torvane::testing {
 
@@ -22,8 +28,11 @@ class SequentialModel {
         world_.see("losses []");
         jobRow(subject(destinationText()) + " begins");
         const std::uint32_t exitCode = runJob();
+        if (!ended_) {
+            endFiles("nobody");
+        }
         jobRow(subject(path_.empty() ? destinationText() : "into [" + path_ + "]") + ": " + ending_ +
-               (ending_ == "not started" ? "" : ". " + losses()) + digestText_);
+               (ending_ == "not started" ? "" : ". " + losses()) + digestText_ + mapText_);
         if (ending_ != "not started") {
             callUser(ending_ == "completed" && losses() == "Nothing was lost");
         }
@@ -76,6 +85,162 @@ class SequentialModel {
         char buffer[2048];
         std::snprintf(buffer, sizeof buffer, format, arguments...);
         return buffer;
+    }
+
+    // --- what the copy proves ---
+
+    /// Nothing of so many bytes of the source is in the copy, which has room for the first `room` of them.
+    void expect(std::uint64_t bytes, std::uint64_t room) {
+        notCopied_ = bytes;
+        copied_.assign(bytes, '?');
+        read_.assign(bytes, '?');
+        room_ = room;
+    }
+    static void mark(std::string& places, std::uint64_t from, std::uint64_t to, char status) {
+        for (std::uint64_t i = from; i < std::min<std::uint64_t>(to, places.size()); ++i) {
+            places[i] = status;
+        }
+    }
+    void doubt() {
+        doubtWhatWasStoredBesideAFailure();
+        for (const auto& [from, to] : doubtful_) {
+            mark(copied_, from, to, '?');
+        }
+    }
+
+    struct Run {
+        std::size_t from;
+        std::size_t to;
+        char status;
+    };
+    static std::vector<Run> runsOf(const std::string& places) {
+        std::vector<Run> runs;
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            if (runs.empty() || runs.back().status != places[i]) {
+                runs.push_back({i, i, places[i]});
+            }
+            runs.back().to = i + 1;
+        }
+        return runs;
+    }
+
+    [[nodiscard]] std::string mapFile() const {
+        const auto first = [this](char status) { return copied_.find(status); };
+        const char next = first('?') != std::string::npos ? '?' : first('*') != std::string::npos ? '*' : '+';
+        const std::uint64_t place = next == '+' ? 0 : first(next);
+        std::string lines =
+            std::string("# Mapfile. Created by Torvane ") + programVersion() + ", build " + programBuild() + "\n# " +
+            subject(path_.empty() ? destinationText() : "into [" + path_ + "]") +
+            "\n# Start time: 2024-03-01 09:05:07 +00:00\n# Current time: 2024-03-01 09:05:07 "
+            "+00:00\n# Ending: " +
+            ending_ + (stopper_ == "nobody" ? "" : ", stopped by " + stopper_) +
+            "\n# current_pos  current_status  current_pass\n" +
+            text("0x%08" PRIX64 "     %c               1\n", place, next) + "#      pos        size  status\n";
+        for (const Run& run : runsOf(copied_)) {
+            lines += text("0x%08zX  0x%08zX  %c\n", run.from, run.to - run.from, run.status);
+        }
+        return lines;
+    }
+
+    [[nodiscard]] std::string record() const {
+        const DriveRecord& source = world_.source;
+        const auto sector = static_cast<std::size_t>(source.bytesPerSector);
+        std::string lines = std::string("Program: Torvane\r\nVersion: ") + programVersion() +
+                            "\r\nBuild: " + programBuild() + "\r\nMachine: BENCH\r\nUser: tester\r\nJob: " +
+                            (world_.script.job == ScriptedJob::kImageToFile ? "Image" : "Forensic image") +
+                            "\r\nCase number: none\r\nExaminer: E. Xaminer\r\nNote: two lines\r\n"
+                            "Drive number: 3\r\nTransport: " +
+                            (world_.script.sourceIsImageFile ? "Image file" : "Unknown") +
+                            "\r\nModel: Model 100%s\r\nSerial number: S/N 7\r\n"
+                            "Serial number told by the device: not told\r\n"
+                            "Serial number printed on the device: not told\r\nFirmware: not told\r\n" +
+                            text("Size in bytes: %zu\r\nSectors: %zu\r\nSector size in bytes: %zu\r\n", copied_.size(),
+                                 copied_.size() / sector, sector) +
+                            "Read-only before: no\r\nRead-only after: " +
+                            (!ended_          ? "not told"
+                             : readOnlyAtEnd_ ? "yes"
+                                              : "no");
+        lines += "\r\nImage: " + path_ + "\r\nMap: " + path_ + ".map\r\nStart: " + kNow +
+                 "\r\nEnd: " + (ended_ ? kNow : "not yet") + "\r\nEnding: " + ending_ + "\r\nLost: " + losses() +
+                 "\r\nStopped by: " + stopper_ + "\r\nMD5: " + recordedDigest_ + "\r\nSHA-256: " + recordedSha256_ +
+                 "\r\n" +
+                 text("Bytes missing from the image: %td\r\n",
+                      std::count_if(copied_.begin(), copied_.end(), [](char c) { return c != '+'; }));
+        std::vector<Run> bad = runsOf(read_);
+        std::erase_if(bad, [](const Run& run) { return run.status != '*'; });
+        lines += text("Unreadable ranges: %zu\r\n", bad.size());
+        for (std::size_t i = 0; i < bad.size(); ++i) {
+            lines += text("Unreadable range %zu: sectors %zu to %zu, offset %zu bytes, length %zu bytes\r\n", i + 1,
+                          bad[i].from / sector, (bad[i].to - 1) / sector, bad[i].from, bad[i].to - bad[i].from);
+        }
+        lines += text("Write failures: %" PRIu64 "\r\n", failedWrites_);
+        lines += "Verification: " + verification_ + "\r\n";
+        if (verification_ != "not made") {
+            lines += std::string("Verification start: ") + kNow +
+                     "\r\nVerification end: " + (verification_ == "under way" ? "not yet" : kNow) + "\r\n";
+        }
+        return lines;
+    }
+
+    void save(const std::string& name, const std::string& lines) {
+        const bool mine = written_.contains(name);
+        if (world_.saveEvidence(name, lines, mine)) {
+            written_.insert(name);
+        } else if (unwritten_.insert(name).second) {
+            log("Could not WRITE [" + name + "]");
+        }
+    }
+    void saveRecord() { save(recordName_, record()); }
+    void saveFiles() {
+        if (mapName_.empty()) {
+            return;
+        }
+        if (!recordName_.empty()) {
+            saveRecord();
+        }
+        save(mapName_, mapFile());
+    }
+
+    /// What lies beside the image; it says "not started" until its first block is about to be moved.
+    void beginImageFiles(const std::string& image, int number) {
+        path_ = image;
+        expect(static_cast<std::uint64_t>(world_.source.sizeBytes),
+               static_cast<std::uint64_t>(world_.source.sizeBytes));
+        mapName_ = image + ".map";
+        recordName_ = text("%s\\ACQUISITION--%s.%d.txt", World::kFolder, world_.source.model.c_str(), number);
+        saveFiles();
+    }
+    void beginDriveFiles(const std::string& stem) {
+        mapName_ = stem + ".20240301-090507.map";
+        underWay();
+        mapText_ = written_.contains(mapName_) ? ". Map [" + mapName_ + "]" : "";
+    }
+    void underWay() {
+        ending_ = "under way";
+        saveFiles();
+    }
+    void endFiles(const std::string& stopper) {
+        stopper_ = stopper;
+        ended_ = true;
+        readOnlyAtEnd_ = world_.isSourceReadOnly();
+        doubt();
+        saveFiles();
+    }
+    /// Who has ended a run that did not move everything.
+    [[nodiscard]] std::string stopper(bool everything) const {
+        return everything                         ? "nobody"
+               : world_.source.badReadCount >= 11 ? "the limit of 11 unreadable blocks"
+                                                  : "the user";
+    }
+    void beginVerification() {
+        verification_ = "under way";
+        saveRecord();
+    }
+    void endVerification(const std::string& outcome) {
+        if (verification_ == "under way") {
+            verification_ = outcome;
+            saveRecord();
+        }
     }
 
     // --- what is shown ---
@@ -176,12 +341,14 @@ class SequentialModel {
     bool readAndMark(std::uint64_t offset, std::size_t length) {
         const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length, readEnd_ - offset));
         const World::Transfer done = world_.readDrive(offset, std::span(buffer_).first(wanted));
+        lastWhole_ = done.sought && done.ok && done.count == wanted;
+        mark(read_, offset, offset + length, lastWhole_ ? '+' : '*');
+        if (lastWhole_) {
+            return true;
+        }
         if (!done.sought) {
             ++unreadable_;
             return false;
-        }
-        if (done.ok && done.count == wanted) {
-            return true;
         }
         ++unreadable_;
         ++world_.source.badReadCount;
@@ -205,12 +372,20 @@ class SequentialModel {
         driveUsed_ = true;
         storedAny_ = storedAny_ || whole;
         shutOut_ = shutOut_ || (storedAny_ && done.refused);
-        stored(World::kDestination, whole, done.gone);
+        stored(World::kDestination, offset, offset + length, whole, done.gone);
     }
 
-    /// Every fourth block that was stored is followed by a flush.
-    void stored(const std::string& where, bool whole, bool gone) {
+    /// Every fourth block that was stored is followed by a flush. A device that goes takes along what was not flushed.
+    void stored(const std::string& where, std::uint64_t from, std::uint64_t to, bool whole, bool gone) {
         gone_ = gone;
+        if (gone) {
+            doubtful_.insert(doubtful_.end(), cached_.begin(), cached_.end());
+            cached_.clear();
+        }
+        if (whole) {
+            mark(copied_, from, std::min(to, room_), lastWhole_ ? '+' : '*');
+            cached_.emplace_back(from, to);
+        }
         unflushed_ += whole ? 1 : 0;
         if (unflushed_ == 4) {
             flush(where);
@@ -218,9 +393,21 @@ class SequentialModel {
     }
     void flush(const std::string& where) {
         unflushed_ = 0;
+        doubtWhatWasStoredBesideAFailure();
         const World::Transfer done = world_.flush(where);
         goneAtFlush_ = goneAtFlush_ || (flushed_ && done.gone); // of several that fail the first one is told
         flushed_ = done.ok && flushed_;
+        if (!done.ok) {
+            doubtful_.insert(doubtful_.end(), cached_.begin(), cached_.end());
+        }
+        lastFlushFailed_ = !done.ok;
+        cached_.clear();
+    }
+    /// A flush may still be under way while the next blocks are stored; one that fails may lose these, too.
+    void doubtWhatWasStoredBesideAFailure() {
+        if (lastFlushFailed_) {
+            doubtful_.insert(doubtful_.end(), cached_.begin(), cached_.end());
+        }
     }
 
     /// Flushes the rest. False when a flush has failed, now or before: together they are one failed write.
@@ -356,8 +543,9 @@ class SequentialModel {
         }
         return all.empty() ? "Nothing was lost" : all;
     }
-    void showLosses(const std::string& ending) {
+    void showLosses(const std::string& ending, const std::string& stopper) {
         ending_ = ending;
+        endFiles(stopper);
         world_.see((losses() == "Nothing was lost" ? "losses [" : "bad losses [") + losses() + "]");
     }
     [[nodiscard]] static const char* completed(bool everything) { return everything ? "completed" : "not completed"; }
@@ -489,9 +677,9 @@ class SequentialModel {
         flags_.carY = 182;
         clearFlags();
         world_.source.badReadCount = 0;
-        notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
         splitRange(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)),
                    sourceUnit());
+        expect(static_cast<std::uint64_t>(world_.source.sizeBytes), rangeEnd_);
         if (!paddingWanted("SOURCE")) {
             return declined({&world_.source, &world_.destination});
         }
@@ -504,6 +692,7 @@ class SequentialModel {
         }
         const bool wanted = ready == Ready::kYes;
         beginTiming();
+        beginCloneFiles(wanted);
         beginRun(wanted);
         std::uint64_t k = 0;
         for (; wanted && k < full_; ++k) {
@@ -525,7 +714,7 @@ class SequentialModel {
         }
         flushDrive(wanted && k == full_);
         remember(wanted);
-        showLosses(completed(wanted && whole(k)));
+        showLosses(completed(wanted && whole(k)), stopper(wanted && whole(k)));
         end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
         endClone(wanted && whole(k));
         flags_.running = 0;
@@ -538,9 +727,9 @@ class SequentialModel {
         flags_.carY = 182;
         clearFlags();
         world_.source.badReadCount = 0;
-        notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
         splitRange(static_cast<std::uint64_t>(std::min(world_.source.sizeBytes, world_.destination.sizeBytes)),
                    sourceUnit());
+        expect(static_cast<std::uint64_t>(world_.source.sizeBytes), rangeEnd_);
         if (!paddingWanted("SOURCE")) {
             return declined({&world_.source, &world_.destination});
         }
@@ -553,6 +742,7 @@ class SequentialModel {
         }
         const bool wanted = ready == Ready::kYes;
         beginTiming();
+        beginCloneFiles(wanted);
         beginRun(wanted);
         std::uint64_t offset = bytes_ - block_;
         std::uint64_t k = 0;
@@ -576,12 +766,18 @@ class SequentialModel {
         }
         flushDrive(wanted && k == full_);
         remember(wanted);
-        showLosses(completed(wanted && whole(k)));
+        showLosses(completed(wanted && whole(k)), stopper(wanted && whole(k)));
         end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
         endClone(wanted && whole(k));
         repaintCloneTrack();
         flags_.running = 0;
         return 1;
+    }
+
+    void beginCloneFiles(bool wanted) {
+        if (wanted) {
+            beginDriveFiles("CLONE--Model 100%s.S_N 7");
+        }
     }
 
     void endClone(bool everything) {
@@ -594,7 +790,10 @@ class SequentialModel {
         while (true) {
             number = world_.nextNumber();
             name = text("%s\\%s.%d.img", World::kFolder, world_.source.model.c_str(), number);
-            if (world_.exists(name) || world_.exists(hashFileName(number)) || world_.exists(name + ".sha256")) {
+            if (world_.exists(name) || world_.exists(hashFileName(number)) || world_.exists(name + ".sha256") ||
+                world_.exists(name + ".map") ||
+                world_.exists(
+                    text("%s\\ACQUISITION--%s.%d.txt", World::kFolder, world_.source.model.c_str(), number))) {
                 continue;
             }
             std::optional<World::OpenFile> image = world_.createImage(name);
@@ -609,10 +808,11 @@ class SequentialModel {
 
     bool writeImage(World::OpenFile& image, std::size_t length) {
         notCopied_ -= std::min<std::uint64_t>(notCopied_, length);
+        const std::uint64_t offset = image.position;
         const World::Transfer done = world_.writeFile(image, std::span(buffer_).first(length));
         const bool written = done.ok && done.count == length;
         failedWrites_ += written ? 0 : 1;
-        stored(image.path, written, done.gone);
+        stored(image.path, offset, offset + length, written, done.gone);
         return written;
     }
 
@@ -634,15 +834,17 @@ class SequentialModel {
             return 0;
         }
         imageInto(name);
-        path_ = name;
-        notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
+        beginImageFiles(name, number);
         split(notCopied_);
         beginTiming();
         const bool wanted = raise();
         status(" Status: Idle");
         repaint();
+        if (wanted) {
+            underWay();
+        }
         const auto couldNotWrite = [&] {
-            showLosses("not completed");
+            showLosses("not completed", "a failed write");
             driveStatus(world_.source, outcome("not completed"));
             world_.close(*image);
             status("Could not WRITE to DESTINATION image");
@@ -678,7 +880,7 @@ class SequentialModel {
         } else if (!flushRest(name)) {
             return couldNotWrite();
         }
-        showLosses(completed(wanted && whole(k)));
+        showLosses(completed(wanted && whole(k)), stopper(wanted && whole(k)));
         driveStatus(world_.source, outcome(wanted && whole(k) ? "" : "not completed"));
         end(wanted && k == full_, " Image  SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
         world_.close(*image);
@@ -687,14 +889,19 @@ class SequentialModel {
         return 1;
     }
 
-    bool beginHashing() { return (!wantsMd5_ || beginMd5()) && (!world_.script.alsoSha256 || beginSha256()); }
+    /// `beforeBox` is what the files say before a box that may wait until the morning.
+    bool beginHashing(const std::function<void()>& beforeBox) {
+        return (!wantsMd5_ || beginMd5(beforeBox)) && (!world_.script.alsoSha256 || beginSha256(beforeBox));
+    }
 
-    bool beginMd5() {
+    bool beginMd5(const std::function<void()>& beforeBox) {
         switch (world_.beginHashing()) {
         case World::HasherTrouble::kNoProvider:
+            beforeBox();
             stopBox("****** HASH ERROR ******", "Could not get HANDLE to CRYPTO provider. Exiting");
             return false;
         case World::HasherTrouble::kNoHash:
+            beforeBox();
             stopBox("****** HASH ERROR ******", "Could not get MD5 HASH for Crypto Provider. Exiting");
             return false;
         case World::HasherTrouble::kNone:
@@ -703,14 +910,16 @@ class SequentialModel {
         }
         return false;
     }
-    bool beginSha256() {
+    bool beginSha256(const std::function<void()>& beforeBox) {
         sha256_ = {};
         switch (world_.beginSha256()) {
         case World::HasherTrouble::kNoProvider:
+            beforeBox();
             stopBox("****** HASH ERROR ******", "Could not open the system's provider of SHA-256. Nothing was read. "
                                                 "Start again without SHA-256");
             return false;
         case World::HasherTrouble::kNoHash:
+            beforeBox();
             stopBox("****** HASH ERROR ******",
                     "Could not begin a SHA-256 HASH. Nothing was read. Start again without SHA-256");
             return false;
@@ -761,12 +970,11 @@ class SequentialModel {
             }
         };
         imageInto(name);
-        path_ = name;
-        notCopied_ = static_cast<std::uint64_t>(world_.source.sizeBytes);
+        beginImageFiles(name, number);
         split(notCopied_);
         beginTiming();
         status(" Status: Idle");
-        if (!beginHashing()) {
+        if (!beginHashing([this] { endFiles("a failed hash"); })) {
             closeImage();
             driveStatus(world_.source, outcome("not started"));
             return 0;
@@ -776,6 +984,9 @@ class SequentialModel {
         flags_.animationBlocks = 0;
         for (const std::uint64_t percent : {10U, 30U, 40U, 50U, 75U}) {
             world_.chasePoints.push_back(static_cast<std::int64_t>(full_ * percent / 100));
+        }
+        if (wanted) {
+            underWay();
         }
         world_.aboutToCopy();
         const char* lost = nullptr;
@@ -795,6 +1006,8 @@ class SequentialModel {
                 if (trouble != nullptr) {
                     hashFailed_ = true;
                     lost = lost == nullptr ? "hashed" : lost;
+                    ending_ = "not completed";
+                    endFiles(lostBy(lost));
                     stopBox("****** HASH ERROR ******", trouble);
                     closeImage();
                     flags_.running = 0;
@@ -836,7 +1049,12 @@ class SequentialModel {
         const bool hasDigest = hasMd5 && !(world_.script.alsoSha256 && world_.sha256DigestFails());
         const bool complete = movedAll && !flushLost && hasDigest;
         hashFailed_ = hashFailed_ || !hasDigest;
-        showLosses(imagedWhole_ && hashFailed_ ? "not hashed" : completed(imagedWhole_));
+        if (complete) {
+            recordedDigest_ = hexOf(digest_.value());
+            recordedSha256_ = world_.script.alsoSha256 ? hexOf(sha256_.stretched()) : recordedSha256_;
+        }
+        showLosses(imagedWhole_ && hashFailed_ ? "not hashed" : completed(imagedWhole_),
+                   lost != nullptr ? lostBy(lost) : stopper(imagedWhole_));
         end(complete, " Image SUCCESSFULLY Completed", 760, " Image Terminated -- Not Completed");
         if (hasDigest) {
             imaged_ = digest_.value();
@@ -879,14 +1097,25 @@ class SequentialModel {
         return 1;
     }
 
+    static std::string hexOf(const auto& digest) {
+        std::string hex;
+        for (const unsigned byte : digest) {
+            hex += text("%02x", byte);
+        }
+        return hex;
+    }
+    static std::string lostBy(const std::string& lost) { return lost == "hashed" ? "a failed hash" : "a failed write"; }
+
     /// What follows an imaging pass once its row is written: what the user has to answer.
     void afterwards() {
         if (!trouble_.empty()) {
             stopBox(troubleCaption_, trouble_);
         }
         if (verifiable_ && askBox("****** VERIFY HASH ******", "Would you like to Verify the Image HASH?")) {
+            beginVerification();
             jobRow("Verification of [" + path_ + "]: begins");
             if (verify(path_, imaged_) == 0) {
+                endVerification("could not be made");
                 jobRow("Verification of [" + path_ + "]: could not be made");
                 callUser(false);
             }
@@ -967,6 +1196,7 @@ class SequentialModel {
         flags_.succeeded = 1;
         repaintImageTrack();
         driveStatus(world_.source, equal ? imagingOutcome("") + ", verified" : imagingOutcome("not verified"));
+        endVerification(equal ? "verified" : readingStopped_ ? "not verified, stopped by the user" : "not verified");
         jobRow("Verification of [" + name + "]: " + (equal ? "verified" : "not verified"));
         callUser(equal && imagedWhole_ && losses() == "Nothing was lost");
         showVerdict(imaged, verified, equal);
@@ -985,9 +1215,12 @@ class SequentialModel {
         }
     }
 
+    void notMade() { endVerification("could not be made"); }
+
     /// Reads the image, as far as nobody asks to stop. False, and the user was told, when it has no digests.
     bool hashImage(World::OpenFile& image, std::initializer_list<const DriveRecord*> drives) {
-        if (!beginHashing()) {
+        readingStopped_ = false;
+        if (!beginHashing([this] { notMade(); })) {
             return false;
         }
         const auto hashNext = [&](std::size_t length) {
@@ -999,6 +1232,7 @@ class SequentialModel {
             const HashTexts missing = hash(length);
             const char* const trouble = missing.md5 != nullptr ? missing.md5 : missing.sha256;
             if (trouble != nullptr) {
+                notMade();
                 stopBox("****** HASH ERROR ******", trouble);
             }
             if (trouble == nullptr) {
@@ -1017,21 +1251,25 @@ class SequentialModel {
                 return gaveUp();
             }
             if (flags_.running == 0) {
+                readingStopped_ = true;
                 break;
             }
             progress(k, true, Track::kImage, "Status", "Verifying", drives);
             ++k;
         }
+        readingStopped_ = readingStopped_ || (remainder_ > 0 && flags_.running == 0);
         if (remainder_ > 0 && flags_.running == 1 && !hashNext(remainder_)) {
             return gaveUp();
         }
         endRun();
         progress(k, true, Track::kImage, "Status", "Verifying", drives);
         if (wantsMd5_ && world_.digestFails()) {
+            notMade();
             stopBox("****** HASH ERROR ******", "Could not get HASH PARAM. Exiting");
             return false;
         }
         if (world_.script.alsoSha256 && world_.sha256DigestFails()) {
+            notMade();
             stopBox("****** HASH ERROR ******",
                     "Could not get the SHA-256 HASH at its end. Nothing was compared. Start again");
             return false;
@@ -1131,6 +1369,10 @@ class SequentialModel {
         }
         const bool wanted = ready == Ready::kYes;
         beginTiming();
+        expect(notCopied_, rangeEnd_);
+        if (wanted) {
+            beginDriveFiles("IMAGE-TO-DRIVE--source.img");
+        }
         const auto readNext = [&](std::uint64_t offset, std::size_t length) {
             const auto within = static_cast<std::size_t>(std::min<std::uint64_t>(length, rangeEnd_ - offset));
             const World::Transfer done = world_.readFile(*image, std::span(buffer_).first(within));
@@ -1141,7 +1383,7 @@ class SequentialModel {
             ++unreadable_;
             flushDrive(false);
             remember(true);
-            showLosses("not completed");
+            showLosses("not completed", "a failed read");
             driveStatus(world_.destination, outcome("not completed"));
             world_.close(*image);
             status("Could not READ FROM SOURCE image. TERMINATING");
@@ -1172,7 +1414,7 @@ class SequentialModel {
         }
         flushDrive(wanted && k == full_);
         remember(wanted);
-        showLosses(completed(wanted && whole(k)));
+        showLosses(completed(wanted && whole(k)), wanted && whole(k) ? "nobody" : "the user");
         driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
         end(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
             " Image To Drive Terminated -- Not Completed");
@@ -1206,7 +1448,27 @@ class SequentialModel {
     std::uint64_t readEnd_ = ~0ULL;
     std::uint64_t writeEnd_ = ~0ULL;
     std::uint64_t odd_ = 0;
-    std::uint64_t notCopied_ = 0; ///< bytes of the source
+    std::uint64_t notCopied_ = 0;                                     ///< bytes of the source
+    static constexpr const char* kNow = "2024-03-01 09:05:07 +00:00"; ///< the world's only moment
+    std::string copied_;                                              ///< a status for each byte of the source
+    std::string read_;
+    std::uint64_t room_ = 0;                                      ///< bytes of the source that the copy has room for
+    bool lastWhole_ = true;                                       ///< the last block read
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> cached_; ///< places stored since the last flush
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> doubtful_;
+    bool readingStopped_ = false; ///< of a finished image
+    bool lastFlushFailed_ = false;
+    std::string mapName_;
+    std::string recordName_;
+    std::set<std::string> written_;
+    std::set<std::string> unwritten_;
+    bool ended_ = false;
+    bool readOnlyAtEnd_ = false;
+    std::string stopper_ = "nobody";
+    std::string recordedDigest_ = "not made";
+    std::string recordedSha256_ = "not made";
+    std::string verification_ = "not made";
+    std::string mapText_; ///< in the row of the job's end
     bool hashFailed_ = false;
     bool remainderMoved_ = false;
     bool imagedWhole_ = false;

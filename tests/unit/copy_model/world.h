@@ -15,13 +15,19 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace torvane::testing {
 
 using Bytes = std::vector<std::byte>;
+
+[[nodiscard]] inline std::string_view textOf(const Bytes& bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 /// What the job's flag and the race track's numbers were when something happened.
 struct JobFlags {
@@ -88,13 +94,17 @@ class World {
         destinationBytes = noise(random, script.destinationBytes);
         files[kSourceImage] = sourceBytes;
         media_[kDestination] = destinationBytes;
-        const std::size_t takenMd5 = script.takenImages + script.takenHashFiles;
-        for (std::size_t i = 0; i < takenMd5 + script.takenSha256Files; ++i) {
+        const std::size_t md5s = script.takenImages + script.takenHashFiles;
+        const std::size_t sha256s = md5s + script.takenSha256Files;
+        const std::size_t records = sha256s + script.takenRecords;
+        for (std::size_t i = 0; i < records + script.takenMaps; ++i) {
             const std::string number = std::to_string(static_cast<std::size_t>(imageNumber) + 1 + i);
             const std::string image = "Model 100%s." + number + ".img";
             const std::string name = i < script.takenImages ? image
-                                     : i < takenMd5         ? "MD5-HASH--Model 100%s." + number + ".txt"
-                                                            : image + ".sha256";
+                                     : i < md5s             ? "MD5-HASH--Model 100%s." + number + ".txt"
+                                     : i < sha256s          ? image + ".sha256"
+                                     : i < records          ? "ACQUISITION--Model 100%s." + number + ".txt"
+                                                            : image + ".map";
             files[std::string(kFolder) + "\\" + name] = Bytes(3, std::byte{'o'});
         }
     }
@@ -249,6 +259,47 @@ class World {
         return true;
     }
 
+    // --- the files that prove what was done ---
+
+    /// Writes a record or a map whole, in an old one's place only where it is to replace one.
+    bool saveEvidence(const std::string& path, const std::string& text, bool replaces) {
+        const bool isMap = path.ends_with(".map");
+        if ((isMap && script.mapCannotBeWritten) || (!isMap && script.recordCannotBeWritten) ||
+            (exists(path) && !replaces)) {
+            return false;
+        }
+        const auto bytes = std::as_bytes(std::span(text));
+        files[path].assign(bytes.begin(), bytes.end());
+        evidence.insert(path);
+        return true;
+    }
+
+    /// What these files tell now.
+    [[nodiscard]] std::uint64_t evidenceDigest() const {
+        ScriptedDigest digest;
+        for (const std::string& path : evidence) {
+            digest.add(files.at(path));
+        }
+        std::uint64_t value = 0;
+        std::memcpy(&value, digest.value().data(), sizeof value);
+        return value;
+    }
+
+    /// The image that was made, by its map beside it.
+    [[nodiscard]] std::string imagePath() const {
+        for (const std::string& path : evidence) {
+            if (path.ends_with(".img.map")) {
+                return path.substr(0, path.size() - std::string_view(".map").size());
+            }
+        }
+        return "";
+    }
+    [[nodiscard]] const Bytes& imageMade() const { return files.at(imagePath()); }
+    [[nodiscard]] const Bytes& mediumOf(const std::string& name) { return media_[name]; }
+
+    /// Nobody may write to the source once it has been copied from.
+    [[nodiscard]] bool isSourceReadOnly() const { return writesBegun != 0; }
+
     std::int32_t nextNumber() { return ++imageNumber; }
 
     // --- hashing ---
@@ -339,6 +390,9 @@ class World {
               flags.animationBlocks.load()}) {
             line += " " + std::to_string(flag);
         }
+        if (what.starts_with("stop") || what.starts_with("ask") || what.starts_with("inform")) {
+            line += " files " + std::to_string(evidenceDigest()); // as they stay while the box waits for its answer
+        }
         seen.push_back(line);
         if (line.find("[COMPLETED") != std::string::npos) {
             completedOnMedium = completedOnMedium && isOnMedium();
@@ -361,6 +415,7 @@ class World {
     Bytes destinationBytes;
     std::map<std::string, Bytes> files;
     std::map<std::string, int> openFiles;
+    std::set<std::string> evidence; ///< names of records and maps that were written
     std::vector<std::string> seen;
     std::vector<std::int64_t> chasePoints;
     bool completedOnMedium = true; ///< whenever a "Status" cell said so

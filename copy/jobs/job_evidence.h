@@ -1,0 +1,48 @@
+#pragma once
+
+#include "copy/evidence/acquisition_record.h"
+#include "copy/jobs/copy_job.h"
+#include "copy/jobs/image_number.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace torvane {
+
+struct JobAccount;
+
+// The files by which a copy proves what it did: beside an image its record and the map of what is missing, beside the
+// log the map of a copy onto a drive. Each is written whole or not at all, as often as there is something new to tell,
+// and what existed before is never overwritten. One "ERROR" row tells of a file that cannot be written; it changes
+// nothing of how the job itself ends.
+
+struct EvidenceFile {
+    std::string path; ///< empty: the job leaves no such file
+    bool made = false;
+    bool failureTold = false;
+};
+
+struct JobEvidence {
+    EvidenceFile map;
+    EvidenceFile recordFile;
+    AcquisitionRecord record; ///< what of it does not stand in the job's account
+};
+
+/// Makes record and map beside the image, which was just created. The image counts as not started.
+void beginImageEvidence(const CopyJob& job, JobAccount& account, const std::string& image, std::int32_t number);
+
+/// Makes the map of a copy onto a drive, whose first block is about to be moved. It lies in the current folder.
+void beginDriveEvidence(const CopyJob& job, JobAccount& account);
+
+/// The first block is about to be moved.
+void showUnderWay(const CopyJob& job, JobAccount& account);
+
+/// Brings the files up to date with the account.
+void saveEvidence(const CopyJob& job, JobAccount& account);
+
+/// The verification of the image begins, and has ended: "verified". The record tells it, the first end that it is told.
+void beginVerification(const CopyJob& job, JobAccount& account);
+void endVerification(const CopyJob& job, JobAccount& account, std::string_view outcome);
+
+} // namespace torvane
