@@ -40,6 +40,17 @@ bool make(const std::wstring& name, UniqueHandle& object) {
     return true;
 }
 
+constexpr DWORD kPauseMilliseconds = 20;
+
+std::wstring objectOfWaiters(const std::wstring& name) {
+    return L"Global\\" + name + L".Awaited";
+}
+
+bool isAwaited(const std::wstring& name) {
+    const UniqueHandle object{OpenMutexW(SYNCHRONIZE, FALSE, objectOfWaiters(name).c_str())};
+    return object || GetLastError() == ERROR_ACCESS_DENIED;
+}
+
 } // namespace
 
 MachineClaim::MachineClaim(MachineClaim&& other) noexcept
@@ -74,11 +85,17 @@ bool MachineClaim::claim() {
 }
 
 bool MachineClaim::await(std::chrono::milliseconds limit) {
-    constexpr DWORD kPauseMilliseconds = 20;
     const auto end = std::chrono::steady_clock::now() + limit;
+    if (isAwaited(name_)) {
+        Sleep(2 * kPauseMilliseconds); // two looks of whoever waits already
+    }
+    UniqueHandle waiting;
     while (!claim()) {
         if (std::chrono::steady_clock::now() >= end) {
             return false;
+        }
+        if (!waiting) {
+            waiting.reset(CreateMutexW(nullptr, FALSE, objectOfWaiters(name_).c_str()));
         }
         Sleep(kPauseMilliseconds);
     }

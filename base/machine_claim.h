@@ -25,7 +25,8 @@ class MachineClaim {
     /// Claims the name, for all programs of all users ("Global\\<name>"). False when another program has it, also one
     /// of a user whose objects may not be opened. Where the system gives no such object at all, the claim is made.
     [[nodiscard]] bool claim();
-    /// The same, again and again until another program has given it back or the time is over.
+    /// The same, again and again until another program has given it back or the time is over. Whoever waits already is
+    /// let through first, so that a program which claims a name many times in a row keeps nobody out.
     [[nodiscard]] bool await(std::chrono::milliseconds limit);
 
   private:

@@ -90,6 +90,34 @@ TEST_F(MachineClaims, AreAwaited) {
     ending.join();
 }
 
+TEST_F(MachineClaims, LetThroughWhoeverWaitsAlready) {
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds kTwoLooks{40};
+    MachineClaim claim = claimOfTest();
+
+    const Clock::time_point alone = Clock::now();
+    EXPECT_TRUE(claim.await(std::chrono::seconds(60)));
+    claim = claimOfTest();
+
+    const UniqueHandle waiting{CreateMutexW(nullptr, FALSE, L"Global\\Torvane.Test.Awaited")};
+    const Clock::time_point awaited = Clock::now();
+    EXPECT_TRUE(claim.await(std::chrono::seconds(60)));
+    EXPECT_GE(Clock::now() - awaited, kTwoLooks);
+    EXPECT_LT(awaited - alone, Clock::now() - awaited) << "where nobody waits, nobody is waited for";
+}
+
+TEST_F(MachineClaims, AreSeenToBeAwaited) {
+    const auto isAwaited = [] { return UniqueHandle{OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\Torvane.Test.Awaited")}; };
+    EXPECT_FALSE(isAwaited());
+    UniqueHandle other = otherProgram();
+    MachineClaim claim = claimOfTest();
+    std::thread waiting([&] { EXPECT_TRUE(claim.await(std::chrono::seconds(60))); });
+    EXPECT_TRUE(driver::waitUntil([&] { return static_cast<bool>(isAwaited()); }));
+    other.reset();
+    waiting.join();
+    EXPECT_FALSE(isAwaited());
+}
+
 template <DWORD Error>
 HANDLE WINAPI makeNone(LPSECURITY_ATTRIBUTES, BOOL, LPCWSTR) {
     SetLastError(Error);
