@@ -28,6 +28,10 @@ ToolSubject::~ToolSubject() {
     currentSubject = outer_;
 }
 
+std::string driveSubject(std::int32_t driveNumber) {
+    return formatText("drive %d", driveNumber);
+}
+
 ToolWatch* toolWatch() {
     return currentWatch;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -52,6 +53,9 @@ class ToolSubject {
     std::string subject_;
     const std::string* outer_;
 };
+
+/// "drive 3", as a subject.
+[[nodiscard]] std::string driveSubject(std::int32_t driveNumber);
 
 /// This thread's watch; null: its tools take as long as they take.
 [[nodiscard]] ToolWatch* toolWatch();

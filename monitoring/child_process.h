@@ -28,8 +28,8 @@ class ChildProcess {
 
     /// Ends it and what it has started.
     void kill();
-    /// The same, and gives them a second to be gone: a process that a driver holds goes only
-    /// when the driver lets go of it, and is not waited for.
+    /// The same, and gives them a second to be gone: a process that a driver holds goes only when the driver lets go
+    /// of it, and is not waited for.
     void end();
 
     /// What it has started may outlive the program from now on.

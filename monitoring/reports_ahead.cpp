@@ -1,6 +1,6 @@
 #include "monitoring/reports_ahead.h"
 
-#include "base/format.h"
+#include "base/tool_watch.h"
 #include "monitoring/command_runner.h"
 
 #include <chrono>
@@ -12,7 +12,7 @@ namespace {
 constexpr int kMostAtOnce = 8;
 
 std::optional<CommandAhead> startReport(const PlannedReport& report) {
-    return CommandAhead::start(report.commandLine, formatText("drive %d", report.driveNumber));
+    return CommandAhead::start(report.commandLine, driveSubject(report.driveNumber));
 }
 
 } // namespace

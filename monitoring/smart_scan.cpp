@@ -69,7 +69,7 @@ struct ListingLine {
 /// False when the device's report could not be made, which ends the scan.
 bool makeReport(SmartScanState& scan, ReportsAhead& reports, const ListedDevice& device, const ListingLine& at) {
     const std::string fileName = reportFileName(device.driveNumber);
-    const ToolSubject subject(formatText("drive %d", device.driveNumber));
+    const ToolSubject subject(driveSubject(device.driveNumber));
     const int built = reports.buildDataFile(at.number, fileName.c_str(), reportCommandLine(device).c_str());
     const LoadedText report = loadPrinted(fileName.c_str(), built);
     if (!report) {

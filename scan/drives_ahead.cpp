@@ -1,6 +1,5 @@
 #include "scan/drives_ahead.h"
 
-#include "base/format.h"
 #include "jobs/jobs.h"
 #include "scan/scan_watch.h"
 
@@ -70,7 +69,7 @@ DrivesAhead::Slot DrivesAhead::askAbout(std::int32_t driveNumber) {
     if (drive && beginQuestion()) {
         seen.drive = *drive;
         const LogRowsHeld held(seen.rows);
-        const ToolSubject subject(formatText("drive %d", driveNumber));
+        const ToolSubject subject(driveSubject(driveNumber));
         seen.answer = questions_.askReadOnly(driveNumber);
     }
     return seen;

@@ -1,7 +1,6 @@
 #include "scan/scan_job.h"
 
 #include "admin/disk_part.h"
-#include "base/format.h"
 #include "base/tool_watch.h"
 #include "base/worker_thread.h"
 #include "discovery/disk_identity.h"
@@ -50,7 +49,7 @@ DriveRecordPtr probeDrive(std::int32_t driveNumber) {
 
 void readMonitoringData(AppState& state, DrivesAhead& drives, DriveRecord& record) {
     const std::int32_t driveNumber = record.driveNumber;
-    const ToolSubject subject(formatText("drive %d", driveNumber));
+    const ToolSubject subject(driveSubject(driveNumber));
     SmartParseDrive(state.smart, record, driveNumber);
     dispatchMonitoring(record);
     record.readOnly = 1; // not known

@@ -6,6 +6,7 @@
 #include "state/log_row.h"
 
 #include <cstdarg>
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -30,6 +31,22 @@ void keep(const LocalMoment& when, const LogRow& row) {
     }
 }
 
+enum class RowPlace : std::uint8_t { kListAndFile, kFileAlone };
+
+void log(RowPlace place, const char* category, std::string message) {
+    const bool fileAlone = place == RowPlace::kFileAlone;
+    if (HeldLogRows* const held = heldLogRows()) {
+        held->add(category, std::move(message), fileAlone);
+        return;
+    }
+    const LocalMoment now = localNow();
+    const LogRow row = makeLogRow(category, now, std::move(message));
+    keep(now, row);
+    if (!fileAlone) {
+        show(row);
+    }
+}
+
 } // namespace
 
 void LogEvent(const char* category, const char* format, ...) {
@@ -37,14 +54,7 @@ void LogEvent(const char* category, const char* format, ...) {
     va_start(arguments, format);
     std::string message = formatTextV(format, arguments);
     va_end(arguments);
-    if (HeldLogRows* const held = heldLogRows()) {
-        held->add(category, std::move(message), false);
-        return;
-    }
-    const LocalMoment now = localNow();
-    const LogRow row = makeLogRow(category, now, std::move(message));
-    keep(now, row);
-    show(row);
+    log(RowPlace::kListAndFile, category, std::move(message));
 }
 
 void LogToFile(const char* category, const char* format, ...) {
@@ -52,12 +62,7 @@ void LogToFile(const char* category, const char* format, ...) {
     va_start(arguments, format);
     std::string message = formatTextV(format, arguments);
     va_end(arguments);
-    if (HeldLogRows* const held = heldLogRows()) {
-        held->add(category, std::move(message), true);
-        return;
-    }
-    const LocalMoment now = localNow();
-    keep(now, makeLogRow(category, now, std::move(message)));
+    log(RowPlace::kFileAlone, category, std::move(message));
 }
 
 } // namespace torvane

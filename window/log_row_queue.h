@@ -18,9 +18,8 @@ class LogRowQueue {
     explicit LogRowQueue(std::size_t most) : most_(most) {}
 
     /// Puts the row behind the others. The first one is announced, and the first after the taker has gone to rest or
-    /// has not come for `kPatience`;
-    /// nobody puts or takes a row until `announce` has returned, so it must not wait for anybody. False, with the row
-    /// not taken, when the queue is full or `announce` has failed.
+    /// has not come for `kPatience`. Nobody puts or takes a row until `announce` has returned, so it must not wait for
+    /// anybody. False, with the row not taken, when the queue is full or `announce` has failed.
     [[nodiscard]] bool put(const LogRow& row, const std::function<bool()>& announce);
 
     /// All rows that are there; none is left.

@@ -45,6 +45,10 @@ TEST(ToolWatch, SubjectIsThatOfTheInnermostScope) {
     EXPECT_EQ(toolSubject(), "drive 1");
 }
 
+TEST(ToolWatch, NamesADriveByItsNumber) {
+    EXPECT_EQ(driveSubject(12), "drive 12");
+}
+
 TEST(ToolWatch, NamesTheToolOfACommandLine) {
     EXPECT_EQ(toolName("smartctl.exe --scan"), "smartctl");
     EXPECT_EQ(toolName("diskpart /s script.txt"), "diskpart");
