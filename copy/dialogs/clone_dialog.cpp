@@ -34,7 +34,8 @@ constexpr ControlPlace kPlaces[] = {
     {IDC_REVERSE_HINT, {28, 106, 335, 150}},       {IDC_COPY_DESTINATION_LABEL, {345, 8, 830, 24}},
     {IDC_COPY_STATUS, {10, 252, 330, 274}},        {IDC_COPY_LOSSES, {336, 252, 830, 274}},
     {IDC_COPY_MOUNTING_HINT, {10, 277, 830, 293}}, {IDC_START_CLONE, {10, 296, 180, 324}},
-    {IDC_TERMINATE_CLONE, {190, 296, 360, 324}},   {IDC_EXIT_CLONE, {660, 296, 830, 324}},
+    {IDC_TERMINATE_CLONE, {190, 296, 360, 324}},   {IDC_VERIFY_AFTERWARDS, {374, 300, 650, 320}},
+    {IDC_EXIT_CLONE, {660, 296, 830, 324}},
 };
 
 constexpr CopyDialogLook kLook{
@@ -88,7 +89,8 @@ class CloneDialog : public CopyToDriveDialog {
         startJob({.kind = reverse ? CopyKind::kReverseClone : CopyKind::kForwardClone,
                   .source = &source_,
                   .destination = destination,
-                  .path = {}});
+                  .path = {},
+                  .verifyAfterwards = isVerificationWanted()});
     }
 
     DriveRecord& source_;

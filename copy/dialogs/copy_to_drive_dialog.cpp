@@ -54,6 +54,10 @@ std::optional<LRESULT> CopyToDriveDialog::onNotify(NMHDR& header) {
     return 0;
 }
 
+bool CopyToDriveDialog::isVerificationWanted() const {
+    return IsDlgButtonChecked(window(), IDC_VERIFY_AFTERWARDS) == BST_CHECKED;
+}
+
 DriveRecord* CopyToDriveDialog::chooseDestination(const char* cancelled, const std::string& sourceImage) {
     DriveRecord* const chosen = requireDestination(destinations_.tickedDrives());
     if (chosen == nullptr) {

@@ -30,6 +30,9 @@ class CopyToDriveDialog : public CopyDialog {
     /// `Destruction`.
     [[nodiscard]] DriveRecord* chooseDestination(const char* cancelled, const std::string& sourceImage = {});
 
+    /// "Verify afterwards" is ticked.
+    [[nodiscard]] bool isVerificationWanted() const;
+
   private:
     DriveRowsView destinations_;
 };

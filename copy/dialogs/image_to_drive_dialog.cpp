@@ -17,6 +17,7 @@ constexpr ControlPlace kPlaces[] = {
     {IDC_COPY_MOUNTING_HINT, {10, 272, 830, 287}},
     {IDC_START_IMAGE_TO_DRIVE, {10, 288, 180, 316}},
     {IDC_TERMINATE_IMAGE_TO_DRIVE, {190, 288, 360, 316}},
+    {IDC_VERIFY_AFTERWARDS, {374, 292, 650, 312}},
     {IDC_EXIT_IMAGE_TO_DRIVE, {660, 288, 830, 316}},
 };
 
@@ -75,7 +76,11 @@ class ImageToDriveDialog : public CopyToDriveDialog {
         }
         DriveRecord* const destination = chooseDestination("Image to Drive has been CANCELLED", image_);
         if (destination != nullptr) {
-            startJob({.kind = CopyKind::kImageToDrive, .source = nullptr, .destination = destination, .path = image_});
+            startJob({.kind = CopyKind::kImageToDrive,
+                      .source = nullptr,
+                      .destination = destination,
+                      .path = image_,
+                      .verifyAfterwards = isVerificationWanted()});
         }
     }
 

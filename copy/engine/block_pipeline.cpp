@@ -26,12 +26,13 @@ void BlockPipeline::FreeMemory::operator()(std::byte* memory) const {
     std::free(memory);
 }
 
-BlockPipeline::BlockPipeline(BlockSource& source, const BlockOrder& order) : source_(source), order_(order) {
-    constexpr std::size_t kMost = (std::numeric_limits<std::size_t>::max() - kBufferAlignment) / kBuffers;
-    if (order.blockSize() > kMost) {
+BlockPipeline::BlockPipeline(BlockSource& source, const BlockOrder& order, std::uint64_t ahead)
+    : source_(source), order_(order), ahead_(std::clamp<std::uint64_t>(ahead, 1, kBlocksAhead)) {
+    const std::size_t most = (std::numeric_limits<std::size_t>::max() - kBufferAlignment) / bufferCount_;
+    if (order.blockSize() > most) {
         return;
     }
-    const std::size_t bytes = kBuffers * order.blockSize();
+    const std::size_t bytes = bufferCount_ * order.blockSize();
     std::size_t room = bytes + kBufferAlignment;
     // Zero bytes that the system makes when they are first touched.
     memory_.reset(static_cast<std::byte*>(std::calloc(room, 1)));
@@ -53,7 +54,7 @@ Block BlockPipeline::take() {
     const std::span<std::byte> bytes = buffer(index, extent.length);
     const TransferOutcome outcome = await(index);
     if (outcome == TransferOutcome::kNotReached) {
-        const std::span<std::byte> before = buffer(index + kBuffers - 1, extent.length);
+        const std::span<std::byte> before = buffer(index + bufferCount_ - 1, extent.length);
         std::copy(before.begin(), before.end(), bytes.begin());
     }
     return {.extent = extent, .bytes = bytes, .outcome = outcome};
@@ -88,26 +89,26 @@ void BlockPipeline::stop() {
 }
 
 std::span<std::byte> BlockPipeline::buffer(std::uint64_t index, std::size_t length) const {
-    return {buffers_ + (index % kBuffers) * order_.blockSize(), length};
+    return {buffers_ + (index % bufferCount_) * order_.blockSize(), length};
 }
 
 bool BlockPipeline::mayFetch(std::uint64_t index) const {
-    return index <= current_ + kBlocksAhead && (lastWhole_ || index == current_);
+    return index <= current_ + ahead_ && (lastWhole_ || index == current_);
 }
 
 bool BlockPipeline::isFinal(std::uint64_t index) const {
-    const bool readWhole = index < fetched_ && outcomes_[index % kBuffers] == TransferOutcome::kWhole;
+    const bool readWhole = index < fetched_ && outcomes_[index % bufferCount_] == TransferOutcome::kWhole;
     return index < settled_ || (readWhole && index < order_.fullBlocks());
 }
 
 TransferOutcome BlockPipeline::fetch(std::uint64_t index) {
     const BlockExtent extent = order_.extent(index);
     const std::span<std::byte> bytes = buffer(index, extent.length);
-    if (index < kBuffers) {
+    if (index < bufferCount_) {
         touchPages(bytes);
     }
     // The block before is complete by now: either it was read whole, or the job is done with it.
-    const std::span<std::byte> before = buffer(index + kBuffers - 1, extent.length);
+    const std::span<std::byte> before = buffer(index + bufferCount_ - 1, extent.length);
     // The unreadable marker, should this block need it, will not reach its tail.
     const std::size_t tail = extent.length % kUnreadableMarkerSize;
     std::copy(before.end() - static_cast<std::ptrdiff_t>(tail), before.end(),
@@ -127,7 +128,7 @@ void BlockPipeline::readAhead() {
         const TransferOutcome outcome = fetch(index);
         {
             const std::lock_guard lock(mutex_);
-            outcomes_[index % kBuffers] = outcome;
+            outcomes_[index % bufferCount_] = outcome;
             lastWhole_ = outcome == TransferOutcome::kWhole;
             fetched_ = index + 1;
         }
@@ -143,7 +144,7 @@ TransferOutcome BlockPipeline::await(std::uint64_t index) {
     current_ = index;
     changed_.notify_all();
     changed_.wait(lock, [&] { return fetched_ > index; });
-    return outcomes_[index % kBuffers];
+    return outcomes_[index % bufferCount_];
 }
 
 } // namespace torvane

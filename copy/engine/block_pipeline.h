@@ -32,17 +32,17 @@ struct Block {
 ///    further than the job will use;
 ///  - blocks that were read ahead and never taken have left no trace.
 ///
-/// A thread reads, at most `kBlocksAhead` blocks ahead of the one in the job's hands. Where the system has no room for
-/// a thread, each block is read when it is taken. Another thread may go through the blocks beside the job
-/// (`awaitFinal`). Memory: six blocks, each at a multiple of `kBufferAlignment` where the block size is one.
+/// A thread reads ahead of the one in the job's hands. Where the system has no room for a thread, each block is read
+/// when it is taken. Another thread may go through the blocks beside the job (`awaitFinal`). Memory: two blocks more
+/// than are read ahead, each at a multiple of `kBufferAlignment` where the block size is one.
 class BlockPipeline {
   public:
     /// Most blocks that are read ahead of the one in the job's hands. More of them bridge longer pauses of a drive: a
     /// destination may stand still for as long as its source takes for so many.
     static constexpr std::uint64_t kBlocksAhead = 4;
 
-    /// The source must outlive the pipeline.
-    BlockPipeline(BlockSource& source, const BlockOrder& order);
+    /// The source must outlive the pipeline. `ahead`: most blocks that are read ahead, 1 to `kBlocksAhead`.
+    BlockPipeline(BlockSource& source, const BlockOrder& order, std::uint64_t ahead = kBlocksAhead);
     ~BlockPipeline();
     BlockPipeline(const BlockPipeline&) = delete;
     BlockPipeline& operator=(const BlockPipeline&) = delete;
@@ -71,9 +71,6 @@ class BlockPipeline {
     void stop();
 
   private:
-    /// One in the job's hands, those ahead of it, and the one before it, whose bytes a failed seek delivers again.
-    static constexpr std::uint64_t kBuffers = kBlocksAhead + 2;
-
     struct FreeMemory {
         void operator()(std::byte* memory) const;
     };
@@ -87,6 +84,9 @@ class BlockPipeline {
 
     BlockSource& source_;
     const BlockOrder order_;
+    const std::uint64_t ahead_;
+    /// One in the job's hands, those ahead of it, and the one before it, whose bytes a failed seek delivers again.
+    const std::uint64_t bufferCount_ = ahead_ + 2;
     std::unique_ptr<std::byte[], FreeMemory> memory_;
     std::byte* buffers_ = nullptr; ///< in it, aligned
     std::thread reader_;
@@ -94,11 +94,11 @@ class BlockPipeline {
 
     std::mutex mutex_; ///< for everything below
     std::condition_variable changed_;
-    std::array<TransferOutcome, kBuffers> outcomes_{}; ///< of the blocks that the buffers hold
-    std::uint64_t fetched_ = 0;                        ///< blocks read so far
-    std::uint64_t current_ = 0;                        ///< the block in the job's hands, or awaited by it
-    std::uint64_t settled_ = 0;                        ///< blocks that the job has settled, as far as it did
-    bool lastWhole_ = true;                            ///< the last block read was read whole
+    std::array<TransferOutcome, kBlocksAhead + 2> outcomes_{}; ///< of the blocks that the buffers hold
+    std::uint64_t fetched_ = 0;                                ///< blocks read so far
+    std::uint64_t current_ = 0;                                ///< the block in the job's hands, or awaited by it
+    std::uint64_t settled_ = 0;                                ///< blocks that the job has settled, as far as it did
+    bool lastWhole_ = true;                                    ///< the last block read was read whole
     bool stopping_ = false;
 };
 

@@ -31,6 +31,10 @@ void SourceMap::mark(std::uint64_t offset, std::uint64_t length, RangeStatus sta
     }
 }
 
+RangeStatus SourceMap::statusAt(std::uint64_t offset) const {
+    return offset < size_ ? std::prev(ranges_.upper_bound(offset))->second : RangeStatus::kNonTried;
+}
+
 std::vector<MappedRange> SourceMap::ranges() const {
     std::vector<MappedRange> all;
     all.reserve(ranges_.size());

@@ -37,6 +37,8 @@ class SourceMap {
     /// it replaces.
     void mark(std::uint64_t offset, std::uint64_t length, RangeStatus status);
 
+    /// Of a place within the source; what lies behind it was never tried.
+    [[nodiscard]] RangeStatus statusAt(std::uint64_t offset) const;
     [[nodiscard]] std::vector<MappedRange> ranges() const;
     [[nodiscard]] std::uint64_t bytes(RangeStatus status) const;
 

@@ -1,9 +1,11 @@
+#include "copy/jobs/comparison_steps.h"
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
 #include "copy/jobs/job_account.h"
 #include "records/sector_size.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace torvane {
 
@@ -70,19 +72,20 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     DriveSource driveSource(job.drives, source);
     LimitedSource limited(driveSource, range.bytes, range.sourceEnd);
     DriveSink sink(job.drives, destination);
-    BlockPipeline blocks(limited, cloneOrder(job, range, way));
-    if (!blocks.hasBuffers()) {
+    const BlockOrder order = cloneOrder(job, range, way);
+    std::optional<BlockPipeline> blocks(std::in_place, limited, order);
+    if (!blocks->hasBuffers()) {
         reportNoMemory(job);
         showNotStarted(job, source);
         showNotStarted(job, destination);
         return 0;
     }
-    const Readiness readiness = showIdle(job) ? prepareDestination(job, blocks.order()) : Readiness::kStopped;
+    const Readiness readiness = showIdle(job) ? prepareDestination(job, order) : Readiness::kStopped;
     if (readiness == Readiness::kRefused) {
         return endRefused(job);
     }
     const bool unmounted = readiness == Readiness::kReady && isDestinationUnmounted(job);
-    CopyProgress progress(job, blocks.order(),
+    CopyProgress progress(job, order,
                           {.track = kCloneTrack,
                            .direction = way.direction,
                            .label = " Status",
@@ -102,19 +105,33 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     RunEnd end = RunEnd::kLeftEarly;
     if (readiness == Readiness::kReady) {
         beginDriveEvidence(job, account);
-        end = moveBlocks(job, blocks, progress, rule, copyBlock);
+        end = moveBlocks(job, *blocks, progress, rule, copyBlock);
         flushStored(sink, end, account); // counted like a failed write, too
         losses.mountedMeanwhile = unmounted && wasMountedMeanwhile(job, sink);
+        if (isComparisonWanted(job, end)) {
+            blocks.reset(); // there is no memory for both
+            const auto isLost = [&](const BlockExtent& extent) {
+                return account.read.statusAt(extent.offset) != RangeStatus::kFinished;
+            };
+            account.comparison = compareWithSource(job, {.source = limited,
+                                                         .range = range,
+                                                         .order = order,
+                                                         .isLost = isLost,
+                                                         .direction = way.direction,
+                                                         .losses = losses});
+        }
         adoptNewTable(job, sink);
     }
 
     concludeRun(job, account, endingInWords(end), stopperOf(end, source));
-    if (movedFullBlocks(end)) {
+    if (isRefuted(account.comparison)) {
+        showFailure(job, kNotVerified, kExplosionMilliseconds);
+    } else if (movedFullBlocks(end)) {
         showSuccess(job, way.completed, way.finishX);
     } else {
         showFailure(job, way.terminated, kExplosionMilliseconds);
     }
-    progress.setDriveStatus(runOutcomeText(end, losses));
+    progress.setDriveStatus(copyOutcomeText(end, losses, account.comparison));
     if (way.idleBeforeLastRepaint) {
         job.claim.lower();
     }

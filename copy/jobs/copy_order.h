@@ -29,6 +29,7 @@ struct CopyOrder {
     bool alsoSha256 = false; ///< a forensic image gets a SHA-256 digest beside its MD5
     Digests known{};         ///< what the image of a verification is compared with
     CaseInformation caseInformation{}; ///< of a forensic image
+    bool verifyAfterwards = false;     ///< a drive that was written is compared with its source
 };
 
 [[nodiscard]] constexpr JobKind jobKindOf(CopyKind kind) {

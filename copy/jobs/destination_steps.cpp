@@ -2,6 +2,7 @@
 
 #include "admin/changed_drive.h"
 #include "base/format.h"
+#include "copy/jobs/comparison_steps.h"
 #include "copy/jobs/copy_steps.h"
 #include "records/drive_texts.h"
 #include "records/sector_size.h"
@@ -46,12 +47,6 @@ bool wantsItUncleaned(const CopyJob& job) {
                              ". Windows refuses writes inside mounted volumes, so parts of the copy may not arrive. "
                              "Nothing was written yet. Continue anyway?";
     return job.system.askDefaultNo("***** DESTINATION NOT CLEANED *****", text.c_str());
-}
-
-std::vector<const DriveRecord*> drivesOf(const CopyJob& job) {
-    std::vector<const DriveRecord*> drives{job.order.source, job.order.destination};
-    std::erase(drives, nullptr);
-    return drives;
 }
 
 bool areUnchanged(const CopyJob& job) {
@@ -102,6 +97,12 @@ void tellMount(const CopyJob& job, const JobLosses& losses) {
 
 } // namespace
 
+std::vector<const DriveRecord*> drivesOf(const CopyJob& job) {
+    std::vector<const DriveRecord*> drives{job.order.source, job.order.destination};
+    std::erase(drives, nullptr);
+    return drives;
+}
+
 bool isSourceUnchanged(const CopyJob& job, std::string_view untouched) {
     if (job.system.isStillTheSource(*job.order.source)) {
         return true;
@@ -142,6 +143,9 @@ std::uint32_t runOntoDrive(const CopyJob& job, const std::function<std::uint32_t
     const std::uint32_t exitCode = runAccounted(job, account, [&] { return run(account); });
     if (account.losses.mountedMeanwhile) {
         tellMount(job, account.losses);
+    }
+    if (account.comparison) {
+        showComparison(job, *account.comparison);
     }
     return exitCode;
 }

@@ -9,10 +9,14 @@
 #include <cstdint>
 #include <functional>
 #include <string_view>
+#include <vector>
 
 namespace torvane {
 
 // What has to be sure before a job's first block.
+
+/// The job's drives: source, destination, or the one that it has.
+[[nodiscard]] std::vector<const DriveRecord*> drivesOf(const CopyJob& job);
 
 enum class Readiness {
     kReady,

@@ -1,3 +1,4 @@
+#include "copy/jobs/comparison_steps.h"
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
 #include "copy/jobs/job_account.h"
@@ -34,9 +35,21 @@ std::optional<std::uint64_t> bytesToCopy(const CopyJob& job, std::uint64_t image
 }
 
 /// An image that was cut because the user wanted it so is no failure of the drive.
-std::string outcomeForDrive(RunEnd end, JobLosses losses) {
+std::string outcomeForDrive(RunEnd end, JobLosses losses, const std::optional<Comparison>& comparison) {
     losses.bytesNotCopied = 0;
-    return runOutcomeText(end, losses);
+    return copyOutcomeText(end, losses, comparison);
+}
+
+/// The image is read once more from its medium, not from the system's cache.
+Comparison compareWithImage(const CopyJob& job, const CopyRange& range, const BlockOrder& order,
+                            const JobLosses& losses) {
+    const std::unique_ptr<ImageFile> image = job.system.openImage(job.order.path, ImageUse::kCheck);
+    if (!image) {
+        return {};
+    }
+    ImageSource imageSource(*image);
+    LimitedSource limited(imageSource, range.bytes, range.sourceEnd);
+    return compareWithSource(job, {.source = limited, .range = range, .order = order, .isLost = {}, .losses = losses});
 }
 
 Stopper stopperOf(RunEnd end) {
@@ -68,18 +81,19 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     ImageSource imageSource(image);
     LimitedSource limited(imageSource, range.bytes, range.sourceEnd);
     DriveSink sink(job.drives, destination);
-    BlockPipeline blocks(limited, BlockOrder::forward(range.orderedBytes, job.blockSize));
-    if (!blocks.hasBuffers()) {
+    const BlockOrder order = BlockOrder::forward(range.orderedBytes, job.blockSize);
+    std::optional<BlockPipeline> blocks(std::in_place, limited, order);
+    if (!blocks->hasBuffers()) {
         reportNoMemory(job);
         showNotStarted(job, destination);
         return 0;
     }
-    const Readiness readiness = showIdle(job) ? prepareDestination(job, blocks.order()) : Readiness::kStopped;
+    const Readiness readiness = showIdle(job) ? prepareDestination(job, order) : Readiness::kStopped;
     if (readiness == Readiness::kRefused) {
         return endRefused(job);
     }
     const bool unmounted = readiness == Readiness::kReady && isDestinationUnmounted(job);
-    CopyProgress progress(job, blocks.order(),
+    CopyProgress progress(job, order,
                           {.track = kCloneTrack,
                            .label = " Status",
                            .activity = "Writing image",
@@ -100,21 +114,27 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
     RunEnd end = RunEnd::kLeftEarly;
     if (readiness == Readiness::kReady) {
         beginDriveEvidence(job, account);
-        end = moveBlocks(job, blocks, progress, {}, copyBlock);
+        end = moveBlocks(job, *blocks, progress, {}, copyBlock);
         flushStored(sink, end, account);
         losses.mountedMeanwhile = unmounted && wasMountedMeanwhile(job, sink);
+        if (isComparisonWanted(job, end)) {
+            blocks.reset(); // there is no memory for both
+            account.comparison = compareWithImage(job, range, order, losses);
+        }
         adoptNewTable(job, sink);
     }
 
     concludeRun(job, account, endingInWords(end), stopperOf(end));
-    progress.setDriveStatus(outcomeForDrive(end, losses));
+    progress.setDriveStatus(outcomeForDrive(end, losses, account.comparison));
     if (end == RunEnd::kGaveUp) {
         job.keptImages.pop_back();
         job.display.setStatus("Could not READ FROM SOURCE image. TERMINATING");
         job.claim.lower();
         return 0;
     }
-    if (movedFullBlocks(end)) {
+    if (isRefuted(account.comparison)) {
+        showFailure(job, kNotVerified, kExplosionMilliseconds);
+    } else if (movedFullBlocks(end)) {
         showSuccess(job, " Image To Drive SUCCESSFULLY Completed", kTrackFinishX);
     } else {
         showFailure(job, " Image To Drive Terminated -- Not Completed", kExplosionMilliseconds);

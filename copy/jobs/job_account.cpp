@@ -3,6 +3,7 @@
 #include "base/format.h"
 #include "records/drive_record.h"
 #include "records/drive_texts.h"
+#include "records/sector_size.h"
 
 #include <span>
 
@@ -34,6 +35,10 @@ std::string endRow(const CopyJob& job, const JobAccount& account) {
     row.append(": ").append(account.ending);
     if (account.ending != kNotStarted) {
         row.append(". ").append(lossesInWords(account.losses));
+    }
+    if (account.comparison) {
+        row.append(". Compared with its source: ")
+            .append(comparisonInWords(*account.comparison, sectorSizeOf(*job.order.destination)));
     }
     if (account.digest) {
         row.append(". MD5").append(inBytes(*account.digest));
@@ -114,7 +119,8 @@ std::uint32_t runAccounted(const CopyJob& job, JobAccount& account, const std::f
     job.system.logJob(endRow(job, account));
     // Whoever has just answered why it did not begin sits here.
     if (account.ending != kNotStarted) {
-        job.display.callUser(account.ending == kCompleted && !hasLost(account.losses));
+        job.display.callUser(account.ending == kCompleted && !hasLost(account.losses) &&
+                             !isRefuted(account.comparison));
     }
     return exitCode;
 }

@@ -3,6 +3,7 @@
 #include "base/local_moment.h"
 #include "copy/engine/block_hasher.h"
 #include "copy/evidence/source_map.h"
+#include "copy/jobs/comparison.h"
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/drive_status.h"
 #include "copy/jobs/job_evidence.h"
@@ -45,6 +46,7 @@ struct JobAccount {
     std::string file;              ///< the image that it made; empty for a job that made none
     std::optional<Md5Digest> digest;
     std::optional<Sha256Digest> sha256;
+    std::optional<Comparison> comparison; ///< of what was written with its source
     JobEvidence evidence;
 };
 

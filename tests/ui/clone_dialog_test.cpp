@@ -43,7 +43,7 @@ TEST_F(CloneDialogTest, TabGoesThroughItFromTheDestinations) {
         pressKey(dialog.window(), VK_TAB);
     } while (focused(dialog.window()).id() != kDestinationList && visited.size() < kTooMany);
     EXPECT_THAT(visited, ElementsAre(kDestinationList, kReverseClone, kCloneIds.start, kCloneIds.terminate,
-                                     kCloneIds.exit, kSourceList));
+                                     kVerifyAfterwards, kCloneIds.exit, kSourceList));
     dialog.leave();
 }
 
@@ -99,6 +99,24 @@ TEST_F(CloneDialogTest, ArrivesWholeOnADiskWithMountedVolumes) {
     awaitDriveStatus("SOURCE", "COMPLETED");
     awaitDriveStatus("TARGET", "COMPLETED");
     EXPECT_EQ(driveStatus("SMALL"), "Idle");
+    dialog.leave();
+}
+
+TEST_F(CloneDialogTest, FindsAWriteThatWentWrongUnseenWhenItVerifiesAfterwards) {
+    useBench(copyBench().drive("3-small", R"({"number": 3, "bus": "nvme", "size": "40 MiB",
+        "identity": {"product": "SMALL", "serial": "SML-3"}, "faults": {"corruptWrites": [{"firstSector": 70000}]}})"));
+    const CopyDialogWindow dialog = openClone("SOURCE");
+    const Window verify = dialog.window().child(kVerifyAfterwards);
+    EXPECT_EQ(verify.text(), "&Verify afterwards");
+    EXPECT_EQ(verify.send(BM_GETCHECK), BST_UNCHECKED);
+    press(verify);
+    startOnto(dialog, "SMALL");
+    expectBoxOver(dialog, "****** VERIFY FAILED ******",
+                  "The DESTINATION has NOT been verified: 1 block differs, the first at sector 70000. A sector has 512 "
+                  "bytes",
+                  BoxIcon::kNone, "OK");
+    EXPECT_EQ(dialog.status(), " Copy NOT verified");
+    EXPECT_EQ(driveStatus("SMALL"), "BAD not verified, 30 MB of the source not copied");
     dialog.leave();
 }
 

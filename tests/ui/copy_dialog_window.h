@@ -24,6 +24,7 @@ inline constexpr int kReverseClone = 1016;
 inline constexpr int kCopyStatus = 1080;
 inline constexpr int kCopyLosses = 1095;
 inline constexpr int kMountingHint = 1101;
+inline constexpr int kVerifyAfterwards = 1360;
 inline constexpr int kImagingText = 1083;
 inline constexpr int kFolderText = 1084;
 inline constexpr int kImagePathText = 1085;

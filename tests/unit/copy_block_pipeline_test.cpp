@@ -95,6 +95,18 @@ TEST(BlockPipeline, StaysSoManyBlocksAheadAndNoMore) {
     EXPECT_EQ(source.begun(), kFirstAndAhead + 1);
 }
 
+TEST(BlockPipeline, StaysNoFurtherAheadThanItIsTold) {
+    NumberedBlocks source;
+    BlockPipeline blocks(source, BlockOrder::forward(100, 4), 2);
+    blocks.start();
+    ASSERT_TRUE(source.awaitBegun(3));
+    std::this_thread::sleep_for(kForAWhile);
+    EXPECT_EQ(source.begun(), 3U);
+    for (int number = 0; number < 25; ++number) {
+        EXPECT_EQ(textOf(blocks.take()), std::string(4, static_cast<char>('0' + number)));
+    }
+}
+
 TEST(BlockPipeline, WaitsAfterAFailedReadUntilTheJobTakesTheNextBlock) {
     NumberedBlocks source;
     source.outcomes = {TransferOutcome::kWhole, TransferOutcome::kFailed};

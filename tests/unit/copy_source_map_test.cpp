@@ -116,5 +116,15 @@ TEST(SourceMap, MarksAHundredThousandRangesAtOnce) {
     EXPECT_EQ(map.bytes(kNonTrimmed), 512 * kRanges);
 }
 
+TEST(SourceMap, TellsTheStatusOfAPlace) {
+    SourceMap map(100);
+    map.mark(20, 10, RangeStatus::kFinished);
+    EXPECT_EQ(map.statusAt(19), RangeStatus::kNonTried);
+    EXPECT_EQ(map.statusAt(20), RangeStatus::kFinished);
+    EXPECT_EQ(map.statusAt(29), RangeStatus::kFinished);
+    EXPECT_EQ(map.statusAt(30), RangeStatus::kNonTried);
+    EXPECT_EQ(map.statusAt(100), RangeStatus::kNonTried) << "behind the source";
+}
+
 } // namespace
 } // namespace torvane

@@ -49,6 +49,7 @@ struct Script {
     std::map<std::uint64_t, TransferFault>
         flushes; ///< that fail or find the device gone: what they should store is lost
     std::map<std::uint64_t, TransferFault> verifyReads; ///< of the finished image
+    std::map<std::uint64_t, TransferFault> rereads;     ///< of the destination drive
     std::map<std::uint64_t, bool> hashes;               ///< that fail, counted through imaging and verification
 
     bool sourceIsImageFile = false;            ///< a record of the drive list that stands for a file
@@ -83,6 +84,8 @@ struct Script {
     std::size_t takenSha256Files = 0; ///< numbers behind those of the hash files, whose SHA-256 file exists
 
     bool imageChangesMeanwhile = false; ///< between imaging and verification
+    bool verifyAfterwards = false;      ///< what was written to a drive is compared with its source
+    std::size_t decayedBytes = 0;       ///< of the destination, at the end of its first half, before it is compared
     bool yes = true;                    ///< the answer to every question
 
     StopAt stopAt = StopAt::kNever;
@@ -122,6 +125,7 @@ class ScriptMaker {
         script_.sourceIsImageFile = chance(8);
         makeSha256();
         makeEvidenceTroubles();
+        makeComparison();
         return script_;
     }
 
@@ -274,6 +278,20 @@ class ScriptMaker {
         script_.takenMaps = chance(6) ? below(3) : 0;
         script_.recordCannotBeWritten = chance(15);
         script_.mapCannotBeWritten = chance(15);
+    }
+
+    void makeComparison() {
+        script_.verifyAfterwards = chance(2);
+        script_.decayedBytes = chance(4) ? 1 + below(2 * script_.blockSize) : 0;
+        if (chance(4)) {
+            script_.rereads[below(18)] = fault(true);
+        }
+        if (chance(8)) {
+            script_.rereads[below(18)] = {.fault = Fault::kGone, .part = 0};
+        }
+        if (chance(4)) {
+            script_.reads[20 + below(20)] = fault(script_.job != ScriptedJob::kImageToDrive);
+        }
     }
 
     /// The number of the read that makes the eleventh bad block; a high number when there is none.

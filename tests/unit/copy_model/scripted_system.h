@@ -35,7 +35,8 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
                               .path = readsImage ? World::kSourceImage : World::kFolder,
                               .alsoSha256 = world_.script.alsoSha256,
                               .known = world_.knownDigests(),
-                              .caseInformation = {.caseNumber = "", .examiner = "E. Xaminer", .note = "two\nlines"}};
+                              .caseInformation = {.caseNumber = "", .examiner = "E. Xaminer", .note = "two\nlines"},
+                              .verifyAfterwards = world_.script.verifyAfterwards};
         std::optional<JobClaim> claim = jobs_.begin(jobKindOf(order.kind));
         const std::uint32_t exitCode = runScripted({.order = order,
                                                     .claim = claim.value(),
@@ -55,7 +56,7 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         return exitCode;
     }
 
-    // --- DriveIo: the source is read, the destination written ---
+    // --- DriveIo: the source is read, the destination written, and at last both are read ---
 
     bool canReach(const DriveRecord& drive, std::uint64_t offset) override {
         if (&drive == &world_.source) {
@@ -64,6 +65,8 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
                 lastFetchWhole_ = world_.readDrive(offset, {}).sought;
                 return false;
             }
+        } else if (comparing_) {
+            return !world_.nextRereadIsNotSought() || world_.rereadDrive(offset, {}).sought;
         } else if (world_.nextWriteIsNotSought()) {
             return world_.writeDrive(offset, {}).sought;
         }
@@ -71,6 +74,11 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     }
 
     TransferOutcome read(const DriveRecord& drive, std::uint64_t offset, std::span<std::byte> bytes) override {
+        if (&drive == &world_.destination) {
+            EXPECT_TRUE(comparing_);
+            pause(world_.script.slowWrites);
+            return outcomeOf(world_.rereadDrive(offset, bytes), bytes.size());
+        }
         EXPECT_EQ(&drive, &world_.source);
         fetching_ = true;
         const TransferOutcome outcome = outcomeOf(world_.readDrive(offset, bytes), bytes.size());
@@ -139,7 +147,7 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     bool fileExists(const std::string& path) override { return world_.exists(path); }
     std::unique_ptr<ImageFile> openImage(const std::string& path, ImageUse use) override {
         std::optional<World::OpenFile> opened =
-            use == ImageUse::kNew ? world_.createImage(path) : world_.openImage(path);
+            use == ImageUse::kNew ? world_.createImage(path) : world_.openImage(path, use != ImageUse::kSource);
         return opened ? std::make_unique<File>(world_, std::move(*opened)) : nullptr;
     }
     bool writeTextFile(const std::string& path, std::string_view text) override {
@@ -192,6 +200,7 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
         if (text.find("Terminated") != std::string_view::npos || text.find("Completed") != std::string_view::npos) {
             EXPECT_FALSE(fetching_) << "the end is shown while a read is in flight";
         }
+        comparing_ = comparing_ || text == " Beginning Verification";
         see("status [" + std::string(text) + "]");
     }
     void setLosses(std::string_view text, bool bad) override {
@@ -311,6 +320,9 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
 
     // Blocks 0 to n-1 have been dealt with once write n-1 has begun, so block n is the one in the job's hands.
     void expectAllowedFetch() {
+        if (comparing_) {
+            return; // nothing is lost by reading, and nothing follows from it
+        }
         const std::uint64_t number = world_.driveReads;
         const std::uint64_t written = world_.writesBegun;
         EXPECT_LE(number, written + BlockPipeline::kBlocksAhead) << "too far ahead";
@@ -350,6 +362,7 @@ class ScriptedSystem : public DriveIo, public CopySystem, public JobDisplay {
     OpenImages keptImages_;
     bool lastFetchWhole_ = true;
     std::atomic<bool> fetching_{false};
+    std::atomic<bool> comparing_{false}; ///< or an image is verified
     bool forensicBegun_ = false;
 };
 

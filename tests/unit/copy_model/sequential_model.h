@@ -8,6 +8,7 @@
 #include <cinttypes>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -32,12 +33,16 @@ class SequentialModel {
             endFiles("nobody");
         }
         jobRow(subject(path_.empty() ? destinationText() : "into [" + path_ + "]") + ": " + ending_ +
-               (ending_ == "not started" ? "" : ". " + losses()) + digestText_ + mapText_);
+               (ending_ == "not started" ? "" : ". " + losses()) +
+               (compared_ ? ". Compared with its source: " + comparison() : "") + digestText_ + mapText_);
         if (ending_ != "not started") {
-            callUser(ending_ == "completed" && losses() == "Nothing was lost");
+            callUser(ending_ == "completed" && losses() == "Nothing was lost" && (!compared_ || equal()));
         }
         if (mountedMeanwhile_) {
             tellMount();
+        }
+        if (compared_) {
+            tellComparison();
         }
         afterwards();
         return exitCode;
@@ -348,9 +353,11 @@ class SequentialModel {
         }
         if (!done.sought) {
             ++unreadable_;
+            lost_.insert(offset);
             return false;
         }
         ++unreadable_;
+        lost_.insert(offset);
         ++world_.source.badReadCount;
         const std::int64_t sector = static_cast<std::int64_t>(offset) / world_.source.bytesPerSector;
         log(text("BAD READ BLOCK AT SECTOR: [%" PRId64 "]", sector));
@@ -507,6 +514,14 @@ class SequentialModel {
         }
     }
 
+    void endOrRefute(bool complete, const std::string& completed, int carX, const std::string& terminated) {
+        if (compared_ && !equal()) {
+            end(false, "", 0, " Copy NOT verified");
+        } else {
+            end(complete, completed, carX, terminated);
+        }
+    }
+
     [[nodiscard]] std::string faults(const std::string& before, bool notCopied) const {
         std::string faults = before;
         const auto add = [&](const std::string& clause) { faults += (faults.empty() ? "" : ", ") + clause; };
@@ -531,6 +546,13 @@ class SequentialModel {
         const bool cutIsBad = ending.empty() && world_.script.job != ScriptedJob::kImageToDrive;
         const std::string all = faults(ending, cutIsBad);
         return all.empty() ? "COMPLETED" : "BAD " + all;
+    }
+
+    std::string comparedOutcome(const std::string& ending) const {
+        if (!compared_) {
+            return outcome(ending);
+        }
+        return equal() ? outcome(ending) + ", verified" : outcome("not verified");
     }
 
     [[nodiscard]] std::string losses() const {
@@ -633,12 +655,16 @@ class SequentialModel {
         return Ready::kYes;
     }
 
-    /// However the blocks ended: the destination has a table of the job's making, and the system has to know it.
-    void remember(bool wanted) {
+    /// However the blocks ended: the destination has a table of the job's making, and the system has to know it. Before
+    /// that, because volumes come by it, it is compared.
+    void remember(bool wanted, bool everything, bool forward) {
         if (!wanted) {
             return;
         }
         mountedMeanwhile_ = unmounted_ && shutOut_ && !world_.mountedVolumes().empty();
+        if (everything && world_.script.verifyAfterwards && flags_.running == 1) {
+            compare(forward);
+        }
         if (driveUsed_ && !gone_ && !goneAtFlush_) {
             if (const std::optional<std::string> failure = world_.readTableAnew()) {
                 log(text("Windows could not read the new partition table of disk 012 - Destination D 9, %" PRId64
@@ -647,6 +673,115 @@ class SequentialModel {
             }
         }
         world_.rememberDestination();
+    }
+
+    /// Both are read again, block by block, in the order of the copy.
+    void compare(bool forward) {
+        compared_ = true;
+        std::optional<World::OpenFile> image;
+        if (world_.script.job == ScriptedJob::kImageToDrive) {
+            image = world_.openImage(World::kSourceImage, true);
+        }
+        endRun();
+        status(" Beginning Verification");
+        beginTiming();
+        beginRun(true);
+        std::uint64_t k = 0;
+        bool mayGoOn = true;
+        while (k < full_ && mayGoOn) {
+            mayGoOn = compareBlock(forward ? k * block_ : bytes_ - (k + 1) * block_, block_, image);
+            if (!mayGoOn || flags_.running == 0) {
+                break;
+            }
+            image ? progress(k, true, Track::kClone, "Status", "Verifying", {&world_.destination})
+                  : progress(k, forward, Track::kClone, "Status", "Verifying", {&world_.source, &world_.destination});
+            ++k;
+        }
+        bool whole = mayGoOn && k == full_;
+        if (mayGoOn && remainder_ > 0 && flags_.running == 1) {
+            mayGoOn = compareBlock(forward ? full_ * block_ : 0, remainder_, image);
+            whole = whole && mayGoOn;
+        } else if (remainder_ > 0) {
+            whole = false;
+        }
+        comparisonEnd_ = whole ? "" : mayGoOn ? "verification stopped" : "verification failed";
+        if (image) {
+            world_.close(*image);
+        }
+    }
+
+    bool compareBlock(std::uint64_t offset, std::size_t length, std::optional<World::OpenFile>& image) {
+        const bool mayGoOn = compareBytes(offset, length, image);
+        if (mayGoOn) {
+            countBytes(length);
+        }
+        return mayGoOn;
+    }
+
+    /// False when there is nothing to go on with.
+    bool compareBytes(std::uint64_t offset, std::size_t length, std::optional<World::OpenFile>& image) {
+        if (lost_.contains(offset)) {
+            ++leftOut_;
+            return true;
+        }
+        const auto part = [&](std::uint64_t end) {
+            return static_cast<std::size_t>(std::min<std::uint64_t>(length, end - offset));
+        };
+        Bytes wanted(length);
+        const std::size_t reading = image ? part(rangeEnd_) : part(readEnd_);
+        const World::Transfer source = image ? world_.readFile(*image, std::span(wanted).first(reading))
+                                             : world_.readDrive(offset, std::span(wanted).first(reading));
+        Bytes found(part(writeEnd_));
+        const World::Transfer destination = world_.rereadDrive(offset, found);
+        const bool sourceWhole = source.sought && source.ok && source.count == reading;
+        if (!sourceWhole || !destination.sought || !destination.ok || destination.count != found.size()) {
+            ++notReadAgain_;
+            return !destination.gone && (image ? sourceWhole : !source.gone);
+        }
+        ++blocksCompared_;
+        bool differs = false;
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            const std::byte expected = offset + i < rangeEnd_ ? wanted[i] : std::byte{0};
+            if (!differs && found[i] != expected) {
+                differs = true;
+                firstDifference_ = std::min(firstDifference_, offset + i);
+            }
+        }
+        differing_ += differs ? 1 : 0;
+        return true;
+    }
+
+    [[nodiscard]] bool equal() const { return comparisonEnd_.empty() && differing_ == 0 && notReadAgain_ == 0; }
+
+    [[nodiscard]] std::string comparison() const {
+        std::string words = equal() ? "verified" : "";
+        const auto add = [&](std::uint64_t count, const char* one, const char* many) {
+            if (count != 0) {
+                words += (words.empty() ? "" : ", ") + std::to_string(count) + " " + (count == 1 ? one : many);
+            }
+        };
+        add(differing_, "block differs", "blocks differ");
+        if (differing_ != 0) {
+            words += ", the first at sector " +
+                     std::to_string(firstDifference_ / static_cast<std::uint64_t>(world_.destination.bytesPerSector));
+        }
+        add(notReadAgain_, "block could not be read again", "blocks could not be read again");
+        add(leftOut_, "unreadable block left out", "unreadable blocks left out");
+        if (!comparisonEnd_.empty()) {
+            add(blocksCompared_, "block was compared", "blocks were compared");
+            words = comparisonEnd_ + (words.empty() ? "" : ": ") + words;
+        }
+        return words;
+    }
+
+    void tellComparison() {
+        const std::string sector =
+            differing_ == 0 ? "" : ". A sector has " + std::to_string(world_.destination.bytesPerSector) + " bytes";
+        if (equal()) {
+            informBox("****** VERIFY SUCCEEDED ******", "The DESTINATION holds what was copied: " + comparison());
+        } else {
+            informBox("****** VERIFY FAILED ******", "The DESTINATION has NOT been verified: " + comparison() + sector);
+        }
     }
 
     void tellMount() {
@@ -713,9 +848,9 @@ class SequentialModel {
             tooManyBadBlocks(750);
         }
         flushDrive(wanted && k == full_);
-        remember(wanted);
+        remember(wanted, wanted && whole(k), true);
         showLosses(completed(wanted && whole(k)), stopper(wanted && whole(k)));
-        end(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
+        endOrRefute(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
         endClone(wanted && whole(k));
         flags_.running = 0;
         repaintCloneTrack();
@@ -765,9 +900,9 @@ class SequentialModel {
             tooManyBadBlocks(500);
         }
         flushDrive(wanted && k == full_);
-        remember(wanted);
+        remember(wanted, wanted && whole(k), false);
         showLosses(completed(wanted && whole(k)), stopper(wanted && whole(k)));
-        end(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
+        endOrRefute(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
         endClone(wanted && whole(k));
         repaintCloneTrack();
         flags_.running = 0;
@@ -781,8 +916,8 @@ class SequentialModel {
     }
 
     void endClone(bool everything) {
-        driveStatus(world_.source, outcome(everything ? "" : "not completed"));
-        driveStatus(world_.destination, outcome(everything ? "" : "not completed"));
+        driveStatus(world_.source, comparedOutcome(everything ? "" : "not completed"));
+        driveStatus(world_.destination, comparedOutcome(everything ? "" : "not completed"));
     }
 
     /// The image under the first number that nobody has. Every number that is tried is used up.
@@ -1168,7 +1303,7 @@ class SequentialModel {
     }
 
     int verify(const std::string& name, const Md5Digest& imaged) {
-        std::optional<World::OpenFile> image = world_.openImage(name);
+        std::optional<World::OpenFile> image = world_.openImage(name, true);
         if (!image) {
             status("Could not open image for VERIFICATION");
             driveStatus(world_.source, imagingOutcome("verification failed"));
@@ -1338,7 +1473,7 @@ class SequentialModel {
         flags_.carX = 10;
         flags_.carY = 182;
         clearFlags();
-        std::optional<World::OpenFile> image = world_.openImage(World::kSourceImage);
+        std::optional<World::OpenFile> image = world_.openImage(World::kSourceImage, false);
         if (!image) {
             const std::string line = text("ImageToDrive: [%s] OPEN_EXISTING FAILED", World::kSourceImage);
             log(line);
@@ -1382,7 +1517,7 @@ class SequentialModel {
         const auto couldNotRead = [&] {
             ++unreadable_;
             flushDrive(false);
-            remember(true);
+            remember(true, false, true);
             showLosses("not completed", "a failed read");
             driveStatus(world_.destination, outcome("not completed"));
             world_.close(*image);
@@ -1413,11 +1548,11 @@ class SequentialModel {
             remainderMoved_ = true;
         }
         flushDrive(wanted && k == full_);
-        remember(wanted);
+        remember(wanted, wanted && whole(k), true);
         showLosses(completed(wanted && whole(k)), wanted && whole(k) ? "nobody" : "the user");
-        driveStatus(world_.destination, outcome(wanted && whole(k) ? "" : "not completed"));
-        end(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
-            " Image To Drive Terminated -- Not Completed");
+        driveStatus(world_.destination, comparedOutcome(wanted && whole(k) ? "" : "not completed"));
+        endOrRefute(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
+                    " Image To Drive Terminated -- Not Completed");
         flags_.running = 0;
         repaintCloneTrack();
         return 1; // the image stays open
@@ -1475,6 +1610,15 @@ class SequentialModel {
     ScriptedDigest digest_;
     ScriptedDigest sha256_;
     bool wantsMd5_ = true;
+
+    std::set<std::uint64_t> lost_; ///< places of the blocks that could not be read
+    bool compared_ = false;
+    std::string comparisonEnd_; ///< in words; empty when it went through to its end
+    std::uint64_t blocksCompared_ = 0;
+    std::uint64_t differing_ = 0;
+    std::uint64_t notReadAgain_ = 0;
+    std::uint64_t leftOut_ = 0;
+    std::uint64_t firstDifference_ = ~0ULL;
 
     std::string ending_ = "not started";
     std::string path_; ///< of the image that was made

@@ -72,7 +72,7 @@ class ScriptedDigest {
 /// Drives, files, clock and user as one script has them, and a record of all that could be seen. The job under test and
 /// the plain sequential model each run in a world of their own; then the two worlds are compared.
 ///
-/// Only reads of the source, hashing and flushing may come from another thread than the job's.
+/// Only reads of either drive, hashing and flushing may come from another thread than the job's.
 class World {
   public:
     explicit World(const Script& theScript) : script(theScript) {
@@ -127,6 +127,9 @@ class World {
     [[nodiscard]] bool nextReadIsNotSought() const {
         return faultOf(script.reads, driveReads).fault == Fault::kSeekFails;
     }
+    [[nodiscard]] bool nextRereadIsNotSought() const {
+        return faultOf(script.rereads, rereads).fault == Fault::kSeekFails;
+    }
     [[nodiscard]] bool nextWriteIsNotSought() const {
         return faultOf(script.writes, writesBegun).fault == Fault::kSeekFails;
     }
@@ -142,14 +145,25 @@ class World {
                      isWholeSectors(destination, offset, buffer.size()));
     }
 
+    /// Reads the destination, which decays before it is read for the first time.
+    Transfer rereadDrive(std::uint64_t offset, std::span<std::byte> buffer) {
+        const std::uint64_t number = rereads++;
+        if (number == 0) {
+            decay();
+        }
+        return read(script.rereads, number, destinationBytes, offset, buffer,
+                    isWholeSectors(destination, offset, buffer.size()));
+    }
+
     struct OpenFile {
         std::string path;
         std::size_t position = 0;
         std::uint64_t reads = 0;
+        bool again = false; ///< it was read before, or written
     };
 
     Transfer readFile(OpenFile& file, std::span<std::byte> buffer) {
-        const auto& faults = file.path == kSourceImage ? script.reads : script.verifyReads;
+        const auto& faults = file.again ? script.verifyReads : script.reads;
         const Transfer done = read(faults, file.reads++, files[file.path], file.position, buffer, true);
         file.position += done.count;
         return done;
@@ -234,7 +248,7 @@ class World {
         return OpenFile{path};
     }
 
-    [[nodiscard]] std::optional<OpenFile> openImage(const std::string& path) {
+    [[nodiscard]] std::optional<OpenFile> openImage(const std::string& path, bool again) {
         if (script.imageCannotBeOpened) {
             return std::nullopt;
         }
@@ -243,7 +257,7 @@ class World {
             files[path].front() ^= std::byte{1};
         }
         ++openFiles[path];
-        return OpenFile{path};
+        return OpenFile{.path = path, .again = again};
     }
 
     [[nodiscard]] bool exists(const std::string& path) const { return files.contains(path); }
@@ -420,6 +434,7 @@ class World {
     std::vector<std::int64_t> chasePoints;
     bool completedOnMedium = true; ///< whenever a "Status" cell said so
     std::uint64_t driveReads = 0;
+    std::uint64_t rereads = 0;
     std::atomic<std::uint64_t> writesBegun{0};
     std::atomic<std::uint64_t> flushes{0};
     std::uint64_t hashCalls = 0;
@@ -438,6 +453,16 @@ class World {
         std::size_t offset;
         Bytes bytes;
     };
+
+    void decay() {
+        const std::lock_guard lock(cacheMutex_);
+        const std::size_t begin = destinationBytes.size() / 2;
+        const std::size_t end = std::min(begin + script.decayedBytes, destinationBytes.size());
+        for (std::size_t i = begin; i < end; ++i) {
+            destinationBytes[i] ^= std::byte{1};
+            media_[kDestination][i] ^= std::byte{1};
+        }
+    }
 
     static Bytes noise(std::mt19937_64& random, std::int64_t size) {
         Bytes bytes(static_cast<std::size_t>(size));

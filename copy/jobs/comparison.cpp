@@ -1,0 +1,43 @@
+#include "copy/jobs/comparison.h"
+
+#include "base/format.h"
+
+#include <cinttypes>
+
+namespace torvane {
+
+namespace {
+
+void addCount(std::string& text, std::uint64_t count, const char* one, const char* many) {
+    if (count != 0) {
+        text.append(text.empty() ? "" : ", ").append(formatText("%" PRIu64 " %s", count, count == 1 ? one : many));
+    }
+}
+
+} // namespace
+
+bool isEqual(const Comparison& comparison) {
+    return comparison.end == ComparisonEnd::kWhole && comparison.differing == 0 && comparison.unreadable == 0;
+}
+
+bool isRefuted(const std::optional<Comparison>& comparison) {
+    return comparison && !isEqual(*comparison);
+}
+
+std::string comparisonInWords(const Comparison& comparison, std::uint64_t sectorSize) {
+    std::string text = isEqual(comparison) ? "verified" : "";
+    addCount(text, comparison.differing, "block differs", "blocks differ");
+    if (comparison.firstDifference) {
+        text += formatText(", the first at sector %" PRIu64, *comparison.firstDifference / sectorSize);
+    }
+    addCount(text, comparison.unreadable, "block could not be read again", "blocks could not be read again");
+    addCount(text, comparison.lost, "unreadable block left out", "unreadable blocks left out");
+    if (comparison.end != ComparisonEnd::kWhole) {
+        const bool stopped = comparison.end == ComparisonEnd::kStopped;
+        addCount(text, comparison.compared, "block was compared", "blocks were compared");
+        text.insert(0, text.empty() ? "" : ": ").insert(0, stopped ? "verification stopped" : "verification failed");
+    }
+    return text;
+}
+
+} // namespace torvane
