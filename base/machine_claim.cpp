@@ -42,13 +42,14 @@ bool make(const std::wstring& name, UniqueHandle& object) {
 
 constexpr DWORD kPauseMilliseconds = 20;
 
-std::wstring objectOfWaiters(const std::wstring& name) {
-    return L"Global\\" + name + L".Awaited";
+/// What whoever waits for the name has: an object beside it.
+std::wstring nameOfWaiters(const std::wstring& name) {
+    return name + L".Awaited";
 }
 
 bool isAwaited(const std::wstring& name) {
-    const UniqueHandle object{OpenMutexW(SYNCHRONIZE, FALSE, objectOfWaiters(name).c_str())};
-    return object || GetLastError() == ERROR_ACCESS_DENIED;
+    UniqueHandle notOurs;
+    return !make(nameOfWaiters(name), notOurs);
 }
 
 } // namespace
@@ -95,7 +96,7 @@ bool MachineClaim::await(std::chrono::milliseconds limit) {
             return false;
         }
         if (!waiting) {
-            waiting.reset(CreateMutexW(nullptr, FALSE, objectOfWaiters(name_).c_str()));
+            make(nameOfWaiters(name_), waiting); // or somebody else waits, and is seen
         }
         Sleep(kPauseMilliseconds);
     }

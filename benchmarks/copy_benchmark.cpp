@@ -130,6 +130,7 @@ class NoDisplay : public JobDisplay {
     void endRun() override {}
     void setImagePlace(std::string_view) override {}
     void callUser(bool) override {}
+    void showDigests(const Digests&, const Digests&) override {}
     void repaint() override {}
     void repaintTrack(const TrackArea&) override {}
     void startExplosionTimer(int) override {}

@@ -135,7 +135,7 @@ JobKinds Jobs::kindsAtWork() const {
 }
 
 bool Jobs::mayRaise(const Entry& entry) const {
-    const bool held = !(kindsAtWork() & (kDriveJobs | kScanAlone)).empty();
+    const bool held = !(kindsAtWork() & (kOneAtATime | kScanAlone)).empty();
     return !entry.stopAsked && (!held || ruleOf(entry.kind).flag != JobFlag::kUnlessHeld);
 }
 

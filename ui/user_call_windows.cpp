@@ -25,7 +25,7 @@ void flash(HWND window, DWORD how) {
 void callUserTo(HWND window, bool good) {
     const UserCall call = userCallFor(good, isProgramInFront());
     if (call.flash) {
-        flash(window, FLASHW_TRAY | FLASHW_TIMERNOFG);
+        flash(window, FLASHW_ALL | FLASHW_TIMERNOFG);
     }
     MessageBeep(call.sound == UserCall::Sound::kDone ? MB_OK : MB_ICONHAND);
 }

@@ -69,7 +69,7 @@ bool requireListedDrives(const AppState& state) {
 }
 
 bool lastDriveJobIsStillEnding(const Jobs& jobs) {
-    const JobKinds atWork = jobs.atWork() & kDriveJobs;
+    const JobKinds atWork = jobs.atWork() & kOneAtATime;
     if (atWork.empty()) {
         return false;
     }

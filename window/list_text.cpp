@@ -1,24 +1,9 @@
 #include "window/list_text.h"
 
 #include "base/format.h"
-
-#include <algorithm>
+#include "base/one_line.h"
 
 namespace torvane {
-
-namespace {
-
-bool isControl(char character) {
-    constexpr char kDelete = 0x7F;
-    return static_cast<unsigned char>(character) < ' ' || character == kDelete;
-}
-
-std::string onOneLine(std::string cell) {
-    std::ranges::replace_if(cell, isControl, ' ');
-    return cell;
-}
-
-} // namespace
 
 std::string rowsAsText(std::span<const RowTexts> rows) {
     std::string text;
@@ -28,7 +13,7 @@ std::string rowsAsText(std::span<const RowTexts> rows) {
         rowEnd = "\r\n";
         const char* cellEnd = "";
         for (const std::string& cell : row) {
-            text.append(cellEnd).append(onOneLine(cell));
+            text.append(cellEnd).append(oneLine(cell));
             cellEnd = "\t";
         }
     }

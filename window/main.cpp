@@ -64,6 +64,8 @@ void runMainDialog() {
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     // Before anything is loaded: from beside the program, or from the current folder, nothing ever is.
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
+    // Whoever meets a card that was pulled tells it; a box of the system's would hold a job up until it is answered.
+    SetErrorMode(SEM_FAILCRITICALERRORS);
     torvane::runProgram({.chooseFolder = torvane::chooseWorkFolder,
                          .startSockets = torvane::startSockets,
                          .endSockets = [] { WSACleanup(); },

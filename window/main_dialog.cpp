@@ -74,9 +74,11 @@ void MainDialog::watchJobs() {
 void MainDialog::addSystemMenuItems() {
     const HMENU menu = GetSystemMenu(window(), FALSE);
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
-    AppendMenuA(menu, MF_STRING, IDM_ABOUT, "About");
     AppendMenuA(menu, MF_STRING, IDM_VERIFY_IMAGE, "Verify Image...");
-    AppendMenuA(menu, MF_STRING, IDM_EDIT_MESSAGES, "Edit Messages..."); // stays the last: users know it there
+    AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
+    // These stay the last ones: users and their scripts know them there.
+    AppendMenuA(menu, MF_STRING, IDM_ABOUT, "About");
+    AppendMenuA(menu, MF_STRING, IDM_EDIT_MESSAGES, "Edit Messages...");
 }
 
 // Before the system menu opens.

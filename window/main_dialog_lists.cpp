@@ -58,7 +58,7 @@ void MainDialog::showLogMenu(POINT askedAt) {
 }
 
 void MainDialog::onListKey(int list, WORD key) {
-    if (!isHeld(VK_CONTROL) || isHeld(VK_SHIFT) || isHeld(VK_MENU)) {
+    if (HeldCommands::someoneIsWaitedFor() || !isHeld(VK_CONTROL) || isHeld(VK_SHIFT) || isHeld(VK_MENU)) {
         return;
     }
     if (key == 'C') {

@@ -24,18 +24,6 @@ constexpr const char* kNotSaved = "***** LOG NOT SAVED *****";
 
 constexpr std::array<choosers::FileKind, 1> kTextFiles{{{"(*.txt) Text Files", "*.txt"}}};
 
-/// In UTF-8, whatever the process's code page.
-std::string utf8Of(const std::string& text) {
-    const std::wstring wide = wideText(text);
-    const int length = static_cast<int>(wide.size());
-    std::string bytes(
-        static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr)),
-        '\0');
-    WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, bytes.data(), static_cast<int>(bytes.size()), nullptr,
-                        nullptr);
-    return bytes;
-}
-
 const char* reasonOf(FileSaving saving) {
     switch (saving) {
     case FileSaving::kNotMade:
@@ -76,7 +64,7 @@ void saveLogAsText(const std::function<std::string()>& text) {
         return;
     }
     const std::optional<FileSaving> saving =
-        waiting::resultOf("the log's disk", [name = *path, bytes = utf8Of(text())] {
+        waiting::resultOf("the log's disk", [name = *path, bytes = utf8Text(wideText(text()))] {
             return replaceFile(name.c_str(), std::as_bytes(std::span(bytes)));
         });
     saving ? tell(*path, *saving) : tellLeft(*path);

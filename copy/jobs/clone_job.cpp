@@ -108,18 +108,19 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
         end = moveBlocks(job, *blocks, progress, rule, copyBlock);
         flushStored(sink, end, account); // counted like a failed write, too
         losses.mountedMeanwhile = unmounted && wasMountedMeanwhile(job, sink);
-        if (isComparisonWanted(job, end)) {
+        account.comparison = compareIfWanted(job, end, [&] {
+            endBlocks(job, account, endingInWords(end), stopperOf(end, source));
             blocks.reset(); // there is no memory for both
             const auto isLost = [&](const BlockExtent& extent) {
                 return account.read.statusAt(extent.offset) != RangeStatus::kFinished;
             };
-            account.comparison = compareWithSource(job, {.source = limited,
-                                                         .range = range,
-                                                         .order = order,
-                                                         .isLost = isLost,
-                                                         .direction = way.direction,
-                                                         .losses = losses});
-        }
+            return compareWithSource(job, {.source = limited,
+                                           .range = range,
+                                           .order = order,
+                                           .isLost = isLost,
+                                           .direction = way.direction,
+                                           .losses = losses});
+        });
         adoptNewTable(job, sink);
     }
 

@@ -17,7 +17,9 @@ void addCount(std::string& text, std::uint64_t count, const char* one, const cha
 } // namespace
 
 bool isEqual(const Comparison& comparison) {
-    return comparison.end == ComparisonEnd::kWhole && comparison.differing == 0 && comparison.unreadable == 0;
+    const bool foundAny = comparison.compared != 0 || comparison.lost == 0;
+    return comparison.end == ComparisonEnd::kWhole && comparison.differing == 0 && comparison.unreadable == 0 &&
+           foundAny;
 }
 
 bool isRefuted(const std::optional<Comparison>& comparison) {

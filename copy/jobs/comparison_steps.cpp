@@ -35,7 +35,8 @@ class ComparedSource : public BlockSource {
 /// The destination as far as the copy goes, which may be less than the block.
 class CopiedPart : public BlockSource {
   public:
-    CopiedPart(const CopyJob& job, const CopyRange& range) : inner_(job.drives, *job.order.destination), range_(range) {}
+    CopiedPart(const CopyJob& job, const CopyRange& range)
+        : inner_(job.drives, *job.order.destination), range_(range) {}
 
     TransferOutcome fetch(const BlockExtent& extent, std::span<std::byte> bytes) override {
         const std::size_t length = bytesUpTo(range_.destinationEnd, extent);
@@ -58,9 +59,11 @@ void compareBlock(const Block& wanted, const Block& found, Comparison& compariso
     comparison.firstDifference = std::min(comparison.firstDifference.value_or(place), place);
 }
 
-/// Where the next block of an image lies is not known once one could not be read.
-bool mayGoOn(const CopyJob& job, TransferOutcome source) {
-    return job.order.source != nullptr ? source != TransferOutcome::kGone : source == TransferOutcome::kWhole;
+/// A failing drive is pushed no further than by the copy itself: `failedReads` are the copy's and those since. Where
+/// the next block of an image lies is not known once one could not be read.
+bool mayGoOn(const CopyJob& job, TransferOutcome source, std::uint64_t failedReads) {
+    return job.order.source != nullptr ? source != TransferOutcome::kGone && failedReads < kBadBlockLimit
+                                       : source == TransferOutcome::kWhole;
 }
 
 ComparisonEnd endOf(RunEnd end) {
@@ -76,8 +79,12 @@ ComparisonEnd endOf(RunEnd end) {
 
 } // namespace
 
-bool isComparisonWanted(const CopyJob& job, RunEnd end) {
-    return job.order.verifyAfterwards && end == RunEnd::kWhole && job.claim.isRaised();
+std::optional<Comparison> compareIfWanted(const CopyJob& job, RunEnd end, const std::function<Comparison()>& compare) {
+    if (!job.order.verifyAfterwards || !movedFullBlocks(end)) {
+        return std::nullopt;
+    }
+    const bool stopped = end != RunEnd::kWhole || !job.claim.isRaised();
+    return stopped ? Comparison{.end = ComparisonEnd::kStopped} : compare();
 }
 
 Comparison compareWithSource(const CopyJob& job, const FinishedCopy& copy) {
@@ -100,16 +107,22 @@ Comparison compareWithSource(const CopyJob& job, const FinishedCopy& copy) {
                            .activity = "Verifying",
                            .drives = drivesOf(job),
                            .losses = &copy.losses});
+    std::uint64_t failedReads = 0;
+    if (job.order.source != nullptr) {
+        failedReads = job.order.source->badReadCount;
+    }
     const auto compare = [&](const Block& sourceBlock) {
         const Block destinationBlock = found.take();
         if (isLost(copy, sourceBlock.extent)) {
             ++comparison.lost;
-        } else if (sourceBlock.outcome == TransferOutcome::kWhole && destinationBlock.outcome == TransferOutcome::kWhole) {
+        } else if (sourceBlock.outcome == TransferOutcome::kWhole &&
+                   destinationBlock.outcome == TransferOutcome::kWhole) {
             compareBlock(forDestination(sourceBlock, copy.range), destinationBlock, comparison);
         } else {
             ++comparison.unreadable;
+            failedReads += sourceBlock.outcome == TransferOutcome::kWhole ? 0 : 1;
         }
-        return mayGoOn(job, sourceBlock.outcome) && destinationBlock.outcome != TransferOutcome::kGone;
+        return mayGoOn(job, sourceBlock.outcome, failedReads) && destinationBlock.outcome != TransferOutcome::kGone;
     };
     found.start();
     comparison.end = endOf(moveBlocks(job, wanted, progress, {}, compare));
@@ -121,7 +134,10 @@ std::string copyOutcomeText(RunEnd end, const JobLosses& losses, const std::opti
     if (!comparison) {
         return runOutcomeText(end, losses);
     }
-    return isEqual(*comparison) ? runOutcomeText(end, losses) + ", verified" : driveOutcomeText("not verified", losses);
+    if (isEqual(*comparison)) {
+        return runOutcomeText(end, losses) + ", verified";
+    }
+    return driveOutcomeText(end == RunEnd::kWhole ? "not verified" : "not completed, not verified", losses);
 }
 
 void showComparison(const CopyJob& job, const Comparison& comparison) {

@@ -25,8 +25,10 @@ struct FinishedCopy {
     const JobLosses& losses; ///< of the copy, to be shown meanwhile
 };
 
-/// After a run over the blocks whose end is still to be shown.
-[[nodiscard]] bool isComparisonWanted(const CopyJob& job, RunEnd end);
+/// After a run over the blocks whose end is still to be shown: compares where the user wants it and the run moved its
+/// full blocks. One that somebody asked to stop meanwhile is not compared, and counts as a comparison that was stopped.
+[[nodiscard]] std::optional<Comparison> compareIfWanted(const CopyJob& job, RunEnd end,
+                                                        const std::function<Comparison()>& compare);
 
 /// Reads source and destination again, both ahead, and compares them block by block; shown as a second pass of the job.
 /// Nothing is read where the source could not be read the first time: a failing drive is not pushed once more.

@@ -45,6 +45,7 @@ Comparison compareWithImage(const CopyJob& job, const CopyRange& range, const Bl
                             const JobLosses& losses) {
     const std::unique_ptr<ImageFile> image = job.system.openImage(job.order.path, ImageUse::kCheck);
     if (!image) {
+        job.system.logError("Could not open [" + job.order.path + "] for VERIFICATION");
         return {};
     }
     ImageSource imageSource(*image);
@@ -117,10 +118,11 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
         end = moveBlocks(job, *blocks, progress, {}, copyBlock);
         flushStored(sink, end, account);
         losses.mountedMeanwhile = unmounted && wasMountedMeanwhile(job, sink);
-        if (isComparisonWanted(job, end)) {
+        account.comparison = compareIfWanted(job, end, [&] {
+            endBlocks(job, account, endingInWords(end), stopperOf(end));
             blocks.reset(); // there is no memory for both
-            account.comparison = compareWithImage(job, range, order, losses);
-        }
+            return compareWithImage(job, range, order, losses);
+        });
         adoptNewTable(job, sink);
     }
 

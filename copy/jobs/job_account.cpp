@@ -126,14 +126,18 @@ std::uint32_t runAccounted(const CopyJob& job, JobAccount& account, const std::f
 }
 
 void endAccount(const CopyJob& job, JobAccount& account) {
-    account.end = job.system.now();
+    account.end = account.end.value_or(job.system.now());
     saveEvidence(job, account);
 }
 
-void concludeRun(const CopyJob& job, JobAccount& account, std::string_view ending, Stopper stoppedBy) {
+void endBlocks(const CopyJob& job, JobAccount& account, std::string_view ending, Stopper stoppedBy) {
     account.ending = ending;
     account.stoppedBy = stoppedBy;
     endAccount(job, account);
+}
+
+void concludeRun(const CopyJob& job, JobAccount& account, std::string_view ending, Stopper stoppedBy) {
+    endBlocks(job, account, ending, stoppedBy);
     job.display.setLosses(lossesInWords(account.losses), hasLost(account.losses));
 }
 

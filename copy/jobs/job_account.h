@@ -67,6 +67,9 @@ std::uint32_t runAccounted(const CopyJob& job, JobAccount& account, const std::f
 /// The job's blocks are over: its files tell it. May be called again when there is more to tell.
 void endAccount(const CopyJob& job, JobAccount& account);
 
+/// The same, once it is known how it ended.
+void endBlocks(const CopyJob& job, JobAccount& account, std::string_view ending, Stopper stoppedBy);
+
 /// The job's blocks are over: its files tell it, then the dialog what it has lost.
 void concludeRun(const CopyJob& job, JobAccount& account, std::string_view ending, Stopper stoppedBy);
 

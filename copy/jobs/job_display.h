@@ -38,7 +38,7 @@ class JobDisplay {
 
     /// Shows what a verification has made of an image beside what is known of it: both of a kind, or neither. Only the
     /// verification of an image does.
-    virtual void showDigests(const Digests& /*known*/, const Digests& /*made*/) {}
+    virtual void showDigests(const Digests& known, const Digests& made) = 0;
 
     /// Asks for the whole dialog, or for the track's place, to be painted anew. Does not wait for it.
     virtual void repaint() = 0;

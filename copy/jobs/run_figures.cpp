@@ -3,14 +3,19 @@
 #include "base/format.h"
 #include "copy/jobs/size_units.h"
 
+#include <algorithm>
 #include <cinttypes>
 
 namespace torvane {
 
 namespace {
 
+/// Of a unit that moves while one looks at it.
+constexpr std::uint64_t kLargestTold = 1ULL << 30;
+
 std::string sizesInWords(std::uint64_t done, std::uint64_t total) {
-    const SizeUnit unit = sizeUnitOf(total);
+    // In terabytes a tenth takes a quarter of an hour.
+    const SizeUnit unit = sizeUnitOf(std::min(total, kLargestTold));
     const auto inUnits = [&](std::uint64_t bytes) {
         return unit.bytes == 1 ? formatText("%" PRIu64, bytes)
                                : formatText("%.1f", static_cast<double>(bytes) / static_cast<double>(unit.bytes));

@@ -107,12 +107,15 @@ TEST_F(MachineClaims, LetThroughWhoeverWaitsAlready) {
 }
 
 TEST_F(MachineClaims, AreSeenToBeAwaited) {
-    const auto isAwaited = [] { return UniqueHandle{OpenMutexW(SYNCHRONIZE, FALSE, L"Global\\Torvane.Test.Awaited")}; };
+    const auto isAwaited = [] {
+        const UniqueHandle object{CreateMutexW(nullptr, FALSE, L"Global\\Torvane.Test.Awaited")};
+        return GetLastError() == ERROR_ALREADY_EXISTS;
+    };
     EXPECT_FALSE(isAwaited());
     UniqueHandle other = otherProgram();
     MachineClaim claim = claimOfTest();
     std::thread waiting([&] { EXPECT_TRUE(claim.await(std::chrono::seconds(60))); });
-    EXPECT_TRUE(driver::waitUntil([&] { return static_cast<bool>(isAwaited()); }));
+    EXPECT_TRUE(driver::waitUntil(isAwaited));
     other.reset();
     waiting.join();
     EXPECT_FALSE(isAwaited());

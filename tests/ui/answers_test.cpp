@@ -148,9 +148,8 @@ class AnswersTest : public CopyUiTest {
         program().awaitBoxOver(dialog.window()).answer("OK");
         dialog.leave();
     }
-    void caseInformation(const std::filesystem::path& folder) const {
+    void caseInformation(const CopyDialogWindow& dialog) const {
         constexpr WPARAM kCase = 1301;
-        const CopyDialogWindow dialog = openForensic("SOURCE", folder);
         dialog.window().post(WM_COMMAND, kCase);
         Window box;
         await("the case dialog opens", [&] {
@@ -219,8 +218,10 @@ TEST_F(AnswersTest, AreSoonAtEveryMoment) {
     const CopyDialogWindow verification = openVerifyImage(onlyFile(folder, ".img"));
     probe.enter("verification of an image");
     verify(verification);
+    probe.enter("(system's folder browser again)");
+    const CopyDialogWindow forensic = openForensic("SOURCE", folder);
     probe.enter("case information");
-    caseInformation(folder);
+    caseInformation(forensic);
     probe.enter("exit");
     expectEnd();
     torvane().press(kExit);

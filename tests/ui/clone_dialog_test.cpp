@@ -116,7 +116,8 @@ TEST_F(CloneDialogTest, FindsAWriteThatWentWrongUnseenWhenItVerifiesAfterwards) 
                   "bytes",
                   BoxIcon::kNone, "OK");
     EXPECT_EQ(dialog.status(), " Copy NOT verified");
-    EXPECT_EQ(driveStatus("SMALL"), "BAD not verified, 30 MB of the source not copied");
+    EXPECT_EQ(driveStatus("SMALL"), "BAD not verified");
+    EXPECT_EQ(dialog.losses().text(), "30 MB of the source not copied");
     dialog.leave();
 }
 

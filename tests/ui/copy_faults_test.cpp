@@ -16,7 +16,9 @@ class CopyFaultsTest : public CopyUiTest {
     /// The image that is being written in the folder; none before there is one.
     [[nodiscard]] static std::optional<std::filesystem::path> imageIn(const std::filesystem::path& folder) {
         for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-            return entry.path();
+            if (entry.path().extension() == ".img") {
+                return entry.path();
+            }
         }
         return std::nullopt;
     }

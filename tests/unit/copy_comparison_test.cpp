@@ -24,7 +24,8 @@ TEST(Comparison, IsToldInWords) {
 TEST(Comparison, RefutesACopyUnlessEverythingWasFoundEqual) {
     EXPECT_FALSE(isRefuted(std::nullopt)) << "nobody has asked";
     EXPECT_FALSE(isRefuted(Comparison{.end = kWhole}));
-    EXPECT_FALSE(isRefuted(Comparison{.end = kWhole, .lost = 3})) << "the copy has told it";
+    EXPECT_FALSE(isRefuted(Comparison{.end = kWhole, .compared = 1, .lost = 3})) << "the copy has told it";
+    EXPECT_TRUE(isRefuted(Comparison{.end = kWhole, .lost = 3})) << "nothing was left to compare";
     EXPECT_TRUE(isRefuted(Comparison{.end = kWhole, .differing = 1}));
     EXPECT_TRUE(isRefuted(Comparison{.end = kWhole, .unreadable = 1}));
     EXPECT_TRUE(isRefuted(Comparison{.end = ComparisonEnd::kStopped}));
@@ -35,10 +36,12 @@ TEST(Comparison, StandsInTheStatusCell) {
     const JobLosses lost{.unreadableBlocks = 2};
     EXPECT_EQ(copyOutcomeText(RunEnd::kWhole, {}, std::nullopt), "COMPLETED");
     EXPECT_EQ(copyOutcomeText(RunEnd::kWhole, {}, Comparison{.end = kWhole}), "COMPLETED, verified");
-    EXPECT_EQ(copyOutcomeText(RunEnd::kWhole, lost, Comparison{.end = kWhole, .lost = 2}),
+    EXPECT_EQ(copyOutcomeText(RunEnd::kWhole, lost, Comparison{.end = kWhole, .compared = 1, .lost = 2}),
               "BAD 2 unreadable blocks, verified");
     EXPECT_EQ(copyOutcomeText(RunEnd::kWhole, lost, Comparison{.end = kWhole, .differing = 1, .lost = 2}),
               "BAD not verified, 2 unreadable blocks");
+    EXPECT_EQ(copyOutcomeText(RunEnd::kRemainderSkipped, {}, Comparison{.end = ComparisonEnd::kStopped}),
+              "BAD not completed, not verified");
 }
 
 } // namespace

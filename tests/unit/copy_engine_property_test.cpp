@@ -159,6 +159,7 @@ TEST(CopyEngine, TheMapTellsWhatTheCopyHolds) {
     for (std::uint64_t seed = firstSeed(); seed < firstSeed() + scriptCount(); ++seed) {
         Script script = ScriptMaker(seed).make();
         script.imageChangesMeanwhile = false;
+        script.decayedBytes = 0; // the copy knows nothing of it
         SCOPED_TRACE(::testing::Message() << script);
         World world(script);
         std::uint32_t exitCode = 0;
@@ -255,7 +256,8 @@ std::string withoutNumbers(const std::string& text) {
     // Of a comparison the first clause: the others come in every company.
     const std::string firstClause =
         std::regex_replace(withoutWrites, std::regex("((?:NOT been verified|was copied): [^,.:\\]]*)[^\\]]*"), "$1");
-    return std::regex_replace(firstClause, std::regex("verified: [0-9]+ blocks?"), "verified: # blocks");
+    return std::regex_replace(firstClause, std::regex("verified: [0-9]+ (unreadable )?blocks?"),
+                              "verified: # $1blocks");
 }
 
 /// The script without anything that keeps a job from its end, for drives of whole sectors; none where it has no such
@@ -358,113 +360,116 @@ TEST(CopyEngine, TheScriptsCoverEveryEnding) {
             }
         }
     }
-    EXPECT_EQ(endings,
-              (std::set<std::string>{
-                  "ask [****** VERIFY HASH ******] [Would you like to Verify the Image HASH?]",
-                  "ask [***** LAST SECTOR NOT FILLED *****] [The SOURCE is # bytes longer than whole sectors of the "
-                  "DESTINATION, which have # bytes. The last sector will be filled up with zeros. Do you want to "
-                  "continue?]",
-                  "ask [***** LAST SECTOR NOT FILLED *****] [The image is # bytes longer than whole sectors of the "
-                  "DESTINATION, which have # bytes. The last sector will be filled up with zeros. Do you want to "
-                  "continue?]",
-                  "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
-                  "mounted on it: K:, C:\\mnt\\, a volume without a letter. Windows refuses writes inside mounted "
-                  "volumes, so parts of the copy may not "
-                  "arrive. Nothing was written yet. Continue anyway?]",
-                  "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
-                  "mounted on it: K:, C:\\mnt\\. Windows refuses writes inside mounted volumes, so parts of the copy "
-                  "may not arrive. Nothing was written yet. Continue anyway?]",
-                  "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
-                  "mounted on it: K:. Windows refuses writes inside mounted volumes, so parts of the copy may not "
-                  "arrive. Nothing was written yet. Continue anyway?]",
-                  "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
-                  "mounted on it: nothing with a letter. Windows refuses writes inside mounted volumes, so parts of "
-                  "the copy may not arrive. Nothing was written yet. Continue anyway?]",
-                  "ask default no [***** Image File Too Large *****] [Image File is LARGER than DESTINATION drive. Do "
-                  "you want to truncate file and continue?]",
-                  "drive [BAD not completed, not verified]",
-                  "drive [BAD not completed, verification failed]",
-                  "drive [BAD not completed, verified]",
-                  "drive [BAD not completed]",
-                  "drive [BAD not hashed]",
-                  "drive [BAD not started]",
-                  "drive [BAD not verified]",
-                  "drive [BAD verification failed]",
-                  "drive [COMPLETED, verified]",
-                  "drive [COMPLETED]",
-                  "drive [Cleaning disk]",
-                  "drive [Idle]",
-                  "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: # blocks could not be "
-                  "read again]",
-                  "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: # blocks differ]",
-                  "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: # blocks differs]",
-                  "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: verification failed]",
-                  "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: verification stopped]",
-                  "inform [****** VERIFY SUCCEEDED ******] [The DESTINATION holds what was copied: verified]",
-                  "status [ Copy NOT verified]",
-                  "inform [****** VERIFY FAILED ******] [CREATED File has NOT been verified]",
-                  "inform [****** VERIFY SUCCEEDED ******] [CREATED File has been verified]",
-                  "status [ Beginning Verification]",
-                  "status [ Clone SUCCESSFULLY Completed]",
-                  "status [ Image  SUCCESSFULLY Completed]",
-                  "status [ Image Completed]",
-                  "status [ Image SUCCESSFULLY Completed]",
-                  "status [ Image Terminated -- Not Completed]",
-                  "status [ Image To Drive SUCCESSFULLY Completed]",
-                  "status [ Image To Drive Terminated -- Not Completed]",
-                  "status [ Status: Cleaning the destination]",
-                  "status [ Status: Idle]",
-                  "status [ Status: Not started]",
-                  "status [ User Terminated Clone]",
-                  "status [ User Terminated Image]",
-                  "status [Could not CREATE DESTINATION image]",
-                  "status [Could not READ FROM SOURCE image. TERMINATING]",
-                  "status [Could not READ image for VERIFICATION]",
-                  "status [Could not WRITE to DESTINATION image]",
-                  "status [Could not open image for VERIFICATION]",
-                  "stop [****** HASH ERROR ******] [Could not get HANDLE to CRYPTO provider. Exiting]",
-                  "stop [****** HASH ERROR ******] [Could not get HASH PARAM. Exiting]",
-                  "stop [****** HASH ERROR ******] [Could not get HASH data. Exiting]",
-                  "stop [****** HASH ERROR ******] [Could not get MD5 HASH for Crypto Provider. Exiting]",
-                  "stop [****** HASH ERROR ******] [Could not open the system's provider of SHA-256. Nothing was "
-                  "read. Start again without SHA-256]",
-                  "stop [****** HASH ERROR ******] [Could not begin a SHA-256 HASH. Nothing was read. Start again "
-                  "without SHA-256]",
-                  "stop [****** HASH ERROR ******] [Could not add a block to the SHA-256 HASH. Nothing more is read. "
-                  "Start again]",
-                  "stop [****** HASH ERROR ******] [Could not get the SHA-256 HASH at its end. Nothing was compared. "
-                  "Start again]",
-                  "stop [****** HASH ERROR ******] [The SHA-256 HASH of [E:\\Images\\Model 100%s.#.img] could not be "
-                  "read. The image has no hash files, and it cannot be verified. Make it anew]",
-                  "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
-                  "or it does not answer. It was cleaned before, nothing else was written. Load the drives again]",
-                  "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
-                  "or it does not answer. Nothing was written. Load the drives again]",
-                  "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
-                  "or it does not answer. Nothing was changed. Load the drives again]",
-                  "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
-                  "or it does not answer. What diskpart has changed is not known. Load the drives again]",
-                  "stop [***** DRIVE HAS CHANGED *****] [The SOURCE is not the drive that was loaded any more, or it "
-                  "does not answer. The DESTINATION was cleaned before, nothing was written to it. Load the drives "
-                  "again]",
-                  "stop [***** DRIVE HAS CHANGED *****] [The SOURCE is not the drive that was loaded any more, or it "
-                  "does not answer. Nothing was written. Load the drives again]",
-                  "stop [***** IMAGE NOT COMPLETE *****] [The last block of [E:\\Images\\Model 100%s.#.img] could not "
-                  "be hashed. The image is not whole, and it has no hash file. Make it anew]",
-                  "stop [***** IMAGE NOT COMPLETE *****] [The last block of [E:\\Images\\Model 100%s.#.img] could not "
-                  "be written. The image is not whole, and it has no hash file. Make it anew]",
-                  "stop [***** IMAGE NOT COMPLETE *****] [Not everything of [E:\\Images\\Model 100%s.#.img] could be "
-                  "brought onto the medium. The image is not whole, and it has no hash file. Make it anew]",
-                  "stop [***** IMAGE NOT COMPLETE *****] [The HASH of [E:\\Images\\Model 100%s.#.img] could not be "
-                  "read. The image has no hash file, and it cannot be verified. Make it anew]",
-                  mountedBox("K:"),
-                  mountedBox("K:, C:\\mnt\\"),
-                  mountedBox("K:, C:\\mnt\\, a volume without a letter"),
-                  "stop [***** FATAL SYSTEM ERROR *****] [ImageToDrive: [E:\\Images\\source.img] OPEN_EXISTING "
-                  "FAILED]",
-                  "timer 500",
-                  "timer 750",
-              }));
+    EXPECT_EQ(
+        endings,
+        (std::set<std::string>{
+            "ask [****** VERIFY HASH ******] [Would you like to Verify the Image HASH?]",
+            "ask [***** LAST SECTOR NOT FILLED *****] [The SOURCE is # bytes longer than whole sectors of the "
+            "DESTINATION, which have # bytes. The last sector will be filled up with zeros. Do you want to "
+            "continue?]",
+            "ask [***** LAST SECTOR NOT FILLED *****] [The image is # bytes longer than whole sectors of the "
+            "DESTINATION, which have # bytes. The last sector will be filled up with zeros. Do you want to "
+            "continue?]",
+            "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
+            "mounted on it: K:, C:\\mnt\\, a volume without a letter. Windows refuses writes inside mounted "
+            "volumes, so parts of the copy may not "
+            "arrive. Nothing was written yet. Continue anyway?]",
+            "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
+            "mounted on it: K:, C:\\mnt\\. Windows refuses writes inside mounted volumes, so parts of the copy "
+            "may not arrive. Nothing was written yet. Continue anyway?]",
+            "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
+            "mounted on it: K:. Windows refuses writes inside mounted volumes, so parts of the copy may not "
+            "arrive. Nothing was written yet. Continue anyway?]",
+            "ask default no [***** DESTINATION NOT CLEANED *****] [The DESTINATION could not be cleaned. Still "
+            "mounted on it: nothing with a letter. Windows refuses writes inside mounted volumes, so parts of "
+            "the copy may not arrive. Nothing was written yet. Continue anyway?]",
+            "ask default no [***** Image File Too Large *****] [Image File is LARGER than DESTINATION drive. Do "
+            "you want to truncate file and continue?]",
+            "drive [BAD not completed, not verified]",
+            "drive [BAD not completed, verification failed]",
+            "drive [BAD not completed, verified]",
+            "drive [BAD not completed]",
+            "drive [BAD not hashed]",
+            "drive [BAD not started]",
+            "drive [BAD not verified]",
+            "drive [BAD verification failed]",
+            "drive [COMPLETED, verified]",
+            "drive [COMPLETED]",
+            "drive [Cleaning disk]",
+            "drive [Idle]",
+            "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: # blocks could not be "
+            "read again]",
+            "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: # blocks differ]",
+            "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: # blocks differs]",
+            "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: # unreadable blocks left "
+            "out]",
+            "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: verification failed]",
+            "inform [****** VERIFY FAILED ******] [The DESTINATION has NOT been verified: verification stopped]",
+            "inform [****** VERIFY SUCCEEDED ******] [The DESTINATION holds what was copied: verified]",
+            "status [ Copy NOT verified]",
+            "inform [****** VERIFY FAILED ******] [CREATED File has NOT been verified]",
+            "inform [****** VERIFY SUCCEEDED ******] [CREATED File has been verified]",
+            "status [ Beginning Verification]",
+            "status [ Clone SUCCESSFULLY Completed]",
+            "status [ Image  SUCCESSFULLY Completed]",
+            "status [ Image Completed]",
+            "status [ Image SUCCESSFULLY Completed]",
+            "status [ Image Terminated -- Not Completed]",
+            "status [ Image To Drive SUCCESSFULLY Completed]",
+            "status [ Image To Drive Terminated -- Not Completed]",
+            "status [ Status: Cleaning the destination]",
+            "status [ Status: Idle]",
+            "status [ Status: Not started]",
+            "status [ User Terminated Clone]",
+            "status [ User Terminated Image]",
+            "status [Could not CREATE DESTINATION image]",
+            "status [Could not READ FROM SOURCE image. TERMINATING]",
+            "status [Could not READ image for VERIFICATION]",
+            "status [Could not WRITE to DESTINATION image]",
+            "status [Could not open image for VERIFICATION]",
+            "stop [****** HASH ERROR ******] [Could not get HANDLE to CRYPTO provider. Exiting]",
+            "stop [****** HASH ERROR ******] [Could not get HASH PARAM. Exiting]",
+            "stop [****** HASH ERROR ******] [Could not get HASH data. Exiting]",
+            "stop [****** HASH ERROR ******] [Could not get MD5 HASH for Crypto Provider. Exiting]",
+            "stop [****** HASH ERROR ******] [Could not open the system's provider of SHA-256. Nothing was "
+            "read. Start again without SHA-256]",
+            "stop [****** HASH ERROR ******] [Could not begin a SHA-256 HASH. Nothing was read. Start again "
+            "without SHA-256]",
+            "stop [****** HASH ERROR ******] [Could not add a block to the SHA-256 HASH. Nothing more is read. "
+            "Start again]",
+            "stop [****** HASH ERROR ******] [Could not get the SHA-256 HASH at its end. Nothing was compared. "
+            "Start again]",
+            "stop [****** HASH ERROR ******] [The SHA-256 HASH of [E:\\Images\\Model 100%s.#.img] could not be "
+            "read. The image has no hash files, and it cannot be verified. Make it anew]",
+            "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
+            "or it does not answer. It was cleaned before, nothing else was written. Load the drives again]",
+            "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
+            "or it does not answer. Nothing was written. Load the drives again]",
+            "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
+            "or it does not answer. Nothing was changed. Load the drives again]",
+            "stop [***** DRIVE HAS CHANGED *****] [The DESTINATION is not the drive that was loaded any more, "
+            "or it does not answer. What diskpart has changed is not known. Load the drives again]",
+            "stop [***** DRIVE HAS CHANGED *****] [The SOURCE is not the drive that was loaded any more, or it "
+            "does not answer. The DESTINATION was cleaned before, nothing was written to it. Load the drives "
+            "again]",
+            "stop [***** DRIVE HAS CHANGED *****] [The SOURCE is not the drive that was loaded any more, or it "
+            "does not answer. Nothing was written. Load the drives again]",
+            "stop [***** IMAGE NOT COMPLETE *****] [The last block of [E:\\Images\\Model 100%s.#.img] could not "
+            "be hashed. The image is not whole, and it has no hash file. Make it anew]",
+            "stop [***** IMAGE NOT COMPLETE *****] [The last block of [E:\\Images\\Model 100%s.#.img] could not "
+            "be written. The image is not whole, and it has no hash file. Make it anew]",
+            "stop [***** IMAGE NOT COMPLETE *****] [Not everything of [E:\\Images\\Model 100%s.#.img] could be "
+            "brought onto the medium. The image is not whole, and it has no hash file. Make it anew]",
+            "stop [***** IMAGE NOT COMPLETE *****] [The HASH of [E:\\Images\\Model 100%s.#.img] could not be "
+            "read. The image has no hash file, and it cannot be verified. Make it anew]",
+            mountedBox("K:"),
+            mountedBox("K:, C:\\mnt\\"),
+            mountedBox("K:, C:\\mnt\\, a volume without a letter"),
+            "stop [***** FATAL SYSTEM ERROR *****] [ImageToDrive: [E:\\Images\\source.img] OPEN_EXISTING "
+            "FAILED]",
+            "timer 500",
+            "timer 750",
+        }));
 }
 
 } // namespace

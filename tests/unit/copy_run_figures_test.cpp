@@ -45,7 +45,7 @@ TEST(RunInWords, TellsSizesInTheUnitOfTheWhole) {
     EXPECT_EQ(sizes(512, kKibibyte), "0.5 of 1.0 KB");
     EXPECT_EQ(sizes(kMebibyte, 1536 * kKibibyte), "1.0 of 1.5 MB");
     EXPECT_EQ(sizes(kMebibyte, 3 * kGibibyte), "0.0 of 3.0 GB");
-    EXPECT_EQ(sizes(512 * kGibibyte, 4096 * kGibibyte), "0.5 of 4.0 TB");
+    EXPECT_EQ(sizes(512 * kGibibyte, 4096 * kGibibyte), "512.0 of 4096.0 GB");
 }
 
 TEST(RunInWords, TellsALowRateInSmallerUnits) {

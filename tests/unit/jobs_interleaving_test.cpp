@@ -67,7 +67,7 @@ class Model {
     }
     bool raise(int name) {
         Claim& claim = claims_.at(name);
-        const bool held = atWork(JobKind::kScan) || anyAtWork(isDriveJob);
+        const bool held = atWork(JobKind::kScan) || anyAtWork(isDriveJob) || atWork(JobKind::kVerifyImage);
         claim.up = !claim.stopped && (claim.kind != JobKind::kMounting || !held);
         return claim.up;
     }

@@ -84,6 +84,7 @@ struct Script {
     std::size_t takenSha256Files = 0; ///< numbers behind those of the hash files, whose SHA-256 file exists
 
     bool imageChangesMeanwhile = false; ///< between imaging and verification
+    bool imageGoesMeanwhile = false;    ///< the source image, before the drive is compared with it
     bool verifyAfterwards = false;      ///< what was written to a drive is compared with its source
     std::size_t decayedBytes = 0;       ///< of the destination, at the end of its first half, before it is compared
     bool yes = true;                    ///< the answer to every question
@@ -282,6 +283,7 @@ class ScriptMaker {
 
     void makeComparison() {
         script_.verifyAfterwards = chance(2);
+        script_.imageGoesMeanwhile = chance(12);
         script_.decayedBytes = chance(4) ? 1 + below(2 * script_.blockSize) : 0;
         if (chance(4)) {
             script_.rereads[below(18)] = fault(true);

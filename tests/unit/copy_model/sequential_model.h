@@ -552,7 +552,8 @@ class SequentialModel {
         if (!compared_) {
             return outcome(ending);
         }
-        return equal() ? outcome(ending) + ", verified" : outcome("not verified");
+        return equal() ? outcome(ending) + ", verified"
+                       : outcome(ending.empty() ? "not verified" : ending + ", not verified");
     }
 
     [[nodiscard]] std::string losses() const {
@@ -657,13 +658,17 @@ class SequentialModel {
 
     /// However the blocks ended: the destination has a table of the job's making, and the system has to know it. Before
     /// that, because volumes come by it, it is compared.
-    void remember(bool wanted, bool everything, bool forward) {
+    void remember(bool wanted, bool moved, bool everything, bool forward) {
         if (!wanted) {
             return;
         }
         mountedMeanwhile_ = unmounted_ && shutOut_ && !world_.mountedVolumes().empty();
-        if (everything && world_.script.verifyAfterwards && flags_.running == 1) {
-            compare(forward);
+        if (moved && world_.script.verifyAfterwards) {
+            compared_ = true;
+            comparisonEnd_ = "verification stopped";
+            if (everything && flags_.running == 1) {
+                compare(forward);
+            }
         }
         if (driveUsed_ && !gone_ && !goneAtFlush_) {
             if (const std::optional<std::string> failure = world_.readTableAnew()) {
@@ -677,10 +682,15 @@ class SequentialModel {
 
     /// Both are read again, block by block, in the order of the copy.
     void compare(bool forward) {
-        compared_ = true;
+        readsFailed_ = world_.source.badReadCount;
         std::optional<World::OpenFile> image;
         if (world_.script.job == ScriptedJob::kImageToDrive) {
             image = world_.openImage(World::kSourceImage, true);
+            if (!image) {
+                comparisonEnd_ = "verification failed";
+                log(text("Could not open [%s] for VERIFICATION", World::kSourceImage));
+                return;
+            }
         }
         endRun();
         status(" Beginning Verification");
@@ -736,7 +746,8 @@ class SequentialModel {
         const bool sourceWhole = source.sought && source.ok && source.count == reading;
         if (!sourceWhole || !destination.sought || !destination.ok || destination.count != found.size()) {
             ++notReadAgain_;
-            return !destination.gone && (image ? sourceWhole : !source.gone);
+            readsFailed_ += sourceWhole ? 0 : 1;
+            return !destination.gone && (image ? sourceWhole : !source.gone && readsFailed_ < 11);
         }
         ++blocksCompared_;
         bool differs = false;
@@ -751,7 +762,10 @@ class SequentialModel {
         return true;
     }
 
-    [[nodiscard]] bool equal() const { return comparisonEnd_.empty() && differing_ == 0 && notReadAgain_ == 0; }
+    [[nodiscard]] bool equal() const {
+        const bool any = blocksCompared_ != 0 || leftOut_ == 0;
+        return comparisonEnd_.empty() && differing_ == 0 && notReadAgain_ == 0 && any;
+    }
 
     [[nodiscard]] std::string comparison() const {
         std::string words = equal() ? "verified" : "";
@@ -848,7 +862,7 @@ class SequentialModel {
             tooManyBadBlocks(750);
         }
         flushDrive(wanted && k == full_);
-        remember(wanted, wanted && whole(k), true);
+        remember(wanted, wanted && k == full_, wanted && whole(k), true);
         showLosses(completed(wanted && whole(k)), stopper(wanted && whole(k)));
         endOrRefute(wanted && k == full_, " Image Completed", 760, " User Terminated Image");
         endClone(wanted && whole(k));
@@ -900,7 +914,7 @@ class SequentialModel {
             tooManyBadBlocks(500);
         }
         flushDrive(wanted && k == full_);
-        remember(wanted, wanted && whole(k), false);
+        remember(wanted, wanted && k == full_, wanted && whole(k), false);
         showLosses(completed(wanted && whole(k)), stopper(wanted && whole(k)));
         endOrRefute(wanted && k == full_, " Clone SUCCESSFULLY Completed", 10, " User Terminated Clone");
         endClone(wanted && whole(k));
@@ -1431,7 +1445,7 @@ class SequentialModel {
     bool compareImage() {
         const Digests known = world_.knownDigests();
         wantsMd5_ = known.md5.has_value();
-        std::optional<World::OpenFile> image = world_.openImage(World::kSourceImage);
+        std::optional<World::OpenFile> image = world_.openImage(World::kSourceImage, true);
         if (!image) {
             status("Could not open image for VERIFICATION");
             return false;
@@ -1517,7 +1531,7 @@ class SequentialModel {
         const auto couldNotRead = [&] {
             ++unreadable_;
             flushDrive(false);
-            remember(true, false, true);
+            remember(true, false, false, true);
             showLosses("not completed", "a failed read");
             driveStatus(world_.destination, outcome("not completed"));
             world_.close(*image);
@@ -1548,7 +1562,7 @@ class SequentialModel {
             remainderMoved_ = true;
         }
         flushDrive(wanted && k == full_);
-        remember(wanted, wanted && whole(k), true);
+        remember(wanted, wanted && k == full_, wanted && whole(k), true);
         showLosses(completed(wanted && whole(k)), wanted && whole(k) ? "nobody" : "the user");
         driveStatus(world_.destination, comparedOutcome(wanted && whole(k) ? "" : "not completed"));
         endOrRefute(wanted && k == full_, " Image To Drive SUCCESSFULLY Completed", 760,
@@ -1617,6 +1631,7 @@ class SequentialModel {
     std::uint64_t blocksCompared_ = 0;
     std::uint64_t differing_ = 0;
     std::uint64_t notReadAgain_ = 0;
+    std::uint64_t readsFailed_ = 0;
     std::uint64_t leftOut_ = 0;
     std::uint64_t firstDifference_ = ~0ULL;
 

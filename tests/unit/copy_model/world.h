@@ -145,12 +145,9 @@ class World {
                      isWholeSectors(destination, offset, buffer.size()));
     }
 
-    /// Reads the destination, which decays before it is read for the first time.
+    /// Reads the destination.
     Transfer rereadDrive(std::uint64_t offset, std::span<std::byte> buffer) {
         const std::uint64_t number = rereads++;
-        if (number == 0) {
-            decay();
-        }
         return read(script.rereads, number, destinationBytes, offset, buffer,
                     isWholeSectors(destination, offset, buffer.size()));
     }
@@ -249,7 +246,8 @@ class World {
     }
 
     [[nodiscard]] std::optional<OpenFile> openImage(const std::string& path, bool again) {
-        if (script.imageCannotBeOpened) {
+        const bool gone = script.imageGoesMeanwhile && script.job == ScriptedJob::kImageToDrive && again;
+        if (script.imageCannotBeOpened || gone) {
             return std::nullopt;
         }
         const bool mayChange = path != kSourceImage || script.job == ScriptedJob::kVerifyImage;
@@ -397,6 +395,9 @@ class World {
     // --- what can be seen ---
 
     void see(const std::string& what) {
+        if (what == "status [ Beginning Verification]") {
+            decay();
+        }
         std::string line = what;
         for (const std::int64_t flag :
              {std::int64_t{flags.running}, std::int64_t{flags.failed}, std::int64_t{flags.explosionFrame},
