@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <cwchar>
+
 namespace torvane {
 
 namespace {
@@ -15,7 +17,8 @@ std::wstring told(Call call) {
     if (length == 0 || call(name.data(), &length) == FALSE) {
         return {};
     }
-    return name.c_str();
+    name.resize(std::wcslen(name.c_str())); // one of the two counts the end, too
+    return name;
 }
 
 } // namespace

@@ -60,7 +60,7 @@ bool copyToClipboard(HWND owner, const std::string& text) {
     if (!block || !clipboard || EmptyClipboard() == FALSE || SetClipboardData(CF_UNICODETEXT, block.get()) == nullptr) {
         return false;
     }
-    static_cast<void>(block.release()); // the system's from now on
+    [[maybe_unused]] const HGLOBAL given = block.release(); // the system's from now on
     return true;
 }
 

@@ -136,7 +136,7 @@ std::string ListView::cell(int row, int column) const {
 }
 
 std::string ListView::wholeCell(int row, int column) const {
-    std::vector<wchar_t> text(2 * kCellTextLimit);
+    std::vector<wchar_t> text(2 * static_cast<std::size_t>(kCellTextLimit));
     while (true) {
         LVITEMW item{};
         item.iSubItem = column;

@@ -16,10 +16,10 @@ enum class ComparisonEnd : std::uint8_t {
 struct Comparison {
     ComparisonEnd end = ComparisonEnd::kNotMade;
     std::uint64_t compared = 0;
-    std::uint64_t differing = 0;                    ///< of those
-    std::uint64_t unreadable = 0;                   ///< source or destination could not be read again
-    std::uint64_t lost = 0;                         ///< left out
-    std::optional<std::uint64_t> firstDifference{}; ///< the lowest place that differs, in bytes
+    std::uint64_t differing = 0;                                 ///< of those
+    std::uint64_t unreadable = 0;                                ///< source or destination could not be read again
+    std::uint64_t lost = 0;                                      ///< left out
+    std::optional<std::uint64_t> firstDifference = std::nullopt; ///< the lowest place that differs, in bytes
 };
 
 /// The destination is known to hold what the source holds, wherever that could be read for the copy.

@@ -67,8 +67,9 @@ std::string recordText(const CopyJob& job, const JobAccount& account) {
 
 void saveRecord(const CopyJob& job, JobAccount& account) {
     RecordedSource& source = account.evidence.record.source;
-    if (account.end && !source.readOnlyAfter) {
-        source.readOnlyAfter = job.system.isReadOnly(*job.order.source);
+    const DriveRecord* const drive = job.order.source;
+    if (drive != nullptr && account.end && !source.readOnlyAfter) {
+        source.readOnlyAfter = job.system.isReadOnly(*drive);
     }
     save(job, account.evidence.recordFile, recordText(job, account));
 }

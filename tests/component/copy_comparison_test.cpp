@@ -6,8 +6,6 @@ namespace torvane {
 namespace {
 
 using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::noise;
 using ::testing::SizeIs;
 
@@ -42,7 +40,7 @@ class Comparison : public testing::CopyBench {
 TEST_F(Comparison, ReadsBothDrivesAgainAndFindsThemEqual) {
     openDrives();
     user_.expectInform(kSucceeded, "The DESTINATION holds what was copied: verified",
-                       [this] { EXPECT_FALSE(state().jobs.active()); });
+                       [] { EXPECT_FALSE(state().jobs.active()); });
     EXPECT_EQ(run(runForwardClone), 1U);
     EXPECT_THAT(bench_.log("target=drive:1 request=read"), SizeIs(10));
     EXPECT_THAT(bench_.log("target=drive:2 request=read"), SizeIs(5));

@@ -23,7 +23,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::noise;
 using testing::readFile;
-using testing::unreadable;
 using testing::writeFile;
 
 constexpr const char* kImage = "Model X.41.img";

@@ -21,7 +21,6 @@ using testing::ImportPatched;
 using testing::kHashError;
 using testing::kVerify;
 using testing::kVerifyQuestion;
-using testing::readFile;
 using testing::writeFile;
 
 constexpr const char* kSucceeded = "****** VERIFY SUCCEEDED ******";

@@ -287,7 +287,6 @@ TEST_F(ForensicTest, WritesTheHashFileAndVerifiesTheImage) {
     dialog.leave();
 }
 
-constexpr int kCase = 1301;
 constexpr int kCaseNumber = 1302;
 constexpr int kExaminer = 1303;
 constexpr int kNote = 1304;

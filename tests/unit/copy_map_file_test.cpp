@@ -37,7 +37,7 @@ TEST(MapFile, ThenWithThoseOfTheOtherPhases) {
     map.mark(100, 50, RangeStatus::kBad);
     const auto statusLine = [&] {
         const std::string text = mapFileText(map, {});
-        return text.substr(text.find("\n") + 1, 33);
+        return text.substr(text.find('\n') + 1, 33);
     };
     EXPECT_EQ(statusLine(), "0x00000064     -               1\n");
     map.mark(200, 50, RangeStatus::kNonScraped);
