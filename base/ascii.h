@@ -24,6 +24,15 @@ template <typename Character>
     return upperAscii(character) >= 'A' && upperAscii(character) <= 'Z';
 }
 
+/// The value of a hexadecimal digit in either case, 0 to 15; negative for every other character.
+[[nodiscard]] constexpr int hexDigitValue(char character) {
+    if (character >= '0' && character <= '9') {
+        return character - '0';
+    }
+    const char lower = lowerAscii(character);
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
 /// A string or view of characters, in lower case.
 template <typename Text>
 [[nodiscard]] std::basic_string<typename Text::value_type> lowerAsciiText(const Text& text) {

@@ -22,4 +22,8 @@ std::string fileNamePart(std::string_view text, std::size_t limit) {
     return part;
 }
 
+std::string_view fileNameOf(std::string_view path) {
+    return path.substr(path.find_last_of("\\/:") + 1); // npos + 1 is 0
+}
+
 } // namespace torvane

@@ -11,4 +11,7 @@ namespace torvane {
 /// What stands around the part must keep it from being a name of its own.
 [[nodiscard]] std::string fileNamePart(std::string_view text, std::size_t limit);
 
+/// The name of a file without its folder.
+[[nodiscard]] std::string_view fileNameOf(std::string_view path);
+
 } // namespace torvane

@@ -6,19 +6,47 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 
 namespace torvane {
 
 namespace {
 
-// Beside the file itself, because a file can be renamed over another one only within a volume.
-std::wstring newFileName(const char* fileName) {
-    return systemPath(std::string(fileName) + ".new");
+/// The file that is written first. It lies beside the other, because a file can be renamed over another one only within
+/// a volume.
+struct NewFile {
+    std::wstring name;
+    UniqueFile file;
+};
+
+UniqueFile create(const std::wstring& name, DWORD disposition) {
+    return UniqueFile{
+        CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)};
 }
 
-FileSaving writeNewFile(const std::wstring& name, std::span<const std::byte> bytes) {
-    const UniqueFile file{
-        CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)};
+/// In the place of what a crash has left.
+NewFile makeOwnNewFile(const std::string& fileName) {
+    std::wstring name = systemPath(fileName + ".new");
+    DeleteFileW(name.c_str()); // it may have attributes that keep it from being created anew
+    UniqueFile file = create(name, CREATE_ALWAYS);
+    return {.name = std::move(name), .file = std::move(file)};
+}
+
+/// Under a name that nobody has.
+NewFile makeForeignNewFile(const std::string& fileName) {
+    constexpr int kMostTries = 100;
+    NewFile made;
+    for (int number = 1; number <= kMostTries && !made.file; ++number) {
+        made.name = systemPath(fileName + "." + std::to_string(number) + ".new");
+        made.file = create(made.name, CREATE_NEW);
+        if (!made.file && GetLastError() != ERROR_FILE_EXISTS) {
+            break;
+        }
+    }
+    return made;
+}
+
+FileSaving fill(UniqueFile file, std::span<const std::byte> bytes) {
     if (!file) {
         return FileSaving::kNotMade;
     }
@@ -43,24 +71,39 @@ void takeAttributes(const std::wstring& newName, const std::wstring& oldName) {
     }
 }
 
-FileSaving saveWhole(const char* fileName, std::span<const std::byte> bytes, DWORD moving) {
+/// A scanner or an indexer opens a new file for a moment, and the system then refuses to rename it or the old one.
+bool isHeldForAMoment(DWORD error) {
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
+bool placeFile(const std::wstring& newName, const std::wstring& name, DWORD moving) {
+    constexpr DWORD kLastPause = 400; // milliseconds; 750 in all
+    for (DWORD pause = 50;; pause *= 2) {
+        if (MoveFileExW(newName.c_str(), name.c_str(), moving | MOVEFILE_WRITE_THROUGH) != FALSE) {
+            return true;
+        }
+        if (!isHeldForAMoment(GetLastError()) || pause > kLastPause) {
+            return false;
+        }
+        Sleep(pause);
+    }
+}
+
+FileSaving saveWhole(const char* fileName, std::span<const std::byte> bytes, DWORD moving,
+                     NewFile (*makeNewFile)(const std::string&) = makeOwnNewFile) {
     const std::wstring name = systemPath(fileName);
     // The system refuses to rename a file over it, too, but not every file system for every user.
     if (isReadOnly(name)) {
         return FileSaving::kNotPlaced;
     }
-    const std::wstring newName = newFileName(fileName);
-    // What a crash has left may have attributes that keep it from being created anew.
-    DeleteFileW(newName.c_str());
-    FileSaving saved = writeNewFile(newName, bytes);
+    NewFile made = makeNewFile(fileName);
+    FileSaving saved = fill(std::move(made.file), bytes);
     if (saved == FileSaving::kDone) {
-        takeAttributes(newName, name);
-        saved = MoveFileExW(newName.c_str(), name.c_str(), moving | MOVEFILE_WRITE_THROUGH) != FALSE
-                    ? FileSaving::kDone
-                    : FileSaving::kNotPlaced;
+        takeAttributes(made.name, name);
+        saved = placeFile(made.name, name, moving) ? FileSaving::kDone : FileSaving::kNotPlaced;
     }
-    if (saved != FileSaving::kDone) {
-        DeleteFileW(newName.c_str());
+    if (saved == FileSaving::kNotWritten || saved == FileSaving::kNotPlaced) {
+        DeleteFileW(made.name.c_str());
     }
     return saved;
 }
@@ -69,6 +112,10 @@ FileSaving saveWhole(const char* fileName, std::span<const std::byte> bytes, DWO
 
 FileSaving replaceFile(const char* fileName, std::span<const std::byte> bytes) {
     return saveWhole(fileName, bytes, MOVEFILE_REPLACE_EXISTING);
+}
+
+FileSaving replaceForeignFile(const char* fileName, std::span<const std::byte> bytes) {
+    return saveWhole(fileName, bytes, MOVEFILE_REPLACE_EXISTING, makeForeignNewFile);
 }
 
 FileSaving makeWholeFile(const char* fileName, std::span<const std::byte> bytes) {

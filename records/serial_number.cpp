@@ -32,14 +32,6 @@ std::string withSwappedPairs(std::string_view text) {
     return swapped;
 }
 
-int hexDigit(char character) {
-    if (character >= '0' && character <= '9') {
-        return character - '0';
-    }
-    const char lower = lowerAscii(character);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
 // The text that the digits spell; none unless they spell printable characters alone.
 std::optional<std::string> fromHexDigits(std::string_view digits) {
     if (digits.empty() || digits.size() % 2 != 0) {
@@ -47,8 +39,8 @@ std::optional<std::string> fromHexDigits(std::string_view digits) {
     }
     std::string text(digits.size() / 2, ' ');
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const int high = hexDigit(digits[2 * i]);
-        const int low = hexDigit(digits[2 * i + 1]);
+        const int high = hexDigitValue(digits[2 * i]);
+        const int low = hexDigitValue(digits[2 * i + 1]);
         const auto byte = static_cast<char>(high * 16 + low);
         if (high < 0 || low < 0 || !isPrintableAscii(byte)) {
             return std::nullopt;

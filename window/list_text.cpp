@@ -2,6 +2,8 @@
 
 #include "base/format.h"
 #include "base/one_line.h"
+#include "state/log_file_line.h"
+#include "state/main_view.h"
 
 namespace torvane {
 
@@ -16,6 +18,14 @@ std::string rowsAsText(std::span<const RowTexts> rows) {
             text.append(cellEnd).append(oneLine(cell));
             cellEnd = "\t";
         }
+    }
+    return text;
+}
+
+std::string logAsText(std::span<const RowTexts> rows) {
+    std::string text;
+    for (const RowTexts& row : rows) {
+        text += logFileLine({.category = row.at(0), .date = row.at(1), .time = row.at(2), .message = row.at(3)});
     }
     return text;
 }

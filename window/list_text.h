@@ -15,6 +15,9 @@ using RowTexts = std::vector<std::string>;
 /// within a cell become blanks, so that one row stays one line.
 [[nodiscard]] std::string rowsAsText(std::span<const RowTexts> rows);
 
+/// The log's rows, of category, date, time and message, as the file of the day has them (`logFileLine`).
+[[nodiscard]] std::string logAsText(std::span<const RowTexts> rows);
+
 /// The name that is offered for the saved log: "Torvane log 2026-11-22.txt".
 [[nodiscard]] std::string savedLogName(const LocalMoment& moment);
 

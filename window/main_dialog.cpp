@@ -11,6 +11,7 @@
 #include "settings/tutorial_dialog.h"
 #include "state/app_state.h"
 #include "ui/control_text.h"
+#include "ui/menu_item.h"
 #include "ui/program_icon.h"
 #include "ui/prompt_owner.h"
 #include "ui/scrolling.h"
@@ -83,11 +84,9 @@ void MainDialog::addSystemMenuItems() {
 
 // Before the system menu opens.
 void MainDialog::updateSystemMenu() {
-    const auto enable = [menu = GetSystemMenu(window(), FALSE)](UINT id, bool may) {
-        EnableMenuItem(menu, id, MF_BYCOMMAND | (may ? MF_ENABLED : MF_GRAYED));
-    };
-    enable(IDM_EDIT_MESSAGES, !state_.jobs.active());
-    enable(IDM_VERIFY_IMAGE, !state_.jobs.whyNot(JobKind::kVerifyImage));
+    const HMENU menu = GetSystemMenu(window(), FALSE);
+    enableMenuItem(menu, IDM_EDIT_MESSAGES, !state_.jobs.active());
+    enableMenuItem(menu, IDM_VERIFY_IMAGE, !state_.jobs.whyNot(JobKind::kVerifyImage));
 }
 
 void MainDialog::setIcons() {

@@ -3,6 +3,7 @@
 #include "resources/resource_ids.h"
 #include "ui/clipboard.h"
 #include "ui/held_commands.h"
+#include "ui/menu_item.h"
 #include "ui/prompts.h"
 #include "window/list_cells.h"
 #include "window/list_text.h"
@@ -16,10 +17,6 @@ namespace {
 
 bool isHeld(int key) {
     return GetKeyState(key) < 0;
-}
-
-void enableItem(HMENU menu, UINT id, bool enabled) {
-    EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
 }
 
 UniqueMenu loadMenu(int id) {
@@ -51,9 +48,9 @@ void MainDialog::showDriveMenu(POINT askedAt) {
 void MainDialog::showLogMenu(POINT askedAt) {
     const POINT place = logList_.menuPlace(askedAt);
     const UniqueMenu menu = loadMenu(IDR_LOG_MENU);
-    enableItem(menu.get(), IDM_COPY_LOG_ROWS, logList_.hasChosenRows());
-    enableItem(menu.get(), IDM_SELECT_LOG_ROWS, logList_.hasRows());
-    enableItem(menu.get(), IDM_SAVE_LOG, logList_.hasRows());
+    enableMenuItem(menu.get(), IDM_COPY_LOG_ROWS, logList_.hasChosenRows());
+    enableMenuItem(menu.get(), IDM_SELECT_LOG_ROWS, logList_.hasRows());
+    enableMenuItem(menu.get(), IDM_SAVE_LOG, logList_.hasRows());
     trackMenu(menu.get(), place);
 }
 
@@ -101,7 +98,7 @@ void MainDialog::onSelectLogRows() {
 
 void MainDialog::onSaveLog() {
     if (logList_.hasRows()) {
-        saveLogAsText([this] { return rowsAsText(logList_.allRows()) + "\r\n"; });
+        saveLogAsText([this] { return logAsText(logList_.allRows()); });
     }
 }
 

@@ -65,7 +65,7 @@ void saveLogAsText(const std::function<std::string()>& text) {
     }
     const std::optional<FileSaving> saving =
         waiting::resultOf("the log's disk", [name = *path, bytes = utf8Text(wideText(text()))] {
-            return replaceFile(name.c_str(), std::as_bytes(std::span(bytes)));
+            return replaceForeignFile(name.c_str(), std::as_bytes(std::span(bytes)));
         });
     saving ? tell(*path, *saving) : tellLeft(*path);
 }

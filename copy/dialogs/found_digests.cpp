@@ -1,9 +1,11 @@
 #include "copy/dialogs/found_digests.h"
 
+#include "base/file_name_part.h"
 #include "base/owned_handle.h"
 #include "base/system_path.h"
 #include "base/whole_file.h"
 #include "copy/jobs/hash_files.h"
+#include "copy/jobs/image_names.h"
 #include "ui/waiting.h"
 
 #include <windows.h>

@@ -1,5 +1,6 @@
 #include "copy/engine/digest_text.h"
 
+#include "base/ascii.h"
 #include "base/format.h"
 
 #include <cstddef>
@@ -7,17 +8,6 @@
 namespace torvane {
 
 namespace {
-
-/// 0 to 15; negative for what is no digit.
-int valueOf(char letter) {
-    if (letter >= '0' && letter <= '9') {
-        return letter - '0';
-    }
-    if (letter >= 'a' && letter <= 'f') {
-        return letter - 'a' + 10;
-    }
-    return letter >= 'A' && letter <= 'F' ? letter - 'A' + 10 : -1;
-}
 
 bool standsBetweenDigits(char letter) {
     return letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n' || letter == ':';
@@ -38,7 +28,7 @@ DigestReading readDigest(std::string_view text, std::span<std::uint8_t> digest) 
     std::size_t digits = 0;
     bool colons = false;
     for (const char letter : text) {
-        const int value = valueOf(letter);
+        const int value = hexDigitValue(letter);
         colons = colons || letter == ':';
         if (value < 0 && !standsBetweenDigits(letter)) {
             return DigestReading::kOtherLetter;

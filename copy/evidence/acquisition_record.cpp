@@ -3,13 +3,13 @@
 #include "base/ascii.h"
 #include "base/format.h"
 #include "base/one_line.h"
+#include "copy/engine/digest_text.h"
 #include "discovery/bus_type.h"
 #include "records/drive_record.h"
 #include "records/sector_size.h"
 
 #include <algorithm>
 #include <cinttypes>
-#include <span>
 
 namespace torvane {
 
@@ -23,14 +23,6 @@ std::string number(std::uint64_t value) {
 
 std::string_view yesOrNo(const std::optional<bool>& told) {
     return !told ? kNotTold : *told ? "yes" : "no";
-}
-
-std::string digestText(std::span<const std::uint8_t> digest) {
-    std::string text;
-    for (const std::uint8_t byte : digest) {
-        text += formatText("%02x", byte);
-    }
-    return text;
 }
 
 /// The lines in the making.
@@ -105,8 +97,8 @@ void addOutcome(Lines& lines, const AcquisitionRecord& record) {
     lines.add("Ending", record.ending);
     lines.add("Lost", record.losses);
     lines.add("Stopped by", record.stoppedBy);
-    lines.add("MD5", record.md5 ? digestText(*record.md5) : "not made");
-    lines.add("SHA-256", record.sha256 ? digestText(*record.sha256) : "not made");
+    lines.add("MD5", record.md5 ? hexText(*record.md5) : "not made");
+    lines.add("SHA-256", record.sha256 ? hexText(*record.sha256) : "not made");
     lines.add("Bytes missing from the image", number(record.missingBytes));
     addUnreadable(lines, record);
     lines.add("Write failures", number(record.writeFailures));

@@ -1,20 +1,11 @@
 #include "copy/jobs/comparison.h"
 
 #include "base/format.h"
+#include "copy/jobs/clauses.h"
 
 #include <cinttypes>
 
 namespace torvane {
-
-namespace {
-
-void addCount(std::string& text, std::uint64_t count, const char* one, const char* many) {
-    if (count != 0) {
-        text.append(text.empty() ? "" : ", ").append(formatText("%" PRIu64 " %s", count, count == 1 ? one : many));
-    }
-}
-
-} // namespace
 
 bool isEqual(const Comparison& comparison) {
     const bool foundAny = comparison.compared != 0 || comparison.lost == 0;

@@ -1,6 +1,7 @@
 #include "copy/jobs/drive_status.h"
 
 #include "base/format.h"
+#include "copy/jobs/clauses.h"
 #include "copy/jobs/size_units.h"
 
 #include <cinttypes>
@@ -8,16 +9,6 @@
 namespace torvane {
 
 namespace {
-
-void addClause(std::string& text, std::string_view clause) {
-    text.append(text.empty() ? "" : ", ").append(clause);
-}
-
-void addCount(std::string& text, std::uint64_t count, std::string_view one, std::string_view many) {
-    if (count != 0) {
-        addClause(text, formatText("%" PRIu64 " ", count).append(count == 1 ? one : many));
-    }
-}
 
 /// "512 MB", "1.5 GB", "100 bytes": in the largest unit that is not larger than the size itself.
 std::string sizeInWords(std::uint64_t bytes) {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <utility>
 
 namespace torvane {
 
@@ -21,11 +22,6 @@ constexpr std::array kSha256Texts{
     "Could not get the SHA-256 HASH at its end. Nothing was compared. Start again",
 };
 
-/// Null when it is not wanted, and when the system has none: only then with a failure.
-std::unique_ptr<BlockHasher> makeIfWanted(const CopyJob& job, DigestKind kind, bool wanted, HasherFailure& failure) {
-    return wanted ? job.system.makeHasher(kind, failure) : nullptr;
-}
-
 void tellWhyNone(const CopyJob& job, DigestKind kind, HasherFailure failure) {
     showHashError(job, kind, failure == HasherFailure::kNoProvider ? HashTrouble::kNoProvider : HashTrouble::kNoHash);
 }
@@ -39,21 +35,20 @@ void showHashError(const CopyJob& job, DigestKind kind, HashTrouble trouble) {
 
 std::optional<Hashers> makeHashersOrTell(const CopyJob& job, WantedDigests wanted,
                                          const std::function<void()>& beforeBox) {
-    HasherFailure failure = HasherFailure::kNone;
     Hashers hashers;
-    hashers.md5 = makeIfWanted(job, DigestKind::kMd5, wanted.md5, failure);
-    if (failure != HasherFailure::kNone) {
+    const auto makeOrTell = [&](DigestKind kind, std::unique_ptr<BlockHasher>& hasher) {
+        HasherFailure failure = HasherFailure::kNone;
+        hasher = job.system.makeHasher(kind, failure);
+        if (failure == HasherFailure::kNone) {
+            return true;
+        }
         beforeBox();
-        tellWhyNone(job, DigestKind::kMd5, failure);
-        return std::nullopt;
-    }
-    hashers.sha256 = makeIfWanted(job, DigestKind::kSha256, wanted.sha256, failure);
-    if (failure != HasherFailure::kNone) {
-        beforeBox();
-        tellWhyNone(job, DigestKind::kSha256, failure);
-        return std::nullopt;
-    }
-    return hashers;
+        tellWhyNone(job, kind, failure);
+        return false;
+    };
+    const bool made = (!wanted.md5 || makeOrTell(DigestKind::kMd5, hashers.md5)) &&
+                      (!wanted.sha256 || makeOrTell(DigestKind::kSha256, hashers.sha256));
+    return made ? std::optional(std::move(hashers)) : std::nullopt;
 }
 
 Digests digestsOf(const Hashers& hashers) {

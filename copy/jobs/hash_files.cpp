@@ -64,10 +64,6 @@ std::optional<NamedDigest> namedDigest(std::string_view line) {
 
 } // namespace
 
-std::string_view fileNameOf(std::string_view path) {
-    return path.substr(path.find_last_of("\\/") + 1); // npos + 1 is 0
-}
-
 std::string sha256FileName(std::string_view imagePath) {
     return std::string(imagePath).append(".sha256");
 }
@@ -75,12 +71,6 @@ std::string sha256FileName(std::string_view imagePath) {
 std::string sha256FileText(std::string_view imageFileName, const Sha256Digest& digest) {
     const std::string name = escaped(imageFileName);
     return std::string(name == imageFileName ? "" : "\\").append(hexText(digest)).append(" *").append(name) + "\n";
-}
-
-std::string hashFileOfImage(std::string_view imagePath) {
-    const std::string_view name = fileNameOf(imagePath);
-    const std::string_view folder = imagePath.substr(0, imagePath.size() - name.size());
-    return std::string(folder).append("MD5-HASH--").append(name.substr(0, name.rfind('.'))).append(".txt");
 }
 
 std::optional<Md5Digest> md5InHashFile(std::string_view text) {

@@ -12,9 +12,6 @@ namespace torvane {
 // The files beside an image that hold its digests: "MD5-HASH--<model>.<number>.txt" (image_names.h) and
 // "<image>.sha256". Reading them, others may have written them: whatever they hold, the answer is a digest or none.
 
-/// The name of a file without its folder.
-[[nodiscard]] std::string_view fileNameOf(std::string_view path);
-
 /// "<image path>.sha256"
 [[nodiscard]] std::string sha256FileName(std::string_view imagePath);
 
@@ -23,10 +20,6 @@ namespace torvane {
 /// mode, the image's name without its folder, a line feed. A backslash or an end of line in the name is written as a
 /// backslash and a letter; then a backslash stands before the digest, too.
 [[nodiscard]] std::string sha256FileText(std::string_view imageFileName, const Sha256Digest& digest);
-
-/// Where the MD5 file of an image lies that was made as "<folder>\<model>.<number>.img"; whatever its name ends with
-/// takes the place of ".img".
-[[nodiscard]] std::string hashFileOfImage(std::string_view imagePath);
 
 /// The digest in the "HASH:" line of an MD5 file; none where there is not exactly one digest in the first such line.
 [[nodiscard]] std::optional<Md5Digest> md5InHashFile(std::string_view text);

@@ -15,6 +15,8 @@ std::string numbered(std::string_view folder, std::string_view stem, std::int32_
     return std::string(folder).append("\\").append(stem).append(formatText(".%d", number)).append(extension);
 }
 
+constexpr std::string_view kHashFileStem = "MD5-HASH--";
+
 /// Most bytes of each outside text in a name.
 constexpr std::size_t kMostNameBytes = 64;
 
@@ -30,7 +32,13 @@ std::string imageFileName(std::string_view folder, std::string_view model, std::
 }
 
 std::string hashFileName(std::string_view folder, std::string_view model, std::int32_t number) {
-    return numbered(folder, std::string("MD5-HASH--").append(model), number, ".txt");
+    return numbered(folder, std::string(kHashFileStem).append(model), number, ".txt");
+}
+
+std::string hashFileOfImage(std::string_view imagePath) {
+    const std::string_view name = fileNameOf(imagePath);
+    const std::string_view folder = imagePath.substr(0, imagePath.size() - name.size());
+    return std::string(folder).append(kHashFileStem).append(name.substr(0, name.rfind('.'))).append(".txt");
 }
 
 std::string acquisitionFileName(std::string_view folder, std::string_view model, std::int32_t number) {
@@ -48,8 +56,8 @@ std::string cloneMapFileName(const DriveRecord& source, const LocalMoment& begin
 }
 
 std::string imageToDriveMapFileName(std::string_view imagePath, const LocalMoment& begin) {
-    const std::string_view name = imagePath.substr(imagePath.find_last_of("\\/:") + 1);
-    return mapName("IMAGE-TO-DRIVE--" + fileNamePart(cutAtCharacter(name, kMostNameBytes), kMostNameBytes), begin);
+    const std::string_view name = cutAtCharacter(fileNameOf(imagePath), kMostNameBytes);
+    return mapName("IMAGE-TO-DRIVE--" + fileNamePart(name, kMostNameBytes), begin);
 }
 
 std::string hashFileText(const DriveRecord& source, const Md5Digest& digest, const LocalMoment& moment) {

@@ -16,6 +16,11 @@ namespace torvane {
 /// "<folder>\MD5-HASH--<model>.<number>.txt"
 [[nodiscard]] std::string hashFileName(std::string_view folder, std::string_view model, std::int32_t number);
 
+/// The same of an image that was made as "<folder>\<model>.<number>.img"; whatever its name ends with takes the place
+/// of
+/// ".img".
+[[nodiscard]] std::string hashFileOfImage(std::string_view imagePath);
+
 /// "<folder>\ACQUISITION--<model>.<number>.txt"
 [[nodiscard]] std::string acquisitionFileName(std::string_view folder, std::string_view model, std::int32_t number);
 

@@ -65,6 +65,17 @@ TEST_F(ReplacedFile, IsMadeWhereNoneWas) {
     EXPECT_EQ(readFile(kFile), "new");
 }
 
+TEST_F(ReplacedFile, OfTheUsersChoiceLeavesOthersAlone) {
+    writeFile(kNewFile, "the user's");
+    writeFile("Some.db.1.new", "the user's, too");
+    EXPECT_EQ(replaceForeignFile(kFile, bytes("new")), FileSaving::kDone);
+    EXPECT_EQ(readFile(kFile), "new");
+    EXPECT_EQ(readFile(kNewFile), "the user's");
+    EXPECT_EQ(readFile("Some.db.1.new"), "the user's, too");
+    EXPECT_FALSE(fs::exists("Some.db.2.new"));
+    EXPECT_EQ(replaceForeignFile("no folder\\Some.db", bytes("new")), FileSaving::kNotMade);
+}
+
 TEST_F(ReplacedFile, ThatOnlyMayBeMadeStaysWhereItExists) {
     EXPECT_EQ(makeWholeFile(kFile, bytes("new")), FileSaving::kNotPlaced);
     expectOld();
@@ -179,6 +190,24 @@ TEST_F(ReplacedFile, StaysWhileOthersHaveItOpen) {
     ASSERT_TRUE(held);
     EXPECT_EQ(replaceFile(kFile, bytes("new")), FileSaving::kNotPlaced);
     expectOld();
+}
+
+UniqueFile heldForAMoment;
+BOOL WINAPI moveAndLetGo(LPCWSTR from, LPCWSTR to, DWORD flags) {
+    const BOOL moved = realMove(from, to, flags);
+    const DWORD error = GetLastError();
+    heldForAMoment.reset();
+    SetLastError(error);
+    return moved;
+}
+
+TEST_F(ReplacedFile, IsReplacedOnceOthersLetItGo) {
+    const ImportPatched move(__imp_MoveFileExW, &moveAndLetGo);
+    realMove = move.original();
+    heldForAMoment.reset(CreateFileA(kFile, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(heldForAMoment);
+    EXPECT_EQ(replaceFile(kFile, bytes("new")), FileSaving::kDone);
+    EXPECT_EQ(readFile(kFile), "new");
 }
 
 TEST_F(ReplacedFile, StaysWhenItIsReadOnly) {

@@ -1,3 +1,4 @@
+#include "base/file_name_part.h"
 #include "copy/engine/digest_text.h"
 #include "copy/jobs/hash_files.h"
 #include "tests/fuzz/fuzz_input.h"

@@ -1,3 +1,4 @@
+#include "base/file_name_part.h"
 #include "copy/engine/digest_text.h"
 #include "copy/jobs/hash_files.h"
 #include "copy/jobs/image_names.h"
@@ -65,6 +66,7 @@ TEST(Sha256File, LiesBesideItsImage) {
     EXPECT_EQ(fileNameOf("E:\\Images\\Model.41.img"), "Model.41.img");
     EXPECT_EQ(fileNameOf("E:\\Images/Model 7/Model.41.img"), "Model.41.img");
     EXPECT_EQ(fileNameOf("Model.41.img"), "Model.41.img");
+    EXPECT_EQ(fileNameOf("E:Model.41.img"), "Model.41.img");
 }
 
 TEST(Sha256File, IsOneLineInBinaryMode) {
