@@ -43,9 +43,12 @@ bool CopyDialog::onInitialise() {
     CopyDialog::layOut();
     centreOnOwner();
     setUpTrack();
-    if (const HWND place = control(IDC_COPY_FOLDER); place != nullptr) {
-        imagePlaceTip_.attach(place, controlText(place));
+    for (const int id : {IDC_COPY_FOLDER, IDC_COPY_IMAGE_PATH}) {
+        if (const HWND place = control(id); place != nullptr) {
+            imagePlaceTip_.attach(place, controlText(place));
+        }
     }
+    progressTip_.attach(control(IDC_COPY_LOSSES), progressText_);
     jobDisplay().attach(window());
     SetTimer(window(), kProgressTimer, kProgressMilliseconds, nullptr);
     return true;
@@ -91,6 +94,7 @@ void CopyDialog::drawProgress() {
     progressText_ = now.text;
     progressBad_ = now.bad; // asked for as the text is drawn
     setWindowText(control(IDC_COPY_LOSSES), progressText_);
+    progressTip_.setText(progressText_); // where it is longer than its field
 }
 
 void CopyDialog::drawImagePlace() {

@@ -67,6 +67,7 @@ class CopyDialog : public Dialog {
     const CopyDialogLook& look_;
     UniqueBrush background_;
     ToolTip imagePlaceTip_;
+    ToolTip progressTip_;
     std::string progressText_; ///< as it stands beside the status line
     bool progressBad_ = false; ///< it tells of losses
     TaskBarProgress taskBarProgress_;

@@ -30,6 +30,9 @@ class BlockSink {
 
     /// After `flush`: the places that were stored and may not be on the medium (`FlushBehind::doubtful`).
     [[nodiscard]] virtual const std::vector<BlockExtent>& doubtful() const = 0;
+
+    /// Between two blocks: the places that were stored and may not be on the medium yet (`FlushBehind::unconfirmed`).
+    [[nodiscard]] virtual std::vector<BlockExtent> unconfirmed() const = 0;
 };
 
 /// Blocks of a drive; each that fails is counted on its record, and so is a failed flush.
@@ -40,6 +43,7 @@ class DriveSink : public BlockSink {
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
     TransferOutcome flush(UnflushedBlocks rest) override;
     const std::vector<BlockExtent>& doubtful() const override { return flushing_.doubtful(); }
+    std::vector<BlockExtent> unconfirmed() const override { return flushing_.unconfirmed(); }
 
     /// Something was to be stored, and the drive was still there the last time that it was told to do anything.
     [[nodiscard]] bool mayHoldNewTable() const { return used_ && !gone_; }
@@ -68,6 +72,7 @@ class ImageSink : public BlockSink {
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
     TransferOutcome flush(UnflushedBlocks rest) override { return flushing_->finish(rest); }
     const std::vector<BlockExtent>& doubtful() const override { return flushing_ ? flushing_->doubtful() : doubtful_; }
+    std::vector<BlockExtent> unconfirmed() const override { return flushing_ ? flushing_->unconfirmed() : doubtful_; }
 
   private:
     std::unique_ptr<ImageFile> image_;
@@ -88,6 +93,7 @@ class HashingSink : public BlockSink {
     TransferOutcome store(const BlockExtent& extent, std::span<const std::byte> bytes) override;
     TransferOutcome flush(UnflushedBlocks rest) override { return inner_.flush(rest); }
     const std::vector<BlockExtent>& doubtful() const override { return inner_.doubtful(); }
+    std::vector<BlockExtent> unconfirmed() const override { return inner_.unconfirmed(); }
 
     /// False once a block could not be added to the digest.
     [[nodiscard]] bool hashedAll() const { return hashedAll_; }

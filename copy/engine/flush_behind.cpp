@@ -48,6 +48,16 @@ TransferOutcome FlushBehind::finish(UnflushedBlocks rest) {
     return worst_;
 }
 
+std::vector<BlockExtent> FlushBehind::unconfirmed() const {
+    std::vector<BlockExtent> places = doubtful_;
+    for (const std::optional<BlockExtent>& place : {flushingPlace_, waitingPlace_}) {
+        if (place) {
+            places.push_back(*place);
+        }
+    }
+    return places;
+}
+
 void FlushBehind::begin() {
     awaitFlush();
     waiting_ = 0;

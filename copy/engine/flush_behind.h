@@ -46,6 +46,9 @@ class FlushBehind {
     /// device has gone before it. What was left to the system is not among them.
     [[nodiscard]] const std::vector<BlockExtent>& doubtful() const { return doubtful_; }
 
+    /// At any time: the places that were stored and of which it is not known, or not yet, that they are on the medium.
+    [[nodiscard]] std::vector<BlockExtent> unconfirmed() const;
+
   private:
     void begin();
     void awaitFlush();

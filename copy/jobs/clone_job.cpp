@@ -98,7 +98,7 @@ std::uint32_t runClone(const CopyJob& job, const CloneWay& way, JobAccount& acco
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, account);
         // A failed write is counted, nothing more: the clone goes on.
-        storeBlock(sink, forDestination(block, range), account);
+        storeBlock(job, sink, forDestination(block, range), account);
         return true;
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = way.badBlockExplosionMilliseconds};

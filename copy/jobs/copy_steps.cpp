@@ -48,7 +48,7 @@ void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, Jo
                [&](const std::string& text) { job.system.logError(text); });
 }
 
-bool storeBlock(BlockSink& sink, const Block& block, JobAccount& account) {
+bool storeBlock(const CopyJob& job, BlockSink& sink, const Block& block, JobAccount& account) {
     const bool stored = sink.store(block.extent, block.bytes) == TransferOutcome::kWhole;
     JobLosses& losses = account.losses;
     losses.failedWrites += stored ? 0 : 1;
@@ -58,6 +58,7 @@ bool storeBlock(BlockSink& sink, const Block& block, JobAccount& account) {
         account.map.mark(block.extent.offset, bytesUpTo(account.copiedBytes, block.extent),
                          block.outcome == TransferOutcome::kWhole ? RangeStatus::kFinished : RangeStatus::kNonTrimmed);
     }
+    saveEvidenceMeanwhile(job, account, sink);
     return stored;
 }
 

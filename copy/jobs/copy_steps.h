@@ -29,9 +29,9 @@ void clearTrack(RaceTrackState& track, std::int32_t carX, std::int32_t carY);
 /// could not be reached the block keeps the bytes of the block before it.
 void settleBlock(const CopyJob& job, DriveRecord& source, const Block& block, JobAccount& account);
 
-/// Stores the block, and adds to the account how that went; its bytes are none of those that no block took along. True
-/// when it was stored whole.
-bool storeBlock(BlockSink& sink, const Block& block, JobAccount& account);
+/// Stores the block, and adds to the account how that went; its bytes are none of those that no block took along. From
+/// time to time the job's files tell how far it has come. True when it was stored whole.
+bool storeBlock(const CopyJob& job, BlockSink& sink, const Block& block, JobAccount& account);
 
 /// What a job that reads a drive does about the limit of unreadable blocks.
 struct BadBlockRule {

@@ -1,3 +1,4 @@
+#include "base/file_name_part.h"
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/destination_steps.h"
 #include "copy/jobs/hash_errors.h"
@@ -97,7 +98,7 @@ void stopUnhashed(const CopyJob& job, ForensicImage& image, DigestKind kind, Job
 // A SHA-256 that fails ends the image as an MD5 does: who has asked for it wants no image without.
 void storeAndHash(const CopyJob& job, ForensicImage& image, DigestingSink& sink, const Block& block,
                   JobAccount& account) {
-    if (!storeBlock(sink.whole(), block, account)) {
+    if (!storeBlock(job, sink.whole(), block, account)) {
         stopUnwritten(job, image, ImageLoss::kNotWritten);
     }
     for (const DigestKind kind : {DigestKind::kMd5, DigestKind::kSha256}) {

@@ -44,7 +44,7 @@ std::uint32_t imageToFile(const CopyJob& job, JobAccount& account) {
 
     const auto copyBlock = [&](const Block& block) {
         settleBlock(job, source, block, account);
-        return storeBlock(image, block, account);
+        return storeBlock(job, image, block, account);
     };
     const BadBlockRule rule{.source = &source, .explosionMilliseconds = kExplosionMilliseconds};
     RunEnd end = RunEnd::kLeftEarly;

@@ -108,7 +108,7 @@ std::uint32_t imageToDrive(const CopyJob& job, JobAccount& account) {
             ++losses.unreadableBlocks;
             return false;
         }
-        storeBlock(sink, forDestination(block, range), account);
+        storeBlock(job, sink, forDestination(block, range), account);
         return true;
     };
     // The source is a file: there is no limit of unreadable blocks, the first one ends the job.

@@ -108,12 +108,28 @@ void showUnderWay(const CopyJob& job, JobAccount& account) {
 
 void saveEvidence(const CopyJob& job, JobAccount& account) {
     JobEvidence& evidence = account.evidence;
+    if (evidence.map.path.empty()) {
+        return;
+    }
     if (!evidence.recordFile.path.empty()) {
         saveRecord(job, account);
     }
-    if (!evidence.map.path.empty()) {
-        save(job, evidence.map, mapText(job, account));
+    save(job, evidence.map, mapText(job, account));
+}
+
+void saveEvidenceMeanwhile(const CopyJob& job, JobAccount& account, const BlockSink& sink) {
+    const std::int64_t now = job.system.tick();
+    std::int64_t& savedAt = account.evidence.savedAt.emplace(account.evidence.savedAt.value_or(now));
+    if (now - savedAt < kMillisecondsBetweenEvidence) {
+        return;
     }
+    savedAt = now;
+    const SourceMap reached = account.map;
+    for (const BlockExtent& place : sink.unconfirmed()) {
+        account.map.mark(place.offset, place.length, RangeStatus::kNonTried);
+    }
+    saveEvidence(job, account);
+    account.map = reached;
 }
 
 void beginVerification(const CopyJob& job, JobAccount& account) {

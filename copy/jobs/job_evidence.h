@@ -1,9 +1,11 @@
 #pragma once
 
+#include "copy/engine/block_sink.h"
 #include "copy/evidence/acquisition_record.h"
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/image_number.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,7 +28,8 @@ struct EvidenceFile {
 struct JobEvidence {
     EvidenceFile map;
     EvidenceFile recordFile;
-    AcquisitionRecord record; ///< what of it does not stand in the job's account
+    std::optional<std::int64_t> savedAt; ///< between two blocks, or the first one's end; milliseconds of the tick count
+    AcquisitionRecord record;            ///< what of it does not stand in the job's account
 };
 
 /// Makes record and map beside the image, which was just created. The image counts as not started.
@@ -40,6 +43,11 @@ void showUnderWay(const CopyJob& job, JobAccount& account);
 
 /// Brings the files up to date with the account.
 void saveEvidence(const CopyJob& job, JobAccount& account);
+
+/// The same between two blocks, every few minutes: what a crash or a power failure leaves then tells what is on the
+/// medium, and what may not have come as far counts as missing.
+void saveEvidenceMeanwhile(const CopyJob& job, JobAccount& account, const BlockSink& sink);
+inline constexpr std::int64_t kMillisecondsBetweenEvidence = 180000;
 
 /// The verification of the image begins, and has ended: "verified". The record tells it, the first end that it is told.
 void beginVerification(const CopyJob& job, JobAccount& account);

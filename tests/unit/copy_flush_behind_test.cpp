@@ -41,6 +41,17 @@ TEST_F(FlushBehindTest, NothingIsFlushedWhereNothingWasStored) {
     EXPECT_EQ(flushes_, 0U);
 }
 
+TEST_F(FlushBehindTest, WhatNobodyHasWaitedForIsUnconfirmed) {
+    EXPECT_TRUE(flushing_.unconfirmed().empty());
+    store(kBlocksBetweenFlushes);
+    const BlockExtent first{.offset = 0, .length = 100 * kBlocksBetweenFlushes};
+    EXPECT_EQ(flushing_.unconfirmed(), std::vector{first}) << "its flush may be under way";
+    store(1);
+    EXPECT_EQ(flushing_.unconfirmed(), (std::vector{first, BlockExtent{.offset = first.length, .length = 100}}));
+    store(kBlocksBetweenFlushes - 1);
+    EXPECT_EQ(flushing_.unconfirmed(), (std::vector{BlockExtent{.offset = first.length, .length = first.length}}));
+}
+
 TEST_F(FlushBehindTest, FlushesAsItGoesAndTheRestAtTheEnd) {
     store(2 * kBlocksBetweenFlushes + 1);
     EXPECT_EQ(flushing_.finish(UnflushedBlocks::kFlush), kWhole);

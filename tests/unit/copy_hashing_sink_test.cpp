@@ -31,6 +31,7 @@ class RecordingSink : public BlockSink {
 
     TransferOutcome flush(UnflushedBlocks) override { return flushOutcome; }
     const std::vector<BlockExtent>& doubtful() const override { return doubts; }
+    std::vector<BlockExtent> unconfirmed() const override { return doubts; }
 
     TransferOutcome outcome = TransferOutcome::kWhole;
     TransferOutcome flushOutcome = TransferOutcome::kWhole;

@@ -315,11 +315,11 @@ class ScriptMaker {
             script_.stopNumber = eleventhBadRead();
         }
         // In the narrow gap between the last full block's own test and the remainder: the clock is looked at once
-        // before the first block and once after each.
+        // before the first block, and twice for each: when it was stored, and when it is shown.
         const auto fullBlocks = static_cast<std::uint64_t>(script_.sourceBytes) / script_.blockSize;
         if (script_.job == ScriptedJob::kForensicImage && fullBlocks > 0 && chance(4)) {
             script_.stopAt = StopAt::kTick;
-            script_.stopNumber = fullBlocks;
+            script_.stopNumber = 2 * fullBlocks;
             script_.imageChangesMeanwhile = chance(2);
         }
     }

@@ -397,6 +397,24 @@ class SequentialModel {
         if (unflushed_ == 4) {
             flush(where);
         }
+        saveFilesMeanwhile();
+    }
+    /// Every three minutes; what nobody has waited for to be on the medium counts as missing in these.
+    void saveFilesMeanwhile() {
+        const std::int64_t now = world_.tick();
+        savedAt_ = savedAt_ != 0 ? savedAt_ : now;
+        if (now - savedAt_ < 180000) {
+            return;
+        }
+        savedAt_ = now;
+        const std::string reached = copied_;
+        for (const auto* places : {&doubtful_, &flushing_, &cached_}) {
+            for (const auto& [from, to] : *places) {
+                mark(copied_, from, to, '?');
+            }
+        }
+        saveFiles();
+        copied_ = reached;
     }
     void flush(const std::string& where) {
         unflushed_ = 0;
@@ -408,7 +426,7 @@ class SequentialModel {
             doubtful_.insert(doubtful_.end(), cached_.begin(), cached_.end());
         }
         lastFlushFailed_ = !done.ok;
-        cached_.clear();
+        flushing_ = std::exchange(cached_, {});
     }
     /// A flush may still be under way while the next blocks are stored; one that fails may lose these, too.
     void doubtWhatWasStoredBesideAFailure() {
@@ -1605,6 +1623,8 @@ class SequentialModel {
     bool lastWhole_ = true;                                       ///< the last block read
     std::vector<std::pair<std::uint64_t, std::uint64_t>> cached_; ///< places stored since the last flush
     std::vector<std::pair<std::uint64_t, std::uint64_t>> doubtful_;
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> flushing_; ///< places stored before the last flush
+    std::int64_t savedAt_ = 0;    ///< when the files were written, or the first block stored; milliseconds, 0: not yet
     bool readingStopped_ = false; ///< of a finished image
     bool lastFlushFailed_ = false;
     std::string mapName_;
