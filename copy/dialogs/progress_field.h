@@ -1,7 +1,7 @@
 #pragma once
 
+#include "copy/engine/run_meter.h"
 #include "copy/jobs/run_figures.h"
-#include "copy/jobs/run_meter.h"
 
 #include <cstdint>
 #include <mutex>

@@ -9,6 +9,7 @@ SourceMap::SourceMap(std::uint64_t size) : size_(size) {
     if (size != 0) {
         ranges_[0] = RangeStatus::kNonTried;
         bytes_[RangeStatus::kNonTried] = size;
+        starts_[RangeStatus::kNonTried] = {0};
     }
 }
 
@@ -21,9 +22,11 @@ void SourceMap::mark(std::uint64_t offset, std::uint64_t length, RangeStatus sta
     const auto behind = splitAt(offset + within);
     for (auto range = first; range != behind; ++range) {
         bytes_[range->second] -= endOf(range) - range->first;
+        starts_[range->second].erase(range->first);
     }
     ranges_.erase(std::next(first), behind);
     first->second = status;
+    starts_[status].insert(offset);
     bytes_[status] += within;
     mergeWithNext(first);
     if (first != ranges_.begin()) {
@@ -49,6 +52,42 @@ std::uint64_t SourceMap::bytes(RangeStatus status) const {
     return found == bytes_.end() ? 0 : found->second;
 }
 
+MappedRange SourceMap::rangeAt(std::uint64_t offset) const {
+    const auto range = std::prev(ranges_.upper_bound(offset));
+    return {.offset = range->first, .length = endOf(range) - range->first, .status = range->second};
+}
+
+std::optional<MappedRange> SourceMap::next(RangeStatus status, std::uint64_t from) const {
+    if (from < size_ && statusAt(from) == status) {
+        const MappedRange holding = rangeAt(from);
+        return MappedRange{.offset = from, .length = holding.offset + holding.length - from, .status = status};
+    }
+    const Starts* starts = startsOf(status);
+    const auto first = starts == nullptr ? Starts::const_iterator() : starts->lower_bound(from);
+    return starts == nullptr || first == starts->end() ? std::nullopt : std::optional(rangeAt(*first));
+}
+
+std::optional<MappedRange> SourceMap::previous(RangeStatus status, std::uint64_t end) const {
+    const Starts* starts = startsOf(status);
+    const auto behind = starts == nullptr ? Starts::const_iterator() : starts->lower_bound(end);
+    if (starts == nullptr || behind == starts->begin()) {
+        return std::nullopt;
+    }
+    MappedRange last = rangeAt(*std::prev(behind));
+    last.length = std::min(last.length, end - last.offset);
+    return last;
+}
+
+std::size_t SourceMap::count(RangeStatus status) const {
+    const Starts* starts = startsOf(status);
+    return starts == nullptr ? 0 : starts->size();
+}
+
+const SourceMap::Starts* SourceMap::startsOf(RangeStatus status) const {
+    const auto found = starts_.find(status);
+    return found == starts_.end() ? nullptr : &found->second;
+}
+
 std::uint64_t SourceMap::endOf(Ranges::const_iterator range) const {
     const auto next = std::next(range);
     return next == ranges_.end() ? size_ : next->first;
@@ -61,12 +100,17 @@ SourceMap::Ranges::iterator SourceMap::splitAt(std::uint64_t offset) {
         return behind;
     }
     const auto holding = std::prev(behind);
-    return holding->first == offset ? holding : ranges_.emplace_hint(behind, offset, holding->second);
+    if (holding->first == offset) {
+        return holding;
+    }
+    starts_[holding->second].insert(offset);
+    return ranges_.emplace_hint(behind, offset, holding->second);
 }
 
 void SourceMap::mergeWithNext(Ranges::iterator range) {
     const auto next = std::next(range);
     if (next != ranges_.end() && next->second == range->second) {
+        starts_[next->second].erase(next->first);
         ranges_.erase(next);
     }
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
+#include <set>
 #include <vector>
 
 namespace torvane {
@@ -42,16 +45,30 @@ class SourceMap {
     [[nodiscard]] std::vector<MappedRange> ranges() const;
     [[nodiscard]] std::uint64_t bytes(RangeStatus status) const;
 
+    // These take the logarithm of the number of ranges.
+
+    /// The range that a place within the source lies in.
+    [[nodiscard]] MappedRange rangeAt(std::uint64_t offset) const;
+    /// What lies at or behind `from` of the first range of that status that reaches there.
+    [[nodiscard]] std::optional<MappedRange> next(RangeStatus status, std::uint64_t from) const;
+    /// What lies before `end` of the last range of that status that reaches there.
+    [[nodiscard]] std::optional<MappedRange> previous(RangeStatus status, std::uint64_t end) const;
+    [[nodiscard]] std::size_t count(RangeStatus status) const;
+
   private:
     using Ranges = std::map<std::uint64_t, RangeStatus>; ///< by their first byte; each ends where the next one begins
 
+    using Starts = std::set<std::uint64_t>;
+
     [[nodiscard]] std::uint64_t endOf(Ranges::const_iterator range) const;
+    [[nodiscard]] const Starts* startsOf(RangeStatus status) const;
     Ranges::iterator splitAt(std::uint64_t offset);
     void mergeWithNext(Ranges::iterator range);
 
     std::uint64_t size_;
     Ranges ranges_;
     std::map<RangeStatus, std::uint64_t> bytes_;
+    std::map<RangeStatus, Starts> starts_; ///< the first bytes of the ranges of each status
 };
 
 } // namespace torvane

@@ -1,4 +1,4 @@
-#include "copy/jobs/run_meter.h"
+#include "copy/engine/run_meter.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,0 +1,143 @@
+#include "copy/rescue/rescue_picture.h"
+
+#include <algorithm>
+
+namespace torvane {
+
+namespace {
+
+using Shares = std::array<std::uint64_t, kRescueShadeCount>; // bytes of each shade
+using Heights = std::array<int, kRescueShadeCount>;          // pixels of each shade
+
+RescueShade shadeOf(RangeStatus status) {
+    switch (status) {
+    case RangeStatus::kFinished:
+        return RescueShade::kRead;
+    case RangeStatus::kBad:
+        return RescueShade::kBad;
+    case RangeStatus::kNonTrimmed:
+    case RangeStatus::kNonScraped:
+        return RescueShade::kMissing;
+    case RangeStatus::kNonTried:
+        break;
+    }
+    return RescueShade::kUntried;
+}
+
+/// Which bytes of a source a column stands for: no product of them overflows.
+class Columns {
+  public:
+    Columns(std::uint64_t size, int count)
+        : whole_(size / static_cast<unsigned>(count)), rest_(size % static_cast<unsigned>(count)),
+          count_(static_cast<unsigned>(count)) {}
+
+    [[nodiscard]] std::uint64_t begin(int column) const {
+        const auto number = static_cast<unsigned>(column);
+        return whole_ * number + rest_ * number / count_;
+    }
+
+    /// The column that holds a byte within the source.
+    [[nodiscard]] int holding(std::uint64_t place) const {
+        const std::uint64_t guess = whole_ == 0 ? count_ - 1 : std::min<std::uint64_t>(place / whole_, count_ - 1);
+        auto column = static_cast<int>(guess);
+        while (column > 0 && begin(column) > place) {
+            --column;
+        }
+        return column;
+    }
+
+  private:
+    std::uint64_t whole_;
+    std::uint64_t rest_;
+    std::uint64_t count_;
+};
+
+std::vector<Shares> sharesOf(const SourceMap& map, const Columns& columns, int width) {
+    std::vector<Shares> shares(static_cast<std::size_t>(width));
+    int column = 0;
+    for (const MappedRange& range : map.ranges()) {
+        const std::uint64_t end = range.offset + range.length;
+        const auto shade = static_cast<std::size_t>(shadeOf(range.status));
+        for (std::uint64_t at = range.offset; at < end;) {
+            while (columns.begin(column + 1) <= at) {
+                ++column;
+            }
+            const std::uint64_t here = std::min(end, columns.begin(column + 1));
+            shares[static_cast<std::size_t>(column)][shade] += here - at;
+            at = here;
+        }
+    }
+    return shares;
+}
+
+/// Everything that is there has a pixel; the rest goes by the shares, and what rounding leaves goes to the largest.
+Heights heightsOf(const Shares& shares, int height) {
+    Heights heights{};
+    std::uint64_t sum = 0;
+    int left = height;
+    for (std::size_t shade = 0; shade < shares.size(); ++shade) {
+        sum += shares[shade];
+        heights[shade] = shares[shade] == 0 ? 0 : 1;
+        left -= heights[shade];
+    }
+    int given = 0;
+    for (std::size_t shade = 0; shade < shares.size(); ++shade) {
+        const double part = static_cast<double>(shares[shade]) / static_cast<double>(sum);
+        const int more = std::min(static_cast<int>(part * left), left - given);
+        heights[shade] += more;
+        given += more;
+    }
+    const auto largest = std::ranges::max_element(shares) - shares.begin();
+    heights[static_cast<std::size_t>(largest)] += left - given;
+    return heights;
+}
+
+/// Adds a column to the right: it widens bars that are alike beside it.
+void addColumn(std::vector<RescueBar>& bars, std::size_t& lastColumn, const Heights& heights, int left) {
+    std::vector<RescueBar> column;
+    column.reserve(heights.size());
+    int top = 0;
+    for (std::size_t shade = 0; shade < heights.size(); ++shade) {
+        if (heights[shade] != 0) {
+            column.push_back({.left = left,
+                              .top = top,
+                              .width = 1,
+                              .height = heights[shade],
+                              .shade = static_cast<RescueShade>(shade)});
+        }
+        top += heights[shade];
+    }
+    const auto alike = [](const RescueBar& one, const RescueBar& other) {
+        return one.shade == other.shade && one.height == other.height;
+    };
+    const auto last = bars.begin() + static_cast<std::ptrdiff_t>(lastColumn);
+    if (std::equal(last, bars.end(), column.begin(), column.end(), alike)) {
+        std::for_each(last, bars.end(), [](RescueBar& bar) { ++bar.width; });
+    } else {
+        lastColumn = bars.size();
+        bars.insert(bars.end(), column.begin(), column.end());
+    }
+}
+
+} // namespace
+
+RescuePicture layOutRescuePicture(const SourceMap& map, std::uint64_t place, int width, int height) {
+    RescuePicture picture;
+    if (width < 1 || height < static_cast<int>(kRescueShadeCount) || map.size() == 0) {
+        return picture;
+    }
+    const Columns columns(map.size(), width);
+    std::size_t lastColumn = 0;
+    int left = 0;
+    Heights heights{};
+    for (const Shares& shares : sharesOf(map, columns, width)) {
+        // A drive of fewer bytes than columns: a column without a byte looks like the one before it.
+        const bool any = std::ranges::any_of(shares, [](std::uint64_t bytes) { return bytes != 0; });
+        heights = any ? heightsOf(shares, height) : heights;
+        addColumn(picture.bars, lastColumn, heights, left++);
+    }
+    picture.now = columns.holding(std::min(place, map.size() - 1));
+    return picture;
+}
+
+} // namespace torvane
