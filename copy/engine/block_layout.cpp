@@ -34,8 +34,12 @@ BlockExtent BlockOrder::extent(std::uint64_t index) const {
 
 void fillWithUnreadableMarker(std::span<std::byte> block) {
     const auto marker = std::as_bytes(std::span(kUnreadableMarker));
-    for (; block.size() >= marker.size(); block = block.subspan(marker.size())) {
-        std::copy(marker.begin(), marker.end(), block.begin());
+    const std::size_t whole = block.size() - block.size() % marker.size();
+    // What is filled is copied behind itself, so that the copies become long ones.
+    for (std::size_t filled = 0; filled < whole;) {
+        const std::span<const std::byte> filling = filled == 0 ? marker : block.first(std::min(filled, whole - filled));
+        std::copy(filling.begin(), filling.end(), block.begin() + static_cast<std::ptrdiff_t>(filled));
+        filled += filling.size();
     }
 }
 

@@ -5,11 +5,31 @@
 
 namespace torvane {
 
+namespace {
+
+std::size_t indexOf(RangeStatus status) {
+    switch (status) {
+    case RangeStatus::kNonTried:
+        return 0;
+    case RangeStatus::kNonTrimmed:
+        return 1;
+    case RangeStatus::kNonScraped:
+        return 2;
+    case RangeStatus::kBad:
+        return 3;
+    case RangeStatus::kFinished:
+        break;
+    }
+    return 4;
+}
+
+} // namespace
+
 SourceMap::SourceMap(std::uint64_t size) : size_(size) {
     if (size != 0) {
         ranges_[0] = RangeStatus::kNonTried;
-        bytes_[RangeStatus::kNonTried] = size;
-        starts_[RangeStatus::kNonTried] = {0};
+        bytes_[indexOf(RangeStatus::kNonTried)] = size;
+        starts_[indexOf(RangeStatus::kNonTried)] = {0};
     }
 }
 
@@ -21,13 +41,13 @@ void SourceMap::mark(std::uint64_t offset, std::uint64_t length, RangeStatus sta
     const auto first = splitAt(offset);
     const auto behind = splitAt(offset + within);
     for (auto range = first; range != behind; ++range) {
-        bytes_[range->second] -= endOf(range) - range->first;
-        starts_[range->second].erase(range->first);
+        bytes_[indexOf(range->second)] -= endOf(range) - range->first;
+        starts_[indexOf(range->second)].erase(range->first);
     }
     ranges_.erase(std::next(first), behind);
     first->second = status;
-    starts_[status].insert(offset);
-    bytes_[status] += within;
+    starts_[indexOf(status)].insert(offset);
+    bytes_[indexOf(status)] += within;
     mergeWithNext(first);
     if (first != ranges_.begin()) {
         mergeWithNext(std::prev(first));
@@ -48,8 +68,7 @@ std::vector<MappedRange> SourceMap::ranges() const {
 }
 
 std::uint64_t SourceMap::bytes(RangeStatus status) const {
-    const auto found = bytes_.find(status);
-    return found == bytes_.end() ? 0 : found->second;
+    return bytes_[indexOf(status)];
 }
 
 MappedRange SourceMap::rangeAt(std::uint64_t offset) const {
@@ -62,15 +81,15 @@ std::optional<MappedRange> SourceMap::next(RangeStatus status, std::uint64_t fro
         const MappedRange holding = rangeAt(from);
         return MappedRange{.offset = from, .length = holding.offset + holding.length - from, .status = status};
     }
-    const Starts* starts = startsOf(status);
-    const auto first = starts == nullptr ? Starts::const_iterator() : starts->lower_bound(from);
-    return starts == nullptr || first == starts->end() ? std::nullopt : std::optional(rangeAt(*first));
+    const Starts& starts = starts_[indexOf(status)];
+    const auto first = starts.lower_bound(from);
+    return first == starts.end() ? std::nullopt : std::optional(rangeAt(*first));
 }
 
 std::optional<MappedRange> SourceMap::previous(RangeStatus status, std::uint64_t end) const {
-    const Starts* starts = startsOf(status);
-    const auto behind = starts == nullptr ? Starts::const_iterator() : starts->lower_bound(end);
-    if (starts == nullptr || behind == starts->begin()) {
+    const Starts& starts = starts_[indexOf(status)];
+    const auto behind = starts.lower_bound(end);
+    if (behind == starts.begin()) {
         return std::nullopt;
     }
     MappedRange last = rangeAt(*std::prev(behind));
@@ -79,13 +98,7 @@ std::optional<MappedRange> SourceMap::previous(RangeStatus status, std::uint64_t
 }
 
 std::size_t SourceMap::count(RangeStatus status) const {
-    const Starts* starts = startsOf(status);
-    return starts == nullptr ? 0 : starts->size();
-}
-
-const SourceMap::Starts* SourceMap::startsOf(RangeStatus status) const {
-    const auto found = starts_.find(status);
-    return found == starts_.end() ? nullptr : &found->second;
+    return starts_[indexOf(status)].size();
 }
 
 std::uint64_t SourceMap::endOf(Ranges::const_iterator range) const {
@@ -103,14 +116,14 @@ SourceMap::Ranges::iterator SourceMap::splitAt(std::uint64_t offset) {
     if (holding->first == offset) {
         return holding;
     }
-    starts_[holding->second].insert(offset);
+    starts_[indexOf(holding->second)].insert(offset);
     return ranges_.emplace_hint(behind, offset, holding->second);
 }
 
 void SourceMap::mergeWithNext(Ranges::iterator range) {
     const auto next = std::next(range);
     if (next != ranges_.end() && next->second == range->second) {
-        starts_[next->second].erase(next->first);
+        starts_[indexOf(next->second)].erase(next->first);
         ranges_.erase(next);
     }
 }

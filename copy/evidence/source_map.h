@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -59,16 +60,16 @@ class SourceMap {
     using Ranges = std::map<std::uint64_t, RangeStatus>; ///< by their first byte; each ends where the next one begins
 
     using Starts = std::set<std::uint64_t>;
+    static constexpr std::size_t kStatusCount = 5;
 
     [[nodiscard]] std::uint64_t endOf(Ranges::const_iterator range) const;
-    [[nodiscard]] const Starts* startsOf(RangeStatus status) const;
     Ranges::iterator splitAt(std::uint64_t offset);
     void mergeWithNext(Ranges::iterator range);
 
     std::uint64_t size_;
     Ranges ranges_;
-    std::map<RangeStatus, std::uint64_t> bytes_;
-    std::map<RangeStatus, Starts> starts_; ///< the first bytes of the ranges of each status
+    std::array<std::uint64_t, kStatusCount> bytes_{};
+    std::array<Starts, kStatusCount> starts_; ///< the first bytes of the ranges of each status
 };
 
 } // namespace torvane

@@ -6,9 +6,9 @@ namespace torvane {
 
 namespace {
 
-constexpr std::int64_t kJudgedAfter = 1000;         // milliseconds of reading
-constexpr std::uint64_t kKnownAfter = 8ULL << 20;   // bytes: no drive is known by less
-constexpr std::uint64_t kSlowPart = 10;             // of the usual rate
+constexpr std::int64_t kJudgedAfter = 1000;       // milliseconds of reading
+constexpr std::uint64_t kKnownAfter = 8ULL << 20; // bytes: no drive is known by less
+constexpr std::uint64_t kSlowPart = 10;           // of the usual rate
 
 } // namespace
 
@@ -34,9 +34,9 @@ void RescuePace::moveAway() {
 
 /// Compares bytes/time in floating point: no product of the two overflows there.
 bool RescuePace::isSlow() const {
-    return usualBytes_ >= kKnownAfter && static_cast<double>(hereBytes_) * static_cast<double>(kSlowPart) *
-                                                 static_cast<double>(usualMilliseconds_) <
-                                             static_cast<double>(usualBytes_) * static_cast<double>(hereMilliseconds_);
+    return usualBytes_ >= kKnownAfter &&
+           static_cast<double>(hereBytes_) * static_cast<double>(kSlowPart) * static_cast<double>(usualMilliseconds_) <
+               static_cast<double>(usualBytes_) * static_cast<double>(hereMilliseconds_);
 }
 
 } // namespace torvane

@@ -24,7 +24,7 @@ RescueShade shadeOf(RangeStatus status) {
     return RescueShade::kUntried;
 }
 
-/// Which bytes of a source a column stands for: no product of them overflows.
+/// Which bytes of a source a column stands for: at least one each. No product of them overflows.
 class Columns {
   public:
     Columns(std::uint64_t size, int count)
@@ -38,8 +38,7 @@ class Columns {
 
     /// The column that holds a byte within the source.
     [[nodiscard]] int holding(std::uint64_t place) const {
-        const std::uint64_t guess = whole_ == 0 ? count_ - 1 : std::min<std::uint64_t>(place / whole_, count_ - 1);
-        auto column = static_cast<int>(guess);
+        auto column = static_cast<int>(std::min(place / whole_, count_ - 1));
         while (column > 0 && begin(column) > place) {
             --column;
         }
@@ -123,18 +122,14 @@ void addColumn(std::vector<RescueBar>& bars, std::size_t& lastColumn, const Heig
 
 RescuePicture layOutRescuePicture(const SourceMap& map, std::uint64_t place, int width, int height) {
     RescuePicture picture;
-    if (width < 1 || height < static_cast<int>(kRescueShadeCount) || map.size() == 0) {
+    if (width < 1 || height < static_cast<int>(kRescueShadeCount) || map.size() < static_cast<unsigned>(width)) {
         return picture;
     }
     const Columns columns(map.size(), width);
     std::size_t lastColumn = 0;
     int left = 0;
-    Heights heights{};
     for (const Shares& shares : sharesOf(map, columns, width)) {
-        // A drive of fewer bytes than columns: a column without a byte looks like the one before it.
-        const bool any = std::ranges::any_of(shares, [](std::uint64_t bytes) { return bytes != 0; });
-        heights = any ? heightsOf(shares, height) : heights;
-        addColumn(picture.bars, lastColumn, heights, left++);
+        addColumn(picture.bars, lastColumn, heightsOf(shares, height), left++);
     }
     picture.now = columns.holding(std::min(place, map.size() - 1));
     return picture;

@@ -59,8 +59,9 @@ struct RescuePicture {
     bool operator==(const RescuePicture&) const = default;
 };
 
-/// The picture of a map and of the place that was read last, in bytes. The strip has at least one column and as many
-/// rows as there are shades, otherwise it is empty. Takes the number of ranges and of columns.
+/// The picture of a map and of the place that was read last, in bytes. Empty for a
+/// strip without columns or with fewer rows than shades, and for a source of fewer bytes than columns. Takes the number
+/// of ranges and of columns.
 [[nodiscard]] RescuePicture layOutRescuePicture(const SourceMap& map, std::uint64_t place, int width, int height);
 
 } // namespace torvane

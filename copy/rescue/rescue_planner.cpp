@@ -52,15 +52,23 @@ void RescuePlanner::startOver() {
 /// Passes of copying and retrying go on where they were; trimming and scraping know by the map what is left.
 void RescuePlanner::resumeAt(const MapStatus& place) {
     const bool copying = map_.bytes(RangeStatus::kNonTried) != 0;
-    const bool retrying = !copying && map_.bytes(RangeStatus::kNonTrimmed) == 0 && map_.bytes(RangeStatus::kNonScraped) == 0;
+    const bool retrying =
+        !copying && map_.bytes(RangeStatus::kNonTrimmed) == 0 && map_.bytes(RangeStatus::kNonScraped) == 0;
     if (copying && place.phase == '?' && place.pass <= kLastCopyingPass) {
         enter(RangeStatus::kNonTried, place.pass);
-        position_ = std::min(place.position, map_.size());
+        standAt(place.position);
         putOff_ = true; // nobody has told
     } else if (retrying && place.phase == '-' && place.pass <= options_.retryPasses) {
         enter(RangeStatus::kBad, place.pass);
-        position_ = std::min(place.position, map_.size());
+        standAt(place.position);
     }
+}
+
+/// No sector is begun in its middle, whatever a map tells.
+void RescuePlanner::standAt(std::uint64_t place) {
+    const std::uint64_t within = std::min(place, map_.size());
+    const std::uint64_t begin = within - within % options_.sectorSize;
+    position_ = isForwards() || begin == within ? begin : std::min(begin + options_.sectorSize, map_.size());
 }
 
 std::optional<RescueStep> RescuePlanner::next() {
@@ -191,27 +199,17 @@ void RescuePlanner::enter(RangeStatus phase, unsigned pass) {
 
 /// To the next pass or phase. Where nothing of a phase is left, the next call comes at once.
 void RescuePlanner::goOn() {
-    switch (phase_) {
-    case RangeStatus::kNonTried:
-        if (map_.bytes(RangeStatus::kNonTried) == 0) {
-            enter(RangeStatus::kNonTrimmed, 1);
-        } else {
-            const bool last = pass_ >= kLastCopyingPass || (pass_ == kDelimitingPass && !putOff_);
-            enter(RangeStatus::kNonTried, last ? kLastCopyingPass : pass_ + 1);
-        }
-        break;
-    case RangeStatus::kNonTrimmed:
+    if (phase_ == RangeStatus::kNonTried && map_.bytes(RangeStatus::kNonTried) != 0) {
+        const bool last = pass_ >= kLastCopyingPass || (pass_ == kDelimitingPass && !putOff_);
+        enter(RangeStatus::kNonTried, last ? kLastCopyingPass : pass_ + 1);
+    } else if (phase_ == RangeStatus::kNonTried) {
+        enter(RangeStatus::kNonTrimmed, 1);
+    } else if (phase_ == RangeStatus::kNonTrimmed) {
         enter(RangeStatus::kNonScraped, 1);
-        break;
-    case RangeStatus::kNonScraped:
-    case RangeStatus::kBad: {
+    } else {
         const unsigned pass = phase_ == RangeStatus::kBad ? pass_ + 1 : 1;
         const bool again = pass <= options_.retryPasses && map_.bytes(RangeStatus::kBad) != 0;
         enter(again ? RangeStatus::kBad : RangeStatus::kFinished, again ? pass : 1);
-        break;
-    }
-    case RangeStatus::kFinished:
-        break;
     }
 }
 
@@ -221,7 +219,8 @@ void RescuePlanner::moveBeyond(const RescueStep& step) {
 
 /// Away from a bad place, and next time twice as far.
 void RescuePlanner::jump(std::uint64_t& skip) {
-    position_ = isForwards() ? position_ + std::min(skip, map_.size() - position_) : position_ - std::min(skip, position_);
+    position_ =
+        isForwards() ? position_ + std::min(skip, map_.size() - position_) : position_ - std::min(skip, position_);
     skip = std::min(skip * 2, longestSkip_);
     pace_.moveAway();
 }

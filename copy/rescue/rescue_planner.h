@@ -28,7 +28,7 @@ struct RescueOrigin {
     bool fromRescue = false;
 
     /// Where a rescue in the same direction has stopped, of which the map is.
-    std::optional<MapStatus> place;
+    std::optional<MapStatus> place = std::nullopt;
 };
 
 /// What is to be read next.
@@ -56,9 +56,10 @@ struct RescueStep {
 /// follows, double the length of the next one up to 1 MiB: the midst of a dead area costs few reads until its sectors
 /// have their turn. A step takes the logarithm of the number of ranges; nothing depends on the source's size.
 ///
-/// A range of non-trimmed bytes larger than the longest read, in a map of which no rescue has told, comes of a copy job,
-/// which gives a block up whole (`kCopyBlockSize`): nobody knows what in it can be read, so it counts as untried. In a
-/// foreign rescue's map the like is the midst of a dead area, and costs one larger read for each 128 sectors or more.
+/// A range of non-trimmed bytes larger than the longest read, in a map of which no rescue has told, comes of a copy
+/// job, which gives a block up whole (`kCopyBlockSize`): nobody knows what in it can be read, so it counts as untried.
+/// In a foreign rescue's map the like is the midst of a dead area, and costs one larger read for each 128 sectors or
+/// more.
 class RescuePlanner {
   public:
     /// Keeps the map and marks it as the reads end.
@@ -92,6 +93,7 @@ class RescuePlanner {
     void enter(RangeStatus phase, unsigned pass);
     void goOn();
     void resumeAt(const MapStatus& place);
+    void standAt(std::uint64_t place);
     void moveBeyond(const RescueStep& step);
     void jump(std::uint64_t& skip);
     void leaveArea();
@@ -103,14 +105,15 @@ class RescuePlanner {
 
     RangeStatus phase_ = RangeStatus::kNonTried; ///< finished: all is done
     unsigned pass_ = 1;
-    std::uint64_t position_ = 0;     ///< of copying and retrying: where the pass goes on, or its end when it comes from behind
-    std::uint64_t firstSkip_ = 0;    ///< bytes of the first jump in a row
-    std::uint64_t longestSkip_ = 0;  ///< bytes
-    std::uint64_t failureSkip_ = 0;  ///< bytes of the next jump away from a failed read
-    std::uint64_t slowSkip_ = 0;     ///< bytes of the next jump away from a slow area
-    unsigned failuresInRow_ = 0;     ///< of the last copying pass
-    std::uint64_t longest_ = 0;      ///< bytes of that pass's next read
-    bool putOff_ = true;             ///< slow areas may have been left for passes 3 and 4
+    std::uint64_t position_ =
+        0; ///< of copying and retrying: where the pass goes on, or its end when it comes from behind
+    std::uint64_t firstSkip_ = 0;   ///< bytes of the first jump in a row
+    std::uint64_t longestSkip_ = 0; ///< bytes
+    std::uint64_t failureSkip_ = 0; ///< bytes of the next jump away from a failed read
+    std::uint64_t slowSkip_ = 0;    ///< bytes of the next jump away from a slow area
+    unsigned failuresInRow_ = 0;    ///< of the last copying pass
+    std::uint64_t longest_ = 0;     ///< bytes of that pass's next read
+    bool putOff_ = true;            ///< slow areas may have been left for passes 3 and 4
 };
 
 } // namespace torvane

@@ -35,11 +35,10 @@ class Rescue {
     Rescue(SourceMap& map, const RescueOptions& options, const RescueOrigin& origin, RescueSource& source,
            RescueTarget& target, RescueWatch& watch, std::span<std::byte> buffer)
         : map_(map), sectorSize_(options.sectorSize), planner_(map, options, origin),
-          markersMissing_(!origin.fromRescue), source_(source), target_(target), watch_(watch), buffer_(buffer.first(kLongestRescueRead)),
-          marker_(buffer.subspan(kLongestRescueRead, kRescueRead)),
+          markersMissing_(!origin.fromRescue), source_(source), target_(target), watch_(watch),
+          buffer_(buffer.first(kLongestRescueRead)), marker_(buffer.subspan(kLongestRescueRead, kRescueRead)),
           meter_(watch.now()), rescuedBefore_(map.bytes(RangeStatus::kFinished)), lastSave_(watch.now()),
           lastGood_(lastSave_) {
-        std::ranges::fill(marker_, std::byte{0});
         fillWithUnreadableMarker(marker_);
     }
 

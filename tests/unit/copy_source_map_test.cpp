@@ -73,6 +73,30 @@ TEST(SourceMap, LeavesOutWhatLiesBehindItsEnd) {
     EXPECT_EQ(inWords(map), "0?90 90+5 95*5");
 }
 
+std::optional<MappedRange> nextByLooking(const std::vector<MappedRange>& ranges, RangeStatus status,
+                                         std::uint64_t from) {
+    for (const MappedRange& range : ranges) {
+        const std::uint64_t end = range.offset + range.length;
+        if (range.status == status && end > from) {
+            const std::uint64_t begin = std::max(range.offset, from);
+            return MappedRange{.offset = begin, .length = end - begin, .status = status};
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<MappedRange> previousByLooking(const std::vector<MappedRange>& ranges, RangeStatus status,
+                                             std::uint64_t end) {
+    std::optional<MappedRange> last;
+    for (const MappedRange& range : ranges) {
+        if (range.status == status && range.offset < end) {
+            last = range;
+            last->length = std::min(range.length, end - range.offset);
+        }
+    }
+    return last;
+}
+
 TEST(SourceMap, AgreesWithAStatusForEachByte) {
     std::mt19937_64 random(7);
     const std::vector<RangeStatus> statuses{kNonTried, kNonTrimmed, RangeStatus::kNonScraped, RangeStatus::kBad,
@@ -98,7 +122,12 @@ TEST(SourceMap, AgreesWithAStatusForEachByte) {
             before = &range;
         }
         ASSERT_EQ(told, bytes);
+        const std::uint64_t place = random() % (kSize + 2);
         for (const RangeStatus each : statuses) {
+            ASSERT_EQ(map.next(each, place), nextByLooking(ranges, each, place));
+            ASSERT_EQ(map.previous(each, place), previousByLooking(ranges, each, place));
+            ASSERT_EQ(map.count(each),
+                      static_cast<std::size_t>(std::ranges::count(ranges, each, &MappedRange::status)));
             ASSERT_EQ(map.bytes(each), static_cast<std::uint64_t>(std::count(bytes.begin(), bytes.end(), each)));
         }
     }
@@ -124,6 +153,13 @@ TEST(SourceMap, TellsTheStatusOfAPlace) {
     EXPECT_EQ(map.statusAt(29), RangeStatus::kFinished);
     EXPECT_EQ(map.statusAt(30), RangeStatus::kNonTried);
     EXPECT_EQ(map.statusAt(100), RangeStatus::kNonTried) << "behind the source";
+}
+
+TEST(SourceMap, TellsTheRangeOfAPlace) {
+    SourceMap map(100);
+    map.mark(20, 10, kFinished);
+    EXPECT_EQ(map.rangeAt(25), (MappedRange{.offset = 20, .length = 10, .status = kFinished}));
+    EXPECT_EQ(map.rangeAt(99), (MappedRange{.offset = 30, .length = 70, .status = kNonTried}));
 }
 
 } // namespace
