@@ -35,8 +35,9 @@ bool forgetBlocks(SourceMap& map) {
 } // namespace
 
 RescuePlanner::RescuePlanner(SourceMap& map, const RescueOptions& options, const RescueOrigin& origin)
-    : map_(map), options_(options), firstSkip_(upTo(std::max(map.size() / kFirstSkipPart, kRescueRead), kRescueRead)),
-      longestSkip_(std::max(upTo(map.size() / kLongestSkipPart, kRescueRead), firstSkip_)) {
+    : map_(map), options_(options),
+      firstSkip_(std::max(upTo(map.size() / kFirstSkipPart, options.sectorSize), kRescueRead)),
+      longestSkip_(std::max(upTo(map.size() / kLongestSkipPart, options.sectorSize), firstSkip_)) {
     const bool forgotten = !origin.fromRescue && forgetBlocks(map_);
     startOver();
     if (origin.place && !forgotten) {

@@ -11,7 +11,8 @@ using enum RescueShade;
 
 TEST(RescuePicture, OfAnUntriedDriveIsOneBar) {
     const RescuePicture picture = layOutRescuePicture(SourceMap(1000), 0, 50, 20);
-    EXPECT_EQ(picture.bars, (std::vector<RescueBar>{{.left = 0, .top = 0, .width = 50, .height = 20, .shade = kUntried}}));
+    EXPECT_EQ(picture.bars,
+              (std::vector<RescueBar>{{.left = 0, .top = 0, .width = 50, .height = 20, .shade = kUntried}}));
     EXPECT_EQ(picture.now, 0);
 }
 
@@ -35,9 +36,10 @@ TEST(RescuePicture, EachShadeIsAsHighAsItsShare) {
     map.mark(500, 100, RangeStatus::kNonTrimmed);
     map.mark(600, 100, RangeStatus::kNonScraped);
     const RescuePicture picture = layOutRescuePicture(map, 999, 1, 102);
-    EXPECT_EQ(picture.bars, (std::vector<RescueBar>{{.left = 0, .top = 0, .width = 1, .height = 52, .shade = kRead},
-                                                    {.left = 0, .top = 52, .width = 1, .height = 30, .shade = kUntried},
-                                                    {.left = 0, .top = 82, .width = 1, .height = 20, .shade = kMissing}}));
+    EXPECT_EQ(picture.bars,
+              (std::vector<RescueBar>{{.left = 0, .top = 0, .width = 1, .height = 52, .shade = kRead},
+                                      {.left = 0, .top = 52, .width = 1, .height = 30, .shade = kUntried},
+                                      {.left = 0, .top = 82, .width = 1, .height = 20, .shade = kMissing}}));
 }
 
 TEST(RescuePicture, CoversTheStripWhateverTheNumbers) {

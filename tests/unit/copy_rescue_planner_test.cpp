@@ -205,9 +205,9 @@ TEST(RescuePlanner, StaysSmoothOnALargeDriveWithManyBadPlaces) {
     SourceMap map(kSize);
     map.mark(0, kSize, RangeStatus::kFinished);
     for (std::uint64_t i = 0; i < kRanges; ++i) {
-        map.mark(kSize / kRanges * i / 4096 * 4096, 2 * 4096, i % 2 == 0 ? RangeStatus::kNonTried : RangeStatus::kBad);
+        map.mark(kSize / kRanges * i / 4096 * 4096, 2 * 4096, i % 8 == 0 ? RangeStatus::kNonTried : RangeStatus::kBad);
     }
-    RescuePlanner planner(map, {.sectorSize = 4096, .retryPasses = 1}, {.fromRescue = true});
+    RescuePlanner planner(map, {.sectorSize = 4096}, {.fromRescue = true});
     const auto begun = std::chrono::steady_clock::now();
     std::uint64_t reads = 0;
     while (const auto step = planner.next()) {
@@ -218,9 +218,9 @@ TEST(RescuePlanner, StaysSmoothOnALargeDriveWithManyBadPlaces) {
             planner.hasRead(*step, 1);
         }
     }
-    EXPECT_GE(reads, kRanges);
-    EXPECT_LE(reads, 8 * kRanges);
-    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(60)) << reads << " reads";
+    EXPECT_GE(reads, kRanges / 8);
+    EXPECT_LE(reads, kRanges / 2);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(20)) << reads << " reads";
 }
 
 } // namespace

@@ -59,7 +59,8 @@ class SimulatedRescue : public RescueSource, public RescueTarget, public RescueW
     };
 
     explicit SimulatedRescue(DriveModel model)
-        : drive(std::move(model)), held_(drive.failures.size()), settled_(drive.failures.size()), buffer_(kRescueBuffer) {}
+        : drive(std::move(model)), held_(drive.failures.size()), settled_(drive.failures.size()),
+          buffer_(kRescueBuffer) {}
 
     SourceAnswer read(std::uint64_t offset, std::span<std::byte> bytes) override {
         const std::size_t first = offset / drive.sectorSize;
@@ -248,9 +249,11 @@ class SimulatedRescue : public RescueSource, public RescueTarget, public RescueW
     void judge(const SourceMap& map) {
         for (const MappedRange& range : map.ranges()) {
             const std::span<const Held> held = sectorsOf(held_, range);
-            if (range.status == RangeStatus::kFinished && !std::ranges::all_of(held, [](Held each) { return each == Held::kData; })) {
+            if (range.status == RangeStatus::kFinished &&
+                !std::ranges::all_of(held, [](Held each) { return each == Held::kData; })) {
                 fault("saved as finished and not there", range.offset / drive.sectorSize);
-            } else if (range.status != RangeStatus::kNonTried && std::ranges::find(held, Held::kNothing) != held.end()) {
+            } else if (range.status != RangeStatus::kNonTried &&
+                       std::ranges::find(held, Held::kNothing) != held.end()) {
                 fault("saved as failed without a marker", range.offset / drive.sectorSize);
             }
         }
