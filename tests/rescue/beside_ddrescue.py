@@ -188,7 +188,7 @@ def compare(programs, kind):
 
 def hand_over(programs, kind):
     """What one has begun the other finishes, wherever it was stopped, and reads nothing that is finished."""
-    for seed in range(DRIVES_EACH // 2):
+    for seed in range(DRIVES_EACH // 4):
         chance = random.Random(f"{kind.__name__} {seed}")
         drive = kind(chance)
         with tempfile.TemporaryDirectory() as place:

@@ -28,8 +28,8 @@
 namespace {
 
 constexpr std::uint64_t kSector = 512;
-constexpr std::int64_t kFailure = 1'000'000;   // microseconds
-constexpr std::int64_t kRequest = 100;         // microseconds
+constexpr std::int64_t kFailure = 1'000'000; // microseconds
+constexpr std::int64_t kRequest = 100;       // microseconds
 constexpr std::int64_t kBytesPerMicrosecond = 100;
 constexpr std::int64_t kSlowFactor = 100;
 constexpr unsigned kAlways = 255;
@@ -65,7 +65,7 @@ class Drive {
     }
 
     [[nodiscard]] bool is(int descriptor) const {
-        struct stat64 file{};
+        struct stat64 file {};
         return fstat64(descriptor, &file) == 0 && file.st_dev == file_.st_dev && file.st_ino == file_.st_ino;
     }
 
@@ -74,13 +74,15 @@ class Drive {
         const std::uint64_t first = offset / kSector;
         const std::uint64_t end = (offset + length + kSector - 1) / kSector;
         bool good = true;
-        for (auto failing = failures_.lower_bound(first); failing != failures_.end() && failing->first < end; ++failing) {
+        for (auto failing = failures_.lower_bound(first); failing != failures_.end() && failing->first < end;
+             ++failing) {
             good = good && failing->second == 0;
             failing->second -= failing->second != 0 && failing->second != kAlways ? 1 : 0;
         }
         const auto slow = slow_.lower_bound(first);
         const bool isSlow = slow != slow_.end() && slow->first < end;
-        const std::int64_t moving = static_cast<std::int64_t>(length) / kBytesPerMicrosecond * (isSlow ? kSlowFactor : 1);
+        const std::int64_t moving =
+            static_cast<std::int64_t>(length) / kBytesPerMicrosecond * (isSlow ? kSlowFactor : 1);
         const std::int64_t took = kRequest + (good ? moving : kFailure);
         microseconds_ += took;
         std::fprintf(log_, "%lu %lu %d %ld\n", offset, length, good ? 1 : 0, took);
@@ -94,7 +96,7 @@ class Drive {
     [[nodiscard]] std::int64_t microseconds() const { return microseconds_; }
 
   private:
-    struct stat64 file_{};
+    struct stat64 file_ {};
     std::FILE* log_;
     std::uint64_t left_ = 0; ///< reads until the program is stopped
     std::map<std::uint64_t, unsigned> failures_;
@@ -113,7 +115,12 @@ Drive& drive() {
 
 extern "C" {
 
-ssize_t read(int descriptor, void* buffer, size_t length) {
+// In the place of the C library's functions, by their names.
+ssize_t readOfAny(int descriptor, void* buffer, size_t length) __asm__("read");
+std::time_t timeOfDrive(std::time_t* told) __asm__("time");
+std::int64_t failingDriveMilliseconds();
+
+ssize_t readOfAny(int descriptor, void* buffer, size_t length) {
     bool good = true;
     // What is read for the drive's own sake goes by.
     static thread_local bool within = false;
@@ -139,7 +146,7 @@ ssize_t read(int descriptor, void* buffer, size_t length) {
     return syscall(SYS_read, descriptor, buffer, length);
 }
 
-std::time_t time(std::time_t* told) {
+std::time_t timeOfDrive(std::time_t* told) {
     const std::lock_guard lock(guard);
     const std::time_t now = drive().microseconds() / 1'000'000;
     if (told != nullptr) {

@@ -48,7 +48,7 @@ class Files : public RescueSource, public RescueTarget, public RescueWatch {
     [[nodiscard]] bool isOpen() const { return source_ >= 0 && target_ >= 0 && milliseconds_ != nullptr; }
 
     [[nodiscard]] std::uint64_t size() const {
-        struct stat64 file{};
+        struct stat64 file {};
         return fstat64(source_, &file) == 0 ? static_cast<std::uint64_t>(file.st_size) : 0;
     }
 

@@ -57,7 +57,7 @@ void slowDown(DriveModel& drive, Chance& chance) {
 }
 
 DriveModel randomDrive(Chance& chance) {
-    const std::uint64_t sectorSize = chance.once(8) ? 512 : 4096;
+    const std::uint64_t sectorSize = chance.once(12) ? 512 : 4096;
     const std::uint64_t large = sectorSize == 4096 && chance.once(20) ? 8 : 1;
     const std::uint64_t cutOff = chance.once(4) ? 100 : 0; // of the last sector
     DriveModel drive(8 * kMegabyte * large - chance.below(3) * sectorSize - cutOff, sectorSize);
@@ -153,13 +153,13 @@ RescueOptions randomOptions(const DriveModel& drive, Chance& chance) {
             .fromEnd = chance.once(3)};
 }
 
-class RescueProperty : public testing::TestWithParam<int> {};
+class RescueProperty : public testing::TestWithParam<std::uint64_t> {};
 
-constexpr int kDrivesEach = 125;
+constexpr std::uint64_t kDrivesEach = 125;
 
 TEST_P(RescueProperty, EveryInterruptionComesToTheSameEnd) {
-    for (int i = 0; i < kDrivesEach; ++i) {
-        const auto seed = static_cast<std::uint64_t>(GetParam() * kDrivesEach + i);
+    for (std::uint64_t i = 0; i < kDrivesEach; ++i) {
+        const std::uint64_t seed = GetParam() * kDrivesEach + i;
         SCOPED_TRACE(testing::Message() << "seed " << seed);
         Chance chance(seed);
         const DriveModel drive = randomDrive(chance);
@@ -227,7 +227,7 @@ TEST(RescueGoesOn, WithAnyMap) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Drives, RescueProperty, testing::Range(0, 8));
+INSTANTIATE_TEST_SUITE_P(Drives, RescueProperty, testing::Range<std::uint64_t>(0, 8));
 
 } // namespace
 } // namespace torvane
