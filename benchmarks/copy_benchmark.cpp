@@ -131,6 +131,7 @@ class NoDisplay : public JobDisplay {
     void setImagePlace(std::string_view) override {}
     void callUser(bool) override {}
     void showDigests(const Digests&, const Digests&) override {}
+    void showRescue(const RescueShown&) override {}
     void repaint() override {}
     void repaintTrack(const TrackArea&) override {}
     void startExplosionTimer(int) override {}

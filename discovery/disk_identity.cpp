@@ -1,5 +1,6 @@
 #include "discovery/disk_identity.h"
 
+#include "base/ascii.h"
 #include "base/bytes.h"
 #include "discovery/controller_identity.h"
 #include "discovery/device_request.h"
@@ -156,6 +157,23 @@ bool isStillTheProbedDisk(const DriveRecord& drive) {
 
 bool isStillTheProbedSource(const DriveRecord& drive) {
     return isStillTheProbed(drive, Use::kSource);
+}
+
+bool isTheProbedDiskAgain(const DriveRecord& drive, NativeHandle device) {
+    DriveRecord found = drive;
+    found.handle = device;
+    // Before its table, which a drive may have to be spun up for.
+    if (!hasTheProbedSize(found) || !isTheProbedDevice(found, Use::kSource)) {
+        return false;
+    }
+    const std::optional<PartitionTable> table = drive.partitionTable.get();
+    // A serial number counts that was just compared, with the rest of the descriptor.
+    const std::optional<StorageDeviceTexts>& descriptor = drive.device.descriptor;
+    const bool isNamed =
+        descriptor && descriptor->serialNumber && !withoutBlanksAround(*descriptor->serialNumber).empty();
+    const FoundAgain again = table ? findAgain(table, readPartitionTable(device)) : FoundAgain::kNotTold;
+    const bool hasNamedTable = again == FoundAgain::kSame && namesItsDisk(*table);
+    return again != FoundAgain::kOther && (isNamed || hasNamedTable);
 }
 
 void rememberMediaChanges(DriveRecord& drive) {

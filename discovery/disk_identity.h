@@ -27,6 +27,11 @@ namespace torvane {
 /// resets of a failing drive raise it as well; and a number that its driver never tells is not compared.
 [[nodiscard]] bool isStillTheProbedSource(const DriveRecord& drive);
 
+/// True when the handle reaches the disk that was probed as `drive`, and no disk that may be another one: plugged in
+/// again it may have another number and counts its media changes anew. Size, descriptor and, where it was told, the
+/// partition table have to agree; a disk that has told neither a serial number nor a name in its table is nobody's.
+[[nodiscard]] bool isTheProbedDiskAgain(const DriveRecord& drive, NativeHandle device);
+
 /// The scan's part, after the last request that it sends to a probed drive: keeps the count of media changes, as far as
 /// the drive tells it.
 void rememberMediaChanges(DriveRecord& drive);

@@ -13,6 +13,7 @@ enum class JobKind : std::uint8_t {
     kImage,
     kForensicImage,
     kImageToDrive,
+    kRescue,      ///< of a failing drive, into an image or onto another drive
     kVerifyImage, ///< of an image of some day, with its digests
     kDiskChange,  ///< read-only attribute set or cleared, disk cleaned
     kMounting,    ///< automatic mounting enabled or disabled

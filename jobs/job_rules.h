@@ -26,8 +26,8 @@ struct JobRule {
 };
 
 /// Copies and changes of a disk: one at a time.
-inline constexpr JobKinds kDriveJobs{JobKind::kClone, JobKind::kImage, JobKind::kForensicImage, JobKind::kImageToDrive,
-                                     JobKind::kDiskChange};
+inline constexpr JobKinds kDriveJobs{JobKind::kClone,        JobKind::kImage,  JobKind::kForensicImage,
+                                     JobKind::kImageToDrive, JobKind::kRescue, JobKind::kDiskChange};
 inline constexpr JobKinds kReadTests{JobKind::kShortTest, JobKind::kCriticalTest, JobKind::kNistTest};
 
 /// The drive jobs, and the verification of an image: it reads a file alone, but shows itself where the copies do, and
@@ -48,6 +48,7 @@ inline constexpr std::array<JobRule, kJobKinds> kJobRules{{
     {JobKind::kImage,         JobFlag::kWhenRaised, false, kScanAlone | kOneAtATime,  true,  true,  false},
     {JobKind::kForensicImage, JobFlag::kWhenRaised, false, kScanAlone | kOneAtATime,  true,  true,  false},
     {JobKind::kImageToDrive,  JobFlag::kWhenRaised, true,  kScanAlone | kOneAtATime,  true,  true,  false},
+    {JobKind::kRescue,        JobFlag::kWhenRaised, true,  kScanAlone | kOneAtATime,  true,  true,  false},
     {JobKind::kVerifyImage,   JobFlag::kWhenRaised, true,  kScanAlone | kOneAtATime,  false, true,  false},
     {JobKind::kDiskChange,    JobFlag::kFromBegin,  true,  kScanAlone | kRecordUsers, true,  false, false},
     {JobKind::kMounting,      JobFlag::kUnlessHeld, false, kNobody,                   false, false, false},

@@ -26,6 +26,7 @@
 #define IDD_READ_TEST 177
 #define IDD_CASE_INFORMATION 1300
 #define IDD_VERIFY_IMAGE 1339
+#define IDD_RESCUE 1345
 
 // Texts and pictures that no code refers to
 #ifndef IDC_STATIC
@@ -36,6 +37,7 @@
 #define IDM_ABOUT 16
 #define IDM_EDIT_MESSAGES 32
 #define IDM_VERIFY_IMAGE 48
+#define IDM_RESCUE_TICKED 64
 
 // Commands of menus
 #define IDM_EXIT 32771
@@ -67,6 +69,7 @@
 #define IDM_COPY_LOG_ROWS 1342
 #define IDM_SELECT_LOG_ROWS 1343
 #define IDM_SAVE_LOG 1344
+#define IDM_RESCUE 1361
 
 // Buttons of the main window
 #define IDC_LOG_TOGGLE 1011
@@ -201,6 +204,20 @@
 #define IDC_START_VERIFICATION 1331
 #define IDC_TERMINATE_VERIFICATION 1332
 #define IDC_EXIT_VERIFICATION 1333
+
+// IDD_RESCUE (the two radio buttons follow each other)
+#define IDC_RESCUE_INTO_IMAGE 1346
+#define IDC_RESCUE_ONTO_DRIVE 1347
+#define IDC_RESCUE_NEW_IMAGE 1348
+#define IDC_RESCUE_OLD_IMAGE 1349
+#define IDC_RESCUE_AMOUNTS 1350
+#define IDC_RESCUE_READS 1351
+#define IDC_RETRY_PASSES_LABEL 1352
+#define IDC_RETRY_PASSES 1353
+#define IDC_RESCUE_FROM_END 1354
+#define IDC_START_RESCUE 1355
+#define IDC_TERMINATE_RESCUE 1356
+#define IDC_EXIT_RESCUE 1357
 
 // Company information
 #define IDC_COMPANY_NAME 1010

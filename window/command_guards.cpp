@@ -59,6 +59,11 @@ DriveRecord* requireDriveToImageForensically(const AppState& state) {
                               "You may only choose one drive to image"});
 }
 
+DriveRecord* requireDriveToRescue(const AppState& state) {
+    return requireOneToImage(state, {"***** CHOOSE A DRIVE TO RESCUE *****", "Please tick the drive to rescue",
+                                     "Please tick only one drive to rescue"});
+}
+
 bool requireListedDrives(const AppState& state) {
     if (state.view->driveRowCount() > 0) {
         return true;

@@ -75,6 +75,7 @@ void MainDialog::watchJobs() {
 void MainDialog::addSystemMenuItems() {
     const HMENU menu = GetSystemMenu(window(), FALSE);
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
+    AppendMenuA(menu, MF_STRING, IDM_RESCUE_TICKED, "Rescue...");
     AppendMenuA(menu, MF_STRING, IDM_VERIFY_IMAGE, "Verify Image...");
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
     // These stay the last ones: users and their scripts know them there.
@@ -86,6 +87,7 @@ void MainDialog::addSystemMenuItems() {
 void MainDialog::updateSystemMenu() {
     const HMENU menu = GetSystemMenu(window(), FALSE);
     enableMenuItem(menu, IDM_EDIT_MESSAGES, !state_.jobs.active());
+    enableMenuItem(menu, IDM_RESCUE_TICKED, !state_.jobs.whyNot(JobKind::kRescue));
     enableMenuItem(menu, IDM_VERIFY_IMAGE, !state_.jobs.whyNot(JobKind::kVerifyImage));
 }
 

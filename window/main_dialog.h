@@ -111,6 +111,9 @@ class MainDialog : public Dialog {
     void onSaveLog();
     void onAbout();
     void onEditMessages();
+    void onRescue();
+    void onRescueTicked();
+    void rescue(DriveRecord* drive);
     void onVerifyImage();
 
     AppState& state_;

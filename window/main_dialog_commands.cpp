@@ -13,6 +13,7 @@
 #include "copy/dialogs/found_digests.h"
 #include "copy/dialogs/image_dialog.h"
 #include "copy/dialogs/image_to_drive_dialog.h"
+#include "copy/dialogs/rescue_dialog.h"
 #include "copy/dialogs/verify_image_dialog.h"
 #include "copy/dialogs/volume_space.h"
 #include "hex/hex_viewer_dialog.h"
@@ -82,6 +83,7 @@ bool MainDialog::onCommand(int id) {
         {IDM_SET_READ_ONLY, &MainDialog::onSetReadOnly},
         {IDM_CLEAR_READ_ONLY, &MainDialog::onClearReadOnly},
         {IDM_CLEAN_DISK, &MainDialog::onCleanDisk},
+        {IDM_RESCUE, &MainDialog::onRescue},
         {IDM_COPY_DRIVE_ROW, &MainDialog::onCopyDriveRow},
         {IDM_COPY_SERIAL_NUMBER, &MainDialog::onCopySerialNumber},
 
@@ -113,6 +115,9 @@ bool MainDialog::onSystemCommand(WPARAM id) {
         return true;
     case IDM_EDIT_MESSAGES:
         onEditMessages();
+        return true;
+    case IDM_RESCUE_TICKED:
+        onRescueTicked();
         return true;
     case IDM_VERIFY_IMAGE:
         onVerifyImage();
@@ -291,6 +296,20 @@ void MainDialog::onEditMessages() {
     }
     editMessages(state_.messages, window());
     InvalidateRect(window(), nullptr, TRUE);
+}
+
+void MainDialog::onRescue() {
+    rescue(driveList_.selectedDrive());
+}
+
+void MainDialog::onRescueTicked() {
+    rescue(requireDriveToRescue(state_));
+}
+
+void MainDialog::rescue(DriveRecord* drive) {
+    if (drive != nullptr && !lastDriveJobIsStillEnding(state_.jobs)) {
+        showRescueDialog(state_, *drive, window());
+    }
 }
 
 void MainDialog::onVerifyImage() {

@@ -14,6 +14,7 @@ struct ReasonOfKind {
 // Whose end would cost most comes first.
 constexpr std::array kReasons{
     ReasonOfKind{JobKind::kClone, "A drive is being cloned."},
+    ReasonOfKind{JobKind::kRescue, "A failing drive is being rescued."},
     ReasonOfKind{JobKind::kImageToDrive, "A drive is being written from an image."},
     ReasonOfKind{JobKind::kForensicImage, "A forensic image of a drive is being made or verified."},
     ReasonOfKind{JobKind::kImage, "An image of a drive is being made."},

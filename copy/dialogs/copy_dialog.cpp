@@ -115,6 +115,7 @@ void CopyDialog::callUser(bool good) {
 bool CopyDialog::onTimer(int id) {
     if (id == kProgressTimer) {
         drawProgress();
+        onRescueShown();
         return true;
     }
     if (id != kExplosionTimer) {
@@ -133,8 +134,26 @@ bool CopyDialog::onPaint() {
     const PaintDc paint(window());
     const POINT by = scrolledBy(window());
     SetViewportOrgEx(paint.get(), -by.x, -by.y, nullptr);
-    paintRaceTrack(paint.get(), look_.scene, state_.raceTrack, scale());
+    paintScene(paint.get());
     return true;
+}
+
+void CopyDialog::paintScene(HDC context) {
+    if (look_.scene) {
+        paintRaceTrack(context, *look_.scene, state_.raceTrack, scale());
+    }
+}
+
+std::optional<RescueShown> CopyDialog::shownRescue() {
+    return jobDisplay().rescue();
+}
+
+std::int64_t CopyDialog::shownRescueAge() {
+    return jobDisplay().rescueAge();
+}
+
+std::string CopyDialog::toldImagePlace() {
+    return jobDisplay().imagePlace();
 }
 
 HBRUSH CopyDialog::onControlColour(HDC context) {
@@ -160,6 +179,9 @@ std::optional<LRESULT> CopyDialog::onMessage(UINT message, WPARAM wParam, LPARAM
         return 0;
     case JobDisplayView::kImagePlaceMessage:
         drawImagePlace();
+        return 0;
+    case JobDisplayView::kRescueMessage:
+        onRescueShown();
         return 0;
     case JobDisplayView::kCallUserMessage:
         callUser(wParam != FALSE);

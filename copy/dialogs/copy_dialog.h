@@ -3,11 +3,13 @@
 #include "base/colours.h"
 #include "copy/dialogs/race_track_view.h"
 #include "copy/jobs/copy_order.h"
+#include "copy/jobs/rescue_shown.h"
 #include "copy/jobs/track.h"
 #include "ui/dialog.h"
 #include "ui/task_bar_button.h"
 #include "ui/tool_tip.h"
 
+#include <optional>
 #include <span>
 #include <string>
 
@@ -27,7 +29,7 @@ struct CopyDialogLook {
     const char* title;
     SIZE clientSize; ///< pixels at 96 to the inch, because the race track is drawn in pixels
     std::span<const ControlPlace> places;
-    TrackScene scene;
+    std::optional<TrackScene> scene; ///< none: the dialog paints something else
     std::int32_t carY;
     const char* terminateFirst; ///< why it cannot be left while its job runs
 };
@@ -43,6 +45,18 @@ class CopyDialog : public Dialog {
     [[nodiscard]] const CopyDialogLook& look() const { return look_; }
 
     void startJob(CopyOrder order);
+
+    /// How the rescue is that was shown last.
+    [[nodiscard]] static std::optional<RescueShown> shownRescue();
+    /// Milliseconds since then.
+    [[nodiscard]] static std::int64_t shownRescueAge();
+    /// It has changed, or a second has gone by.
+    virtual void onRescueShown() {}
+    /// The folder that an image goes into, or the image, as the last job told it.
+    [[nodiscard]] static std::string toldImagePlace();
+
+    /// Paints everything behind the controls: the race track of the look's scene.
+    virtual void paintScene(HDC context);
 
     void onTerminate();
     void onExit();

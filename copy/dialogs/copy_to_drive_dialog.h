@@ -25,6 +25,8 @@ class CopyToDriveDialog : public CopyDialog {
     /// Keeps IDC_COPY_DESTINATION_DRIVE, in a dialog that has it, at the drive that is ticked or selected.
     std::optional<LRESULT> onNotify(NMHDR& header) override;
 
+    [[nodiscard]] bool hasTickedDestination() const { return !destinations_.tickedDrives().empty(); }
+
     /// The one ticked destination, after the technician has agreed to its destruction. Null with the reason told when
     /// there is no such drive, or when the answer was no (the box then says `cancelled`). `sourceImage`: see
     /// `Destruction`.

@@ -28,6 +28,9 @@ void showDigest(HWND dialog, int digest, int verdict, const std::optional<Digest
 void JobDisplayView::attach(HWND dialog) {
     if (dialog != nullptr) {
         field_.setWords("", false);
+        const std::lock_guard lock(mutex_);
+        rescue_.reset();
+        imagePlace_.clear();
     }
     dialog_ = dialog;
 }
@@ -75,6 +78,25 @@ void JobDisplayView::showDigests(const Digests& known, const Digests& made) {
         showDigest(dialog, IDC_MADE_MD5, IDC_MD5_VERDICT, known.md5, made.md5);
         showDigest(dialog, IDC_MADE_SHA256, IDC_SHA256_VERDICT, known.sha256, made.sha256);
     }
+}
+
+std::optional<RescueShown> JobDisplayView::rescue() const {
+    const std::lock_guard lock(mutex_);
+    return rescue_;
+}
+
+std::int64_t JobDisplayView::rescueAge() const {
+    const std::lock_guard lock(mutex_);
+    return now() - rescueShownAt_;
+}
+
+void JobDisplayView::showRescue(const RescueShown& shown) {
+    {
+        const std::lock_guard lock(mutex_);
+        rescue_ = shown;
+        rescueShownAt_ = now();
+    }
+    post(kRescueMessage);
 }
 
 void JobDisplayView::repaint() {

@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace torvane {
@@ -24,6 +25,8 @@ class JobDisplayView : public JobDisplay {
     static constexpr UINT kImagePlaceMessage = WM_APP + 3;
     /// The user is to be called; wParam: whether all is well.
     static constexpr UINT kCallUserMessage = WM_APP + 4;
+    /// `rescue` has changed.
+    static constexpr UINT kRescueMessage = WM_APP + 5;
 
     /// From now on calls go to this dialog, which nobody has told anything yet; null: they are ignored. The status line
     /// is its control IDC_COPY_STATUS.
@@ -36,6 +39,11 @@ class JobDisplayView : public JobDisplay {
     /// The folder that an image goes into, or the image.
     [[nodiscard]] std::string imagePlace() const;
 
+    /// How the rescue is that was shown last in this dialog.
+    [[nodiscard]] std::optional<RescueShown> rescue() const;
+    /// Milliseconds since it was.
+    [[nodiscard]] std::int64_t rescueAge() const;
+
     void setStatus(std::string_view text) override;
     void setLosses(std::string_view text, bool bad) override;
     void showRun(const RunFigures& run) override;
@@ -43,6 +51,7 @@ class JobDisplayView : public JobDisplay {
     void setImagePlace(std::string_view path) override;
     void callUser(bool good) override;
     void showDigests(const Digests& known, const Digests& made) override;
+    void showRescue(const RescueShown& shown) override;
     void repaint() override;
     void repaintTrack(const TrackArea& area) override;
     void startExplosionTimer(int milliseconds) override;
@@ -54,8 +63,10 @@ class JobDisplayView : public JobDisplay {
 
     std::atomic<HWND> dialog_{nullptr};
     ProgressField field_;
-    mutable std::mutex mutex_; ///< for the place
+    mutable std::mutex mutex_; ///< for what follows
     std::string imagePlace_;
+    std::optional<RescueShown> rescue_;
+    std::int64_t rescueShownAt_ = 0;
 };
 
 } // namespace torvane

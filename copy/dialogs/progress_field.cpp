@@ -13,10 +13,10 @@ void ProgressField::setWords(std::string words, bool bad) {
 void ProgressField::showRun(const RunFigures& run, std::int64_t now) {
     const std::lock_guard lock(mutex_);
     if (!run_) {
-        run_.emplace(Run{.figures = {}, .meter = RunMeter(now)});
+        run_.emplace(Run{.figures = {}, .meter = RunMeter(now), .before = run.done});
     }
     run_->figures = run;
-    run_->meter.count(now, run.done);
+    run_->meter.count(now, run.done - run_->before);
 }
 
 void ProgressField::endRun() {

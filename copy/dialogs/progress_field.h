@@ -37,6 +37,7 @@ class ProgressField {
     struct Run {
         RunFigures figures;
         RunMeter meter;
+        std::uint64_t before = 0; ///< bytes that were done when it was shown first
     };
 
     mutable std::mutex mutex_; ///< for everything below

@@ -17,6 +17,8 @@
 
 namespace torvane {
 
+class RescueSystem;
+
 /// What a copy job works with.
 struct CopyJob {
     const CopyOrder& order;
@@ -27,6 +29,7 @@ struct CopyJob {
     JobDisplay& display;
     OpenImages& keptImages; ///< images that stay open until the program ends
     std::size_t blockSize = kCopyBlockSize;
+    RescueSystem* rescue = nullptr; ///< of a rescue alone
 };
 
 // The jobs, as they run on the calling thread. Each returns the thread's exit code: 1 after a normal end, 0 after an
@@ -38,6 +41,7 @@ struct CopyJob {
 [[nodiscard]] std::uint32_t runForensicImage(const CopyJob& job);
 [[nodiscard]] std::uint32_t runImageToDrive(const CopyJob& job);
 [[nodiscard]] std::uint32_t runVerifyImage(const CopyJob& job);
+[[nodiscard]] std::uint32_t runRescueJob(const CopyJob& job);
 
 /// Writes the hash file beside the image numbered `number`. One "ERROR" log row when it cannot be created.
 void WriteHashFile(const CopyJob& job, const DriveRecord& source, const Md5Digest& digest, std::int32_t number);

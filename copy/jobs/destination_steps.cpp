@@ -49,11 +49,6 @@ bool wantsItUncleaned(const CopyJob& job) {
     return job.system.askDefaultNo("***** DESTINATION NOT CLEANED *****", text.c_str());
 }
 
-bool areUnchanged(const CopyJob& job) {
-    return (job.order.source == nullptr || isSourceUnchanged(job)) &&
-           isDestinationUnchanged(job, "Nothing was written");
-}
-
 bool areUnchangedSinceClean(const CopyJob& job) {
     return (job.order.source == nullptr ||
             isSourceUnchanged(job, "The DESTINATION was cleaned before, nothing was written to it")) &&
@@ -80,7 +75,7 @@ bool clean(const CopyJob& job) {
     }
     // Whoever has asked the job to stop does not want it uncleaned either. The question may stay open for hours.
     return !job.claim.isRaised() ||
-           (isDestinationUnchanged(job, "Nothing was written") && wantsItUncleaned(job) && areUnchanged(job));
+           (isDestinationUnchanged(job, "Nothing was written") && wantsItUncleaned(job) && areDrivesUnchanged(job));
 }
 
 void tellMount(const CopyJob& job, const JobLosses& losses) {
@@ -111,8 +106,13 @@ bool isSourceUnchanged(const CopyJob& job, std::string_view untouched) {
     return false;
 }
 
+bool areDrivesUnchanged(const CopyJob& job) {
+    return (job.order.source == nullptr || isSourceUnchanged(job)) &&
+           isDestinationUnchanged(job, "Nothing was written");
+}
+
 Readiness prepareDestination(const CopyJob& job, const BlockOrder& order) {
-    if (job.claim.isRaised() && order.count() != 0 && !(areUnchanged(job) && clean(job))) {
+    if (job.claim.isRaised() && order.count() != 0 && !(areDrivesUnchanged(job) && clean(job))) {
         return Readiness::kRefused;
     }
     return job.claim.isRaised() ? Readiness::kReady : Readiness::kStopped;
@@ -127,14 +127,18 @@ bool wasMountedMeanwhile(const CopyJob& job, const DriveSink& sink) {
 }
 
 void adoptNewTable(const CopyJob& job, const DriveSink& sink) {
-    DriveRecord& destination = *job.order.destination;
     if (sink.mayHoldNewTable()) {
-        if (const std::optional<std::string> failure = job.system.readTableAnew(destination)) {
-            job.system.logError("Windows could not read the new partition table of " + jobDriveText(destination) +
-                                ": " + *failure + ". Plug the drive in anew");
-        }
+        showNewTableToSystem(job);
     }
-    job.system.rememberPartitionTable(destination);
+    job.system.rememberPartitionTable(*job.order.destination);
+}
+
+void showNewTableToSystem(const CopyJob& job) {
+    const DriveRecord& destination = *job.order.destination;
+    if (const std::optional<std::string> failure = job.system.readTableAnew(destination)) {
+        job.system.logError("Windows could not read the new partition table of " + jobDriveText(destination) + ": " +
+                            *failure + ". Plug the drive in anew");
+    }
 }
 
 std::uint32_t runOntoDrive(const CopyJob& job, const std::function<std::uint32_t(JobAccount&)>& run) {

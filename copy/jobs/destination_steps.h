@@ -28,6 +28,9 @@ enum class Readiness {
 /// sentence without its full stop, what was not done.
 [[nodiscard]] bool isSourceUnchanged(const CopyJob& job, std::string_view untouched = "Nothing was written");
 
+/// True while source, if the job has one, and destination are the drives that were loaded; a box tells which is not.
+[[nodiscard]] bool areDrivesUnchanged(const CopyJob& job);
+
 /// Asks both drives whether they are those that were loaded, wipes the destination's partition table, because the
 /// system refuses raw writes inside a mounted volume, and asks both once more: cleaning takes its time. The source
 /// comes first, so that one that has gone costs the destination nothing. Where there is no block to write, nothing is
@@ -46,6 +49,9 @@ enum class Readiness {
 /// that it shows what the drive holds, and the drive is known by it. A drive that has got nothing, or has gone, is not
 /// asked. One "ERROR" row when the system could not.
 void adoptNewTable(const CopyJob& job, const DriveSink& sink);
+
+/// The system is told to read the destination's new partition table. One "ERROR" row when it could not.
+void showNewTableToSystem(const CopyJob& job);
 
 /// Runs a job that writes to a drive as `runAccounted` does. When a volume was mounted on the drive in the middle of
 /// it, a box tells the user at its end what that has cost, and what helps.

@@ -10,15 +10,6 @@ namespace torvane {
 
 namespace {
 
-/// "512 MB", "1.5 GB", "100 bytes": in the largest unit that is not larger than the size itself.
-std::string sizeInWords(std::uint64_t bytes) {
-    const SizeUnit unit = sizeUnitOf(bytes);
-    const bool whole = bytes % unit.bytes == 0;
-    return (whole ? formatText("%" PRIu64 " ", bytes / unit.bytes)
-                  : formatText("%.1f ", static_cast<double>(bytes) / static_cast<double>(unit.bytes)))
-        .append(unit.name);
-}
-
 void addFaults(std::string& text, const JobLosses& losses) {
     addCount(text, losses.unreadableBlocks, "unreadable block", "unreadable blocks");
     addCount(text, losses.failedWrites, "failed write", "failed writes");

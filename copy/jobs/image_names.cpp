@@ -16,13 +16,33 @@ std::string numbered(std::string_view folder, std::string_view stem, std::int32_
 }
 
 constexpr std::string_view kHashFileStem = "MD5-HASH--";
+constexpr std::string_view kAcquisitionStem = "ACQUISITION--";
 
 /// Most bytes of each outside text in a name.
 constexpr std::size_t kMostNameBytes = 64;
 
-std::string mapName(std::string_view stem, const LocalMoment& begin) {
-    return std::string(stem).append(formatText(".%04d%02d%02d-%02d%02d%02d.map", begin.year, begin.month, begin.day,
-                                               begin.hour, begin.minute, begin.second));
+std::string dated(std::string_view stem, const LocalMoment& begin, std::string_view extension) {
+    return std::string(stem)
+        .append(formatText(".%04d%02d%02d-%02d%02d%02d", begin.year, begin.month, begin.day, begin.hour, begin.minute,
+                           begin.second))
+        .append(extension);
+}
+
+/// "<model>.<serial number>"
+std::string driveInName(const DriveRecord& drive) {
+    return fileNamePart(drive.model.view(), kMostNameBytes) + "." +
+           fileNamePart(drive.serialNumber.view(), kMostNameBytes);
+}
+
+/// With its backslash; empty for a bare name.
+std::string folderOf(std::string_view path) {
+    return std::string(path.substr(0, path.size() - fileNameOf(path).size()));
+}
+
+/// A file of the image's number beside it.
+std::string besideImage(std::string_view imagePath, std::string_view stem) {
+    const std::string_view name = fileNameOf(imagePath);
+    return folderOf(imagePath).append(stem).append(name.substr(0, name.rfind('.'))).append(".txt");
 }
 
 } // namespace
@@ -36,13 +56,15 @@ std::string hashFileName(std::string_view folder, std::string_view model, std::i
 }
 
 std::string hashFileOfImage(std::string_view imagePath) {
-    const std::string_view name = fileNameOf(imagePath);
-    const std::string_view folder = imagePath.substr(0, imagePath.size() - name.size());
-    return std::string(folder).append(kHashFileStem).append(name.substr(0, name.rfind('.'))).append(".txt");
+    return besideImage(imagePath, kHashFileStem);
+}
+
+std::string acquisitionFileOfImage(std::string_view imagePath) {
+    return besideImage(imagePath, kAcquisitionStem);
 }
 
 std::string acquisitionFileName(std::string_view folder, std::string_view model, std::int32_t number) {
-    return numbered(folder, std::string("ACQUISITION--").append(model), number, ".txt");
+    return numbered(folder, std::string(kAcquisitionStem).append(model), number, ".txt");
 }
 
 std::string mapFileName(std::string_view imagePath) {
@@ -50,14 +72,20 @@ std::string mapFileName(std::string_view imagePath) {
 }
 
 std::string cloneMapFileName(const DriveRecord& source, const LocalMoment& begin) {
-    return mapName("CLONE--" + fileNamePart(source.model.view(), kMostNameBytes) + "." +
-                       fileNamePart(source.serialNumber.view(), kMostNameBytes),
-                   begin);
+    return dated("CLONE--" + driveInName(source), begin, ".map");
 }
 
 std::string imageToDriveMapFileName(std::string_view imagePath, const LocalMoment& begin) {
     const std::string_view name = cutAtCharacter(fileNameOf(imagePath), kMostNameBytes);
-    return mapName("IMAGE-TO-DRIVE--" + fileNamePart(name, kMostNameBytes), begin);
+    return dated("IMAGE-TO-DRIVE--" + fileNamePart(name, kMostNameBytes), begin, ".map");
+}
+
+std::string rescueRecordFileName(std::string_view imagePath, const LocalMoment& begin) {
+    return dated(folderOf(imagePath).append("RESCUE--").append(fileNameOf(imagePath)), begin, ".txt");
+}
+
+std::string rescueMapFileName(const DriveRecord& source, const DriveRecord& destination) {
+    return "RESCUE--" + driveInName(source) + "--" + driveInName(destination) + ".map";
 }
 
 std::string hashFileText(const DriveRecord& source, const Md5Digest& digest, const LocalMoment& moment) {

@@ -32,6 +32,16 @@ namespace torvane {
 [[nodiscard]] std::string cloneMapFileName(const DriveRecord& source, const LocalMoment& begin);
 [[nodiscard]] std::string imageToDriveMapFileName(std::string_view imagePath, const LocalMoment& begin);
 
+/// "<image>'s folder\RESCUE--<image's name>.20261122-201503.txt": the record of a rescue that goes on with an image.
+[[nodiscard]] std::string rescueRecordFileName(std::string_view imagePath, const LocalMoment& begin);
+
+/// "RESCUE--<model>.<serial number>--<model>.<serial number>.map" of source and destination, in the current folder:
+/// another rescue between the two finds it again.
+[[nodiscard]] std::string rescueMapFileName(const DriveRecord& source, const DriveRecord& destination);
+
+/// Where the record lies of an image that was made as "<folder>\<model>.<number>.img" (see `hashFileOfImage`).
+[[nodiscard]] std::string acquisitionFileOfImage(std::string_view imagePath);
+
 /// The hash file's bytes. Lines end in a bare line feed; the last has none.
 [[nodiscard]] std::string hashFileText(const DriveRecord& source, const Md5Digest& digest, const LocalMoment& moment);
 

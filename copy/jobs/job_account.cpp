@@ -67,6 +67,8 @@ std::string_view titleOf(CopyKind kind) {
         return "Forensic image";
     case CopyKind::kImageToDrive:
         return "Image to drive";
+    case CopyKind::kRescue:
+        return "Rescue";
     case CopyKind::kVerifyImage:
         break;
     }

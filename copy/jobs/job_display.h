@@ -1,6 +1,7 @@
 #pragma once
 
 #include "copy/engine/block_hasher.h"
+#include "copy/jobs/rescue_shown.h"
 #include "copy/jobs/run_figures.h"
 #include "copy/jobs/track.h"
 
@@ -39,6 +40,9 @@ class JobDisplay {
     /// Shows what a verification has made of an image beside what is known of it: both of a kind, or neither. Only the
     /// verification of an image does.
     virtual void showDigests(const Digests& known, const Digests& made) = 0;
+
+    /// Shows how a rescue is. Does not wait for it.
+    virtual void showRescue(const RescueShown& shown) = 0;
 
     /// Asks for the whole dialog, or for the track's place, to be painted anew. Does not wait for it.
     virtual void repaint() = 0;

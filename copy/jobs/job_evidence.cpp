@@ -4,6 +4,7 @@
 #include "copy/evidence/map_file.h"
 #include "copy/jobs/image_names.h"
 #include "copy/jobs/job_account.h"
+#include "copy/rescue/rescue_map.h"
 
 #include <iterator>
 #include <utility>
@@ -14,12 +15,15 @@ namespace {
 
 constexpr const char* kProgramName = "Torvane";
 
-void save(const CopyJob& job, EvidenceFile& file, const std::string& text) {
+bool save(const CopyJob& job, EvidenceFile& file, const std::string& text) {
     if (job.system.saveText(file.path, text, file.made ? TextUse::kReplaced : TextUse::kNew)) {
         file.made = true;
-    } else if (!std::exchange(file.failureTold, true)) {
+        return true;
+    }
+    if (!std::exchange(file.failureTold, true)) {
         job.system.logError("Could not WRITE [" + file.path + "]");
     }
+    return false;
 }
 
 std::string endingText(const JobAccount& account) {
@@ -30,20 +34,25 @@ std::string endingText(const JobAccount& account) {
 }
 
 std::string mapText(const CopyJob& job, const JobAccount& account) {
-    return mapFileText(account.map,
-                       {std::string("Mapfile. Created by ")
-                            .append(kProgramName)
-                            .append(" ")
-                            .append(programVersion())
-                            .append(", build ")
-                            .append(programBuild()),
-                        jobInWords(job, account.file), "Start time: " + momentText(account.begin),
-                        "Current time: " + momentText(job.system.now()), "Ending: " + endingText(account)});
+    const std::vector<std::string> headings{std::string("Mapfile. Created by ")
+                                                .append(kProgramName)
+                                                .append(" ")
+                                                .append(programVersion())
+                                                .append(", build ")
+                                                .append(programBuild()),
+                                            jobInWords(job, account.file), "Start time: " + momentText(account.begin),
+                                            "Current time: " + momentText(job.system.now()),
+                                            "Ending: " + endingText(account)};
+    const std::optional<RescuePlace>& rescue = account.evidence.rescue;
+    return rescue ? rescueMapText(account.map, rescue->status, rescue->fromEnd, headings)
+                  : mapFileText(account.map, headings);
 }
 
 std::vector<MappedRange> unreadablePlaces(const SourceMap& read) {
     std::vector<MappedRange> places = read.ranges();
-    std::erase_if(places, [](const MappedRange& range) { return range.status != RangeStatus::kNonTrimmed; });
+    std::erase_if(places, [](const MappedRange& range) {
+        return range.status == RangeStatus::kFinished || range.status == RangeStatus::kNonTried;
+    });
     return places;
 }
 
@@ -60,7 +69,7 @@ std::string recordText(const CopyJob& job, const JobAccount& account) {
     record.md5 = account.digest;
     record.sha256 = account.sha256;
     record.missingBytes = account.map.size() - account.map.bytes(RangeStatus::kFinished);
-    record.unreadable = unreadablePlaces(account.read);
+    record.unreadable = unreadablePlaces(account.evidence.rescue ? account.map : account.read);
     record.writeFailures = account.losses.failedWrites;
     return acquisitionRecordText(record);
 }
@@ -71,18 +80,16 @@ void saveRecord(const CopyJob& job, JobAccount& account) {
     if (drive != nullptr && account.end && !source.readOnlyAfter) {
         source.readOnlyAfter = job.system.isReadOnly(*drive);
     }
-    save(job, account.evidence.recordFile, recordText(job, account));
+    static_cast<void>(save(job, account.evidence.recordFile, recordText(job, account)));
 }
 
-} // namespace
-
-void beginImageEvidence(const CopyJob& job, JobAccount& account, const std::string& image, std::int32_t number) {
+/// What a record tells whatever becomes of the image.
+void beginRecord(const CopyJob& job, JobAccount& account, const std::string& image) {
     const DriveRecord& source = *job.order.source;
     const MachineNames names = job.system.machineNames();
     account.file = image;
     JobEvidence& evidence = account.evidence;
     evidence.map.path = mapFileName(image);
-    evidence.recordFile.path = acquisitionFileName(job.order.path, source.model.view(), number);
     evidence.record.program = {.name = kProgramName,
                                .version = programVersion(),
                                .build = programBuild(),
@@ -91,7 +98,27 @@ void beginImageEvidence(const CopyJob& job, JobAccount& account, const std::stri
     evidence.record.job = titleOf(job.order.kind);
     evidence.record.source = recordedSource(source);
     evidence.record.source.readOnlyBefore = job.system.isReadOnly(source);
+}
+
+} // namespace
+
+void beginImageEvidence(const CopyJob& job, JobAccount& account, const std::string& image, std::int32_t number) {
+    beginRecord(job, account, image);
+    account.evidence.recordFile.path = acquisitionFileName(job.order.path, job.order.source->model.view(), number);
     saveEvidence(job, account);
+}
+
+void beginOldImageEvidence(const CopyJob& job, JobAccount& account, const std::string& image) {
+    beginRecord(job, account, image);
+    account.evidence.map.made = true;
+    account.evidence.recordFile.path = rescueRecordFileName(image, account.begin);
+    showUnderWay(job, account);
+}
+
+void beginRescueEvidence(const CopyJob& job, JobAccount& account) {
+    account.evidence.map = {.path = rescueMapFileName(*job.order.source, *job.order.destination),
+                            .made = job.order.rescue.goOn};
+    showUnderWay(job, account);
 }
 
 void beginDriveEvidence(const CopyJob& job, JobAccount& account) {
@@ -114,7 +141,11 @@ void saveEvidence(const CopyJob& job, JobAccount& account) {
     if (!evidence.recordFile.path.empty()) {
         saveRecord(job, account);
     }
-    save(job, evidence.map, mapText(job, account));
+    static_cast<void>(saveMap(job, account)); // the log has told it
+}
+
+bool saveMap(const CopyJob& job, JobAccount& account) {
+    return save(job, account.evidence.map, mapText(job, account));
 }
 
 void saveEvidenceMeanwhile(const CopyJob& job, JobAccount& account, const BlockSink& sink) {

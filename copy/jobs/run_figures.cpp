@@ -23,6 +23,8 @@ std::string sizesInWords(std::uint64_t done, std::uint64_t total) {
     return inUnits(done).append(" of ").append(inUnits(total)).append(" ").append(unit.name);
 }
 
+} // namespace
+
 std::string rateInWords(std::uint64_t bytesPerSecond) {
     constexpr std::uint64_t kKilobyte = 1ULL << 10;
     constexpr std::uint64_t kMegabyte = 1ULL << 20;
@@ -32,14 +34,12 @@ std::string rateInWords(std::uint64_t bytesPerSecond) {
                 : formatText("%" PRIu64 " MB/s", bytesPerSecond / kMegabyte);
 }
 
-std::string elapsedInWords(std::int64_t seconds) {
+std::string durationInWords(std::int64_t seconds) {
     constexpr std::int64_t kMinute = 60;
     constexpr std::int64_t kHour = 60 * kMinute;
-    return formatText("%" PRId64 ":%02" PRId64 ":%02" PRId64 " elapsed", seconds / kHour, seconds % kHour / kMinute,
+    return formatText("%" PRId64 ":%02" PRId64 ":%02" PRId64, seconds / kHour, seconds % kHour / kMinute,
                       seconds % kMinute);
 }
-
-} // namespace
 
 std::string runInWords(const RunFigures& run, std::uint64_t bytesPerSecond, std::int64_t elapsedSeconds) {
     const std::string faults = faultsInWords(run.losses);
@@ -47,7 +47,8 @@ std::string runInWords(const RunFigures& run, std::uint64_t bytesPerSecond, std:
         .append(", ")
         .append(rateInWords(bytesPerSecond))
         .append(", ")
-        .append(elapsedInWords(elapsedSeconds))
+        .append(durationInWords(elapsedSeconds))
+        .append(" elapsed")
         .append(faults.empty() ? "" : "; " + faults);
 }
 

@@ -18,4 +18,10 @@ struct RunFigures {
 /// rate in MB/s, a lower one in KB/s. What was lost stands there as soon as anything was.
 [[nodiscard]] std::string runInWords(const RunFigures& run, std::uint64_t bytesPerSecond, std::int64_t elapsedSeconds);
 
+/// "118 MB/s", "512 KB/s"
+[[nodiscard]] std::string rateInWords(std::uint64_t bytesPerSecond);
+
+/// "0:06:02": hours, minutes, seconds.
+[[nodiscard]] std::string durationInWords(std::int64_t seconds);
+
 } // namespace torvane

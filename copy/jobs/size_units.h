@@ -1,7 +1,11 @@
 #pragma once
 
+#include "base/format.h"
+
 #include <array>
+#include <cinttypes>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace torvane {
@@ -25,6 +29,15 @@ inline constexpr std::array<SizeUnit, 4> kSizeUnits{
         }
     }
     return {.name = bytes == 1 ? "byte" : "bytes", .bytes = 1};
+}
+
+/// "512 MB", "1.5 GB", "100 bytes": in the largest unit that is not larger than the size itself.
+[[nodiscard]] inline std::string sizeInWords(std::uint64_t bytes) {
+    const SizeUnit unit = sizeUnitOf(bytes);
+    const bool whole = bytes % unit.bytes == 0;
+    return (whole ? formatText("%" PRIu64 " ", bytes / unit.bytes)
+                  : formatText("%.1f ", static_cast<double>(bytes) / static_cast<double>(unit.bytes)))
+        .append(unit.name);
 }
 
 } // namespace torvane

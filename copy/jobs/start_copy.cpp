@@ -4,6 +4,7 @@
 #include "copy/engine/copy_drive_io.h"
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/windows_copy_system.h"
+#include "copy/rescue/windows_rescue_system.h"
 #include "state/app_state.h"
 #include "state/drive_use.h"
 #include "state/job_thread.h"
@@ -30,6 +31,8 @@ CopyOperation operationFor(CopyKind kind) {
         return ForensicImageWorker;
     case CopyKind::kImageToDrive:
         return ImageToDriveWorker;
+    case CopyKind::kRescue:
+        return RescueWorker;
     case CopyKind::kVerifyImage:
         break;
     }
@@ -41,13 +44,15 @@ DWORD runJob(AppState& state, JobClaim& claim, const CopyOrder& order, JobDispla
     const StayAwake awake;
     CopyDriveIo drives;
     WindowsCopySystem system(state);
+    WindowsRescueSystem rescue;
     return run({.order = order,
                 .claim = claim,
                 .track = state.raceTrack,
                 .drives = drives,
                 .system = system,
                 .display = display,
-                .keptImages = keptImages()});
+                .keptImages = keptImages(),
+                .rescue = &rescue});
 }
 
 } // namespace
@@ -70,6 +75,10 @@ DWORD ForensicImageWorker(AppState& state, JobClaim& claim, const CopyOrder& ord
 
 DWORD ImageToDriveWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display) {
     return runJob(state, claim, order, display, runImageToDrive);
+}
+
+DWORD RescueWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display) {
+    return runJob(state, claim, order, display, runRescueJob);
 }
 
 DWORD VerifyImageWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display) {

@@ -29,6 +29,9 @@ DWORD ForensicImageWorker(AppState& state, JobClaim& claim, const CopyOrder& ord
 /// Copies the order's image file onto its destination.
 DWORD ImageToDriveWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display);
 
+/// Rescues what can be read of the source into an image or onto the destination.
+DWORD RescueWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display);
+
 /// Reads the order's image and compares its digests with those that are known.
 DWORD VerifyImageWorker(AppState& state, JobClaim& claim, const CopyOrder& order, JobDisplay& display);
 

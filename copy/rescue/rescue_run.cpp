@@ -43,7 +43,14 @@ class Rescue {
     }
 
     RescueResult run() {
-        RescueEnding ending = begin() ? readOn() : RescueEnding::kWriteFailed;
+        if (markersMissing_ && !markFailedPlaces()) {
+            // The map that is there stays true, and goes on saying that it promises no markers.
+            return {.ending = watch_.isWanted() ? RescueEnding::kWriteFailed : RescueEnding::kStopped,
+                    .mapSaved = true,
+                    .figures = figures()};
+        }
+        // The map lies beside its target from the first moment on.
+        RescueEnding ending = checkpoint() ? readOn() : RescueEnding::kWriteFailed;
         if (!checkpoint()) {
             ending = RescueEnding::kWriteFailed;
         }
@@ -55,9 +62,6 @@ class Rescue {
         SourceAnswer answer;
         std::int64_t milliseconds;
     };
-
-    /// The map lies beside its target from the first moment on.
-    bool begin() { return (!markersMissing_ || markFailedPlaces()) && checkpoint(); }
 
     RescueEnding readOn() {
         while (const auto step = planner_.next()) {
@@ -117,6 +121,9 @@ class Rescue {
             meter_.count(watch_.now(), map_.bytes(RangeStatus::kFinished) - rescuedBefore_);
             return true;
         }
+        if (read.answer == SourceAnswer::kLeft && step.phase != RangeStatus::kNonTried) {
+            return true; // nobody has waited for what it gives: it has its turn again
+        }
         // What has failed before has its marker.
         if (step.phase == RangeStatus::kNonTried && !writeMarker(step.offset, step.length)) {
             return false;
@@ -152,10 +159,13 @@ class Rescue {
         for (const RangeStatus status : {RangeStatus::kNonTrimmed, RangeStatus::kNonScraped, RangeStatus::kBad}) {
             std::uint64_t from = 0;
             while (const auto range = map_.next(status, from)) {
-                if (!writeMarker(range->offset, range->length)) {
+                const std::uint64_t begin = std::max(from, range->offset);
+                const std::uint64_t end =
+                    std::min<std::uint64_t>(range->offset + range->length, begin + marker_.size());
+                if (!watch_.isWanted() || !writeMarker(begin, end - begin)) {
                     return false;
                 }
-                from = range->offset + range->length;
+                from = end;
             }
         }
         return true;

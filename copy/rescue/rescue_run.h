@@ -116,7 +116,7 @@ inline constexpr std::size_t kRescueBuffer = kLongestRescueRead + kRescueRead;
 /// has left there in its image.
 ///
 /// A drive that goes is waited for, and the read made again; where it goes a second time in a row, the place counts as
-/// failed, and so does one of which a read never came back.
+/// failed, and so does one of which a larger read never came back; a sector of which one did not has its turn again.
 ///
 /// `buffer` holds what is read and what is written: `kRescueBuffer` bytes, aligned as source and target demand it.
 [[nodiscard]] RescueResult runRescue(SourceMap& map, const RescueOptions& options, const RescueOrigin& origin,

@@ -4,6 +4,7 @@
 #include "copy/jobs/copy_job.h"
 #include "copy/jobs/start_copy.h"
 #include "copy/jobs/windows_copy_system.h"
+#include "copy/rescue/windows_rescue_system.h"
 #include "discovery/physical_drive_probe.h"
 #include "state/app_state.h"
 #include "tests/component/handle_count.h"
@@ -62,6 +63,10 @@ class RecordingDisplay : public JobDisplay {
         known_ = known;
         made_ = made;
     }
+    void showRescue(const RescueShown& shown) override {
+        const std::lock_guard lock(mutex_);
+        rescues_.push_back(shown.figures);
+    }
     void repaint() override {}
     void repaintTrack(const TrackArea&) override {}
     void startExplosionTimer(int milliseconds) override {
@@ -102,6 +107,11 @@ class RecordingDisplay : public JobDisplay {
         return timers_;
     }
 
+    [[nodiscard]] std::vector<RescueFigures> rescues() const {
+        const std::lock_guard lock(mutex_);
+        return rescues_;
+    }
+
     /// What a verification was told, and what it has made.
     [[nodiscard]] std::pair<Digests, Digests> digests() const {
         const std::lock_guard lock(mutex_);
@@ -119,6 +129,7 @@ class RecordingDisplay : public JobDisplay {
     std::vector<std::string> calls_;
     Digests known_;
     Digests made_;
+    std::vector<RescueFigures> rescues_;
     std::vector<int> timers_;
 };
 
@@ -246,6 +257,7 @@ class CopyBench : public ::testing::Test {
     std::uint32_t run(std::uint32_t (*job)(const CopyJob&), JobClaim& own, std::size_t blockSize) {
         CopyDriveIo drives;
         WindowsCopySystem system(state());
+        WindowsRescueSystem rescue;
         return job({.order = order_,
                     .claim = own,
                     .track = state().raceTrack,
@@ -253,7 +265,8 @@ class CopyBench : public ::testing::Test {
                     .system = system,
                     .display = display_,
                     .keptImages = keptImages(),
-                    .blockSize = blockSize});
+                    .blockSize = blockSize,
+                    .rescue = &rescue});
     }
 
     bool opened_ = false;

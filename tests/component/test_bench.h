@@ -54,6 +54,9 @@ class TestBench {
     /// The drive vanishes, for every process on the bench.
     void unplug(int drive) { ASSERT_TRUE(bench_.unplug(drive)); }
 
+    /// It is there again.
+    void plug(int drive) { ASSERT_TRUE(bench_.plug(drive)); }
+
     /// Another one of equal size takes the drive's place; called again, the drive takes its own.
     void swap(int drive) { ASSERT_TRUE(bench_.swap(drive)); }
 

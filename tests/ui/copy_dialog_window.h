@@ -19,7 +19,9 @@ inline constexpr CopyDialogIds kImageIds{1017, 1018, 1019};
 inline constexpr CopyDialogIds kForensicIds{1026, 1027, 1028};
 inline constexpr CopyDialogIds kImageToDriveIds{1023, 1024, 1025};
 inline constexpr CopyDialogIds kVerifyImageIds{1331, 1332, 1333};
+inline constexpr CopyDialogIds kRescueIds{1355, 1356, 1357};
 inline constexpr int kVerifyImage = 48; // in the main window's system menu
+inline constexpr int kRescueTicked = 64;
 inline constexpr int kReverseClone = 1016;
 inline constexpr int kCopyStatus = 1080;
 inline constexpr int kCopyLosses = 1095;

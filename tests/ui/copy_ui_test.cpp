@@ -127,6 +127,12 @@ CopyDialogWindow CopyUiTest::openImageToDrive(const fs::path& image) const {
     return {program().awaitDialog(), kImageToDriveIds};
 }
 
+CopyDialogWindow CopyUiTest::openRescue(const std::string& source) const {
+    tickOnly(source);
+    torvane().window().post(WM_SYSCOMMAND, kRescueTicked);
+    return {program().awaitDialog(), kRescueIds};
+}
+
 CopyDialogWindow CopyUiTest::openVerifyImage(const fs::path& image) const {
     // The last job's thread may end a moment after its dialog; a box tells it until then.
     await("the last job has ended", [&] {

@@ -39,6 +39,8 @@ class CopyUiTest : public UiTest {
     [[nodiscard]] CopyDialogWindow openImage(const std::string& source, const std::filesystem::path& folder) const;
     [[nodiscard]] CopyDialogWindow openForensic(const std::string& source, const std::filesystem::path& folder) const;
     [[nodiscard]] CopyDialogWindow openImageToDrive(const std::filesystem::path& image) const;
+    /// By the system menu.
+    [[nodiscard]] CopyDialogWindow openRescue(const std::string& source) const;
     [[nodiscard]] CopyDialogWindow openVerifyImage(const std::filesystem::path& image) const;
 
     /// Presses the button of a copy command. A job's thread ends a moment after its dialog may be left; until then the

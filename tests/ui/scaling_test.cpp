@@ -312,6 +312,9 @@ TEST_F(ScalingTest, CopyDialogsAndTheirWarningFit) {
     const CopyDialogWindow verification = openVerifyImage(file);
     expectWellLaidOut(verification.window(), "verify-image");
     verification.leave();
+    const CopyDialogWindow rescue = openRescue("SOURCE");
+    expectWellLaidOut(rescue.window(), "rescue");
+    rescue.leave();
 }
 
 TEST_F(ScalingTest, AScreenThatChangesWhileTheWindowIsAnIconIsTakenUpWhenItIsThereAgain) {

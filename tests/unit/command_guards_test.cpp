@@ -43,6 +43,8 @@ TEST_F(CommandGuardsTest, NoTickedDriveIsSaid) {
     EXPECT_EQ(requireDriveToImage(state_), nullptr);
     user_.expectStop("***** ERROR Choose Drive To Image *****", "You must choose at least a drive to image");
     EXPECT_EQ(requireDriveToImageForensically(state_), nullptr);
+    user_.expectStop("***** CHOOSE A DRIVE TO RESCUE *****", "Please tick the drive to rescue");
+    EXPECT_EQ(requireDriveToRescue(state_), nullptr);
 }
 
 TEST_F(CommandGuardsTest, TooManyTickedDrivesAreSaid) {

@@ -159,10 +159,15 @@ TEST(RescueRun, TellsThatTheMapCouldNotBeSaved) {
 /// Another program leaves what was there.
 TEST(RescueRun, FailedPlacesOfAForeignMapGetTheirMarkers) {
     SimulatedRescue rescue(DriveModel(40 * kChunk, 512));
-    rescue.script.wanted = [] { return false; };
+    int looks = 0;
+    rescue.script.wanted = [&looks] { return looks-- > 0; };
     for (const RangeStatus status : {RangeStatus::kNonTrimmed, RangeStatus::kNonScraped, RangeStatus::kBad}) {
         const SourceMap map = finishedBut(rescue.drive.size, 10 * kChunk, kChunk + 512, status);
         rescue.takeUp(map, mapFileText(map, {"Mapfile. Created by GNU ddrescue version 1.27"}), Held::kNothing);
+        looks = 1;
+        EXPECT_EQ(rescue.run({}).ending, RescueEnding::kStopped) << "between two pieces";
+        EXPECT_EQ(rescue.held()[11 * kChunk / 512], Held::kNothing);
+        looks = 2;
         EXPECT_EQ(rescue.run({}).ending,
                   status == RangeStatus::kBad ? RescueEnding::kFinished : RescueEnding::kStopped);
         EXPECT_EQ(rescue.held()[10 * kChunk / 512], Held::kMarker);
@@ -172,6 +177,7 @@ TEST(RescueRun, FailedPlacesOfAForeignMapGetTheirMarkers) {
     const SourceMap map = finishedBut(rescue.drive.size, 10 * kChunk, kChunk, RangeStatus::kBad);
     rescue.takeUp(map, mapFileText(map, {}), Held::kNothing);
     rescue.script.writes = [] { return false; };
+    looks = 100;
     EXPECT_EQ(rescue.run({}).ending, RescueEnding::kWriteFailed);
     EXPECT_EQ(rescue.faults, "");
 }

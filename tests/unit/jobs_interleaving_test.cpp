@@ -30,7 +30,7 @@ constexpr int kStepsOfAHistory = 8;
 
 bool isDriveJob(JobKind kind) {
     return kind == JobKind::kClone || kind == JobKind::kImage || kind == JobKind::kForensicImage ||
-           kind == JobKind::kImageToDrive || kind == JobKind::kDiskChange;
+           kind == JobKind::kImageToDrive || kind == JobKind::kRescue || kind == JobKind::kDiskChange;
 }
 bool isReadTest(JobKind kind) {
     return kind == JobKind::kShortTest || kind == JobKind::kCriticalTest || kind == JobKind::kNistTest;
@@ -114,7 +114,8 @@ class Model {
     }
     [[nodiscard]] bool mayBegin(JobKind kind) const {
         const bool waitsForFlag = kind == JobKind::kScan || kind == JobKind::kClone || kind == JobKind::kImageToDrive ||
-                                  kind == JobKind::kVerifyImage || kind == JobKind::kDiskChange;
+                                  kind == JobKind::kRescue || kind == JobKind::kVerifyImage ||
+                                  kind == JobKind::kDiskChange;
         if (kind == JobKind::kMounting) {
             return true;
         }

@@ -13,9 +13,9 @@ namespace torvane {
 namespace {
 
 constexpr std::array kAllKinds{JobKind::kScan,          JobKind::kClone,        JobKind::kImage,
-                               JobKind::kForensicImage, JobKind::kImageToDrive, JobKind::kVerifyImage,
-                               JobKind::kDiskChange,    JobKind::kMounting,     JobKind::kShortTest,
-                               JobKind::kCriticalTest,  JobKind::kNistTest};
+                               JobKind::kForensicImage, JobKind::kImageToDrive, JobKind::kRescue,
+                               JobKind::kVerifyImage,   JobKind::kDiskChange,   JobKind::kMounting,
+                               JobKind::kShortTest,     JobKind::kCriticalTest, JobKind::kNistTest};
 static_assert(kAllKinds.size() == kJobKinds);
 
 JobClaim begun(Jobs& jobs, JobKind kind) {
@@ -96,15 +96,15 @@ TEST(Jobs, ACopyRaisesAndLowersItsFlag) {
 TEST(Jobs, WhoIsAtWorkKeepsOthersWaitingWhateverItsFlag) {
     const JobKinds everybody = kRecordUsers | JobKinds{JobKind::kScan, JobKind::kMounting, JobKind::kVerifyImage};
     EXPECT_EQ(mayBeginBeside(JobKind::kScan), JobKinds{JobKind::kMounting});
-    for (const JobKind copy :
-         {JobKind::kClone, JobKind::kImage, JobKind::kForensicImage, JobKind::kImageToDrive, JobKind::kDiskChange}) {
+    for (const JobKind copy : {JobKind::kClone, JobKind::kImage, JobKind::kForensicImage, JobKind::kImageToDrive,
+                               JobKind::kRescue, JobKind::kDiskChange}) {
         EXPECT_EQ(mayBeginBeside(copy), (JobKinds{JobKind::kMounting, JobKind::kShortTest}));
     }
     EXPECT_EQ(mayBeginBeside(JobKind::kMounting), everybody);
     for (const JobKind test : {JobKind::kShortTest, JobKind::kCriticalTest, JobKind::kNistTest}) {
         EXPECT_EQ(mayBeginBeside(test),
                   (kReadTests | JobKinds{JobKind::kMounting, JobKind::kClone, JobKind::kImage, JobKind::kForensicImage,
-                                         JobKind::kImageToDrive, JobKind::kVerifyImage}));
+                                         JobKind::kImageToDrive, JobKind::kRescue, JobKind::kVerifyImage}));
     }
 }
 
@@ -120,7 +120,7 @@ TEST(Jobs, AFlagThatIsUpKeepsThoseWaitingThatAskForIt) {
     ASSERT_TRUE(mounting.raise());
     for (const JobKind kind : kAllKinds) {
         const bool asks = kind == JobKind::kScan || kind == JobKind::kClone || kind == JobKind::kImageToDrive ||
-                          kind == JobKind::kVerifyImage || kind == JobKind::kDiskChange;
+                          kind == JobKind::kRescue || kind == JobKind::kVerifyImage || kind == JobKind::kDiskChange;
         EXPECT_EQ(jobs.whyNot(kind).flag, asks) << static_cast<int>(kind);
         EXPECT_EQ(jobs.begin(kind).has_value(), !asks) << static_cast<int>(kind);
     }

@@ -48,6 +48,7 @@ class NoDisplay : public JobDisplay {
     void setImagePlace(std::string_view /*path*/) override {}
     void callUser(bool /*good*/) override {}
     void showDigests(const Digests&, const Digests&) override {}
+    void showRescue(const RescueShown&) override {}
     void repaint() override {}
     void repaintTrack(const TrackArea& /*area*/) override {}
     void startExplosionTimer(int /*milliseconds*/) override {}

@@ -1,0 +1,78 @@
+#include "copy/jobs/rescue_watch.h"
+
+#include "base/format.h"
+#include "copy/jobs/copy_progress.h"
+#include "copy/jobs/rescue_words.h"
+#include "records/drive_texts.h"
+
+#include <algorithm>
+
+namespace torvane {
+
+SourceAnswer WantedSource::read(std::uint64_t offset, std::span<std::byte> bytes) {
+    // Most reads that are under way when the job is to end come back by then.
+    constexpr std::int64_t kPatienceMilliseconds = 3000;
+    std::optional<std::int64_t> unwantedSince;
+    return drive_.read(offset, bytes, [&] {
+        if (job_.claim.isRaised()) {
+            return true;
+        }
+        const std::int64_t now = job_.system.tick();
+        unwantedSince = unwantedSince.value_or(now);
+        return now - *unwantedSince < kPatienceMilliseconds;
+    });
+}
+
+bool WantedSource::awaitReturn() {
+    if (!job_.claim.isRaised()) {
+        return false; // a read was left, because nobody wants the rescue any longer
+    }
+    const std::string drive = jobDriveText(*job_.order.source);
+    job_.system.logError("Rescue: " + drive + " does not answer any more. It is waited for");
+    job_.display.setStatus(" The drive has gone. Waiting for it");
+    while (job_.claim.isRaised()) {
+        if (drive_.findAgain() && isTheSource_()) {
+            job_.system.logError("Rescue: " + drive + " is back. The rescue goes on");
+            return true;
+        }
+        job_.rescue->pause();
+    }
+    return false;
+}
+
+bool JobWatch::isWanted() {
+    constexpr int kMostUnsaved = 2;
+    lostItsMap_ = lostItsMap_ || unsaved_ >= kMostUnsaved;
+    return job_.claim.isRaised() && !lostItsMap_;
+}
+
+bool JobWatch::saveMap(const SourceMap&, const MapStatus& status) {
+    account_.evidence.rescue = RescuePlace{.status = status, .fromEnd = job_.order.rescue.fromEnd};
+    const bool saved = torvane::saveMap(job_, account_);
+    unsaved_ = saved ? 0 : unsaved_ + 1;
+    return saved;
+}
+
+void JobWatch::show(const RescueFigures& figures, const SourceMap& map) {
+    constexpr std::int64_t kBetweenPictures = 250; // milliseconds
+    const std::int64_t moment = now();
+    if (!shownAt_ || moment - *shownAt_ >= kBetweenPictures) {
+        shownAt_ = moment;
+        showNow(figures, map);
+    }
+}
+
+void JobWatch::showNow(const RescueFigures& figures, const SourceMap& map) {
+    job_.display.showRescue(
+        {.figures = figures,
+         .picture = layOutRescuePicture(map, figures.step.offset, kRescueStripWidth, kRescueStripHeight)});
+    most_ = std::max(most_, map.bytes(RangeStatus::kFinished));
+    job_.display.showRun({.done = most_, .total = map.size(), .losses = account_.losses});
+    const std::string step = rescueStepInWords(figures.step);
+    job_.display.setStatus(
+        " " + step +
+        formatText(": %d %%", percentDone(static_cast<std::int64_t>(most_), static_cast<std::int64_t>(map.size()))));
+    job_.system.setDriveStatus(*job_.order.source, "Rescue: " + step);
+}
+
+} // namespace torvane
