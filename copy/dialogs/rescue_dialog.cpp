@@ -196,13 +196,8 @@ class RescueDialog : public CopyToDriveDialog {
             return;
         }
         const std::string map = rescueMapFileName(source_, *destination);
-        const bool goOn = isFile(map);
-        if (goOn &&
-            !prompts::askDefaultNo(
-                "***** GO ON WITH A RESCUE *****",
-                ("A rescue of this drive onto this destination was begun before: its map is [" + map +
-                 "]. It goes on, and the DESTINATION is not cleaned. To begin anew, move the map away first. Go on?")
-                    .c_str())) {
+        const bool goOn = isFile(map) && isToGoOn(map);
+        if (!goOn && !mayBeginAnew(map)) {
             return;
         }
         startJob({.kind = CopyKind::kRescue,
@@ -210,6 +205,22 @@ class RescueDialog : public CopyToDriveDialog {
                   .destination = destination,
                   .path = {},
                   .rescue = choice(goOn)});
+    }
+
+    static bool isToGoOn(const std::string& map) {
+        const std::string question = "A rescue of this drive onto this destination was begun before: its map is [" +
+                                     map +
+                                     "]. Going on reads what is missing, and does not clean the DESTINATION. Go on "
+                                     "with it? 'No' asks whether to begin anew";
+        return prompts::ask("***** GO ON WITH A RESCUE *****", question.c_str());
+    }
+
+    /// Hours of reading may lie on the destination, and their map in another folder.
+    static bool mayBeginAnew(const std::string& map) {
+        const std::string found = isFile(map) ? "The map [" + map + "] is given up" : "There is no map [" + map + "]";
+        const std::string question = found + ": the rescue begins anew, the DESTINATION is cleaned, and what an "
+                                             "earlier rescue has brought there is lost. Begin anew?";
+        return prompts::askDefaultNo("***** BEGIN THE RESCUE ANEW *****", question.c_str());
     }
 
     DriveRecord& source_;

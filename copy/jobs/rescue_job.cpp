@@ -124,7 +124,7 @@ std::uint32_t rescue(const CopyJob& job, JobAccount& account) {
     account.ending = kUnderWay;
     WantedSource source(job, *drive, [&] {
         const SampleVerdict verdict = compareSamples(job, *drive, account.map, plan.readCopy);
-        return verdict == SampleVerdict::kSame || verdict == SampleVerdict::kNotTold;
+        return verdict == SampleVerdict::kSame || verdict == SampleVerdict::kNotTold || verdict == plan.samples;
     });
     JobWatch watch(job, account);
     watch.showNow(amountsOf(account.map), account.map);

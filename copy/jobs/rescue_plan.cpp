@@ -25,17 +25,23 @@ namespace {
 bool isMapOfTheSource(const CopyJob& job, const MapFile& file, const std::string& path,
                       const std::optional<std::string>& record) {
     const std::string drive = jobDriveText(*job.order.source);
-    switch (rescueOwner(file.comments, record, *job.order.source)) {
+    const RescueOwner owner = rescueOwner(file.comments, record, *job.order.source);
+    switch (owner) {
     case RescueOwner::kThisDrive:
         return true;
     case RescueOwner::kOtherDrive:
         tellRescueNotBegun(job, "[" + path + "], or the record beside it, is of another drive than " + drive +
                                     ". Nothing was read or written");
         return false;
+    case RescueOwner::kPerhapsThis:
     case RescueOwner::kNotTold:
         break;
     }
-    const std::string question = "[" + path + "] does not tell which drive it is of. Is it of " + drive +
+    const std::string told = owner == RescueOwner::kNotTold
+                                 ? "] does not tell which drive it is of."
+                                 : "], or the record beside it, names a drive with one of the same serial numbers, and "
+                                   "otherwise by another name: so a drive appears behind another bridge.";
+    const std::string question = "[" + path + told + " Is it of " + drive +
                                  "? If it is not, the copy becomes a mixture of two drives, and is lost";
     return job.system.askDefaultNo("***** WHICH DRIVE? *****", question.c_str());
 }
@@ -74,8 +80,10 @@ bool isMapSaved(const CopyJob& job, JobAccount& account) {
     if (saveMap(job, account)) {
         return true;
     }
+    const bool cleaned = job.order.destination != nullptr && !job.order.rescue.goOn;
     tellRescueNotBegun(job, "The map [" + account.evidence.map.path +
-                                "] could not be written. Without it the rescue could never go on. Nothing was read");
+                                "] could not be written. Without it the rescue could never go on. " +
+                                (cleaned ? "The DESTINATION was cleaned, nothing was read" : "Nothing was read"));
     return false;
 }
 
@@ -85,11 +93,16 @@ bool mayGoOnWith(const CopyJob& job, SampleVerdict verdict) {
     switch (verdict) {
     case SampleVerdict::kSame:
         return true;
+    case SampleVerdict::kMostlySame:
+        return job.system.askDefaultNo(
+            "***** COPY HAS CHANGED *****",
+            "Most of what the map calls finished is what the drive holds, but not all: copy or drive was written to in "
+            "some places. They stay as they are. Go on with the copy?");
     case SampleVerdict::kOther:
         tellRescueNotBegun(
             job, "What the map calls finished is not what the drive holds: the copy, or the drive, was "
-                 "written to since, or the map is of another copy. Nothing was written. Begin a new image, or "
-                 "move the map of a DESTINATION away, which is then cleaned and begun anew");
+                 "written to since, or the map is of another copy. Nothing was written. Begin a new image, or begin "
+                 "the rescue onto the DESTINATION anew");
         return false;
     case SampleVerdict::kGone:
         tellRescueNotBegun(job, "The drive does not answer any more. Nothing was written. Load the drives again");
@@ -102,6 +115,12 @@ bool mayGoOnWith(const CopyJob& job, SampleVerdict verdict) {
         "Nothing of what the map calls finished could be compared with the drive, so nobody knows "
         "whether the copy is still what the map tells. Go on with it?");
 }
+
+/// Where a copy that may be gone on with was left.
+struct GoOnFrom {
+    RescueOrigin origin;
+    SampleVerdict samples;
+};
 
 /// The end of the last place that is in the copy.
 std::uint64_t finishedEnd(const SourceMap& map) {
@@ -197,12 +216,16 @@ RescuePlan planOldImage(const CopyJob& job, JobAccount& account, RescueDrive& dr
     }
     const CopyReader readCopy = readerOf(*image);
     // Once more: the boxes may have been answered hours later.
-    if (!isSourceUnchanged(job) || !mayGoOnWith(job, compareSamples(job, drive, account.map, readCopy))) {
+    if (!isSourceUnchanged(job)) {
+        return {};
+    }
+    const SampleVerdict samples = compareSamples(job, drive, account.map, readCopy);
+    if (!mayGoOnWith(job, samples)) {
         return {};
     }
     job.display.setImagePlace(path);
     beginOldImageEvidence(job, account, path);
-    RescuePlan plan{.target = nullptr, .origin = *origin, .readCopy = readCopy};
+    RescuePlan plan{.target = nullptr, .origin = *origin, .readCopy = readCopy, .samples = samples};
     plan.target = isMapSaved(job, account) ? std::move(image) : nullptr;
     return plan;
 }
@@ -240,7 +263,7 @@ bool isWithoutVolumes(const CopyJob& job) {
 }
 
 /// The map of a destination that an earlier rescue has left.
-std::optional<RescueOrigin> takeUpDestination(const CopyJob& job, JobAccount& account, RescueDrive& drive) {
+std::optional<GoOnFrom> takeUpDestination(const CopyJob& job, JobAccount& account, RescueDrive& drive) {
     const DriveRecord& destination = *job.order.destination;
     const std::string path = rescueMapFileName(*job.order.source, destination);
     const std::optional<RescueOrigin> origin = takeUpMap(job, account, path, std::nullopt);
@@ -253,33 +276,38 @@ std::optional<RescueOrigin> takeUpDestination(const CopyJob& job, JobAccount& ac
                                     "written");
         return std::nullopt;
     }
-    const CopyReader readCopy = readerOf(job.drives, destination);
     // Only now: the box may have been answered hours later.
-    const bool ready = areDrivesUnchanged(job) && isWithoutVolumes(job);
-    return ready && mayGoOnWith(job, compareSamples(job, drive, account.map, readCopy)) ? origin : std::nullopt;
+    if (!areDrivesUnchanged(job) || !isWithoutVolumes(job)) {
+        return std::nullopt;
+    }
+    const SampleVerdict samples = compareSamples(job, drive, account.map, readerOf(job.drives, destination));
+    return mayGoOnWith(job, samples) ? std::optional(GoOnFrom{*origin, samples}) : std::nullopt;
 }
 
 /// A destination that is cleaned first.
-std::optional<RescueOrigin> takeNewDestination(const CopyJob& job, JobAccount& account) {
+std::optional<GoOnFrom> takeNewDestination(const CopyJob& job, JobAccount& account) {
     const std::uint64_t bytes = driveBytes(*job.order.source);
     if (prepareDestination(job, BlockOrder::forward(bytes, job.blockSize)) != Readiness::kReady) {
         return std::nullopt;
     }
     account.map = SourceMap(bytes);
-    return RescuePlan{}.origin;
+    return GoOnFrom{RescuePlan{}.origin, SampleVerdict::kSame};
 }
 
 RescuePlan planDrive(const CopyJob& job, JobAccount& account, RescueDrive& drive) {
     if (!fits(job)) {
         return {};
     }
-    const std::optional<RescueOrigin> origin =
+    const std::optional<GoOnFrom> from =
         job.order.rescue.goOn ? takeUpDestination(job, account, drive) : takeNewDestination(job, account);
-    if (!origin) {
+    if (!from) {
         return {};
     }
     beginRescueEvidence(job, account);
-    RescuePlan plan{.target = nullptr, .origin = *origin, .readCopy = readerOf(job.drives, *job.order.destination)};
+    RescuePlan plan{.target = nullptr,
+                    .origin = from->origin,
+                    .readCopy = readerOf(job.drives, *job.order.destination),
+                    .samples = from->samples};
     if (isMapSaved(job, account)) {
         plan.target = std::make_unique<DriveRescueTarget>(job.drives, *job.order.destination);
     }

@@ -50,6 +50,23 @@ bool tellsAnything(std::span<const std::byte> bytes) {
     return std::ranges::any_of(bytes, [first = bytes.front()](std::byte each) { return each != first; });
 }
 
+/// Samples that could be compared.
+struct SampleCounts {
+    unsigned same = 0; ///< and tell anything
+    unsigned other = 0;
+};
+
+constexpr unsigned kMostUnequal = 3;
+
+SampleVerdict verdictOf(const SampleCounts& counts) {
+    constexpr unsigned kFarMore = 4;
+    if (counts.other == 0) {
+        return counts.same != 0 ? SampleVerdict::kSame : SampleVerdict::kNotTold;
+    }
+    return counts.other <= kMostUnequal && counts.same >= kFarMore * counts.other ? SampleVerdict::kMostlySame
+                                                                                  : SampleVerdict::kOther;
+}
+
 } // namespace
 
 SampleVerdict compareSamples(const CopyJob& job, RescueDrive& drive, const SourceMap& map, const CopyReader& readCopy) {
@@ -57,7 +74,10 @@ SampleVerdict compareSamples(const CopyJob& job, RescueDrive& drive, const Sourc
     std::vector<std::byte> wanted(sector);
     std::vector<std::byte> found(sector);
     std::optional<std::uint64_t> last;
-    bool told = map.bytes(RangeStatus::kFinished) == 0;
+    if (map.bytes(RangeStatus::kFinished) == 0) {
+        return SampleVerdict::kSame;
+    }
+    SampleCounts counts;
     for (const std::uint64_t around : samplePlaces(map.size())) {
         const std::optional<std::uint64_t> place = finishedSector(map, around, sector);
         if (!place || place == last) {
@@ -75,11 +95,14 @@ SampleVerdict compareSamples(const CopyJob& job, RescueDrive& drive, const Sourc
         withoutSignature(*place, wanted);
         withoutSignature(*place, found);
         if (!isRead || wanted != found) {
-            return SampleVerdict::kOther;
+            if (++counts.other > kMostUnequal) {
+                break;
+            }
+        } else {
+            counts.same += tellsAnything(wanted) ? 1 : 0;
         }
-        told = told || tellsAnything(wanted);
     }
-    return told ? SampleVerdict::kSame : SampleVerdict::kNotTold;
+    return verdictOf(counts);
 }
 
 } // namespace torvane

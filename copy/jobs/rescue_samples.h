@@ -15,8 +15,9 @@ using CopyReader = std::function<bool(std::uint64_t offset, std::span<std::byte>
 
 /// What a few sectors tell of a copy.
 enum class SampleVerdict : std::uint8_t {
-    kSame,    ///< those that could be compared, and that tell anything, agree
-    kOther,   ///< one does not
+    kSame,       ///< those that could be compared, and that tell anything, agree
+    kMostlySame, ///< a few do not, and far more do: a place or two was written to
+    kOther,      ///< too many do not
     kNotTold, ///< none could be compared that tells anything; a map without anything finished has nothing to tell: same
     kGone,    ///< the drive does not answer any more, or nobody wants to wait for it
 };

@@ -9,18 +9,20 @@
 
 namespace torvane {
 
-SourceAnswer WantedSource::read(std::uint64_t offset, std::span<std::byte> bytes) {
-    // Most reads that are under way when the job is to end come back by then.
-    constexpr std::int64_t kPatienceMilliseconds = 3000;
-    std::optional<std::int64_t> unwantedSince;
-    return drive_.read(offset, bytes, [&] {
+std::function<bool()> WantedSource::patience() const {
+    return [this, unwantedSince = std::optional<std::int64_t>()]() mutable {
+        constexpr std::int64_t kPatienceMilliseconds = 3000;
         if (job_.claim.isRaised()) {
             return true;
         }
         const std::int64_t now = job_.system.tick();
         unwantedSince = unwantedSince.value_or(now);
         return now - *unwantedSince < kPatienceMilliseconds;
-    });
+    };
+}
+
+SourceAnswer WantedSource::read(std::uint64_t offset, std::span<std::byte> bytes) {
+    return drive_.read(offset, bytes, patience());
 }
 
 bool WantedSource::awaitReturn() {
@@ -31,7 +33,7 @@ bool WantedSource::awaitReturn() {
     job_.system.logError("Rescue: " + drive + " does not answer any more. It is waited for");
     job_.display.setStatus(" The drive has gone. Waiting for it");
     while (job_.claim.isRaised()) {
-        if (drive_.findAgain() && isTheSource_()) {
+        if (drive_.findAgain(patience()) && isTheSource_()) {
             job_.system.logError("Rescue: " + drive + " is back. The rescue goes on");
             return true;
         }

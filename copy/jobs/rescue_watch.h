@@ -23,6 +23,9 @@ class WantedSource : public RescueSource {
     bool awaitReturn() override;
 
   private:
+    /// Whether to wait on for what is under way: most of it comes back within seconds of the job's end.
+    [[nodiscard]] std::function<bool()> patience() const;
+
     const CopyJob& job_;
     RescueDrive& drive_;
     std::function<bool()> isTheSource_;

@@ -4,6 +4,8 @@
 #include "base/one_line.h"
 #include "records/drive_record.h"
 
+#include <algorithm>
+
 namespace torvane {
 
 namespace {
@@ -13,7 +15,33 @@ RescueOwner thisOrOneLikeIt(const DriveRecord& drive) {
     return withoutBlanksAround(drive.serialNumber.view()).empty() ? RescueOwner::kNotTold : RescueOwner::kThisDrive;
 }
 
-/// The comment of a job: "Image of drive 3 [MODEL] [SERIAL] into ...".
+/// As maps and records have it.
+std::string asRecorded(std::string_view text) {
+    const std::string_view shown = withoutBlanksAround(text);
+    return shown.empty() ? "not told" : oneLine(shown);
+}
+
+/// Every serial number by which the drive goes, as far as it tells any.
+std::vector<std::string> serialNumbersOf(const DriveRecord& drive) {
+    std::vector<std::string> numbers{asRecorded(drive.serialNumber.view()),
+                                     asRecorded(deviceSerialNumber(drive.device)),
+                                     asRecorded(drive.printed.serialNumber)};
+    std::erase(numbers, asRecorded({}));
+    return numbers;
+}
+
+RescueOwner otherOrRenamed(bool sharesSerialNumber) {
+    return sharesSerialNumber ? RescueOwner::kPerhapsThis : RescueOwner::kOtherDrive;
+}
+
+/// Whether what stands of the source in a job's comment ends in a serial number of this drive.
+bool namesSerialNumber(std::string_view source, const DriveRecord& drive) {
+    return std::ranges::any_of(serialNumbersOf(drive), [source](const std::string& number) {
+        return source.find("] [" + number + "]") != std::string_view::npos;
+    });
+}
+
+/// The comment of a job: "Image of drive 3 [MODEL] [SERIAL] into ...", or "... onto drive 4 [MODEL] [SERIAL]".
 RescueOwner ownerByComments(const std::vector<std::string>& comments, const DriveRecord& drive) {
     const std::string name =
         oneLine(std::string("[").append(drive.model.view()).append("] [").append(drive.serialNumber.view()) + "]");
@@ -21,8 +49,11 @@ RescueOwner ownerByComments(const std::vector<std::string>& comments, const Driv
         const std::size_t source = comment.find(" of drive ");
         if (source != std::string::npos && comment.find('[', source) != std::string::npos) {
             const std::size_t found = comment.find(name, source);
-            return found != std::string::npos && found == comment.find('[', source) ? thisOrOneLikeIt(drive)
-                                                                                    : RescueOwner::kOtherDrive;
+            if (found != std::string::npos && found == comment.find('[', source)) {
+                return thisOrOneLikeIt(drive);
+            }
+            const std::string_view onwards = std::string_view(comment).substr(source);
+            return otherOrRenamed(namesSerialNumber(onwards.substr(0, onwards.find(" onto ")), drive));
         }
     }
     return RescueOwner::kNotTold;
@@ -44,10 +75,8 @@ std::optional<std::string_view> valueOf(std::string_view record, std::string_vie
     return std::nullopt;
 }
 
-std::string asRecorded(std::string_view text) {
-    const std::string_view shown = withoutBlanksAround(text);
-    return shown.empty() ? "not told" : oneLine(shown);
-}
+constexpr std::string_view kSerialNumberKeys[] = {"Serial number", "Serial number told by the device",
+                                                  "Serial number printed on the device"};
 
 RescueOwner ownerByRecord(std::string_view record, const DriveRecord& drive) {
     const std::optional<std::string_view> model = valueOf(record, "Model");
@@ -56,9 +85,16 @@ RescueOwner ownerByRecord(std::string_view record, const DriveRecord& drive) {
     if (!model || !serial || !size) {
         return RescueOwner::kNotTold;
     }
-    const bool same = *model == asRecorded(drive.model.view()) && *serial == asRecorded(drive.serialNumber.view()) &&
-                      *size == std::to_string(drive.sizeBytes);
-    return same ? thisOrOneLikeIt(drive) : RescueOwner::kOtherDrive;
+    if (*size != std::to_string(drive.sizeBytes)) {
+        return RescueOwner::kOtherDrive;
+    }
+    if (*model == asRecorded(drive.model.view()) && *serial == asRecorded(drive.serialNumber.view())) {
+        return thisOrOneLikeIt(drive);
+    }
+    return otherOrRenamed(std::ranges::any_of(serialNumbersOf(drive), [record](const std::string& number) {
+        return std::ranges::any_of(kSerialNumberKeys,
+                                   [&](std::string_view key) { return valueOf(record, key) == number; });
+    }));
 }
 
 } // namespace
@@ -67,8 +103,10 @@ RescueOwner rescueOwner(const std::vector<std::string>& comments, const std::opt
                         const DriveRecord& drive) {
     const RescueOwner byComments = ownerByComments(comments, drive);
     const RescueOwner byRecord = record ? ownerByRecord(*record, drive) : RescueOwner::kNotTold;
-    if (byComments == RescueOwner::kOtherDrive || byRecord == RescueOwner::kOtherDrive) {
-        return RescueOwner::kOtherDrive;
+    for (const RescueOwner doubt : {RescueOwner::kOtherDrive, RescueOwner::kPerhapsThis}) {
+        if (byComments == doubt || byRecord == doubt) {
+            return doubt;
+        }
     }
     return byComments == RescueOwner::kNotTold ? byRecord : RescueOwner::kThisDrive;
 }

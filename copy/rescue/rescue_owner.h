@@ -14,7 +14,8 @@ struct DriveRecord;
 enum class RescueOwner : std::uint8_t {
     kThisDrive,
     kOtherDrive,
-    kNotTold, ///< another program has made the map, and there is no record; or the drive has no serial number
+    kPerhapsThis, ///< another model or serial number, and one of its serial numbers: so it is behind another bridge
+    kNotTold,     ///< another program has made the map, and there is no record; or the drive has no serial number
 };
 
 /// Compares what a map's comments and an acquisition record say of their drive, as far as they do, with this one.

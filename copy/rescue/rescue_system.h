@@ -24,8 +24,9 @@ class RescueDrive {
     [[nodiscard]] virtual SourceAnswer read(std::uint64_t offset, std::span<std::byte> bytes,
                                             const std::function<bool()>& mayWait) = 0;
 
-    /// Looks for the same drive, whatever its number is by now. True: it is read there from now on.
-    [[nodiscard]] virtual bool findAgain() = 0;
+    /// Looks for the same drive, whatever its number is by now. True: it is read there from now on. Another drive that
+    /// does not answer holds the look up, which is left as a read is.
+    [[nodiscard]] virtual bool findAgain(const std::function<bool()>& mayWait) = 0;
 };
 
 /// An image that is rescued to.

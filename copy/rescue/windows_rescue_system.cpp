@@ -70,13 +70,29 @@ class WindowsRescueDrive : public RescueDrive {
         return reader_ ? answerOf(reader_->read(offset, bytes, mayWait)) : SourceAnswer::kGone;
     }
 
-    bool findAgain() override {
+    bool findAgain(const std::function<bool()>& mayWait) override {
         reader_.reset(); // and its handle, once a read that was left has ended
-        const std::optional<FoundDrive> found = findDriveAgain(drive_, kMaxDrives, destination_);
-        return found && readBy(found->handle);
+        const auto search = std::make_shared<Search>(drive_, destination_);
+        LeavableReader searching([search](std::uint64_t, std::span<std::byte>) { return search->run(); });
+        return searching.read(0, {}, mayWait) == TransferOutcome::kWhole && readBy(search->found.release());
     }
 
   private:
+    /// A look for the drive. It may be left, and so owns what it uses.
+    struct Search {
+        Search(const DriveRecord& sought, std::optional<int> notThis) : drive(sought), except(notThis) {}
+
+        TransferOutcome run() {
+            const std::optional<FoundDrive> again = findDriveAgain(drive, kMaxDrives, except);
+            found.reset(again ? again->handle : nullptr);
+            return again ? TransferOutcome::kWhole : TransferOutcome::kGone;
+        }
+
+        DriveRecord drive;
+        std::optional<int> except; ///< a drive's number
+        UniqueHandle found;
+    };
+
     bool readBy(NativeHandle handle) {
         if (handle == nullptr) {
             return false;

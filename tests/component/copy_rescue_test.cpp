@@ -151,7 +151,10 @@ TEST_F(RescueJob, RefusesAnImageOfAnotherDrive) {
     EXPECT_EQ(run(runRescueJob), 1U);
     const std::string before = readFile(kImage);
     const std::size_t reads = bench_.log("target=drive:1 request=read").size();
-    source_->serialNumber.assign("S2");
+    const std::string map = std::string(kImage) + ".map";
+    std::string text = readFile(map.c_str());
+    text.replace(text.find("[S1]"), 4, "[S2]");
+    writeFile(map.c_str(), text);
     goOn();
     user_.expectStop(kNotBegun, "[" + order_.path + ".map], or the record beside it, is of another drive than " +
                                     jobDriveText(*source_) + ". Nothing was read or written");

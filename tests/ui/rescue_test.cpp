@@ -120,6 +120,10 @@ TEST_F(RescueTest, GoesOntoADriveAsWell) {
     expectSoon([&] { EXPECT_EQ(dialog.window().child(kOntoDrive).send(BM_GETCHECK), BST_CHECKED); });
     dialog.start();
     answerWarning("Yes");
+    expectBoxOver(dialog, "***** BEGIN THE RESCUE ANEW *****",
+                  "There is no map [RESCUE--SOURCE.SRC-1--TARGET.TGT-2.map]: the rescue begins anew, the DESTINATION "
+                  "is cleaned, and what an earlier rescue has brought there is lost. Begin anew?",
+                  BoxIcon::kNone, "Yes");
     dialog.awaitStatus(" Rescue Completed, not everything could be read");
     dialog.leave();
     EXPECT_TRUE(content(2, 0, kSourceBytes) == rescued());

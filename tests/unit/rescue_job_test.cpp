@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <set>
 #include <string>
@@ -73,7 +74,8 @@ class Machine : public CopySystem, public DriveIo, public JobDisplay, public Res
                           const std::function<bool()>& mayWait) override {
             return machine_.readSource(offset, bytes, mayWait);
         }
-        bool findAgain() override {
+        bool findAgain(const std::function<bool()>& mayWait) override {
+            EXPECT_TRUE(mayWait());
             if (--machine_.looksUntilStop == 0) {
                 machine_.jobs.askToStop();
             }
@@ -412,7 +414,17 @@ TEST_F(RescueJobTest, IsNotBegunWithACopyThatIsNotWhatItsMapTells) {
     goOn();
     machine_.files[kImage][440] ^= 1;
     EXPECT_EQ(machine_.run(), 1U) << "the system may have changed a disk's signature";
-    machine_.files[kImage][kRescueRead] ^= 1;
+    std::string& image = machine_.files[kImage];
+    for (const std::size_t place : std::initializer_list<std::size_t>{0, kRescueRead, 2 * kRescueRead}) {
+        image[place] = static_cast<char>(image[place] ^ 1);
+    }
+    EXPECT_EQ(machine_.run(), 0U);
+    EXPECT_THAT(machine_.boxes.back(), HasSubstr("Most of what the map calls finished is what the drive holds"));
+    machine_.yes = true;
+    EXPECT_EQ(machine_.run(), 1U);
+    for (char& each : image) {
+        each = static_cast<char>(each ^ 1);
+    }
     EXPECT_EQ(machine_.run(), 0U);
     EXPECT_THAT(machine_.boxes.back(), HasSubstr("is not what the drive holds"));
     machine_.files[kImage].resize(100);
@@ -440,6 +452,20 @@ TEST_F(RescueJobTest, AsksWhereTheMapCallsNoWholeSectorFinished) {
         "# Image of drive 3 [Model X] [S1] into [x]\n0x0 ? 1\n0x0 0x100 +\n0x100 0x100 ?\n";
     EXPECT_EQ(machine_.run(), 0U);
     EXPECT_THAT(machine_.boxes.back(), HasSubstr("could be compared with the drive"));
+}
+
+TEST_F(RescueJobTest, OfACopyThatWasWrittenToInAPlaceGoesOnWhenTheDriveIsBack) {
+    machine_.stopAtRead = 2;
+    EXPECT_EQ(machine_.run(), 1U);
+    goOn();
+    machine_.stopAtRead = 0;
+    machine_.yes = true;
+    std::string& image = machine_.files[kImage];
+    image[0] = static_cast<char>(image[0] ^ 1);
+    machine_.goneAtRead = machine_.reads + 16; // the first after the samples
+    EXPECT_EQ(machine_.run(), 1U);
+    EXPECT_THAT(machine_.errors, ElementsAre(HasSubstr("does not answer any more"), HasSubstr("is back")));
+    EXPECT_EQ(map().bytes(RangeStatus::kFinished), kBytes);
 }
 
 TEST_F(RescueJobTest, DoesNotTakeAnotherDriveForTheOneThatIsBack) {
@@ -614,6 +640,21 @@ TEST_F(RescueOwnerTest, IsTheDriveThatTheMapNames) {
               RescueOwner::kOtherDrive)
         << "it is the destination";
     EXPECT_EQ(rescueOwner({"Mapfile. Created by another"}, {}, drive_), RescueOwner::kNotTold);
+}
+
+TEST_F(RescueOwnerTest, IsPerhapsTheDriveOfAnotherNameThatSharesASerialNumber) {
+    drive_.printed.serialNumber = "P7";
+    EXPECT_EQ(rescueOwner({"Image of drive 3 [Bridge] [P7] into [x]"}, {}, drive_), RescueOwner::kPerhapsThis);
+    EXPECT_EQ(rescueOwner({"Clone of drive 3 [Bridge] [B0] onto drive 4 [Model Y] [P7]"}, {}, drive_),
+              RescueOwner::kOtherDrive)
+        << "it is the destination's";
+    const std::string bridge = "Model: Bridge\nSerial number: B0\nSerial number told by the device: B0\n"
+                               "Serial number printed on the device: P7\n";
+    EXPECT_EQ(rescueOwner({}, bridge + "Size in bytes: 1024", drive_), RescueOwner::kPerhapsThis);
+    EXPECT_EQ(rescueOwner({}, bridge + "Size in bytes: 512", drive_), RescueOwner::kOtherDrive);
+    drive_.printed.serialNumber = "not told";
+    EXPECT_EQ(rescueOwner({}, "Model: B\nSerial number: not told\nSize in bytes: 1024", drive_),
+              RescueOwner::kOtherDrive);
 }
 
 TEST_F(RescueOwnerTest, IsTheDriveThatTheRecordNames) {
