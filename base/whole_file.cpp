@@ -3,6 +3,8 @@
 #include "base/owned_handle.h"
 #include "base/system_path.h"
 
+#include <utility>
+
 namespace torvane {
 
 std::optional<std::uint64_t> sizeOfFile(HANDLE file) {
@@ -27,6 +29,17 @@ bool readWholeFile(HANDLE file, std::uint64_t size, char* block) {
     }
     DWORD count = 0;
     return ReadFile(file, block, static_cast<DWORD>(size), &count, nullptr) != 0 && count == size;
+}
+
+std::optional<std::string> readFileUpTo(std::string_view path, std::uint64_t mostBytes) {
+    const UniqueFile file{CreateFileW(systemPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr)};
+    const std::optional<std::uint64_t> size = file ? sizeOfFile(file.get()) : std::nullopt;
+    if (!size || *size > mostBytes) {
+        return std::nullopt;
+    }
+    std::string bytes(static_cast<std::size_t>(*size), '\0');
+    return readWholeFile(file.get(), *size, bytes.data()) ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 bool writeWholeFile(std::string_view fileName, std::string_view text) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace torvane {
@@ -27,6 +28,10 @@ using LoadedText = std::unique_ptr<char[], GlobalFreeDeleter>;
 /// Reads the whole file of `size` bytes into `block`. False when less arrives, and for 4 GiB or more, which cannot be
 /// asked for in one call.
 [[nodiscard]] bool readWholeFile(HANDLE file, std::uint64_t size, char* block);
+
+/// The file's bytes. None when there is no such file, when it cannot be read, and when it has more than `mostBytes`.
+/// Others may read it meanwhile. The path may be of any length.
+[[nodiscard]] std::optional<std::string> readFileUpTo(std::string_view path, std::uint64_t mostBytes);
 
 /// Makes the file anew with `text` as it is: lines end in a bare line feed. False, with the reason in GetLastError,
 /// when not all of it could be written. The path may be of any length.

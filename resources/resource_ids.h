@@ -27,6 +27,7 @@
 #define IDD_CASE_INFORMATION 1300
 #define IDD_VERIFY_IMAGE 1339
 #define IDD_RESCUE 1345
+#define IDD_TEXT 1405
 
 // Texts and pictures that no code refers to
 #ifndef IDC_STATIC
@@ -38,6 +39,7 @@
 #define IDM_EDIT_MESSAGES 32
 #define IDM_VERIFY_IMAGE 48
 #define IDM_RESCUE_TICKED 64
+#define IDM_SHOW_TUTORIAL 80
 
 // Commands of menus
 #define IDM_EXIT 32771
@@ -219,10 +221,20 @@
 #define IDC_TERMINATE_RESCUE 1356
 #define IDC_EXIT_RESCUE 1357
 
+// About
+#define IDC_ABOUT_BUILD 1402
+#define IDC_ABOUT_SMARTCTL 1403
+#define IDC_ABOUT_LICENCES 1404
+
+// A text to read
+#define IDC_TEXT 1406
+
 // Company information
 #define IDC_COMPANY_NAME 1010
 #define IDC_COMPANY_ADDRESS 1011
 #define IDC_COMPANY_PHONE 1012
+#define IDC_SAVE_COMPANY 1400
+#define IDC_EXIT_COMPANY 1401
 #define IDC_COMPANY_NAME_LABEL 8000
 #define IDC_COMPANY_ADDRESS_LABEL 8001
 #define IDC_COMPANY_PHONE_LABEL 8002

@@ -5,10 +5,15 @@
 #include "settings/company_info_file.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
+#include "ui/edit_text.h"
+#include "ui/prompts.h"
 #include "ui/window_scale.h"
 
+#include <array>
+#include <cstddef>
 #include <iterator>
 #include <string>
+#include <tuple>
 
 namespace torvane {
 
@@ -35,7 +40,11 @@ class CompanyInfoDialog : public Dialog {
   protected:
     bool onInitialise() override {
         SetWindowTextA(window(), "Configure Company Information");
+        for (const LabelledText& row : kTexts) {
+            SendDlgItemMessageA(window(), row.textId, EM_SETLIMITTEXT, kTextRoom, 0);
+        }
         fillTexts();
+        saved_ = typedTexts();
         measureTexts();
         for (const LabelledText& row : kTexts) {
             createLabel(row);
@@ -50,16 +59,26 @@ class CompanyInfoDialog : public Dialog {
             placeControl(row.labelId, row.labelPlace);
             placeControl(row.textId, textPlace(row));
         }
+        const PixelRect last = textPlace(kTexts[std::size(kTexts) - 1]);
+        const int top = last.bottom + kMargin;
+        placeControl(IDC_EXIT_COMPANY, PixelRect{last.right - kButtonWidth, top, last.right, top + kButtonHeight});
+        const int right = last.right - kButtonWidth - kMargin;
+        placeControl(IDC_SAVE_COMPANY, PixelRect{right - kButtonWidth, top, right, top + kButtonHeight});
     }
 
     bool onCommand(int id) override {
         static constexpr CommandRoute<CompanyInfoDialog> kRoutes[] = {
             {IDM_SAVE_COMPANY_INFORMATION, &CompanyInfoDialog::onSave},
+            {IDC_SAVE_COMPANY, &CompanyInfoDialog::onSave},
             {IDM_EXIT_COMPANY_INFORMATION, &CompanyInfoDialog::onExit},
+            {IDC_EXIT_COMPANY, &CompanyInfoDialog::onExit},
             {IDCANCEL, &CompanyInfoDialog::onExit},
         };
         return route(*this, kRoutes, id);
     }
+
+    // The control's own limit counts characters, of which one takes up to four bytes.
+    void onTextChange(int id) override { keepWithinBytes(control(id), kTextRoom); }
 
     HBRUSH onControlColour(HDC context) override {
         SetTextColor(context, RGB(0, 0, 0));
@@ -68,6 +87,14 @@ class CompanyInfoDialog : public Dialog {
     }
 
   private:
+    static constexpr std::size_t kTextRoom = sizeof(CompanyInfo::companyName) - 1;
+    static constexpr int kMargin = 14;
+    static constexpr int kButtonWidth = 88;
+    static constexpr int kButtonHeight = 25;
+
+    /// In the order of `kTexts`.
+    using Texts = std::array<std::string, std::size(kTexts)>;
+
     void fillTexts() {
         setControlText(IDC_COMPANY_NAME, std::string(info_.companyName.view()).c_str());
         setControlText(IDC_COMPANY_ADDRESS, std::string(info_.companyAddress.view()).c_str());
@@ -104,21 +131,36 @@ class CompanyInfoDialog : public Dialog {
     }
 
     void sizeToTexts() {
-        constexpr int kMargin = 14;
         const PixelRect last = textPlace(kTexts[std::size(kTexts) - 1]);
-        sizeClientArea({last.right + kMargin, last.bottom + kMargin});
+        sizeClientArea({last.right + kMargin, last.bottom + kMargin + kButtonHeight + kMargin});
     }
 
-    [[nodiscard]] std::string typedText(int id) const { return controlText(control(id)); }
+    [[nodiscard]] Texts typedTexts() const {
+        Texts texts;
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            texts[i] = controlText(control(kTexts[i].textId));
+        }
+        return texts;
+    }
 
     void onSave() {
-        SaveCompanyInfo(info_, typedText(IDC_COMPANY_NAME), typedText(IDC_COMPANY_ADDRESS),
-                        typedText(IDC_COMPANY_PHONE));
+        const Texts texts = typedTexts();
+        const auto& [name, address, phone] = texts;
+        if (SaveCompanyInfo(info_, name, address, phone) != 0) {
+            saved_ = texts;
+        }
     }
 
-    void onExit() { end(1); }
+    void onExit() {
+        if (typedTexts() == saved_ ||
+            prompts::ask("***** COMPANY INFORMATION NOT SAVED *****",
+                         "The company information was edited but not saved. Do you want to drop the changes?")) {
+            end(1);
+        }
+    }
 
     CompanyInfo& info_;
+    Texts saved_;          ///< as they are in the file, or were when the dialog opened
     PixelSize textSize_{}; ///< at 96 dots to the inch
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };

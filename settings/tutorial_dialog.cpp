@@ -24,10 +24,11 @@ constexpr int kRightOfMiddle = 40;
 
 class TutorialDialog : public Dialog {
   public:
-    TutorialDialog() : Dialog(IDD_TUTORIAL) {}
+    explicit TutorialDialog(bool prevented) : Dialog(IDD_TUTORIAL), prevented_(prevented) {}
 
   protected:
     bool onInitialise() override {
+        CheckDlgButton(window(), IDC_TUTORIAL_PREVENT, prevented_ ? BST_CHECKED : BST_UNCHECKED);
         layOut();
         placeOnScreen();
         SetFocus(control(IDC_TUTORIAL_CONTINUE));
@@ -75,16 +76,24 @@ class TutorialDialog : public Dialog {
         keepInWorkArea(window());
     }
 
+    [[nodiscard]] bool isPrevented() const { return IsDlgButtonChecked(window(), IDC_TUTORIAL_PREVENT) == BST_CHECKED; }
+
+    // A file that cannot be written is no reason to hold the user up: the tutorial will show again.
+
     void onContinue() {
-        const bool prevented = IsDlgButtonChecked(window(), IDC_TUTORIAL_PREVENT) == BST_CHECKED;
-        // A file that cannot be written is no reason to hold the user up: the tutorial will show again.
-        saveTutorialFlag(kTutorialFileName, prevented ? kTutorialHidden : kTutorialShown);
+        saveTutorialFlag(kTutorialFileName, isPrevented() ? kTutorialHidden : kTutorialShown);
         end(1);
     }
 
-    // Closed by Esc or the close box: nothing was decided, so nothing is written.
-    void onClose() { end(0); }
+    // Esc or the close box: a tick is a decision all the same, without one nothing is written.
+    void onClose() {
+        if (isPrevented()) {
+            saveTutorialFlag(kTutorialFileName, kTutorialHidden);
+        }
+        end(0);
+    }
 
+    bool prevented_;                       ///< when it opens
     std::optional<ResourceImage> picture_; ///< once laid out
     UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };
@@ -97,7 +106,11 @@ void ShowTutorialIfWanted(HWND owner) {
     }
     // What the tutorial explains stands behind it; without it the program had no button in the task bar either.
     ShowWindow(owner, SW_SHOW);
-    TutorialDialog().runModal(owner);
+    TutorialDialog(false).runModal(owner);
+}
+
+void showTutorial(HWND owner) {
+    TutorialDialog(loadTutorialFlag(kTutorialFileName) != kTutorialShown).runModal(owner);
 }
 
 } // namespace torvane

@@ -4,7 +4,7 @@
 
 namespace torvane {
 
-/// Name, version and date of the program.
+/// Name, version and date of the program, of the tool that it asks drives with, and the licences of both.
 class AboutDialog : public Dialog {
   public:
     AboutDialog();
@@ -16,6 +16,7 @@ class AboutDialog : public Dialog {
 
   private:
     void showIcon(Scale scale);
+    void onLicences();
     void onClose() { end(IDOK); }
 
     UniqueIcon icon_;

@@ -77,6 +77,7 @@ void MainDialog::addSystemMenuItems() {
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
     AppendMenuA(menu, MF_STRING, IDM_RESCUE_TICKED, "Rescue...");
     AppendMenuA(menu, MF_STRING, IDM_VERIFY_IMAGE, "Verify Image...");
+    AppendMenuA(menu, MF_STRING, IDM_SHOW_TUTORIAL, "Show Tutorial...");
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
     // These stay the last ones: users and their scripts know them there.
     AppendMenuA(menu, MF_STRING, IDM_ABOUT, "About");

@@ -23,6 +23,7 @@
 #include "settings/company_info_dialog.h"
 #include "settings/edit_messages_dialog.h"
 #include "settings/portable_drive.h"
+#include "settings/tutorial_dialog.h"
 #include "state/active_drive.h"
 #include "state/app_state.h"
 #include "state/still_at_work.h"
@@ -121,6 +122,9 @@ bool MainDialog::onSystemCommand(WPARAM id) {
         return true;
     case IDM_VERIFY_IMAGE:
         onVerifyImage();
+        return true;
+    case IDM_SHOW_TUTORIAL:
+        showTutorial(window());
         return true;
     default:
         return false;

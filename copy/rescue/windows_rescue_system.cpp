@@ -3,6 +3,7 @@
 #include "base/owned_handle.h"
 #include "base/positioned_io.h"
 #include "base/system_path.h"
+#include "base/whole_file.h"
 #include "copy/rescue/leavable_reader.h"
 #include "discovery/disk_identity.h"
 #include "discovery/find_drive.h"
@@ -140,11 +141,6 @@ class WindowsRescueImage : public RescueImage {
     bool keepsHoles_ = false;
 };
 
-UniqueFile openAlone(const std::string& path, DWORD access, DWORD share) {
-    return UniqueFile(
-        CreateFileW(systemPath(path).c_str(), access, share, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-}
-
 } // namespace
 
 std::unique_ptr<RescueDrive> WindowsRescueSystem::openDrive(const DriveRecord& drive, const DriveRecord* destination) {
@@ -153,22 +149,14 @@ std::unique_ptr<RescueDrive> WindowsRescueSystem::openDrive(const DriveRecord& d
 }
 
 std::unique_ptr<RescueImage> WindowsRescueSystem::openImage(const std::string& path) {
-    UniqueFile file = openAlone(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ);
+    UniqueFile file(CreateFileW(systemPath(path).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     return file ? std::make_unique<WindowsRescueImage>(std::move(file)) : nullptr;
 }
 
 std::optional<std::string> WindowsRescueSystem::readText(const std::string& path) {
-    constexpr std::int64_t kMostBytes = 256LL << 20; // a map of ten million ranges
-    const UniqueFile file = openAlone(path, GENERIC_READ, FILE_SHARE_READ);
-    const std::int64_t size = file ? sizeOf(file.get()) : -1;
-    if (size < 0 || size > kMostBytes) {
-        return std::nullopt;
-    }
-    std::string text(static_cast<std::size_t>(size), '\0');
-    if (readAt(file.get(), 0, std::as_writable_bytes(std::span(text))) != TransferOutcome::kWhole) {
-        return std::nullopt;
-    }
-    return text;
+    constexpr std::uint64_t kMostBytes = 256ULL << 20; // a map of ten million ranges
+    return readFileUpTo(path, kMostBytes);
 }
 
 void WindowsRescueSystem::pause() {

@@ -20,6 +20,10 @@ constexpr int kAddress = 1011;
 constexpr int kPhone = 1012;
 constexpr int kExitCompany = 32801;
 constexpr int kSaveCompany = 32802;
+constexpr int kSaveButton = 1400;
+constexpr int kExitButton = 1401;
+constexpr const char* kNotSaved = "***** COMPANY INFORMATION NOT SAVED *****";
+constexpr const char* kDropThem = "The company information was edited but not saved. Do you want to drop the changes?";
 constexpr std::array<int, 3> kTexts = {kName, kAddress, kPhone};
 
 /// A text in a field of 256 bytes.
@@ -129,7 +133,7 @@ TEST_F(CompanyInfoTest, IsCutAt255CharactersAndKeepsForeignOnes) {
     setText(dialog, kAddress, std::string(1000, 'a'));
     const std::string phone = toUtf8(L"\u00FC\u20AC");
     setText(dialog, kPhone, phone);
-    choose(dialog, kSaveCompany);
+    press(dialog.child(kSaveButton));
     expectStopBoxOver(dialog, "***** CONFIG FILE SAVED *****", "Config file successfully saved.");
     EXPECT_EQ(fileBytes(), field(std::string(255, 'n')) + field(std::string(255, 'a')) + field(phone));
     close(dialog);
@@ -141,6 +145,10 @@ TEST_F(CompanyInfoTest, ThatIsLeftUnsavedStaysAsItWas) {
     const std::string name = dialog.child(kName).text();
     setText(dialog, kName, "never saved");
     pressKey(dialog, VK_ESCAPE);
+    expectBoxOver(dialog, kNotSaved, kDropThem, BoxIcon::kNone, "No");
+    EXPECT_EQ(dialog.child(kName).text(), "never saved") << "nothing is lost by a slip";
+    press(dialog.child(kExitButton));
+    expectBoxOver(dialog, kNotSaved, kDropThem, BoxIcon::kNone, "Yes");
     await("the dialog has closed", [&] { return !dialog.exists(); });
     expectNoBox();
     EXPECT_EQ(fileBytes(), before);
@@ -158,7 +166,9 @@ TEST_F(CompanyInfoTest, WhoseFileIsGoneIsNotSaved) {
                       "Could not open [Config.db] config file. Config not saved");
     expectLastLog("ERROR", "Could not WRITE config file");
     EXPECT_FALSE(std::filesystem::exists(file()));
-    close(dialog);
+    choose(dialog, kExitCompany);
+    expectBoxOver(dialog, kNotSaved, kDropThem, BoxIcon::kNone, "Yes");
+    await("the dialog has closed", [&] { return !dialog.exists(); });
     const Window again = openDialog();
     EXPECT_NE(again.child(kName).text(), "nowhere to go");
     close(again);

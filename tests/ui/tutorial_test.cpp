@@ -79,7 +79,6 @@ TEST_F(TutorialTest, ShowsAgainWhenItWasOnlyClosedAndTickedAwayItNeverComesBack)
     {
         const Program program(launch_);
         const Window tutorial = program.awaitDialog();
-        press(tutorial.child(kPrevent));
         bringToFront(tutorial);
         pressKey(tutorial, VK_ESCAPE);
         awaitClosed(program, tutorial);
@@ -100,6 +99,26 @@ TEST_F(TutorialTest, ShowsAgainWhenItWasOnlyClosedAndTickedAwayItNeverComesBack)
     EXPECT_FALSE(again.dialog()) << again.dialog()->describe();
     EXPECT_TRUE(again.mainWindow().enabled()) << "the tutorial is about to open";
     EXPECT_EQ(flag(), kHidden);
+}
+
+TEST_F(TutorialTest, KeepsATickThatItWasClosedWithAndIsInTheSystemMenu) {
+    constexpr WPARAM kShowTutorial = 80;
+    setFlag(kShown);
+    const Program program(launch_);
+    const Window tutorial = program.awaitDialog();
+    press(tutorial.child(kPrevent));
+    bringToFront(tutorial);
+    pressKey(tutorial, VK_ESCAPE);
+    awaitClosed(program, tutorial);
+    EXPECT_EQ(flag(), kHidden);
+
+    program.mainWindow().post(WM_SYSCOMMAND, kShowTutorial);
+    const Window again = program.awaitDialog();
+    EXPECT_EQ(again.child(kPrevent).send(BM_GETCHECK), BST_CHECKED);
+    press(again.child(kPrevent));
+    press(again.child(kContinue));
+    awaitClosed(program, again);
+    EXPECT_EQ(flag(), kShown);
 }
 
 TEST_F(TutorialTest, EnterContinuesAndAFileThatCannotBeWrittenIsNoReasonForABox) {

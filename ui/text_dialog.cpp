@@ -1,0 +1,57 @@
+#include "ui/text_dialog.h"
+
+#include "resources/resource_ids.h"
+#include "ui/control_text.h"
+#include "ui/dialog.h"
+
+namespace torvane {
+
+namespace {
+
+/// As an edit control wants them.
+std::string withWindowsLineEnds(const std::string& text) {
+    std::string lines;
+    lines.reserve(text.size());
+    for (const char each : text) {
+        if (each == '\n') {
+            lines += "\r\n";
+        } else if (each != '\r') {
+            lines += each;
+        }
+    }
+    return lines;
+}
+
+class TextDialog : public Dialog {
+  public:
+    TextDialog(const char* title, const std::string& text) : Dialog(IDD_TEXT), title_(title), text_(text) {}
+
+  protected:
+    bool onInitialise() override {
+        setWindowText(window(), title_);
+        setWindowText(control(IDC_TEXT), withWindowsLineEnds(text_));
+        SetFocus(control(IDCANCEL)); // in the text everything would be selected
+        return false;
+    }
+
+    bool onCommand(int id) override {
+        static constexpr CommandRoute<TextDialog> kRoutes[] = {
+            {IDCANCEL, &TextDialog::onClose},
+        };
+        return route(*this, kRoutes, id);
+    }
+
+  private:
+    void onClose() { end(1); }
+
+    const char* title_;
+    const std::string& text_;
+};
+
+} // namespace
+
+void showText(const char* title, const std::string& text, HWND owner) {
+    TextDialog(title, text).runModal(owner);
+}
+
+} // namespace torvane
