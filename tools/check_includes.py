@@ -44,6 +44,7 @@ FOLDERS = {
     "copy": {"base", "ui", "records", "jobs", "state", "discovery", "admin"},
     "hex": {"base", "ui", "records", "state", "discovery", "copy"},
     "reports": {"base", "ui", "records", "state", "monitoring", "health"},
+    "details": {"base", "records", "discovery", "monitoring", "health"},
     "window": {"base", "ui", "records", "jobs", "state", "discovery", "monitoring", "settings", "health", "admin", "scan",
                "surface", "copy", "hex", "reports"},
 }
