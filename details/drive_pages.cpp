@@ -11,8 +11,12 @@ namespace torvane {
 std::vector<DetailPage> drivePages(const DetailSubject& subject) {
     const ToolReport report = readToolReport(subject.drive.smartText);
     const DriveRecord& drive = subject.drive;
-    return {identityPage(subject, report), healthPage(drive, report), attributePage(drive, report),
-            selfTestPage(report),          errorLogPage(report),      statisticPage(drive, report),
+    return {identityPage(subject, report),
+            healthPage(drive, report),
+            attributePage(drive, report),
+            selfTestPage(report),
+            errorLogPage(report),
+            statisticPage(drive, report),
             reportPage(drive)};
 }
 

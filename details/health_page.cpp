@@ -2,6 +2,7 @@
 
 #include "base/format.h"
 #include "details/meanings.h"
+#include "details/nvme_log.h"
 #include "details/page_rows.h"
 #include "health/grading.h"
 #include "records/counters.h"
@@ -76,26 +77,10 @@ void addCounters(const DriveRecord& drive, PageRows& rows) {
     }
 }
 
-/// What the record holds, for a drive of which nothing else is known.
-std::vector<ReportField> recordedNvme(const NvmeHealth& nvme) {
-    if (nvme.criticalWarning < 0 || nvme.powerOnHours < 0) {
-        return {};
-    }
-    return {{"Critical Warning", formatText("0x%02x", static_cast<unsigned>(nvme.criticalWarning))},
-            {"Available Spare", std::to_string(nvme.availableSpare) + "%"},
-            {"Available Spare Threshold", std::to_string(nvme.availableSpareThreshold) + "%"},
-            {"Percentage Used", std::to_string(nvme.percentageUsed) + "%"},
-            {"Data Units Read", thousandsText(static_cast<std::uint64_t>(nvme.dataUnitsRead))},
-            {"Data Units Written", thousandsText(static_cast<std::uint64_t>(nvme.dataUnitsWritten))},
-            {"Power On Hours", thousandsText(static_cast<std::uint64_t>(nvme.powerOnHours))},
-            {"Media and Data Integrity Errors", thousandsText(static_cast<std::uint64_t>(nvme.errorLogEntries))}};
-}
-
+/// As the tool printed it; else as the scan read it from the drive, because the tool is no help with most NVMe drives.
 void addNvme(const DriveRecord& drive, const ToolReport& report, PageRows& rows) {
-    rows.heading("NVMe SMART / Health Information log");
-    const bool isNvme = drive.smartType == kSmartTypeNvme;
-    for (const ReportField& field :
-         !report.nvmeHealth.empty() || !isNvme ? report.nvmeHealth : recordedNvme(drive.nvme)) {
+    rows.heading("NVMe health log");
+    for (const ReportField& field : report.nvmeHealth.empty() ? nvmeLogFields(drive.nvmeLog) : report.nvmeHealth) {
         rows.add(field.name, field.value, nvmeMeaning(field.name));
     }
 }

@@ -58,7 +58,8 @@ void addSerialNumbers(const DriveRecord& drive, const ToolReport& report, PageRo
     const std::string device = deviceSerialNumber(drive.device);
     const bool same = isSameSerialNumber(device, shown);
     rows.addIfTold("Serial number, told by the device", device, same ? "the same" : "another one than the list shows");
-    rows.addIfTold("Serial number, printed", told(drive.printed.serialNumber), "as the controller tells it: the label's");
+    rows.addIfTold("Serial number, printed", told(drive.printed.serialNumber),
+                   "as the controller tells it: the label's");
     const std::string_view reported = fieldOf(report.identity, "Serial Number");
     if (!isSameSerialNumber(reported, shown)) {
         rows.addIfTold("Serial number in the report", told(reported));
@@ -97,10 +98,8 @@ void addFields(const ToolReport& report, std::span<const TakenField> fields, Pag
 }
 
 constexpr TakenField kIdentityFields[] = {
-    {"LU WWN Device Id", "World wide name"},
-    {"Logical Unit id", "World wide name"},
-    {"Namespace 1 IEEE EUI-64", "EUI-64"},
-    {"Form Factor", "Form factor"},
+    {"LU WWN Device Id", "World wide name"}, {"Logical Unit id", "World wide name"},
+    {"Namespace 1 IEEE EUI-64", "EUI-64"},   {"Form Factor", "Form factor"},
     {"Rotation Rate", "Rotation rate"},
 };
 
@@ -160,7 +159,7 @@ std::string otherCapacity(const DriveRecord& drive, const ToolReport& report) {
 }
 
 void addCapacity(const DriveRecord& drive, const ToolReport& report, PageRows& rows) {
-    rows.heading("Capacity");
+    rows.heading("Size");
     const auto bytes = static_cast<std::uint64_t>(drive.sizeBytes);
     rows.add("Capacity", thousandsText(bytes) + " bytes",
              formatText("%.2f GB as makers count, ", static_cast<double>(bytes) / 1e9) + gigabytesText(bytes) +
@@ -169,7 +168,8 @@ void addCapacity(const DriveRecord& drive, const ToolReport& report, PageRows& r
                    "not what the system reaches: a bridge, or a part that is hidden");
     const bool known = drive.bytesPerSector > 0;
     rows.add("Sectors", known ? thousandsText(bytes / static_cast<std::uint64_t>(drive.bytesPerSector)) : "not told");
-    rows.add("Sector size", known ? formatText("%d bytes", drive.bytesPerSector) : "not told", "as the system reads it");
+    rows.add("Sector size", known ? formatText("%d bytes", drive.bytesPerSector) : "not told",
+             "as the system reads it");
     constexpr TakenField kSizes[] = {{"Sector Sizes", "Sector sizes in the report"},
                                      {"Sector Size", "Sector size in the report"},
                                      {"Logical block size", "Logical block size"},
@@ -268,8 +268,9 @@ std::string_view securityMeaning(std::string_view state) {
         return "a password is set: readable now, but locked when power was off; a copy fails then";
     }
     if (lower.starts_with("disabled")) {
-        return lower.find("not frozen") != std::string::npos ? "no password is set: nothing keeps a copy from reading it"
-                                                             : "no password is set, and none can be until power was off";
+        return lower.find("not frozen") != std::string::npos
+                   ? "no password is set: nothing keeps a copy from reading it"
+                   : "no password is set, and none can be until power was off";
     }
     return lower.starts_with("unavailable") ? std::string_view("the drive knows no password") : std::string_view();
 }

@@ -52,7 +52,7 @@ const char* whyNoAttributes(const DriveRecord& drive, const ToolReport& report) 
     return "The drive's report has no attributes.";
 }
 
-// --- Notes above a table
+// --- Notes above a table, whose first column has room for them
 
 void addNotes(const std::vector<std::string>& notes, DetailPage& page) {
     for (const std::string& note : notes) {
@@ -80,7 +80,8 @@ std::string valueText(const Statistic& statistic) {
 std::string meaningOf(const Statistic& statistic, const DriveRecord& drive) {
     std::string meaning(statisticMeaning(statistic.name));
     if (statistic.name.starts_with("Logical Sectors ") && isWholeNumber(statistic.value)) {
-        const double bytes = static_cast<double>(leadingInt64(statistic.value)) * static_cast<double>(sectorSizeOf(drive));
+        const double bytes =
+            static_cast<double>(leadingInt64(statistic.value)) * static_cast<double>(sectorSizeOf(drive));
         meaning += formatText(": %.2f TB", bytes / 1e12);
     }
     return statistic.conditionMet ? "LIMIT REACHED. " + meaning : meaning;
@@ -94,14 +95,14 @@ DetailPage orSentence(DetailPage page, std::string_view sentence) {
 
 DetailPage attributePage(const DriveRecord& drive, const ToolReport& report) {
     DetailPage page{.title = "Attributes",
-                    .columns = {{"ID", 40},
-                                {"Attribute", 180},
-                                {"Raw value", 150},
-                                {"Value", 48},
-                                {"Worst", 48},
-                                {"Threshold", 66},
-                                {"State", 92},
-                                {"What it means", 440}},
+                    .columns = {{"ID", 36},
+                                {"Attribute", 176},
+                                {"Raw value", 132},
+                                {"Value", 44},
+                                {"Worst", 44},
+                                {"Threshold", 70},
+                                {"State", 84},
+                                {"What it means", 424}},
                     .rows = {},
                     .text = {}};
     page.rows.reserve(report.attributes.size());
@@ -110,32 +111,29 @@ DetailPage attributePage(const DriveRecord& drive, const ToolReport& report) {
 }
 
 DetailPage selfTestPage(const ToolReport& report) {
-    DetailPage page{.title = "Self-tests",
-                    .columns = {{"No.", 50},
-                                {"Test", 170},
-                                {"Result", 280},
-                                {"Remaining", 80},
-                                {"At hours", 90},
-                                {"First bad LBA", 140}},
-                    .rows = {},
-                    .text = {}};
+    DetailPage page{
+        .title = "Self-tests",
+        .columns =
+            {{"Test", 330}, {"Result", 270}, {"Remaining", 80}, {"At hours", 90}, {"First bad LBA", 160}, {"No.", 80}},
+        .rows = {},
+        .text = {}};
     addNotes(report.selfTestNotes, page);
     page.rows.reserve(page.rows.size() + report.selfTests.size());
     for (const SelfTest& test : report.selfTests) {
-        page.rows.push_back({.cells = {test.number, test.test, test.status, test.remaining, test.hours, test.lba}});
+        page.rows.push_back({.cells = {test.test, test.status, test.remaining, test.hours, test.lba, test.number}});
     }
     return orSentence(std::move(page), "The drive's report has no log of self-tests.");
 }
 
 DetailPage errorLogPage(const ToolReport& report) {
     DetailPage page{.title = "Error log",
-                    .columns = {{"No.", 80}, {"At hours", 90}, {"Error", 300}, {"LBA", 160}, {"Command", 260}},
+                    .columns = {{"Error", 430}, {"LBA", 160}, {"Command", 240}, {"At hours", 90}, {"No.", 90}},
                     .rows = {},
                     .text = {}};
     addNotes(report.errorNotes, page);
     page.rows.reserve(page.rows.size() + report.errors.size());
     for (const LoggedError& error : report.errors) {
-        page.rows.push_back({.cells = {error.number, error.hours, error.error, error.lba, error.command}});
+        page.rows.push_back({.cells = {error.error, error.lba, error.command, error.hours, error.number}});
     }
     return orSentence(std::move(page), "The drive's report has no error log.");
 }

@@ -45,10 +45,10 @@ constexpr Named kAttributes[] = {
     {"SATA_P", {"faults of the link: cable or connector, not the medium"}},
     {"Downshift", {"times the link fell to a lower speed: cable or connector"}},
     {"DwnGrd", {"times the link fell to a lower speed: cable or connector"}},
-    {"Raw_Read_Error", {"errors at reading, corrected ones too; many makers pack several numbers into it"}},
+    {"Raw_Read_Error", {"errors at reading, corrected ones too; often several numbers in one"}},
     {"Read_Soft_Error", {"errors at reading that could be corrected"}},
     {"Soft_", {"errors that could be corrected"}},
-    {"Seek_Error", {"errors at moving the heads; many makers pack several numbers into it"}},
+    {"Seek_Error", {"errors at moving the heads; often several numbers in one"}},
     {"Seek_Time", {"how quickly the heads move"}},
     {"Throughput", {"how quickly the drive works, by its own measure"}},
     {"Spin_Up_Time", {"how long the motor needs to start"}},
@@ -122,7 +122,7 @@ constexpr Named kAttributes[] = {
     {"Read_Disturb", {"blocks moved because reading wears them"}},
     {"Integ_Scan", {"scans of the whole flash that the drive did by itself"}},
     {"Error_Correction", {"errors that could be corrected"}},
-    {"Hardware_ECC", {"errors that could be corrected; many makers pack several numbers into it"}},
+    {"Hardware_ECC", {"errors that could be corrected; often several numbers in one"}},
     {"ECC_Error_Rate", {"errors that could be corrected"}},
     {"Exception_Mode", {"above zero: the drive is in a mode of failure", kFaults}},
     {"Host_Program_Page", {"flash pages written for the computer"}},
@@ -155,7 +155,8 @@ struct Words {
 };
 
 constexpr Words kNvme[] = {
-    {"Critical Warning", "0x00: none. Bits: 1 spare, 2 temperature, 4 reliability, 8 read-only, 10 backup of the memory"},
+    {"Critical Warning",
+     "0x00: none. Bits: 1 spare, 2 temperature, 4 reliability, 8 read-only, 10 backup of the memory"},
     {"Temperature", "of the whole drive"},
     {"Available Spare", "spare flash that is left; the drive warns when it is below the threshold"},
     {"Available Spare Threshold", "below this the drive warns"},

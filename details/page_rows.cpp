@@ -6,7 +6,7 @@ namespace torvane {
 
 PageRows::PageRows(DetailPage& page, std::string_view title) : page_(page) {
     page_.title = title;
-    page_.columns = {{"Name", 220}, {"Value", 290}, {"What it means", 420}};
+    page_.columns = {{"Name", 200}, {"Value", 280}, {"What it means", 530}};
 }
 
 void PageRows::add(std::string_view name, std::string_view value, std::string_view remark) {
@@ -23,10 +23,8 @@ void PageRows::addIfTold(std::string_view name, std::string_view value, std::str
 }
 
 DetailPage sentencePage(std::string_view title, std::string_view sentence) {
-    return {.title = std::string(title),
-            .columns = {{"", 930}},
-            .rows = {{.cells = {std::string(sentence)}}},
-            .text = {}};
+    return {
+        .title = std::string(title), .columns = {{"", 1010}}, .rows = {{.cells = {std::string(sentence)}}}, .text = {}};
 }
 
 } // namespace torvane

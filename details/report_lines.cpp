@@ -189,10 +189,8 @@ std::optional<LoggedError> nvmeErrorLine(std::string_view line) {
     return LoggedError{
         .number = std::string(words[kErrorCount]),
         .hours = {},
-        .error = withSingleBlanks(std::string("status ")
-                                      .append(words[kStatus])
-                                      .append(" ")
-                                      .append(fromWord(line, kMessage))),
+        .error = withSingleBlanks(
+            std::string("status ").append(words[kStatus]).append(" ").append(fromWord(line, kMessage))),
         .lba = std::string(words[kLba]),
         .command = {},
     };
@@ -208,8 +206,7 @@ std::optional<Statistic> statisticLine(std::string_view line) {
     }
     // "NDC+": normalised, with a notification, and its condition met. Older versions of the tool print none.
     const std::string_view flags = words[kFlags];
-    const bool hasFlags =
-        flags.size() >= kFlagLetters && flags.find_first_not_of("NDC-+~?") == std::string_view::npos;
+    const bool hasFlags = flags.size() >= kFlagLetters && flags.find_first_not_of("NDC-+~?") == std::string_view::npos;
     Statistic statistic{.group = {},
                         .name = withSingleBlanks(fromWord(line, hasFlags ? kFlags + 1 : kFlags)),
                         .value = std::string(words[kValue]),
@@ -234,9 +231,8 @@ std::optional<Statistic> interfaceCounterLine(std::string_view line) {
     if (words.size() <= kValue + 1 || !isHexNumber(words[0])) {
         return std::nullopt;
     }
-    return Statistic{.group = {},
-                     .name = withSingleBlanks(fromWord(line, kValue + 1)),
-                     .value = std::string(words[kValue])};
+    return Statistic{
+        .group = {}, .name = withSingleBlanks(fromWord(line, kValue + 1)), .value = std::string(words[kValue])};
 }
 
 std::optional<ReportField> scsiErrorCounterLine(std::string_view line) {

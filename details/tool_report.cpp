@@ -209,7 +209,8 @@ class ReportReading {
             const std::size_t close = text.find(')');
             if (open < close && close != std::string::npos) {
                 const std::string minutes = withSingleBlanks(text.substr(open + 1, close - open - 1));
-                addNote(report_.selfTestNotes, routine_ + "takes about " + minutes + (minutes == "1" ? " minute" : " minutes"));
+                addNote(report_.selfTestNotes,
+                        routine_ + "takes about " + minutes + (minutes == "1" ? " minute" : " minutes"));
             }
             routine_.clear();
         }
@@ -289,9 +290,8 @@ class ReportReading {
     void takePendingDefect(std::string_view line) {
         const std::vector<std::string_view> words = wordsOf(line);
         if (contains(line, "No Defects Logged")) {
-            addStatistic("Pending defects", Statistic{.group = {},
-                                                      .name = "Sectors that wait to be replaced",
-                                                      .value = "0"});
+            addStatistic("Pending defects",
+                         Statistic{.group = {}, .name = "Sectors that wait to be replaced", .value = "0"});
         } else if (words.size() >= 2 && words[0].find_first_not_of("0123456789") == std::string_view::npos) {
             addStatistic("Pending defects", Statistic{.group = {},
                                                       .name = "Unreadable sector " + std::string(words[0]),

@@ -47,6 +47,7 @@ void markNvmeHealthUnread(DriveRecord& record) {
                    .errorLogEntries = kNotReported,
                    .gigabytesWritten = static_cast<std::uint64_t>(kNotReported),
                    .enduranceFraction = kNotReported};
+    record.nvmeLog.clear();
 }
 
 void CopyHealthLog(DriveRecord& record, ByteView log) {
@@ -60,6 +61,7 @@ void CopyHealthLog(DriveRecord& record, ByteView log) {
     health.powerOnHours = low64At(log, kPowerOnHoursAt);
     health.errorLogEntries = low64At(log, kErrorLogEntriesAt);
     deriveEndurance(health);
+    record.nvmeLog.assign(log.begin(), log.end());
 }
 
 void copyControllerIdentity(DriveRecord& record, ByteView identify) {

@@ -16,6 +16,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace torvane {
 
@@ -108,6 +109,7 @@ struct DriveRecord {
     std::int32_t bytesPerSector = 0;
     std::int32_t driveNumber = 0; ///< N of "\\.\PhysicalDriveN"; 0 for an image file
     NvmeHealth nvme;
+    std::vector<std::uint8_t> nvmeLog; ///< the health log that `nvme` was read from, whole; empty: not read
 
     Counters disk; ///< what the SMART report tells of any drive
     Counters ssd;  ///< what the pass for solid-state devices reads in it

@@ -27,6 +27,7 @@
 #define IDD_CASE_INFORMATION 1300
 #define IDD_VERIFY_IMAGE 1339
 #define IDD_RESCUE 1345
+#define IDD_DRIVE_DETAILS 1370
 #define IDD_TEXT 1405
 
 // Texts and pictures that no code refers to
@@ -72,6 +73,7 @@
 #define IDM_SELECT_LOG_ROWS 1343
 #define IDM_SAVE_LOG 1344
 #define IDM_RESCUE 1361
+#define IDM_DRIVE_DETAILS 1371
 
 // Buttons of the main window
 #define IDC_LOG_TOGGLE 1011
@@ -228,6 +230,13 @@
 
 // A text to read
 #define IDC_TEXT 1406
+
+// Details of a drive (each page that is a table has a list of its own, and the next number)
+#define IDC_DETAIL_PAGES 1372
+#define IDC_DETAIL_TEXT 1373
+#define IDC_DETAIL_COPY 1374
+#define IDC_DETAIL_SAVE 1375
+#define IDC_DETAIL_FIRST_TABLE 1376
 
 // Company information
 #define IDC_COMPANY_NAME 1010

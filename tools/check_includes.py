@@ -44,9 +44,9 @@ FOLDERS = {
     "copy": {"base", "ui", "records", "jobs", "state", "discovery", "admin"},
     "hex": {"base", "ui", "records", "state", "discovery", "copy"},
     "reports": {"base", "ui", "records", "state", "monitoring", "health"},
-    "details": {"base", "records", "discovery", "monitoring", "health"},
+    "details": {"base", "ui", "records", "discovery", "monitoring", "health"},
     "window": {"base", "ui", "records", "jobs", "state", "discovery", "monitoring", "settings", "health", "admin", "scan",
-               "surface", "copy", "hex", "reports"},
+               "surface", "copy", "hex", "reports", "details"},
 }
 
 # The headers that folders further down include all the same, each with its reason. Three are many.

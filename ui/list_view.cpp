@@ -202,6 +202,14 @@ int ListView::rowAt(POINT screenPlace) const {
     return static_cast<int>(SendMessageA(window_, LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
 }
 
+bool ListView::isOnRow(POINT place) const {
+    LVHITTESTINFO hit{};
+    hit.pt = place;
+    const auto row = static_cast<int>(SendMessageA(window_, LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+    const bool onCheckBox = hit.iSubItem == 0 && (hit.flags & LVHT_ONITEM) == LVHT_ONITEMSTATEICON;
+    return row >= 0 && !onCheckBox;
+}
+
 void ListView::selectRow(int row) {
     ListView_SetItemState(window_, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
 }

@@ -43,6 +43,8 @@ class ListView {
     [[nodiscard]] std::vector<int> chosenRows() const;
     /// The row at a place of the screen; -1 when none is there.
     [[nodiscard]] int rowAt(POINT screenPlace) const;
+    /// True for a place of the list, in its own pixels, on a row and beside its check box.
+    [[nodiscard]] bool isOnRow(POINT place) const;
     /// Selects the row and gives it the focus among the rows.
     void selectRow(int row);
     /// Of a list in which several rows may be selected.

@@ -39,6 +39,9 @@ class DriveListView {
     /// The drive whose row is selected; null when none is.
     [[nodiscard]] DriveRecord* selectedDrive() const;
 
+    /// True for a place of the list, in its own pixels, on a row and beside its check box.
+    [[nodiscard]] bool isOnRow(POINT place) const { return list_.isOnRow(place); }
+
     /// The rows to be carried away: the selected one, or else the one with the focus; by DriveColumn.
     [[nodiscard]] std::vector<RowTexts> chosenRows() const;
 

@@ -232,6 +232,13 @@ std::optional<LRESULT> MainDialog::onNotify(NMHDR& header) {
         selectActiveDrive(reinterpret_cast<NMLISTVIEW&>(header));
         return 0;
     }
+    if (header.idFrom == IDC_DRIVE_LIST && header.code == NM_DBLCLK) {
+        // As a command, which waits or is dropped like any other.
+        if (driveList_.isOnRow(reinterpret_cast<const NMITEMACTIVATE&>(header).ptAction)) {
+            PostMessageA(window(), WM_COMMAND, IDM_DRIVE_DETAILS, 0);
+        }
+        return 0;
+    }
     if ((header.idFrom == IDC_DRIVE_LIST || header.idFrom == IDC_LOG_LIST) && header.code == LVN_KEYDOWN) {
         onListKey(static_cast<int>(header.idFrom), reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey);
         return 0;

@@ -78,6 +78,7 @@ class MainDialog : public Dialog {
     // Commands, in the order of the command table
     void onLoadDrives();
     void onNothing() {}
+    void onEnter();
     void onDisableDriveMounting();
     void onEnableDriveMounting();
     void onCreateReport();
@@ -104,6 +105,7 @@ class MainDialog : public Dialog {
     /// The selected drive, once it may be changed and the user wants it; else null.
     DriveRecord* driveWhoseAttributeMayBecome(bool readOnly);
     void onCleanDisk();
+    void onDriveDetails();
     void onCopyDriveRow();
     void onCopySerialNumber();
     void onCopyLogRows();

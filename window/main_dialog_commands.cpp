@@ -85,6 +85,7 @@ bool MainDialog::onCommand(int id) {
         {IDM_CLEAR_READ_ONLY, &MainDialog::onClearReadOnly},
         {IDM_CLEAN_DISK, &MainDialog::onCleanDisk},
         {IDM_RESCUE, &MainDialog::onRescue},
+        {IDM_DRIVE_DETAILS, &MainDialog::onDriveDetails},
         {IDM_COPY_DRIVE_ROW, &MainDialog::onCopyDriveRow},
         {IDM_COPY_SERIAL_NUMBER, &MainDialog::onCopySerialNumber},
 
@@ -93,10 +94,10 @@ bool MainDialog::onCommand(int id) {
         {IDM_SELECT_LOG_ROWS, &MainDialog::onSelectLogRows},
         {IDM_SAVE_LOG, &MainDialog::onSaveLog},
 
-        // The close box, Alt+F4 and Escape leave through the same questions as "Exit Torvane"; Enter alone does
-        // nothing.
+        // The close box, Alt+F4 and Escape leave through the same questions as "Exit Torvane"; Enter opens
+        // the details of the drive whose row has the keyboard, and does nothing else.
         {IDCANCEL, &MainDialog::onExit},
-        {IDOK, &MainDialog::onNothing},
+        {IDOK, &MainDialog::onEnter},
     };
     // A box or dialog is open above the window: its answer comes first.
     if (IsWindowEnabled(window()) == FALSE) {

@@ -1,6 +1,8 @@
 #include "window/main_dialog.h"
 
+#include "details/details_dialog.h"
 #include "resources/resource_ids.h"
+#include "state/app_state.h"
 #include "ui/clipboard.h"
 #include "ui/held_commands.h"
 #include "ui/menu_item.h"
@@ -75,6 +77,21 @@ void MainDialog::copyText(const std::string& text) {
 void MainDialog::copyRows(const std::vector<RowTexts>& rows) {
     if (!rows.empty()) {
         copyText(rowsAsText(rows));
+    }
+}
+
+// A dialog hands Enter to no list: it makes this command of it, as others may without any key.
+void MainDialog::onEnter() {
+    if (GetFocus() == driveList_.window() && isHeld(VK_RETURN)) {
+        onDriveDetails();
+    }
+}
+
+void MainDialog::onDriveDetails() {
+    if (const DriveRecord* const drive = driveList_.selectedDrive()) {
+        showDriveDetails(*drive, state_.scan.volumes,
+                         {.copy = [this](const std::string& text) { copyText(text); }, .save = saveDetailsAsText},
+                         window());
     }
 }
 

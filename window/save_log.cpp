@@ -20,7 +20,16 @@ namespace torvane {
 
 namespace {
 
-constexpr const char* kNotSaved = "***** LOG NOT SAVED *****";
+/// What is saved, as rows and boxes name it.
+struct SavedThing {
+    std::string name;
+    std::string atBeginning; ///< of a sentence
+    const char* notSaved;    ///< the box's caption
+    const char* disk;        ///< who is waited for
+};
+
+const SavedThing kLog{"log", "Log", "***** LOG NOT SAVED *****", "the log's disk"};
+const SavedThing kDetails{"details", "Details", "***** DETAILS NOT SAVED *****", "the details' disk"};
 
 constexpr std::array<choosers::FileKind, 1> kTextFiles{{{"(*.txt) Text Files", "*.txt"}}};
 
@@ -37,37 +46,46 @@ const char* reasonOf(FileSaving saving) {
     return "The file is read-only, or another program has it open";
 }
 
-void tell(const std::string& path, FileSaving saving) {
+void tell(const SavedThing& thing, const std::string& path, FileSaving saving) {
     if (saving == FileSaving::kDone) {
-        LogEvent("SUCCESS", "Log SAVED as [%s]", path.c_str());
+        LogEvent("SUCCESS", "%s SAVED as [%s]", thing.atBeginning.c_str(), path.c_str());
         return;
     }
-    LogEvent("ERROR", "Could not SAVE log as [%s]. %s", path.c_str(), reasonOf(saving));
-    const std::string text = "The log could not be saved as [" + path + "]. " + reasonOf(saving) +
-                             ". What was there before stays as it was. Save the log under another name, or in another "
-                             "folder";
-    prompts::stop(kNotSaved, text.c_str());
+    LogEvent("ERROR", "Could not SAVE %s as [%s]. %s", thing.name.c_str(), path.c_str(), reasonOf(saving));
+    const std::string text = "The " + thing.name + " could not be saved as [" + path + "]. " + reasonOf(saving) +
+                             ". What was there before stays as it was. Save the " + thing.name +
+                             " under another name, or in another folder";
+    prompts::stop(thing.notSaved, text.c_str());
 }
 
-void tellLeft(const std::string& path) {
+void tellLeft(const SavedThing& thing, const std::string& path) {
     const std::string text = "[" + path +
                              "] is still being written: its disk does not answer. Look for the file when the disk "
-                             "answers again, and save the log again if it is not there";
-    prompts::warn(kNotSaved, text.c_str());
+                             "answers again, and save the " +
+                             thing.name + " again if it is not there";
+    prompts::warn(thing.notSaved, text.c_str());
+}
+
+void save(const SavedThing& thing, const std::string& offeredName, const std::function<std::string()>& text) {
+    const std::optional<std::string> path = choosers::newFile(kTextFiles, offeredName);
+    if (!path) {
+        return;
+    }
+    const std::optional<FileSaving> saving =
+        waiting::resultOf(thing.disk, [name = *path, bytes = utf8Text(wideText(text()))] {
+            return replaceForeignFile(name.c_str(), std::as_bytes(std::span(bytes)));
+        });
+    saving ? tell(thing, *path, *saving) : tellLeft(thing, *path);
 }
 
 } // namespace
 
 void saveLogAsText(const std::function<std::string()>& text) {
-    const std::optional<std::string> path = choosers::newFile(kTextFiles, savedLogName(localNow()));
-    if (!path) {
-        return;
-    }
-    const std::optional<FileSaving> saving =
-        waiting::resultOf("the log's disk", [name = *path, bytes = utf8Text(wideText(text()))] {
-            return replaceForeignFile(name.c_str(), std::as_bytes(std::span(bytes)));
-        });
-    saving ? tell(*path, *saving) : tellLeft(*path);
+    save(kLog, savedLogName(localNow()), text);
+}
+
+void saveDetailsAsText(const std::string& offeredName, const std::string& text) {
+    save(kDetails, offeredName, [&text] { return text; });
 }
 
 } // namespace torvane

@@ -10,4 +10,7 @@ namespace torvane {
 /// row and a box that it is not.
 void saveLogAsText(const std::function<std::string()>& text);
 
+/// The same for the details of a drive, under the name that is offered.
+void saveDetailsAsText(const std::string& offeredName, const std::string& text);
+
 } // namespace torvane

@@ -121,5 +121,13 @@ TEST_F(SaveLog, WhereNoFileCanBeMadeSaysSo) {
     EXPECT_THAT(events(), ElementsAre("ERROR: Could not SAVE log as [" + path + "]. No file can be made there"));
 }
 
+TEST_F(SaveLog, SavesTheDetailsOfADriveTheSameWay) {
+    const std::string path = inFolder("details.txt");
+    choices_.choose(path);
+    saveDetailsAsText("Details HALDANE.txt", "Model  HALDANE\r\n");
+    EXPECT_EQ(readFile(path), "Model  HALDANE\r\n");
+    EXPECT_THAT(events(), ElementsAre("SUCCESS: Details SAVED as [" + path + "]"));
+}
+
 } // namespace
 } // namespace torvane::testing

@@ -1,5 +1,6 @@
 // How the rows of the main window's lists are carried away: context menus, Ctrl+C, the log as text.
 
+#include "tests/ui/clipboard.h"
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/shell_dialogs.h"
 #include "tests/ui/expect_soon.h"
@@ -22,36 +23,6 @@ constexpr WORD kRowKey = 'R';
 constexpr WORD kSerialNumberKey = 'N';
 constexpr WORD kAllKey = 'A';
 constexpr WORD kSaveKey = 'S';
-
-/// The clipboard for a scope.
-class Clipboard {
-  public:
-    Clipboard() {
-        await("the clipboard is free", [] { return OpenClipboard(nullptr) != FALSE; });
-    }
-    ~Clipboard() { CloseClipboard(); }
-    Clipboard(const Clipboard&) = delete;
-    Clipboard& operator=(const Clipboard&) = delete;
-
-    [[nodiscard]] static std::wstring text() {
-        const HANDLE block = GetClipboardData(CF_UNICODETEXT);
-        const auto* const characters = block == nullptr ? nullptr : static_cast<const wchar_t*>(GlobalLock(block));
-        std::wstring text = characters == nullptr ? L"(nothing)" : characters;
-        if (characters != nullptr) {
-            GlobalUnlock(block);
-        }
-        return text;
-    }
-    static void empty() { EmptyClipboard(); }
-};
-
-std::string clipboardText() {
-    const std::wstring text = [] {
-        const Clipboard clipboard;
-        return Clipboard::text();
-    }();
-    return {text.begin(), text.end()}; // what these tests copy is ASCII
-}
 
 std::string joined(const std::vector<std::string>& texts, const char* between) {
     std::string all;

@@ -274,6 +274,9 @@ TEST_F(ScalingTest, DialogsOfADriveFit) {
     const Window keys = opened(kMenuBitLocker);
     expectWellLaidOut(keys, "bitlocker");
     close(keys);
+    const Window details = opened(kMenuDriveDetails);
+    expectWellLaidOut(details, "details");
+    close(details);
 }
 
 TEST_F(ScalingTest, CopyDialogsAndTheirWarningFit) {

@@ -36,6 +36,7 @@ enum ControlId : int {
 };
 
 enum MenuCommand : int {
+    kMenuDriveDetails = 1371,
     kMenuCopyDriveRow = 1340,
     kMenuCopySerialNumber = 1341,
     kMenuCopyLogRows = 1342,

@@ -70,6 +70,29 @@ void openTheLog(Tour& tour) {
     tour.torvane.setLogOpen(true);
 }
 
+void lookAtTheDetails(Tour& tour) {
+    tour.torvane.driveList().click(0);
+    tour.torvane.command(kMenuDriveDetails);
+    tour.program.awaitDialog().awaitPainted();
+}
+
+/// Each of its pages in a picture, beside the picture of the step.
+void turnThePages(Tour& tour) {
+    constexpr int kPages = 1372;
+    const Window details = tour.program.awaitDialog();
+    const Window list = details.child(kPages);
+    for (WPARAM page = 1; page < static_cast<WPARAM>(list.send(LB_GETCOUNT)); ++page) {
+        list.send(LB_SETCURSEL, page);
+        details.send(WM_COMMAND, MAKEWPARAM(kPages, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list.handle()));
+        details.awaitPainted();
+        const std::string name = "details-" + std::to_string(page + 1) + ".png";
+        Picture::atRest(details.rect()).save(tour.picturesFolder + "/" + name);
+        std::printf("    %-20s %s\n", name.c_str(), "the next page of the details");
+    }
+    details.post(WM_CLOSE);
+    await("the details have closed", [&] { return !details.exists(); });
+}
+
 void createAReport(Tour& tour) {
     tour.torvane.driveList().click(0);
     tour.torvane.press(kCreateReport);
@@ -153,6 +176,7 @@ constexpr Step kSteps[] = {
     {"2-drives.png", "Load Drives has listed the drives of the bench", loadTheDrives},
     {"3-active-drive.png", "a click has made the first drive the active one; its check box is ticked", pickADrive},
     {"4-another-drive.png", "a click on another drive brings up its health panel", lookAtEveryDrive},
+    {"4-details.png", "Enter on its row tells all that is known of the drive", lookAtTheDetails, turnThePages},
     {"5-log.png", "the log panel tells what the scan met", openTheLog},
     {"6-report.png", "Create Report has written the first drive's report and had it opened", createAReport,
      keepTheReport},

@@ -164,8 +164,7 @@ TEST(DetailIdentity, TellsTheReadOnlyAttribute) {
     const auto valueOf = [&drive](bool readOnly) {
         return rowOf(drivePages({.drive = drive, .volumes = {}, .readOnly = readOnly}).front(), "Read-only attribute");
     };
-    EXPECT_THAT(valueOf(true),
-                ElementsAre("Read-only attribute", "set", "Windows refuses every write to this drive"));
+    EXPECT_THAT(valueOf(true), ElementsAre("Read-only attribute", "set", "Windows refuses every write to this drive"));
     EXPECT_EQ(valueOf(false)[1], "not set");
 }
 
@@ -179,7 +178,8 @@ TEST(DetailIdentity, SaysWhyALockedDriveCannotBeCopied) {
                 ElementsAre("ATA security", "ENABLED, PW level HIGH, **LOCKED**", HasSubstr("every copy")));
     EXPECT_THAT(securityRow("ATA Security is:  ENABLED, PW level HIGH, not locked, not frozen [SEC5]\n")[2],
                 HasSubstr("locked when power was off"));
-    EXPECT_THAT(securityRow("ATA Security is:  Disabled, frozen [SEC2]\n")[2], StartsWith("no password is set, and none"));
+    EXPECT_THAT(securityRow("ATA Security is:  Disabled, frozen [SEC2]\n")[2],
+                StartsWith("no password is set, and none"));
     EXPECT_THAT(securityRow("ATA Security is:  Disabled, NOT FROZEN [SEC1]\n")[2],
                 StartsWith("no password is set: nothing"));
     EXPECT_EQ(securityRow("ATA Security is:  Unavailable\n")[2], "the drive knows no password");
@@ -189,7 +189,8 @@ TEST(DetailIdentity, SaysWhyALockedDriveCannotBeCopied) {
 
 TEST(DetailIdentity, TellsThePartitionTable) {
     DriveRecord drive = scannedDrive();
-    drive.partitionTable.set(PartitionTable{.style = PartitionStyle::kMbr, .mbrSignature = 0x1234ABCD, .partitions = 2});
+    drive.partitionTable.set(
+        PartitionTable{.style = PartitionStyle::kMbr, .mbrSignature = 0x1234ABCD, .partitions = 2});
     EXPECT_THAT(rowOf(drive, "Drive", "Partition style"),
                 ElementsAre("Partition style", "MBR", "disk signature 1234ABCD"));
     EXPECT_EQ(rowOf(drive, "Drive", "Partitions")[1], "2");
@@ -265,11 +266,24 @@ TEST(DetailHealth, TellsTheGradedCountersInNumbers) {
 
 TEST(DetailHealth, TellsTheReportsNvmeLogWithItsMeaning) {
     DriveRecord drive = scannedDrive();
-    drive.smartText = "SMART/Health Information (NVMe Log 0x02)\nAvailable Spare: 97%\nTemperature Sensor 2: 40 Celsius\n"
-                      "Future Counter: 5\n";
+    drive.smartText =
+        "SMART/Health Information (NVMe Log 0x02)\nAvailable Spare: 97%\nTemperature Sensor 2: 40 Celsius\n"
+        "Future Counter: 5\n";
     EXPECT_THAT(rowOf(drive, "Health", "Available Spare"), ElementsAre("Available Spare", "97%", HasSubstr("spare")));
     EXPECT_EQ(rowOf(drive, "Health", "Temperature Sensor 2")[2], "of one of its sensors");
     EXPECT_THAT(rowOf(drive, "Health", "Future Counter"), ElementsAre("Future Counter", "5", ""));
+    EXPECT_EQ(pageOf(pagesOf(drive), "Attributes").rows.front().cells.front(),
+              "An NVMe drive has no attributes: the page Health has its log.");
+}
+
+TEST(DetailHealth, TellsTheNvmeLogThatTheScanRead) {
+    DriveRecord drive = scannedDrive();
+    drive.smartType = kSmartTypeNvme;
+    drive.nvmeLog.assign(512, 0);
+    drive.nvmeLog[5] = 7;
+    drive.nvmeLog[112] = 3;
+    EXPECT_EQ(rowOf(drive, "Health", "Percentage Used")[1], "7%");
+    EXPECT_THAT(rowOf(drive, "Health", "Power Cycles"), ElementsAre("Power Cycles", "3", HasSubstr("switched on")));
     EXPECT_EQ(pageOf(pagesOf(drive), "Attributes").rows.front().cells.front(),
               "An NVMe drive has no attributes: the page Health has its log.");
 }
@@ -281,7 +295,8 @@ TEST(DetailHealth, TellsTemperaturesOnce) {
                                    "0x05  0x008  1  35  ---  Current Temperature\n"
                                    "0x05  0x010  1  34  ---  Average Short Term Temperature\n"
                                    "0x05  0x020  1  -  ---  Highest Temperature\n";
-    drive.smartText = "ID# ATTRIBUTE_NAME\n194 Temperature_Celsius -O---- 187 187 000 - 32 (Min/Max 21/38)\n" + statistics;
+    drive.smartText =
+        "ID# ATTRIBUTE_NAME\n194 Temperature_Celsius -O---- 187 187 000 - 32 (Min/Max 21/38)\n" + statistics;
     EXPECT_EQ(rowOf(drive, "Health", "Attribute 194 Temperature_Celsius")[1], "32 (Min/Max 21/38)");
     EXPECT_EQ(rowOf(drive, "Health", "Current Temperature")[1], "35");
     EXPECT_THAT(rowOf(drive, "Health", "Average Short Term Temperature"), IsEmpty());
@@ -337,9 +352,9 @@ TEST(DetailLogs, HaveTheirNotesAboveTheirRows) {
                       "# 1  Short offline       Completed without error       00%        72         -\n";
     const auto pages = pagesOf(drive);
     EXPECT_THAT(headingsOf(pageOf(pages, "Error log")), ElementsAre("Device Error Count: 3"));
-    EXPECT_THAT(rowOf(pageOf(pages, "Error log"), "3"), ElementsAre("3", "300", "UNC", "16", ""));
-    EXPECT_THAT(rowOf(pageOf(pages, "Self-tests"), "1"),
-                ElementsAre("1", "Short offline", "Completed without error", "00%", "72", "-"));
+    EXPECT_THAT(rowOf(pageOf(pages, "Error log"), "UNC"), ElementsAre("UNC", "16", "", "300", "3"));
+    EXPECT_THAT(rowOf(pageOf(pages, "Self-tests"), "Short offline"),
+                ElementsAre("Short offline", "Completed without error", "00%", "72", "-", "1"));
 }
 
 TEST(DetailStatistics, SayHowMuchWasMovedAndWhichLimitWasReached) {
@@ -439,10 +454,8 @@ TEST(DetailText, LinesUpItsColumns) {
 }
 
 TEST(DetailText, ALongCellPushesTheOthersAside) {
-    const DetailPage page{.title = "T",
-                          .columns = {{"A", 1}, {"B", 1}},
-                          .rows = {{.cells = {std::string(60, 'x'), "b"}}},
-                          .text = {}};
+    const DetailPage page{
+        .title = "T", .columns = {{"A", 1}, {"B", 1}}, .rows = {{.cells = {std::string(60, 'x'), "b"}}}, .text = {}};
     EXPECT_THAT(pageAsText(page), HasSubstr(std::string(60, 'x') + "  b\r\n"));
 }
 

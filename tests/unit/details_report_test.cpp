@@ -39,7 +39,8 @@ TEST(ReportLines, ReadsAnAttributeInBothForms) {
                                   .worst = "180",
                                   .threshold = "000",
                                   .failed = "-"};
-    EXPECT_EQ(attributeLine("194 Temperature_Celsius     -O----   187   180   000    -    32 (Min/Max 21/38)"), expected);
+    EXPECT_EQ(attributeLine("194 Temperature_Celsius     -O----   187   180   000    -    32 (Min/Max 21/38)"),
+              expected);
     EXPECT_EQ(attributeLine("194 Temperature_Celsius     0x0002   187   180   000    Old_age   Always       -       32 "
                             "(Min/Max 21/38)"),
               expected);
@@ -66,10 +67,12 @@ TEST(ReportLines, ReadsSelfTestsOfEachKind) {
     // A status of its column's width.
     EXPECT_EQ(selfTestLine("#10  Extended offline    Self-test routine in progress 60%        72         -"),
               (SelfTest{"10", "Extended offline", "Self-test routine in progress", "60%", "72", "-"}));
-    EXPECT_EQ(selfTestLine("# 1  Background short  Completed                   -    8765                 - [-   -    -]"),
-              (SelfTest{"1", "Background short", "Completed", "-", "8765", "- [-"}));
-    EXPECT_EQ(nvmeSelfTestLine(" 0   Short             Completed without error              1234            -     -   -"),
-              (SelfTest{"0", "Short", "Completed without error", "", "1234", "-"}));
+    EXPECT_EQ(
+        selfTestLine("# 1  Background short  Completed                   -    8765                 - [-   -    -]"),
+        (SelfTest{"1", "Background short", "Completed", "-", "8765", "- [-"}));
+    EXPECT_EQ(
+        nvmeSelfTestLine(" 0   Short             Completed without error              1234            -     -   -"),
+        (SelfTest{"0", "Short", "Completed without error", "", "1234", "-"}));
 }
 
 TEST(ReportLines, LeavesOutWhatIsNoSelfTest) {
@@ -100,7 +103,8 @@ TEST(ReportLines, ReadsAnErrorsHeadAndBody) {
 }
 
 TEST(ReportLines, ReadsAnNvmeError) {
-    const auto error = nvmeErrorLine("  0         12     0  0x0004  0x4016  0x004            7     1     -  Invalid Field");
+    const auto error =
+        nvmeErrorLine("  0         12     0  0x0004  0x4016  0x004            7     1     -  Invalid Field");
     ASSERT_TRUE(error);
     EXPECT_EQ(error->number, "12");
     EXPECT_EQ(error->error, "status 0x4016 Invalid Field");
@@ -136,11 +140,13 @@ TEST(ReportLines, ReadsInterfaceCounters) {
 }
 
 TEST(ReportLines, SaysScsiErrorCountersInWords) {
-    EXPECT_EQ(scsiErrorCounterLine("read:   1234567        8         9   1234584         10        123.456           2"),
-              (ReportField{"Read errors",
-                           "uncorrected 2, corrected 1234584 (fast 1234567, delayed 8, by repetition 9), moved "
-                           "123.456 GB"}));
-    EXPECT_FALSE(scsiErrorCounterLine("           fast | delayed   rewrites  corrected  invocations   [10^9 bytes]  errors"));
+    EXPECT_EQ(
+        scsiErrorCounterLine("read:   1234567        8         9   1234584         10        123.456           2"),
+        (ReportField{"Read errors",
+                     "uncorrected 2, corrected 1234584 (fast 1234567, delayed 8, by repetition 9), moved "
+                     "123.456 GB"}));
+    EXPECT_FALSE(
+        scsiErrorCounterLine("           fast | delayed   rewrites  corrected  invocations   [10^9 bytes]  errors"));
     EXPECT_FALSE(scsiErrorCounterLine(": 1 2 3 4 5 6 7"));
     EXPECT_FALSE(scsiErrorCounterLine("read: 1"));
 }
@@ -240,8 +246,8 @@ TEST(ToolReport, ReadsAnAtaReport) {
     EXPECT_THAT(report.errorNotes, ElementsAre("Device Error Count: 2"));
     EXPECT_THAT(report.errors, ElementsAre(LoggedError{"2", "300", "UNC", "16", "READ FPDMA QUEUED"},
                                            LoggedError{"1", "299", "ABRT", "", ""}));
-    EXPECT_THAT(report.selfTestNotes, ElementsAre("Short self-test: takes about 1 minute",
-                                                  "Extended self-test: takes about 988 minutes"));
+    EXPECT_THAT(report.selfTestNotes,
+                ElementsAre("Short self-test: takes about 1 minute", "Extended self-test: takes about 988 minutes"));
     EXPECT_THAT(report.selfTests,
                 ElementsAre(SelfTest{"1", "Short offline", "Completed without error", "00%", "72", "-"}));
     EXPECT_THAT(report.temperatures, ElementsAre(ReportField{"Current Temperature", "32 Celsius"},
@@ -291,9 +297,9 @@ Read Self-test Log failed: Invalid Field in Command (0x002)
 TEST(ToolReport, ReadsAnNvmeReport) {
     const ToolReport report = readToolReport(kNvmeReport);
     EXPECT_EQ(report.verdict, "PASSED");
-    EXPECT_THAT(report.nvmeHealth, ElementsAre(ReportField{"Critical Warning", "0x00"},
-                                               ReportField{"Warning Comp. Temperature Time", "4"},
-                                               ReportField{"Temperature Sensor 1", "33 Celsius"}));
+    EXPECT_THAT(report.nvmeHealth,
+                ElementsAre(ReportField{"Critical Warning", "0x00"}, ReportField{"Warning Comp. Temperature Time", "4"},
+                            ReportField{"Temperature Sensor 1", "33 Celsius"}));
     EXPECT_THAT(report.errors, ElementsAre(LoggedError{"12", "", "status 0x4016", "0", ""}));
     EXPECT_THAT(report.selfTests, ElementsAre(SelfTest{"0", "Short", "Completed without error", "", "1234", "-"}));
     EXPECT_THAT(report.selfTestNotes, ElementsAre("Self-test status: No self-test in progress"));

@@ -1,5 +1,6 @@
 #include "monitoring/health_log.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -36,6 +37,9 @@ TEST(HealthLogCopy, TakesEveryFieldFromItsOffset) {
     EXPECT_EQ(record.nvme.powerOnHours, 45'000);
     EXPECT_EQ(record.nvme.errorLogEntries, 17);
     EXPECT_EQ(record.smartType, kSmartTypeUnknown) << "is the caller's to set";
+    EXPECT_THAT(record.nvmeLog, ::testing::ElementsAreArray(log)) << "is kept for whoever wants to know more";
+    markNvmeHealthUnread(record);
+    EXPECT_TRUE(record.nvmeLog.empty());
 }
 
 TEST(HealthLogCopy, EveryByteOfTheLogEndsInItsOwnFieldOrNone) {
