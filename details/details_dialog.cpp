@@ -82,8 +82,10 @@ class DetailsDialog : public Dialog {
 
     bool onCommand(int id) override {
         static constexpr CommandRoute<DetailsDialog> kRoutes[] = {
-            {IDC_DETAIL_PAGES, &DetailsDialog::showPage}, {IDC_DETAIL_COPY, &DetailsDialog::onCopy},
-            {IDC_DETAIL_SAVE, &DetailsDialog::onSave},    {IDCANCEL, &DetailsDialog::onClose},
+            {IDC_DETAIL_PAGES, &DetailsDialog::showPage},
+            {IDC_DETAIL_COPY, &DetailsDialog::onCopy},
+            {IDC_DETAIL_SAVE, &DetailsDialog::onSave},
+            {IDCANCEL, &DetailsDialog::onClose},
             {IDOK, &DetailsDialog::onNothing},
         };
         return route(*this, kRoutes, id);

@@ -22,7 +22,9 @@ std::string_view verdictMeaning(std::string_view verdict) {
     if (verdict.starts_with("PASSED") || verdict.starts_with("OK")) {
         return "no limit of its own was reached; bad sectors alone do not change this";
     }
-    return verdict.empty() ? "" : "the drive itself says that it is failing: save its data first";
+    return verdict.find("FAIL") != std::string_view::npos
+               ? "the drive itself says that it is failing: save its data first"
+               : "no verdict that the tool understands";
 }
 
 std::string_view whyNoReport(const DriveRecord& drive) {
@@ -35,7 +37,10 @@ std::string_view whyNoReport(const DriveRecord& drive) {
 
 void addVerdict(const DriveRecord& drive, const ToolReport& report, PageRows& rows) {
     rows.heading("Verdict");
-    if (report.verdict.empty()) {
+    if (report.verdict.empty() && !drive.nvmeLog.empty()) {
+        rows.add("The drive's own verdict", drive.nvmeLog.front() == 0 ? "no warning" : "WARNING",
+                 "the critical warning of its health log");
+    } else if (report.verdict.empty()) {
         rows.add("The drive's own verdict", "none", whyNoReport(drive));
     } else {
         rows.add("The drive's own verdict", report.verdict, verdictMeaning(report.verdict));

@@ -88,7 +88,7 @@ class ReportReading {
         case Part::kNothing:
             break;
         case Part::kIdentity:
-            add(report_.identity, fieldLine(line));
+            takeIdentity(line);
             break;
         case Part::kHealth:
             takeHealth(line);
@@ -134,6 +134,11 @@ class ReportReading {
 
     ToolReport end() {
         endError();
+        if (!identified_) {
+            report_.identity.clear();
+            report_.verdict.clear();
+            report_.failures.clear();
+        }
         return std::move(report_);
     }
 
@@ -178,6 +183,18 @@ class ReportReading {
         if (std::string note = withSingleBlanks(line); !note.empty()) {
             add(notes, std::optional(std::move(note)));
         }
+    }
+
+    /// Where the drive did not answer as the tool asked, as NVMe drives that are asked for ATA, the tool goes on with
+    /// what it does not have: no model, and nothing available.
+    void takeIdentity(std::string_view line) {
+        constexpr std::string_view kNothing = "[No Information Found]";
+        std::optional<ReportField> field = fieldLine(line);
+        if (field && field->value.starts_with(kNothing)) {
+            identified_ = identified_ && field->name != "Device Model";
+            field.reset();
+        }
+        add(report_.identity, std::move(field));
     }
 
     /// Of SCSI all, of other drives what stands outside their tables.
@@ -309,6 +326,7 @@ class ReportReading {
 
     ToolReport report_;
     Part part_ = Part::kNothing;
+    bool identified_ = true;           ///< the drive answered as the tool asked
     std::string routine_;              ///< the self-test whose duration comes next
     std::string group_;                ///< of the statistics that come next
     std::optional<LoggedError> error_; ///< the one that is being read

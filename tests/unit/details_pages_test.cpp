@@ -237,6 +237,10 @@ TEST(DetailHealth, TellsTheVerdict) {
     EXPECT_THAT(rowOf(drive, "Health", "The drive's own verdict"),
                 ElementsAre("The drive's own verdict", "FAILED!", HasSubstr("failing")));
     EXPECT_EQ(rowOf(drive, "Health", "Not read")[1], "Read SMART Thresholds failed: scsi error");
+    drive.smartText = "SMART overall-health self-assessment test result: UNKNOWN!\n";
+    EXPECT_EQ(rowOf(drive, "Health", "The drive's own verdict")[2], "no verdict that the tool understands");
+    drive.smartText = "SMART Health Status: FAILURE PREDICTION THRESHOLD EXCEEDED [asc=5d, ascq=0]\n";
+    EXPECT_THAT(rowOf(drive, "Health", "The drive's own verdict")[2], HasSubstr("failing"));
     drive.smartText = "SMART Health Status: OK\n";
     EXPECT_THAT(rowOf(drive, "Health", "The drive's own verdict")[2], StartsWith("no limit of its own"));
 }
@@ -282,6 +286,9 @@ TEST(DetailHealth, TellsTheNvmeLogThatTheScanRead) {
     drive.nvmeLog.assign(512, 0);
     drive.nvmeLog[5] = 7;
     drive.nvmeLog[112] = 3;
+    EXPECT_EQ(rowOf(drive, "Health", "The drive's own verdict")[1], "no warning");
+    drive.nvmeLog[0] = 4;
+    EXPECT_EQ(rowOf(drive, "Health", "The drive's own verdict")[1], "WARNING");
     EXPECT_EQ(rowOf(drive, "Health", "Percentage Used")[1], "7%");
     EXPECT_THAT(rowOf(drive, "Health", "Power Cycles"), ElementsAre("Power Cycles", "3", HasSubstr("switched on")));
     EXPECT_EQ(pageOf(pagesOf(drive), "Attributes").rows.front().cells.front(),

@@ -261,6 +261,21 @@ TEST(ToolReport, ReadsAnAtaReport) {
     EXPECT_THAT(report.scsiHealth, IsEmpty());
 }
 
+TEST(ToolReport, TakesNothingFromADriveThatDidNotAnswerAsItWasAsked) {
+    const ToolReport report = readToolReport("=== START OF INFORMATION SECTION ===\n"
+                                             "Device Model:     [No Information Found]\n"
+                                             "ATA Version is:   [No Information Found]\n"
+                                             "ATA Security is:  Unavailable\n"
+                                             "Read SMART Data failed: scsi error unsupported scsi opcode\n"
+                                             "SMART overall-health self-assessment test result: UNKNOWN!\n");
+    EXPECT_THAT(report.identity, IsEmpty());
+    EXPECT_THAT(report.failures, IsEmpty());
+    EXPECT_EQ(report.verdict, "");
+    const ToolReport other = readToolReport("=== START OF INFORMATION SECTION ===\n"
+                                            "Device Model:     HALDANE\nSerial Number:    [No Information Found]\n");
+    EXPECT_THAT(other.identity, ElementsAre(ReportField{"Device Model", "HALDANE"}));
+}
+
 TEST(ToolReport, ReadsEmptyLogs) {
     const ToolReport report = readToolReport("SMART Error Log Version: 1\nNo Errors Logged\n"
                                              "SMART Self-test log structure revision number 1\n"
