@@ -17,6 +17,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace torvane {
 
@@ -98,17 +99,24 @@ NativeHandle openDriveByNumber(int driveNumber) {
     return openDevice(drivePath(driveNumber).c_str(), 0);
 }
 
-DriveRecordPtr ProbePhysicalDrive(int driveNumber) {
+ProbedDrive probeDriveNumber(int driveNumber) {
     DriveRecordPtr record = makeOwnedDriveRecord();
     record->devicePath.assign(drivePath(driveNumber));
     record->handle = openDriveByNumber(driveNumber);
     if (record->handle == nullptr || !readGeometry(*record)) {
-        return nullptr;
+        return {};
     }
     readDeviceDescriptor(*record);
     readAdapterDescriptor(*record);
     setStartingValues(*record, driveNumber);
-    return settleByBusType(*record) ? std::move(record) : nullptr;
+    if (!settleByBusType(*record)) {
+        return {.record = nullptr, .isUnsupported = true};
+    }
+    return {.record = std::move(record), .isUnsupported = false};
+}
+
+DriveRecordPtr ProbePhysicalDrive(int driveNumber) {
+    return probeDriveNumber(driveNumber).record;
 }
 
 int identifyOverAta(DriveRecord& record) {

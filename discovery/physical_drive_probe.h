@@ -13,6 +13,15 @@ namespace torvane {
 /// "FAILURE" log row).
 [[nodiscard]] DriveRecordPtr ProbePhysicalDrive(int driveNumber);
 
+/// What a probe has come upon.
+struct ProbedDrive {
+    DriveRecordPtr record;
+    bool isUnsupported = false; ///< a drive is there, on an unsupported bus
+};
+
+/// The same, and tells a number without a drive from one whose drive is left out.
+[[nodiscard]] ProbedDrive probeDriveNumber(int driveNumber);
+
 /// Asks the drive behind the record's handle for its ATA identify block and takes model, serial number and firmware
 /// from it. Returns 1, or 0 when the request failed and the record keeps the texts it had.
 int identifyOverAta(DriveRecord& record);

@@ -39,12 +39,13 @@ void enterStage(AppState& state, ScanWatch& watch, ScanStage stage, const char* 
     watch.enterStage(status);
 }
 
-DriveRecordPtr probeDrive(std::int32_t driveNumber) {
-    DriveRecordPtr record = ProbePhysicalDrive(driveNumber);
-    if (record) {
-        rememberPartitionTable(*record);
+DriveRecordPtr probeDrive(AppState& state, std::int32_t driveNumber) {
+    ProbedDrive probed = probeDriveNumber(driveNumber);
+    state.scan.drivesNotShown += probed.isUnsupported ? 1 : 0;
+    if (probed.record) {
+        rememberPartitionTable(*probed.record);
     }
-    return record;
+    return std::move(probed.record);
 }
 
 void readMonitoringData(AppState& state, DrivesAhead& drives, DriveRecord& record) {
@@ -62,7 +63,7 @@ void readMonitoringData(AppState& state, DrivesAhead& drives, DriveRecord& recor
 void takeAllDrives(AppState& state, DrivesAhead& drives) {
     for (std::int32_t driveNumber = 0; driveNumber < kMaxDrives; ++driveNumber) {
         DriveRecordPtr& slot = state.scan.drives[static_cast<std::size_t>(state.scan.driveCount)];
-        slot = probeDrive(driveNumber);
+        slot = probeDrive(state, driveNumber);
         if (slot) {
             readMonitoringData(state, drives, *slot);
             // Last: a driver may count what the drive is asked for its monitoring data as a change of its medium.
@@ -88,6 +89,7 @@ void listDrives(AppState& state) {
     for (int i = 0; i < state.scan.driveCount; ++i) {
         state.view->addDriveRow(*state.scan.drives[static_cast<std::size_t>(i)]);
     }
+    state.view->showDrivesFound(state.scan.driveCount, state.scan.drivesNotShown);
 }
 
 void forgetLastScan(AppState& state) {
@@ -128,6 +130,7 @@ DWORD runDriveScan(AppState& state, JobClaim& claim) {
     ScanWatch watch(claim, [&state](const std::string& text) { state.view->setScanStatus(text); });
     const ToolWatchScope watched(watch);
     state.scan.driveCount = 0;
+    state.scan.drivesNotShown = 0;
     LogEvent("STATUS", "Beginning Drive Scan");
     readDevices(state, claim, watch);
     enterStage(state, watch, kStageLogicalDevices, "Loading Logical Devices");

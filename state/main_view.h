@@ -41,6 +41,8 @@ class MainView {
     virtual void addDriveRow(DriveRecord& record) = 0;
     virtual void deleteDriveRows() = 0;
     virtual void redrawDriveList() = 0;
+    /// The drive list is complete. `notShown`: drives that were left out of it, each with its row in the log.
+    virtual void showDrivesFound(int shown, int notShown) = 0;
     /// Replaces the text of the drive's "Status" cell. Ignored when the drive has no row.
     virtual void setDriveStatus(const DriveRecord& record, std::string_view text) = 0;
     [[nodiscard]] virtual int driveRowCount() = 0;

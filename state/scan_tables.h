@@ -21,6 +21,7 @@ struct ScanState {
     std::atomic<std::int32_t> stage{0};      ///< 0 to 5; 4 is never used
     std::atomic<std::int32_t> scanNumber{0}; ///< counts the scans, so that a progress thread knows its own
     std::atomic<std::int32_t> driveCount{0};
+    std::atomic<std::int32_t> drivesNotShown{0};   ///< that the last scan left out, each with its row in the log
     std::array<DriveRecordPtr, kMaxDrives> drives; ///< in probe order, without gaps
     VolumeTable volumes;
 };

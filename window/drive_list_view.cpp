@@ -1,6 +1,7 @@
 #include "window/drive_list_view.h"
 
 #include "base/colours.h"
+#include "base/wide_text.h"
 #include "records/drive_record.h"
 #include "records/drive_texts.h"
 #include "resources/resource_ids.h"
@@ -9,6 +10,13 @@
 #include <utility>
 
 namespace torvane {
+
+namespace {
+
+/// On the list's background 8.3 : 1.
+constexpr ColourCode kEmptyListText = colour(0, 0, 128);
+
+} // namespace
 
 bool DriveListView::create(HWND parent) {
     if (!list_.create(parent, IDC_DRIVE_LIST, {}, WS_VISIBLE | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
@@ -91,11 +99,33 @@ std::optional<POINT> DriveListView::menuPlace(POINT askedAt) {
     return list_.placeBelow(row);
 }
 
+void DriveListView::setEmptyText(const std::string& text) {
+    emptyText_ = text;
+    redraw();
+}
+
+// In the middle of what is below the headings.
+void DriveListView::drawEmptyText(HDC context) const {
+    RECT place{};
+    GetClientRect(list_.window(), &place);
+    RECT headings{};
+    GetWindowRect(ListView_GetHeader(list_.window()), &headings);
+    place.top += headings.bottom - headings.top;
+    SetBkMode(context, TRANSPARENT);
+    SetTextColor(context, kEmptyListText);
+    DrawTextW(context, wideText(emptyText_).c_str(), -1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+}
+
 LRESULT DriveListView::draw(NMLVCUSTOMDRAW& draw) const {
-    return drawCells(list_, draw, [](int column, const std::string& text) {
-        const CellPaint paint = driveCellPaint(column, text);
-        return CellColours{paint.text, paint.background};
-    });
+    if (draw.nmcd.dwDrawStage == CDDS_POSTPAINT) {
+        drawEmptyText(draw.nmcd.hdc);
+        return CDRF_DODEFAULT;
+    }
+    const LRESULT more = rowCount() == 0 && draw.nmcd.dwDrawStage == CDDS_PREPAINT ? CDRF_NOTIFYPOSTPAINT : 0;
+    return more | drawCells(list_, draw, [](int column, const std::string& text) {
+               const CellPaint paint = driveCellPaint(column, text);
+               return CellColours{paint.text, paint.background};
+           });
 }
 
 } // namespace torvane

@@ -25,6 +25,8 @@ class DriveListView {
     /// Appends the drive's row and sets the record's list position.
     void addRow(DriveRecord& record);
     void deleteRows() { list_.deleteRows(); }
+    /// What the list says while it has no row.
+    void setEmptyText(const std::string& text);
     void redraw() { list_.redraw(); }
     /// Replaces the text of the drive's "Status" cell. Ignored when the drive has no row.
     void setStatus(const DriveRecord& drive, const std::string& text);
@@ -56,7 +58,10 @@ class DriveListView {
   private:
     [[nodiscard]] DriveRecord* record(int row) const { return reinterpret_cast<DriveRecord*>(list_.rowData(row)); }
 
+    void drawEmptyText(HDC context) const;
+
     ListView list_;
+    std::string emptyText_;
     RowTips tips_;
 };
 

@@ -17,6 +17,7 @@
 #include "ui/scrolling.h"
 #include "ui/task_bar_windows.h"
 #include "ui/window_scale.h"
+#include "window/button_tips.h"
 #include "window/main_window_view.h"
 #include "window/shutdown_guard.h"
 #include "window/work_folder.h"
@@ -47,6 +48,7 @@ bool MainDialog::onInitialise() {
     prompts::setOwner(window());
     awaitTaskBarButton(window());
     watchJobs();
+    driveChanges_.watch(window());
     state_.activeDriveChosen = 0;
     state_.activeDrive = nullptr;
     background_.reset(CreateSolidBrush(kDialogBackground));
@@ -161,7 +163,8 @@ void MainDialog::buildListViews() {
     driveList_.showTips([this](const DriveRecord& drive) { return driveSummary(drive, state_.scan.volumes); });
     logList_.create(window());
     view_.logRows().attach(logList_);
-    logToggleTip_.attach(control(IDC_LOG_TOGGLE), "Show or hide the event log");
+    attachButtonTips();
+    driveList_.setEmptyText(emptyListText(drives_));
     messageTip_.attach(control(IDC_HEALTH_MESSAGE), "");
     // First and last in the tab order; the drive list directly behind its label, whose access key leads to it.
     SetWindowPos(driveList_.window(), control(IDC_DRIVES_LABEL), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
@@ -227,9 +230,49 @@ void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
     InvalidateRect(window(), nullptr, TRUE);
 }
 
+void MainDialog::attachButtonTips() {
+    buttonTips_.resize(buttonTips().size());
+    for (std::size_t i = 0; i < buttonTips_.size(); ++i) {
+        const ButtonTip& tip = buttonTips()[i];
+        buttonTips_[i].attach(control(tip.id), tipText(tip, nullptr));
+    }
+}
+
+void MainDialog::updateButtonTips() {
+    const std::vector<DriveRecord*> ticked = driveList_.tickedDrives();
+    for (std::size_t i = 0; i < buttonTips_.size(); ++i) {
+        const ButtonTip& tip = buttonTips()[i];
+        const DriveRecord* const copied = ticked.size() == 1 ? ticked.front() : nullptr;
+        if (tip.reading != ReadingShare::kNone) {
+            buttonTips_[i].setText(
+                tipText(tip, tip.reading == ReadingShare::kWhole ? copied : driveList_.selectedDrive()));
+        }
+    }
+}
+
+void MainDialog::forgetDrives() {
+    drives_ = {.found = std::nullopt, .isScanning = true, .haveChanged = false};
+    driveList_.setEmptyText(emptyListText(drives_));
+    driveList_.deleteRows();
+    updateButtonTips();
+    showDrivesHeading();
+}
+
+void MainDialog::showDrivesFound(const DrivesFound& found) {
+    drives_.found = found;
+    drives_.isScanning = false;
+    driveList_.setEmptyText(emptyListText(drives_));
+    showDrivesHeading();
+}
+
+void MainDialog::showDrivesHeading() {
+    setControlText(IDC_DRIVES_LABEL, drivesHeading(drives_).c_str());
+}
+
 std::optional<LRESULT> MainDialog::onNotify(NMHDR& header) {
     if (header.idFrom == IDC_DRIVE_LIST && header.code == LVN_ITEMCHANGED) {
         selectActiveDrive(reinterpret_cast<NMLISTVIEW&>(header));
+        updateButtonTips();
         return 0;
     }
     if (header.idFrom == IDC_DRIVE_LIST && header.code == NM_DBLCLK) {
@@ -297,6 +340,12 @@ std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM
     case kJobsChangedMessage:
         showShutdownReason(window(), state_.jobs.atWork());
         return 0;
+    case WM_DEVICECHANGE:
+        if (DriveChanges::isDrive(wParam, lParam)) {
+            drives_.haveChanged = true;
+            showDrivesHeading();
+        }
+        return TRUE;
     case WM_QUERYENDSESSION:
         return mayEndSession(state_.jobs.atWork()) ? TRUE : FALSE;
     case WM_ENDSESSION:

@@ -3,7 +3,9 @@
 #include "ui/dialog.h"
 #include "ui/gdi_plus.h"
 #include "ui/tool_tip.h"
+#include "window/drive_changes.h"
 #include "window/drive_list_view.h"
+#include "window/drives_heading.h"
 #include "window/log_list_view.h"
 #include "window/main_layout.h"
 
@@ -25,6 +27,9 @@ class MainDialog : public Dialog {
 
     // What the view asks of the window, on the window's thread.
     [[nodiscard]] DriveListView& driveList() { return driveList_; }
+    /// A scan begins.
+    void forgetDrives();
+    void showDrivesFound(const DrivesFound& found);
     void showScanProgress(int maximum);
     void setScanProgress(int position);
     void setScanStatus(const std::string& text);
@@ -62,6 +67,10 @@ class MainDialog : public Dialog {
     void updateSystemMenu();
     void sizeWindow();
     void placeControls();
+    void showDrivesHeading();
+    void attachButtonTips();
+    /// Once another drive is selected or ticked.
+    void updateButtonTips();
     void drawItem(const DRAWITEMSTRUCT& item);
     void selectActiveDrive(const NMLISTVIEW& change);
 
@@ -126,9 +135,11 @@ class MainDialog : public Dialog {
     UniqueIcon smallIcon_;
     UniqueFont headingFont_;
     UniqueFont dataFont_;
-    ToolTip logToggleTip_;
+    std::vector<ToolTip> buttonTips_; ///< in the order of `buttonTips`
     ToolTip messageTip_;
     DriveListView driveList_;
+    DrivesKnown drives_;
+    DriveChanges driveChanges_;
     LogListView logList_;
     bool logPanelOpen_ = false;
     ListLosses losses_;

@@ -102,7 +102,7 @@ constexpr PixelRect raisedBy(const PixelRect& place, int way) {
 }
 
 void placeScanControls(std::vector<PlacedControl>& controls) {
-    controls.push_back({IDC_DRIVES_LABEL, {kLeft, 4, 200, 18}});
+    controls.push_back({IDC_DRIVES_LABEL, {kLeft, 4, 612, 18}});
     controls.push_back({IDC_SCAN_STATUS, {620, 4, 900, 18}});
     controls.push_back({IDC_SCAN_PROGRESS, {908, 5, kRight, 17}});
 }

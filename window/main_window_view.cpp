@@ -42,11 +42,15 @@ void MainWindowView::addDriveRow(DriveRecord& record) {
 }
 
 void MainWindowView::deleteDriveRows() {
-    onWindowThread([](MainDialog& dialog) { dialog.driveList().deleteRows(); });
+    onWindowThread([](MainDialog& dialog) { dialog.forgetDrives(); });
 }
 
 void MainWindowView::redrawDriveList() {
     onWindowThread([](MainDialog& dialog) { dialog.driveList().redraw(); });
+}
+
+void MainWindowView::showDrivesFound(int shown, int notShown) {
+    onWindowThread([=](MainDialog& dialog) { dialog.showDrivesFound({.shown = shown, .notShown = notShown}); });
 }
 
 void MainWindowView::setDriveStatus(const DriveRecord& record, std::string_view text) {

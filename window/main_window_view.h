@@ -36,6 +36,7 @@ class MainWindowView : public MainView {
     void addDriveRow(DriveRecord& record) override;
     void deleteDriveRows() override;
     void redrawDriveList() override;
+    void showDrivesFound(int shown, int notShown) override;
     void setDriveStatus(const DriveRecord& record, std::string_view text) override;
     int driveRowCount() override;
     std::vector<DriveRecord*> tickedDrives() override;

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace torvane::testing {
@@ -68,6 +69,10 @@ class RecordingMainView : public MainView {
         const std::lock_guard lock(mutex_);
         calls_.emplace_back("redraw drives");
     }
+    void showDrivesFound(int shown, int notShown) override {
+        const std::lock_guard lock(mutex_);
+        drivesFound_ = {shown, notShown};
+    }
     void setDriveStatus(const DriveRecord& record, std::string_view text) override {
         const std::lock_guard lock(mutex_);
         driveStatuses_[&record].emplace_back(text);
@@ -119,6 +124,8 @@ class RecordingMainView : public MainView {
         const auto found = all.find(&record);
         return found == all.end() ? std::vector<std::string>() : found->second;
     }
+    /// Of the last scan: listed, and left out.
+    [[nodiscard]] std::pair<int, int> drivesFound() const { return copyOf(drivesFound_); }
     /// Running timers: id to milliseconds.
     [[nodiscard]] std::map<int, int> timers() const { return copyOf(timers_); }
     /// Every call in order, as short texts: "log STATUS: Beginning Drive Scan", "status Scan Complete", ...
@@ -156,6 +163,7 @@ class RecordingMainView : public MainView {
     std::vector<std::string> calls_;
     std::map<int, int> timers_;
     std::map<const DriveRecord*, std::vector<std::string>> driveStatuses_;
+    std::pair<int, int> drivesFound_{-1, -1};
     int progressMaximum_ = 0;
     bool progressVisible_ = false;
 };

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace torvane {
+
+/// What a scan has found.
+struct DrivesFound {
+    int shown = 0;
+    int notShown = 0; ///< on a bus that is not supported; the log names each
+};
+
+/// What the drive list's heading goes by.
+struct DrivesKnown {
+    std::optional<DrivesFound> found; ///< none before the first scan and during one
+    bool isScanning = false;
+    bool haveChanged = false; ///< a drive has come or gone since
+};
+
+/// The drive list's heading, with its access key.
+[[nodiscard]] std::string drivesHeading(const DrivesKnown& known);
+
+/// What an empty list says; empty while it is being filled.
+[[nodiscard]] std::string emptyListText(const DrivesKnown& known);
+
+} // namespace torvane
