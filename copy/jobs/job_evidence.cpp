@@ -117,7 +117,7 @@ void beginOldImageEvidence(const CopyJob& job, JobAccount& account, const std::s
 
 void beginRescueEvidence(const CopyJob& job, JobAccount& account) {
     account.evidence.map = {.path = rescueMapFileName(*job.order.source, *job.order.destination),
-                            .made = job.order.rescue.goOn};
+                            .made = true}; // the one that is there has become this one's, or was kept aside
     showUnderWay(job, account);
 }
 

@@ -8,6 +8,7 @@
 #include "records/drive_texts.h"
 #include "records/sector_size.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <memory>
 #include <vector>
@@ -110,6 +111,21 @@ RescueFigures amountsOf(const SourceMap& map) {
     return figures;
 }
 
+/// Of a drive that has come back: it is the one that the copy was begun of.
+bool isNoWorse(const Samples& now, const Samples& begun) {
+    switch (now.verdict) {
+    case SampleVerdict::kSame:
+    case SampleVerdict::kNotTold:
+        return true;
+    case SampleVerdict::kMostlySame:
+        return std::ranges::includes(begun.unequal, now.unequal);
+    case SampleVerdict::kOther:
+    case SampleVerdict::kGone:
+        break;
+    }
+    return false;
+}
+
 std::uint32_t rescue(const CopyJob& job, JobAccount& account) {
     if (!showIdle(job) || !hasUsableSectors(job) || !isSourceUnchanged(job)) {
         return endRefused(job);
@@ -123,8 +139,7 @@ std::uint32_t rescue(const CopyJob& job, JobAccount& account) {
     account.losses.bytesNotCopied = account.map.size();
     account.ending = kUnderWay;
     WantedSource source(job, *drive, [&] {
-        const SampleVerdict verdict = compareSamples(job, *drive, account.map, plan.readCopy);
-        return verdict == SampleVerdict::kSame || verdict == SampleVerdict::kNotTold || verdict == plan.samples;
+        return isNoWorse(compareSamples(job, *drive, account.map, plan.readCopy), plan.samples);
     });
     JobWatch watch(job, account);
     watch.showNow(amountsOf(account.map), account.map);

@@ -80,24 +80,33 @@ bool isMapSaved(const CopyJob& job, JobAccount& account) {
     if (saveMap(job, account)) {
         return true;
     }
-    const bool cleaned = job.order.destination != nullptr && !job.order.rescue.goOn;
     tellRescueNotBegun(job, "The map [" + account.evidence.map.path +
-                                "] could not be written. Without it the rescue could never go on. " +
-                                (cleaned ? "The DESTINATION was cleaned, nothing was read" : "Nothing was read"));
+                                "] could not be written. Without it the rescue could never go on. Nothing was read");
     return false;
 }
 
 // --- whether a copy is what its map tells ---
 
-bool mayGoOnWith(const CopyJob& job, SampleVerdict verdict) {
-    switch (verdict) {
+/// In the log, since neither map nor record tells of them: both call these sectors finished.
+void logUnequal(const CopyJob& job, const std::vector<std::uint64_t>& places) {
+    const std::uint64_t sector = sectorSizeOf(*job.order.source);
+    for (const std::uint64_t place : places) {
+        job.system.logError("Rescue: sector " + std::to_string(place / sector) + " of " +
+                            jobDriveText(*job.order.source) + " is not what the copy holds, which stays as it is");
+    }
+}
+
+bool mayGoOnWith(const CopyJob& job, const Samples& samples) {
+    switch (samples.verdict) {
     case SampleVerdict::kSame:
         return true;
     case SampleVerdict::kMostlySame:
+        logUnequal(job, samples.unequal);
         return job.system.askDefaultNo(
             "***** COPY HAS CHANGED *****",
             "Most of what the map calls finished is what the drive holds, but not all: copy or drive was written to in "
-            "some places. They stay as they are. Go on with the copy?");
+            "some places, or the copy cannot be read there. The log names those that were found. They stay as they "
+            "are. Go on with the copy?");
     case SampleVerdict::kOther:
         tellRescueNotBegun(
             job, "What the map calls finished is not what the drive holds: the copy, or the drive, was "
@@ -119,7 +128,7 @@ bool mayGoOnWith(const CopyJob& job, SampleVerdict verdict) {
 /// Where a copy that may be gone on with was left.
 struct GoOnFrom {
     RescueOrigin origin;
-    SampleVerdict samples;
+    Samples samples;
 };
 
 /// The end of the last place that is in the copy.
@@ -219,13 +228,13 @@ RescuePlan planOldImage(const CopyJob& job, JobAccount& account, RescueDrive& dr
     if (!isSourceUnchanged(job)) {
         return {};
     }
-    const SampleVerdict samples = compareSamples(job, drive, account.map, readCopy);
+    Samples samples = compareSamples(job, drive, account.map, readCopy);
     if (!mayGoOnWith(job, samples)) {
         return {};
     }
     job.display.setImagePlace(path);
     beginOldImageEvidence(job, account, path);
-    RescuePlan plan{.target = nullptr, .origin = *origin, .readCopy = readCopy, .samples = samples};
+    RescuePlan plan{.target = nullptr, .origin = *origin, .readCopy = readCopy, .samples = std::move(samples)};
     plan.target = isMapSaved(job, account) ? std::move(image) : nullptr;
     return plan;
 }
@@ -280,38 +289,56 @@ std::optional<GoOnFrom> takeUpDestination(const CopyJob& job, JobAccount& accoun
     if (!areDrivesUnchanged(job) || !isWithoutVolumes(job)) {
         return std::nullopt;
     }
-    const SampleVerdict samples = compareSamples(job, drive, account.map, readerOf(job.drives, destination));
-    return mayGoOnWith(job, samples) ? std::optional(GoOnFrom{*origin, samples}) : std::nullopt;
+    Samples samples = compareSamples(job, drive, account.map, readerOf(job.drives, destination));
+    if (!mayGoOnWith(job, samples)) {
+        return std::nullopt;
+    }
+    beginRescueEvidence(job, account);
+    return isMapSaved(job, account) ? std::optional(GoOnFrom{*origin, std::move(samples)}) : std::nullopt;
 }
 
-/// A destination that is cleaned first.
+/// What an earlier rescue has told of the destination is kept aside: "<map>.old". False, and the user was told, when it
+/// cannot be.
+bool keepEarlierMap(const CopyJob& job) {
+    const std::string path = rescueMapFileName(*job.order.source, *job.order.destination);
+    const std::optional<std::string> earlier = job.rescue->readText(path);
+    if (!earlier || job.system.saveText(path + ".old", *earlier, TextUse::kReplaced)) {
+        return true;
+    }
+    tellRescueNotBegun(job, "The earlier map [" + path +
+                                "] could not be kept as [" + path + ".old]. Nothing was read or written");
+    return false;
+}
+
+/// A destination that is cleaned first. The new map lies there before: whatever comes between, nobody goes on by the
+/// earlier one with a destination that was cleaned.
 std::optional<GoOnFrom> takeNewDestination(const CopyJob& job, JobAccount& account) {
     const std::uint64_t bytes = driveBytes(*job.order.source);
-    if (prepareDestination(job, BlockOrder::forward(bytes, job.blockSize)) != Readiness::kReady) {
+    if (!areDrivesUnchanged(job) || !keepEarlierMap(job)) {
         return std::nullopt;
     }
     account.map = SourceMap(bytes);
-    return GoOnFrom{RescuePlan{}.origin, SampleVerdict::kSame};
+    beginRescueEvidence(job, account);
+    if (!isMapSaved(job, account) ||
+        prepareDestination(job, BlockOrder::forward(bytes, job.blockSize)) != Readiness::kReady) {
+        return std::nullopt;
+    }
+    return GoOnFrom{RescuePlan{}.origin, {}};
 }
 
 RescuePlan planDrive(const CopyJob& job, JobAccount& account, RescueDrive& drive) {
     if (!fits(job)) {
         return {};
     }
-    const std::optional<GoOnFrom> from =
+    std::optional<GoOnFrom> from =
         job.order.rescue.goOn ? takeUpDestination(job, account, drive) : takeNewDestination(job, account);
     if (!from) {
         return {};
     }
-    beginRescueEvidence(job, account);
-    RescuePlan plan{.target = nullptr,
-                    .origin = from->origin,
-                    .readCopy = readerOf(job.drives, *job.order.destination),
-                    .samples = from->samples};
-    if (isMapSaved(job, account)) {
-        plan.target = std::make_unique<DriveRescueTarget>(job.drives, *job.order.destination);
-    }
-    return plan;
+    return {.target = std::make_unique<DriveRescueTarget>(job.drives, *job.order.destination),
+            .origin = from->origin,
+            .readCopy = readerOf(job.drives, *job.order.destination),
+            .samples = std::move(from->samples)};
 }
 
 } // namespace

@@ -18,8 +18,7 @@ struct RescuePlan {
     std::unique_ptr<RescueTarget> target; ///< null: the rescue does not begin, and the user knows why
     RescueOrigin origin{.fromRescue = true, .place = std::nullopt}; ///< of a new map, in which nothing has failed
     CopyReader readCopy;
-    /// How copy and drive agreed when the rescue was begun: a drive that comes back has to do no worse.
-    SampleVerdict samples = SampleVerdict::kSame;
+    Samples samples; ///< how copy and drive agreed when the rescue was begun
 };
 
 /// Opens the image or prepares the destination, takes up its map or makes one, and sees to it that drive, copy, map and

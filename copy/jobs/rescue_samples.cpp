@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace torvane {
@@ -12,7 +13,7 @@ namespace torvane {
 namespace {
 
 /// Where samples are looked for, in bytes.
-std::set<std::uint64_t> samplePlaces(std::uint64_t size) {
+std::set<std::uint64_t> samplePlaces(std::uint64_t size, std::uint64_t sector) {
     constexpr std::uint64_t kFirstStep = 65536;
     constexpr std::uint64_t kParts = 16;
     std::set<std::uint64_t> places{0};
@@ -21,6 +22,9 @@ std::set<std::uint64_t> samplePlaces(std::uint64_t size) {
     }
     for (std::uint64_t part = 1; part < kParts; ++part) {
         places.insert(size / kParts * part);
+    }
+    if (size >= sector) {
+        places.insert((size / sector - 1) * sector); // where a GPT has its second header
     }
     return places;
 }
@@ -50,35 +54,31 @@ bool tellsAnything(std::span<const std::byte> bytes) {
     return std::ranges::any_of(bytes, [first = bytes.front()](std::byte each) { return each != first; });
 }
 
-/// Samples that could be compared.
-struct SampleCounts {
-    unsigned same = 0; ///< and tell anything
-    unsigned other = 0;
-};
+constexpr std::size_t kMostUnequal = 3;
 
-constexpr unsigned kMostUnequal = 3;
-
-SampleVerdict verdictOf(const SampleCounts& counts) {
-    constexpr unsigned kFarMore = 4;
-    if (counts.other == 0) {
-        return counts.same != 0 ? SampleVerdict::kSame : SampleVerdict::kNotTold;
+/// `same`: sectors that agree and tell anything.
+SampleVerdict verdictOf(std::size_t same, const std::vector<std::uint64_t>& unequal) {
+    constexpr std::size_t kFarMore = 4;
+    if (unequal.empty()) {
+        return same != 0 ? SampleVerdict::kSame : SampleVerdict::kNotTold;
     }
-    return counts.other <= kMostUnequal && counts.same >= kFarMore * counts.other ? SampleVerdict::kMostlySame
-                                                                                  : SampleVerdict::kOther;
+    const bool mostly = unequal.front() != 0 && unequal.size() <= kMostUnequal && same >= kFarMore * unequal.size();
+    return mostly ? SampleVerdict::kMostlySame : SampleVerdict::kOther;
 }
 
 } // namespace
 
-SampleVerdict compareSamples(const CopyJob& job, RescueDrive& drive, const SourceMap& map, const CopyReader& readCopy) {
+Samples compareSamples(const CopyJob& job, RescueDrive& drive, const SourceMap& map, const CopyReader& readCopy) {
     const std::uint64_t sector = sectorSizeOf(*job.order.source);
     std::vector<std::byte> wanted(sector);
     std::vector<std::byte> found(sector);
     std::optional<std::uint64_t> last;
     if (map.bytes(RangeStatus::kFinished) == 0) {
-        return SampleVerdict::kSame;
+        return {};
     }
-    SampleCounts counts;
-    for (const std::uint64_t around : samplePlaces(map.size())) {
+    std::size_t same = 0;
+    std::vector<std::uint64_t> unequal;
+    for (const std::uint64_t around : samplePlaces(map.size(), sector)) {
         const std::optional<std::uint64_t> place = finishedSector(map, around, sector);
         if (!place || place == last) {
             continue;
@@ -86,7 +86,7 @@ SampleVerdict compareSamples(const CopyJob& job, RescueDrive& drive, const Sourc
         last = place;
         const SourceAnswer answer = drive.read(*place, wanted, [&] { return job.claim.isRaised(); });
         if (answer == SourceAnswer::kGone || answer == SourceAnswer::kLeft) {
-            return SampleVerdict::kGone;
+            return {.verdict = SampleVerdict::kGone, .unequal = {}};
         }
         if (answer == SourceAnswer::kFailed) {
             continue;
@@ -95,14 +95,16 @@ SampleVerdict compareSamples(const CopyJob& job, RescueDrive& drive, const Sourc
         withoutSignature(*place, wanted);
         withoutSignature(*place, found);
         if (!isRead || wanted != found) {
-            if (++counts.other > kMostUnequal) {
-                break;
-            }
+            unequal.push_back(*place);
         } else {
-            counts.same += tellsAnything(wanted) ? 1 : 0;
+            same += tellsAnything(wanted) ? 1 : 0;
+        }
+        if (unequal.size() > kMostUnequal) {
+            break;
         }
     }
-    return verdictOf(counts);
+    const SampleVerdict verdict = verdictOf(same, unequal);
+    return {.verdict = verdict, .unequal = std::move(unequal)};
 }
 
 } // namespace torvane

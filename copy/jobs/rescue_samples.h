@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <vector>
 
 namespace torvane {
 
@@ -17,15 +18,21 @@ using CopyReader = std::function<bool(std::uint64_t offset, std::span<std::byte>
 enum class SampleVerdict : std::uint8_t {
     kSame,       ///< those that could be compared, and that tell anything, agree
     kMostlySame, ///< a few do not, and far more do: a place or two was written to
-    kOther,      ///< too many do not
+    kOther,      ///< too many do not, or the very first does not, which a clean or a new partition table has changed
     kNotTold, ///< none could be compared that tells anything; a map without anything finished has nothing to tell: same
     kGone,    ///< the drive does not answer any more, or nobody wants to wait for it
 };
 
-/// Compares sectors that the map calls finished: those at the start, ever farther from each other, and some over the
-/// whole of the drive. A copy may have been written to since, or another one, or another drive, may stand in its place.
+/// What was compared.
+struct Samples {
+    SampleVerdict verdict = SampleVerdict::kSame;
+    std::vector<std::uint64_t> unequal; ///< where sectors begin that differ, in bytes, ascending
+};
+
+/// Compares sectors that the map calls finished: those at the start, ever farther from each other, some over the whole
+/// of the drive, and the last one. A copy may have been written to since, or another one, or another drive, may stand in its place.
 /// A sector of one repeated byte tells nothing: so do many of any drive.
-[[nodiscard]] SampleVerdict compareSamples(const CopyJob& job, RescueDrive& drive, const SourceMap& map,
-                                           const CopyReader& readCopy);
+[[nodiscard]] Samples compareSamples(const CopyJob& job, RescueDrive& drive, const SourceMap& map,
+                                     const CopyReader& readCopy);
 
 } // namespace torvane

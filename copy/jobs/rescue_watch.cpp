@@ -6,6 +6,7 @@
 #include "records/drive_texts.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace torvane {
 
@@ -32,10 +33,17 @@ bool WantedSource::awaitReturn() {
     const std::string drive = jobDriveText(*job_.order.source);
     job_.system.logError("Rescue: " + drive + " does not answer any more. It is waited for");
     job_.display.setStatus(" The drive has gone. Waiting for it");
+    bool told = false;
     while (job_.claim.isRaised()) {
-        if (drive_.findAgain(patience()) && isTheSource_()) {
+        const bool found = drive_.findAgain(patience());
+        if (found && isTheSource_()) {
             job_.system.logError("Rescue: " + drive + " is back. The rescue goes on");
             return true;
+        }
+        if (found && !std::exchange(told, true)) {
+            job_.system.logError("Rescue: a drive that tells the same as " + drive +
+                                 " is there, and is not what was copied. The rescue does not go on with it");
+            job_.display.setStatus(" The drive that is back is not what was copied. Waiting");
         }
         job_.rescue->pause();
     }

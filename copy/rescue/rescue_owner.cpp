@@ -37,7 +37,9 @@ RescueOwner otherOrRenamed(bool sharesSerialNumber) {
 /// Whether what stands of the source in a job's comment ends in a serial number of this drive.
 bool namesSerialNumber(std::string_view source, const DriveRecord& drive) {
     return std::ranges::any_of(serialNumbersOf(drive), [source](const std::string& number) {
-        return source.find("] [" + number + "]") != std::string_view::npos;
+        return source.find("] [" + number + "]") != std::string_view::npos ||
+               source.find("(printed: serial number " + number + ")") != std::string_view::npos ||
+               source.find("(printed: serial number " + number + ",") != std::string_view::npos;
     });
 }
 
@@ -103,10 +105,15 @@ RescueOwner rescueOwner(const std::vector<std::string>& comments, const std::opt
                         const DriveRecord& drive) {
     const RescueOwner byComments = ownerByComments(comments, drive);
     const RescueOwner byRecord = record ? ownerByRecord(*record, drive) : RescueOwner::kNotTold;
-    for (const RescueOwner doubt : {RescueOwner::kOtherDrive, RescueOwner::kPerhapsThis}) {
-        if (byComments == doubt || byRecord == doubt) {
-            return doubt;
-        }
+    if (byRecord == RescueOwner::kOtherDrive) {
+        return byRecord;
+    }
+    // The record knows more numbers of the drive than a comment, and stays as it was when others go on.
+    if (byComments == RescueOwner::kOtherDrive) {
+        return byRecord == RescueOwner::kNotTold ? byComments : RescueOwner::kPerhapsThis;
+    }
+    if (byComments == RescueOwner::kPerhapsThis || byRecord == RescueOwner::kPerhapsThis) {
+        return RescueOwner::kPerhapsThis;
     }
     return byComments == RescueOwner::kNotTold ? byRecord : RescueOwner::kThisDrive;
 }

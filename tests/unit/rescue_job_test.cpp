@@ -181,6 +181,9 @@ class Machine : public CopySystem, public DriveIo, public JobDisplay, public Res
     }
     DiskChange cleanDisk(DriveRecord&) override {
         ++cleans;
+        if (stopsAtClean) {
+            jobs.askToStop();
+        }
         return DiskChange::kMade;
     }
     std::vector<std::string> volumesOn(const DriveRecord&) override { return volumes; }
@@ -204,6 +207,9 @@ class Machine : public CopySystem, public DriveIo, public JobDisplay, public Res
         return saveText(path, text, TextUse::kNew);
     }
     bool saveText(const std::string& path, std::string_view text, TextUse use) override {
+        if (oldMapsFail && path.ends_with(".old")) {
+            return false;
+        }
         const bool isMap = path.ends_with(".map");
         mapsUntilFailure -= isMap ? 1 : 0;
         if ((use == TextUse::kNew && files.contains(path)) || (isMap && mapsUntilFailure < 0)) {
@@ -256,6 +262,8 @@ class Machine : public CopySystem, public DriveIo, public JobDisplay, public Res
     bool imageOpens = true;
     bool holesAreKept = true;
     int mapsUntilFailure = 1000;
+    bool oldMapsFail = false;
+    bool stopsAtClean = false;
     bool writesFail = false;
     bool sourceIsTheSame = true;
     bool destinationIsTheSame = true;
@@ -415,13 +423,20 @@ TEST_F(RescueJobTest, IsNotBegunWithACopyThatIsNotWhatItsMapTells) {
     machine_.files[kImage][440] ^= 1;
     EXPECT_EQ(machine_.run(), 1U) << "the system may have changed a disk's signature";
     std::string& image = machine_.files[kImage];
-    for (const std::size_t place : std::initializer_list<std::size_t>{0, kRescueRead, 2 * kRescueRead}) {
+    for (const std::size_t place : std::initializer_list<std::size_t>{kRescueRead, 2 * kRescueRead}) {
         image[place] = static_cast<char>(image[place] ^ 1);
     }
     EXPECT_EQ(machine_.run(), 0U);
     EXPECT_THAT(machine_.boxes.back(), HasSubstr("Most of what the map calls finished is what the drive holds"));
+    EXPECT_THAT(machine_.errors, ElementsAre(HasSubstr("sector 128 of"), HasSubstr("sector 256 of")));
     machine_.yes = true;
     EXPECT_EQ(machine_.run(), 1U);
+    std::string cleaned = image;
+    std::swap(cleaned, image);
+    image[0] = static_cast<char>(image[0] ^ 1);
+    EXPECT_EQ(machine_.run(), 0U);
+    EXPECT_THAT(machine_.boxes.back(), HasSubstr("is not what the drive holds")) << "what a clean changes";
+    std::swap(cleaned, image);
     for (char& each : image) {
         each = static_cast<char>(each ^ 1);
     }
@@ -461,10 +476,11 @@ TEST_F(RescueJobTest, OfACopyThatWasWrittenToInAPlaceGoesOnWhenTheDriveIsBack) {
     machine_.stopAtRead = 0;
     machine_.yes = true;
     std::string& image = machine_.files[kImage];
-    image[0] = static_cast<char>(image[0] ^ 1);
+    image[kRescueRead] = static_cast<char>(image[kRescueRead] ^ 1);
     machine_.goneAtRead = machine_.reads + 16; // the first after the samples
     EXPECT_EQ(machine_.run(), 1U);
-    EXPECT_THAT(machine_.errors, ElementsAre(HasSubstr("does not answer any more"), HasSubstr("is back")));
+    EXPECT_THAT(machine_.errors, ElementsAre(HasSubstr("sector 128 of"), HasSubstr("does not answer any more"),
+                                             HasSubstr("is back")));
     EXPECT_EQ(map().bytes(RangeStatus::kFinished), kBytes);
 }
 
@@ -475,6 +491,35 @@ TEST_F(RescueJobTest, DoesNotTakeAnotherDriveForTheOneThatIsBack) {
     EXPECT_EQ(machine_.run(), 1U);
     EXPECT_EQ(machine_.status, " Rescue stopped. It can go on later");
     EXPECT_EQ(map().bytes(RangeStatus::kFinished), kRescueRead);
+    EXPECT_THAT(machine_.errors, ElementsAre(HasSubstr("does not answer"), HasSubstr("is not what was copied")));
+}
+
+TEST_F(RescueJobTest, OntoADriveBeginsAnewAndKeepsTheEarlierMap) {
+    machine_.order.destination = &machine_.destination;
+    machine_.bad = {7};
+    EXPECT_EQ(machine_.run(), 1U);
+    const std::string earlier = machine_.files.at(kDriveMap);
+    machine_.bad = {};
+    EXPECT_EQ(machine_.run(), 1U);
+    EXPECT_EQ(machine_.cleans, 2);
+    EXPECT_EQ(machine_.files.at(std::string(kDriveMap) + ".old"), earlier);
+    EXPECT_EQ(mapAt(kDriveMap).bytes(RangeStatus::kFinished), kBytes);
+
+    machine_.mapsUntilFailure = 0;
+    EXPECT_EQ(machine_.run(), 0U);
+    EXPECT_THAT(machine_.boxes.back(), HasSubstr("could not be written"));
+    machine_.oldMapsFail = true;
+    EXPECT_EQ(machine_.run(), 0U);
+    EXPECT_THAT(machine_.boxes.back(), HasSubstr("could not be kept"));
+    EXPECT_EQ(machine_.cleans, 2) << "before the clean";
+}
+
+TEST_F(RescueJobTest, OntoADriveThatWasStoppedWhileItWasCleanedKnowsOfNothingFinished) {
+    machine_.order.destination = &machine_.destination;
+    EXPECT_EQ(machine_.run(), 1U);
+    machine_.stopsAtClean = true;
+    EXPECT_EQ(machine_.run(), 0U);
+    EXPECT_EQ(mapAt(kDriveMap).bytes(RangeStatus::kFinished), 0U);
 }
 
 TEST_F(RescueJobTest, OntoADriveTellsOfAVolumeThatWasMounted) {
@@ -652,6 +697,14 @@ TEST_F(RescueOwnerTest, IsPerhapsTheDriveOfAnotherNameThatSharesASerialNumber) {
                                "Serial number printed on the device: P7\n";
     EXPECT_EQ(rescueOwner({}, bridge + "Size in bytes: 1024", drive_), RescueOwner::kPerhapsThis);
     EXPECT_EQ(rescueOwner({}, bridge + "Size in bytes: 512", drive_), RescueOwner::kOtherDrive);
+    const std::string comment = "Image of drive 3 [Bridge] [B0] into [x]";
+    EXPECT_EQ(rescueOwner({comment}, {}, drive_), RescueOwner::kOtherDrive);
+    EXPECT_EQ(rescueOwner({comment}, bridge + "Size in bytes: 1024", drive_), RescueOwner::kPerhapsThis);
+    EXPECT_EQ(rescueOwner({comment}, kRecord, drive_), RescueOwner::kPerhapsThis) << "continued behind a bridge";
+    for (const char* const more : {")", ", model M)"}) {
+        const std::string printed = "Image of drive 3 [Bridge] [B0] (printed: serial number P7" + std::string(more);
+        EXPECT_EQ(rescueOwner({printed + " into [x]"}, {}, drive_), RescueOwner::kPerhapsThis);
+    }
     drive_.printed.serialNumber = "not told";
     EXPECT_EQ(rescueOwner({}, "Model: B\nSerial number: not told\nSize in bytes: 1024", drive_),
               RescueOwner::kOtherDrive);
