@@ -138,9 +138,8 @@ std::uint32_t rescue(const CopyJob& job, JobAccount& account) {
     }
     account.losses.bytesNotCopied = account.map.size();
     account.ending = kUnderWay;
-    WantedSource source(job, *drive, [&] {
-        return isNoWorse(compareSamples(job, *drive, account.map, plan.readCopy), plan.samples);
-    });
+    WantedSource source(
+        job, *drive, [&] { return isNoWorse(compareSamples(job, *drive, account.map, plan.readCopy), plan.samples); });
     JobWatch watch(job, account);
     watch.showNow(amountsOf(account.map), account.map);
     std::vector<std::byte> buffer(kRescueBuffer);

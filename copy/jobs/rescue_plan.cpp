@@ -305,8 +305,8 @@ bool keepEarlierMap(const CopyJob& job) {
     if (!earlier || job.system.saveText(path + ".old", *earlier, TextUse::kReplaced)) {
         return true;
     }
-    tellRescueNotBegun(job, "The earlier map [" + path +
-                                "] could not be kept as [" + path + ".old]. Nothing was read or written");
+    tellRescueNotBegun(job, "The earlier map [" + path + "] could not be kept as [" + path +
+                                ".old]. Nothing was read or written");
     return false;
 }
 

@@ -30,8 +30,8 @@ struct Samples {
 };
 
 /// Compares sectors that the map calls finished: those at the start, ever farther from each other, some over the whole
-/// of the drive, and the last one. A copy may have been written to since, or another one, or another drive, may stand in its place.
-/// A sector of one repeated byte tells nothing: so do many of any drive.
+/// of the drive, and the last one. A copy may have been written to since, or another one, or another drive, may stand
+/// in its place. A sector of one repeated byte tells nothing: so do many of any drive.
 [[nodiscard]] Samples compareSamples(const CopyJob& job, RescueDrive& drive, const SourceMap& map,
                                      const CopyReader& readCopy);
 

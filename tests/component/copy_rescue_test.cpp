@@ -107,7 +107,7 @@ TEST_F(RescueJob, GoesOnWithWhatIsMissingAlone) {
     order_.rescue.retryPasses = 1;
     EXPECT_EQ(run(runRescueJob), 1U);
     EXPECT_TRUE(readFile(kImage) == noise(7, 0, kBytes));
-    constexpr std::size_t kSamples = 18; // by which drive and copy are compared
+    constexpr std::size_t kSamples = 19; // by which drive and copy are compared
     EXPECT_EQ(bench_.log("target=drive:1 request=read").size(), reads + kSamples + 1);
     EXPECT_EQ(savedMap().bytes(RangeStatus::kFinished), kBytes);
 }
@@ -278,6 +278,17 @@ TEST_F(RescueOntoDrive, GoesOnWithoutCleaningWhatItHolds) {
     EXPECT_TRUE(content(2, 0, kBytes) == noise(7, 0, kBytes));
     EXPECT_EQ(bench_.log("request=diskpart").size(), cleans);
     EXPECT_EQ(bench_.log("target=drive:2 request=write").size(), writes + 1);
+}
+
+TEST_F(RescueOntoDrive, BegunAnewCleansItAndKeepsTheEarlierMap) {
+    openBoth(kTwoBadPlaces);
+    EXPECT_EQ(run(runRescueJob), 1U);
+    const std::string earlier = readFile(kMap);
+    const std::size_t cleans = bench_.log("request=diskpart").size();
+    EXPECT_EQ(run(runRescueJob), 1U);
+    EXPECT_GT(bench_.log("request=diskpart").size(), cleans);
+    EXPECT_EQ(readFile((std::string(kMap) + ".old").c_str()), earlier);
+    EXPECT_EQ(savedMap(kMap).bytes(RangeStatus::kBad), 2048U);
 }
 
 TEST_F(RescueOntoDrive, RefusesASmallerDrive) {

@@ -479,8 +479,8 @@ TEST_F(RescueJobTest, OfACopyThatWasWrittenToInAPlaceGoesOnWhenTheDriveIsBack) {
     image[kRescueRead] = static_cast<char>(image[kRescueRead] ^ 1);
     machine_.goneAtRead = machine_.reads + 16; // the first after the samples
     EXPECT_EQ(machine_.run(), 1U);
-    EXPECT_THAT(machine_.errors, ElementsAre(HasSubstr("sector 128 of"), HasSubstr("does not answer any more"),
-                                             HasSubstr("is back")));
+    EXPECT_THAT(machine_.errors,
+                ElementsAre(HasSubstr("sector 128 of"), HasSubstr("does not answer any more"), HasSubstr("is back")));
     EXPECT_EQ(map().bytes(RangeStatus::kFinished), kBytes);
 }
 
