@@ -111,7 +111,7 @@ void DriveListView::drawEmptyText(HDC context) const {
     RECT headings{};
     GetWindowRect(ListView_GetHeader(list_.window()), &headings);
     place.top += headings.bottom - headings.top;
-    SetBkMode(context, TRANSPARENT);
+    SetBkColor(context, kListBackground); // over the grid
     SetTextColor(context, kEmptyListText);
     DrawTextW(context, wideText(emptyText_).c_str(), -1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
