@@ -340,6 +340,7 @@ TEST_F(ScalingTest, AScreenThatChangesWhileTheWindowIsAnIconIsTakenUpWhenItIsThe
 TEST_F(ScalingTest, MainWindowFollowsItsMonitorsScaleThereAndBack) {
     const Window window = torvane().window();
     torvane().loadDrivesOnce();
+    torvane().awaitProgressHidden();
     scrollToEnd(window, false);
     const int other = screenDpi() == 144 ? 120 : 144;
     const RECT placeBefore = window.rect();
