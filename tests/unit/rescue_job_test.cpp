@@ -172,7 +172,7 @@ class Machine : public CopySystem, public DriveIo, public JobDisplay, public Res
 
     // --- CopySystem ---
 
-    bool isStillTheSource(const DriveRecord&) override { return sourceIsTheSame; }
+    bool isStillTheSource(const DriveRecord&) override { return sourceIsTheSame && looksUntilOtherSource-- > 0; }
     bool isStillTheDestination(const DriveRecord&) override { return destinationIsTheSame; }
     void rememberPartitionTable(DriveRecord&) override { ++tablesRemembered; }
     std::optional<std::string> readTableAnew(const DriveRecord&) override {
@@ -266,6 +266,7 @@ class Machine : public CopySystem, public DriveIo, public JobDisplay, public Res
     bool stopsAtClean = false;
     bool writesFail = false;
     bool sourceIsTheSame = true;
+    int looksUntilOtherSource = 1000;
     bool destinationIsTheSame = true;
     bool tableCannotBeRead = false;
     bool yes = false;
@@ -520,6 +521,23 @@ TEST_F(RescueJobTest, OntoADriveThatWasStoppedWhileItWasCleanedKnowsOfNothingFin
     machine_.stopsAtClean = true;
     EXPECT_EQ(machine_.run(), 0U);
     EXPECT_EQ(mapAt(kDriveMap).bytes(RangeStatus::kFinished), 0U);
+}
+
+TEST_F(RescueJobTest, IsNotGoneOnWithADriveThatHasChangedWhileABoxWasOpen) {
+    EXPECT_EQ(machine_.run(), 1U);
+    goOn();
+    machine_.looksUntilOtherSource = 1;
+    EXPECT_EQ(machine_.run(), 0U);
+    EXPECT_THAT(machine_.boxes.back(), HasSubstr("SOURCE is not the drive that was loaded"));
+}
+
+TEST_F(RescueJobTest, OntoADriveIsNotGoneOnWithACopyThatIsNotWhatItsMapTells) {
+    machine_.order.destination = &machine_.destination;
+    EXPECT_EQ(machine_.run(), 1U);
+    machine_.destinationBytes[0] = static_cast<char>(machine_.destinationBytes[0] ^ 1); // as a clean leaves it
+    machine_.order.rescue.goOn = true;
+    EXPECT_EQ(machine_.run(), 0U);
+    EXPECT_THAT(machine_.boxes.back(), HasSubstr("is not what the drive holds"));
 }
 
 TEST_F(RescueJobTest, OntoADriveTellsOfAVolumeThatWasMounted) {
