@@ -88,7 +88,10 @@ std::string meaningOf(const Statistic& statistic, const DriveRecord& drive) {
 }
 
 DetailPage orSentence(DetailPage page, std::string_view sentence) {
-    return page.rows.empty() ? sentencePage(page.title, sentence) : page;
+    if (page.rows.empty()) {
+        return sentencePage(page.title, sentence);
+    }
+    return page;
 }
 
 } // namespace

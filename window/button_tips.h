@@ -20,8 +20,8 @@ enum class ReadingShare : std::uint8_t {
 /// What a button of the main window does, for its tool tip.
 struct ButtonTip {
     int id;
+    ReadingShare reading;
     const char* text; ///< what it does, and what it changes
-    ReadingShare reading = ReadingShare::kNone;
 };
 
 /// Of every button of the main window.

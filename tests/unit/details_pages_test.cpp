@@ -20,7 +20,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 /// A drive as the scan leaves it.
