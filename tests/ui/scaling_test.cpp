@@ -125,10 +125,15 @@ std::set<int> walkThrough(const Window& window) {
     }
 }
 
+/// Of its group the Tab key meets the chosen one alone; the arrow keys go on from there.
+bool isUnchosenRadioButton(const Window& button) {
+    return (button.style() & BS_TYPEMASK) == BS_AUTORADIOBUTTON && button.send(BM_GETCHECK) != BST_CHECKED;
+}
+
 std::set<int> buttonsOf(const Window& window) {
     std::set<int> buttons;
     for (const Window& control : shownControls(window)) {
-        if (control.className() == "Button") {
+        if (control.className() == "Button" && !isUnchosenRadioButton(control)) {
             buttons.insert(control.id());
         }
     }
