@@ -98,8 +98,7 @@ void addFields(std::string_view heading, const std::vector<ReportField>& fields,
 }
 
 bool isTemperature(std::string_view name) {
-    return name.find("Temperature_Celsius") != std::string_view::npos ||
-           name.find("Temperature_Cel") != std::string_view::npos || name == "Drive_Temperature" ||
+    return name.find("Temperature_Cel") != std::string_view::npos || name == "Drive_Temperature" ||
            name == "Temperature_Internal" || name == "Temperature_Case";
 }
 

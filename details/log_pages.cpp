@@ -1,9 +1,11 @@
 #include "details/log_pages.h"
 
 #include "base/format.h"
+#include "base/line_ends.h"
 #include "base/utf8.h"
 #include "details/meanings.h"
 #include "details/page_rows.h"
+#include "details/report_lines.h"
 #include "health/grading.h"
 #include "monitoring/leading_number.h"
 #include "records/drive_record.h"
@@ -64,8 +66,7 @@ void addNotes(const std::vector<std::string>& notes, DetailPage& page) {
 
 bool isWholeNumber(std::string_view text) {
     constexpr std::size_t kMostDigits = 19; // of 64 bits
-    return !text.empty() && text.size() <= kMostDigits &&
-           text.find_first_not_of("0123456789") == std::string_view::npos;
+    return text.size() <= kMostDigits && isNumber(text);
 }
 
 std::string valueText(const Statistic& statistic) {
@@ -160,16 +161,10 @@ DetailPage reportPage(const DriveRecord& drive) {
     constexpr std::string_view kCut = "\r\n\r\n[The report goes on: its file has all of it.]\r\n";
     std::string_view text = drive.smartText;
     text = text.substr(0, text.find('\0'));
-    DetailPage page{.title = "Report", .columns = {}, .rows = {}, .text = {}};
-    page.text.reserve(std::min(text.size(), kMostShown) + kCut.size());
-    char before = 0;
-    for (const char character : cutAtCharacter(text, kMostShown)) {
-        if (character == '\n' && before != '\r') {
-            page.text += '\r';
-        }
-        page.text += character;
-        before = character;
-    }
+    DetailPage page{.title = "Report",
+                    .columns = {},
+                    .rows = {},
+                    .text = withWindowsLineEnds(cutAtCharacter(text, kMostShown))};
     if (page.text.empty()) {
         page.text = "smartctl.exe left no report of this drive at the last scan.\r\n";
     }

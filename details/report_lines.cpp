@@ -11,10 +11,6 @@ namespace torvane {
 
 namespace {
 
-bool isNumber(std::string_view word) {
-    return !word.empty() && std::ranges::all_of(word, [](char digit) { return digit >= '0' && digit <= '9'; });
-}
-
 bool isHexNumber(std::string_view word) {
     return word.size() > 2 && word.starts_with("0x");
 }
@@ -58,6 +54,10 @@ void partGluedPercentage(std::vector<std::string_view>& columns) {
 }
 
 } // namespace
+
+bool isNumber(std::string_view word) {
+    return !word.empty() && std::ranges::all_of(word, [](char digit) { return digit >= '0' && digit <= '9'; });
+}
 
 std::vector<std::string_view> wordsOf(std::string_view line) {
     std::vector<std::string_view> words;

@@ -11,6 +11,9 @@ namespace torvane {
 
 // Single lines of the tool's report. Each answers nothing for a line of another form.
 
+/// True for a word of decimal digits alone.
+[[nodiscard]] bool isNumber(std::string_view word);
+
 /// The words of a line, which runs of blanks part.
 [[nodiscard]] std::vector<std::string_view> wordsOf(std::string_view line);
 

@@ -309,7 +309,7 @@ class ReportReading {
         if (contains(line, "No Defects Logged")) {
             addStatistic("Pending defects",
                          Statistic{.group = {}, .name = "Sectors that wait to be replaced", .value = "0"});
-        } else if (words.size() >= 2 && words[0].find_first_not_of("0123456789") == std::string_view::npos) {
+        } else if (words.size() >= 2 && isNumber(words[0])) {
             addStatistic("Pending defects", Statistic{.group = {},
                                                       .name = "Unreadable sector " + std::string(words[0]),
                                                       .value = "LBA " + std::string(words[1])});

@@ -13,7 +13,6 @@
 #include <cstddef>
 #include <iterator>
 #include <string>
-#include <tuple>
 
 namespace torvane {
 

@@ -1,5 +1,6 @@
 #include "ui/text_dialog.h"
 
+#include "base/line_ends.h"
 #include "resources/resource_ids.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
@@ -7,20 +8,6 @@
 namespace torvane {
 
 namespace {
-
-/// As an edit control wants them.
-std::string withWindowsLineEnds(const std::string& text) {
-    std::string lines;
-    lines.reserve(text.size());
-    for (const char each : text) {
-        if (each == '\n') {
-            lines += "\r\n";
-        } else if (each != '\r') {
-            lines += each;
-        }
-    }
-    return lines;
-}
 
 class TextDialog : public Dialog {
   public:

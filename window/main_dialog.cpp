@@ -164,7 +164,7 @@ void MainDialog::buildListViews() {
     logList_.create(window());
     view_.logRows().attach(logList_);
     attachButtonTips();
-    driveList_.setEmptyText(emptyListText(drives_));
+    showDrivesKnown();
     messageTip_.attach(control(IDC_HEALTH_MESSAGE), "");
     // First and last in the tab order; the drive list directly behind its label, whose access key leads to it.
     SetWindowPos(driveList_.window(), control(IDC_DRIVES_LABEL), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
@@ -240,33 +240,32 @@ void MainDialog::attachButtonTips() {
 
 void MainDialog::updateButtonTips() {
     const std::vector<DriveRecord*> ticked = driveList_.tickedDrives();
+    const DriveRecord* const copied = ticked.size() == 1 ? ticked.front() : nullptr;
+    const DriveRecord* const selected = driveList_.selectedDrive();
     for (std::size_t i = 0; i < buttonTips_.size(); ++i) {
         const ButtonTip& tip = buttonTips()[i];
-        const DriveRecord* const copied = ticked.size() == 1 ? ticked.front() : nullptr;
         if (tip.reading != ReadingShare::kNone) {
-            buttonTips_[i].setText(
-                tipText(tip, tip.reading == ReadingShare::kWhole ? copied : driveList_.selectedDrive()));
+            buttonTips_[i].setText(tipText(tip, tip.reading == ReadingShare::kWhole ? copied : selected));
         }
     }
 }
 
 void MainDialog::forgetDrives() {
     drives_ = {.found = std::nullopt, .isScanning = true, .haveChanged = false};
-    driveList_.setEmptyText(emptyListText(drives_));
+    showDrivesKnown();
     driveList_.deleteRows();
     updateButtonTips();
-    showDrivesHeading();
 }
 
 void MainDialog::showDrivesFound(const DrivesFound& found) {
     drives_.found = found;
     drives_.isScanning = false;
-    driveList_.setEmptyText(emptyListText(drives_));
-    showDrivesHeading();
+    showDrivesKnown();
 }
 
-void MainDialog::showDrivesHeading() {
+void MainDialog::showDrivesKnown() {
     setControlText(IDC_DRIVES_LABEL, drivesHeading(drives_).c_str());
+    driveList_.setEmptyText(emptyListText(drives_));
 }
 
 std::optional<LRESULT> MainDialog::onNotify(NMHDR& header) {
@@ -343,7 +342,7 @@ std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM
     case WM_DEVICECHANGE:
         if (DriveChanges::isDrive(wParam, lParam)) {
             drives_.haveChanged = true;
-            showDrivesHeading();
+            showDrivesKnown();
         }
         return TRUE;
     case WM_QUERYENDSESSION:

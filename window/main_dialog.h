@@ -67,7 +67,8 @@ class MainDialog : public Dialog {
     void updateSystemMenu();
     void sizeWindow();
     void placeControls();
-    void showDrivesHeading();
+    /// In the list's heading, and in the list while it is empty.
+    void showDrivesKnown();
     void attachButtonTips();
     /// Once another drive is selected or ticked.
     void updateButtonTips();

@@ -109,12 +109,6 @@ class WindowsRescueDrive : public RescueDrive {
     std::unique_ptr<LeavableReader> reader_; ///< null: the drive is not there
 };
 
-/// Bytes; negative when the system does not tell.
-std::int64_t sizeOf(HANDLE file) {
-    LARGE_INTEGER size{};
-    return GetFileSizeEx(file, &size) != FALSE ? size.QuadPart : -1;
-}
-
 class WindowsRescueImage : public RescueImage {
   public:
     explicit WindowsRescueImage(UniqueFile file) : file_(std::move(file)) {
@@ -130,10 +124,7 @@ class WindowsRescueImage : public RescueImage {
     bool read(std::uint64_t offset, std::span<std::byte> bytes) override {
         return readAt(file_.get(), offset, bytes) == TransferOutcome::kWhole;
     }
-    std::uint64_t size() override {
-        const std::int64_t size = sizeOf(file_.get());
-        return size < 0 ? 0 : static_cast<std::uint64_t>(size);
-    }
+    std::uint64_t size() override { return sizeOfFile(file_.get()).value_or(0); }
     bool keepsHoles() override { return keepsHoles_; }
 
   private:
