@@ -161,10 +161,8 @@ DetailPage reportPage(const DriveRecord& drive) {
     constexpr std::string_view kCut = "\r\n\r\n[The report goes on: its file has all of it.]\r\n";
     std::string_view text = drive.smartText;
     text = text.substr(0, text.find('\0'));
-    DetailPage page{.title = "Report",
-                    .columns = {},
-                    .rows = {},
-                    .text = withWindowsLineEnds(cutAtCharacter(text, kMostShown))};
+    DetailPage page{
+        .title = "Report", .columns = {}, .rows = {}, .text = withWindowsLineEnds(cutAtCharacter(text, kMostShown))};
     if (page.text.empty()) {
         page.text = "smartctl.exe left no report of this drive at the last scan.\r\n";
     }
