@@ -175,6 +175,13 @@ TEST_F(BenchLauncherTest, LaysOutABench) {
     EXPECT_EQ(launch("--lay-out --fresh bench copy"), "");
 }
 
+TEST_F(BenchLauncherTest, ABenchThatWasToldToHurryIsLaidOutAnewAsWell) {
+    launch("--lay-out bench copy");
+    std::ofstream("copy/hurry").close();
+    EXPECT_EQ(launch("--lay-out --fresh bench copy"), "");
+    EXPECT_FALSE(std::filesystem::exists("copy/hurry"));
+}
+
 TEST_F(BenchLauncherTest, SmartctlListsTheDrivesByTheirNumbers) {
     EXPECT_EQ(smartctl("--scan"), "/dev/sda -d ata # /dev/sda, ATA device\r\n"
                                   "/dev/sdc -d scsi # /dev/sdc, SCSI device\r\n"

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kBenchFile = "bench.json";
 constexpr const char* kDrivesFolder = "drives";
-constexpr std::array kWrittenByTheBench = {"backing", "state.json", "state.json.new", "bench.log"};
+constexpr std::array kWrittenAtItsRun = {"backing", "state.json", "state.json.new", "bench.log", "hurry"};
 
 // Paths are shown with forward slashes, as the documentation writes them.
 std::string shownName(const fs::path& path) {
@@ -55,7 +55,7 @@ void removeBench(const fs::path& folder) {
     if (!fs::exists(folder / kBenchFile, failure)) {
         return; // not a bench: nothing of it is ours to remove
     }
-    for (const char* name : kWrittenByTheBench) {
+    for (const char* name : kWrittenAtItsRun) {
         fs::remove_all(folder / name, failure);
     }
     for (const fs::path& name : driveFiles(folder)) {
