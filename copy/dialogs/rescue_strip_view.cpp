@@ -3,6 +3,7 @@
 #include "base/wide_text.h"
 #include "ui/back_buffer.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -59,6 +60,20 @@ class StripPainter {
         FillRect(context_, &pixels, brushes_[entry].get());
     }
 
+    /// A pattern of lines does not show in a column or two: such a loss is a mark in its colour, over its neighbours.
+    void markNarrowLoss(const RescueBar& bar) const {
+        constexpr int kNarrow = 3;
+        const RescueKeyEntry& entry = kRescueKey[static_cast<std::size_t>(bar.shade)];
+        if (bar.width >= kNarrow || entry.pattern == RescuePattern::kSolid || entry.pattern == RescuePattern::kEmpty) {
+            return;
+        }
+        PixelRect place = placeOf(bar);
+        place.right = std::min(place.left + kNarrow, kRescueStrip.right);
+        const UniqueBrush brush{CreateSolidBrush(entry.colour)};
+        const RECT pixels = rectOf(scale_.px(place));
+        FillRect(context_, &pixels, brush.get());
+    }
+
     void frame(const PixelRect& place) const {
         const UniqueBrush brush{CreateSolidBrush(kFrame)};
         const RECT pixels = rectOf(scale_.px(place));
@@ -70,6 +85,9 @@ class StripPainter {
         if (shown) {
             for (const RescueBar& bar : shown->picture.bars) {
                 fill(placeOf(bar), static_cast<std::size_t>(bar.shade));
+            }
+            for (const RescueBar& bar : shown->picture.bars) {
+                markNarrowLoss(bar);
             }
             const int now = kRescueStrip.left + shown->picture.now;
             fill({now, kRescueStrip.top - 4, now + 2, kRescueStrip.bottom + 4}, kNow);

@@ -1,6 +1,7 @@
 #include "copy/rescue/rescue_picture.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace torvane {
 
@@ -69,25 +70,27 @@ std::vector<Shares> sharesOf(const SourceMap& map, const Columns& columns, int w
     return shares;
 }
 
-/// Everything that is there has a pixel; the rest goes by the shares, and what rounding leaves goes to the largest.
+/// The height below which a shade that is there does not fall, in pixels.
+int leastHeight(RescueShade shade, int height) {
+    const bool isLost = shade == RescueShade::kMissing || shade == RescueShade::kBad;
+    return isLost ? std::max(1, height / 5) : 1;
+}
+
+/// The largest shade gives up what rounding and the least heights of the others take.
 Heights heightsOf(const Shares& shares, int height) {
+    const std::uint64_t sum = std::accumulate(shares.begin(), shares.end(), std::uint64_t{0});
     Heights heights{};
-    std::uint64_t sum = 0;
-    int left = height;
-    for (std::size_t shade = 0; shade < shares.size(); ++shade) {
-        sum += shares[shade];
-        heights[shade] = shares[shade] == 0 ? 0 : 1;
-        left -= heights[shade];
-    }
     int given = 0;
     for (std::size_t shade = 0; shade < shares.size(); ++shade) {
-        const double part = static_cast<double>(shares[shade]) / static_cast<double>(sum);
-        const int more = std::min(static_cast<int>(part * left), left - given);
-        heights[shade] += more;
-        given += more;
+        if (shares[shade] != 0) {
+            const double part = static_cast<double>(shares[shade]) / static_cast<double>(sum);
+            heights[shade] =
+                std::max(leastHeight(static_cast<RescueShade>(shade), height), static_cast<int>(part * height));
+        }
+        given += heights[shade];
     }
     const auto largest = std::ranges::max_element(shares) - shares.begin();
-    heights[static_cast<std::size_t>(largest)] += left - given;
+    heights[static_cast<std::size_t>(largest)] += height - given;
     return heights;
 }
 

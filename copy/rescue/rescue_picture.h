@@ -51,7 +51,7 @@ struct RescueBar {
 
 /// The whole drive from left to right, in bars that cover the strip. Within a column of pixels each shade is as high as
 /// its share of the column's part of the drive, in the key's order from the top; what is there at all is at least a
-/// pixel high, so that a single bad sector shows on the largest drive.
+/// pixel high, what is missing or bad a fifth of the strip, so that a single bad sector is seen on the largest drive.
 struct RescuePicture {
     std::vector<RescueBar> bars;
     int now = 0; ///< the column that is worked at

@@ -16,7 +16,7 @@ TEST(RescuePicture, OfAnUntriedDriveIsOneBar) {
     EXPECT_EQ(picture.now, 0);
 }
 
-TEST(RescuePicture, ASingleBadSectorShowsOnTheLargestDrive) {
+TEST(RescuePicture, ASingleBadSectorIsSeenOnTheLargestDrive) {
     constexpr std::uint64_t kSize = 20'000'000'000'000;
     SourceMap map(kSize);
     map.mark(0, kSize, RangeStatus::kFinished);
@@ -24,8 +24,8 @@ TEST(RescuePicture, ASingleBadSectorShowsOnTheLargestDrive) {
     const RescuePicture picture = layOutRescuePicture(map, kSize / 2 + 4096, 100, 20);
     EXPECT_EQ(picture.bars,
               (std::vector<RescueBar>{{.left = 0, .top = 0, .width = 50, .height = 20, .shade = kRead},
-                                      {.left = 50, .top = 0, .width = 1, .height = 19, .shade = kRead},
-                                      {.left = 50, .top = 19, .width = 1, .height = 1, .shade = kBad},
+                                      {.left = 50, .top = 0, .width = 1, .height = 16, .shade = kRead},
+                                      {.left = 50, .top = 16, .width = 1, .height = 4, .shade = kBad},
                                       {.left = 51, .top = 0, .width = 49, .height = 20, .shade = kRead}}));
     EXPECT_EQ(picture.now, 50);
 }
@@ -40,6 +40,18 @@ TEST(RescuePicture, EachShadeIsAsHighAsItsShare) {
               (std::vector<RescueBar>{{.left = 0, .top = 0, .width = 1, .height = 52, .shade = kRead},
                                       {.left = 0, .top = 52, .width = 1, .height = 30, .shade = kUntried},
                                       {.left = 0, .top = 82, .width = 1, .height = 20, .shade = kMissing}}));
+}
+
+TEST(RescuePicture, LeavesRoomForEveryShade) {
+    SourceMap map(1000);
+    map.mark(0, 510, RangeStatus::kFinished);
+    map.mark(998, 1, RangeStatus::kNonTrimmed);
+    map.mark(999, 1, RangeStatus::kBad);
+    EXPECT_EQ(layOutRescuePicture(map, 0, 1, 40).bars,
+              (std::vector<RescueBar>{{.left = 0, .top = 0, .width = 1, .height = 5, .shade = kRead},
+                                      {.left = 0, .top = 5, .width = 1, .height = 19, .shade = kUntried},
+                                      {.left = 0, .top = 24, .width = 1, .height = 8, .shade = kMissing},
+                                      {.left = 0, .top = 32, .width = 1, .height = 8, .shade = kBad}}));
 }
 
 TEST(RescuePicture, CoversTheStripWhateverTheNumbers) {
