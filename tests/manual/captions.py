@@ -122,6 +122,11 @@ def without_code(text):
     return re.sub(r"(`+)[^`].*?\1", blank, text)
 
 
+def unmarked(text):
+    """Without the signs that keep Markdown from reading others as marks."""
+    return re.sub(r"\\([*_<>])", r"\1", text)
+
+
 def quoted(text):
     """Each quoted text with its line; a None in its place where quotation marks do not pair up in a paragraph."""
     line = 1
@@ -130,7 +135,7 @@ def quoted(text):
             yield line + paragraph[: paragraph.rfind('"')].count("\n"), None
         else:
             for found in re.finditer(r'"([^"]*)"', paragraph):
-                yield line + paragraph[: found.start()].count("\n"), " ".join(found[1].split())
+                yield line + paragraph[: found.start()].count("\n"), " ".join(unmarked(found[1]).split())
         line += paragraph.count("\n")
 
 
