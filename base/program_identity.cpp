@@ -1,8 +1,10 @@
 #include "base/program_identity.h"
 
+#include "program_version.h"
+
 namespace torvane {
 
-// Both are told to this file alone, so that a new commit compiles nothing else anew.
+// Nothing else includes the header, so that a new commit compiles nothing else anew.
 
 const char* programVersion() {
     return TORVANE_VERSION;

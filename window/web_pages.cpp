@@ -9,10 +9,8 @@ namespace torvane {
 
 namespace {
 
-constexpr const char* kVendorSite = "https://www.torvane.example/";
-
 void openPage(const char* page) {
-    const std::string command = std::string("powershell Start-Process ") + kVendorSite + page;
+    const std::string command = std::string("powershell Start-Process ") + TORVANE_VENDOR_SITE + page;
     // Who does not wait for it misses nothing: what came of it stands in the browser.
     static_cast<void>(waiting::run("PowerShell", [command] { PARSE_BuildDataFile("WorkFile.txt", command.c_str()); }));
 }

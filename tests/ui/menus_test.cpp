@@ -52,13 +52,13 @@ class WebPageTest : public UiTest {
     void expectPage(const std::string& page, Choose choose) {
         const std::size_t before = pages().size();
         choose();
-        const std::string opened = "opened=\"https://www.torvane.example/" + page + "\"";
+        const std::string opened = "opened=\"" TORVANE_VENDOR_SITE + page + "\"";
         await("powershell has opened the page", [&] {
             return pages().size() > before && !program().benchLog({"request=powershell", opened}).empty();
         });
         ASSERT_THAT(pages(), SizeIs(before + 1));
         EXPECT_THAT(pages().back(),
-                    HasSubstr(R"(command-line="powershell Start-Process https://www.torvane.example/)" + page + "\""));
+                    HasSubstr("command-line=\"powershell Start-Process " TORVANE_VENDOR_SITE + page + "\""));
         EXPECT_TRUE(std::filesystem::exists(program().folder() / "WorkFile.txt"));
         torvane().window().settle();
         expectNoBox();

@@ -11,7 +11,7 @@ namespace {
 using ::testing::HasSubstr;
 
 AcquisitionRecord wholeRecord() {
-    return {.program = {.name = "Torvane", .version = "1.2", .build = "0123abc", .machine = "DESK-4", .user = "kim"},
+    return {.program = {.name = "Torvane", .version = "1.2.0", .build = "0123abc", .machine = "DESK-4", .user = "kim"},
             .job = "Forensic image",
             .caseInformation = {.caseNumber = "2026/117", .examiner = "K. Ito", .note = "first\r\nsecond"},
             .source = {.driveNumber = 3,
@@ -46,7 +46,7 @@ AcquisitionRecord wholeRecord() {
 TEST(AcquisitionRecord, TellsEverythingLineByLine) {
     EXPECT_EQ(acquisitionRecordText(wholeRecord()),
               "Program: Torvane\r\n"
-              "Version: 1.2\r\n"
+              "Version: 1.2.0\r\n"
               "Build: 0123abc\r\n"
               "Machine: DESK-4\r\n"
               "User: kim\r\n"
