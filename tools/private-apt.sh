@@ -30,6 +30,18 @@ write_source_lists() {
     find "$parts" -type f -empty -delete
 }
 
+# package_sites: where this machine takes packages from, one address a line.
+package_sites() {
+    local file
+    for file in /etc/apt/sources.list.d/*.sources; do
+        [ -e "$file" ] && sed -n 's/^URIs: *//p' "$file" | tr -s ' ' '\n'
+    done
+    for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
+        [ -e "$file" ] && sed -nE 's/^deb +(\[[^]]*\] +)?([^ ]+) .*/\2/p' "$file"
+    done
+    return 0
+}
+
 # prepare_private_apt FOLDER TYPE [SUITE]: makes the folder anew, sets APT to it, and fetches the index.
 prepare_private_apt() {
     APT=$1

@@ -73,7 +73,7 @@ TEST(ShippedFilesTest, TheLicenceNamesEveryPartAndWhereSmartctlsSourceIs) {
     const std::string text = readFile(packageFolder() / "license.txt");
     for (const char* const part :
          {"TORVANE\r\n", "1. smartctl\r\n", "GNU GENERAL PUBLIC LICENSE\r\n", "END OF TERMS AND CONDITIONS\r\n",
-          "https://www.smartmontools.org", "smartmontools_7.3.orig.tar.xz", "2. libharu\r\n", "Takeshi Kanno",
+          "https://www.smartmontools.org", "smartmontools_7.4.orig.tar.xz", "2. libharu\r\n", "Takeshi Kanno",
           "3. libpng\r\n", "The PNG Reference Library Authors", "4. zlib\r\n", "Jean-loup Gailly and Mark Adler",
           "5. mingw-w64 run time and winpthreads\r\n", "Lockless Inc.", "6. GCC run time\r\n",
           "Grant of Additional Permission"}) {
