@@ -12,8 +12,8 @@ function(torvane_ship target)
     set(symbols "${TORVANE_SYMBOLS_DIR}/$<TARGET_FILE_NAME:${target}>.debug")
     add_custom_command(TARGET ${target} POST_BUILD
         COMMAND ${CMAKE_COMMAND} -E make_directory "${TORVANE_SYMBOLS_DIR}"
-        COMMAND ${CMAKE_OBJCOPY} --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
-        COMMAND ${CMAKE_OBJCOPY} --strip-all --add-gnu-debuglink=${symbols} "$<TARGET_FILE:${target}>"
+        COMMAND ${CMAKE_OBJCOPY} --preserve-dates --only-keep-debug "$<TARGET_FILE:${target}>" "${symbols}"
+        COMMAND ${CMAKE_OBJCOPY} --preserve-dates --strip-all --add-gnu-debuglink=${symbols} "$<TARGET_FILE:${target}>"
         VERBATIM)
     add_dependencies(torvane_package ${target})
 endfunction()

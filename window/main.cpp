@@ -1,5 +1,6 @@
 #include "base/program_folder.h"
 #include "resources/resource_ids.h"
+#include "settings/shipped_defaults.h"
 #include "state/app_state.h"
 #include "state/day_log_file.h"
 #include "window/main_dialog.h"
@@ -52,7 +53,6 @@ DayLogFile& dayLogFile() {
 
 void runMainDialog() {
     initialiseControls();
-    appState().eventLogFile = &dayLogFile();
     appState().view = &mainWindowView();
     MainDialog(appState(), mainWindowView()).runModal(nullptr);
 }
@@ -66,7 +66,9 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     // Whoever meets a card that was pulled tells it; a box of the system's would hold a job up until it is answered.
     SetErrorMode(SEM_FAILCRITICALERRORS);
-    torvane::runProgram({.chooseFolder = torvane::chooseWorkFolder,
+    torvane::appState().eventLogFile = &torvane::dayLogFile();
+    torvane::runProgram({.provideFiles = [] { torvane::provideMissingFiles(torvane::folderOfProgram()); },
+                         .chooseFolder = torvane::chooseWorkFolder,
                          .startSockets = torvane::startSockets,
                          .endSockets = [] { WSACleanup(); },
                          .socketsFailedText = [] { return torvane::loadText(IDS_SOCKETS_FAILED); },

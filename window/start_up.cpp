@@ -22,6 +22,8 @@ void tellForeignCodePage(std::uint32_t codePage) {
 } // namespace
 
 void runProgram(const StartUpSteps& steps) {
+    // First, because the folder is chosen by a file that may be missing.
+    steps.provideFiles();
     steps.chooseFolder();
     if (!steps.startSockets()) {
         prompts::warn("Torvane", steps.socketsFailedText().c_str());

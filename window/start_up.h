@@ -8,6 +8,7 @@ namespace torvane {
 
 /// What the program begins and ends with; the entry point fills it in with the system's own.
 struct StartUpSteps {
+    std::function<void()> provideFiles;             ///< makes the user's files that are missing beside the program
     std::function<void()> chooseFolder;             ///< makes the folder current in which the program works
     std::function<bool()> startSockets;             ///< false when Windows Sockets cannot be started
     std::function<void()> endSockets;               ///< called only when they were started

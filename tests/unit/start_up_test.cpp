@@ -16,7 +16,8 @@ using ::testing::ElementsAre;
 class StartUp : public ::testing::Test {
   protected:
     void run(bool socketsStart) {
-        runProgram({.chooseFolder = [&] { steps_.emplace_back("folder"); },
+        runProgram({.provideFiles = [&] { steps_.emplace_back("files"); },
+                    .chooseFolder = [&] { steps_.emplace_back("folder"); },
                     .startSockets =
                         [&] {
                             steps_.emplace_back("sockets");
@@ -35,13 +36,13 @@ class StartUp : public ::testing::Test {
 
 TEST_F(StartUp, RunsTheMainDialogBetweenTheSocketsStartAndTheirEnd) {
     run(true);
-    EXPECT_THAT(steps_, ElementsAre("folder", "sockets", "main dialog", "sockets' end"));
+    EXPECT_THAT(steps_, ElementsAre("files", "folder", "sockets", "main dialog", "sockets' end"));
 }
 
 TEST_F(StartUp, WithoutSocketsTellsTheUserAndEndsWithoutAWindow) {
     user_.expectWarn("Torvane", "Windows sockets initialization failed.");
     run(false);
-    EXPECT_THAT(steps_, ElementsAre("folder", "sockets"));
+    EXPECT_THAT(steps_, ElementsAre("files", "folder", "sockets"));
 }
 
 TEST_F(StartUp, WhereTheCodePageIsNotUtf8TellsWhatThatMeansAndGoesOn) {
@@ -52,7 +53,7 @@ TEST_F(StartUp, WhereTheCodePageIsNotUtf8TellsWhatThatMeansAndGoesOn) {
                      "and images, reports and folders whose names have such characters may not be opened. Please use "
                      "names of plain letters and digits.");
     run(true);
-    EXPECT_THAT(steps_, ElementsAre("folder", "sockets", "main dialog", "sockets' end"));
+    EXPECT_THAT(steps_, ElementsAre("files", "folder", "sockets", "main dialog", "sockets' end"));
 }
 
 } // namespace
