@@ -34,7 +34,7 @@ class AboutTest : public UiTest {
 
 TEST_F(AboutTest, TellsVersionBuildAndToolAndShowsTheLicences) {
     const Window about = openAbout();
-    EXPECT_THAT(about.child(kBuild).text(), MatchesRegex(R"(Version \d+\.\d+\.\d+, build \w+(-modified)?)"));
+    EXPECT_THAT(about.child(kBuild).text(), MatchesRegex(R"(Version \d+\.\d+\.\d+, build \w+-?\w*)"));
     EXPECT_THAT(about.child(kSmartctl).text(), MatchesRegex("smartctl.exe: version \\d+\\.\\d+\\.\\d+\\.\\d+"));
     press(about.child(kLicences));
     Window licences;
