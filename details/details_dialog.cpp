@@ -9,6 +9,7 @@
 #include "resources/resource_ids.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
+#include "ui/fixed_font.h"
 #include "ui/list_view.h"
 #include "ui/owned.h"
 #include "ui/waiting.h"
@@ -134,9 +135,7 @@ class DetailsDialog : public Dialog {
 
     /// Lines of the tool's text stand in columns.
     void useTextFont() {
-        UniqueFont font(CreateFontA(scale().px(kTextHeight), 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                                    OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN,
-                                    "Consolas"));
+        UniqueFont font = makeFixedFont(scale().px(kTextHeight));
         SendMessageA(control(IDC_DETAIL_TEXT), WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
         textFont_ = std::move(font);
     }

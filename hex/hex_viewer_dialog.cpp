@@ -7,6 +7,7 @@
 #include "resources/resource_ids.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
+#include "ui/fixed_font.h"
 #include "ui/waiting_over.h"
 
 #include <memory>
@@ -39,11 +40,8 @@ struct FixedFont {
     int rowHeight;
 };
 
-/// `width` 0: as wide as the font's own design is at that height.
-FixedFont makeFixedFont(HWND window, int height, int width) {
-    UniqueFont font(CreateFontA(height, width, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                                OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, FIXED_PITCH | FF_MODERN,
-                                "Consolas"));
+FixedFont measuredFont(HWND window, int height, int width) {
+    UniqueFont font = makeFixedFont(height, width);
     const HDC context = GetDC(window);
     TEXTMETRICA metrics{};
     {
@@ -70,7 +68,7 @@ FixedFont chooseFont(HWND window, const RECT& area, Scale scale) {
     FixedFont font{};
     for (int height = 2 * width + 2; height >= kSmallest; --height) {
         for (const int tried : {0, width}) {
-            font = makeFixedFont(window, height, tried);
+            font = measuredFont(window, height, tried);
             if (fits(font, area, scale)) {
                 return font;
             }

@@ -1,6 +1,7 @@
 #include "base/wide_text.h"
 #include "ui/prompt_owner.h"
 #include "ui/prompts.h"
+#include "ui/whole_caption.h"
 
 #include <atomic>
 
@@ -11,6 +12,7 @@ namespace {
 std::atomic<HWND> mainOwner{nullptr};
 
 int show(const char* caption, const char* text, UINT style) {
+    const WholeCaption wholeCaption;
     return MessageBoxW(owner(), wideText(text).c_str(), wideText(caption).c_str(), style | MB_SETFOREGROUND);
 }
 

@@ -4,6 +4,7 @@
 #include "resources/resource_ids.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
+#include "ui/fixed_font.h"
 
 namespace torvane {
 
@@ -15,6 +16,9 @@ class TextDialog : public Dialog {
 
   protected:
     bool onInitialise() override {
+        constexpr int kLineHeight = 15;
+        font_ = makeFixedFont(scale().px(kLineHeight)); // tables of a text stand in columns
+        SendMessageW(control(IDC_TEXT), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
         setWindowText(window(), title_);
         setWindowText(control(IDC_TEXT), withWindowsLineEnds(text_));
         SetFocus(control(IDCANCEL)); // in the text everything would be selected
@@ -33,6 +37,7 @@ class TextDialog : public Dialog {
 
     const char* title_;
     const std::string& text_;
+    UniqueFont font_;
 };
 
 } // namespace

@@ -164,6 +164,7 @@ void UiTest::expectBoxOver(const Window& dialog, const std::string& caption, con
 void UiTest::expectThat(const MessageBoxWindow& box, const Window& owner, const std::string& caption,
                         const std::string& text, BoxIcon icon, const std::string& answer) {
     EXPECT_EQ(box.caption(), caption);
+    EXPECT_TRUE(box.showsWholeCaption()) << caption;
     EXPECT_EQ(box.text(), text);
     EXPECT_EQ(box.icon(), icon);
     const std::vector<std::string> expectedButtons =

@@ -2,6 +2,7 @@
 
 #include "tests/ui/driver/input.h"
 #include "tests/ui/driver/picture.h"
+#include "tests/ui/driver/text.h"
 #include "tests/ui/driver/wait.h"
 
 #include <algorithm>
@@ -80,6 +81,22 @@ bool MessageBoxWindow::isOne(const Window& window) {
            std::all_of(children.begin(), children.end(), [](const Window& child) {
                return !child.visible() || isStatic(child) || (isButton(child) && child.id() <= IDNO);
            });
+}
+
+bool MessageBoxWindow::showsWholeCaption() const {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    const HDC context = CreateCompatibleDC(nullptr);
+    const HFONT font = CreateFontIndirectW(&metrics.lfCaptionFont);
+    const HGDIOBJ previous = SelectObject(context, font);
+    const std::wstring words = toWide(caption());
+    SIZE needed{};
+    GetTextExtentPoint32W(context, words.c_str(), static_cast<int>(words.size()), &needed);
+    SelectObject(context, previous);
+    DeleteObject(font);
+    DeleteDC(context);
+    return needed.cx + GetSystemMetrics(SM_CXSIZE) <= width(window_.clientRect());
 }
 
 std::string MessageBoxWindow::text() const {

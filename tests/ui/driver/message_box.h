@@ -22,6 +22,8 @@ class MessageBoxWindow {
 
     [[nodiscard]] const Window& window() const { return window_; }
     [[nodiscard]] std::string caption() const { return window_.text(); }
+    /// False when the box is too narrow for its caption and the close box beside it.
+    [[nodiscard]] bool showsWholeCaption() const;
     [[nodiscard]] std::string text() const;
     /// The icon that the box shows, recognised by its picture.
     [[nodiscard]] BoxIcon icon() const;
