@@ -20,6 +20,7 @@
 #define IDD_IMAGE 156
 #define IDD_TUTORIAL 160
 #define IDR_TUTORIAL_PICTURE 161
+#define IDR_MANUAL 1407
 #define IDD_IMAGE_TO_DRIVE 164
 #define IDD_HEX_VIEWER 171
 #define IDD_FORENSIC_IMAGE 174
@@ -41,6 +42,7 @@
 #define IDM_VERIFY_IMAGE 48
 #define IDM_RESCUE_TICKED 64
 #define IDM_SHOW_TUTORIAL 80
+#define IDM_MANUAL 96
 
 // Commands of menus
 #define IDM_EXIT 32771

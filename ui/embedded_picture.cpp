@@ -1,5 +1,7 @@
 #include "ui/embedded_picture.h"
 
+#include "ui/embedded_text.h"
+
 #include <shlwapi.h>
 
 #include <string>
@@ -14,13 +16,12 @@ struct ComReleaser {
 
 // A stream over a copy of the resource; GDI+ keeps its own reference for as long as the picture needs it.
 std::unique_ptr<IStream, ComReleaser> open(HRSRC resource) {
-    const HGLOBAL loaded = resource != nullptr ? LoadResource(nullptr, resource) : nullptr;
-    const void* const bytes = loaded != nullptr ? LockResource(loaded) : nullptr;
-    if (bytes == nullptr) {
+    const std::string_view bytes = resourceBytes(resource);
+    if (bytes.empty()) {
         return nullptr;
     }
     return std::unique_ptr<IStream, ComReleaser>{
-        SHCreateMemStream(static_cast<const BYTE*>(bytes), SizeofResource(nullptr, resource))};
+        SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes.data()), static_cast<UINT>(bytes.size()))};
 }
 
 std::unique_ptr<Gdiplus::Bitmap> load(HRSRC resource) {

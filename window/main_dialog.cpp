@@ -80,6 +80,7 @@ void MainDialog::addSystemMenuItems() {
     AppendMenuA(menu, MF_STRING, IDM_RESCUE_TICKED, "Rescue...");
     AppendMenuA(menu, MF_STRING, IDM_VERIFY_IMAGE, "Verify Image...");
     AppendMenuA(menu, MF_STRING, IDM_SHOW_TUTORIAL, "Show Tutorial...");
+    AppendMenuA(menu, MF_STRING, IDM_MANUAL, "Manual");
     AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
     // These stay the last ones: users and their scripts know them there.
     AppendMenuA(menu, MF_STRING, IDM_ABOUT, "About");
@@ -343,6 +344,12 @@ std::optional<LRESULT> MainDialog::onMessage(UINT message, WPARAM wParam, LPARAM
         if (DriveChanges::isDrive(wParam, lParam)) {
             drives_.haveChanged = true;
             showDrivesKnown();
+        }
+        return TRUE;
+    case WM_HELP:
+        // By its command, which a box over the window and a wait hold back.
+        if (IsWindowEnabled(window()) != FALSE) {
+            PostMessageA(window(), WM_SYSCOMMAND, IDM_MANUAL, 0);
         }
         return TRUE;
     case WM_QUERYENDSESSION:

@@ -28,11 +28,13 @@
 #include "state/app_state.h"
 #include "state/still_at_work.h"
 #include "surface/read_test_dialog.h"
+#include "ui/embedded_text.h"
 #include "ui/prompts.h"
 #include "ui/scrolling.h"
 #include "window/about_dialog.h"
 #include "window/command_guards.h"
 #include "window/exit_flow.h"
+#include "window/manual.h"
 #include "window/terminate_task.h"
 #include "window/web_pages.h"
 
@@ -126,6 +128,9 @@ bool MainDialog::onSystemCommand(WPARAM id) {
         return true;
     case IDM_SHOW_TUTORIAL:
         showTutorial(window());
+        return true;
+    case IDM_MANUAL:
+        openManual(embeddedText(IDR_MANUAL));
         return true;
     default:
         return false;

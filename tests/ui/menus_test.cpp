@@ -7,6 +7,7 @@
 
 #include <array>
 #include <filesystem>
+#include <fstream>
 
 namespace torvane::driver {
 namespace {
@@ -185,6 +186,51 @@ TEST_F(ExtendedFunctionsMenuTest, DetectBitlockerOpensTheScanOfTheActiveDrive) {
     expectDialog("Bitlocker Scan");
     chooseFromPopup(2);
     expectDialog("Bitlocker Scan");
+}
+
+class ManualTest : public UiTest {
+  protected:
+    static constexpr WPARAM kManual = 96; // in the system menu
+    static constexpr const char* kFile = "Torvane-manual.html";
+
+    void awaitOpened(std::size_t times) const {
+        await("powershell has opened the manual", [&] {
+            return program().benchLog({"request=powershell", std::string("opened=\"") + kFile + "\""}).size() == times;
+        });
+        torvane().window().settle();
+        expectNoBox();
+    }
+};
+
+TEST_F(ManualTest, OpensByKeyAndSystemMenuAsOnePageThatNeedsNothingElse) {
+    leaveProgramUsed();
+    torvane().window().post(WM_SYSCOMMAND, kManual);
+    awaitOpened(1);
+    const std::string page = readFile(program().folder() / kFile);
+    EXPECT_THAT(page, ::testing::StartsWith("<!DOCTYPE html>"));
+    EXPECT_THAT(page, HasSubstr("<title>Torvane: the manual</title>"));
+    EXPECT_THAT(page, HasSubstr("src=\"data:image/png;base64,iVBOR"));
+    EXPECT_THAT(page, ::testing::Not(HasSubstr("src=\"pictures"))) << "nothing lies beside it";
+    EXPECT_THAT(page, ::testing::Not(HasSubstr("://"))) << "nor is anything fetched";
+    EXPECT_TRUE(page.ends_with("</html>\n"));
+
+    // What somebody has changed is not what opens.
+    std::ofstream(program().folder() / kFile) << "another manual";
+    pressKey(torvane().window(), VK_F1);
+    awaitOpened(2);
+    EXPECT_EQ(readFile(program().folder() / kFile), page);
+}
+
+TEST_F(ManualTest, AFolderInWhichItCannotBeWrittenIsTold) {
+    leaveProgramUsed();
+    restart(pairBench().bench(R"({"refusedFiles": [{"path": "Torvane-manual.html"}]})"));
+    torvane().window().post(WM_SYSCOMMAND, kManual);
+    expectStopBox(
+        "***** MANUAL NOT WRITTEN *****",
+        "The manual could not be written as [Torvane-manual.html] into the folder in which Torvane works:\n\n" +
+            program().folder().make_preferred().string() +
+            "\n\nStart Torvane from a folder in which files can be made.");
+    EXPECT_TRUE(program().benchLog({"request=powershell"}).empty());
 }
 
 } // namespace
