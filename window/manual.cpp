@@ -10,6 +10,7 @@
 #include "ui/waiting.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -27,20 +28,27 @@ bool write(std::string_view page) {
     return replaceFile(kManualFileName, std::as_bytes(std::span(page))) == FileSaving::kDone;
 }
 
+/// False when it is not written.
+bool writeAndOpen(std::string_view page) {
+    if (!isWritten(page) && !write(page)) {
+        return false;
+    }
+    const std::string command = std::string("powershell Start-Process ") + kManualFileName;
+    PARSE_BuildDataFile("WorkFile.txt", command.c_str());
+    return true;
+}
+
 } // namespace
 
 void openManual(std::string_view page) {
-    if (!isWritten(page) && !write(page)) {
+    const std::optional<bool> written = waiting::resultOf("PowerShell", [page] { return writeAndOpen(page); });
+    if (written && !*written) {
         prompts::stop("***** MANUAL NOT WRITTEN *****",
                       formatText("The manual could not be written as [%s] into the folder in which Torvane works:\n\n"
                                  "%s\n\nStart Torvane from a folder in which files can be made.",
                                  kManualFileName, ansiText(wideCurrentFolder()).c_str())
                           .c_str());
-        return;
     }
-    const std::string command = std::string("powershell Start-Process ") + kManualFileName;
-    // Who does not wait for it misses nothing: the page opens all the same.
-    static_cast<void>(waiting::run("PowerShell", [command] { PARSE_BuildDataFile("WorkFile.txt", command.c_str()); }));
 }
 
 } // namespace torvane

@@ -8,8 +8,8 @@ namespace torvane {
 inline constexpr const char* kManualFileName = "Torvane-manual.html";
 
 /// Opens the manual, `page`, in whatever the user reads pages with, by PowerShell, and waits for that while the window
-/// goes on answering. The file is written where it is not there or says something else; where that fails, a box says
-/// so.
+/// goes on answering. The file is written first where it is not there or says something else; where that fails, a box
+/// says so. On the window's thread; `page` lives as long as the program.
 void openManual(std::string_view page);
 
 } // namespace torvane

@@ -95,6 +95,7 @@ constexpr int kStartTest = 1043;
 constexpr int kExitTest = 1042;
 constexpr WPARAM kAbout = 16;
 constexpr WPARAM kEditMessages = 32;
+constexpr WPARAM kManual = 96;
 
 class AnswersTest : public CopyUiTest {
   protected:
@@ -192,6 +193,12 @@ TEST_F(AnswersTest, AreSoonAtEveryMoment) {
     openAndClose([&] { torvane().window().post(WM_SYSCOMMAND, kAbout); });
     probe.enter("messages");
     openAndClose([&] { torvane().window().post(WM_SYSCOMMAND, kEditMessages); });
+    probe.enter("manual");
+    torvane().window().post(WM_SYSCOMMAND, kManual);
+    await("powershell has opened the manual", [&] {
+        return !program().benchLog({"request=powershell", "Torvane-manual.html"}).empty();
+    });
+    torvane().window().settle();
     probe.enter("hex viewer");
     torvane().driveList().click(1);
     openAndClose([&] { torvane().press(kQuickDiskView); });
