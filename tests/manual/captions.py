@@ -142,7 +142,7 @@ def quoted(text):
 def anchors(text):
     """The names of the headings, as a page of it has them."""
     for heading in re.findall(r"^#+ (.*)$", text, flags=re.MULTILINE):
-        yield re.sub(r"[-\s]+", "-", re.sub(r"[^\w\s-]", "", heading).strip().lower())
+        yield re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
 
 
 def wrong_quotes(manual, program, quotes):
