@@ -105,12 +105,13 @@ ControlResult smartCommand(BenchDrive& drive, const ControlRequest& request, Log
     if (!reply || reply->failed()) {
         return {reply ? kErrorIoDevice : error, 0};
     }
-    std::vector<std::uint8_t> answer(kOutHeader);
+    constexpr std::size_t kRegisters = 8;
+    std::vector<std::uint8_t> answer(kOutHeader + (receives ? reply->data.size() : kRegisters));
+    const std::span content = std::span(answer).subspan(kOutHeader);
     if (receives) {
-        answer.insert(answer.end(), reply->data.begin(), reply->data.end());
+        std::ranges::copy(reply->data, content.begin());
     } else {
-        answer.resize(kOutHeader + 8);
-        storeRegisters(std::span(answer).subspan(kOutHeader), *reply);
+        storeRegisters(content, *reply);
     }
     storeLe<std::uint32_t>(answer, 0, static_cast<std::uint32_t>(answer.size() - kOutHeader));
     return giveWhole(request, answer);
