@@ -98,10 +98,11 @@ class Untold {
 };
 
 /// What is beyond the record's room is dropped.
-void keepEntry(DriveRecord& drive, const BitLockerVolumeEntry& entry) {
+void keepEntry(DriveRecord& drive, char letter, const BitLockerCheck& check) {
     const auto position = static_cast<std::size_t>(drive.bitLockerEntryCount);
     if (position < drive.bitLockerEntries.size()) {
-        drive.bitLockerEntries[position] = entry;
+        drive.bitLockerEntries[position] = check.entry;
+        drive.bitLockerNotes[position] = {letter, check.finding != BitLockerFinding::kNotTold};
         ++drive.bitLockerEntryCount;
     }
 }
@@ -167,6 +168,7 @@ void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLocke
         return;
     }
     drive->bitLockerEntries = {};
+    drive->bitLockerNotes = {};
     drive->bitLockerEntryCount = 0;
     rows.clear();
 
@@ -191,7 +193,7 @@ void BL_ScanActiveDrive(DriveRecord* drive, const VolumeTable& volumes, BitLocke
         rows.setRow(row, name.c_str(), bitLockerStatusText(check->finding), bitLockerKeyText(*check));
         // One that printed nothing has no finding to show: the next volume takes its row.
         if (check->finding != BitLockerFinding::kNoOutput) {
-            keepEntry(*drive, check->entry);
+            keepEntry(*drive, letter, *check);
             ++row;
         }
     }
@@ -207,11 +209,12 @@ void BL_SaveRecoveryKeys(const ScanState& scan) {
             continue;
         }
         ++drive->checkedVolumeCount;
-        const std::optional<BitLockerCheck> check = checkVolume(static_cast<char>(volume.driveLetter), {line, word});
+        const auto letter = static_cast<char>(volume.driveLetter);
+        const std::optional<BitLockerCheck> check = checkVolume(letter, {line, word});
         if (!check || check->finding == BitLockerFinding::kNoOutput) {
             continue;
         }
-        keepEntry(*drive, check->entry);
+        keepEntry(*drive, letter, *check);
         if (check->finding == BitLockerFinding::kKeyRead) {
             BL_AppendRecord(check->entry);
         }

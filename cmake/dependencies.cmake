@@ -16,8 +16,9 @@ add_custom_command(OUTPUT "${dependency_stamp}"
     USES_TERMINAL VERBATIM)
 add_custom_target(torvane_dependencies DEPENDS "${dependency_stamp}")
 
-# PDF documents with PNG pictures: link this and include <hpdf.h>.
+# PDF documents, and PNG pictures: link this and include <hpdf.h> or <png.h>.
 add_library(torvane_pdf INTERFACE)
-target_include_directories(torvane_pdf SYSTEM INTERFACE "${TORVANE_DEPS_DIR}/libharu/include")
+target_include_directories(torvane_pdf SYSTEM INTERFACE
+    "${TORVANE_DEPS_DIR}/libharu/include" "${TORVANE_DEPS_DIR}/libpng/include")
 target_link_libraries(torvane_pdf INTERFACE ${dependency_libraries} z)
 add_dependencies(torvane_pdf torvane_dependencies)

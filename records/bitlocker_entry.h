@@ -23,6 +23,13 @@ static_assert(offsetof(BitLockerVolumeEntry, driveLetter) == 260);
 /// Entries that a drive's record has room for.
 inline constexpr std::size_t kBitLockerEntriesPerDrive = 10;
 
+/// What a check knew of a volume beside its entry, which of a volume without a protector holds zeros alone.
+struct BitLockerNote {
+    char driveLetter = '\0'; ///< ASCII; NUL: nothing was noted
+    bool isTold = false;     ///< false: Windows did not tell whether the volume is encrypted
+};
+using BitLockerNotes = std::array<BitLockerNote, kBitLockerEntriesPerDrive>;
+
 using BitLockerEntries = std::array<BitLockerVolumeEntry, kBitLockerEntriesPerDrive>;
 static_assert(sizeof(BitLockerEntries) == 2610);
 

@@ -142,6 +142,7 @@ struct DriveRecord {
     /// eleventh volume is not kept.
     std::int32_t bitLockerEntryCount = 0; ///< 0 to 10
     BitLockerEntries bitLockerEntries{};
+    BitLockerNotes bitLockerNotes{}; ///< of the same volumes
 };
 
 /// Closes the device handle of a record that owns one, and frees the record.

@@ -5,10 +5,18 @@
 #include "records/drive_record.h"
 #include "records/serial_number.h"
 
+#include <array>
 #include <cinttypes>
 #include <functional>
 
 namespace torvane {
+
+namespace {
+
+// Indexed by bus code - 2000.
+constexpr std::array<std::string_view, 4> kInterfaceNames{"USB", "SATA", "FILE", "NVME"};
+
+} // namespace
 
 std::string sizeSectorsText(const DriveRecord& record) {
     if (record.bytesPerSector <= 0) {
@@ -19,6 +27,23 @@ std::string sizeSectorsText(const DriveRecord& record) {
 
 std::string sizeGigabytesText(const DriveRecord& record) {
     return formatText("%.02f", record.sizeGigabytes);
+}
+
+std::string interfaceText(DriveRecord& record) {
+    const bool standard = record.smartType == kSmartTypeStandard;
+    if (record.busCode == kBusCodeOwnText) {
+        if (standard) {
+            record.busText.assign("SATA USB");
+        }
+        return std::string(record.busText.view());
+    }
+    if (record.busCode < kBusCodeUsb || record.busCode > kBusCodeNvme) {
+        return {};
+    }
+    if (standard) {
+        return record.busCode == kBusCodeUsb ? "SATA USB" : "SATA";
+    }
+    return std::string(kInterfaceNames[static_cast<std::size_t>(record.busCode - kBusCodeUsb)]);
 }
 
 std::string printedIdentityText(const DriveRecord& record) {

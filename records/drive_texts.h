@@ -14,6 +14,10 @@ struct DriveRecord;
 /// The drive's size in units of 2^30 bytes, two decimals.
 [[nodiscard]] std::string sizeGigabytesText(const DriveRecord& record);
 
+/// The drive's interface, in lists and reports. A record with `kBusCodeOwnText` and standard SMART data gets "SATA USB"
+/// as its bus text first. Empty for a bus code outside the list.
+[[nodiscard]] std::string interfaceText(DriveRecord& record);
+
 /// What the drive's label has, where its controller tells another serial number or model than the lists show: "serial
 /// number HG51-2290, model HARROW N512, firmware HG2A". Empty when it told nothing else, or nothing that is printable.
 [[nodiscard]] std::string printedIdentityText(const DriveRecord& record);

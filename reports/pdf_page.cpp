@@ -5,6 +5,8 @@
 #include "base/system_error.h"
 #include "base/whole_file.h"
 #include "base/wide_text.h"
+#include "reports/logo_picture.h"
+#include "reports/logo_place.h"
 #include "reports/png_check.h"
 #include "reports/report_file.h"
 #include "reports/report_page.h"
@@ -86,20 +88,37 @@ void openAtTop(HPDF_Doc document, HPDF_Page page) {
     HPDF_SetOpenAction(document, destination);
 }
 
-void drawLine(HPDF_Doc document, HPDF_Page page, const ReportLine& line) {
+void drawLine(HPDF_Doc document, HPDF_Page page, const ReportLine& line, int left) {
     const std::string text = toPdfText(line.text);
     HPDF_Font font = fontFor(document, text);
     HPDF_Page_SetFontAndSize(page, font, static_cast<HPDF_REAL>(line.fontSize));
     HPDF_Page_SetRGBFill(page, line.colour.red, line.colour.green, line.colour.blue);
-    DrawTextLine(page, text.c_str(), font, static_cast<float>(line.layoutSize), kReportLeft,
+    DrawTextLine(page, text.c_str(), font, static_cast<float>(line.layoutSize), static_cast<float>(left),
                  static_cast<float>(line.yFromTop));
 }
 
-void drawIcon(HPDF_Page page, HPDF_Image image, const PlacedReportIcon& placed) {
+void drawIcon(HPDF_Page page, HPDF_Image image, const PlacedReportIcon& placed, HPDF_REAL width, HPDF_REAL height) {
     const HPDF_REAL x = HPDF_Page_GetWidth(page) - static_cast<HPDF_REAL>(placed.fromRight);
     const HPDF_REAL y = HPDF_Page_GetHeight(page) - static_cast<HPDF_REAL>(placed.fromTop);
-    HPDF_Page_DrawImage(page, image, x, y, static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image)),
-                        static_cast<HPDF_REAL>(HPDF_Image_GetHeight(image)));
+    HPDF_Page_DrawImage(page, image, x, y, width, height);
+}
+
+void drawLogo(HPDF_Doc document, HPDF_Page page) {
+    const LogoReading logo = readLogo(kLogoFileName);
+    if (!logo.error.empty()) {
+        LogEvent("ERROR", "The report goes without its logo [%s]: %s", kLogoFileName, logo.error.c_str());
+    }
+    if (!logo.picture) {
+        return;
+    }
+    const LogoPicture& picture = *logo.picture;
+    if (HPDF_Image image =
+            HPDF_LoadRawImageFromMem(document, picture.pixels.data(), static_cast<HPDF_UINT>(picture.width),
+                                     static_cast<HPDF_UINT>(picture.height), HPDF_CS_DEVICE_RGB, 8)) {
+        const LogoPlace place = placeLogo(picture.width, picture.height);
+        HPDF_Page_DrawImage(page, image, place.left, HPDF_Page_GetHeight(page) - place.top - place.height, place.width,
+                            place.height);
+    }
 }
 
 // The library remembers an error until it is told otherwise, and would report it again at its next call.
@@ -109,16 +128,29 @@ void carryOn(HPDF_Doc document) {
 
 void drawPage(HPDF_Doc document, HPDF_Page page, const ReportPage& report) {
     for (const ReportLine& line : report.lines) {
-        drawLine(document, page, line);
+        drawLine(document, page, line, kReportLeft);
+        carryOn(document);
+    }
+    for (const FreeReportLine& line : report.freeLines) {
+        drawLine(document, page, line, line.left);
         carryOn(document);
     }
     IconLoader icons(document);
     for (const PlacedReportIcon& placed : report.icons) {
         if (HPDF_Image image = icons.load(placed.icon)) {
-            drawIcon(page, image, placed);
+            drawIcon(page, image, placed, static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image)),
+                     static_cast<HPDF_REAL>(HPDF_Image_GetHeight(image)));
         }
         carryOn(document);
     }
+    for (const FreeReportIcon& placed : report.freeIcons) {
+        if (HPDF_Image image = icons.load(placed.icon)) {
+            drawIcon(page, image, placed, static_cast<HPDF_REAL>(placed.size), static_cast<HPDF_REAL>(placed.size));
+        }
+        carryOn(document);
+    }
+    drawLogo(document, page);
+    carryOn(document);
 }
 
 /// The document's bytes; none when the library could not make them.

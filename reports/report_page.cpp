@@ -3,6 +3,7 @@
 #include "base/format.h"
 #include "records/company_info.h"
 #include "records/drive_record.h"
+#include "reports/free_part.h"
 #include "reports/report_sections.h"
 
 #include <algorithm>
@@ -39,7 +40,12 @@ class PageComposer {
         page_.icons.push_back({icon, kIconFromRight, kFirstIconFromTop + static_cast<int>(slot) * kIconStep});
     }
 
-    [[nodiscard]] ReportPage page() && { return std::move(page_); }
+    /// The page, with what stands in its free part.
+    [[nodiscard]] ReportPage finish(const ReportFacts& facts) && {
+        constexpr int kFreePartBelow = 14;
+        addFreePart(page_, facts, yFromTop_ + kFreePartBelow);
+        return std::move(page_);
+    }
 
   private:
     ReportPage page_;
@@ -126,11 +132,12 @@ void writeReadTests(PageComposer& composer, const DriveRecord& drive) {
     }
 }
 
-std::string bitLockerLine(const BitLockerVolumeEntry& entry) {
+std::string bitLockerLine(const BitLockerVolumeEntry& entry, const BitLockerNote& note) {
     std::string line = "BITLOCKER VOL: ";
-    // The entry of a volume that is not encrypted holds zeros. Its letter, a NUL, ends the line.
+    // The entry of a volume that is not encrypted holds zeros; what was noted of it has its letter.
     if (entry.driveLetter == '\0') {
-        return line;
+        return note.driveLetter == '\0' ? line
+                                        : line + note.driveLetter + (note.isTold ? ": not encrypted" : ": not known");
     }
     line += entry.driveLetter;
     return line + (entry.hasKey == 1 ? textLine(": Recovery Key: ", entry.recoveryPassword.view()) : ": LOCKED");
@@ -142,7 +149,7 @@ void writeBitLocker(PageComposer& composer, const DriveRecord& drive) {
     composer.setLayoutSize(10);
     const auto count = static_cast<std::size_t>(std::max(drive.bitLockerEntryCount, 0));
     for (std::size_t i = 0; i < std::min(count, drive.bitLockerEntries.size()); ++i) {
-        composer.write(bitLockerLine(drive.bitLockerEntries[i]));
+        composer.write(bitLockerLine(drive.bitLockerEntries[i], drive.bitLockerNotes[i]));
         composer.moveDown(20);
     }
 }
@@ -153,7 +160,7 @@ ReportPage composeWithSections(const ReportFacts& facts, const ReportSections& s
     writeSections(composer, sections);
     writeReadTests(composer, facts.drive);
     writeBitLocker(composer, facts.drive);
-    return std::move(composer).page();
+    return std::move(composer).finish(facts);
 }
 
 } // namespace
@@ -166,7 +173,7 @@ ReportPage composeSsdReport(const ReportFacts& facts) {
     PageComposer composer;
     writeHeader(composer, facts);
     writeReadTests(composer, facts.drive);
-    return std::move(composer).page();
+    return std::move(composer).finish(facts);
 }
 
 ReportPage composeNvmeReport(const ReportFacts& facts) {
@@ -179,7 +186,8 @@ ReportPage composeNoDataReport(const ReportFacts& facts) {
     composer.setFont(12, kBlack);
     composer.moveDown(50);
     composer.write("Interface does not have Monitoring data.");
-    return std::move(composer).page();
+    composer.moveDown(20);
+    return std::move(composer).finish(facts);
 }
 
 } // namespace torvane

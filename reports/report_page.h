@@ -44,9 +44,25 @@ struct PlacedReportIcon {
     bool operator==(const PlacedReportIcon&) const = default;
 };
 
+/// A line of the free part, which begins where it likes; points from the page's left edge.
+struct FreeReportLine : ReportLine {
+    int left = kReportLeft;
+
+    bool operator==(const FreeReportLine&) const = default;
+};
+
+/// An icon of the free part, that wide and high; points.
+struct FreeReportIcon : PlacedReportIcon {
+    int size = 0;
+
+    bool operator==(const FreeReportIcon&) const = default;
+};
+
 struct ReportPage {
     std::vector<ReportLine> lines; ///< from top to bottom
     std::vector<PlacedReportIcon> icons;
+    std::vector<FreeReportLine> freeLines; ///< below all others
+    std::vector<FreeReportIcon> freeIcons;
 };
 
 /// A day of the local calendar.
@@ -61,6 +77,9 @@ struct ReportFacts {
     const DriveRecord& drive;
     const CompanyInfo& company;
     ReportDate date;
+    std::string interfaceName; ///< empty: not known
+    std::string verdict;       ///< on the drive as a whole, in words; empty: none
+    std::string wear;          ///< of an NVMe drive, in its own numbers; empty: not known
 };
 
 /// A drive with ATA SMART attributes: six sections, read tests, BitLocker.

@@ -2,7 +2,9 @@
 
 #include "base/format.h"
 #include "base/local_moment.h"
+#include "health/grading.h"
 #include "records/drive_record.h"
+#include "records/drive_texts.h"
 #include "reports/pdf_page.h"
 #include "reports/report_file.h"
 #include "reports/report_page.h"
@@ -52,10 +54,16 @@ int tell(const Writing& writing) {
 }
 
 int writeReport(const AppState& state, ReportPage (*compose)(const ReportFacts&)) {
-    const auto writing =
-        std::make_shared<Writing>(Writing{.page = compose({*state.activeDrive, state.companyInfo, today()}),
-                                          .fileName = std::string(state.chosen.reportFileName.view()),
-                                          .outcome = {}});
+    DriveRecord& drive = *state.activeDrive;
+    const auto writing = std::make_shared<Writing>(
+        Writing{.page = compose({.drive = drive,
+                                 .company = state.companyInfo,
+                                 .date = today(),
+                                 .interfaceName = interfaceText(drive),
+                                 .verdict = std::string(decideLamp(&drive, state.messages).message),
+                                 .wear = {}}),
+                .fileName = std::string(state.chosen.reportFileName.view()),
+                .outcome = {}});
     if (isWriting.exchange(true)) {
         return stillBeingWritten(writing->fileName);
     }

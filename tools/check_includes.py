@@ -62,7 +62,7 @@ STATE = {
     "companyInfo": {"reports", "window"},
     "eventLogFile": {"state", "window"},
     "jobs": {"admin", "scan", "surface", "copy", "window"},
-    "messages": {"health", "window"},
+    "messages": {"health", "reports", "window"},
     "mountStatus": {"admin", "window"},
     "raceTrack": {"copy"},
     "scan": {"admin", "scan", "copy", "window"},

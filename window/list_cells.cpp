@@ -1,7 +1,5 @@
 #include "window/list_cells.h"
 
-#include <array>
-
 namespace torvane {
 
 namespace {
@@ -35,27 +33,7 @@ CellPaint statusPaint(std::string_view text) {
     return kQuietCell;
 }
 
-// Indexed by bus code - 2000.
-constexpr std::array<std::string_view, 4> kInterfaceNames{"USB", "SATA", "FILE", "NVME"};
-
 } // namespace
-
-std::string interfaceText(DriveRecord& record) {
-    const bool standard = record.smartType == kSmartTypeStandard;
-    if (record.busCode == kBusCodeOwnText) {
-        if (standard) {
-            record.busText.assign("SATA USB");
-        }
-        return std::string(record.busText.view());
-    }
-    if (record.busCode < kBusCodeUsb || record.busCode > kBusCodeNvme) {
-        return {};
-    }
-    if (standard) {
-        return record.busCode == kBusCodeUsb ? "SATA USB" : "SATA";
-    }
-    return std::string(kInterfaceNames[static_cast<std::size_t>(record.busCode - kBusCodeUsb)]);
-}
 
 CellPaint driveCellPaint(int column, std::string_view text) {
     switch (column) {

@@ -22,10 +22,6 @@ enum DriveColumn : int {
 /// The log list's columns.
 enum LogColumn : int { kLogColumnType, kLogColumnDate, kLogColumnTime, kLogColumnMessage };
 
-/// The text of a drive's "Interface" cell. A record with `kBusCodeOwnText` and standard SMART data gets "SATA USB" as
-/// its bus text first. Empty for a bus code outside the list.
-[[nodiscard]] std::string interfaceText(DriveRecord& record);
-
 struct CellPaint {
     ColourCode text;
     ColourCode background;

@@ -63,6 +63,8 @@ TEST_F(BitLockerScan, EachOutcomeHasItsRowAndItsEntry) {
     EXPECT_EQ(entry(0, 1).driveLetter, 'E');
     EXPECT_TRUE(entry(0, 1).recoveryPassword.empty());
     EXPECT_EQ((std::bit_cast<std::array<char, 261>>(entry(0, 2))), (std::array<char, 261>{}));
+    EXPECT_EQ(drive(0).bitLockerNotes[2].driveLetter, 'F');
+    EXPECT_FALSE(drive(0).bitLockerNotes[2].isTold) << "access was denied";
     EXPECT_THAT(events(), IsEmpty());
 }
 

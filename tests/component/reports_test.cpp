@@ -77,6 +77,7 @@ class Reports : public ::testing::Test {
         appState().activeDrive = nullptr;
         appState().activeDriveChosen = 0;
         appState().companyInfo = {};
+        appState().messages = {};
         appState().chosen.reportFileName.clear();
     }
 
@@ -169,6 +170,15 @@ TEST_F(Reports, OfAnAtaDrive) {
     addBitLockerEntry(drive_, 'D', "111111-222222-333333-444444-555555-666666-777777-888888");
     addBitLockerEntry(drive_, 'E', "");
     addBitLockerEntry(drive_, '\0', "");
+    drive_.bitLockerNotes[2] = {'F', true};
+    drive_.busCode = kBusCodeDirect;
+    drive_.sizeBytes = 1'000'204'886'016;
+    drive_.sizeGigabytes = 931.51;
+    drive_.firmware.assign("01.01A01");
+    drive_.smartLoaded = 1;
+    MessageRecord advice{.messageId = kLampRed, .level = 3};
+    setMessageText(advice, "Failing: copy what matters now.");
+    appState().messages = {advice};
     createAndKeep("ata");
     EXPECT_TRUE(isPdf(kFileName));
     EXPECT_THAT(opened(), ElementsAre(kFileName));
@@ -208,6 +218,26 @@ TEST_F(Reports, OfAnNvmeDrive) {
 TEST_F(Reports, OfADriveWithoutMonitoringData) {
     drive_.smartType = kSmartTypeUnknown;
     createAndKeep("no-data");
+}
+
+TEST_F(Reports, HaveTheShopsLogo) {
+    drive_.smartType = kSmartTypeSsd;
+    fs::copy_file(packageFolder() / "report-red-32.png", "logo.png");
+    createAndKeep("logo");
+}
+
+TEST_F(Reports, GoOnWithoutALogoThatIsNoPicture) {
+    drive_.smartType = kSmartTypeSsd;
+    const std::string good = readFile("report-red-32.png");
+    for (const std::string& bytes :
+         {std::string(), std::string("This is no picture."), good.substr(0, good.size() / 2)}) {
+        writeFile("logo.png", bytes);
+        const std::size_t before = view_.messages("ERROR").size();
+        create(kFileName);
+        ASSERT_EQ(view_.messages("ERROR").size(), before + 1);
+        EXPECT_THAT(view_.messages("ERROR").back(), HasSubstr("The report goes without its logo [logo.png]: "));
+        EXPECT_TRUE(isPdf(kFileName));
+    }
 }
 
 // The texts of the product are in the system's code page: here that of the test program.

@@ -56,6 +56,15 @@ def read_tests(top, results=("PASSED", "FAILED", "not performed")):
     return [(top, 16, "Read Test Results if Applicable")] + rows
 
 
+def free_part(top, rows, icons=True):
+    """What stands below, from the baseline of its title: the rows' labels and texts, and the key to the icons."""
+    rows = rows + (["Icons: healthy ageing wearing out failing"] if icons else [])
+    return [(top, 12, "About This Drive")] + [(top + 12 + 14 * i, 10, row) for i, row in enumerate(rows)]
+
+
+FREE_ROW = re.compile(r"(Drive|Verdict|Wear|Icons): ")
+
+
 def bit_locker(texts):
     return [(662 + 20 * i, 10, f"BITLOCKER VOL: {text}".rstrip()) for i, text in enumerate(texts)]
 
@@ -96,20 +105,27 @@ ABSENT = sections([(title, "ABSENT") for title in (
 
 # Icons stand one below the other, one slot for each section.
 EXPECTED = {
-    "ata": (header() + ATA + read_tests(560) + bit_locker([f"D: Recovery Key: {KEY}", "E: LOCKED", ""]), ATA_ICONS),
+    "ata": (header() + ATA + read_tests(560) + bit_locker([f"D: Recovery Key: {KEY}", "E: LOCKED", "F: not encrypted"])
+            + free_part(738, ["Drive: SATA, 931.51 GB (1,000,204,886,016 bytes), firmware 01.01A01",
+                              "Verdict: Failing: copy what matters now."]), ATA_ICONS),
     "ata-absent": (header() + ABSENT + read_tests(560, ("TERMINATED",) * 3), []),
+    "logo": (header() + read_tests(248), []),
     "ata-ten-volumes": (header() + ATA + read_tests(560)
                         + bit_locker([f"{letter}: Recovery Key: {KEY}" for letter in "DEFGHIJKLM"]), ATA_ICONS),
     "ssd": (header() + read_tests(248), []),
-    "nvme": (header() + NVME + read_tests(560) + bit_locker(["F: LOCKED"]),
+    "nvme": (header() + NVME + read_tests(560) + bit_locker(["F: LOCKED"])
+             + free_part(698, []),
              ["blue", "yellow", "yellow", "yellow", None, "yellow"]),
     "no-data": (header() + [(268, 12, "Interface does not have Monitoring data.")], []),
     "foreign": (header(company=("Müller & Söhne € ? O'Brien", "It's (here) \\ there", "")) + read_tests(248), []),
     "foreign-utf8": (header(company=("Müller & Söhne € ?", "?? ? Š", "broken Ã end")) + read_tests(248), []),
-    "missing-icon": (header() + ATA + read_tests(560), ["blue", None, "blue", "red", None, "green"]),
-    "no-icons": (header() + ATA + read_tests(560), []),
-    "damaged-icons": (header() + ATA + read_tests(560), []),
+    "missing-icon": (header() + ATA + read_tests(560) + free_part(678, []), ["blue", None, "blue", "red", None, "green"]),
+    "no-icons": (header() + ATA + read_tests(560) + free_part(678, []), []),
+    "damaged-icons": (header() + ATA + read_tests(560) + free_part(678, []), []),
 }
+
+# Pictures of the key, and the logo.
+MORE_PICTURES = {"ata": 4, "ata-ten-volumes": 0, "nvme": 4, "missing-icon": 3, "logo": 1}
 
 
 # --- what they do show -------------------------------------------------------------------------------------------------
@@ -189,7 +205,8 @@ def check_lines(pdf, lines):
     # The tools leave out what stands below the page: a tenth volume's line does, by a point.
     expected = [(base, size, LEFT, text.replace("DATE", today.strftime("%m/%d/%Y")))
                 for base, size, text in lines if base <= PAGE[1]]
-    found = lines_of(pdf)
+    # In a row of the free part the texts stand in columns.
+    found = [(*place, " ".join(text.split()) if FREE_ROW.match(text) else text) for *place, text in lines_of(pdf)]
     assert found == expected, "\n".join(
         ["lines differ; expected:", *map(str, expected), "found:", *map(str, found)])
 
@@ -197,7 +214,7 @@ def check_lines(pdf, lines):
 def check_colours_and_baselines(picture, lines):
     for base, size, text in lines:
         colour, lowest = picture.ink(LEFT, base - 0.7 * size, 300, base + 0.15 * size)
-        wanted = HEADER_BLUE if size == 18 else BLACK
+        wanted = HEADER_BLUE if size == 18 or text == "About This Drive" else BLACK
         assert distance(colour, wanted) <= 12, f"{text}: drawn in {colour}"
         # Letters stand on the baseline (round ones reach a little below it) unless they have descenders.
         if base < PAGE[1] and not re.search(r"[gjpqy,()\[\];/]", text):
@@ -207,7 +224,10 @@ def check_colours_and_baselines(picture, lines):
 def check_icons(pdf, picture, icons):
     rows = [row.split() for row in poppler("pdfimages", "-list", str(pdf)).decode().splitlines()[2:]]
     images = [(int(row[3]), int(row[4])) for row in rows if row[2] == "image"]
-    assert images == [(ICON_SIZE, ICON_SIZE)] * sum(1 for icon in icons if icon), f"pictures: {images}"
+    count = sum(1 for icon in icons if icon) + MORE_PICTURES.get(pdf.stem, 0)
+    assert images == [(ICON_SIZE, ICON_SIZE)] * count, f"pictures: {images}"
+    if pdf.stem == "logo":
+        assert picture.at(575 - ICON_SIZE / 2, 12 + ICON_SIZE / 2) != WHITE, "no logo in the upper right corner"
     left = PAGE[0] - 60
     for slot in range(6):
         top = 246 + 56 * slot - ICON_SIZE

@@ -64,7 +64,7 @@ Lines operator+(Lines lines, const Lines& more) {
 
 class ReportPages : public ::testing::Test {
   protected:
-    [[nodiscard]] ReportFacts facts() const { return {drive_, company_, {2026, 3, 7}}; }
+    [[nodiscard]] ReportFacts facts() const { return {drive_, company_, {2026, 3, 7}, {}, {}, {}}; }
     [[nodiscard]] Lines linesFrom(const ReportPage& page, int yFromTop) const {
         Lines lines;
         for (const ReportLine& line : page.lines) {
@@ -208,6 +208,26 @@ TEST_F(ReportPages, AVolumeThatIsNotEncryptedLeavesTheStartOfALine) {
                 ElementsAre(bitLockerLine(652, "BITLOCKER VOL: "), bitLockerLine(672, "BITLOCKER VOL: E: LOCKED")));
 }
 
+TEST_F(ReportPages, AVolumeThatIsNotEncryptedIsSaidToBeSoAndOneThatIsNotKnownToo) {
+    for (std::size_t i = 0; i < 3; ++i) {
+        testing::addBitLockerEntry(drive_, '\0', "");
+    }
+    drive_.bitLockerNotes[0] = {'F', true};
+    drive_.bitLockerNotes[1] = {'G', false};
+    EXPECT_THAT(linesFrom(composeNvmeReport(facts()), 603),
+                ElementsAre(bitLockerLine(652, "BITLOCKER VOL: F: not encrypted"),
+                            bitLockerLine(672, "BITLOCKER VOL: G: not known"), bitLockerLine(692, "BITLOCKER VOL: ")));
+}
+
+TEST_F(ReportPages, HaveAFreePartBelowTheirLines) {
+    testing::addBitLockerEntry(drive_, 'D', "");
+    ASSERT_FALSE(composeAtaReport(facts()).freeLines.empty());
+    EXPECT_EQ(composeAtaReport(facts()).freeLines.front().yFromTop, 672 + 14);
+    drive_.firmware.assign("1.0");
+    EXPECT_EQ(composeSsdReport(facts()).freeLines.front().yFromTop, 310 + 14);
+    EXPECT_EQ(composeNoDataReport(facts()).freeLines.front().yFromTop, 270 + 14);
+}
+
 TEST_F(ReportPages, OnlyAFlagOfOneMeansAKey) {
     testing::addBitLockerEntry(drive_, 'D', "111111");
     drive_.bitLockerEntries[0].hasKey = 2;
@@ -257,7 +277,7 @@ TEST(ReadTestLines, OfADriveUnderTestSaysWhichTestsAreNotOver) {
     const CompanyInfo company = testing::reportedCompany();
     drive.criticalTestResult = drive.shortTestResult = drive.nistTestResult = ReadTestResult::kPassed;
     drive.readTestsAtWork.shortTests = 2;
-    const auto lines = [&] { return readTestLines(composeSsdReport({drive, company, {2026, 11, 22}})); };
+    const auto lines = [&] { return readTestLines(composeSsdReport({drive, company, {2026, 11, 22}, {}, {}, {}})); };
     EXPECT_EQ(lines(), (std::vector<std::string>{"Critical Test PASSED", "Short Test running", "NIST Test PASSED"}));
     drive.readTestsAtWork.shortTests = 0;
     drive.readTestsAtWork.criticalTests = 1;
