@@ -2,7 +2,8 @@
 
 #include "base/format.h"
 #include "base/local_moment.h"
-#include "health/grading.h"
+#include "health/health_sentence.h"
+#include "health/nvme_verdict.h"
 #include "records/drive_record.h"
 #include "records/drive_texts.h"
 #include "reports/pdf_page.h"
@@ -60,8 +61,8 @@ int writeReport(const AppState& state, ReportPage (*compose)(const ReportFacts&)
                                  .company = state.companyInfo,
                                  .date = today(),
                                  .interfaceName = interfaceText(drive),
-                                 .verdict = std::string(decideLamp(&drive, state.messages).message),
-                                 .wear = {}}),
+                                 .verdict = healthSentence(drive, state.messages),
+                                 .wear = drive.smartType == kSmartTypeNvme ? nvmeLifeText(drive.nvme) : ""}),
                 .fileName = std::string(state.chosen.reportFileName.view()),
                 .outcome = {}});
     if (isWriting.exchange(true)) {

@@ -1,0 +1,119 @@
+#include "health/health_sentence.h"
+
+#include "health/counter_levels.h"
+#include "health/grading.h"
+#include "health/nvme_verdict.h"
+#include "health/own_verdict.h"
+#include "records/drive_record.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+namespace torvane {
+
+namespace {
+
+constexpr std::uint32_t kFailing = 3;
+
+std::string adviceFor(std::optional<std::uint32_t> level, std::span<const MessageRecord> messages) {
+    const MessageRecord* const message = level ? FindMessageByLevel(messages, *level) : nullptr;
+    return message == nullptr ? std::string() : std::string(messageText(*message));
+}
+
+/// Worse than any counter but those that say the same.
+std::string ownFailure() {
+    return "The drive itself says that it is FAILING: copy it at once, then replace it.";
+}
+
+std::string whyNoReport(const DriveRecord& drive) {
+    if (hasNoSmart(drive.smartText)) {
+        return "The drive says that it keeps no SMART data.";
+    }
+    const bool identityCameThrough = !drive.device.identifySerial.empty();
+    if (identityCameThrough) {
+        return "SMART could not be read. \"Drive Details...\" and the log may tell why.";
+    }
+    return drive.busCode == kBusCodeUsb
+               ? "This bridge passes no SMART on. A disk that is connected directly tells its condition."
+               : "This controller passes no SMART on. A disk that is connected directly tells its condition.";
+}
+
+std::string standardSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
+    if (drive.smartLoaded == 0 || hasNoSmart(drive.smartText)) {
+        return whyNoReport(drive);
+    }
+    const std::optional<std::uint32_t> level = healthLevel(drive);
+    if (saysThatItFails(drive.smartText) && level.value_or(0) < kFailing) {
+        return ownFailure();
+    }
+    return level ? adviceFor(level, messages) : "The drive reports none of the counters that tell its condition.";
+}
+
+struct SsdLevels {
+    std::optional<std::uint32_t> errors; ///< of counters and life used
+    std::uint32_t age = 0;
+};
+
+SsdLevels ssdLevels(const DriveRecord& drive) {
+    SsdLevels levels;
+    const auto raise = [&levels](std::uint32_t level) { levels.errors = std::max(levels.errors.value_or(0), level); };
+    for (const CounterLevel& counter : kCounterLevels) {
+        const std::int32_t value = drive.ssd[counter.counter];
+        if (value == kNotReported) {
+            continue;
+        }
+        if (counter.counter == Counter::kPowerOnHours) {
+            levels.age = counter.levelOf(value);
+            raise(0);
+        } else {
+            raise(counter.levelOf(value));
+        }
+    }
+    if (const auto used = lifeUsed(drive.smartText)) {
+        raise(*used > 100 ? 2 : *used > 80 ? 1 : 0);
+    }
+    return levels;
+}
+
+std::string ssdSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
+    const SsdLevels levels = ssdLevels(drive);
+    if (saysThatItFails(drive.smartText) && levels.errors.value_or(0) < kFailing) {
+        return ownFailure();
+    }
+    if (!levels.errors) {
+        return "The drive reports none of the counters that tell its condition.";
+    }
+    const bool byAge = levels.age > *levels.errors;
+    std::string advice = adviceFor(std::max(levels.age, *levels.errors), messages);
+    return byAge && !advice.empty() ? "By its age: " + advice : advice;
+}
+
+std::string nvmeSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
+    const std::optional<std::uint32_t> level = nvmeLevel(drive.nvme);
+    if (!level) {
+        return "The drive's health log could not be read.";
+    }
+    std::string advice = adviceFor(level, messages);
+    const bool hasLostData = drive.nvme.errorLogEntries > 0 && *level < kFailing;
+    return hasLostData && !advice.empty() ? "It has lost data before: " + advice : advice;
+}
+
+} // namespace
+
+std::string healthSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
+    switch (drive.smartType) {
+    case kSmartTypeNvme:
+        return nvmeSentence(drive, messages);
+    case kSmartTypeSsd:
+        return ssdSentence(drive, messages);
+    case kSmartTypeUnknown:
+        return "This interface reports no monitoring data.";
+    case kSmartTypeNone:
+        return whyNoReport(drive);
+    default:
+        return standardSentence(drive, messages);
+    }
+}
+
+} // namespace torvane
