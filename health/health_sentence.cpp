@@ -77,6 +77,9 @@ SsdLevels ssdLevels(const DriveRecord& drive) {
 }
 
 std::string ssdSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
+    if (hasNoSmart(drive.smartText)) {
+        return whyNoReport(drive);
+    }
     const SsdLevels levels = ssdLevels(drive);
     if (saysThatItFails(drive.smartText) && levels.errors.value_or(0) < kFailing) {
         return ownFailure();
@@ -99,6 +102,12 @@ std::string nvmeSentence(const DriveRecord& drive, std::span<const MessageRecord
     return hasLostData && !advice.empty() ? "It has lost data before: " + advice : advice;
 }
 
+/// The tool may have got a report all the same, by a road of its own.
+std::string unknownSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
+    const std::string advice = drive.smartLoaded == 0 ? "" : adviceFor(healthLevel(drive), messages);
+    return advice.empty() ? "This interface reports no monitoring data." : "From its report: " + advice;
+}
+
 } // namespace
 
 std::string healthSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
@@ -108,7 +117,7 @@ std::string healthSentence(const DriveRecord& drive, std::span<const MessageReco
     case kSmartTypeSsd:
         return ssdSentence(drive, messages);
     case kSmartTypeUnknown:
-        return "This interface reports no monitoring data.";
+        return unknownSentence(drive, messages);
     case kSmartTypeNone:
         return whyNoReport(drive);
     default:

@@ -87,7 +87,17 @@ TEST_F(HealthSentence, OfAnEmptyPanelTellsTheReason) {
     drive_.smartType = kSmartTypeStandard;
     drive_.smartLoaded = 1;
     EXPECT_EQ(sentence(), "The drive says that it keeps no SMART data.");
+    drive_.smartType = kSmartTypeSsd;
+    EXPECT_EQ(sentence(), "The drive says that it keeps no SMART data.");
     drive_.smartType = kSmartTypeUnknown;
+    EXPECT_EQ(sentence(), "This interface reports no monitoring data.");
+}
+
+TEST_F(HealthSentence, OfAnInterfaceWithoutMonitoringDataGoesByTheToolsReportWhereThereIsOne) {
+    drive_.smartType = kSmartTypeUnknown;
+    drive_.disk[Counter::kReallocatedSectors] = 1;
+    EXPECT_EQ(sentence(), "From its report: wearing out");
+    drive_.smartLoaded = 0;
     EXPECT_EQ(sentence(), "This interface reports no monitoring data.");
 }
 
