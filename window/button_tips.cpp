@@ -12,8 +12,9 @@ namespace {
 
 constexpr ButtonTip kTips[] = {
     {IDC_LOAD_DRIVES, ReadingShare::kNone,
-     "Lists the attached drives and asks each for its health. Takes some seconds a drive. Switches a "
-     "drive's SMART on where it is off; writes nothing to any drive."},
+     "Lists the attached drives and asks each for its health. Takes some seconds a drive. Changes no data on any "
+     "drive; "
+     "switches its SMART on where that is off."},
     {IDC_QUICK_DISK_VIEW, ReadingShare::kNone, "Shows the sectors of the selected drive as bytes. Changes nothing."},
     {IDC_CREATE_REPORT, ReadingShare::kNone,
      "Writes a PDF report of the selected drive beside the program, and opens it."},
