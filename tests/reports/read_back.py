@@ -62,6 +62,9 @@ def free_part(top, rows, icons=True):
     return [(top, 12, "About This Drive")] + [(top + 12 + 14 * i, 10, row) for i, row in enumerate(rows)]
 
 
+NO_REPORT = "Verdict: This controller passes no SMART on. A disk that is connected directly tells its condition."
+SSD_PART = free_part(336, ["Verdict: The drive reports none of the counters that tell its condition."], icons=False)
+
 FREE_ROW = re.compile(r"(Drive|Verdict|Wear|Icons): ")
 
 
@@ -108,20 +111,22 @@ EXPECTED = {
     "ata": (header() + ATA + read_tests(560) + bit_locker([f"D: Recovery Key: {KEY}", "E: LOCKED", "F: not encrypted"])
             + free_part(738, ["Drive: SATA, 931.51 GB (1,000,204,886,016 bytes), firmware 01.01A01",
                               "Verdict: Failing: copy what matters now."]), ATA_ICONS),
-    "ata-absent": (header() + ABSENT + read_tests(560, ("TERMINATED",) * 3), []),
-    "logo": (header() + read_tests(248), []),
+    "ata-absent": (header() + ABSENT + read_tests(560, ("TERMINATED",) * 3) + free_part(678, [NO_REPORT], icons=False),
+                   []),
+    "logo": (header() + read_tests(248) + SSD_PART, []),
     "ata-ten-volumes": (header() + ATA + read_tests(560)
                         + bit_locker([f"{letter}: Recovery Key: {KEY}" for letter in "DEFGHIJKLM"]), ATA_ICONS),
-    "ssd": (header() + read_tests(248), []),
+    "ssd": (header() + read_tests(248) + SSD_PART, []),
     "nvme": (header() + NVME + read_tests(560) + bit_locker(["F: LOCKED"])
-             + free_part(698, []),
+             + free_part(698, ["Wear: Life used 0 %, spare 10 % (limit 10 %), 0 h, 0 media errors"]),
              ["blue", "yellow", "yellow", "yellow", None, "yellow"]),
-    "no-data": (header() + [(268, 12, "Interface does not have Monitoring data.")], []),
-    "foreign": (header(company=("Müller & Söhne € ? O'Brien", "It's (here) \\ there", "")) + read_tests(248), []),
-    "foreign-utf8": (header(company=("Müller & Söhne € ?", "?? ? Š", "broken Ã end")) + read_tests(248), []),
-    "missing-icon": (header() + ATA + read_tests(560) + free_part(678, []), ["blue", None, "blue", "red", None, "green"]),
-    "no-icons": (header() + ATA + read_tests(560) + free_part(678, []), []),
-    "damaged-icons": (header() + ATA + read_tests(560) + free_part(678, []), []),
+    "no-data": (header() + [(268, 12, "Interface does not have Monitoring data.")]
+                + free_part(296, ["Verdict: This interface reports no monitoring data."], icons=False), []),
+    "foreign": (header(company=("Müller & Söhne € ? O'Brien", "It's (here) \\ there", "")) + read_tests(248) + SSD_PART, []),
+    "foreign-utf8": (header(company=("Müller & Söhne € ?", "?? ? Š", "broken Ã end")) + read_tests(248) + SSD_PART, []),
+    "missing-icon": (header() + ATA + read_tests(560) + free_part(678, [NO_REPORT]), ["blue", None, "blue", "red", None, "green"]),
+    "no-icons": (header() + ATA + read_tests(560) + free_part(678, [NO_REPORT]), []),
+    "damaged-icons": (header() + ATA + read_tests(560) + free_part(678, [NO_REPORT]), []),
 }
 
 # Pictures of the key, and the logo.
