@@ -1,8 +1,11 @@
 #include "health/health_message_view.h"
 
+#include "health/nvme_verdict.h"
+#include "records/drive_record.h"
 #include "ui/control_text.h"
 #include "ui/owned.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -30,6 +33,15 @@ bool fitsOneLine(HDC context, std::wstring_view text, const RECT& place) {
            neededSize(context, text, place, kOneLine).cx <= place.right - place.left;
 }
 
+COLORREF lifeColour(const DriveRecord* drive) {
+    constexpr std::uint32_t kWearingOut = 2;
+    const std::uint32_t level = drive == nullptr ? 0 : nvmeLevel(drive->nvme).value_or(0);
+    if (level < kWearingOut) {
+        return RGB(0, 0, 0);
+    }
+    return level == kWearingOut ? RGB(122, 66, 0) : RGB(176, 0, 0);
+}
+
 } // namespace
 
 bool drawHealthMessage(const DRAWITEMSTRUCT& item, HBRUSH background, HFONT large, HFONT small) {
@@ -47,6 +59,14 @@ bool drawHealthMessage(const DRAWITEMSTRUCT& item, HBRUSH background, HFONT larg
     const SelectedObject selected(item.hDC, small);
     draw(item.hDC, text, item.rcItem, kWrapped);
     return neededSize(item.hDC, text, item.rcItem, kWrapped).cy <= item.rcItem.bottom - item.rcItem.top;
+}
+
+void drawNvmeLife(const DRAWITEMSTRUCT& item, HBRUSH background, const DriveRecord* drive) {
+    FillRect(item.hDC, &item.rcItem, background);
+    const SelectedObject selected(item.hDC, reinterpret_cast<HFONT>(SendMessageW(item.hwndItem, WM_GETFONT, 0, 0)));
+    SetTextColor(item.hDC, lifeColour(drive));
+    SetBkMode(item.hDC, TRANSPARENT);
+    draw(item.hDC, wideControlText(item.hwndItem), item.rcItem, kOneLine);
 }
 
 } // namespace torvane

@@ -87,11 +87,39 @@ void showText(HWND window, int id, const std::string& text) {
     }
 }
 
-void showTexts(HWND window, const PanelTexts& texts) {
+/// The first dial's text stands under it as the others' do, but for the long one of an NVMe drive, which stands above
+/// the dials. Told by the second's place, which the window's layout may have raised.
+void placeFirstText(HWND window, bool isLong, Scale scale) {
+    const HWND first = GetDlgItem(window, IDC_VALUE_TEXT_1);
+    RECT place{};
+    GetWindowRect(GetDlgItem(window, IDC_VALUE_TEXT_2), &place);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+    if (isLong) {
+        OffsetRect(&place, scale.px(kLongTextLeft) - place.left, -scale.px(kLongTextAbove));
+        place.right = place.left + scale.px(kLongTextWidth);
+    } else {
+        OffsetRect(&place, -scale.px(kDialStep), 0);
+    }
+    RECT now{};
+    GetWindowRect(first, &now);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&now), 2);
+    if (EqualRect(&now, &place) == FALSE) {
+        const LONG_PTR style = GetWindowLongPtrW(first, GWL_STYLE) & ~static_cast<LONG_PTR>(SS_TYPEMASK);
+        SetWindowLongPtrW(first, GWL_STYLE, style | (isLong ? SS_LEFT : SS_CENTER));
+        SetWindowPos(first, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+}
+
+void showTexts(HWND window, const PanelTexts& texts, Scale scale) {
     showText(window, IDC_HEALTH_MESSAGE, texts.healthMessage);
-    showText(window, IDC_VALUE_TEXT_1, texts.endurance);
+    showText(window, IDC_NVME_LIFE, texts.life);
+    const bool isNvme = !texts.endurance.empty();
+    placeFirstText(window, isNvme, scale);
+    showText(window, IDC_VALUE_TEXT_1, isNvme ? texts.endurance : texts.counters.front());
     for (std::size_t bit = 0; bit < texts.nvmeResults.size(); ++bit) {
-        showText(window, IDC_VALUE_TEXT_2 + static_cast<int>(bit), texts.nvmeResults[bit]);
+        showText(window, IDC_VALUE_TEXT_2 + static_cast<int>(bit),
+                 isNvme ? texts.nvmeResults[bit] : texts.counters[bit + 1]);
     }
 }
 
@@ -100,7 +128,7 @@ void showTexts(HWND window, const PanelTexts& texts) {
 void PaintHealthPanel(const AppState& state, HWND window, HDC context, Scale scale) {
     const DriveRecord* const activeDrive = hasActiveDrive(state) ? state.activeDrive.load() : nullptr;
     const PanelModel panel = buildPanelModel(activeDrive, state.messages);
-    showTexts(window, panel.texts);
+    showTexts(window, panel.texts, scale);
 
     const BackBuffer buffer(context);
     if (!buffer.isUsable()) {

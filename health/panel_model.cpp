@@ -1,5 +1,8 @@
 #include "health/panel_model.h"
 
+#include "health/counter_text.h"
+#include "health/health_sentence.h"
+#include "health/nvme_verdict.h"
 #include "records/drive_record.h"
 
 #include <algorithm>
@@ -15,7 +18,6 @@ constexpr std::string_view kPassFailImage = "passfail-gauge.png";
 
 constexpr PanelPoint kFirstDial{10, 140};
 constexpr PanelPoint kFirstPivot{70, 194};
-constexpr int kDialStep = 180;
 constexpr double kNeedleLength = 55.0;
 constexpr int kCaptionWidth = 140;
 constexpr int kCaptionTop = 224;
@@ -82,6 +84,20 @@ void showCounters(std::array<Dial, kDialCount>& dials, std::span<const Gauge> ga
     }
 }
 
+/// The number under each dial: a needle ends at its scale, the number does not. A counter that `counters` lacks is told
+/// all the same where `others` have it. Nothing where the report has none of them.
+void tellCounters(PanelTexts& texts, std::span<const Gauge> gauges, const Counters& counters, const Counters& others) {
+    constexpr Counters kNothingReported;
+    if (counters == kNothingReported && others == kNothingReported) {
+        return;
+    }
+    for (std::size_t i = 0; i < gauges.size(); ++i) {
+        const Counter counter = gauges[i].counter;
+        const std::int32_t value = counters[counter] == kNotReported ? others[counter] : counters[counter];
+        texts.counters[i] = counterText(counter, value);
+    }
+}
+
 PanelModel standardPanel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
     PanelModel panel;
     panel.dials = blankDials(kFirstDialImage, kDialImage);
@@ -89,9 +105,9 @@ PanelModel standardPanel(const DriveRecord* activeDrive, std::span<const Message
     const LampVerdict verdict = decideLamp(activeDrive, messages);
     if (activeDrive != nullptr && verdict.showsCounters) {
         showCounters(panel.dials, kStandardGauges, activeDrive->disk);
+        tellCounters(panel.texts, kStandardGauges, activeDrive->disk, {});
     }
     panel.lampImage = verdict.lampImage;
-    panel.texts.healthMessage = verdict.message;
     return panel;
 }
 
@@ -99,6 +115,7 @@ PanelModel ssdPanel(const DriveRecord& record) {
     PanelModel panel;
     panel.dials = blankDials(kFirstDialImage, kDialImage);
     showCounters(panel.dials, kSsdGauges, record.ssd);
+    tellCounters(panel.texts, kSsdGauges, record.ssd, record.disk);
     return panel;
 }
 
@@ -112,6 +129,7 @@ PanelModel nvmePanel(const DriveRecord& record) {
         showValue(panel.dials[0], "Gigabytes Written", record.nvme.enduranceFraction);
     }
     panel.texts.endurance = enduranceText(record);
+    panel.texts.life = nvmeLifeText(record.nvme);
     // Without a health log the pass/fail dials stay blank: an unread byte is neither a pass nor a failure.
     if (const auto failed = NvmeWarningBits(record)) {
         for (std::size_t bit = 0; bit < failed->size(); ++bit) {
@@ -130,9 +148,7 @@ PanelModel unknownDrivePanel() {
     return panel;
 }
 
-} // namespace
-
-PanelModel buildPanelModel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
+PanelModel panelOfItsKind(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
     switch (activeDrive != nullptr ? activeDrive->smartType : kSmartTypeStandard) {
     case kSmartTypeNvme:
         return nvmePanel(*activeDrive);
@@ -143,6 +159,16 @@ PanelModel buildPanelModel(const DriveRecord* activeDrive, std::span<const Messa
     default:
         return standardPanel(activeDrive, messages);
     }
+}
+
+} // namespace
+
+PanelModel buildPanelModel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
+    PanelModel panel = panelOfItsKind(activeDrive, messages);
+    if (activeDrive != nullptr) {
+        panel.texts.healthMessage = healthSentence(*activeDrive, messages);
+    }
+    return panel;
 }
 
 } // namespace torvane

@@ -19,6 +19,14 @@ struct DriveRecord;
 inline constexpr std::size_t kDialCount = 6;
 inline constexpr PanelPoint kLampPosition{1064, 140};
 
+/// Dials stand so far apart; pixels.
+inline constexpr int kDialStep = 180;
+
+/// Where the long text of an NVMe drive begins and how wide it is, and how far above the short ones it stands; pixels.
+inline constexpr int kLongTextLeft = 10;
+inline constexpr int kLongTextWidth = 515;
+inline constexpr int kLongTextAbove = 120;
+
 /// Loaded with the standard panel's dials and never drawn.
 inline constexpr std::string_view kUndrawnLabelsImage = "gauge-labels2.png";
 
@@ -43,8 +51,10 @@ struct Dial {
 /// The texts that stand beside the dials, empty where the drive's layout has none.
 struct PanelTexts {
     std::string healthMessage;
+    std::array<std::string, kDialCount> counters;           ///< under the dials
     std::array<std::string, kNvmeWarningCount> nvmeResults; ///< beside the dials of bits 0 to 4
-    std::string endurance;
+    std::string endurance;                                  ///< above the dials, with the next
+    std::string life;                                       ///< what an NVMe drive says of its own wear
 };
 
 /// Everything that the health panel shows: a painter needs no other knowledge of the drive.

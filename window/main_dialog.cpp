@@ -9,6 +9,7 @@
 #include "settings/company_info_file.h"
 #include "settings/messages.h"
 #include "settings/tutorial_dialog.h"
+#include "state/active_drive.h"
 #include "state/app_state.h"
 #include "ui/control_text.h"
 #include "ui/menu_item.h"
@@ -167,6 +168,7 @@ void MainDialog::buildListViews() {
     attachButtonTips();
     showDrivesKnown();
     messageTip_.attach(control(IDC_HEALTH_MESSAGE), "");
+    enduranceTip_.attach(control(IDC_VALUE_TEXT_1), "");
     // First and last in the tab order; the drive list directly behind its label, whose access key leads to it.
     SetWindowPos(driveList_.window(), control(IDC_DRIVES_LABEL), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     SetWindowPos(logList_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
@@ -207,12 +209,17 @@ void MainDialog::clearHealthPanel() {
         setControlText(id, "");
     }
     setControlText(IDC_HEALTH_MESSAGE, "");
+    setControlText(IDC_NVME_LIFE, "");
+    enduranceTip_.setText("");
     setControlText(IDC_GAUGE_TEXT, "00 00 00 00 00");
     InvalidateRect(window(), nullptr, TRUE);
 }
 
 // A message that does not show whole is told by its tool tip.
 void MainDialog::drawItem(const DRAWITEMSTRUCT& item) {
+    if (item.CtlID == IDC_NVME_LIFE) {
+        drawNvmeLife(item, background_.get(), hasActiveDrive(state_) ? state_.activeDrive.load() : nullptr);
+    }
     if (item.CtlID != IDC_HEALTH_MESSAGE) {
         return;
     }
@@ -228,6 +235,9 @@ void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
     }
     state_.activeDrive = drive;
     state_.activeDriveChosen = 1;
+    enduranceTip_.setText(drive->smartType == kSmartTypeNvme
+                              ? "The threshold is 7,000 times 1,024 GB written, the same for every drive."
+                              : "");
     InvalidateRect(window(), nullptr, TRUE);
 }
 

@@ -138,6 +138,7 @@ class MainDialog : public Dialog {
     UniqueFont dataFont_;
     std::vector<ToolTip> buttonTips_; ///< in the order of `buttonTips`
     ToolTip messageTip_;
+    ToolTip enduranceTip_; ///< of the threshold that is the same for all
     DriveListView driveList_;
     DrivesKnown drives_;
     DriveChanges driveChanges_;

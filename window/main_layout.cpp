@@ -1,5 +1,6 @@
 #include "window/main_layout.h"
 
+#include "health/panel_model.h"
 #include "resources/resource_ids.h"
 
 #include <algorithm>
@@ -17,16 +18,16 @@ constexpr int kLogListHeight = 162;
 // Headings and two rows.
 constexpr int kLeastListHeight = 62;
 
-// The dials stand 180 pixels apart; each has a line of text under its caption, as wide as the caption. The first dial's
-// line is too long for that and runs under all of them.
-constexpr int kDialStep = 180;
+// Each dial has a line of text under its caption, as wide as the caption. An NVMe drive's lines of numbers are longer
+// and stand above the dials.
 constexpr int kValueTextTop = 245;
 constexpr int kValueTextWidth = 140;
 constexpr int kValueTextHeight = 13;
 
-constexpr int kCommandsLineTop = 273;
-constexpr int kGroupNameTop = 277;
-constexpr int kGroupNameHeight = 14;
+constexpr int kMessageHeight = 17; // one line in large letters, or in small ones
+constexpr int kCommandsLineTop = 276;
+constexpr int kGroupNameTop = 278;
+constexpr int kGroupNameHeight = 13;
 
 // Seven columns of buttons, three rows. The columns of one group stand closer together than two groups.
 constexpr int kButtonWidth = 154;
@@ -108,12 +109,13 @@ void placeScanControls(std::vector<PlacedControl>& controls) {
 }
 
 void placeHealthTexts(std::vector<PlacedControl>& controls) {
-    // The message and the dials' texts take turns: no drive has both.
-    controls.push_back({IDC_HEALTH_MESSAGE, {kLeft, kValueTextTop, kRight, kValueTextTop + 2 * kValueTextHeight}});
+    constexpr int kMessageTop = kValueTextTop + kValueTextHeight;
+    controls.push_back({IDC_HEALTH_MESSAGE, {kLeft, kMessageTop, kRight, kMessageTop + kMessageHeight}});
     controls.push_back({IDC_GAUGE_TEXT, {1056, 122, kRight, 140}});
-    const int longTextTop = kValueTextTop + kValueTextHeight;
-    controls.push_back({IDC_VALUE_TEXT_1, {kLeft, longTextTop, 1050, longTextTop + kValueTextHeight}});
-    for (int dial = 1; dial < 6; ++dial) {
+    constexpr int kLongTextTop = kValueTextTop - kLongTextAbove;
+    constexpr int kLifeLeft = kLongTextLeft + kLongTextWidth + 10;
+    controls.push_back({IDC_NVME_LIFE, {kLifeLeft, kLongTextTop, 1050, kLongTextTop + kValueTextHeight}});
+    for (int dial = 0; dial < 6; ++dial) {
         const int left = dial * kDialStep;
         controls.push_back(
             {IDC_VALUE_TEXT_1 + dial, {left, kValueTextTop, left + kValueTextWidth, kValueTextTop + kValueTextHeight}});

@@ -29,6 +29,7 @@ class PanelWindow {
             addText(id);
         }
         addText(IDC_HEALTH_MESSAGE);
+        addText(IDC_NVME_LIFE);
     }
     ~PanelWindow() { DestroyWindow(window_); }
     PanelWindow(const PanelWindow&) = delete;

@@ -243,12 +243,14 @@ TEST_F(HealthPanel, KeepsNothingOfTheDriveBefore) {
     DriveRecord nvme = driveWithoutValues(kSmartTypeNvme);
     nvme.nvme.criticalWarning = 0;
     paint(nvme);
-    EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "");
+    EXPECT_EQ(window_.text(IDC_HEALTH_MESSAGE), "fine");
+    EXPECT_EQ(window_.text(IDC_VALUE_TEXT_1), " ");
     DriveRecord unknown = driveWithoutValues(kSmartTypeUnknown);
     paint(unknown);
     for (int id = IDC_VALUE_TEXT_1; id <= IDC_VALUE_TEXT_6; ++id) {
         EXPECT_EQ(window_.text(id), "");
     }
+    EXPECT_EQ(window_.text(IDC_NVME_LIFE), "");
     expectBlankDials(L"sw-gauge-small.png", L"sw-gauge-small.png");
 }
 

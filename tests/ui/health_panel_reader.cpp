@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <map>
 
 namespace torvane::driver {
@@ -196,6 +197,20 @@ void expectShown(const PanelReader& panel, const ExpectedPanel& expected) {
 }
 
 } // namespace
+
+std::array<std::string, kDialCount> counterTexts(const std::array<int, kDialCount>& counters) {
+    std::array<std::string, kDialCount> texts;
+    for (std::size_t i = 0; i < counters.size(); ++i) {
+        std::array<char, 40> years{};
+        std::snprintf(years.data(), years.size(), " h, %.1f y", counters[i] / 8760.0);
+        std::string number = std::to_string(counters[i]);
+        if (number.size() > 3) {
+            number.insert(number.size() - 3, ",");
+        }
+        texts[i] = counters[i] < 0 ? "not reported" : number + (i == 0 ? years.data() : "");
+    }
+    return texts;
+}
 
 std::ostream& operator<<(std::ostream& stream, const ExpectedPanel& expected) {
     return stream << expected.model;

@@ -1,5 +1,8 @@
 #include "health/panel_model.h"
 
+#include "health/counter_text.h"
+#include "health/health_sentence.h"
+#include "health/nvme_verdict.h"
 #include "tests/unit/health_test_drives.h"
 
 #include <gtest/gtest.h>
@@ -48,8 +51,8 @@ const Names kUnknownImages(kDialCount, "sw-gauge-small.png");
 const Names kStandardCaptions{"Power On Hours",  "Moved Errors",         "Slow Sectors",
                               "Pending Sectors", "Uncorrectable Errors", "Reported Errors"};
 
-bool hasNoTexts(const PanelTexts& texts) {
-    return texts.healthMessage.empty() && texts.endurance.empty() &&
+bool hasNoNumbers(const PanelTexts& texts) {
+    return texts.counters == std::array<std::string, kDialCount>{} && texts.endurance.empty() && texts.life.empty() &&
            texts.nvmeResults == std::array<std::string, kNvmeWarningCount>{};
 }
 
@@ -91,7 +94,8 @@ TEST(NoDrivePanel, ShowsDialsAndTheWhiteLamp) {
     EXPECT_EQ(captions(panel), kNoCaptions);
     expectNeedles(panel, kNoNeedles);
     EXPECT_EQ(panel.lampImage, "engine-check-white.png");
-    EXPECT_TRUE(hasNoTexts(panel.texts));
+    EXPECT_EQ(panel.texts.healthMessage, "");
+    EXPECT_TRUE(hasNoNumbers(panel.texts));
 }
 
 TEST(StandardPanel, ShowsEachCounterOnItsOwnDial) {
@@ -110,6 +114,9 @@ TEST(StandardPanel, ShowsEachCounterOnItsOwnDial) {
     EXPECT_EQ(*panel.dials[5].needleEnd, (PanelPoint{1024, 193}));
     EXPECT_EQ(panel.lampImage, "engine-check-red.png");
     EXPECT_EQ(panel.texts.healthMessage, "failing");
+    EXPECT_EQ(panel.texts.counters,
+              (std::array<std::string, kDialCount>{"30,000 h, 3.4 y", "10", "20", "30", "40", "250"}))
+        << "a needle at its end hides nothing";
 }
 
 TEST(StandardPanel, LeavesTheDialOfAnAbsentCounterBlank) {
@@ -120,6 +127,8 @@ TEST(StandardPanel, LeavesTheDialOfAnAbsentCounterBlank) {
     EXPECT_EQ(captions(panel), (Names{"", "", "", "Pending Sectors", "", ""}));
     expectNeedles(panel, {-1, -1, -1, 0.0, -1, -1});
     EXPECT_EQ(panel.lampImage, "engine-check-green.png");
+    EXPECT_EQ(panel.texts.counters[3], "0");
+    EXPECT_EQ(panel.texts.counters[4], "not reported");
 }
 
 TEST(StandardPanel, WithoutAnyCounterHasNoLampAtAll) {
@@ -127,7 +136,8 @@ TEST(StandardPanel, WithoutAnyCounterHasNoLampAtAll) {
     const PanelModel panel = buildPanelModel(&drive, fourMessages());
     expectNeedles(panel, kNoNeedles);
     EXPECT_EQ(panel.lampImage, "");
-    EXPECT_TRUE(hasNoTexts(panel.texts));
+    EXPECT_EQ(panel.texts.healthMessage, healthSentence(drive, fourMessages()));
+    EXPECT_TRUE(hasNoNumbers(panel.texts));
 }
 
 TEST(StandardPanel, WithoutAReportShowsTheWhiteLampAndNoNeedle) {
@@ -159,7 +169,7 @@ TEST(StandardPanel, AloneLoadsTheLabelsThatAreNotDrawn) {
     }
 }
 
-TEST(SsdPanel, ShowsItsOwnCountersWithoutLampOrMessage) {
+TEST(SsdPanel, ShowsItsOwnCountersWithoutLamp) {
     DriveRecord drive = soundDrive();
     drive.smartType = kSmartTypeSsd;
     drive.disk[Counter::kPowerOnHours] = 60000;
@@ -177,7 +187,18 @@ TEST(SsdPanel, ShowsItsOwnCountersWithoutLampOrMessage) {
     EXPECT_EQ(captions(panel), expected);
     expectNeedles(panel, {0.01, 0.01, 0.02, 0.03, 0.04, 0.05});
     EXPECT_EQ(panel.lampImage, "");
-    EXPECT_TRUE(hasNoTexts(panel.texts));
+    EXPECT_EQ(panel.texts.healthMessage, "wearing out");
+    EXPECT_EQ(panel.texts.counters, (std::array<std::string, kDialCount>{"20,000 h, 2.3 y", "1", "2", "3", "4", "5"}));
+}
+
+TEST(SsdPanel, TellsACounterThatTheOtherSetAloneHasWithoutANeedle) {
+    DriveRecord drive = driveWithoutValues(kSmartTypeSsd);
+    drive.ssd[Counter::kPowerOnHours] = 0;
+    drive.disk[Counter::kReportedUncorrectable] = 4012;
+    const PanelModel panel = buildPanelModel(&drive, {});
+    expectNeedles(panel, {0.0, -1, -1, -1, -1, -1});
+    EXPECT_EQ(panel.texts.counters[5], "4,012");
+    EXPECT_EQ(panel.texts.counters[1], "not reported");
 }
 
 TEST(SsdPanel, LeavesTheDialOfAnAbsentCounterBlank) {
@@ -196,7 +217,8 @@ TEST(NvmePanel, ShowsEnduranceAndPassesOfASoundDrive) {
                                       "Read-Only Mode", "Volatile Memory"}));
     expectNeedles(panel, {drive.nvme.enduranceFraction, 0, 0, 0, 0, 0});
     EXPECT_EQ(panel.lampImage, "");
-    EXPECT_EQ(panel.texts.healthMessage, "");
+    EXPECT_EQ(panel.texts.healthMessage, healthSentence(drive, fourMessages()));
+    EXPECT_EQ(panel.texts.life, nvmeLifeText(drive.nvme));
     EXPECT_EQ(panel.texts.endurance, "Total Bytes Written 953 GB is 0.01 percent of threshold");
     EXPECT_EQ(panel.texts.nvmeResults, (std::array<std::string, 5>{"RESULTS", "RESULT", "RESULT", "RESULT", "RESULT"}));
 }
@@ -241,7 +263,15 @@ TEST(UnknownDrivePanel, IsDialsAlone) {
     EXPECT_EQ(captions(panel), kNoCaptions);
     expectNeedles(panel, kNoNeedles);
     EXPECT_EQ(panel.lampImage, "");
-    EXPECT_TRUE(hasNoTexts(panel.texts));
+    EXPECT_EQ(panel.texts.healthMessage, healthSentence(drive, fourMessages()));
+    EXPECT_TRUE(hasNoNumbers(panel.texts));
+}
+
+TEST(CounterText, TellsHoursInYearsAsWell) {
+    EXPECT_EQ(counterText(Counter::kPowerOnHours, 8147), "8,147 h, 0.9 y");
+    EXPECT_EQ(counterText(Counter::kPowerOnHours, kNotReported), "not reported");
+    EXPECT_EQ(counterText(Counter::kPendingSectors, 4012), "4,012");
+    EXPECT_EQ(counterText(Counter::kPendingSectors, -7), "-7");
 }
 
 } // namespace
