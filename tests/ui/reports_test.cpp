@@ -25,13 +25,13 @@ struct Reported {
     const char* kind;
     const char* model;
     const char* fileName;
-    int icons; ///< different ones on the page
+    int icons; ///< different ones on the page: the key has them all
 };
 
 const std::vector<Reported> kReported = {
-    {"Ata", "Northwind HD500 Platter", "ReportNW5K00123417.pdf", 1},
+    {"Ata", "Northwind HD500 Platter", "ReportNW5K00123417.pdf", 4},
     {"Ssd", "Quillmark SX240 Solid", "ReportQM240S7781055.pdf", 0},
-    {"Nvme", "Harrowgate N512 Sprint", "Report0231_DCD7_F59C_5242..pdf", 1},
+    {"Nvme", "Harrowgate N512 Sprint", "Report0231_DCD7_F59C_5242..pdf", 4},
     {"NoSerialNumber", "Nameless", "ReportNot Available.pdf", 0},
 };
 
