@@ -46,7 +46,9 @@ class MonitoringToolTest : public UiTest {
     /// What the log has got since the test began, as "TYPE: message".
     [[nodiscard]] std::vector<std::string> log() const { return torvane().logRowsFrom(rowsBefore_); }
 
-    void expectWhiteLamp() const { clickAndExpectPanel(torvane(), {"SOUND", kStandardPanel, {}, "white", ""}); }
+    void expectWhiteLamp() const {
+        clickAndExpectPanel(torvane(), {"SOUND", kStandardPanel, {}, "white", "SMART could not be read."});
+    }
 
   private:
     int rowsBefore_ = 0;
@@ -81,7 +83,8 @@ TEST_F(MonitoringToolTest, AReportOfAnEarlierScanIsReadWhereThisOneLeftNone) {
     loadDrives();
     EXPECT_THAT(log(), Contains("INVALID: Could not build [Drive Data File.txt]"));
     EXPECT_THAT(log(), Each(Not("ERROR: Could not load SMART [PHYS0.txt] File for Processing")));
-    clickAndExpectPanel(torvane(), {"Left over", kStandardPanel, kFailingNeedles, "red", "Failing"});
+    clickAndExpectPanel(torvane(), {"Left over", kStandardPanel, kFailingNeedles, "red", "Failing",
+                                    counterTexts({30000, 77, -1, -1, -1, -1})});
 }
 
 TEST_F(MonitoringToolTest, AnotherDrivesReportOfAnEarlierScanIsNotUsed) {
