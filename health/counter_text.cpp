@@ -11,7 +11,7 @@ std::string counterText(Counter counter, std::int32_t value) {
         return "not reported";
     }
     // A raw value that fills its 32 bits reads as a negative number, as the needle takes it.
-    const std::string number = value < 0 ? std::to_string(value) : thousandsText(static_cast<std::uint64_t>(value));
+    std::string number = value < 0 ? std::to_string(value) : thousandsText(static_cast<std::uint64_t>(value));
     if (counter != Counter::kPowerOnHours) {
         return number;
     }
