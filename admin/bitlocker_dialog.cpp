@@ -7,6 +7,7 @@
 #include "records/drive_record.h"
 #include "resources/resource_ids.h"
 #include "state/scan_tables.h"
+#include "ui/colour_scheme.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
 
@@ -59,10 +60,7 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
 
     [[nodiscard]] bool isWayOut(int id) const override { return id == IDCANCEL || id == IDC_BITLOCKER_EXIT; }
 
-    HBRUSH onControlColour(HDC context) override {
-        SetBkColor(context, kDialogBackground);
-        return background_.get();
-    }
+    HBRUSH onControlColour(HDC context) override { return colourUponDialog(context); }
 
   private:
     // BitLockerRows
@@ -116,7 +114,6 @@ class BitLockerDialog : public Dialog, private BitLockerRows {
 
     DriveRecord& drive_;
     ScanState& scan_;
-    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     ListView list_;
 };
 

@@ -5,6 +5,7 @@
 #include "base/colours.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
+#include "ui/colour_scheme.h"
 #include "ui/dialog.h"
 #include "ui/list_view.h"
 
@@ -63,11 +64,11 @@ class DestructionWarningDialog : public Dialog {
     }
 
     HBRUSH onControlColour(HDC context) override {
-        SetBkColor(context, kDialogBackground);
+        const HBRUSH ground = colourUponDialog(context);
         if (WindowFromDC(context) == control(IDC_WARNING_TEXT)) {
-            SetTextColor(context, kWarningColour);
+            SetTextColor(context, stressedText(kWarningColour));
         }
-        return background_.get();
+        return ground;
     }
 
   private:
@@ -100,7 +101,6 @@ class DestructionWarningDialog : public Dialog {
 
     const Destruction& destruction_;
     const WarningFacts& facts_;
-    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     UniqueFont boldFont_;
     ListView list_;
 };

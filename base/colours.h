@@ -17,4 +17,9 @@ inline constexpr ColourCode kDialogBackground = colour(218, 223, 234);
 /// Background of the lists.
 inline constexpr ColourCode kListBackground = colour(136, 196, 236);
 
+/// A list's selected row, while the list has the keyboard and while it has not.
+inline constexpr ColourCode kSelectedText = colour(255, 255, 255);
+inline constexpr ColourCode kSelectedBackground = colour(0, 51, 102);
+inline constexpr ColourCode kRestingSelectedBackground = colour(52, 86, 130);
+
 } // namespace torvane

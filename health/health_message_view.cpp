@@ -2,6 +2,7 @@
 
 #include "health/nvme_verdict.h"
 #include "records/drive_record.h"
+#include "ui/colour_scheme.h"
 #include "ui/control_text.h"
 #include "ui/owned.h"
 
@@ -33,20 +34,22 @@ bool fitsOneLine(HDC context, std::wstring_view text, const RECT& place) {
            neededSize(context, text, place, kOneLine).cx <= place.right - place.left;
 }
 
-COLORREF lifeColour(const DriveRecord* drive) {
+COLORREF ownColour(const DriveRecord& drive) {
     constexpr std::uint32_t kWearingOut = 2;
-    const std::uint32_t level = drive == nullptr ? 0 : nvmeLevel(drive->nvme).value_or(0);
+    constexpr std::uint32_t kFailing = 3;
+    // Of its failure alone does any other drive tell by itself.
+    const std::uint32_t level = drive.smartType == kSmartTypeNvme ? nvmeLevel(drive.nvme).value_or(0) : kFailing;
     if (level < kWearingOut) {
-        return RGB(0, 0, 0);
+        return dialogText();
     }
-    return level == kWearingOut ? RGB(122, 66, 0) : RGB(176, 0, 0);
+    return stressedText(level == kWearingOut ? RGB(122, 66, 0) : RGB(176, 0, 0));
 }
 
 } // namespace
 
-bool drawHealthMessage(const DRAWITEMSTRUCT& item, HBRUSH background, HFONT large, HFONT small) {
-    FillRect(item.hDC, &item.rcItem, background);
-    SetTextColor(item.hDC, RGB(0, 0, 0));
+bool drawHealthMessage(const DRAWITEMSTRUCT& item, HFONT large, HFONT small) {
+    FillRect(item.hDC, &item.rcItem, dialogGroundBrush());
+    SetTextColor(item.hDC, dialogText());
     SetBkMode(item.hDC, TRANSPARENT);
     const std::wstring text = wideControlText(item.hwndItem);
     {
@@ -61,10 +64,10 @@ bool drawHealthMessage(const DRAWITEMSTRUCT& item, HBRUSH background, HFONT larg
     return neededSize(item.hDC, text, item.rcItem, kWrapped).cy <= item.rcItem.bottom - item.rcItem.top;
 }
 
-void drawNvmeLife(const DRAWITEMSTRUCT& item, HBRUSH background, const DriveRecord* drive) {
-    FillRect(item.hDC, &item.rcItem, background);
+void drawOwnVerdict(const DRAWITEMSTRUCT& item, const DriveRecord* drive) {
+    FillRect(item.hDC, &item.rcItem, dialogGroundBrush());
     const SelectedObject selected(item.hDC, reinterpret_cast<HFONT>(SendMessageW(item.hwndItem, WM_GETFONT, 0, 0)));
-    SetTextColor(item.hDC, lifeColour(drive));
+    SetTextColor(item.hDC, drive == nullptr ? dialogText() : ownColour(*drive));
     SetBkMode(item.hDC, TRANSPARENT);
     draw(item.hDC, wideControlText(item.hwndItem), item.rcItem, kOneLine);
 }

@@ -1,12 +1,13 @@
 #include "health/health_panel_view.h"
 
-#include "base/colours.h"
 #include "base/wide_text.h"
 #include "health/panel_model.h"
+#include "health/tool_missing.h"
 #include "resources/resource_ids.h"
 #include "state/active_drive.h"
 #include "state/app_state.h"
 #include "ui/back_buffer.h"
+#include "ui/colour_scheme.h"
 #include "ui/control_text.h"
 #include "ui/owned.h"
 #include "ui/pictures.h"
@@ -63,7 +64,7 @@ void drawCaptions(const PanelModel& panel, HDC context, Scale scale) {
                                       ANSI_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, PROOF_QUALITY,
                                       DEFAULT_PITCH | FF_DONTCARE, "Calibri")};
     const SelectedObject selected(context, font.get());
-    SetTextColor(context, RGB(0, 0, 0));
+    SetTextColor(context, dialogText());
     SetBkMode(context, TRANSPARENT);
     for (const Dial& dial : panel.dials) {
         RECT box{scale.px(dial.captionBox.left), scale.px(dial.captionBox.top), scale.px(dial.captionBox.right),
@@ -113,7 +114,7 @@ void placeFirstText(HWND window, bool isLong, Scale scale) {
 
 void showTexts(HWND window, const PanelTexts& texts, Scale scale) {
     showText(window, IDC_HEALTH_MESSAGE, texts.healthMessage);
-    showText(window, IDC_NVME_LIFE, texts.life);
+    showText(window, IDC_OWN_VERDICT, texts.own);
     const bool isNvme = !texts.endurance.empty();
     placeFirstText(window, isNvme, scale);
     showText(window, IDC_VALUE_TEXT_1, isNvme ? texts.endurance : texts.counters.front());
@@ -127,14 +128,15 @@ void showTexts(HWND window, const PanelTexts& texts, Scale scale) {
 
 void PaintHealthPanel(const AppState& state, HWND window, HDC context, Scale scale) {
     const DriveRecord* const activeDrive = hasActiveDrive(state) ? state.activeDrive.load() : nullptr;
-    const PanelModel panel = buildPanelModel(activeDrive, state.messages);
+    const PanelModel panel =
+        buildPanelModel(activeDrive, state.messages, activeDrive != nullptr && isToolMissed(*activeDrive));
     showTexts(window, panel.texts, scale);
 
     const BackBuffer buffer(context);
     if (!buffer.isUsable()) {
         return;
     }
-    buffer.fill(kDialogBackground);
+    buffer.fill(dialogGround());
     drawPictures(panel, buffer.context(), scale);
     drawCaptions(panel, buffer.context(), scale);
     buffer.show();

@@ -26,7 +26,10 @@ std::string ownFailure() {
     return "The drive itself says that it is FAILING: copy it at once, then replace it.";
 }
 
-std::string whyNoReport(const DriveRecord& drive) {
+std::string whyNoReport(const DriveRecord& drive, bool toolMissed) {
+    if (toolMissed) {
+        return "SMART could not be read: smartctl.exe is missing.";
+    }
     if (hasNoSmart(drive.smartText)) {
         return "The drive says that it keeps no SMART data.";
     }
@@ -39,15 +42,18 @@ std::string whyNoReport(const DriveRecord& drive) {
                : "This controller passes no SMART on. A disk that is connected directly tells its condition.";
 }
 
-std::string standardSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
-    if (drive.smartLoaded == 0 || hasNoSmart(drive.smartText)) {
-        return whyNoReport(drive);
+std::string standardSentence(const DriveRecord& drive, std::span<const MessageRecord> messages, bool toolMissed) {
+    if (drive.smartLoaded == 0) {
+        return whyNoReport(drive, toolMissed);
     }
-    const std::optional<std::uint32_t> level = healthLevel(drive);
-    if (saysThatItFails(drive.smartText) && level.value_or(0) < kFailing) {
-        return ownFailure();
+    if (const std::optional<std::uint32_t> level = healthLevel(drive)) {
+        return adviceFor(level, messages);
     }
-    return level ? adviceFor(level, messages) : "The drive reports none of the counters that tell its condition.";
+    if (hasNoSmart(drive.smartText)) {
+        return whyNoReport(drive, false);
+    }
+    return saysThatItFails(drive.smartText) ? ownFailure()
+                                            : "The drive reports none of the counters that tell its condition.";
 }
 
 struct SsdLevels {
@@ -78,7 +84,7 @@ SsdLevels ssdLevels(const DriveRecord& drive) {
 
 std::string ssdSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
     if (hasNoSmart(drive.smartText)) {
-        return whyNoReport(drive);
+        return whyNoReport(drive, false);
     }
     const SsdLevels levels = ssdLevels(drive);
     if (saysThatItFails(drive.smartText) && levels.errors.value_or(0) < kFailing) {
@@ -110,7 +116,7 @@ std::string unknownSentence(const DriveRecord& drive, std::span<const MessageRec
 
 } // namespace
 
-std::string healthSentence(const DriveRecord& drive, std::span<const MessageRecord> messages) {
+std::string healthSentence(const DriveRecord& drive, std::span<const MessageRecord> messages, bool toolMissed) {
     switch (drive.smartType) {
     case kSmartTypeNvme:
         return nvmeSentence(drive, messages);
@@ -119,10 +125,16 @@ std::string healthSentence(const DriveRecord& drive, std::span<const MessageReco
     case kSmartTypeUnknown:
         return unknownSentence(drive, messages);
     case kSmartTypeNone:
-        return whyNoReport(drive);
+        return whyNoReport(drive, toolMissed);
     default:
-        return standardSentence(drive, messages);
+        return standardSentence(drive, messages, toolMissed);
     }
+}
+
+std::string failureBesideCounters(const DriveRecord& drive) {
+    const bool isHardDisk = drive.smartType == kSmartTypeStandard && drive.smartLoaded != 0;
+    const std::optional<std::uint32_t> level = isHardDisk ? healthLevel(drive) : std::nullopt;
+    return level && *level < kFailing && saysThatItFails(drive.smartText) ? ownFailure() : std::string();
 }
 
 } // namespace torvane

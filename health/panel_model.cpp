@@ -106,6 +106,7 @@ PanelModel standardPanel(const DriveRecord* activeDrive, std::span<const Message
     if (activeDrive != nullptr && verdict.showsCounters) {
         showCounters(panel.dials, kStandardGauges, activeDrive->disk);
         tellCounters(panel.texts, kStandardGauges, activeDrive->disk, {});
+        panel.texts.own = failureBesideCounters(*activeDrive);
     }
     panel.lampImage = verdict.lampImage;
     return panel;
@@ -129,7 +130,7 @@ PanelModel nvmePanel(const DriveRecord& record) {
         showValue(panel.dials[0], "Gigabytes Written", record.nvme.enduranceFraction);
     }
     panel.texts.endurance = enduranceText(record);
-    panel.texts.life = nvmeLifeText(record.nvme);
+    panel.texts.own = nvmeLifeText(record.nvme);
     // Without a health log the pass/fail dials stay blank: an unread byte is neither a pass nor a failure.
     if (const auto failed = NvmeWarningBits(record)) {
         for (std::size_t bit = 0; bit < failed->size(); ++bit) {
@@ -163,10 +164,10 @@ PanelModel panelOfItsKind(const DriveRecord* activeDrive, std::span<const Messag
 
 } // namespace
 
-PanelModel buildPanelModel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
+PanelModel buildPanelModel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages, bool toolMissed) {
     PanelModel panel = panelOfItsKind(activeDrive, messages);
     if (activeDrive != nullptr) {
-        panel.texts.healthMessage = healthSentence(*activeDrive, messages);
+        panel.texts.healthMessage = healthSentence(*activeDrive, messages, toolMissed);
     }
     return panel;
 }

@@ -54,7 +54,7 @@ struct PanelTexts {
     std::array<std::string, kDialCount> counters;           ///< under the dials
     std::array<std::string, kNvmeWarningCount> nvmeResults; ///< beside the dials of bits 0 to 4
     std::string endurance;                                  ///< above the dials, with the next
-    std::string life;                                       ///< what an NVMe drive says of its own wear
+    std::string own; ///< what an NVMe drive says of its wear, or any drive of its failure
 };
 
 /// Everything that the health panel shows: a painter needs no other knowledge of the drive.
@@ -66,6 +66,7 @@ struct PanelModel {
 };
 
 /// The panel of the active drive; of no drive when it is null. Image names point to constants.
-[[nodiscard]] PanelModel buildPanelModel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages);
+[[nodiscard]] PanelModel buildPanelModel(const DriveRecord* activeDrive, std::span<const MessageRecord> messages,
+                                         bool toolMissed = false);
 
 } // namespace torvane

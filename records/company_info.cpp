@@ -17,4 +17,8 @@ CompanyInfo defaultCompanyInfo() {
     return info;
 }
 
+bool namesNoCompany(const CompanyInfo& info) {
+    return info.companyAddress.view() == defaultCompanyInfo().companyAddress.view();
+}
+
 } // namespace torvane

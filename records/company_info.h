@@ -25,4 +25,7 @@ static_assert(std::is_trivially_copyable_v<CompanyInfo>);
 /// What stands there until the workshop enters its own.
 [[nodiscard]] CompanyInfo defaultCompanyInfo();
 
+/// True while the address is the one that ships.
+[[nodiscard]] bool namesNoCompany(const CompanyInfo& info);
+
 } // namespace torvane

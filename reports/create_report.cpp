@@ -35,26 +35,27 @@ ReportWriter writerFor(std::int32_t smartType) {
 
 } // namespace
 
-void CreateReport(AppState& state) {
+bool CreateReport(AppState& state) {
     const DriveRecord* const drive =
         requireActiveDrive(state, "Load Drives, and click on drive to make ACTIVE for report.");
     if (drive == nullptr) {
-        return;
+        return false;
     }
     state.chosen.reportFileName.assign(reportFileName(drive->serialNumber.view()));
     const ReportWriter write = writerFor(drive->smartType);
     if (write == nullptr) {
         prompts::stop("****** UNSUPPORTED DEVICE ******", "Unsupported Device for Report");
-        return;
+        return false;
     }
     if (write(state) == 0) {
-        return;
+        return false;
     }
     const std::string command = openReportCommand(state.chosen.reportFileName.view());
     // The report is there, whether or not the user has waited for it to be opened.
     static_cast<void>(waiting::run("PowerShell", [command] { PARSE_BuildDataFile("WorkFile.txt", command.c_str()); }));
     prompts::inform("***** REPORT COMPLETED*****",
                     formatText("Report for <%s> successfully CREATED\n", state.chosen.reportFileName.c_str()).c_str());
+    return true;
 }
 
 } // namespace torvane

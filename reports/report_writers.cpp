@@ -4,6 +4,7 @@
 #include "base/local_moment.h"
 #include "health/health_sentence.h"
 #include "health/nvme_verdict.h"
+#include "health/tool_missing.h"
 #include "records/drive_record.h"
 #include "records/drive_texts.h"
 #include "reports/pdf_page.h"
@@ -54,6 +55,11 @@ int tell(const Writing& writing) {
     return 0;
 }
 
+std::string verdictInWords(const DriveRecord& drive, const MessageTable& messages) {
+    const std::string failure = failureBesideCounters(drive);
+    return failure.empty() ? healthSentence(drive, messages, isToolMissed(drive)) : failure;
+}
+
 int writeReport(const AppState& state, ReportPage (*compose)(const ReportFacts&)) {
     DriveRecord& drive = *state.activeDrive;
     const auto writing = std::make_shared<Writing>(
@@ -61,7 +67,7 @@ int writeReport(const AppState& state, ReportPage (*compose)(const ReportFacts&)
                                  .company = state.companyInfo,
                                  .date = today(),
                                  .interfaceName = interfaceText(drive),
-                                 .verdict = healthSentence(drive, state.messages),
+                                 .verdict = verdictInWords(drive, state.messages),
                                  .wear = drive.smartType == kSmartTypeNvme ? nvmeLifeText(drive.nvme) : ""}),
                 .fileName = std::string(state.chosen.reportFileName.view()),
                 .outcome = {}});

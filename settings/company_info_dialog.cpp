@@ -1,8 +1,8 @@
 #include "settings/company_info_dialog.h"
 
-#include "base/colours.h"
 #include "resources/resource_ids.h"
 #include "settings/company_info_file.h"
+#include "ui/colour_scheme.h"
 #include "ui/control_text.h"
 #include "ui/dialog.h"
 #include "ui/edit_text.h"
@@ -79,11 +79,7 @@ class CompanyInfoDialog : public Dialog {
     // The control's own limit counts characters, of which one takes up to four bytes.
     void onTextChange(int id) override { keepWithinBytes(control(id), kTextRoom); }
 
-    HBRUSH onControlColour(HDC context) override {
-        SetTextColor(context, RGB(0, 0, 0));
-        SetBkColor(context, kDialogBackground);
-        return background_.get();
-    }
+    HBRUSH onControlColour(HDC context) override { return colourUponDialog(context); }
 
   private:
     static constexpr std::size_t kTextRoom = sizeof(CompanyInfo::companyName) - 1;
@@ -161,7 +157,6 @@ class CompanyInfoDialog : public Dialog {
     CompanyInfo& info_;
     Texts saved_;          ///< as they are in the file, or were when the dialog opened
     PixelSize textSize_{}; ///< at 96 dots to the inch
-    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };
 
 } // namespace

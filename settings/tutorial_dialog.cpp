@@ -1,8 +1,8 @@
 #include "settings/tutorial_dialog.h"
 
-#include "base/colours.h"
 #include "resources/resource_ids.h"
 #include "settings/tutorial.h"
+#include "ui/colour_scheme.h"
 #include "ui/dialog.h"
 #include "ui/resource_image.h"
 #include "ui/scrolling.h"
@@ -61,10 +61,7 @@ class TutorialDialog : public Dialog {
         return true;
     }
 
-    HBRUSH onControlColour(HDC context) override {
-        SetBkColor(context, kDialogBackground);
-        return background_.get();
-    }
+    HBRUSH onControlColour(HDC context) override { return colourUponDialog(context); }
 
   private:
     void placeOnScreen() {
@@ -95,7 +92,6 @@ class TutorialDialog : public Dialog {
 
     bool prevented_;                       ///< when it opens
     std::optional<ResourceImage> picture_; ///< once laid out
-    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
 };
 
 } // namespace

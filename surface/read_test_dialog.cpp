@@ -1,12 +1,12 @@
 #include "surface/read_test_dialog.h"
 
-#include "base/colours.h"
 #include "base/format.h"
 #include "resources/resource_ids.h"
 #include "state/active_drive.h"
 #include "state/app_state.h"
 #include "surface/read_test_texts.h"
 #include "surface/read_test_workers.h"
+#include "ui/colour_scheme.h"
 #include "ui/dialog.h"
 #include "ui/prompts.h"
 
@@ -107,10 +107,7 @@ class ReadTestDialog : public Dialog {
         return IsWindowEnabled(window()) == FALSE || route(*this, kRoutes, id);
     }
 
-    HBRUSH onControlColour(HDC context) override {
-        SetBkColor(context, kDialogBackground);
-        return background_.get();
-    }
+    HBRUSH onControlColour(HDC context) override { return colourUponDialog(context); }
 
     void onDestroy() override { display_->detach(); }
 
@@ -151,7 +148,6 @@ class ReadTestDialog : public Dialog {
     ReadTestKind kind_;
     DriveRecord& drive_;
     PixelSize size_{}; ///< of the client area at 96 dots to the inch: the template's, with room for all
-    UniqueBrush background_{CreateSolidBrush(kDialogBackground)};
     std::shared_ptr<DialogDisplay> display_ = std::make_shared<DialogDisplay>();
 };
 

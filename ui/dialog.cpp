@@ -141,6 +141,9 @@ INT_PTR Dialog::dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:
         return reinterpret_cast<INT_PTR>(onControlColour(reinterpret_cast<HDC>(wParam)));
+    case WM_SYSCOLORCHANGE:
+        passOnColourChange();
+        return FALSE;
     case WM_QUERYDRAGICON:
         return reinterpret_cast<INT_PTR>(onQueryDragIcon());
     case WM_DESTROY:
@@ -266,6 +269,14 @@ void Dialog::layOutAnew() {
         followFocus(window_);
     }
     RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+}
+
+// The system tells top-level windows alone.
+void Dialog::passOnColourChange() const {
+    for (HWND child = GetWindow(window_, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        SendMessageA(child, WM_SYSCOLORCHANGE, 0, 0);
+    }
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 bool Dialog::isHeldBack(UINT message, WPARAM wParam) const {

@@ -123,6 +123,7 @@ class Dialog {
     void scaleFont(Scale before);
     void tellChildren(Scale before) const;
     void layOutAnew();
+    void passOnColourChange() const;
 
     int templateId_;
     HWND window_ = nullptr;

@@ -1,12 +1,16 @@
 #include "ui/list_view.h"
 
+#include "base/colours.h"
 #include "base/wide_text.h"
+#include "ui/colour_scheme.h"
 #include "ui/owned.h"
 #include "ui/window_scale.h"
 
 #include <array>
 #include <atomic>
 #include <cstddef>
+#include <map>
+#include <optional>
 
 namespace torvane {
 
@@ -63,11 +67,28 @@ void scaleCheckBoxes(HWND list, Scale scale) {
     ImageList_Destroy(ListView_SetImageList(list, boxes, LVSIL_STATE));
 }
 
+/// The window property that keeps a list's own background.
+constexpr const char* kOwnGround = "Torvane list background";
+
+void colourGround(HWND list) {
+    const auto own = static_cast<COLORREF>(reinterpret_cast<UINT_PTR>(GetPropA(list, kOwnGround)));
+    ListView_SetBkColor(list, listGround(own));
+    ListView_SetTextBkColor(list, listGround(own));
+    ListView_SetTextColor(list, GetSysColor(COLOR_WINDOWTEXT));
+}
+
 void scaleColumns(HWND list, Scale before, Scale now) {
     const int columns = Header_GetItemCount(ListView_GetHeader(list));
     for (int column = 0; column < columns; ++column) {
         ListView_SetColumnWidth(list, column, now.px(before.at96(ListView_GetColumnWidth(list, column))));
     }
+}
+
+// A row that counts as selected would get the system's colours, which without the keyboard look disabled.
+void colourCell(NMLVCUSTOMDRAW& draw, const CellColours& colours) {
+    draw.clrText = colours.text;
+    draw.clrTextBk = colours.background;
+    draw.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED);
 }
 
 /// What all lists do with a message at last. They are not subclassed by SetWindowSubclass: some systems look up what
@@ -87,8 +108,8 @@ bool ListView::create(HWND parent, int id, const RECT& place, DWORD style, DWORD
         SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ListView::listProcedure)));
     SendMessageA(window_, WM_SETFONT, static_cast<WPARAM>(SendMessageA(parent, WM_GETFONT, 0, 0)), FALSE);
     ListView_SetExtendedListViewStyle(window_, extendedStyle);
-    ListView_SetBkColor(window_, background);
-    ListView_SetTextBkColor(window_, background);
+    SetPropA(window_, kOwnGround, reinterpret_cast<HANDLE>(static_cast<UINT_PTR>(background)));
+    colourGround(window_);
     if (const Scale scale = scaleOf(window_); scale != Scale{}) {
         scaleCheckBoxes(window_, scale);
     }
@@ -179,6 +200,10 @@ bool ListView::isTicked(int row) const {
     return ListView_GetCheckState(window_, row) == 1;
 }
 
+bool ListView::isSelected(int row) const {
+    return ListView_GetItemState(window_, row, LVIS_SELECTED) != 0;
+}
+
 int ListView::selectedRow() const {
     return ListView_GetNextItem(window_, -1, LVNI_SELECTED);
 }
@@ -243,6 +268,48 @@ void ListView::deleteRows() {
     ListView_DeleteAllItems(window_);
 }
 
+void ListView::arrange(std::span<const LPARAM> data) {
+    std::map<LPARAM, int> places;
+    for (const LPARAM each : data) {
+        places.emplace(each, static_cast<int>(places.size()));
+    }
+    const auto compare = [](LPARAM left, LPARAM right, LPARAM context) -> int {
+        const auto& placeOf = *reinterpret_cast<const std::map<LPARAM, int>*>(context);
+        return placeOf.at(left) - placeOf.at(right);
+    };
+    const int selected = selectedRow();
+    const LPARAM selectedData = selected < 0 ? 0 : rowData(selected);
+    ListView_SortItems(window_, static_cast<int CALLBACK (*)(LPARAM, LPARAM, LPARAM)>(compare),
+                       reinterpret_cast<LPARAM>(&places));
+    // Some systems leave the selection at its place.
+    if (selected >= 0) {
+        selectRow(places.at(selectedData));
+    }
+}
+
+void ListView::markSorted(int column, bool descending) {
+    const HWND header = ListView_GetHeader(window_);
+    const int columns = Header_GetItemCount(header);
+    for (int each = 0; each < columns; ++each) {
+        HDITEMW heading{};
+        heading.mask = HDI_FORMAT;
+        SendMessageA(header, HDM_GETITEMW, static_cast<WPARAM>(each), reinterpret_cast<LPARAM>(&heading));
+        heading.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (each == column) {
+            heading.fmt |= descending ? HDF_SORTDOWN : HDF_SORTUP;
+        }
+        SendMessageA(header, HDM_SETITEMW, static_cast<WPARAM>(each), reinterpret_cast<LPARAM>(&heading));
+    }
+}
+
+int ListView::columnWidth(int column) const {
+    return scaleOf(window_).at96(ListView_GetColumnWidth(window_, column));
+}
+
+void ListView::setColumnWidth(int column, int width) {
+    ListView_SetColumnWidth(window_, column, scaleOf(window_).px(width));
+}
+
 void ListView::scrollIntoView(int row) {
     ListView_EnsureVisible(window_, row, FALSE);
 }
@@ -269,6 +336,12 @@ LRESULT CALLBACK ListView::listProcedure(HWND window, UINT message, WPARAM wPara
         scaleColumns(window, Scale{static_cast<int>(wParam)}, now);
         scaleCheckBoxes(window, now);
     }
+    if (message == WM_SYSCOLORCHANGE) {
+        colourGround(window);
+    }
+    if (message == WM_NCDESTROY) {
+        RemovePropA(window, kOwnGround);
+    }
     return CallWindowProcW(classProcedure, window, message, wParam, lParam);
 }
 
@@ -286,18 +359,32 @@ UndrawnList::~UndrawnList() {
     }
 }
 
-LRESULT drawCells(const ListView& list, NMLVCUSTOMDRAW& draw,
-                  const std::function<CellColours(int column, const std::string& text)>& coloursOf) {
+CellColours selectedColours(const ListView& list) {
+    return {kSelectedText, GetFocus() == list.window() ? kSelectedBackground : kRestingSelectedBackground};
+}
+
+LRESULT drawSelection(const ListView& list, NMLVCUSTOMDRAW& draw) {
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) {
+        return isHighContrast() ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
+    }
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT && list.isSelected(static_cast<int>(draw.nmcd.dwItemSpec))) {
+        colourCell(draw, selectedColours(list));
+    }
+    return CDRF_DODEFAULT;
+}
+
+LRESULT drawCells(const ListView& list, NMLVCUSTOMDRAW& draw, const ColoursOfCell& coloursOf) {
     switch (draw.nmcd.dwDrawStage) {
     case CDDS_PREPAINT:
-        return CDRF_NOTIFYITEMDRAW;
+        return isHighContrast() ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
         return CDRF_NOTIFYSUBITEMDRAW;
     case CDDS_ITEMPREPAINT | CDDS_SUBITEM: {
         const int row = static_cast<int>(draw.nmcd.dwItemSpec);
-        const CellColours colours = coloursOf(draw.iSubItem, list.cell(row, draw.iSubItem));
-        draw.clrText = colours.text;
-        draw.clrTextBk = colours.background;
+        const std::string text = list.cell(row, draw.iSubItem);
+        const std::optional<CellColours> selected =
+            list.isSelected(row) ? std::optional(selectedColours(list)) : std::nullopt;
+        colourCell(draw, coloursOf(draw.iSubItem, text, selected));
         return CDRF_DODEFAULT;
     }
     default:

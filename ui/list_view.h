@@ -5,6 +5,8 @@
 #include <commctrl.h>
 
 #include <functional>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -37,6 +39,7 @@ class ListView {
     [[nodiscard]] LPARAM rowData(int row) const;
     [[nodiscard]] int rowCount() const;
     [[nodiscard]] bool isTicked(int row) const;
+    [[nodiscard]] bool isSelected(int row) const;
     /// -1 when no row is.
     [[nodiscard]] int selectedRow() const;
     /// The rows that are selected, or else the one that has the focus among the rows.
@@ -54,6 +57,14 @@ class ListView {
     /// The row's visible part, screen pixels.
     [[nodiscard]] RECT rowPlace(int row) const;
     void deleteRows();
+    /// Moves the rows into the order of their data; `data` names each row's once. Ticks and the selection go with them.
+    void arrange(std::span<const LPARAM> data);
+    /// Shows in that column's heading by which the rows are sorted; -1: none.
+    void markSorted(int column, bool descending);
+
+    /// Pixels of 96 to the inch.
+    [[nodiscard]] int columnWidth(int column) const;
+    void setColumnWidth(int column, int width);
 
     void scrollIntoView(int row);
     void redraw();
@@ -86,9 +97,16 @@ class UndrawnList {
     bool shown_;
 };
 
+/// Which colours a cell gets: `selected` are those of the selected row, for a cell of that row.
+using ColoursOfCell =
+    std::function<CellColours(int column, const std::string& text, const std::optional<CellColours>& selected)>;
+
 /// Serves a list's NM_CUSTOMDRAW: asks for the notifications of items and of sub-items, and gives each cell the colours
-/// that `coloursOf` answers for its text and column. Returns the value to hand back to the control.
-LRESULT drawCells(const ListView& list, NMLVCUSTOMDRAW& draw,
-                  const std::function<CellColours(int column, const std::string& text)>& coloursOf);
+/// that `coloursOf` answers. Returns the value to hand back to the control. In high contrast the control draws by
+/// itself.
+LRESULT drawCells(const ListView& list, NMLVCUSTOMDRAW& draw, const ColoursOfCell& coloursOf);
+
+/// The same for a list whose cells have no colours of their own.
+LRESULT drawSelection(const ListView& list, NMLVCUSTOMDRAW& draw);
 
 } // namespace torvane

@@ -106,6 +106,7 @@ LRESULT CALLBACK WaitingStrip::procedure(HWND window, UINT message, WPARAM wPara
         return TRUE;
     }
     if (message == WM_CTLCOLORSTATIC) {
+        SetTextColor(reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_INFOTEXT));
         SetBkMode(reinterpret_cast<HDC>(wParam), TRANSPARENT);
         return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_INFOBK));
     }

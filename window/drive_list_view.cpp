@@ -5,8 +5,12 @@
 #include "records/drive_record.h"
 #include "records/drive_texts.h"
 #include "resources/resource_ids.h"
+#include "ui/colour_scheme.h"
+#include "window/finding_row.h"
 #include "window/list_cells.h"
+#include "window/painted_cells.h"
 
+#include <numeric>
 #include <utility>
 
 namespace torvane {
@@ -18,17 +22,16 @@ constexpr ColourCode kEmptyListText = colour(0, 0, 128);
 
 } // namespace
 
-bool DriveListView::create(HWND parent) {
+bool DriveListView::create(HWND parent, const ColumnWidths& widths) {
     if (!list_.create(parent, IDC_DRIVE_LIST, {}, WS_VISIBLE | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
                       LVS_EX_GRIDLINES | LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT, kListBackground)) {
         return false;
     }
-    list_.addColumn("Model", 250);
-    list_.addColumn("Serial Number", 150);
-    list_.addColumn("Size Sectors", 90);
-    list_.addColumn("Size GB", 85);
-    list_.addColumn("Interface", 120);
-    list_.addColumn("Status", 460);
+    int column = 0;
+    for (const char* const heading : {"Model", "Serial Number", "Size Sectors", "Size GB", "Interface", "Status"}) {
+        list_.addColumn(heading, widths.drives.at(static_cast<std::size_t>(column)));
+        ++column;
+    }
     return true;
 }
 
@@ -37,6 +40,7 @@ void DriveListView::showTips(std::function<std::string(const DriveRecord&)> text
 }
 
 void DriveListView::addRow(DriveRecord& record) {
+    drives_.push_back(&record);
     record.listPosition = list_.rowCount();
     const int row = list_.appendRow(record.model.c_str(), reinterpret_cast<LPARAM>(&record));
     list_.setCell(row, kDriveColumnSerialNumber, record.serialNumber.c_str());
@@ -44,6 +48,47 @@ void DriveListView::addRow(DriveRecord& record) {
     list_.setCell(row, kDriveColumnSizeGigabytes, sizeGigabytesText(record).c_str());
     list_.setCell(row, kDriveColumnStatus, "Idle");
     list_.setCell(row, kDriveColumnInterface, interfaceText(record).c_str());
+}
+
+void DriveListView::deleteRows() {
+    list_.deleteRows();
+    drives_.clear();
+    sort({}); // the next scan's order
+}
+
+void DriveListView::sort(const DriveOrder& order) {
+    order_ = order;
+    std::vector<DriveRow> rows(drives_.size());
+    std::vector<int> numbers(drives_.size());
+    std::iota(numbers.begin(), numbers.end(), 0);
+    const std::vector<RowTexts> texts = list_.wholeRows(numbers);
+    for (std::size_t i = 0; i < drives_.size(); ++i) {
+        rows[i] = {.drive = drives_[i], .cells = texts.at(static_cast<std::size_t>(drives_[i]->listPosition))};
+    }
+    std::vector<LPARAM> data;
+    for (const std::size_t row : sortedRows(rows, order)) {
+        data.push_back(reinterpret_cast<LPARAM>(drives_[row]));
+    }
+    list_.arrange(data);
+    renumberRows();
+    list_.markSorted(order.column ? static_cast<int>(*order.column) : -1, order.descending);
+}
+
+void DriveListView::renumberRows() const {
+    for (int row = 0; row < list_.rowCount(); ++row) {
+        record(row)->listPosition = row;
+    }
+}
+
+DriveRecord* DriveListView::driveOfMessage(std::string_view message) const {
+    const std::vector<const DriveRecord*> drives(drives_.begin(), drives_.end());
+    const std::optional<std::size_t> found = driveOfFinding(message, drives);
+    return found ? drives_[*found] : nullptr;
+}
+
+void DriveListView::select(const DriveRecord& drive) {
+    list_.selectRow(drive.listPosition);
+    list_.scrollIntoView(drive.listPosition);
 }
 
 void DriveListView::setStatus(const DriveRecord& drive, const std::string& text) {
@@ -111,8 +156,8 @@ void DriveListView::drawEmptyText(HDC context) const {
     RECT headings{};
     GetWindowRect(ListView_GetHeader(list_.window()), &headings);
     place.top += headings.bottom - headings.top;
-    SetBkColor(context, kListBackground); // over the grid
-    SetTextColor(context, kEmptyListText);
+    SetBkColor(context, listGround(kListBackground)); // over the grid
+    SetTextColor(context, stressedText(kEmptyListText));
     DrawTextW(context, wideText(emptyText_).c_str(), -1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
@@ -122,10 +167,7 @@ LRESULT DriveListView::draw(NMLVCUSTOMDRAW& draw) const {
         return CDRF_DODEFAULT;
     }
     const LRESULT more = rowCount() == 0 && draw.nmcd.dwDrawStage == CDDS_PREPAINT ? CDRF_NOTIFYPOSTPAINT : 0;
-    return more | drawCells(list_, draw, [](int column, const std::string& text) {
-               const CellPaint paint = driveCellPaint(column, text);
-               return CellColours{paint.text, paint.background};
-           });
+    return more | drawCells(list_, draw, paintedBy(&driveCellPaint));
 }
 
 } // namespace torvane

@@ -2,11 +2,14 @@
 
 #include "ui/list_view.h"
 #include "ui/row_tips.h"
+#include "window/column_widths.h"
+#include "window/drive_order.h"
 #include "window/list_text.h"
 
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace torvane {
@@ -17,14 +20,18 @@ struct DriveRecord;
 class DriveListView {
   public:
     /// Its place is still to be given to it.
-    bool create(HWND parent);
+    bool create(HWND parent, const ColumnWidths& widths);
 
     /// While the mouse rests on a drive's row, `textOf` tells more of the drive.
     void showTips(std::function<std::string(const DriveRecord&)> textOf);
 
     /// Appends the drive's row and sets the record's list position.
     void addRow(DriveRecord& record);
-    void deleteRows() { list_.deleteRows(); }
+    void deleteRows();
+    /// Sorts the rows, and renumbers the records' list positions. Rows that come or change later do not move.
+    void sort(const DriveOrder& order);
+    [[nodiscard]] const DriveOrder& order() const { return order_; }
+    [[nodiscard]] int columnWidth(int column) const { return list_.columnWidth(column); }
     /// What the list says while it has no row.
     void setEmptyText(const std::string& text);
     void redraw() { list_.redraw(); }
@@ -40,6 +47,11 @@ class DriveListView {
 
     /// The drive whose row is selected; null when none is.
     [[nodiscard]] DriveRecord* selectedDrive() const;
+
+    /// The drive that a message of the event log tells a SMART finding of; null for other messages.
+    [[nodiscard]] DriveRecord* driveOfMessage(std::string_view message) const;
+    /// Selects the drive's row, and scrolls it into view.
+    void select(const DriveRecord& drive);
 
     /// True for a place of the list, in its own pixels, on a row and beside its check box.
     [[nodiscard]] bool isOnRow(POINT place) const { return list_.isOnRow(place); }
@@ -59,8 +71,11 @@ class DriveListView {
     [[nodiscard]] DriveRecord* record(int row) const { return reinterpret_cast<DriveRecord*>(list_.rowData(row)); }
 
     void drawEmptyText(HDC context) const;
+    void renumberRows() const;
 
     ListView list_;
+    std::vector<DriveRecord*> drives_; ///< in the scan's order
+    DriveOrder order_;
     std::string emptyText_;
     RowTips tips_;
 };

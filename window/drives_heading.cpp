@@ -14,6 +14,9 @@ std::string drivesHeading(const DrivesKnown& known) {
     if (known.haveChanged) {
         heading += ". Drives have changed: Load Drives";
     }
+    if (known.reportNamesNobody) {
+        heading += ". The report names no company: see \"Company Information\"";
+    }
     return heading;
 }
 

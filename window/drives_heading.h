@@ -15,7 +15,8 @@ struct DrivesFound {
 struct DrivesKnown {
     std::optional<DrivesFound> found; ///< none before the first scan and during one
     bool isScanning = false;
-    bool haveChanged = false; ///< a drive has come or gone since
+    bool haveChanged = false;       ///< a drive has come or gone since
+    bool reportNamesNobody = false; ///< one was made with the address that ships
 };
 
 /// The drive list's heading, with its access key.

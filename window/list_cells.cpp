@@ -35,6 +35,10 @@ CellPaint statusPaint(std::string_view text) {
 
 } // namespace
 
+CellPaint paintWhenSelected(const CellPaint& own, const CellPaint& selected) {
+    return own == kPlainCell || own == kQuietCell ? selected : own;
+}
+
 CellPaint driveCellPaint(int column, std::string_view text) {
     switch (column) {
     case kDriveColumnModel:

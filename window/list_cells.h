@@ -33,4 +33,8 @@ struct CellPaint {
 [[nodiscard]] CellPaint driveCellPaint(int column, std::string_view text);
 [[nodiscard]] CellPaint logCellPaint(int column, std::string_view text);
 
+/// What the cell of a selected row gets, where the row's own colours are `selected`: one that tells something by its
+/// colour goes on telling it.
+[[nodiscard]] CellPaint paintWhenSelected(const CellPaint& own, const CellPaint& selected);
+
 } // namespace torvane

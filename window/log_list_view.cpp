@@ -3,20 +3,22 @@
 #include "base/colours.h"
 #include "resources/resource_ids.h"
 #include "window/list_cells.h"
+#include "window/painted_cells.h"
 
 #include <numeric>
 #include <optional>
 
 namespace torvane {
 
-bool LogListView::create(HWND parent) {
+bool LogListView::create(HWND parent, const ColumnWidths& widths) {
     if (!list_.create(parent, IDC_LOG_LIST, {}, 0, LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT, kListBackground)) {
         return false;
     }
-    list_.addColumn("Type", 100);
-    list_.addColumn("Date", 100);
-    list_.addColumn("Time", 100);
-    list_.addColumn("Message", 850);
+    int column = 0;
+    for (const char* const heading : {"Type", "Date", "Time", "Message"}) {
+        list_.addColumn(heading, widths.log.at(static_cast<std::size_t>(column)));
+        ++column;
+    }
     return true;
 }
 
@@ -44,6 +46,11 @@ std::vector<RowTexts> LogListView::chosenRows() const {
     return list_.wholeRows(list_.chosenRows());
 }
 
+std::string LogListView::chosenMessage() const {
+    const std::vector<int> rows = list_.chosenRows();
+    return rows.size() == 1 ? list_.wholeRows(rows).front()[kLogColumnMessage] : std::string();
+}
+
 std::vector<RowTexts> LogListView::allRows() const {
     std::vector<int> rows(static_cast<std::size_t>(list_.rowCount()));
     std::iota(rows.begin(), rows.end(), 0);
@@ -59,10 +66,7 @@ POINT LogListView::menuPlace(POINT askedAt) {
 }
 
 LRESULT LogListView::draw(NMLVCUSTOMDRAW& draw) const {
-    return drawCells(list_, draw, [](int column, const std::string& text) {
-        const CellPaint paint = logCellPaint(column, text);
-        return CellColours{paint.text, paint.background};
-    });
+    return drawCells(list_, draw, paintedBy(&logCellPaint));
 }
 
 } // namespace torvane

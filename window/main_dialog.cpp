@@ -1,7 +1,6 @@
 #include "window/main_dialog.h"
 
 #include "admin/mounting.h"
-#include "base/colours.h"
 #include "discovery/drive_summary.h"
 #include "health/health_message_view.h"
 #include "health/health_panel_view.h"
@@ -11,6 +10,7 @@
 #include "settings/tutorial_dialog.h"
 #include "state/active_drive.h"
 #include "state/app_state.h"
+#include "ui/colour_scheme.h"
 #include "ui/control_text.h"
 #include "ui/menu_item.h"
 #include "ui/program_icon.h"
@@ -19,6 +19,7 @@
 #include "ui/task_bar_windows.h"
 #include "ui/window_scale.h"
 #include "window/button_tips.h"
+#include "window/column_widths_file.h"
 #include "window/main_window_view.h"
 #include "window/shutdown_guard.h"
 #include "window/work_folder.h"
@@ -52,7 +53,6 @@ bool MainDialog::onInitialise() {
     driveChanges_.watch(window());
     state_.activeDriveChosen = 0;
     state_.activeDrive = nullptr;
-    background_.reset(CreateSolidBrush(kDialogBackground));
     SetWindowTextA(window(), "Torvane ver 1.2 June 20, 2022 7:40 AM");
     buildListViews();
     layOut();
@@ -161,9 +161,10 @@ void MainDialog::placeControls() {
 }
 
 void MainDialog::buildListViews() {
-    driveList_.create(window());
+    columnWidths_ = loadColumnWidths();
+    driveList_.create(window(), columnWidths_);
     driveList_.showTips([this](const DriveRecord& drive) { return driveSummary(drive, state_.scan.volumes); });
-    logList_.create(window());
+    logList_.create(window(), columnWidths_);
     view_.logRows().attach(logList_);
     attachButtonTips();
     showDrivesKnown();
@@ -209,7 +210,7 @@ void MainDialog::clearHealthPanel() {
         setControlText(id, "");
     }
     setControlText(IDC_HEALTH_MESSAGE, "");
-    setControlText(IDC_NVME_LIFE, "");
+    setControlText(IDC_OWN_VERDICT, "");
     enduranceTip_.setText("");
     setControlText(IDC_GAUGE_TEXT, "00 00 00 00 00");
     InvalidateRect(window(), nullptr, TRUE);
@@ -217,14 +218,14 @@ void MainDialog::clearHealthPanel() {
 
 // A message that does not show whole is told by its tool tip.
 void MainDialog::drawItem(const DRAWITEMSTRUCT& item) {
-    if (item.CtlID == IDC_NVME_LIFE) {
-        drawNvmeLife(item, background_.get(), hasActiveDrive(state_) ? state_.activeDrive.load() : nullptr);
+    if (item.CtlID == IDC_OWN_VERDICT) {
+        drawOwnVerdict(item, hasActiveDrive(state_) ? state_.activeDrive.load() : nullptr);
     }
     if (item.CtlID != IDC_HEALTH_MESSAGE) {
         return;
     }
     const auto dialogFont = reinterpret_cast<HFONT>(SendMessageA(window(), WM_GETFONT, 0, 0));
-    const bool whole = drawHealthMessage(item, background_.get(), headingFont_.get(), dialogFont);
+    const bool whole = drawHealthMessage(item, headingFont_.get(), dialogFont);
     messageTip_.setText(whole ? "" : controlText(item.hwndItem));
 }
 
@@ -262,7 +263,7 @@ void MainDialog::updateButtonTips() {
 }
 
 void MainDialog::forgetDrives() {
-    drives_ = {.found = std::nullopt, .isScanning = true, .haveChanged = false};
+    drives_ = {.found = std::nullopt, .isScanning = true, .haveChanged = false, .reportNamesNobody = false};
     showDrivesKnown();
     driveList_.deleteRows();
     updateButtonTips();
@@ -283,6 +284,14 @@ std::optional<LRESULT> MainDialog::onNotify(NMHDR& header) {
     if (header.idFrom == IDC_DRIVE_LIST && header.code == LVN_ITEMCHANGED) {
         selectActiveDrive(reinterpret_cast<NMLISTVIEW&>(header));
         updateButtonTips();
+        return 0;
+    }
+    if (header.idFrom == IDC_DRIVE_LIST && header.code == LVN_COLUMNCLICK) {
+        sortBy(static_cast<DriveColumn>(reinterpret_cast<const NMLISTVIEW&>(header).iSubItem));
+        return 0;
+    }
+    if (header.idFrom == IDC_LOG_LIST && header.code == NM_DBLCLK) {
+        PostMessageA(window(), WM_COMMAND, IDM_GO_TO_DRIVE, 0);
         return 0;
     }
     if (header.idFrom == IDC_DRIVE_LIST && header.code == NM_DBLCLK) {
@@ -319,15 +328,29 @@ bool MainDialog::onPaint() {
 }
 
 HBRUSH MainDialog::onControlColour(HDC context) {
-    SetBkColor(context, kDialogBackground);
-    return background_.get();
+    return colourUponDialog(context);
 }
 
 HICON MainDialog::onQueryDragIcon() {
     return largeIcon_.get();
 }
 
+// Only what the user has made of them: a folder of somebody who never touched them gets no file.
+void MainDialog::saveColumnWidths() const {
+    ColumnWidths now;
+    for (std::size_t column = 0; column < now.drives.size(); ++column) {
+        now.drives.at(column) = driveList_.columnWidth(static_cast<int>(column));
+    }
+    for (std::size_t column = 0; column < now.log.size(); ++column) {
+        now.log.at(column) = logList_.columnWidth(static_cast<int>(column));
+    }
+    if (now != columnWidths_) {
+        keepColumnWidths(now);
+    }
+}
+
 void MainDialog::onDestroy() {
+    saveColumnWidths();
     view_.attach(nullptr);
     prompts::setOwner(nullptr);
     taskBarButton().attach(nullptr);

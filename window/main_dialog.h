@@ -72,6 +72,7 @@ class MainDialog : public Dialog {
     void attachButtonTips();
     /// Once another drive is selected or ticked.
     void updateButtonTips();
+    void saveColumnWidths() const;
     void drawItem(const DRAWITEMSTRUCT& item);
     void selectActiveDrive(const NMLISTVIEW& change);
 
@@ -82,6 +83,8 @@ class MainDialog : public Dialog {
     void showLogMenu(POINT askedAt);
     void trackMenu(HMENU bar, POINT place);
     void onListKey(int list, WORD key);
+    /// After its heading was clicked, or chosen in the menu.
+    void sortBy(DriveColumn column);
     void copyText(const std::string& text);
     void copyRows(const std::vector<RowTexts>& rows);
 
@@ -116,11 +119,15 @@ class MainDialog : public Dialog {
     DriveRecord* driveWhoseAttributeMayBecome(bool readOnly);
     void onCleanDisk();
     void onDriveDetails();
+    template <DriveColumn column>
+    void onSortBy();
+    void onSortAsScanned();
     void onCopyDriveRow();
     void onCopySerialNumber();
     void onCopyLogRows();
     void onSelectLogRows();
     void onSaveLog();
+    void onGoToDrive();
     void onAbout();
     void onEditMessages();
     void onRescue();
@@ -131,14 +138,14 @@ class MainDialog : public Dialog {
     AppState& state_;
     MainWindowView& view_;
     GdiPlusSession gdiPlus_;
-    UniqueBrush background_;
     UniqueIcon largeIcon_;
     UniqueIcon smallIcon_;
     UniqueFont headingFont_;
     UniqueFont dataFont_;
     std::vector<ToolTip> buttonTips_; ///< in the order of `buttonTips`
     ToolTip messageTip_;
-    ToolTip enduranceTip_; ///< of the threshold that is the same for all
+    ToolTip enduranceTip_;      ///< of the threshold that is the same for all
+    ColumnWidths columnWidths_; ///< as the lists began with
     DriveListView driveList_;
     DrivesKnown drives_;
     DriveChanges driveChanges_;

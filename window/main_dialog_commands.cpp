@@ -90,11 +90,19 @@ bool MainDialog::onCommand(int id) {
         {IDM_DRIVE_DETAILS, &MainDialog::onDriveDetails},
         {IDM_COPY_DRIVE_ROW, &MainDialog::onCopyDriveRow},
         {IDM_COPY_SERIAL_NUMBER, &MainDialog::onCopySerialNumber},
+        {IDM_SORT_AS_SCANNED, &MainDialog::onSortAsScanned},
+        {IDM_SORT_BY_MODEL, &MainDialog::onSortBy<kDriveColumnModel>},
+        {IDM_SORT_BY_SERIAL_NUMBER, &MainDialog::onSortBy<kDriveColumnSerialNumber>},
+        {IDM_SORT_BY_SIZE_SECTORS, &MainDialog::onSortBy<kDriveColumnSizeSectors>},
+        {IDM_SORT_BY_SIZE_GB, &MainDialog::onSortBy<kDriveColumnSizeGigabytes>},
+        {IDM_SORT_BY_INTERFACE, &MainDialog::onSortBy<kDriveColumnInterface>},
+        {IDM_SORT_BY_STATUS, &MainDialog::onSortBy<kDriveColumnStatus>},
 
         // The log list's.
         {IDM_COPY_LOG_ROWS, &MainDialog::onCopyLogRows},
         {IDM_SELECT_LOG_ROWS, &MainDialog::onSelectLogRows},
         {IDM_SAVE_LOG, &MainDialog::onSaveLog},
+        {IDM_GO_TO_DRIVE, &MainDialog::onGoToDrive},
 
         // The close box, Alt+F4 and Escape leave through the same questions as "Exit Torvane"; Enter opens
         // the details of the drive whose row has the keyboard, and does nothing else.
@@ -150,7 +158,10 @@ void MainDialog::onEnableDriveMounting() {
 }
 
 void MainDialog::onCreateReport() {
-    CreateReport(state_);
+    if (CreateReport(state_)) {
+        drives_.reportNamesNobody = namesNoCompany(state_.companyInfo);
+        showDrivesKnown();
+    }
 }
 
 void MainDialog::onCriticalReadTest() {
@@ -227,6 +238,8 @@ void MainDialog::onHelp() {
 
 void MainDialog::onCompanyInformation() {
     configureCompanyInfo(state_.companyInfo, window());
+    drives_.reportNamesNobody = drives_.reportNamesNobody && namesNoCompany(state_.companyInfo);
+    showDrivesKnown();
 }
 
 void MainDialog::onCreatePortable() {
@@ -250,6 +263,15 @@ void MainDialog::onQuickDiskView() {
     if (DriveRecord* const drive = requireActiveDrive(state_, "Please choose a drive to view")) {
         showHexViewer(*drive, window());
     }
+}
+
+template <DriveColumn column>
+void MainDialog::onSortBy() {
+    sortBy(column);
+}
+
+void MainDialog::onSortAsScanned() {
+    driveList_.sort({});
 }
 
 void MainDialog::onToggleLogPanel() {

@@ -1,6 +1,8 @@
 #include "window/main_dialog.h"
 
+#include "base/format.h"
 #include "details/details_dialog.h"
+#include "records/drive_record.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
 #include "ui/clipboard.h"
@@ -42,9 +44,15 @@ bool MainDialog::showListMenu(HWND list, POINT askedAt) {
 }
 
 void MainDialog::showDriveMenu(POINT askedAt) {
-    if (const std::optional<POINT> place = driveList_.menuPlace(askedAt)) {
-        trackMenu(loadMenu(IDR_DRIVE_MENU).get(), *place);
+    const std::optional<POINT> place = driveList_.menuPlace(askedAt);
+    if (!place) {
+        return;
     }
+    const UniqueMenu menu = loadMenu(IDR_DRIVE_MENU);
+    const std::optional<DriveColumn> sorted = driveList_.order().column;
+    CheckMenuRadioItem(menu.get(), IDM_SORT_AS_SCANNED, IDM_SORT_BY_STATUS,
+                       sorted ? static_cast<UINT>(IDM_SORT_BY_MODEL + *sorted) : IDM_SORT_AS_SCANNED, MF_BYCOMMAND);
+    trackMenu(menu.get(), *place);
 }
 
 void MainDialog::showLogMenu(POINT askedAt) {
@@ -53,6 +61,12 @@ void MainDialog::showLogMenu(POINT askedAt) {
     enableMenuItem(menu.get(), IDM_COPY_LOG_ROWS, logList_.hasChosenRows());
     enableMenuItem(menu.get(), IDM_SELECT_LOG_ROWS, logList_.hasRows());
     enableMenuItem(menu.get(), IDM_SAVE_LOG, logList_.hasRows());
+    const DriveRecord* const drive = driveList_.driveOfMessage(logList_.chosenMessage());
+    enableMenuItem(menu.get(), IDM_GO_TO_DRIVE, drive != nullptr);
+    if (drive != nullptr) {
+        // Rows are counted from 1 for people.
+        setMenuItemText(menu.get(), IDM_GO_TO_DRIVE, formatText("Go to the &Drive: row %d", drive->listPosition + 1));
+    }
     trackMenu(menu.get(), place);
 }
 
@@ -111,6 +125,17 @@ void MainDialog::onCopyLogRows() {
 
 void MainDialog::onSelectLogRows() {
     logList_.selectAllRows();
+}
+
+void MainDialog::sortBy(DriveColumn column) {
+    driveList_.sort(orderAfterClick(driveList_.order(), column));
+}
+
+void MainDialog::onGoToDrive() {
+    if (const DriveRecord* const drive = driveList_.driveOfMessage(logList_.chosenMessage())) {
+        driveList_.select(*drive);
+        SetFocus(driveList_.window());
+    }
 }
 
 void MainDialog::onSaveLog() {

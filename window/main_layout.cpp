@@ -39,6 +39,7 @@ constexpr int kColumnGap = 6;
 
 constexpr int kCopyingColumn = 2;
 constexpr int kMountingColumn = 4;
+constexpr int kLogLabelColumn = 5; ///< beside the log's button
 
 struct Button {
     int id;
@@ -114,7 +115,7 @@ void placeHealthTexts(std::vector<PlacedControl>& controls) {
     controls.push_back({IDC_GAUGE_TEXT, {1056, 122, kRight, 140}});
     constexpr int kLongTextTop = kValueTextTop - kLongTextAbove;
     constexpr int kLifeLeft = kLongTextLeft + kLongTextWidth + 10;
-    controls.push_back({IDC_NVME_LIFE, {kLifeLeft, kLongTextTop, 1050, kLongTextTop + kValueTextHeight}});
+    controls.push_back({IDC_OWN_VERDICT, {kLifeLeft, kLongTextTop, 1050, kLongTextTop + kValueTextHeight}});
     for (int dial = 0; dial < 6; ++dial) {
         const int left = dial * kDialStep;
         controls.push_back(
@@ -132,14 +133,17 @@ void placeCommands(std::vector<PlacedControl>& controls) {
     for (const Button& button : kButtons) {
         controls.push_back({button.id, buttonPlace(button)});
     }
+    const int labelTop = rowTop(2) + 6;
+    const int labelLeft = columnLeft(kLogLabelColumn);
+    controls.push_back({IDC_LOG_TOGGLE_LABEL, {labelLeft, labelTop, labelLeft + kButtonWidth, labelTop + 14}});
 }
 
-// In the third row, which the copying, mounting and services columns leave free.
+// In the third row, which the copying and mounting columns leave free.
 void placeReadTestProgress(std::vector<PlacedControl>& controls) {
     const int top = rowTop(2) + 6;
     const int barLeft = columnLeft(kCopyingColumn) + 120;
     controls.push_back({IDC_WIDE_PROGRESS_LABEL, {columnLeft(kCopyingColumn), top, barLeft - 8, top + 14}});
-    controls.push_back({IDC_WIDE_PROGRESS, {barLeft, top, columnLeft(5) + kButtonWidth, top + 14}});
+    controls.push_back({IDC_WIDE_PROGRESS, {barLeft, top, columnLeft(kLogLabelColumn) - kGroupGap, top + 14}});
 }
 
 } // namespace

@@ -5,8 +5,10 @@
 #include "copy/dialogs/task_bar_progress.h"
 #include "copy/jobs/copy_steps.h"
 #include "copy/jobs/start_copy.h"
+#include "records/drive_security.h"
 #include "resources/resource_ids.h"
 #include "state/app_state.h"
+#include "ui/colour_scheme.h"
 #include "ui/control_text.h"
 #include "ui/prompts.h"
 #include "ui/scrolling.h"
@@ -36,6 +38,15 @@ JobDisplayView& jobDisplay() {
 void CopyDialog::startJob(CopyOrder order) {
     // When no thread can be started, the log tells it.
     static_cast<void>(startCopy(state_, std::move(order), jobDisplay()));
+}
+
+// What the last job told stands until there is another thing to warn of.
+void CopyDialog::warnOfSecurity(const DriveRecord* source, const DriveRecord* destination) {
+    const std::string warning = securityWarning(source, destination);
+    if (warning != warning_ && !state_.jobs.active()) {
+        warning_ = warning;
+        jobDisplay().setLosses(warning, !warning.empty());
+    }
 }
 
 bool CopyDialog::onInitialise() {
@@ -157,11 +168,11 @@ std::string CopyDialog::toldImagePlace() {
 }
 
 HBRUSH CopyDialog::onControlColour(HDC context) {
-    SetBkColor(context, kDialogBackground);
+    const HBRUSH ground = colourUponDialog(context);
     if (WindowFromDC(context) == control(IDC_COPY_LOSSES) && progressBad_) {
-        SetTextColor(context, kLossesColour);
+        SetTextColor(context, stressedText(kLossesColour));
     }
-    return background_.get();
+    return ground;
 }
 
 void CopyDialog::onDestroy() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "base/colours.h"
 #include "copy/dialogs/race_track_view.h"
 #include "copy/jobs/copy_order.h"
 #include "copy/jobs/rescue_shown.h"
@@ -16,6 +15,7 @@
 namespace torvane {
 
 struct AppState;
+struct DriveRecord;
 
 /// A control's place, pixels of the dialog's client area at 96 to the inch.
 struct ControlPlace {
@@ -38,13 +38,15 @@ struct CopyDialogLook {
 /// A job's dialog states its commands and how it starts.
 class CopyDialog : public Dialog {
   protected:
-    CopyDialog(AppState& state, const CopyDialogLook& look)
-        : Dialog(look.templateId), state_(state), look_(look), background_(CreateSolidBrush(kDialogBackground)) {}
+    CopyDialog(AppState& state, const CopyDialogLook& look) : Dialog(look.templateId), state_(state), look_(look) {}
 
     [[nodiscard]] AppState& state() const { return state_; }
     [[nodiscard]] const CopyDialogLook& look() const { return look_; }
 
     void startJob(CopyOrder order);
+
+    /// Tells beside the status line, before a job does, why a copy between these drives fails; either may be null.
+    void warnOfSecurity(const DriveRecord* source, const DriveRecord* destination);
 
     /// How the rescue is that was shown last.
     [[nodiscard]] static std::optional<RescueShown> shownRescue();
@@ -79,7 +81,7 @@ class CopyDialog : public Dialog {
 
     AppState& state_;
     const CopyDialogLook& look_;
-    UniqueBrush background_;
+    std::string warning_; ///< as it was told last
     ToolTip imagePlaceTip_;
     ToolTip progressTip_;
     std::string progressText_; ///< as it stands beside the status line

@@ -40,17 +40,23 @@ bool CopyToDriveDialog::listDestinations(const DriveRowsLook& look, const DriveR
     for (DriveRecord* const drive : destinationCandidates(drivesOf(state().scan), state().scan.volumes, source)) {
         destinations_.addRow(*drive);
     }
+    source_ = source;
+    warnOfSecurity(source, nullptr);
     SetFocus(destinations_.window());
     return false;
 }
 
 std::optional<LRESULT> CopyToDriveDialog::onNotify(NMHDR& header) {
+    if (header.hwndFrom == destinations_.window() && header.code == NM_CUSTOMDRAW) {
+        return destinations_.draw(reinterpret_cast<NMLVCUSTOMDRAW&>(header));
+    }
     if (header.hwndFrom != destinations_.window() || header.code != LVN_ITEMCHANGED) {
         return std::nullopt;
     }
     const DriveRecord* const drive = destinations_.drivePointedAt();
     setControlText(IDC_COPY_DESTINATION_DRIVE,
                    drive == nullptr ? "" : driveSummary(*drive, state().scan.volumes).c_str());
+    warnOfSecurity(source_, drive);
     return 0;
 }
 

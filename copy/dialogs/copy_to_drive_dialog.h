@@ -37,6 +37,7 @@ class CopyToDriveDialog : public CopyDialog {
 
   private:
     DriveRowsView destinations_;
+    const DriveRecord* source_ = nullptr; ///< none: an image is
 };
 
 } // namespace torvane

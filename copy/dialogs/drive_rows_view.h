@@ -35,6 +35,9 @@ class DriveRowsView {
     /// The one ticked drive, else the one whose row is selected; null when there is neither.
     [[nodiscard]] DriveRecord* drivePointedAt() const;
 
+    /// Answers the list's NM_CUSTOMDRAW.
+    [[nodiscard]] LRESULT draw(NMLVCUSTOMDRAW& draw) const { return drawSelection(list_, draw); }
+
     [[nodiscard]] HWND window() const { return list_.window(); }
 
   private:

@@ -37,7 +37,9 @@ class ForensicDialog : public CopyDialog {
   protected:
     bool onInitialise() override {
         showImageTexts(window(), source_, folder_);
-        return CopyDialog::onInitialise();
+        CopyDialog::onInitialise();
+        warnOfSecurity(&source_, nullptr);
+        return true;
     }
 
     bool onCommand(int id) override {

@@ -1,8 +1,8 @@
 #include "copy/dialogs/race_track_view.h"
 
 #include "base/answering_wait.h"
-#include "base/colours.h"
 #include "ui/back_buffer.h"
+#include "ui/colour_scheme.h"
 #include "ui/pictures.h"
 
 #include <objidl.h>
@@ -38,7 +38,7 @@ void paintRaceTrack(HDC paintContext, TrackScene scene, const RaceTrackState& st
     if (!buffer.isUsable()) {
         return;
     }
-    buffer.fill(kDialogBackground);
+    buffer.fill(dialogGround());
     drawTrack(layOutRaceTrack(scene, state), buffer, scale);
     buffer.show();
 }

@@ -129,6 +129,9 @@ class RescueDialog : public CopyToDriveDialog {
   private:
     /// Of a change of a row in a list.
     static bool hasTickChanged(const NMHDR& header) {
+        if (header.code != LVN_ITEMCHANGED) {
+            return false;
+        }
         const auto& row = reinterpret_cast<const NMLISTVIEW&>(header);
         return ((row.uNewState ^ row.uOldState) & LVIS_STATEIMAGEMASK) != 0;
     }

@@ -2,6 +2,7 @@
 
 #include "base/wide_text.h"
 #include "ui/back_buffer.h"
+#include "ui/colour_scheme.h"
 
 #include <algorithm>
 #include <array>
@@ -97,6 +98,7 @@ class StripPainter {
 
     void paintKey(HFONT font) const {
         const SelectedObject selected(context_, font);
+        SetTextColor(context_, dialogText());
         SetBkMode(context_, TRANSPARENT);
         constexpr int kEntryWidth = 90;
         for (std::size_t i = 0; i < kRescueKey.size(); ++i) {
@@ -130,7 +132,7 @@ void paintRescueStrip(HDC paintContext, const std::optional<RescueShown>& shown,
     if (!buffer.isUsable()) {
         return;
     }
-    buffer.fill(kDialogBackground);
+    buffer.fill(dialogGround());
     const StripPainter painter(buffer.context(), scale);
     painter.paintStrip(shown);
     painter.paintKey(font);

@@ -29,7 +29,7 @@ class PanelWindow {
             addText(id);
         }
         addText(IDC_HEALTH_MESSAGE);
-        addText(IDC_NVME_LIFE);
+        addText(IDC_OWN_VERDICT);
     }
     ~PanelWindow() { DestroyWindow(window_); }
     PanelWindow(const PanelWindow&) = delete;

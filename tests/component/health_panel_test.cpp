@@ -250,7 +250,7 @@ TEST_F(HealthPanel, KeepsNothingOfTheDriveBefore) {
     for (int id = IDC_VALUE_TEXT_1; id <= IDC_VALUE_TEXT_6; ++id) {
         EXPECT_EQ(window_.text(id), "");
     }
-    EXPECT_EQ(window_.text(IDC_NVME_LIFE), "");
+    EXPECT_EQ(window_.text(IDC_OWN_VERDICT), "");
     expectBlankDials(L"sw-gauge-small.png", L"sw-gauge-small.png");
 }
 

@@ -110,7 +110,7 @@ class ListWindow {
         window_ = CreateWindowExA(0, type.lpszClassName, "", WS_POPUP, 0, 0, 1190, 240, nullptr, nullptr,
                                   type.hInstance, nullptr);
         SetWindowLongPtrA(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-        list_.create(window_);
+        list_.create(window_, {});
         MoveWindow(list_.window(), 0, 0, 1170, 162, FALSE);
         list_.setVisible(shown_);
         delivery_.attach(list_);

@@ -251,5 +251,52 @@ TEST_F(CopyTroubleTest, JobsLoseNoHandle) {
     dialog.leave();
 }
 
+/// The copy bench, but the source and one destination are drives with ATA security.
+class LockedDriveTest : public CopyUiTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return copyBench()
+            .drive("1-source", sataDrive(1, "SOURCE", "locked"))
+            .drive("3-small", sataDrive(3, "SMALL", "enabled"))
+            .drive("4-open", sataDrive(4, "OPEN", "disabled"));
+    }
+
+    static std::string sataDrive(int number, const std::string& name, const std::string& security) {
+        const std::string serial = "LCK-" + std::to_string(number);
+        return R"({"bus": "sata", "road": "ata", "size": "64 MiB", "number": )" + std::to_string(number) +
+               R"(, "identity": {"product": ")" + name + R"(", "revision": "1", "serial": ")" + serial +
+               R"("}, "ata": {"model": ")" + name + R"(", "serial": ")" + serial + R"(", "security": ")" + security +
+               "\"}}";
+    }
+
+    static constexpr const char* kLocked =
+        "The source is LOCKED (ATA security): every copy fails until its password is entered.";
+};
+
+TEST_F(LockedDriveTest, IsToldInEveryDialogThatCopiesFromIt) {
+    const auto expectTold = [](const CopyDialogWindow& dialog) {
+        EXPECT_EQ(dialog.losses().text(), kLocked);
+        dialog.leave();
+    };
+    expectTold(openClone("SOURCE"));
+    expectTold(openImage("SOURCE", program().folder()));
+    expectTold(openForensic("SOURCE", program().folder()));
+    expectTold(openRescue("SOURCE"));
+}
+
+TEST_F(LockedDriveTest, ADestinationThatMayLockIsToldOnceItIsPointedAt) {
+    const CopyDialogWindow dialog = openClone("OPEN");
+    EXPECT_EQ(dialog.losses().text(), "");
+    const ListView destinations = dialog.destinations();
+    destinations.click(destinations.rowWith(0, "SMALL"));
+    expectSoon([&] {
+        EXPECT_EQ(dialog.losses().text(),
+                  "The destination has an ATA password: it locks when it loses power, and the copy fails.");
+    });
+    destinations.click(destinations.rowWith(0, "TARGET"));
+    expectSoon([&] { EXPECT_EQ(dialog.losses().text(), ""); });
+    dialog.leave();
+}
+
 } // namespace
 } // namespace torvane::driver

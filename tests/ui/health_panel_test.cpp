@@ -219,5 +219,31 @@ TEST_F(HealthPanelTest, ANewScanClearsThePanelAtOnce) {
     leaveProgramUsed(); // in the middle of a scan
 }
 
+/// A hard disk with sound counters whose own verdict is that it fails.
+class OwnVerdictTest : public UiTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return BenchFolder().drive("0", R"({"number": 0, "bus": "sata", "road": "ata", "size": "64 MiB",
+            "identity": {"product": "DOOMED", "revision": "1", "serial": "D-0"},
+            "ata": {"model": "DOOMED", "serial": "D-0", "smart": {"health": "failed", "attributes": [{"id": 5, "raw": 0}, {"id": 9, "raw": 100}]}}})");
+    }
+};
+
+TEST_F(OwnVerdictTest, StandsBesideTheAdviceOfTheCounters) {
+    constexpr int kOwnVerdict = 1390;
+    torvane().loadDrives();
+    clickAndExpectPanel(torvane(), {"DOOMED",
+                                    kStandardPanel,
+                                    {hours(100), 0, kBlank, kBlank, kBlank, kBlank},
+                                    "green",
+                                    "No sign of trouble",
+                                    counterTexts({100, 0, -1, -1, -1, -1})});
+    const Window own = torvane().window().child(kOwnVerdict);
+    expectSoon([&] {
+        EXPECT_TRUE(own.visible());
+        EXPECT_EQ(own.text(), "The drive itself says that it is FAILING: copy it at once, then replace it.");
+    });
+}
+
 } // namespace
 } // namespace torvane::driver

@@ -21,6 +21,8 @@ constexpr Paint kQuiet{RGB(45, 99, 119), kListBackground};
 constexpr Paint kGood{kWhite, RGB(13, 119, 0)};
 constexpr Paint kBad{kWhite, RGB(224, 0, 7)};
 constexpr Paint kWarning{kWhite, RGB(248, 198, 1)};
+constexpr Paint kSelected{kWhite, RGB(0, 51, 102)};
+constexpr Paint kRestingSelected{kWhite, RGB(52, 86, 130)};
 
 /// The colour of the picture's pixels that lies farthest from its background: that of the letters' strokes.
 COLORREF strokeColour(const Picture& picture, COLORREF background) {
@@ -190,6 +192,25 @@ TEST_F(CellColourTest, OtherDriveColumnsKeepTheirColours) {
     }
 }
 
+TEST_F(CellColourTest, SelectedRowIsAsPlainWithoutTheKeyboardAndKeepsWhatItsColoursTell) {
+    loadOnce();
+    const ListView list = torvane().driveList();
+    const int row = list.rowWith(0, "FAILING 2");
+    list.click(row);
+    parkMouse();
+    expectPaint(list, row, 0, kBad);
+    for (const int column : {1, 2, 5}) {
+        expectPaint(list, row, column, kSelected);
+    }
+    pressKey(program().mainWindow(), VK_TAB);
+    ASSERT_NE(focused(program().mainWindow()).handle(), list.window().handle());
+    expectPaint(list, row, 0, kBad);
+    expectPaint(list, row, 1, kRestingSelected);
+    list.click(list.rowWith(0, "PLAIN"));
+    parkMouse();
+    expectPaint(list, row, 1, kQuiet);
+}
+
 TEST_F(CellColourTest, LogRowIsPaintedInItsTypeCellOnly) {
     loadOnce();
     torvane().setLogOpen(true);
@@ -211,6 +232,41 @@ TEST_F(CellColourTest, ColoursStayAfterScrolling) {
     expectPaint(list, list.rowWith(0, "TESTER 6"), 0, kQuiet);
     expectPaint(list, list.rowWith(0, "SUCCESS 1"), 0, kGood);
     expectPaint(list, list.rowWith(0, "WARNER 4"), 0, kWarning);
+}
+
+/// The same with the system's high contrast, white on black.
+class HighContrastTest : public CellColourTest {
+  protected:
+    [[nodiscard]] BenchFolder layOutBench() const override {
+        return CellColourTest::layOutBench().bench(R"({"highContrast": true})");
+    }
+
+    static constexpr COLORREF kBlack = RGB(0, 0, 0);
+    static constexpr Paint kSystems{kWhite, kBlack};
+};
+
+TEST_F(HighContrastTest, ListsHaveTheSystemsColoursWhateverTheirWordsTell) {
+    loadOnce();
+    const ListView list = torvane().driveList();
+    EXPECT_EQ(toText(list.background()), toText(kBlack));
+    for (const char* const model : {"PLAIN", "SUCCESS 1", "FAILING 2", "WARNER 4"}) {
+        expectPaint(list, list.rowWith(0, model), 0, kSystems);
+        expectPaint(list, list.rowWith(0, model), 2, kSystems);
+    }
+}
+
+TEST_F(HighContrastTest, WindowAndPanelLieUponTheSystemsGround) {
+    loadOnce();
+    const Window label = torvane().window().child(kDrivesLabel);
+    label.awaitPainted();
+    expectSoon([&] {
+        const Picture text = Picture::ofScreen(label.rect());
+        EXPECT_EQ(toText(text.commonest()), toText(kBlack));
+        EXPECT_GT(text.count(kWhite), 20);
+    });
+    const RECT window = torvane().window().rect();
+    const RECT beside{window.left + 1020, window.top + 180, window.left + 1050, window.top + 260};
+    expectSoon([&] { EXPECT_EQ(toText(Picture::ofScreen(beside).commonest()), toText(kBlack)); });
 }
 
 } // namespace

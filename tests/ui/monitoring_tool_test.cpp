@@ -46,8 +46,8 @@ class MonitoringToolTest : public UiTest {
     /// What the log has got since the test began, as "TYPE: message".
     [[nodiscard]] std::vector<std::string> log() const { return torvane().logRowsFrom(rowsBefore_); }
 
-    void expectWhiteLamp() const {
-        clickAndExpectPanel(torvane(), {"SOUND", kStandardPanel, {}, "white", "SMART could not be read."});
+    void expectWhiteLamp(const char* sentence = "SMART could not be read.") const {
+        clickAndExpectPanel(torvane(), {"SOUND", kStandardPanel, {}, "white", sentence});
     }
 
   private:
@@ -66,7 +66,7 @@ TEST_F(MonitoringToolTest, AbsentLeavesTheWhiteLampAndTellsTheLog) {
     EXPECT_THAT(log(), Contains("ERROR: PARSE_BuildDataFile: [Drive Data File.txt] CreateProcess FAILED"));
     EXPECT_THAT(log(), Contains("INVALID: Could not build [Drive Data File.txt]"));
     EXPECT_THAT(log(), Contains("ERROR: Could not load SMART [PHYS0.txt] File for Processing"));
-    expectWhiteLamp();
+    expectWhiteLamp("SMART could not be read: smartctl.exe is missing.");
 }
 
 TEST_F(MonitoringToolTest, SilentLeavesTheWhiteLampAndTellsTheLog) {
@@ -92,7 +92,7 @@ TEST_F(MonitoringToolTest, AnotherDrivesReportOfAnEarlierScanIsNotUsed) {
     testing::leaveReport(folder(), 0, "ANOTHER", kFailingAttributes);
     loadDrives();
     EXPECT_THAT(log(), Contains("ERROR: PHYS0.txt is of an earlier scan and of another drive: not used"));
-    expectWhiteLamp();
+    expectWhiteLamp("SMART could not be read: smartctl.exe is missing.");
 }
 
 } // namespace

@@ -87,6 +87,17 @@ TEST_F(ReportCommandTest, OfEachKindOfDriveIsWrittenOpenedAndTold) {
     }
 }
 
+TEST_F(ReportCommandTest, WithTheAddressThatShipsSaysSoAboveTheList) {
+    const Window heading = torvane().window().child(kDrivesLabel);
+    choose("Northwind HD500 Platter");
+    torvane().press(kCreateReport);
+    expectCompleted("ReportNW5K00123417.pdf");
+    EXPECT_THAT(heading.text(), HasSubstr(R"(. The report names no company: see "Company Information")"));
+    torvane().loadDrives();
+    torvane().awaitProgressHidden();
+    EXPECT_EQ(heading.text(), "&Attached: 12 drives, 2 not shown: see log");
+}
+
 TEST_F(ReportCommandTest, StandsOnItsAccessKey) {
     choose("Northwind HD500 Platter");
     bringToFront(torvane().window());

@@ -29,6 +29,7 @@ enum ControlId : int {
     kCriticalTest = 1037,
     kNistTest = 1038,
     kQuickDiskView = 1039,
+    kDrivesLabel = 1050,
     kScanStatus = 1051,
     kScanProgress = 1052,
     kLogList = 6001,

@@ -22,6 +22,11 @@ TEST(DrivesHeadingTest, TellsThatItIsOutOfDate) {
     EXPECT_EQ(drivesHeading(known), "&Attached: 0 drives, 1 not shown: see log. Drives have changed: Load Drives");
 }
 
+TEST(DrivesHeadingTest, TellsThatAReportNamesNobody) {
+    DrivesKnown known{.found = DrivesFound{.shown = 2, .notShown = 0}, .reportNamesNobody = true};
+    EXPECT_EQ(drivesHeading(known), "&Attached: 2 drives. The report names no company: see \"Company Information\"");
+}
+
 TEST(DrivesHeadingTest, AnEmptyListSaysWhatToDo) {
     DrivesKnown known;
     EXPECT_EQ(emptyListText(known), "Press Load Drives");

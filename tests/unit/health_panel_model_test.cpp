@@ -52,7 +52,7 @@ const Names kStandardCaptions{"Power On Hours",  "Moved Errors",         "Slow S
                               "Pending Sectors", "Uncorrectable Errors", "Reported Errors"};
 
 bool hasNoNumbers(const PanelTexts& texts) {
-    return texts.counters == std::array<std::string, kDialCount>{} && texts.endurance.empty() && texts.life.empty() &&
+    return texts.counters == std::array<std::string, kDialCount>{} && texts.endurance.empty() && texts.own.empty() &&
            texts.nvmeResults == std::array<std::string, kNvmeWarningCount>{};
 }
 
@@ -218,7 +218,7 @@ TEST(NvmePanel, ShowsEnduranceAndPassesOfASoundDrive) {
     expectNeedles(panel, {drive.nvme.enduranceFraction, 0, 0, 0, 0, 0});
     EXPECT_EQ(panel.lampImage, "");
     EXPECT_EQ(panel.texts.healthMessage, healthSentence(drive, fourMessages()));
-    EXPECT_EQ(panel.texts.life, nvmeLifeText(drive.nvme));
+    EXPECT_EQ(panel.texts.own, nvmeLifeText(drive.nvme));
     EXPECT_EQ(panel.texts.endurance, "Total Bytes Written 953 GB is 0.01 percent of threshold");
     EXPECT_EQ(panel.texts.nvmeResults, (std::array<std::string, 5>{"RESULTS", "RESULT", "RESULT", "RESULT", "RESULT"}));
 }

@@ -34,11 +34,24 @@ TEST_F(HealthSentence, OfAHardDiskIsTheAdviceOfItsLevel) {
     EXPECT_EQ(sentence(), "");
 }
 
-TEST_F(HealthSentence, OfADriveThatSaysItselfThatItFailsSaysSo) {
+TEST_F(HealthSentence, OfAHardDiskThatSaysItselfThatItFailsStandsBesideTheAdvice) {
+    EXPECT_EQ(failureBesideCounters(drive_), "");
     drive_.smartText = kFailed;
-    EXPECT_EQ(sentence(), kFailingByItself);
+    EXPECT_EQ(sentence(), "fine");
+    EXPECT_EQ(failureBesideCounters(drive_), kFailingByItself);
     drive_.disk[Counter::kReallocatedSectors] = 50;
-    EXPECT_EQ(sentence(), "failing") << "the advice says no less";
+    EXPECT_EQ(sentence(), "failing");
+    EXPECT_EQ(failureBesideCounters(drive_), "") << "the advice says no less";
+    drive_ = driveWithoutValues();
+    drive_.smartText = kFailed;
+    EXPECT_EQ(sentence(), kFailingByItself) << "there is no advice";
+    EXPECT_EQ(failureBesideCounters(drive_), "");
+    drive_.smartLoaded = 0;
+    EXPECT_EQ(failureBesideCounters(drive_), "");
+}
+
+TEST_F(HealthSentence, OfASolidStateDriveThatSaysItselfThatItFailsSaysSo) {
+    drive_.smartText = kFailed;
     drive_.smartType = kSmartTypeSsd;
     EXPECT_EQ(sentence(), kFailingByItself);
     drive_.ssd[Counter::kReallocatedSectors] = 50;
@@ -87,10 +100,22 @@ TEST_F(HealthSentence, OfAnEmptyPanelTellsTheReason) {
     drive_.smartType = kSmartTypeStandard;
     drive_.smartLoaded = 1;
     EXPECT_EQ(sentence(), "The drive says that it keeps no SMART data.");
+    drive_.disk[Counter::kReallocatedSectors] = 0;
+    EXPECT_EQ(sentence(), "fine") << "there are counters all the same";
+    drive_.disk[Counter::kReallocatedSectors] = kNotReported;
     drive_.smartType = kSmartTypeSsd;
     EXPECT_EQ(sentence(), "The drive says that it keeps no SMART data.");
     drive_.smartType = kSmartTypeUnknown;
     EXPECT_EQ(sentence(), "This interface reports no monitoring data.");
+}
+
+TEST_F(HealthSentence, OfADriveWithoutReportNamesTheToolThatIsMissing) {
+    constexpr const char* kMissing = "SMART could not be read: smartctl.exe is missing.";
+    drive_.smartLoaded = 0;
+    EXPECT_EQ(healthSentence(drive_, messages_, true), kMissing);
+    drive_.smartType = kSmartTypeNone;
+    drive_.busCode = kBusCodeUsb;
+    EXPECT_EQ(healthSentence(drive_, messages_, true), kMissing) << "whatever the bridge would have passed on";
 }
 
 TEST_F(HealthSentence, OfAnInterfaceWithoutMonitoringDataGoesByTheToolsReportWhereThereIsOne) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <ostream>
 #include <string>
 
@@ -83,6 +85,42 @@ INSTANTIATE_TEST_SUITE_P(OtherDriveColumns, CellPaintTest,
                          ::testing::Values(PaintCase{driveCellPaint, 2, "1953525168", kPlain},
                                            PaintCase{driveCellPaint, 3, "BAD", kPlain},
                                            PaintCase{driveCellPaint, 4, "FAIL", kPlain}));
+
+constexpr CellPaint kSelected{kSelectedText, kSelectedBackground};
+
+TEST(SelectedCellTest, TakesTheRowsColoursUnlessItsOwnTellSomething) {
+    EXPECT_EQ(paintWhenSelected(kPlain, kSelected), kSelected);
+    EXPECT_EQ(paintWhenSelected(kQuiet, kSelected), kSelected);
+    for (const CellPaint& telling : {kGreen, kRed, kYellow}) {
+        EXPECT_EQ(paintWhenSelected(telling, kSelected), telling);
+    }
+}
+
+/// What a colour's component of 0 to 255 gives of light, 0 to 1 (WCAG 2.1, "relative luminance").
+double linear(std::uint32_t component) {
+    const double share = component / 255.0;
+    return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+}
+
+double luminance(ColourCode code) {
+    return 0.2126 * linear(code & 0xFF) + 0.7152 * linear(code >> 8 & 0xFF) + 0.0722 * linear(code >> 16 & 0xFF);
+}
+
+double contrast(ColourCode one, ColourCode other) {
+    const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+TEST(ColourTest, SelectedRowsAreEasilyRead) {
+    EXPECT_NEAR(contrast(kWhite, colour(0, 0, 0)), 21.0, 0.001) << "the measure itself";
+    EXPECT_GE(contrast(kSelectedText, kSelectedBackground), 4.5);
+    EXPECT_GE(contrast(kSelectedText, kRestingSelectedBackground), 4.5);
+}
+
+TEST(ColourTest, SelectedRowsStandOutOfTheListWithTheKeyboardOrWithout) {
+    EXPECT_GE(contrast(kSelectedBackground, kListBackground), 3.0);
+    EXPECT_GE(contrast(kRestingSelectedBackground, kListBackground), 3.0);
+}
 
 TEST(ColourTest, KeepsRedInTheLowestByte) {
     EXPECT_EQ(colour(1, 2, 3), 0x00030201U);

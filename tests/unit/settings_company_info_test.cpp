@@ -15,6 +15,15 @@ TEST(CompanyInfoTest, DefaultsAskForTheirReplacement) {
     }
 }
 
+TEST(CompanyInfoTest, NamesACompanyOnceItsAddressIsEntered) {
+    CompanyInfo info = defaultCompanyInfo();
+    EXPECT_TRUE(namesNoCompany(info));
+    info.assign("Other name", std::string(info.companyAddress.view()), "1");
+    EXPECT_TRUE(namesNoCompany(info));
+    info.assign("KVL Data", "1 Main Street", "");
+    EXPECT_FALSE(namesNoCompany(info));
+}
+
 TEST(CompanyInfoTest, TextsAreCutAt255Bytes) {
     CompanyInfo info;
     info.assign(std::string(255, 'a'), std::string(256, 'b'), std::string(100'000, 'c'));

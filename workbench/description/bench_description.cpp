@@ -68,6 +68,7 @@ void readBenchFile(const DescriptionFile& source, BenchDescription& bench, Mista
     reader.text("computer", bench.computer, 63);
     reader.boolean("automount", bench.automount);
     reader.boolean("tellsAutomount", bench.tellsAutomount);
+    reader.boolean("highContrast", bench.highContrast);
     reader.list("volumes", [&](ObjectReader& item) { bench.volumes.push_back(readVolume(item, std::nullopt)); });
     reader.list("shares", [&](ObjectReader& item) { bench.shares.push_back(readShare(item)); });
     reader.list("refusedFiles", [&](ObjectReader& item) { bench.refusedFiles.push_back(readRefusedFile(item)); });

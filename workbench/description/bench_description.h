@@ -38,6 +38,7 @@ struct BenchDescription {
     std::string computer = "TORVANE-BENCH";
     bool automount = true;
     bool tellsAutomount = false; ///< the mount manager answers
+    bool highContrast = false;   ///< the user has asked the system for it
     ToolDescription diskpart;
     ToolDescription powershell;
     ToolDescription smartctl; ///< its delay alone: the tool is the real one

@@ -16,6 +16,7 @@ namespace torvane::bench {
 [[nodiscard]] std::span<const Replacement> pathReplacements();
 [[nodiscard]] std::span<const Replacement> processReplacements();
 [[nodiscard]] std::span<const Replacement> objectReplacements();
+[[nodiscard]] std::span<const Replacement> lookReplacements();
 
 /// The patch that is in force; set by `installHooks`. For functions that load modules or look functions up.
 [[nodiscard]] ImportPatch& importPatch();

@@ -16,7 +16,7 @@ std::shared_ptr<BenchSession> session;
 std::vector<Replacement> allReplacements() {
     std::vector<Replacement> all;
     for (const auto part : {fileReplacements(), pathReplacements(), volumeReplacements(), volumeSearchReplacements(),
-                            processReplacements(), objectReplacements()}) {
+                            processReplacements(), objectReplacements(), lookReplacements()}) {
         all.insert(all.end(), part.begin(), part.end());
     }
     return all;

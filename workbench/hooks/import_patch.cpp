@@ -66,16 +66,18 @@ ImportPatch::ImportPatch(std::span<const Replacement> replacements) {
                        reinterpret_cast<LPCWSTR>(&loadedModules), &own);
     const HMODULE kernel32 = GetModuleHandleW(L"kernel32.dll");
     const HMODULE kernelbase = GetModuleHandleW(L"kernelbase.dll");
+    const HMODULE user32 = GetModuleHandleW(L"user32.dll");
     untouched_ = {own, kernel32, kernelbase, GetModuleHandleW(L"ntdll.dll")};
     for (const Replacement& replacement : replacements) {
-        targets_.push_back(
-            {{functionOf(kernel32, replacement.name), functionOf(kernelbase, replacement.name)}, replacement.function});
+        targets_.push_back({{functionOf(kernel32, replacement.name), functionOf(kernelbase, replacement.name),
+                             functionOf(user32, replacement.name)},
+                            replacement.function});
     }
 }
 
 void* ImportPatch::replacementOf(const void* address) const {
     for (const Target& target : targets_) {
-        if (address != nullptr && (address == target.originals[0] || address == target.originals[1])) {
+        if (address != nullptr && std::ranges::find(target.originals, address) != target.originals.end()) {
             return target.function;
         }
     }

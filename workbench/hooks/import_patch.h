@@ -33,7 +33,7 @@ class ImportPatch {
 
   private:
     struct Target {
-        std::array<void*, 2> originals; ///< as kernel32 and as kernelbase have it; they may be the same
+        std::array<void*, 3> originals; ///< as kernel32, kernelbase and user32 have it; some may be the same, or null
         void* function;
     };
     struct Patched {
