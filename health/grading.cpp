@@ -43,13 +43,11 @@ std::string_view lampImage(std::uint32_t colourCode) {
 
 LampVerdict decideLamp(const DriveRecord* activeDrive, std::span<const MessageRecord> messages) {
     if (activeDrive == nullptr || activeDrive->smartLoaded == 0) {
-        return {kWhiteLampImage, {}, false};
+        return {.lampImage = kWhiteLampImage, .showsCounters = false};
     }
     const MessageRecord* message = GradeDrive(messages, *activeDrive);
-    if (message == nullptr) {
-        return {{}, {}, true};
-    }
-    return {lampImage(message->messageId), messageText(*message), true};
+    return {.lampImage = message == nullptr ? std::string_view() : lampImage(message->messageId),
+            .showsCounters = true};
 }
 
 std::optional<NvmeWarnings> NvmeWarningBits(const DriveRecord& record) {

@@ -26,10 +26,9 @@ inline constexpr std::string_view kWhiteLampImage = "engine-check-white.png";
 /// The lamp's picture for a message's colour code 1 to 4; empty, for no lamp, for any other code.
 [[nodiscard]] std::string_view lampImage(std::uint32_t colourCode);
 
-/// The engine-check lamp and what stands beside it.
+/// The engine-check lamp, and whether the dials have needles.
 struct LampVerdict {
     std::string_view lampImage; ///< empty: no lamp
-    std::string_view message;   ///< points into the message table
     bool showsCounters = false; ///< the report's counters are to be drawn
 };
 

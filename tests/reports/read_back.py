@@ -62,7 +62,7 @@ def free_part(top, rows, icons=True):
     return [(top, 12, "About This Drive")] + [(top + 12 + 14 * i, 10, row) for i, row in enumerate(rows)]
 
 
-NO_REPORT = "Verdict: This controller passes no SMART on. A disk that is connected directly tells its condition."
+NO_REPORT = "Verdict: SMART could not be read: smartctl.exe is missing."
 SSD_PART = free_part(336, ["Verdict: The drive reports none of the counters that tell its condition."], icons=False)
 
 FREE_ROW = re.compile(r"(Drive|Verdict|Wear|Icons): ")
