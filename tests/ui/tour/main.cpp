@@ -59,7 +59,10 @@ void takePicture(const Tour& tour, const Step& step) {
     if (const auto dialog = tour.program.dialog()) {
         dialog->awaitPainted();
         const RECT front = dialog->rect();
-        UnionRect(&shown, &shown, &front);
+        RECT both{};
+        UnionRect(&both, &shown, &front);
+        // One that reaches beyond the main window stands alone: there would be nothing in the picture's corners.
+        shown = EqualRect(&both, &shown) != FALSE ? shown : front;
     }
     Picture::atRest(shown).save(tour.picturesFolder + "/" + step.picture + ".png");
     std::printf("    %-24s %s\n", (std::string(step.picture) + ".png").c_str(), step.description);

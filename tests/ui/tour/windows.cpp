@@ -9,7 +9,8 @@ namespace torvane::driver {
 namespace {
 
 constexpr const char* kTestedDrive = "Quillmark SX240 Solid";
-constexpr const char* kEncryptedDrive = "Northwind HD500 Platter";
+constexpr const char* kSystemDrive = "Northwind HD500 Platter";
+constexpr const char* kWrittenDrive = "Fennick F128 Pocket";
 constexpr WPARAM kAbout = 16;
 constexpr WPARAM kEditMessages = 32;
 
@@ -46,14 +47,14 @@ void leaveTheTest(Tour& tour) {
 }
 
 void lookAtTheBytes(Tour& tour) {
-    click(tour, kTestedDrive);
+    click(tour, kWrittenDrive);
     tour.torvane.press(kQuickDiskView);
     tour.program.awaitDialog().awaitPainted();
 }
 
 void readThePasswords(Tour& tour) {
     constexpr int kBegin = 1026;
-    click(tour, kEncryptedDrive);
+    click(tour, kSystemDrive);
     tour.torvane.command(kMenuBitLocker);
     const Window scan = tour.program.awaitDialog();
     press(scan.child(kBegin));
