@@ -35,7 +35,8 @@ bool AboutDialog::onInitialise() {
     showIcon(scale());
     setControlText(IDC_ABOUT_BUILD, (std::string("Version ") + programVersion() + ", build " + programBuild()).c_str());
     setControlText(IDC_ABOUT_SMARTCTL, smartctlInWords().c_str());
-    return true;
+    SetFocus(control(IDOK));
+    return false;
 }
 
 // The dialog leaves its layout to its template, which would have shown the icon in the size of another monitor's.

@@ -1,5 +1,7 @@
 #include "window/drives_heading.h"
 
+#include "discovery/drive_summary.h"
+
 namespace torvane {
 
 std::string drivesHeading(const DrivesKnown& known) {
@@ -18,6 +20,10 @@ std::string drivesHeading(const DrivesKnown& known) {
         heading += ". The report names no company: see \"Company Information\"";
     }
     return heading;
+}
+
+std::string activeDriveText(const DriveRecord& drive, const VolumeTable& volumes) {
+    return "Active: " + driveSummary(drive, volumes);
 }
 
 std::string emptyListText(const DrivesKnown& known) {

@@ -1,9 +1,13 @@
 #pragma once
 
+#include "records/volume_record.h"
+
 #include <optional>
 #include <string>
 
 namespace torvane {
+
+struct DriveRecord;
 
 /// What a scan has found.
 struct DrivesFound {
@@ -21,6 +25,9 @@ struct DrivesKnown {
 
 /// The drive list's heading, with its access key.
 [[nodiscard]] std::string drivesHeading(const DrivesKnown& known);
+
+/// Whose dials and lamp are shown, so that it is seen when the row is not: "Active: " and the drive's summary.
+[[nodiscard]] std::string activeDriveText(const DriveRecord& drive, const VolumeTable& volumes);
 
 /// What an empty list says; empty while it is being filled.
 [[nodiscard]] std::string emptyListText(const DrivesKnown& known);

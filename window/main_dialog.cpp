@@ -184,6 +184,7 @@ void MainDialog::showThenHidePanel() {
 void MainDialog::showScanProgress(int maximum) {
     SendMessageA(control(IDC_SCAN_PROGRESS), PBM_SETPOS, 0, 0);
     SendMessageA(control(IDC_SCAN_PROGRESS), PBM_SETRANGE32, 0, maximum);
+    showControl(IDC_ACTIVE_DRIVE, false);
     showControl(IDC_SCAN_PROGRESS, true);
     showControl(IDC_SCAN_STATUS, true);
 }
@@ -199,6 +200,7 @@ void MainDialog::setScanStatus(const std::string& text) {
 void MainDialog::hideScanProgress() {
     showControl(IDC_SCAN_PROGRESS, false);
     showControl(IDC_SCAN_STATUS, false);
+    showControl(IDC_ACTIVE_DRIVE, true);
 }
 
 void MainDialog::setWideProgress(int position) {
@@ -211,6 +213,7 @@ void MainDialog::clearHealthPanel() {
     }
     setControlText(IDC_HEALTH_MESSAGE, "");
     setControlText(IDC_OWN_VERDICT, "");
+    setControlText(IDC_ACTIVE_DRIVE, "");
     enduranceTip_.setText("");
     setControlText(IDC_GAUGE_TEXT, "00 00 00 00 00");
     InvalidateRect(window(), nullptr, TRUE);
@@ -236,6 +239,7 @@ void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
     }
     state_.activeDrive = drive;
     state_.activeDriveChosen = 1;
+    setControlText(IDC_ACTIVE_DRIVE, activeDriveText(*drive, state_.scan.volumes).c_str());
     enduranceTip_.setText(drive->smartType == kSmartTypeNvme
                               ? "The threshold is 7,000 times 1,024 GB written, the same for every drive."
                               : "");

@@ -105,6 +105,8 @@ constexpr PixelRect raisedBy(const PixelRect& place, int way) {
 
 void placeScanControls(std::vector<PlacedControl>& controls) {
     controls.push_back({IDC_DRIVES_LABEL, {kLeft, 4, 612, 18}});
+    controls.push_back({IDC_ACTIVE_DRIVE, {620, 4, kRight, 18}});
+    // In place of the active drive while something is counted.
     controls.push_back({IDC_SCAN_STATUS, {620, 4, 900, 18}});
     controls.push_back({IDC_SCAN_PROGRESS, {908, 5, kRight, 17}});
 }

@@ -30,8 +30,8 @@ constexpr DriveRowsLook kDestinationLook{
     .label = IDC_RESCUE_ONTO_DRIVE,
     .place = {28, 190, 830, 262},
     .ticks = true,
-    .modelWidth = 300,
-    .serialNumberWidth = 200,
+    .modelWidth = 340,
+    .serialNumberWidth = 235,
     .sizeWidth = 90,
     .numberAndLetters = true,
 };

@@ -90,8 +90,10 @@ class StripPainter {
             for (const RescueBar& bar : shown->picture.bars) {
                 markNarrowLoss(bar);
             }
-            const int now = kRescueStrip.left + shown->picture.now;
-            fill({now, kRescueStrip.top - 4, now + 2, kRescueStrip.bottom + 4}, kNow);
+            if (shown->picture.now) {
+                const int now = kRescueStrip.left + *shown->picture.now;
+                fill({now, kRescueStrip.top - 4, now + 2, kRescueStrip.bottom + 4}, kNow);
+            }
         }
         frame(kRescueStrip);
     }

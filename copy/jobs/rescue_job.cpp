@@ -147,7 +147,7 @@ std::uint32_t rescue(const CopyJob& job, JobAccount& account) {
                                 .retryPasses = job.order.rescue.retryPasses,
                                 .fromEnd = job.order.rescue.fromEnd};
     const RescueResult result = runRescue(account.map, options, plan.origin, source, *plan.target, watch, buffer);
-    watch.showNow(result.figures, account.map);
+    watch.showEnd(result.figures, account.map);
     conclude(job, account, {.result = result, .lostItsMap = watch.hasLostItsMap() || !result.mapSaved}, *plan.target);
     return 1;
 }

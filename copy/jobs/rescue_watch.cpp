@@ -73,9 +73,16 @@ void JobWatch::show(const RescueFigures& figures, const SourceMap& map) {
 }
 
 void JobWatch::showNow(const RescueFigures& figures, const SourceMap& map) {
+    tell(figures, map, figures.step.offset);
+}
+
+void JobWatch::showEnd(const RescueFigures& figures, const SourceMap& map) {
+    tell(figures, map, std::nullopt);
+}
+
+void JobWatch::tell(const RescueFigures& figures, const SourceMap& map, std::optional<std::uint64_t> place) {
     job_.display.showRescue(
-        {.figures = figures,
-         .picture = layOutRescuePicture(map, figures.step.offset, kRescueStripWidth, kRescueStripHeight)});
+        {.figures = figures, .picture = layOutRescuePicture(map, place, kRescueStripWidth, kRescueStripHeight)});
     most_ = std::max(most_, map.bytes(RangeStatus::kFinished));
     job_.display.showRun({.done = most_, .total = map.size(), .losses = account_.losses});
     const std::string step = rescueStepInWords(figures.step);

@@ -48,7 +48,12 @@ class JobWatch : public RescueWatch {
     /// The same as `show`, however lately something was shown.
     void showNow(const RescueFigures& figures, const SourceMap& map);
 
+    /// What has become of it, without a place that is read.
+    void showEnd(const RescueFigures& figures, const SourceMap& map);
+
   private:
+    void tell(const RescueFigures& figures, const SourceMap& map, std::optional<std::uint64_t> place);
+
     const CopyJob& job_;
     JobAccount& account_;
     int unsaved_ = 0; ///< maps in a row that could not be saved

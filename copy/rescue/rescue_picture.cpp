@@ -123,7 +123,7 @@ void addColumn(std::vector<RescueBar>& bars, std::size_t& lastColumn, const Heig
 
 } // namespace
 
-RescuePicture layOutRescuePicture(const SourceMap& map, std::uint64_t place, int width, int height) {
+RescuePicture layOutRescuePicture(const SourceMap& map, std::optional<std::uint64_t> place, int width, int height) {
     RescuePicture picture;
     if (width < 1 || height < static_cast<int>(kRescueShadeCount) || map.size() < static_cast<unsigned>(width)) {
         return picture;
@@ -134,7 +134,9 @@ RescuePicture layOutRescuePicture(const SourceMap& map, std::uint64_t place, int
     for (const Shares& shares : sharesOf(map, columns, width)) {
         addColumn(picture.bars, lastColumn, heightsOf(shares, height), left++);
     }
-    picture.now = columns.holding(std::min(place, map.size() - 1));
+    if (place) {
+        picture.now = columns.holding(std::min(*place, map.size() - 1));
+    }
     return picture;
 }
 

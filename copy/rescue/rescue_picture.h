@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -54,14 +55,15 @@ struct RescueBar {
 /// pixel high, what is missing or bad a fifth of the strip, so that a single bad sector is seen on the largest drive.
 struct RescuePicture {
     std::vector<RescueBar> bars;
-    int now = 0; ///< the column that is worked at
+    std::optional<int> now; ///< the column that is worked at; none when nothing is
 
     bool operator==(const RescuePicture&) const = default;
 };
 
-/// The picture of a map and of the place that was read last, in bytes. Empty for a
+/// The picture of a map and of the place that was read last, in bytes; without one when nothing is read. Empty for a
 /// strip without columns or with fewer rows than shades, and for a source of fewer bytes than columns. Takes the number
 /// of ranges and of columns.
-[[nodiscard]] RescuePicture layOutRescuePicture(const SourceMap& map, std::uint64_t place, int width, int height);
+[[nodiscard]] RescuePicture layOutRescuePicture(const SourceMap& map, std::optional<std::uint64_t> place, int width,
+                                                int height);
 
 } // namespace torvane

@@ -11,8 +11,10 @@ namespace torvane::driver {
 namespace {
 
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 constexpr int kHeading = 1050;
+constexpr int kActiveDrive = 1419;
 
 /// Two drives that are listed, and one whose bus is not supported.
 class FirstMinutesTest : public UiTest {
@@ -55,6 +57,21 @@ TEST_F(FirstMinutesTest, SayWhatToDoWhatIsThereAndWhenItHasChanged) {
     EXPECT_EQ(torvane().driveList().rowCount(), 2) << "nothing is scanned by itself";
     torvane().loadDrives();
     EXPECT_EQ(heading(), "&Attached: 2 drives, 1 not shown: see log");
+}
+
+TEST_F(FirstMinutesTest, TellWhoseDialsAreShown) {
+    torvane().loadDrivesOnce();
+    torvane().awaitProgressHidden();
+    const Window active = torvane().window().child(kActiveDrive);
+    torvane().driveList().click(1);
+    EXPECT_THAT(active.text(), StartsWith("Active: Drive 1 - " + torvane().driveList().cell(1, 0) + " - "));
+    EXPECT_TRUE(active.visible());
+    torvane().driveList().click(0);
+    EXPECT_THAT(active.text(), StartsWith("Active: Drive 0 - " + torvane().driveList().cell(0, 0) + " - "));
+    torvane().loadDrives();
+    EXPECT_EQ(active.text(), "") << "none is chosen any more";
+    torvane().awaitProgressHidden();
+    EXPECT_TRUE(active.visible()) << "the scan's progress has given its place back";
 }
 
 TEST_F(FirstMinutesTest, EveryButtonTellsWhatItDoesAndHowLongItTakes) {

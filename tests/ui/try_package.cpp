@@ -1,5 +1,5 @@
-// Works with an unpacked package as somebody does who has just downloaded it: starts it, lists the drives, makes a
-// portable drive from it and works with that.
+// Works with an unpacked package as somebody does who has just downloaded it: starts it, lists the drives, opens the
+// manual, makes a portable drive from it and works with that.
 //
 //   torvane_try_package <bench.exe> <bench folder> <folder>
 //
@@ -56,6 +56,19 @@ void expectStarted(const Program& program) {
     }
 }
 
+/// The one that lies in the package is the one that the program carries: opening it, it has nothing to write.
+void expectManualOpens(const Program& program) {
+    constexpr const char* kFile = "Torvane-manual.html";
+    constexpr WPARAM kManual = 96; // in the system menu
+    const fs::path manual = program.folder() / kFile;
+    const auto written = fs::last_write_time(manual);
+    program.mainWindow().post(WM_SYSCOMMAND, kManual);
+    await("the manual has been opened", [&] {
+        return !program.benchLog({"request=powershell", std::string("opened=\"") + kFile + "\""}).empty();
+    });
+    expect(fs::last_write_time(manual) == written, "the manual opens as it came");
+}
+
 int expectDrivesListed(const Program& program) {
     const TorvaneWindow torvane(program);
     torvane.loadDrives();
@@ -82,6 +95,7 @@ void tryPackage(const fs::path& launcher, const fs::path& bench, const fs::path&
         const Program program({launcher, bench, unpacked / kProgram, {}});
         expectStarted(program);
         drives = expectDrivesListed(program);
+        expectManualOpens(program);
         makePortableDrive(program, stick);
     }
     const Program copy({launcher, bench, stick / kProgram, {}});

@@ -78,6 +78,7 @@ TEST(RescuePicture, CoversTheStripWhateverTheNumbers) {
 TEST(RescuePicture, TellsTheColumnOfNow) {
     EXPECT_EQ(layOutRescuePicture(SourceMap(199), 100, 100, 20).now, 50);
     EXPECT_EQ(layOutRescuePicture(SourceMap(199), 101, 100, 20).now, 51);
+    EXPECT_EQ(layOutRescuePicture(SourceMap(199), std::nullopt, 100, 20).now, std::nullopt);
 }
 
 TEST(RescuePicture, OfNothingIsEmpty) {

@@ -1,5 +1,8 @@
 #include "window/drives_heading.h"
 
+#include "discovery/volume_table.h"
+#include "records/drive_record.h"
+
 #include <gtest/gtest.h>
 
 namespace torvane {
@@ -25,6 +28,18 @@ TEST(DrivesHeadingTest, TellsThatItIsOutOfDate) {
 TEST(DrivesHeadingTest, TellsThatAReportNamesNobody) {
     DrivesKnown known{.found = DrivesFound{.shown = 2, .notShown = 0}, .reportNamesNobody = true};
     EXPECT_EQ(drivesHeading(known), "&Attached: 2 drives. The report names no company: see \"Company Information\"");
+}
+
+TEST(DrivesHeadingTest, NamesTheDriveThatTheDialsAreOf) {
+    DriveRecord drive;
+    drive.recordKind = kRecordKindPhysicalDrive;
+    drive.driveNumber = 3;
+    drive.model.assign("Tarn S2000");
+    drive.serialNumber.assign("TS-77");
+    drive.sizeGigabytes = 1863.02;
+    VolumeTable volumes;
+    resetVolumeTable(volumes);
+    EXPECT_EQ(activeDriveText(drive, volumes), "Active: Drive 3 - Tarn S2000 - TS-77 - 1863.02 GB - no drive letters");
 }
 
 TEST(DrivesHeadingTest, AnEmptyListSaysWhatToDo) {

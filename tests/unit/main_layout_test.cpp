@@ -49,6 +49,12 @@ TEST(MainLayoutTest, NothingLiesOutsideTheSmallestClientArea) {
     }
 }
 
+/// The active drive's name gives way to what counts a scan's or a portable drive's progress.
+bool takeTurns(int a, int b) {
+    const auto counts = [](int id) { return id == IDC_SCAN_STATUS || id == IDC_SCAN_PROGRESS; };
+    return (a == IDC_ACTIVE_DRIVE && counts(b)) || (b == IDC_ACTIVE_DRIVE && counts(a));
+}
+
 TEST(MainLayoutTest, NothingOverlaps) {
     std::vector<PlacedControl> all = layOutMainWindow();
     all.push_back({IDC_DRIVE_LIST, kDriveListPlace});
@@ -56,7 +62,7 @@ TEST(MainLayoutTest, NothingOverlaps) {
     all.push_back({IDC_LOG_LIST, logListPlace(kLeastClientHeight)});
     for (std::size_t i = 0; i < all.size(); ++i) {
         for (std::size_t j = i + 1; j < all.size(); ++j) {
-            EXPECT_FALSE(overlap(all[i].place, all[j].place))
+            EXPECT_FALSE(overlap(all[i].place, all[j].place) && !takeTurns(all[i].id, all[j].id))
                 << all[i].id << " " << ::testing::PrintToString(all[i].place) << " and " << all[j].id << " "
                 << ::testing::PrintToString(all[j].place);
         }

@@ -351,6 +351,7 @@ TEST_F(RescueJobTest, BringsWhatCanBeReadIntoANewImage) {
                                            HasSubstr("completed. 1 KB of the source not copied")));
     ASSERT_TRUE(machine_.shownLast);
     EXPECT_FALSE(machine_.shownLast->picture.bars.empty());
+    EXPECT_FALSE(machine_.shownLast->picture.now) << "nothing is read any more";
 }
 
 TEST_F(RescueJobTest, OfAHealthyDriveIsCompleted) {
