@@ -18,8 +18,7 @@ struct DriveVolume {
     std::optional<std::uint64_t> freeBytes;
 };
 
-/// What the last BitLocker check of the drive found of the volume, in words. The check leaves nothing behind of a
-/// volume that is not encrypted.
+/// What the last BitLocker check of the drive found of the volume, in words.
 [[nodiscard]] std::string_view bitLockerText(const DriveRecord& drive, char letter);
 
 } // namespace torvane

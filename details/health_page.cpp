@@ -72,12 +72,12 @@ std::string counterText(Counter counter, std::int32_t value) {
     return counter == Counter::kPowerOnHours ? number + formatText(" (%.1f years)", value / kHoursPerYear) : number;
 }
 
-/// The counters that are graded, in numbers. Of a solid-state device its own pass tells some that the other does not.
+/// The counters that are graded, in numbers.
 void addCounters(const DriveRecord& drive, PageRows& rows) {
     rows.heading("Counters that the drive is graded by");
+    const Counters counters = toldCounters(drive);
     for (const NamedCounter& row : kCounters) {
-        const std::int32_t disk = drive.disk[row.counter];
-        const std::int32_t value = disk >= 0 || drive.smartType != kSmartTypeSsd ? disk : drive.ssd[row.counter];
+        const std::int32_t value = counters[row.counter];
         rows.addIfTold(row.name, value < 0 ? std::string() : counterText(row.counter, value), row.meaning);
     }
 }

@@ -18,11 +18,15 @@ std::string volumeLettersText(const DriveRecord& drive, const VolumeTable& volum
     return text;
 }
 
-std::string driveSummary(const DriveRecord& drive, const VolumeTable& volumes) {
+std::string driveNames(const DriveRecord& drive) {
     const std::string number = driveNumberText(drive);
-    const std::string letters = volumeLettersText(drive, volumes);
     std::string text = number.empty() ? "Image file" : "Drive " + number;
-    text.append(" - ").append(drive.model.view()).append(" - ").append(drive.serialNumber.view());
+    return text.append(" - ").append(drive.model.view()).append(" - ").append(drive.serialNumber.view());
+}
+
+std::string driveSummary(const DriveRecord& drive, const VolumeTable& volumes) {
+    const std::string letters = volumeLettersText(drive, volumes);
+    std::string text = driveNames(drive);
     text.append(" - ").append(sizeGigabytesText(drive)).append(" GB - ");
     text.append(letters.empty() ? "no drive letters" : letters);
     const std::string printed = printedIdentityText(drive);

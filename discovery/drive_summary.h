@@ -16,6 +16,9 @@ struct DriveRecord;
 /// The letters of the volumes on the drive, "K: L:"; empty when there are none.
 [[nodiscard]] std::string volumeLettersText(const DriveRecord& drive, const VolumeTable& volumes);
 
+/// "Drive 3 - MODEL - SERIAL"; "Image file - ..." in a drive's place.
+[[nodiscard]] std::string driveNames(const DriveRecord& drive);
+
 /// All in one line: number, model, serial number, size, letters, and what is printed on the drive where that is
 /// something else.
 [[nodiscard]] std::string driveSummary(const DriveRecord& drive, const VolumeTable& volumes);

@@ -26,6 +26,17 @@ const MessageRecord* GradeDrive(std::span<const MessageRecord> messages, const D
     return level ? FindMessageByLevel(messages, *level) : nullptr;
 }
 
+Counters toldCounters(const DriveRecord& record) {
+    Counters told = record.disk;
+    if (record.smartType == kSmartTypeSsd) {
+        for (const CounterLevel& level : kCounterLevels) {
+            const std::int32_t own = record.ssd[level.counter];
+            told[level.counter] = own != kNotReported ? own : told[level.counter];
+        }
+    }
+    return told;
+}
+
 std::string_view lampImage(std::uint32_t colourCode) {
     switch (colourCode) {
     case kLampBlue:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "records/counters.h"
 #include "records/message_table.h"
 
 #include <array>
@@ -33,6 +34,10 @@ struct LampVerdict {
 };
 
 /// The lamp for the active drive; null when no drive is active.
+/// The counters as the panel tells them: of a solid-state device its own set's, or the disk's where its own lacks one;
+/// of any other drive the disk's.
+[[nodiscard]] Counters toldCounters(const DriveRecord& record);
+
 [[nodiscard]] LampVerdict decideLamp(const DriveRecord* activeDrive, std::span<const MessageRecord> messages);
 
 /// Bits 0 to 4 of the critical warning byte (NVMe Base Specification, SMART / Health Information log, byte 0): true for

@@ -63,9 +63,10 @@ struct SsdLevels {
 
 SsdLevels ssdLevels(const DriveRecord& drive) {
     SsdLevels levels;
+    const Counters counters = toldCounters(drive);
     const auto raise = [&levels](std::uint32_t level) { levels.errors = std::max(levels.errors.value_or(0), level); };
     for (const CounterLevel& counter : kCounterLevels) {
-        const std::int32_t value = drive.ssd[counter.counter];
+        const std::int32_t value = counters[counter.counter];
         if (value == kNotReported) {
             continue;
         }

@@ -84,17 +84,18 @@ void showCounters(std::array<Dial, kDialCount>& dials, std::span<const Gauge> ga
     }
 }
 
-/// The number under each dial: a needle ends at its scale, the number does not. A counter that `counters` lacks is told
-/// all the same where `others` have it. Nothing where the report has none of them.
-void tellCounters(PanelTexts& texts, std::span<const Gauge> gauges, const Counters& counters, const Counters& others) {
+/// The number under each dial: a needle ends at its scale, the number does not. With the counter's name where the dial
+/// has neither name nor needle, and nothing where the report has no counter at all.
+void tellCounters(PanelModel& panel, std::span<const Gauge> gauges, const Counters& counters) {
     constexpr Counters kNothingReported;
-    if (counters == kNothingReported && others == kNothingReported) {
+    if (counters == kNothingReported) {
         return;
     }
     for (std::size_t i = 0; i < gauges.size(); ++i) {
-        const Counter counter = gauges[i].counter;
-        const std::int32_t value = counters[counter] == kNotReported ? others[counter] : counters[counter];
-        texts.counters[i] = counterText(counter, value);
+        const std::int32_t value = counters[gauges[i].counter];
+        std::string text = counterText(gauges[i].counter, value);
+        const bool isNamed = value == kNotReported || !panel.dials[i].caption.empty();
+        panel.texts.counters[i] = isNamed ? text : std::string(gauges[i].caption).append(": ").append(text);
     }
 }
 
@@ -105,7 +106,7 @@ PanelModel standardPanel(const DriveRecord* activeDrive, std::span<const Message
     const LampVerdict verdict = decideLamp(activeDrive, messages);
     if (activeDrive != nullptr && verdict.showsCounters) {
         showCounters(panel.dials, kStandardGauges, activeDrive->disk);
-        tellCounters(panel.texts, kStandardGauges, activeDrive->disk, {});
+        tellCounters(panel, kStandardGauges, activeDrive->disk);
         panel.texts.own = failureBesideCounters(*activeDrive);
     }
     panel.lampImage = verdict.lampImage;
@@ -116,7 +117,7 @@ PanelModel ssdPanel(const DriveRecord& record) {
     PanelModel panel;
     panel.dials = blankDials(kFirstDialImage, kDialImage);
     showCounters(panel.dials, kSsdGauges, record.ssd);
-    tellCounters(panel.texts, kSsdGauges, record.ssd, record.disk);
+    tellCounters(panel, kSsdGauges, toldCounters(record));
     return panel;
 }
 

@@ -1,6 +1,7 @@
 #include "window/button_tips.h"
 
 #include "base/format.h"
+#include "discovery/bus_type.h"
 #include "records/drive_record.h"
 #include "resources/resource_ids.h"
 
@@ -17,7 +18,7 @@ constexpr ButtonTip kTips[] = {
      "switches its SMART on where that is off."},
     {IDC_QUICK_DISK_VIEW, ReadingShare::kNone, "Shows the sectors of the selected drive as bytes. Changes nothing."},
     {IDC_CREATE_REPORT, ReadingShare::kNone,
-     "Writes a PDF report of the selected drive beside the program, and opens it."},
+     "Writes a PDF report of the selected drive beside the program, and opens it. Changes nothing on the drive."},
     {IDC_SHORT_READ_TEST, ReadingShare::kSamples,
      "Reads a hundred places of the selected drive, or those that it has logged as unreadable. "
      "Changes nothing."},
@@ -65,7 +66,8 @@ std::int64_t bytesRead(ReadingShare share, std::int64_t size) {
 /// Bytes a second that a sound drive of its kind keeps up over its whole surface.
 std::int64_t usualRate(const DriveRecord& drive) {
     constexpr std::int64_t kMegabyte = 1000000;
-    if (drive.busCode == kBusCodeUsb) {
+    // The report of a solid-state device behind USB changes its code.
+    if (drive.busCode == kBusCodeUsb || (drive.device.descriptor && drive.device.descriptor->busType == kBusTypeUsb)) {
         return 100 * kMegabyte;
     }
     switch (drive.smartType) {

@@ -22,8 +22,8 @@ std::string drivesHeading(const DrivesKnown& known) {
     return heading;
 }
 
-std::string activeDriveText(const DriveRecord& drive, const VolumeTable& volumes) {
-    return "Active: " + driveSummary(drive, volumes);
+std::string activeDriveText(const DriveRecord& drive) {
+    return "Active: " + driveNames(drive);
 }
 
 std::string emptyListText(const DrivesKnown& known) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "records/volume_record.h"
-
 #include <optional>
 #include <string>
 
@@ -26,8 +24,8 @@ struct DrivesKnown {
 /// The drive list's heading, with its access key.
 [[nodiscard]] std::string drivesHeading(const DrivesKnown& known);
 
-/// Whose dials and lamp are shown, so that it is seen when the row is not: "Active: " and the drive's summary.
-[[nodiscard]] std::string activeDriveText(const DriveRecord& drive, const VolumeTable& volumes);
+/// Whose dials and lamp are shown, so that it is seen when the row is not. Without letters, which may change meanwhile.
+[[nodiscard]] std::string activeDriveText(const DriveRecord& drive);
 
 /// What an empty list says; empty while it is being filled.
 [[nodiscard]] std::string emptyListText(const DrivesKnown& known);

@@ -239,7 +239,7 @@ void MainDialog::selectActiveDrive(const NMLISTVIEW& change) {
     }
     state_.activeDrive = drive;
     state_.activeDriveChosen = 1;
-    setControlText(IDC_ACTIVE_DRIVE, activeDriveText(*drive, state_.scan.volumes).c_str());
+    setControlText(IDC_ACTIVE_DRIVE, activeDriveText(*drive).c_str());
     enduranceTip_.setText(drive->smartType == kSmartTypeNvme
                               ? "The threshold is 7,000 times 1,024 GB written, the same for every drive."
                               : "");

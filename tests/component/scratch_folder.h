@@ -16,9 +16,11 @@ class ScratchFolder {
   public:
     ScratchFolder() : previous_(std::filesystem::current_path()) {
         static int number = 0;
-        path_ = std::filesystem::temp_directory_path() /
-                ("torvane-test-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number));
-        std::filesystem::create_directories(path_);
+        // A run that was ended from outside may have left one of this name: process ids come again.
+        do {
+            path_ = std::filesystem::temp_directory_path() /
+                    ("torvane-test-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++number));
+        } while (!std::filesystem::create_directory(path_));
         std::filesystem::current_path(path_);
     }
     ~ScratchFolder() {

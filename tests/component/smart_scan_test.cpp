@@ -597,6 +597,7 @@ TEST_F(SmartScan, TheToolThatIsWaitedForIsTheOneOfTheTurn) {
             EXPECT_EQ(tool.name, "smartctl");
             if (!tool.subject.empty()) { // else it is the listing
                 EXPECT_GE(tool.runsSince, longest[tool.subject]);
+                first.try_emplace(tool.subject, tool.runsSince);
                 longest[tool.subject] = tool.runsSince;
                 if (tool.runsSince > std::chrono::milliseconds(200)) {
                     letGo(tool.subject == "drive 0" ? "sda" : "sdb");
@@ -604,6 +605,7 @@ TEST_F(SmartScan, TheToolThatIsWaitedForIsTheOneOfTheTurn) {
             }
             return true;
         }
+        std::map<std::string, std::chrono::milliseconds> first;
         std::map<std::string, std::chrono::milliseconds> longest;
     } watch;
     listingIs(listingOf(devices(2)));
@@ -612,7 +614,8 @@ TEST_F(SmartScan, TheToolThatIsWaitedForIsTheOneOfTheTurn) {
     const ToolWatchScope watched(watch);
     EXPECT_EQ(scan(), 1);
     ASSERT_THAT(watch.longest, SizeIs(2));
-    EXPECT_GT(watch.longest["drive 1"], watch.longest["drive 0"]) << "it had run since the first one began";
+    EXPECT_GT(watch.first["drive 1"], watch.longest["drive 0"] / 2)
+        << "it had run since about when the first one began";
 }
 
 TEST_F(SmartScan, AReportIsAsOldAsWhatTheToolWrote) {

@@ -125,8 +125,7 @@ TEST_F(DetailsTest, OpensByEnterAndDoubleClickAndSavesAllPages) {
     std::ifstream saved(file, std::ios::binary);
     EXPECT_THAT(std::string(std::istreambuf_iterator<char>(saved), {}), HasSubstr("--- Statistics ---"));
     leave(details);
-    const RECT box = drives.cellRect(1, 0);
-    doubleClick(drives.window(), {box.left + 8, (box.top + box.bottom) / 2});
+    doubleClick(drives.window(), drives.checkBoxPlace(1));
     program().mainWindow().settle();
     expectNoBox();
     doubleClick(drives.window(), centre(drives.cellRect(1, 1)));

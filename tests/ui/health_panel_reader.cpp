@@ -100,7 +100,8 @@ class PanelReader {
 
     /// Expects the dial without a needle, or with one that points and ends as `value` asks, and nothing else on it.
     void expectDial(int dial, const std::string& image, NeedleValue value) const {
-        const Picture& plain = plainDial(artwork_ / image);
+        const std::filesystem::path file = artwork_ / image;
+        const Picture& plain = plainDial(file);
         const RECT place{kFirstDial.x + dial * kDialStep, kFirstDial.y, kFirstDial.x + dial * kDialStep + plain.width(),
                          kFirstDial.y + plain.height()};
         const Picture shown = cut(picture_, place);

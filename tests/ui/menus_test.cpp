@@ -144,7 +144,8 @@ class ExtendedFunctionsMenuTest : public UiTest {
         expectNoBox(); // the main window is free again
     }
 
-    /// Chooses the popup's item that is so many steps above its end.
+    /// Chooses the popup's item that is so many steps above its end. Before any dialog: the screen tells a moment later
+    /// that the keyboard has left one, and that closes the menu.
     void chooseFromPopup(int stepsUp) const {
         const Window window = program().mainWindow();
         bringToFront(window);
@@ -160,18 +161,18 @@ class ExtendedFunctionsMenuTest : public UiTest {
 };
 
 TEST_F(ExtendedFunctionsMenuTest, CompanyInformationOpensItsDialog) {
-    torvane().command(kMenuCompany);
-    expectDialog("Configure Company Information");
     chooseFromPopup(0);
+    expectDialog("Configure Company Information");
+    torvane().command(kMenuCompany);
     expectDialog("Configure Company Information");
 }
 
 TEST_F(ExtendedFunctionsMenuTest, CreateTechPortableUsbAsksForAFolder) {
     const int rows = torvane().logList().rowCount();
-    torvane().command(kMenuPortable);
+    chooseFromPopup(1);
     cancelFolder(program());
     expectStopBox("*** ERROR ***", "Please choose a destination folder.");
-    chooseFromPopup(1);
+    torvane().command(kMenuPortable);
     cancelFolder(program());
     expectStopBox("*** ERROR ***", "Please choose a destination folder.");
     expectNoBox();
@@ -182,9 +183,9 @@ TEST_F(ExtendedFunctionsMenuTest, DetectBitlockerOpensTheScanOfTheActiveDrive) {
     torvane().loadDrives();
     torvane().awaitProgressHidden();
     torvane().driveList().click(0);
-    torvane().command(kMenuBitLocker);
-    expectDialog("Bitlocker Scan");
     chooseFromPopup(2);
+    expectDialog("Bitlocker Scan");
+    torvane().command(kMenuBitLocker);
     expectDialog("Bitlocker Scan");
 }
 

@@ -1,5 +1,6 @@
 #include "window/button_tips.h"
 
+#include "discovery/bus_type.h"
 #include "records/drive_record.h"
 #include "resources/resource_ids.h"
 
@@ -49,6 +50,11 @@ TEST(ButtonTipsTest, TellHowLongTheDriveTakes) {
     drive.smartType = kSmartTypeNvme;
     EXPECT_THAT(tipText(tipOf(IDC_DRIVE_TO_IMAGE), &drive), HasSubstr("about 11 min"));
     drive.busCode = kBusCodeUsb;
+    EXPECT_THAT(tipText(tipOf(IDC_DRIVE_TO_IMAGE), &drive), HasSubstr("about 2 h 40 min"));
+    drive.smartType = kSmartTypeSsd;
+    drive.busCode = kBusCodeOwnText;
+    drive.device.descriptor =
+        StorageDeviceTexts{.busType = kBusTypeUsb, .vendor = {}, .product = {}, .revision = {}, .serialNumber = {}};
     EXPECT_THAT(tipText(tipOf(IDC_DRIVE_TO_IMAGE), &drive), HasSubstr("about 2 h 40 min"));
 }
 

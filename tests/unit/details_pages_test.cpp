@@ -1,4 +1,5 @@
 #include "details/drive_pages.h"
+#include "details/drive_volume.h"
 #include "details/identity_page.h"
 #include "details/meanings.h"
 #include "details/nvme_log.h"
@@ -11,6 +12,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace torvane {
@@ -44,7 +46,7 @@ std::vector<DetailPage> pagesOf(const DriveRecord& drive) {
     return drivePages({.drive = drive, .volumes = {}, .readOnly = {}});
 }
 
-const DetailPage& pageOf(const std::vector<DetailPage>& pages, const std::string& title) {
+const DetailPage& pageOf(const std::vector<DetailPage>& pages, std::string_view title) {
     return *std::ranges::find(pages, title, &DetailPage::title);
 }
 
@@ -219,12 +221,16 @@ TEST(DetailIdentity, TellsEachVolume) {
     };
     const DetailPage page = drivePages({.drive = drive, .volumes = volumes, .readOnly = {}}).front();
     EXPECT_EQ(rowOf(page, "Volume K:")[1], "DATA, NTFS, 3.00 GB, 1.00 GB free");
-    EXPECT_EQ(rowOf(page, "Volume K:")[2], "no BitLocker found so far; Detect Bitlocker checks it");
+    EXPECT_EQ(rowOf(page, "Volume K:")[2], "not checked for BitLocker; Detect Bitlocker checks it");
     EXPECT_EQ(rowOf(page, "Volume L:")[1], "tells no file system");
     EXPECT_EQ(rowOf(page, "Volume L:")[2], "encrypted by BitLocker, recovery password read");
     EXPECT_EQ(rowOf(page, "Volume M:")[1], "FAT32");
     EXPECT_EQ(rowOf(page, "Volume M:")[2], "encrypted by BitLocker, recovery password not read");
     EXPECT_EQ(rowOf(drive, "Drive", "Volumes")[1], "none with a drive letter");
+    drive.bitLockerNotes[2] = {'K', true};
+    EXPECT_EQ(bitLockerText(drive, 'K'), "not encrypted by BitLocker");
+    drive.bitLockerNotes[2] = {'K', false};
+    EXPECT_EQ(bitLockerText(drive, 'K'), "Windows does not tell whether BitLocker encrypts it");
 }
 
 // --- Health

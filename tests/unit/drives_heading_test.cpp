@@ -1,6 +1,5 @@
 #include "window/drives_heading.h"
 
-#include "discovery/volume_table.h"
 #include "records/drive_record.h"
 
 #include <gtest/gtest.h>
@@ -36,10 +35,7 @@ TEST(DrivesHeadingTest, NamesTheDriveThatTheDialsAreOf) {
     drive.driveNumber = 3;
     drive.model.assign("Tarn S2000");
     drive.serialNumber.assign("TS-77");
-    drive.sizeGigabytes = 1863.02;
-    VolumeTable volumes;
-    resetVolumeTable(volumes);
-    EXPECT_EQ(activeDriveText(drive, volumes), "Active: Drive 3 - Tarn S2000 - TS-77 - 1863.02 GB - no drive letters");
+    EXPECT_EQ(activeDriveText(drive), "Active: Drive 3 - Tarn S2000 - TS-77");
 }
 
 TEST(DrivesHeadingTest, AnEmptyListSaysWhatToDo) {

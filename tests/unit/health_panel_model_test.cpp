@@ -197,7 +197,7 @@ TEST(SsdPanel, TellsACounterThatTheOtherSetAloneHasWithoutANeedle) {
     drive.disk[Counter::kReportedUncorrectable] = 4012;
     const PanelModel panel = buildPanelModel(&drive, {});
     expectNeedles(panel, {0.0, -1, -1, -1, -1, -1});
-    EXPECT_EQ(panel.texts.counters[5], "4,012");
+    EXPECT_EQ(panel.texts.counters[5], "Reported Errors: 4,012");
     EXPECT_EQ(panel.texts.counters[1], "not reported");
 }
 

@@ -75,6 +75,15 @@ TEST_F(HealthSentence, OfASolidStateDriveGoesByItsErrorsItsLifeAndItsAge) {
     EXPECT_EQ(sentence(), "");
 }
 
+TEST_F(HealthSentence, OfASolidStateDriveGoesByEveryCounterThatThePanelTells) {
+    drive_ = driveWithoutValues(kSmartTypeSsd);
+    drive_.ssd[Counter::kPowerOnHours] = 100;
+    drive_.disk[Counter::kReportedUncorrectable] = 380;
+    EXPECT_EQ(sentence(), "failing") << "its own set has no name for it";
+    drive_.ssd[Counter::kReportedUncorrectable] = 0;
+    EXPECT_EQ(sentence(), "fine") << "its own value is told";
+}
+
 TEST_F(HealthSentence, OfASolidStateDriveKnowsItsLifeByThePercentageUsedAlone) {
     drive_ = driveWithoutValues(kSmartTypeSsd);
     EXPECT_EQ(sentence(), kNoCounters);

@@ -121,11 +121,15 @@ void ListView::click(int row, int column) const {
     clickAt(window_, centre(cellRect(row, column)));
 }
 
-void ListView::clickCheckBox(int row) const {
+POINT ListView::checkBoxPlace(int row) const {
     const RECT label = subItemRect(row, 0, LVIR_LABEL);
     const RECT bounds = subItemRect(row, 0, LVIR_BOUNDS);
     // The box stands alone between the row's left edge and its label.
-    clickAt(window_, {(bounds.left + label.left) / 2, (label.top + label.bottom) / 2});
+    return {(bounds.left + label.left) / 2, (label.top + label.bottom) / 2};
+}
+
+void ListView::clickCheckBox(int row) const {
+    clickAt(window_, checkBoxPlace(row));
 }
 
 void ListView::setTicked(int row, bool wanted) const {

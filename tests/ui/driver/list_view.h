@@ -33,6 +33,8 @@ class ListView {
 
     /// Clicks the row, in the cell of that column.
     void click(int row, int column = 1) const;
+    /// The middle of the row's check box, on the screen.
+    [[nodiscard]] POINT checkBoxPlace(int row) const;
     /// Clicks the row's check box.
     void clickCheckBox(int row) const;
     /// Ticks or unticks the row where it is not so already.
