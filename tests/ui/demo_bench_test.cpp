@@ -94,7 +94,7 @@ TEST_F(DemoBenchTest, EveryDriveShowsItsCondition) {
          {4210 / kFlashHours, 0, 0, 0, 0, kBlank},
          "none",
          "No sign of trouble",
-         {"4,210 h, 0.5 y", "0", "0", "0", "0", "Reported Errors: 0"}},
+         ssdCounterTexts({4210, 0, 0, 0, 0, 0})},
         {"Tidewell TW1G Laptop Disk",
          kStandardPanel,
          {31877 / kHours, 214 / kErrors, 19 / kErrors, 12 / kErrors, 7 / kErrors, 41 / kErrors},

@@ -213,6 +213,12 @@ std::array<std::string, kDialCount> counterTexts(const std::array<int, kDialCoun
     return texts;
 }
 
+std::array<std::string, kDialCount> ssdCounterTexts(const std::array<int, kDialCount>& counters) {
+    std::array<std::string, kDialCount> texts = counterTexts(counters);
+    texts.back().insert(0, "Reported Errors: ");
+    return texts;
+}
+
 std::ostream& operator<<(std::ostream& stream, const ExpectedPanel& expected) {
     return stream << expected.model;
 }

@@ -42,6 +42,9 @@ std::ostream& operator<<(std::ostream& stream, const ExpectedPanel& expected);
 /// What stands under the dials of a drive with these counters, hours first; -1: not reported.
 [[nodiscard]] std::array<std::string, kDialCount> counterTexts(const std::array<int, kDialCount>& counters);
 
+/// The same of a solid-state device whose report names the reported errors as a disk's does: their dial has no caption.
+[[nodiscard]] std::array<std::string, kDialCount> ssdCounterTexts(const std::array<int, kDialCount>& counters);
+
 /// Clicks the drive's row and expects its panel, in pixels and texts.
 void clickAndExpectPanel(const TorvaneWindow& torvane, const ExpectedPanel& expected);
 
