@@ -101,6 +101,12 @@ class Reports : public ::testing::Test {
         EXPECT_THAT(view_.messages("ERROR").back(), std::string("Could not SAVE report file [") + kFileName + "]");
     }
 
+    /// A solid-state device whose report has no counter.
+    void becomeSolidState() {
+        drive_.smartType = kSmartTypeSsd;
+        drive_.disk = Counters();
+    }
+
     /// Leaves a report of an earlier day under the name of the next one.
     static void leaveOlderReport(const std::string& bytes = "an older report") {
         writeFile(kFileName, bytes);
@@ -201,7 +207,7 @@ TEST_F(Reports, OfAnAtaDriveWithTenBitLockerVolumes) {
 }
 
 TEST_F(Reports, OfASolidStateDrive) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     addBitLockerEntry(drive_, 'D', "111111-222222");
     createAndKeep("ssd");
 }
@@ -221,13 +227,13 @@ TEST_F(Reports, OfADriveWithoutMonitoringData) {
 }
 
 TEST_F(Reports, HaveTheShopsLogo) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     fs::copy_file(packageFolder() / "report-red-32.png", "logo.png");
     createAndKeep("logo");
 }
 
 TEST_F(Reports, GoOnWithoutALogoThatIsNoPicture) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     const std::string good = readFile("report-red-32.png");
     for (const std::string& bytes :
          {std::string(), std::string("This is no picture."), good.substr(0, good.size() / 2)}) {
@@ -242,7 +248,7 @@ TEST_F(Reports, GoOnWithoutALogoThatIsNoPicture) {
 
 // The texts of the product are in the system's code page: here that of the test program.
 TEST_F(Reports, OfACompanyWithAForeignName) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     const std::wstring name = L"M\u00FCller & S\u00F6hne \u20AC \u0416 O'Brien";
     std::string narrow(64, '\0');
     narrow.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, name.c_str(), static_cast<int>(name.size()),
@@ -257,7 +263,7 @@ UINT WINAPI utf8CodePage() {
 }
 
 TEST_F(Reports, OfACompanyWithAForeignNameInUtf8) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     appState().companyInfo.assign("M\xC3\xBCller & S\xC3\xB6hne \xE2\x82\xAC \xD0\x96",
                                   "\xE6\x9D\xB1\xE4\xBA\xAC \xF0\x9F\x92\xBE \xC5\xA0", "broken \xC3 end");
     const ImportPatched utf8(__imp_GetACP, &utf8CodePage);
@@ -265,7 +271,7 @@ TEST_F(Reports, OfACompanyWithAForeignNameInUtf8) {
 }
 
 TEST_F(Reports, AreNotOpenedWhenTheUserLeavesADiskThatDoesNotAnswer) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     constexpr const char* kCaption = "***** REPORT NOT READY *****";
     const std::string text = std::string("Report <") + kFileName +
                              "> is still being written: its disk does not answer.\n\nNothing was opened. Look for the "
@@ -313,7 +319,7 @@ TEST_F(Reports, AreNotMadeOfAnUnsupportedDevice) {
 // --- the file's name ---
 
 TEST_F(Reports, KeepAnOlderOneUnderItsDate) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     leaveOlderReport(std::string(100'000, 'x'));
     create(kFileName);
     EXPECT_TRUE(isPdf(kFileName));
@@ -322,7 +328,7 @@ TEST_F(Reports, KeepAnOlderOneUnderItsDate) {
 }
 
 TEST_F(Reports, OverwriteNoneOfTheOlderOnes) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     for (const std::string older : {"first", "second", "third"}) {
         leaveOlderReport(older);
         create(kFileName);
@@ -333,7 +339,7 @@ TEST_F(Reports, OverwriteNoneOfTheOlderOnes) {
 }
 
 TEST_F(Reports, OfADriveWithoutASerialNumberOpenUnderOneName) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     drive_.serialNumber.assign(kNotAvailable);
     create("ReportNot Available.pdf");
     EXPECT_TRUE(isPdf("ReportNot Available.pdf"));
@@ -341,7 +347,7 @@ TEST_F(Reports, OfADriveWithoutASerialNumberOpenUnderOneName) {
 }
 
 TEST_F(Reports, ASerialNumberMadeToRunACommandRunsNone) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     drive_.serialNumber.assign("X.pdf\";$(calc)`n;calc|calc&calc;'");
     create("ReportX.pdf____calc__n_calc_calc_calc__.pdf");
     EXPECT_TRUE(isPdf("ReportX.pdf____calc__n_calc_calc_calc__.pdf"));
@@ -350,7 +356,7 @@ TEST_F(Reports, ASerialNumberMadeToRunACommandRunsNone) {
 }
 
 TEST_F(Reports, ASerialNumberMadeToClimbAFolderStaysInThisOne) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     const auto above = [] {
         std::set<std::string> names;
         for (const auto& entry : fs::directory_iterator("..")) {
@@ -370,7 +376,7 @@ TEST_F(Reports, ASerialNumberMadeToClimbAFolderStaysInThisOne) {
 }
 
 TEST_F(Reports, ASerialNumberThatFillsItsFieldIsNotCut) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     std::ranges::fill(drive_.serialNumber.writableBytes(), 'S');
     const std::string name = "Report" + std::string(127, 'S') + ".pdf";
     create(name);
@@ -435,14 +441,14 @@ TEST_F(Reports, GoOnWithoutDamagedIcons) {
 }
 
 TEST_F(Reports, InWhosePlaceAFolderStandsAreTold) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     fs::create_directory(kFileName);
     createInVain("a folder has that name.");
     EXPECT_TRUE(fs::is_directory(kFileName));
 }
 
 TEST_F(Reports, OverAFileThatAViewerHoldsAreTold) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     writeFile(kFileName, "an older report");
     const UniqueFile viewer{
         CreateFileA(kFileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
@@ -457,7 +463,7 @@ BOOL WINAPI flushNothing(HANDLE) {
 }
 
 TEST_F(Reports, ThatDoNotReachTheDiskAreTold) {
-    drive_.smartType = kSmartTypeSsd;
+    becomeSolidState();
     writeFile(kFileName, "an older report");
     const ImportPatched failing(__imp_FlushFileBuffers, &flushNothing);
     createInVain(systemErrorText(ERROR_WRITE_FAULT));
@@ -480,7 +486,7 @@ BOOL WINAPI moveUnlessItFails(LPCWSTR from, LPCWSTR to, DWORD flags) {
 class ReportsThatCannotBePlaced : public Reports {
   protected:
     ReportsThatCannotBePlaced() {
-        drive_.smartType = kSmartTypeSsd;
+        becomeSolidState();
         moves = 0;
         realMove = patched_.original();
     }
